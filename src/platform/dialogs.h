@@ -1,0 +1,42 @@
+#ifndef TAVREL_PLATFORM_DIALOGS_H_
+#define TAVREL_PLATFORM_DIALOGS_H_
+
+#include <string>
+
+namespace tavrel {
+
+enum class BoxIcon { kNone, kInformation, kQuestion, kWarning, kCritical };
+
+// A text to show to the user, as a box shows it.
+struct Notice {
+  std::string Text;
+  std::string Title;
+  BoxIcon Icon = BoxIcon::kWarning;
+};
+
+// Boxes. The asking ones return when the user has answered; timers go on beneath them.
+// All texts are UTF-8.
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+
+  // One OK button.
+  virtual void Message(const Notice& notice) = 0;
+
+  // OK and Cancel; true for OK. Escape and the close box mean Cancel.
+  [[nodiscard]] virtual bool AskOk(const Notice& notice) = 0;
+
+  // Retry and Cancel; true for Retry.
+  [[nodiscard]] virtual bool AskRetry(const Notice& notice) = 0;
+
+  // Yes and No; true for Yes.
+  [[nodiscard]] virtual bool AskYes(const Notice& notice) = 0;
+
+  // Shows the notice without waiting for an answer and without taking the keyboard: the way
+  // in which the measuring cycle, which must never stop, speaks to the user.
+  virtual void Announce(const Notice& notice) = 0;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_DIALOGS_H_

@@ -1,0 +1,25 @@
+#ifndef TAVREL_PLATFORM_EVENTS_H_
+#define TAVREL_PLATFORM_EVENTS_H_
+
+namespace tavrel {
+
+enum class Pointer { kNormal, kHourglass };
+
+// What a rule asks of the event loop and the screen as a whole.
+class Events {
+ public:
+  virtual ~Events() = default;
+
+  // Serves what waits in the event queue: paints, keys, timers.
+  virtual void Pump() = 0;
+
+  // Paints what has changed, without serving keys, mouse or timers.
+  virtual void Repaint() = 0;
+
+  virtual void SetPointer(Pointer pointer) = 0;
+  virtual void Beep() = 0;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_EVENTS_H_

@@ -1,0 +1,70 @@
+#ifndef TAVREL_PLATFORM_FILE_SYSTEM_H_
+#define TAVREL_PLATFORM_FILE_SYSTEM_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the program asks of directories and whole files. Paths are UTF-8; nothing throws.
+// File names compare without regard to case, also where the disk does not.
+namespace tavrel {
+
+// `directory` and `name` with exactly one separator between them; an empty directory gives the
+// name alone.
+[[nodiscard]] std::string JoinPath(std::string_view directory, std::string_view name);
+
+// `path` trimmed of blanks and with a separator at its end; an empty path stays empty.
+[[nodiscard]] std::string AddSeparator(std::string_view path);
+
+// `path` trimmed of blanks and without a separator at its end; the root stays as it is.
+[[nodiscard]] std::string StripSeparator(std::string_view path);
+
+// The full path of the plain file `name` in `directory`, spelled as it is on the disk whatever
+// the case of `name`; empty if there is none. The exact spelling wins over others.
+[[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
+                                                  std::string_view name);
+
+// True if `directory` holds at least one plain file (hidden ones do not count).
+[[nodiscard]] bool HoldsAnyFile(const std::string& directory);
+
+[[nodiscard]] bool DirectoryExists(const std::string& directory);
+
+// Makes the directory and those above it. True if it is there afterwards.
+[[nodiscard]] bool MakeDirectory(const std::string& directory);
+
+// True if a file can be made in `directory` (it is tried, so that read-only media count too).
+[[nodiscard]] bool IsWritable(const std::string& directory);
+
+// Whole content of a plain file as bytes; empty if it cannot be read or is larger than
+// `limit_bytes`.
+[[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path,
+                                                       std::size_t limit_bytes);
+
+// Puts `bytes` in place of whatever `path` held: a temporary file beside it, synced, then
+// renamed, so that a crash leaves the old file or the new one. Returns the empty text on
+// success, else the system's error text; the old file is then untouched.
+[[nodiscard]] std::string ReplaceFile(const std::string& path, std::string_view bytes);
+
+// Copies a plain file with the same care. Empty text on success.
+[[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);
+
+// Empty text on success; a file that is not there counts as deleted.
+[[nodiscard]] std::string DeleteFile(const std::string& path);
+
+// True if both paths lead to the same file, through links and other spellings.
+[[nodiscard]] bool IsSameFile(const std::string& left, const std::string& right);
+
+// Makes what happened to the names in `directory` (creation, renaming) durable.
+void SyncDirectory(const std::string& directory);
+
+// The directory of the running program, without a separator at its end.
+[[nodiscard]] std::string ProgramDirectory();
+
+// Where a user's own files of this program belong if the program's directory cannot be
+// written: $XDG_DATA_HOME/tavrel or ~/.local/share/tavrel. It need not exist.
+[[nodiscard]] std::string UserDataDirectory();
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_FILE_SYSTEM_H_

@@ -1,0 +1,65 @@
+#ifndef TAVREL_PLATFORM_RANDOM_FILE_H_
+#define TAVREL_PLATFORM_RANDOM_FILE_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace tavrel {
+
+// How a file is opened. Nothing here ever truncates a file.
+enum class FileAccess {
+  kRead,          // must exist
+  kUpdate,        // must exist, read and write
+  kCreate,        // made if missing, read and write
+  kCreateNew,     // made, read and write; an existing file is refused
+};
+
+// An open file that is read and written at any place. Owns the operating system's handle and
+// closes it when it goes. Movable, not copyable. A closed file answers every operation with
+// failure and an error text, never with a crash.
+//
+// Operations that can fail return true on success; on failure Error() holds the system's own
+// words ("No space left on device") until the next failure.
+class RandomFile {
+ public:
+  RandomFile() = default;
+  ~RandomFile();
+  RandomFile(RandomFile&& other) noexcept;
+  RandomFile& operator=(RandomFile&& other) noexcept;
+  RandomFile(const RandomFile&) = delete;
+  RandomFile& operator=(const RandomFile&) = delete;
+
+  // `path` is UTF-8. An already open handle is closed first, also when opening then fails.
+  // Directories and other things that are no plain files are refused.
+  [[nodiscard]] bool Open(const std::string& path, FileAccess access);
+  void Close();
+  [[nodiscard]] bool IsOpen() const { return handle_ >= 0; }
+
+  // Length in bytes, -1 on failure.
+  [[nodiscard]] std::int64_t Size();
+
+  // Reads up to bytes.size() bytes from `offset` on. Returns how many came (fewer at the end
+  // of the file), -1 on failure.
+  [[nodiscard]] std::int64_t ReadAt(std::int64_t offset, std::span<std::byte> bytes);
+
+  // Writes all bytes at `offset`, in one call to the system where it takes them at once. A
+  // part that was written before the failure stays in the file.
+  [[nodiscard]] bool WriteAt(std::int64_t offset, std::span<const std::byte> bytes);
+
+  // Returns once everything written so far is on the disk.
+  [[nodiscard]] bool Sync();
+
+  [[nodiscard]] const std::string& Error() const { return error_; }
+
+ private:
+  bool Fail(int error_number);
+
+  int handle_ = -1;
+  std::string error_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_RANDOM_FILE_H_

@@ -1,0 +1,51 @@
+#ifndef TAVREL_PLATFORM_SERIAL_PORT_H_
+#define TAVREL_PLATFORM_SERIAL_PORT_H_
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace tavrel {
+
+// What came of opening a port: Error is 0 if it went well, else the platform's error number,
+// and Text says what is wrong and what the user can do about it.
+struct PortOpening {
+  int Error = 0;
+  std::string Text;
+};
+
+// Event numbers: above this a port has reported an error.
+inline constexpr int kLastHarmlessPortEvent = 1000;
+
+// One serial line. Synchronous: no operation serves events of the user interface, so that one
+// exchange is never inside another. A port that vanishes (an adapter pulled out) reports an
+// event above kLastHarmlessPortEvent and is closed from that moment on.
+class SerialPort {
+ public:
+  virtual ~SerialPort() = default;
+
+  // Opens port COM`number` (1..30) with `settings` such as "4800,n,8,2": speed, parity (e, n
+  // or o), data bits, stop bits; no flow control. Closes what was open before.
+  [[nodiscard]] virtual PortOpening Open(int number, std::string_view settings) = 0;
+  virtual void Close() = 0;
+  [[nodiscard]] virtual bool IsOpen() const = 0;
+
+  // The settings in force, read back from the port; empty while it is closed.
+  [[nodiscard]] virtual std::string Settings() const = 0;
+
+  // Hands all of `bytes` to the line. False if the port is closed or failed.
+  virtual bool Write(std::string_view bytes) = 0;
+
+  // Takes all characters that wait; empty if there are none.
+  [[nodiscard]] virtual std::string ReadAll() = 0;
+
+  // Sleeps until a character waits, the port fails or `limit` is over.
+  virtual void WaitForData(std::chrono::nanoseconds limit) = 0;
+
+  // Number of the last event since the call before, 0 for none.
+  [[nodiscard]] virtual int TakeEvent() = 0;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_SERIAL_PORT_H_
