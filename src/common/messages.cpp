@@ -15,7 +15,9 @@ void Messages::Report(int slot, const Notice& notice) {
   kept_.push_back(notice);
 }
 
-void Messages::Recovered(int slot) { told_.at(static_cast<std::size_t>(slot)).clear(); }
+void Messages::Recovered(int slot) {
+  told_.at(static_cast<std::size_t>(slot)).clear();
+}
 
 void Messages::ShowKept() {
   std::vector<Notice> due;

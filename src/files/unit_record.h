@@ -15,9 +15,9 @@ static_assert(std::endian::native == std::endian::little,
               "The header and the samples are little-endian on the disk and are used as they "
               "stand in memory.");
 
-inline constexpr int kInputs = 15;       // measuring inputs of an instrument, counted from 1
-inline constexpr int kMarks = 5;         // marks that a header has room for
-inline constexpr int kTextLength = 20;   // bytes of a text in the header
+inline constexpr int kInputs = 15;      // measuring inputs of an instrument, counted from 1
+inline constexpr int kMarks = 5;        // marks that a header has room for
+inline constexpr int kTextLength = 20;  // bytes of a text in the header
 
 // A text of the header: 20 bytes of Windows-1252, padded at the right with blanks. A text that
 // was never set is 20 zero bytes.
@@ -44,45 +44,47 @@ struct UnitRecord {
   std::int16_t UnitRef;       // reference input, 1..15
   std::array<std::int16_t, kInputs> UnitRole;  // 1 or more: the input is recorded
   std::array<std::int16_t, 1> Unnamed19;
-  std::int16_t UnitRecOn;        // 1 while the recording runs, 0 when it is stopped
-  std::int16_t UnitMaxMinutes;   // length limit of the file; 0 or less: all that it can hold
-  std::int16_t UnitInterval;     // sampling: tens of seconds, seconds if UnitFast is 1; 1..3600
-  std::int16_t UnitCtrlState;    // only ever set to 0; nothing reads it
+  std::int16_t UnitRecOn;       // 1 while the recording runs, 0 when it is stopped
+  std::int16_t UnitMaxMinutes;  // length limit of the file; 0 or less: all that it can hold
+  std::int16_t UnitInterval;    // sampling: tens of seconds, seconds if UnitFast is 1; 1..3600
+  std::int16_t UnitCtrlState;   // only ever set to 0; nothing reads it
   std::array<std::int16_t, 1> Unnamed24;
-  std::int16_t UnitSetpoint;     // raw temperature, register W
-  std::int16_t UnitUpper;        // raw temperature, register H
-  std::int16_t UnitLower;        // raw temperature, register G
-  std::int16_t UnitIncrement;    // ramp as register I holds it
-  std::int16_t UnitFinal;        // raw temperature, register M
+  std::int16_t UnitSetpoint;   // raw temperature, register W
+  std::int16_t UnitUpper;      // raw temperature, register H
+  std::int16_t UnitLower;      // raw temperature, register G
+  std::int16_t UnitIncrement;  // ramp as register I holds it
+  std::int16_t UnitFinal;      // raw temperature, register M
   std::array<std::int16_t, 2> Unnamed30;
   std::array<std::int16_t, kInputs> UnitColour;  // below 1: the curve is left out
   std::array<std::int16_t, 1> Unnamed47;
-  std::int16_t UnitEndAction;    // file full: 1 controller off, 2 next file, others nothing
-  std::int16_t UnitYmax;         // top of the Y axis, whole degrees
-  std::int16_t UnitXmax;         // length of the X axis, minutes
+  std::int16_t UnitEndAction;  // file full: 1 controller off, 2 next file, others nothing
+  std::int16_t UnitYmax;       // top of the Y axis, whole degrees
+  std::int16_t UnitXmax;       // length of the X axis, minutes
   std::array<std::int16_t, 4> UnitView;
   std::array<std::int16_t, 20> UnitMarkPos;
-  std::int16_t UnitMarks;        // marks in use, 0..5
+  std::int16_t UnitMarks;  // marks in use, 0..5
   std::int16_t UnitGraphMode;
   std::array<std::int16_t, 12> Unnamed77;
-  std::int16_t UnitYmin;         // bottom of the Y axis, whole degrees
-  std::int16_t UnitFast;         // 1: fast instrument, UnitInterval is in seconds
+  std::int16_t UnitYmin;  // bottom of the Y axis, whole degrees
+  std::int16_t UnitFast;  // 1: fast instrument, UnitInterval is in seconds
   std::array<std::int16_t, 1> Unnamed91;
-  std::int16_t UnitRes;          // graph resolution: below 53 high, else low
+  std::int16_t UnitRes;  // graph resolution: below 53 high, else low
   std::array<std::int16_t, 5> Unnamed93;
-  std::int16_t UnitProgWait;     // minutes until the next step of the running program
-  std::int16_t UnitProgStep;     // number of the running program step
+  std::int16_t UnitProgWait;  // minutes until the next step of the running program
+  std::int16_t UnitProgStep;  // number of the running program step
 
-  HeaderText UnitDesignation;    // three letters (the file extension), a colon, the apparatus
+  HeaderText UnitDesignation;  // three letters (the file extension), a colon, the apparatus
   std::array<HeaderText, kInputs> UnitInputName;
   std::array<HeaderText, kInputs> UnitInputNote;
-  HeaderText UnitDate;           // "mm-dd-yyyy / hh:nn"
+  HeaderText UnitDate;  // "mm-dd-yyyy / hh:nn"
   std::array<HeaderText, kMarks> UnitMarkText;
   HeaderText UnitSpareText;
   HeaderText UnitProgName;
-  HeaderText UnitOrigin;         // a subfile's source
+  HeaderText UnitOrigin;  // a subfile's source
 
-  [[nodiscard]] int Role(int input) const { return UnitRole.at(static_cast<std::size_t>(input - 1)); }
+  [[nodiscard]] int Role(int input) const {
+    return UnitRole.at(static_cast<std::size_t>(input - 1));
+  }
   [[nodiscard]] bool IsRecorded(int input) const { return Role(input) >= 1; }
 
   // Inputs with a role of 1 or more; a recording needs UnitChannels to be the same number.

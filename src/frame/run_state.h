@@ -12,18 +12,18 @@
 
 namespace tavrel {
 
-inline constexpr int kViewedFile = 0;           // slot number of the file opened for viewing
-inline constexpr int kSlotTable = kSlots + 1;   // tables by slot: 0 the viewed file, 1..12
-inline constexpr int kInetTable = 8;            // tables by INET: 0..7, 1..6 are in use
+inline constexpr int kViewedFile = 0;          // slot number of the file opened for viewing
+inline constexpr int kSlotTable = kSlots + 1;  // tables by slot: 0 the viewed file, 1..12
+inline constexpr int kInetTable = 8;           // tables by INET: 0..7, 1..6 are in use
 inline constexpr int kInets = 6;
 inline constexpr std::int16_t kNoData = -32768;  // "no value" in all register tables
 
 // What the pump does for a slot.
 enum class ReadState : int {
-  kIdle = 0,    // nothing to fetch
-  kWaiting = 1, // the instrument had nothing new, or the set in hand could not be written
-  kReading = 2, // fetch samples now
-  kLastSet = 3, // fetch one last complete set, then stop
+  kIdle = 0,     // nothing to fetch
+  kWaiting = 1,  // the instrument had nothing new, or the set in hand could not be written
+  kReading = 2,  // fetch samples now
+  kLastSet = 3,  // fetch one last complete set, then stop
 };
 
 template <typename T>
@@ -47,11 +47,11 @@ struct RunState {
   BySlot<std::int32_t> SampleCount{};  // rows in the file, 0..32767
   BySlot<std::int32_t> RecInterval{};  // seconds between rows, never 0 for a slot in use
   BySlot<tavrel::ReadState> ReadState{};
-  BySlot<bool> ProgRunning{};          // a controller program runs on this slot
-  BySlot<std::array<bool, kInputs + 1>> SampleSeen{};           // by input 1..15: arrived
+  BySlot<bool> ProgRunning{};                          // a controller program runs on this slot
+  BySlot<std::array<bool, kInputs + 1>> SampleSeen{};  // by input 1..15: arrived
   BySlot<std::array<std::int16_t, kInputs + 1>> SampleValue{};  // and its word
-  BySlot<bool> WriteFailed{};          // the set in hand could not be written yet
-  BySlot<bool> StopPending{};          // Z = 0 of the end action is not acknowledged yet
+  BySlot<bool> WriteFailed{};  // the set in hand could not be written yet
+  BySlot<bool> StopPending{};  // Z = 0 of the end action is not acknowledged yet
 
   // Selection and screen.
   int SelSlot = 0;     // slot on the worksheet and graph, 0 the viewed file
@@ -61,11 +61,11 @@ struct RunState {
   // Cursors of the cycle.
   int PumpSlot = 0;
   int PumpChannel = 0;
-  int BacklogSlot = 0;   // slot with the greatest backlog at start
-  int BacklogCount = 0;  // sets still to be read of it
-  int SheetSlot = 0;     // row being refreshed, 0 between two passes
-  bool SheetReset = false;  // false: rebuild what the main sheet remembers as shown
-  bool WorkReset = false;   // the same for the worksheet
+  int BacklogSlot = 0;        // slot with the greatest backlog at start
+  int BacklogCount = 0;       // sets still to be read of it
+  int SheetSlot = 0;          // row being refreshed, 0 between two passes
+  bool SheetReset = false;    // false: rebuild what the main sheet remembers as shown
+  bool WorkReset = false;     // the same for the worksheet
   bool OverPrepared = false;  // the graph's overview still fits the slot
   bool PartPrepared = false;  // the graph's part view still fits the slot
   bool GraphIdle = true;      // the graph does nothing with the slot's file now
@@ -88,13 +88,15 @@ struct RunState {
   bool FirstRun = false;         // the settings were defaulted or taken from the old layout
   bool SettingsRead = false;     // false means the same for the check at start
 
-  std::string AppPath;   // directory of the program, with a separator at its end
-  std::string DataHome;  // directory of settings and data, with a separator at its end:
-                         // AppPath, or the user's own if AppPath cannot be written
+  std::string AppPath;      // directory of the program, with a separator at its end
+  std::string DataHome;     // directory of settings and data, with a separator at its end:
+                            // AppPath, or the user's own if AppPath cannot be written
   std::string PendingFile;  // file name handed between the open dialog and the file routines
 };
 
-[[nodiscard]] constexpr bool IsSlot(int slot) { return slot >= 1 && slot <= kSlots; }
+[[nodiscard]] constexpr bool IsSlot(int slot) {
+  return slot >= 1 && slot <= kSlots;
+}
 
 }  // namespace tavrel
 

@@ -27,9 +27,9 @@ struct SettingsValues {
   std::array<std::string, kSlots> ActiveFiles;  // file name of slot n at place n - 1
   std::string PrintName;
   std::string PFontName;
-  float PFontSize = 0;   // points
+  float PFontSize = 0;  // points
   int PColorType = 0;
-  int PDrawWidth = 0;    // points
+  int PDrawWidth = 0;  // points
   std::string ProgPath;
   std::string ProgFile;
   std::string VerType;

@@ -61,15 +61,15 @@ class Link : public LinkArguments {
   bool Simulated = false;    // no port: the store in memory answers
   bool PortOpen = false;     // the link is usable, also when simulated
   LinkResult ComResult = LinkResult::kNone;
-  std::string ReplyText;     // last reply without its terminator
-  std::string PortLabel;     // "(simulated)", or port and settings
+  std::string ReplyText;  // last reply without its terminator
+  std::string PortLabel;  // "(simulated)", or port and settings
   int PortError = 0;
   std::string PortErrorText;
 
  private:
   struct Command {
-    char com_cmd = 0;   // bank or command letter
-    int address = 0;    // register address in its bank
+    char com_cmd = 0;  // bank or command letter
+    int address = 0;   // register address in its bank
   };
   enum class Acknowledge { kWait, kUnseen };
 

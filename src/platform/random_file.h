@@ -10,10 +10,10 @@ namespace tavrel {
 
 // How a file is opened. Nothing here ever truncates a file.
 enum class FileAccess {
-  kRead,          // must exist
-  kUpdate,        // must exist, read and write
-  kCreate,        // made if missing, read and write
-  kCreateNew,     // made, read and write; an existing file is refused
+  kRead,       // must exist
+  kUpdate,     // must exist, read and write
+  kCreate,     // made if missing, read and write
+  kCreateNew,  // made, read and write; an existing file is refused
 };
 
 // An open file that is read and written at any place. Owns the operating system's handle and

@@ -1,0 +1,71 @@
+#ifndef TAVREL_TESTS_SUPPORT_FAKE_SCREEN_H_
+#define TAVREL_TESTS_SUPPORT_FAKE_SCREEN_H_
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "platform/screens.h"
+
+namespace tavrel {
+
+// Boxes that answer at once and remember what they said.
+// Levers: ok, retry, yes are the answers; on_box runs while a box is open.
+class FakeDialogs : public Dialogs {
+ public:
+  bool ok = true;
+  bool retry = false;
+  bool yes = true;
+  std::function<void()> on_box = [] {};
+  std::vector<Notice> boxes;      // blocking ones, in their order
+  std::vector<Notice> announced;  // those that do not block
+
+  void Message(const Notice& notice) override { Open(notice); }
+  [[nodiscard]] bool AskOk(const Notice& notice) override { return Open(notice), ok; }
+  [[nodiscard]] bool AskRetry(const Notice& notice) override { return Open(notice), retry; }
+  [[nodiscard]] bool AskYes(const Notice& notice) override { return Open(notice), yes; }
+  void Announce(const Notice& notice) override { announced.push_back(notice); }
+
+ private:
+  void Open(const Notice& notice) {
+    boxes.push_back(notice);
+    on_box();
+  }
+};
+
+// Levers: built are the forms that exist; on_show runs in place of a form.
+class FakeScreens : public Screens {
+ public:
+  std::set<View> built;
+  std::function<void(View)> on_show = [](View) {};
+  std::vector<View> shown;
+
+  [[nodiscard]] bool Has(View view) const override { return built.count(view) != 0; }
+  void Show(View view) override {
+    if (!Has(view)) {
+      return;
+    }
+    shown.push_back(view);
+    on_show(view);
+  }
+};
+
+class FakeEvents : public Events {
+ public:
+  int pumps = 0;
+  int repaints = 0;
+  int beeps = 0;
+  std::vector<Pointer> pointers;  // every pointer that was set, in its order
+
+  void Pump() override { ++pumps; }
+  void Repaint() override { ++repaints; }
+  void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
+  void Beep() override { ++beeps; }
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_TESTS_SUPPORT_FAKE_SCREEN_H_
