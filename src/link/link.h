@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "link/frame.h"
 #include "link/line_mode.h"
 #include "link/result.h"
 #include "link/simulated_store.h"
@@ -25,6 +26,13 @@ struct LinkArguments {
   std::int16_t ComValue = 0;  // raw value sent or received
 };
 
+// What the settings say about the line.
+struct LineChoice {
+  std::string CommPort;  // "COM3"; without a number from the fourth character on: simulated
+  int ComMode = 0;       // 0 direct, 1 and 2 plug-in interfaces
+  int TypeSel = 4;       // link variant 1..4; 4 is in force in this system
+};
+
 // The one road to the instruments: six procedures over one serial line, or over a store in
 // memory when no port is configured. An exchange is synchronous and serves no events. Lives for
 // the whole process, one instance, used by the user-interface thread only.
@@ -33,13 +41,12 @@ class Link : public LinkArguments {
   // `port` and `clock` outlive the link.
   Link(SerialPort& port, const Clock& clock);
 
-  // Opens what `comm_port` names ("COM3"; no number from the fourth character on simulates).
-  // The mode in `com_mode` and TypeSel stays in force until the next LinkOpen. PortError and
-  // PortErrorText tell how it went.
-  void LinkOpen(const std::string& comm_port, int com_mode);
+  // Opens the line. The choice stays in force until the next LinkOpen, whatever becomes of the
+  // settings meanwhile. PortError and PortErrorText tell how it went.
+  void LinkOpen(const LineChoice& choice);
   void LinkClose();
 
-  // Opens the port again that was opened last and has vanished since. No effect otherwise.
+  // Opens the port again if it has vanished since LinkOpen; no effect otherwise.
   void ReopenIfLost();
 
   // Sends one ESC, which makes an instrument forget a half-received command. Nothing happens on
@@ -57,44 +64,51 @@ class Link : public LinkArguments {
   [[nodiscard]] LinkResult ComStatus(int inet) const;
   [[nodiscard]] bool IsGood(int inet) const { return ComStatus(inet) == LinkResult::kGood; }
 
-  std::int16_t TypeSel = 4;  // link variant 1..4; 4 is in force in this system
-  bool Simulated = false;    // no port: the store in memory answers
-  bool PortOpen = false;     // the link is usable, also when simulated
+  [[nodiscard]] const LineMode& Mode() const { return mode_; }
+
+  bool Simulated = false;  // no port: the store in memory answers
+  bool PortOpen = false;   // the link is usable, also when simulated; false while a port is lost
   LinkResult ComResult = LinkResult::kNone;
   std::string ReplyText;  // last reply without its terminator
-  std::string PortLabel;  // "(simulated)", or port and settings
-  int PortError = 0;
+  std::string PortLabel;  // "(simulated)", or port and settings: "COM1: 4800,n,8,2"
+  int PortError = 0;      // platform's error number of the last opening, 0 if it went well
   std::string PortErrorText;
 
  private:
-  struct Command {
-    char com_cmd = 0;  // bank or command letter
-    int address = 0;   // register address in its bank
-  };
   enum class Acknowledge { kWait, kUnseen };
 
-  [[nodiscard]] Command Translate() const;
+  [[nodiscard]] LineAddress Address() const { return {ComInet, ComSnet}; }
+  [[nodiscard]] std::int16_t* SimulatedRegister();
+  void ReadSpace(Space space);
+  void WriteSpace(Space space);
+  void AnswerRead(const std::int16_t* word);
+  void AnswerWrite(std::int16_t* word);
   void ReadValue(const std::string& frame);
   void WriteValue(const std::string& frame, Acknowledge acknowledge);
-  void SimulatedRead(std::int16_t* word);
-  void SimulatedWrite(std::int16_t* word);
   void Finish(LinkResult result);
-  [[nodiscard]] bool LinkSend(const std::string& frame);
+
+  void OpenPort();
+  void NoteEvents();
+  [[nodiscard]] LinkResult LinkSend(const std::string& frame);
+  [[nodiscard]] bool StaleCharactersWait();
+  void GatherUntilQuiet();
   void LinkPoll();
   void LinkPace();
   [[nodiscard]] LinkResult WaitValue();
   [[nodiscard]] LinkResult WaitAck();
-  void GatherStale();
+  template <typename Judge>
+  [[nodiscard]] LinkResult WaitFor(Judge judge);
 
   SerialPort& port_;
   const Clock& clock_;
   LineMode mode_;
   SimulatedStore store_;
   std::array<LinkResult, 8> com_status_{};
-  std::string rx_buffer_;
-  int link_event_ = 0;
+  std::string rx_buffer_;  // all characters received since the command was sent
+  int link_event_ = 0;     // number of the last event that the port reported since then
   int port_number_ = 0;
-  bool lost_ = false;
+  bool lost_ = false;                       // the port vanished while it was in use
+  std::chrono::nanoseconds quiet_until_{};  // a late reply of a failed exchange may come till then
 };
 
 // Keeps the arguments of the link and puts them back when it goes, so that a dialog in the

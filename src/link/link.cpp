@@ -1,0 +1,311 @@
+#include "link/link.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "common/number.h"
+#include "common/text.h"
+#include "link/registers.h"
+#include "link/reply.h"
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+constexpr milliseconds kPace{10};         // pause after a command
+constexpr milliseconds kReplyLimit{100};  // wait for a reply, from the end of the pause on
+
+// How long a line must be silent to count as quiet: twice what a reply of 5 characters takes at
+// 4800 baud, 11 bits a character (5 x 11 / 4800 s = 11.5 ms), with the command before it.
+constexpr milliseconds kQuiet{40};
+
+// An exchange that failed is followed by this pause before the next command. A reply that is
+// only a little late arrives in it and is seen, instead of being taken for the next answer. It
+// is short so that a silent line stays a responsive program; cycles rarely notice it, their
+// ticks are 50 ms apart.
+constexpr milliseconds kSettle{30};
+
+int PortNumber(const std::string& comm_port) {
+  const std::string trimmed = Trim(comm_port);
+  return trimmed.size() < 4 ? 0 : ToWord(ReadNumber(std::string_view(trimmed).substr(3)));
+}
+
+bool IsPortFailure(int event) {
+  return event > kLastHarmlessPortEvent;
+}
+
+}  // namespace
+
+Link::Link(SerialPort& port, const Clock& clock) : port_(port), clock_(clock) {}
+
+void Link::LinkOpen(const LineChoice& choice) {
+  LinkClose();
+  PortError = 0;
+  PortErrorText.clear();
+  port_number_ = PortNumber(choice.CommPort);
+  Simulated = port_number_ < 1;
+  mode_ = ChooseLineMode(mode_, choice.TypeSel, choice.ComMode);
+  if (Simulated) {
+    PortOpen = true;
+    PortLabel = "(simulated)";
+    return;
+  }
+  OpenPort();
+}
+
+void Link::OpenPort() {
+  const PortOpening opening = port_.Open(port_number_, mode_.PortSettings);
+  PortError = opening.Error;
+  PortErrorText = opening.Text;
+  if (PortError != 0) {
+    LinkClose();
+    return;
+  }
+  lost_ = false;
+  PortOpen = true;
+  PortLabel = "COM" + std::to_string(port_number_) + ": " + port_.Settings();
+}
+
+void Link::LinkClose() {
+  if (!Simulated && PortOpen) {
+    port_.Close();
+  }
+  PortOpen = false;
+  lost_ = false;
+}
+
+void Link::ReopenIfLost() {
+  NoteEvents();
+  if (!lost_) {
+    return;
+  }
+  OpenPort();
+  lost_ = !PortOpen;
+}
+
+// A port that failed is closed by the platform; it stays remembered as lost, so that the same
+// one can be opened again.
+void Link::NoteEvents() {
+  if (!PortOpen || Simulated) {
+    return;
+  }
+  const int event = port_.TakeEvent();
+  link_event_ = event != 0 ? event : link_event_;
+  if (IsPortFailure(event) || !port_.IsOpen()) {
+    LinkClose();
+    lost_ = true;
+  }
+}
+
+void Link::LinkAbort() {
+  if (PortOpen && !Simulated && !mode_.LinkDirect) {
+    port_.Write(std::string_view(&kEscape, 1));
+  }
+}
+
+LinkResult Link::ComStatus(int inet) const {
+  const bool known = inet >= 0 && inet < static_cast<int>(com_status_.size());
+  return known ? com_status_[static_cast<std::size_t>(inet)] : LinkResult::kNone;
+}
+
+std::int16_t* Link::SimulatedRegister() {
+  return store_.Register(mode_.TypeSel, {ComInet, ComSnet, ComLetter, ComIndex});
+}
+
+void Link::ReadReg() {
+  if (Simulated) {
+    AnswerRead(SimulatedRegister());
+    return;
+  }
+  ReadValue(RegisterReadFrame(mode_, Address(), {ComLetter, ComIndex}));
+}
+
+void Link::WriteReg() {
+  if (Simulated) {
+    AnswerWrite(SimulatedRegister());
+    return;
+  }
+  WriteValue(RegisterWriteFrame(mode_, Address(), {ComLetter, ComIndex}, ComValue),
+             Acknowledge::kWait);
+}
+
+void Link::ReadMem() {
+  if (Simulated) {
+    AnswerRead(store_.Memory(mode_.TypeSel, ComLetter));
+    return;
+  }
+  ReadSpace(Space::kMemory);
+}
+
+void Link::WriteMem() {
+  if (Simulated) {
+    AnswerWrite(store_.Memory(mode_.TypeSel, ComLetter));
+    return;
+  }
+  WriteSpace(Space::kMemory);
+}
+
+void Link::ReadPort() {
+  if (Simulated) {
+    AnswerRead(store_.Port(ComLetter));
+    return;
+  }
+  ReadSpace(Space::kPort);
+}
+
+void Link::WritePort() {
+  if (Simulated) {
+    AnswerWrite(store_.Port(ComLetter));
+    return;
+  }
+  WriteSpace(Space::kPort);
+}
+
+void Link::ReadSpace(Space space) {
+  ReadValue(SpaceReadFrame(mode_, Address(), space, ComLetter));
+}
+
+// On a direct line nothing acknowledges a memory or port write: it counts as good unseen.
+void Link::WriteSpace(Space space) {
+  WriteValue(SpaceWriteFrame(mode_, Address(), space, ComLetter, ComValue),
+             mode_.LinkDirect ? Acknowledge::kUnseen : Acknowledge::kWait);
+}
+
+void Link::AnswerRead(const std::int16_t* word) {
+  ComValue = word != nullptr ? *word : ComValue;
+  ReplyText = Hex(ComValue);
+  Finish(LinkResult::kGood);
+}
+
+void Link::AnswerWrite(std::int16_t* word) {
+  if (word != nullptr) {
+    *word = ComValue;
+  }
+  Finish(LinkResult::kGood);
+}
+
+void Link::ReadValue(const std::string& frame) {
+  ReplyText.clear();
+  LinkResult result = LinkSend(frame);
+  if (result == LinkResult::kGood) {
+    result = WaitValue();
+  }
+  if (result == LinkResult::kGood) {
+    ComValue = ReadHex(ReplyText);
+  }
+  Finish(result);
+}
+
+void Link::WriteValue(const std::string& frame, Acknowledge acknowledge) {
+  LinkResult result = LinkSend(frame);
+  if (result == LinkResult::kGood) {
+    if (acknowledge == Acknowledge::kWait) {
+      result = WaitAck();
+    } else {
+      LinkPace();
+    }
+  }
+  Finish(result);
+}
+
+void Link::Finish(LinkResult result) {
+  NoteEvents();
+  ComResult = result;
+  if (ComInet >= 0 && ComInet < static_cast<int>(com_status_.size())) {
+    com_status_[static_cast<std::size_t>(ComInet)] = result;
+  }
+  if (!Simulated && result != LinkResult::kGood) {
+    quiet_until_ = clock_.Elapsed() + kSettle;
+  }
+}
+
+// Good once the command is on its way. A command is not sent while characters of an older
+// exchange arrive: its answer could not be told from theirs, and a value that an instrument
+// hands over only once would be lost in the mixture.
+LinkResult Link::LinkSend(const std::string& frame) {
+  rx_buffer_.clear();
+  link_event_ = 0;
+  NoteEvents();
+  if (!PortOpen) {
+    return LinkResult::kPortError;
+  }
+  if (StaleCharactersWait()) {
+    GatherUntilQuiet();
+    return LinkResult::kLength;
+  }
+  return port_.Write(frame) ? LinkResult::kGood : LinkResult::kPortError;
+}
+
+bool Link::StaleCharactersWait() {
+  LinkPoll();
+  if (rx_buffer_.empty() && clock_.Elapsed() < quiet_until_) {
+    port_.WaitForData(quiet_until_ - clock_.Elapsed());
+    LinkPoll();
+  }
+  return !rx_buffer_.empty();
+}
+
+void Link::GatherUntilQuiet() {
+  const nanoseconds end = clock_.Elapsed() + kPace + kReplyLimit;
+  std::size_t gathered = 0;
+  while (gathered < rx_buffer_.size() && clock_.Elapsed() < end) {
+    gathered = rx_buffer_.size();
+    port_.WaitForData(std::min<nanoseconds>(kQuiet, end - clock_.Elapsed()));
+    LinkPoll();
+  }
+}
+
+void Link::LinkPoll() {
+  NoteEvents();
+  if (PortOpen) {
+    rx_buffer_ += port_.ReadAll();
+  }
+}
+
+// Gives the instrument time to take the command in. Characters that come meanwhile are kept.
+void Link::LinkPace() {
+  const nanoseconds end = clock_.Elapsed() + kPace;
+  while (PortOpen && clock_.Elapsed() < end) {
+    port_.WaitForData(end - clock_.Elapsed());
+    LinkPoll();
+  }
+}
+
+LinkResult Link::WaitValue() {
+  return WaitFor([this]() -> std::optional<LinkResult> {
+    const auto verdict = JudgeValue(rx_buffer_);
+    if (!verdict) {
+      return std::nullopt;
+    }
+    ReplyText = verdict->ReplyText;
+    return verdict->Result;
+  });
+}
+
+LinkResult Link::WaitAck() {
+  return WaitFor([this] { return JudgeAck(rx_buffer_); });
+}
+
+// Sleeps from character to character until `judge` has enough of them.
+template <typename Judge>
+LinkResult Link::WaitFor(Judge judge) {
+  LinkPace();
+  const nanoseconds end = clock_.Elapsed() + kReplyLimit;
+  while (true) {
+    LinkPoll();
+    if (!PortOpen || IsPortFailure(link_event_)) {
+      return LinkResult::kPortError;
+    }
+    if (const std::optional<LinkResult> result = judge()) {
+      return *result;
+    }
+    if (clock_.Elapsed() > end) {
+      return LinkResult::kTimeOut;
+    }
+    port_.WaitForData(std::max(end - clock_.Elapsed(), nanoseconds(1)));
+  }
+}
+
+}  // namespace tavrel

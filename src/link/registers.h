@@ -1,0 +1,46 @@
+#ifndef TAVREL_LINK_REGISTERS_H_
+#define TAVREL_LINK_REGISTERS_H_
+
+#include <cstdint>
+#include <string_view>
+
+// The register vocabulary of the instruments. Twenty letters G to Z name groups of sixteen
+// words in two banks; a word is 16 bits signed, temperatures in steps of 0.05 degrees.
+namespace tavrel {
+
+inline constexpr int kRegistersPerLetter = 16;
+inline constexpr double kDegreesPerStep = 0.05;
+
+namespace reg {
+inline constexpr const char* kBuffered = "R";         // values waiting of an input; write 0 clears
+inline constexpr const char* kSampling = "S";         // sampling interval of an input
+inline constexpr const char* kOldestValue = "X";      // handed over once; no-data when none
+inline constexpr const char* kPresentValue = "Y";     // of an input
+inline constexpr const char* kControllerState = "Z";  // of controllers 1..4
+}  // namespace reg
+
+// What register Z of a controller says.
+namespace controller {
+inline constexpr std::int16_t kUnknown = -1;
+inline constexpr std::int16_t kOff = 0;
+inline constexpr std::int16_t kFail = 1;
+inline constexpr std::int16_t kIsotherm = 2;
+inline constexpr std::int16_t kDynamic = 3;
+inline constexpr std::int16_t kDynamicFalling = 4;
+inline constexpr std::int16_t kTest = 5;
+}  // namespace controller
+
+// Where a register lies: `Bank` V (256 words) or P (64 words) and the address inside it.
+struct RegisterPlace {
+  char Bank = 0;
+  int Address = 0;
+};
+
+// The place of register `letter` with `index`. Variants 1 and 2 know no letters: bank and
+// address go out as the caller gives them, and so they do for a letter outside G..Z. An empty
+// letter counts as a blank.
+[[nodiscard]] RegisterPlace PlaceOf(int type_sel, std::string_view letter, int index);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_LINK_REGISTERS_H_

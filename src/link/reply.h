@@ -1,0 +1,33 @@
+#ifndef TAVREL_LINK_REPLY_H_
+#define TAVREL_LINK_REPLY_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "link/result.h"
+
+// What the characters received since a command say. Pure functions that know no port and no
+// clock; any bytes whatever are judged.
+namespace tavrel {
+
+// A judged value reply. `ReplyText` is what came before the carriage return, if one came.
+struct ValueVerdict {
+  LinkResult Result = LinkResult::kNone;
+  std::string ReplyText;
+};
+
+// Two or four digits 0..9, A..F and a carriage return are good. Empty: nothing that can be
+// judged has come yet. Conditions in the order in which they decide:
+//  - a carriage return; if fewer than 6 characters came in all and 2 or 4 of them stand before
+//    it, the digits decide between good and kNotHex, otherwise kLength (a late reply of an older
+//    exchange makes the buffer too long, and both are refused);
+//  - ESC or "?": kRejected.
+[[nodiscard]] std::optional<ValueVerdict> JudgeValue(std::string_view rx_buffer);
+
+// A "." anywhere is good; else a "?" or ESC is kRejected. Empty: nothing yet.
+[[nodiscard]] std::optional<LinkResult> JudgeAck(std::string_view rx_buffer);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_LINK_REPLY_H_
