@@ -1,6 +1,8 @@
 #ifndef TAVREL_PLATFORM_EVENTS_H_
 #define TAVREL_PLATFORM_EVENTS_H_
 
+#include <chrono>
+
 namespace tavrel {
 
 enum class Pointer { kNormal, kHourglass };
@@ -15,6 +17,9 @@ class Events {
 
   // Paints what has changed, without serving keys, mouse or timers.
   virtual void Repaint() = 0;
+
+  // Sleeps and paints; keys, mouse and timers wait meanwhile.
+  virtual void Rest(std::chrono::milliseconds time) = 0;
 
   virtual void SetPointer(Pointer pointer) = 0;
   virtual void Beep() = 0;

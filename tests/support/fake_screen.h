@@ -53,8 +53,10 @@ class FakeScreens : public Screens {
   }
 };
 
+// Levers: on_rest runs in place of a sleep, to move a clock.
 class FakeEvents : public Events {
  public:
+  std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
@@ -62,6 +64,7 @@ class FakeEvents : public Events {
 
   void Pump() override { ++pumps; }
   void Repaint() override { ++repaints; }
+  void Rest(std::chrono::milliseconds time) override { on_rest(time); }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
   void Beep() override { ++beeps; }
 };

@@ -1,0 +1,71 @@
+#ifndef TAVREL_FRAME_MAIN_WINDOW_H_
+#define TAVREL_FRAME_MAIN_WINDOW_H_
+
+#include "files/recording_engine.h"
+#include "frame/main_cycle.h"
+#include "frame/main_menu.h"
+#include "frame/main_sheet.h"
+#include "frame/run_state.h"
+#include "frame/settings_store.h"
+#include "link/link.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "platform/screens.h"
+#include "platform/shell.h"
+
+namespace tavrel {
+
+// The commands of the main form's menu and the way out of the program.
+class MainWindow {
+ public:
+  struct Parts {  // all outlive this
+    RunState& state;
+    Link& link;
+    RecordingFiles& files;
+    RecordingEngine& engine;
+    SettingsStore& settings;
+    MainSheet& sheet;
+    MainCycle& cycle;
+    Dialogs& dialogs;
+    Screens& screens;
+    Events& events;
+    Shell& shell;
+    const Clock& clock;
+  };
+  explicit MainWindow(const Parts& parts) : parts_(parts) {}
+
+  // False for an entry whose form this program does not have: it is greyed.
+  [[nodiscard]] bool IsEnabled(const MenuEntry& entry) const;
+
+  void Choose(const MenuEntry& entry);
+
+  // Settings dialog and opening of the port, again and again until the port opens or the user
+  // leaves the program.
+  void MnuSettings();
+
+  // Asks and shuts down; nothing happens on Cancel.
+  void MnuExit();
+
+  // The close box and the end of the session: shuts down without a question.
+  void Close();
+
+  // The program has been shut down; the process may end.
+  [[nodiscard]] bool HasEnded() const { return ended_; }
+
+ private:
+  void ShutDown();
+  void MarkLastSets();
+  void ReadOut();
+  [[nodiscard]] bool AnyKeepsReading();
+  [[nodiscard]] bool AllWait() const;
+  [[nodiscard]] bool ReviveHeldSets();
+  void SaveEverything();
+
+  Parts parts_;
+  bool ended_ = false;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FRAME_MAIN_WINDOW_H_

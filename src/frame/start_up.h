@@ -1,0 +1,67 @@
+#ifndef TAVREL_FRAME_START_UP_H_
+#define TAVREL_FRAME_START_UP_H_
+
+#include "files/recording_engine.h"
+#include "files/recording_file.h"
+#include "frame/main_cycle.h"
+#include "frame/main_sheet.h"
+#include "frame/run_state.h"
+#include "frame/settings_store.h"
+#include "link/link.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "platform/screens.h"
+
+namespace tavrel {
+
+inline constexpr const char* kGermanManual = "H207_511.pdf";  // also marks a complete installation
+inline constexpr const char* kEnglishManual = "H207_512.pdf";
+inline constexpr int kSplashSeconds = 60;  // after that the splash leaves by itself
+
+// The way from the start of the process to the running cycle, in three steps that the forms
+// call when they come up.
+class StartUp {
+ public:
+  struct Parts {  // all outlive this
+    RunState& state;
+    Link& link;
+    RecordingFiles& files;
+    SettingsStore& settings;
+    MainSheet& sheet;
+    MainCycle& cycle;
+    Messages& messages;
+    Dialogs& dialogs;
+    Screens& screens;
+    Events& events;
+    const Clock& clock;
+  };
+  explicit StartUp(const Parts& parts) : parts_(parts) {}
+
+  // Splash form, on load: guards against a second copy and a broken installation. `program_path`
+  // is the program's directory. False: a message has been shown and the process ends.
+  [[nodiscard]] bool SplashLoad(bool another_runs, const std::string& program_path);
+
+  // Splash form, on first display: loads the settings.
+  [[nodiscard]] SplashValues SplashShow();
+
+  // Main form, on load: opens the link. False: the user chose to leave instead.
+  [[nodiscard]] bool MainFormLoad();
+
+  // Main form, on first display: attaches the files, looks what the instruments hold, switches
+  // off controllers that no slot knows, starts the cycle. Later calls do nothing.
+  void MainFormShow();
+
+ private:
+  void AttachFiles();
+  void AttachSlot(int slot);
+  void MakeDefaultSlot();
+  void ReadBacklog();
+  void SweepControllers();
+
+  Parts parts_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FRAME_START_UP_H_

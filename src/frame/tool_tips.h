@@ -1,0 +1,34 @@
+#ifndef TAVREL_FRAME_TOOL_TIPS_H_
+#define TAVREL_FRAME_TOOL_TIPS_H_
+
+#include <array>
+#include <string_view>
+
+#include "common/language.h"
+
+namespace tavrel {
+
+// The tool tip of a control, by the control's name; in a table of rows it serves each of them.
+struct ToolTip {
+  std::string_view Control;
+  BothLanguages Text;
+};
+
+inline constexpr std::array kMainSheetTips = {
+    ToolTip{"tx_Des", {" designation of apparatus ", " Bezeichnung der Apparatur "}},
+    ToolTip{"lb_TavNo", {" select this Tavrel ", " dieses Tavrel auswählen "}},
+    ToolTip{"lb_File", {" Tavrel-file ", " Tavrel-Datei "}},
+    ToolTip{"lb_Rec", {" time recorded ", " Aufzeichnungsdauer "}},
+    ToolTip{"lb_Rstat",
+            {" actual condition of recording ", " aktueller Zustand der Aufzeichnung "}},
+    ToolTip{"lb_Ref", {" actual value of reference ", " aktueller Referenzwert "}},
+    ToolTip{"lb_Ctrl", {" actual value of controller ", " aktueller Wert des Reglers "}},
+    ToolTip{"lb_Cstat", {" actual condition of controller ", " aktueller Zustand des Reglers "}},
+    ToolTip{"cmd_Work", {" show Worksheet/Graph ", " Arbeitsblatt/Graphik anzeigen "}},
+    ToolTip{"imgTavSel", {" Tavrel selected ", " dieses Tavrel ist ausgewählt "}},
+    ToolTip{"cmd_Open", {" open a Tavrel-file ", " Tavrel-Datei öffnen "}},
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FRAME_TOOL_TIPS_H_
