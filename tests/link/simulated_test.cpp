@@ -112,7 +112,7 @@ TEST_F(SimulatedLink, AnswersOddArgumentsWithoutHarm) {
   EXPECT_EQ(Read(100, "W", 1), -1);
   Write(1, "", 1, 5);
   EXPECT_EQ(Read(1, "", 1), -1);
-  EXPECT_EQ(Read(1, "\x7f", 1), -1);
+  EXPECT_EQ(Read(1, "\xff", 1), -1);
 }
 
 TEST(SimulatedStore, UsesTwoTablesByBankInTheOlderVariants) {
