@@ -15,14 +15,16 @@ namespace tavrel {
 // zero; 0 in "#####" is the empty text. What is no number gives the empty text.
 [[nodiscard]] std::string FormatMask(double value, std::string_view mask);
 
-// Decimals by size: |value| <= 10 "###0.00", <= 100 "####0.0", above "######0".
+// Decimals by size: |value| <= 10 "###0.00", <= 100 "####0.0", above "######0". A single stands
+// for its decimal value at 7 significant digits, so that 10.15 shows as 10.2.
 [[nodiscard]] std::string FormatAuto(float value);
 
 // The same with the limits 100 and 1000.
 [[nodiscard]] std::string FormatAutoWide(float value);
 
 // The shortest decimal text with at most 7 significant digits, as numbers stand in boxes and
-// settings: 11, 0.5, 1E+20 written out as long as 15 digits do.
+// settings: 11, 0.5. Written out as long as 15 digits before the point and 15 behind it do, else
+// as 1.5E+20. What is no number gives the empty text.
 [[nodiscard]] std::string ShortestNumber(double value);
 
 // The number at the start of a text: blanks, one sign, digits, one point, an exponent. The

@@ -55,8 +55,9 @@ class RecordingEngine {
   // recording goes on in a next file, ReadState is kReading afterwards, else kIdle.
   void EndOfRecording(int slot);
 
-  // True if some but not all channels of the set in hand have arrived.
-  [[nodiscard]] bool IsSetHalfRead(int slot) const;
+  // True if at least one channel of the next set has arrived: a half-read set, or a whole one
+  // that could not be written yet.
+  [[nodiscard]] bool HoldsSet(int slot) const;
 
  private:
   // The pump.

@@ -16,6 +16,9 @@
 
 namespace tavrel {
 
+inline constexpr const char* kGermanManual = "H207_511.pdf";  // also marks a whole installation
+inline constexpr const char* kEnglishManual = "H207_512.pdf";
+
 // The commands of the main form's menu and the way out of the program.
 class MainWindow {
  public:
@@ -40,6 +43,12 @@ class MainWindow {
 
   void Choose(const MenuEntry& entry);
 
+  // Opens the line that the settings name, and says in the caption if it is simulated.
+  void LinkOpen();
+
+  // What to tell the user after a LinkOpen that failed.
+  [[nodiscard]] Notice PortErrorNotice(BoxIcon icon) const;
+
   // Settings dialog and opening of the port, again and again until the port opens or the user
   // leaves the program.
   void MnuSettings();
@@ -54,6 +63,8 @@ class MainWindow {
   [[nodiscard]] bool HasEnded() const { return ended_; }
 
  private:
+  void ShowForm(const MenuEntry& entry);
+  void MnuHelp();
   void ShutDown();
   void MarkLastSets();
   void ReadOut();

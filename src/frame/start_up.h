@@ -5,6 +5,7 @@
 #include "files/recording_file.h"
 #include "frame/main_cycle.h"
 #include "frame/main_sheet.h"
+#include "frame/main_window.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
 #include "link/link.h"
@@ -15,8 +16,6 @@
 
 namespace tavrel {
 
-inline constexpr const char* kGermanManual = "H207_511.pdf";  // also marks a complete installation
-inline constexpr const char* kEnglishManual = "H207_512.pdf";
 inline constexpr int kSplashSeconds = 60;  // after that the splash leaves by itself
 
 // The way from the start of the process to the running cycle, in three steps that the forms
@@ -30,6 +29,7 @@ class StartUp {
     SettingsStore& settings;
     MainSheet& sheet;
     MainCycle& cycle;
+    MainWindow& window;
     Messages& messages;
     Dialogs& dialogs;
     Screens& screens;

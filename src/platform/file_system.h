@@ -43,10 +43,13 @@ namespace tavrel {
 
 // Puts `bytes` in place of whatever `path` held: a temporary file beside it, synced, then
 // renamed, so that a crash leaves the old file or the new one. Returns the empty text on
-// success, else the system's error text; the old file is then untouched.
+// success, else the system's error text; the old file is then untouched. A link stays a link and
+// the file it leads to is replaced; a link that leads nowhere becomes the file. Directories,
+// devices and write-protected files are refused. The permissions of the old file are kept.
 [[nodiscard]] std::string ReplaceFile(const std::string& path, std::string_view bytes);
 
-// Copies a plain file with the same care. Empty text on success.
+// Copies a plain file with the same care. A file is never copied onto itself, by whatever name.
+// Empty text on success.
 [[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);
 
 // Empty text on success; a file that is not there counts as deleted.

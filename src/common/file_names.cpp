@@ -1,0 +1,28 @@
+#include "common/file_names.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "common/text.h"
+
+namespace tavrel {
+namespace {
+
+constexpr std::array<std::string_view, 22> kForeignExtensions = {
+    "BAS", "BAT", "BMP", "COM", "CMD", "DOC", "EXE", "FRM", "FRX", "GIF", "ICO",
+    "JPG", "PDF", "PRG", "RTF", "TXT", "USR", "VAR", "VBP", "VBW", "ZIP", "ZMK"};
+
+}  // namespace
+
+bool IsDataFileName(std::string_view file_name) {
+  const std::size_t point = file_name.find('.');
+  if (point == std::string_view::npos || point + 1 == file_name.size()) {
+    return false;
+  }
+  const std::string extension = UpperCase(file_name.substr(point + 1));
+  return std::find(kForeignExtensions.begin(), kForeignExtensions.end(), extension) ==
+         kForeignExtensions.end();
+}
+
+}  // namespace tavrel

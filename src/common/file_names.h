@@ -1,0 +1,17 @@
+#ifndef TAVREL_COMMON_FILE_NAMES_H_
+#define TAVREL_COMMON_FILE_NAMES_H_
+
+#include <string_view>
+
+namespace tavrel {
+
+// True if `file_name` (without a directory) may be a recording file. Such files have no
+// extension of their own: it is the first three letters of the designation. So every name
+// counts that has something behind its first point, as long as that is none of the extensions
+// known to belong to other kinds of files. All behind the first point is the extension, so a
+// second point makes any name a recording file's.
+[[nodiscard]] bool IsDataFileName(std::string_view file_name);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_COMMON_FILE_NAMES_H_

@@ -1,0 +1,144 @@
+#include "frame/main_cycle.h"
+
+namespace tavrel {
+namespace {
+
+constexpr double kMidnightGuard = 86300;  // seconds since midnight; from here on the cycle waits
+
+// Screens whose next step hangs on the running light.
+bool HasTrigger(View view) {
+  switch (view) {
+    case View::kAllCom:
+    case View::kAllMem:
+    case View::kAllQs:
+    case View::kAllRam:
+    case View::kAllRegs:
+    case View::kSpTavHs:
+    case View::kAllWdog:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+void MainCycle::Tick() {
+  if (!enabled_ || in_tick_) {
+    return;
+  }
+  if (parts_.state.ActiveView == View::kTavNum) {
+    parts_.state.Trigger = !parts_.state.Trigger;
+    return;
+  }
+  in_tick_ = true;
+  RunTick();
+  in_tick_ = false;
+  parts_.messages.ShowKept();
+}
+
+void MainCycle::RunTick() {
+  const KeepLinkArguments keep(parts_.link);
+  const Messages::Deferral deferral(parts_.messages);
+  if (StandsAtMidnight()) {
+    return;
+  }
+  const bool is_free = ServeScreen();
+  BlinkTrigger();
+  if (is_free) {
+    DoFreeWork();
+  }
+  parts_.sheet.RefreshInfo();
+}
+
+// Deadlines are seconds of one day. In the last minutes of the day the cycle stands still, so
+// that none is set beyond its end; once the clock has wrapped all are armed anew. The same is
+// done whenever the clock is found lower than before: the machine slept over midnight.
+bool MainCycle::StandsAtMidnight() {
+  const double timer = parts_.clock.Timer();
+  const bool wrapped = timer < last_timer_;
+  last_timer_ = timer;
+  if (timer > kMidnightGuard) {
+    return true;
+  }
+  if (wrapped) {
+    ArmAll();
+  }
+  return false;
+}
+
+void MainCycle::ArmAll() {
+  RunState& state = parts_.state;
+  const float now = Timer();
+  state.TickTen = now + 10;
+  state.TickMinute = now + 60;
+  state.TickRefresh = now + 5;
+  state.TickFlush = now + 100;
+  state.TickWait = now + 1;
+  state.TickBlink = 0;
+}
+
+// True if the screen in front leaves the tick free.
+bool MainCycle::ServeScreen() {
+  const RunState& state = parts_.state;
+  switch (state.ActiveView) {
+    case View::kMainSheet:
+      if (!IsPast(state.TickRefresh)) {
+        return true;
+      }
+      parts_.sheet.RefreshRow();
+      return false;
+    case View::kTavWork:
+      if (!IsPast(state.TickRefresh) || !guests_.refresh_worksheet) {
+        return true;
+      }
+      guests_.refresh_worksheet();
+      return state.SelSlot == kViewedFile;  // a viewed file needs no line
+    case View::kTavGraph:
+      return state.GraphIdle;
+    case View::kTavWait:
+      if (!IsPast(state.TickWait) || !guests_.advance_wait_bar) {
+        return true;
+      }
+      guests_.advance_wait_bar();
+      return false;
+    default:
+      return true;
+  }
+}
+
+void MainCycle::BlinkTrigger() {
+  RunState& state = parts_.state;
+  if (HasTrigger(state.ActiveView) && IsPast(state.TickBlink)) {
+    state.Trigger = !state.Trigger;
+  }
+}
+
+void MainCycle::DoFreeWork() {
+  RunState& state = parts_.state;
+  if (IsPast(state.TickTen)) {
+    state.TickTen = Timer() + 10;
+    parts_.link.ReopenIfLost();
+    parts_.engine.TenSecondTick();
+  }
+  parts_.engine.PumpOnce();
+  if (IsPast(state.TickMinute)) {
+    state.TickMinute += 60;
+    StepPrograms();
+  }
+  if (IsPast(state.TickFlush)) {
+    state.TickFlush = Timer() + 1200;
+    parts_.engine.FlushFiles();
+  }
+}
+
+void MainCycle::StepPrograms() {
+  if (!guests_.step_program) {
+    return;
+  }
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    guests_.step_program(slot);
+  }
+}
+
+}  // namespace tavrel

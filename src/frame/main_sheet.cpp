@@ -1,0 +1,280 @@
+#include "frame/main_sheet.h"
+
+#include <array>
+
+#include "common/number.h"
+#include "common/text.h"
+#include "files/recording_format.h"
+#include "link/registers.h"
+
+namespace tavrel {
+namespace {
+
+constexpr float kPassPause = 5;              // seconds between two passes
+constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
+
+struct Status {
+  const char* word;
+  Colour colour;
+};
+
+Status ControllerStatus(std::int16_t state) {
+  switch (state) {
+    case kNoData:
+    case controller::kUnknown:
+      return {"", kGrey};
+    case controller::kOff:
+      return {"off", kGrey};
+    case controller::kFail:
+      return {"fail", kOrange};
+    case controller::kIsotherm:
+      return {"iso", kGreen};
+    case controller::kDynamic:
+      return {"dyn", kGreen};
+    case controller::kDynamicFalling:
+      return {"dyn-", kGreen};
+    case controller::kTest:
+      return {"test", kOrange};
+    default:
+      return {"?", kOrange};
+  }
+}
+
+// A set that cannot be written comes first: it is the one state that asks for help.
+Status RecordingStatus(int rec_on, bool is_full, bool write_failed) {
+  if (write_failed) {
+    return {"disk !", kOrange};
+  }
+  switch (rec_on) {
+    case 0:
+      return is_full ? Status{"end", kYellow} : Status{"off", kGrey};
+    case 1:
+      return {"on", kGreen};
+    default:
+      return {"", kGrey};
+  }
+}
+
+// One number for all that the recording cell depends on, to see when it changes.
+int RecordingState(int rec_on, bool is_full, bool write_failed) {
+  return rec_on * 4 + (is_full ? 2 : 0) + (write_failed ? 1 : 0);
+}
+
+std::string Degrees(int raw) {
+  return raw == kNoData ? std::string() : FormatMask(raw * kDegreesPerStep, "#####0.0");
+}
+
+}  // namespace
+
+void MainSheet::SetCaptionAndTips() {
+  values_.Caption = parts_.link.Simulated ? " TAVREL  6.1   (simulated)" : " TAVREL  6.1";
+  values_.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
+}
+
+void MainSheet::ShowPanel() {
+  values_.picActual = true;
+  values_.cmd_OpenEnabled = parts_.screens.Has(View::kAllOpen);
+}
+
+void MainSheet::ShowRow(int slot) {
+  SheetRow& row = Row(slot);
+  row = SheetRow();
+  row.Sheet = true;
+  row.tx_Des = parts_.state.Unit.at(static_cast<std::size_t>(slot)).ApparatusName();
+  row.tx_DesEnabled = true;
+  row.cmd_WorkEnabled = parts_.screens.Has(View::kTavWork);
+  parts_.state.SheetReset = false;
+}
+
+void MainSheet::HideRow(int slot) {
+  Row(slot) = SheetRow();
+  parts_.state.SheetReset = false;
+}
+
+void MainSheet::RefreshRow() {
+  RunState& state = parts_.state;
+  if (!state.SheetReset) {
+    state.SheetReset = true;
+    shown_ = {};
+  }
+  if (state.SheetSlot < 1 || state.SheetSlot > kSlots) {
+    BeginPass();
+  }
+  do {
+    ++state.SheetSlot;
+  } while (state.SheetSlot < kSlots &&
+           state.SlotFile[static_cast<std::size_t>(state.SheetSlot)].empty());
+  if (!state.SlotFile[static_cast<std::size_t>(state.SheetSlot)].empty()) {
+    RefreshSlot(state.SheetSlot);
+  }
+  if (state.SheetSlot == kSlots) {
+    EndPass();
+  }
+}
+
+void MainSheet::BeginPass() {
+  parts_.state.SheetSlot = 0;
+  values_.Indicator = true;
+}
+
+void MainSheet::EndPass() {
+  parts_.state.SheetSlot = 0;
+  parts_.state.TickRefresh = static_cast<float>(parts_.clock.Timer()) + kPassPause;
+  parts_.events.SetPointer(Pointer::kNormal);
+  values_.Indicator = false;
+}
+
+// A silent instrument costs one exchange: the reference fails first and the rest is skipped.
+void MainSheet::RefreshSlot(int slot) {
+  const UnitRecord& unit = parts_.state.Unit[static_cast<std::size_t>(slot)];
+  SheetRow& row = Row(slot);
+  ShownRaw& shown = Shown(slot);
+  Link& link = parts_.link;
+
+  link.ComInet = unit.UnitInet;
+  link.ComLetter = reg::kPresentValue;
+  link.ComIndex = unit.UnitRef;
+  link.ReadReg();
+  const std::int16_t reference = link.IsGood(unit.UnitInet) ? link.ComValue : kNoData;
+  RefreshStatus(slot);
+  if (reference != shown.reference) {
+    shown.reference = reference;
+    row.lb_Ref = Degrees(reference);
+  }
+  const std::int16_t ctrl = ReadIfGood(reg::kPresentValue, unit.UnitCtrl);
+  if (ctrl != shown.ctrl) {
+    shown.ctrl = ctrl;
+    row.lb_Ctrl = Degrees(ctrl);
+  }
+  const std::int16_t ctrl_state = ReadIfGood(reg::kControllerState, unit.UnitCtrl);
+  if (ctrl_state != shown.ctrl_state) {
+    shown.ctrl_state = ctrl_state;
+    const Status status = ControllerStatus(ctrl_state);
+    row.lb_Cstat = status.word;
+    row.sh_Cstat = status.colour;
+  }
+  RefreshFile(slot);
+  RefreshRecording(slot);
+}
+
+std::int16_t MainSheet::ReadIfGood(const char* letter, std::int16_t index) {
+  Link& link = parts_.link;
+  if (!link.IsGood(link.ComInet)) {
+    return kNoData;
+  }
+  link.ComLetter = letter;
+  link.ComIndex = index;
+  link.ReadReg();
+  return link.IsGood(link.ComInet) ? link.ComValue : kNoData;
+}
+
+void MainSheet::RefreshStatus(int slot) {
+  RunState& state = parts_.state;
+  const std::int16_t inet = state.Unit[static_cast<std::size_t>(slot)].UnitInet;
+  const int com_status = static_cast<int>(parts_.link.ComStatus(inet));
+  ShownRaw& shown = Shown(slot);
+  if (com_status == shown.com_status) {
+    return;
+  }
+  shown.com_status = com_status;
+  if (state.ActiveInet == 0) {
+    state.ActiveInet = inet;
+  }
+  SheetRow& row = Row(slot);
+  row.lb_TavNo = std::to_string(inet);
+  row.imgTavSel = inet == state.ActiveInet;
+  row.sh_TavNo = parts_.link.IsGood(inet) ? kYellow : kOrange;
+}
+
+void MainSheet::RefreshFile(int slot) {
+  const std::string& slot_file = parts_.state.SlotFile[static_cast<std::size_t>(slot)];
+  const std::string file = LowerCase(FirstCharacters(slot_file, kFileCharacters));
+  if (file != Shown(slot).file) {
+    Shown(slot).file = file;
+    Row(slot).lb_File = file;
+  }
+}
+
+void MainSheet::RefreshRecording(int slot) {
+  const RunState& state = parts_.state;
+  const auto place = static_cast<std::size_t>(slot);
+  const int rec_on = state.Unit[place].UnitRecOn;
+  const bool is_full = state.SampleCount[place] >= state.SampleLimit[place];
+  const bool write_failed = state.WriteFailed[place];
+  ShownRaw& shown = Shown(slot);
+  SheetRow& row = Row(slot);
+
+  const int rec_state = RecordingState(rec_on, is_full, write_failed);
+  if (rec_state != shown.rec_state) {
+    shown.rec_state = rec_state;
+    const Status status = RecordingStatus(rec_on, is_full, write_failed);
+    row.lb_Rstat = status.word;
+    row.sh_Rstat = status.colour;
+  }
+  if (state.SampleCount[place] != shown.sample_count) {
+    shown.sample_count = state.SampleCount[place];
+    row.lb_Rec =
+        FormatMask(RecordedHours(shown.sample_count, state.RecInterval[place]), "####0.00");
+  }
+}
+
+void MainSheet::RefreshInfo() {
+  values_.lbl_Info = parts_.state.lbl_Info;
+}
+
+void MainSheet::lb_TavNo_Click(int slot) {
+  RunState& state = parts_.state;
+  if (!IsSlot(slot) || state.SlotFile[static_cast<std::size_t>(slot)].empty()) {
+    return;
+  }
+  const std::int16_t inet = state.Unit[static_cast<std::size_t>(slot)].UnitInet;
+  if (inet == state.ActiveInet) {
+    return;
+  }
+  state.ActiveInet = inet;
+  for (int other = 1; other <= kSlots; ++other) {
+    const auto place = static_cast<std::size_t>(other);
+    Row(other).imgTavSel = !state.SlotFile[place].empty() && state.Unit[place].UnitInet == inet;
+  }
+}
+
+void MainSheet::tx_Des_Change(int slot, const std::string& text) {
+  RunState& state = parts_.state;
+  const auto place = static_cast<std::size_t>(slot);
+  state.SlotDirty.at(place) = true;
+  state.Unit.at(place).SetApparatusName(text);
+  Row(slot).tx_Des = text;
+  if (slot == kViewedFile) {
+    state.IndexValid = false;
+  }
+  if (slot == state.SelSlot) {
+    state.WorkReset = false;
+    state.OverPrepared = false;
+    state.PartPrepared = false;
+  }
+}
+
+void MainSheet::cmd_Work_Click(int slot) {
+  RunState& state = parts_.state;
+  if (state.SelSlot != slot) {
+    state.SelSlot = slot;
+    state.WorkReset = false;
+    state.OverPrepared = false;
+    state.PartPrepared = false;
+  }
+  parts_.events.SetPointer(Pointer::kHourglass);
+  state.TickRefresh = 0;
+  parts_.screens.Show(View::kTavWork);
+  state.TickRefresh = 0;
+  state.SheetSlot = 0;
+}
+
+void MainSheet::LeaveFront() {
+  RunState& state = parts_.state;
+  if (state.BacklogCount > 0) {
+    state.BacklogCount = 0;
+    state.lbl_Info.clear();
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,203 @@
+#include "frame/main_window.h"
+
+#include <chrono>
+
+#include "common/language.h"
+#include "common/text.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr std::chrono::seconds kReadOutLimit{10};
+constexpr std::chrono::seconds kRetryHeldSet{1};
+
+Notice ExitQuestion() {
+  return {"Exit", "TAVREL", BoxIcon::kQuestion};
+}
+
+}  // namespace
+
+bool MainWindow::IsEnabled(const MenuEntry& entry) const {
+  const bool opens_a_form =
+      entry.Action == MenuAction::kShow || entry.Action == MenuAction::kSettings;
+  return !opens_a_form || parts_.screens.Has(entry.Opens);
+}
+
+void MainWindow::Choose(const MenuEntry& entry) {
+  switch (entry.Action) {
+    case MenuAction::kHeading:
+      return;
+    case MenuAction::kShow:
+      ShowForm(entry);
+      return;
+    case MenuAction::kSettings:
+      MnuSettings();
+      return;
+    case MenuAction::kHelp:
+      MnuHelp();
+      return;
+    case MenuAction::kExit:
+      MnuExit();
+      return;
+  }
+}
+
+void MainWindow::ShowForm(const MenuEntry& entry) {
+  parts_.events.SetPointer(Pointer::kHourglass);
+  if (entry.HidesCommands) {
+    parts_.sheet.ShowCommands(false);
+  }
+  if (entry.StopsCycle) {
+    const MainCycle::Pause pause(parts_.cycle);
+    parts_.screens.Show(entry.Opens);
+  } else {
+    parts_.screens.Show(entry.Opens);
+  }
+  parts_.sheet.ShowCommands(true);
+}
+
+void MainWindow::MnuHelp() {
+  const RunState& state = parts_.state;
+  const bool german = LanguageOf(state.Settings.HelpLang) == Language::kGerman;
+  const std::string path = state.AppPath + (german ? kGermanManual : kEnglishManual);
+  const auto found =
+      FindFile(StripSeparator(state.AppPath), german ? kGermanManual : kEnglishManual);
+  if (!found) {
+    parts_.dialogs.Message(
+        {"Help-file not found:\n\n\"" + path + "\"", "TAVREL", BoxIcon::kInformation});
+    return;
+  }
+  parts_.shell.OpenDocument(*found);
+}
+
+void MainWindow::LinkOpen() {
+  const SettingsValues& settings = parts_.state.Settings;
+  parts_.link.LinkOpen({settings.CommPort, settings.ComMode, settings.TypeSel});
+  parts_.sheet.SetCaptionAndTips();
+}
+
+Notice MainWindow::PortErrorNotice(BoxIcon icon) const {
+  return {parts_.link.PortErrorText, "Open " + Trim(parts_.state.Settings.CommPort), icon};
+}
+
+void MainWindow::MnuSettings() {
+  parts_.sheet.ShowCommands(false);
+  do {
+    parts_.events.SetPointer(Pointer::kHourglass);
+    parts_.screens.Show(View::kTavSett);
+    parts_.events.SetPointer(Pointer::kNormal);
+    LinkOpen();
+    if (parts_.link.PortError != 0 &&
+        !parts_.dialogs.AskRetry(PortErrorNotice(BoxIcon::kCritical))) {
+      MnuExit();
+    }
+  } while (parts_.link.PortError != 0 && !ended_);
+  parts_.sheet.ShowCommands(true);
+}
+
+void MainWindow::MnuExit() {
+  if (parts_.dialogs.AskOk(ExitQuestion())) {
+    Close();
+  }
+}
+
+void MainWindow::Close() {
+  if (ended_) {
+    return;
+  }
+  ended_ = true;
+  ShutDown();
+}
+
+void MainWindow::ShutDown() {
+  parts_.cycle.Stop();
+  parts_.events.SetPointer(Pointer::kHourglass);
+  MarkLastSets();
+  ReadOut();
+  SaveEverything();
+  parts_.events.SetPointer(Pointer::kNormal);
+}
+
+void MainWindow::MarkLastSets() {
+  RunState& state = parts_.state;
+  for (std::size_t slot = 1; slot <= kSlots; ++slot) {
+    const bool reads = state.ReadState[slot] >= ReadState::kReading;
+    const bool answers = parts_.link.IsGood(state.Unit[slot].UnitInet);
+    state.ReadState[slot] = reads && answers ? ReadState::kLastSet : ReadState::kIdle;
+  }
+}
+
+// Takes what the instruments hold for the set in hand, at most 10 s. Where only waiting slots
+// are left, nothing can change any more, unless a set is held: that one is worth waiting for.
+void MainWindow::ReadOut() {
+  const auto end = parts_.clock.Elapsed() + kReadOutLimit;
+  while (AnyKeepsReading() && parts_.clock.Elapsed() < end) {
+    if (AllWait() && !ReviveHeldSets()) {
+      return;
+    }
+    parts_.engine.PumpOnce();
+    parts_.sheet.RefreshInfo();
+    parts_.events.Repaint();
+  }
+}
+
+bool MainWindow::AnyKeepsReading() {
+  RunState& state = parts_.state;
+  bool any = false;
+  for (std::size_t slot = 1; slot <= kSlots; ++slot) {
+    if (state.ReadState[slot] == ReadState::kIdle) {
+      continue;
+    }
+    if (!parts_.link.IsGood(state.Unit[slot].UnitInet)) {
+      state.ReadState[slot] = ReadState::kIdle;
+      continue;
+    }
+    any = true;
+  }
+  return any;
+}
+
+bool MainWindow::AllWait() const {
+  for (const ReadState read_state : parts_.state.ReadState) {
+    if (read_state >= ReadState::kReading) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// Waits a second and lets the slots with a set in hand try again; false if there are none.
+bool MainWindow::ReviveHeldSets() {
+  RunState& state = parts_.state;
+  bool any = false;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    ReadState& read_state = state.ReadState[static_cast<std::size_t>(slot)];
+    if (read_state == ReadState::kWaiting && parts_.engine.HoldsSet(slot)) {
+      read_state = ReadState::kLastSet;
+      any = true;
+    }
+  }
+  if (any) {
+    parts_.events.Rest(kRetryHeldSet);
+  }
+  return any;
+}
+
+void MainWindow::SaveEverything() {
+  RunState& state = parts_.state;
+  const bool failed = state.SettingsChanged && !parts_.settings.SettingsSave().empty();
+  for (int slot = 0; slot <= kSlots; ++slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    if (!state.SlotFile[place].empty() && state.SlotDirty[place]) {
+      parts_.files.WriteHeader(slot);
+    }
+    parts_.files.CloseRecordingFile(slot);
+  }
+  parts_.link.LinkClose();
+  if (failed) {
+    parts_.dialogs.Message({"Cannot write file.", kSettingsFile, BoxIcon::kWarning});
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,197 @@
+#include "frame/start_up.h"
+
+#include <array>
+#include <string>
+
+#include "common/language.h"
+#include "link/registers.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kDefaultFile = "M011111A.NEW";
+constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
+constexpr float kFlushSeconds = 1200;
+constexpr int kControllers = 4;
+
+constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
+                                      " Start  (beliebige Taste) "};
+
+Notice Information(const char* text) {
+  return {text, "TAVREL", BoxIcon::kInformation};
+}
+
+}  // namespace
+
+bool StartUp::SplashLoad(bool another_runs, const std::string& program_path) {
+  if (another_runs) {
+    parts_.dialogs.Message(Information("Program is already running !"));
+    return false;
+  }
+  RunState& state = parts_.state;
+  state.AppPath = AddSeparator(program_path);
+  state.DataHome = IsWritable(program_path) ? state.AppPath : AddSeparator(UserDataDirectory());
+  if (!FindFile(program_path, kGermanManual)) {
+    parts_.dialogs.Message({"Installation is incomplete !", "TAVREL", BoxIcon::kWarning});
+    return false;
+  }
+  return true;
+}
+
+SplashValues StartUp::SplashShow() {
+  parts_.state.FirstRun = false;
+  parts_.settings.SettingsLoad();
+  const Language language = LanguageOf(parts_.state.Settings.HelpLang);
+  return {std::string(kStartCaption.In(language)), "release   2446"};
+}
+
+bool StartUp::MainFormLoad() {
+  RunState& state = parts_.state;
+  state.Settings.TypeSel = 4;
+  if (state.FirstRun || !state.SettingsRead) {
+    parts_.events.SetPointer(Pointer::kNormal);
+    parts_.screens.Show(View::kTavSett);
+  }
+  parts_.window.LinkOpen();
+  if (parts_.link.PortError != 0) {
+    parts_.dialogs.Message(parts_.window.PortErrorNotice(BoxIcon::kInformation));
+    parts_.window.MnuSettings();
+  }
+  parts_.sheet.SetCaptionAndTips();
+  state.ActiveInet = 0;
+  return !parts_.window.HasEnded();
+}
+
+void StartUp::MainFormShow() {
+  RunState& state = parts_.state;
+  if (state.ActiveView == View::kMainSheet) {
+    return;
+  }
+  parts_.events.SetPointer(Pointer::kHourglass);
+  parts_.events.Repaint();
+  state.PendingFile = state.Settings.OpenFile;
+  {
+    const Messages::Deferral deferral(parts_.messages);
+    AttachFiles();
+  }
+  ReadBacklog();
+  SweepControllers();
+  state.ActiveView = View::kMainSheet;
+  parts_.sheet.ShowPanel();
+  parts_.sheet.RefreshInfo();
+  state.TickFlush = static_cast<float>(parts_.clock.Timer()) + kFlushSeconds;
+  parts_.cycle.Start();
+  parts_.events.SetPointer(Pointer::kNormal);
+  parts_.messages.ShowKept();
+}
+
+void StartUp::AttachFiles() {
+  bool any_in_use = false;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    AttachSlot(slot);
+    any_in_use = any_in_use || !parts_.state.SlotFile[static_cast<std::size_t>(slot)].empty();
+  }
+  if (!any_in_use) {
+    MakeDefaultSlot();
+  }
+}
+
+void StartUp::AttachSlot(int slot) {
+  RunState& state = parts_.state;
+  const auto place = static_cast<std::size_t>(slot);
+  std::string& active_file = state.Settings.ActiveFiles[place - 1];
+  state.SelSlot = slot;
+  if (!active_file.empty()) {
+    state.SlotFile[place] = active_file;
+    state.SlotPath[place] = DataDirectory(state);
+    parts_.files.OpenRecordingFile(slot);
+  }
+  if (state.SlotFile[place].empty()) {
+    active_file.clear();
+    parts_.sheet.HideRow(slot);
+    return;
+  }
+  parts_.sheet.ShowRow(slot);
+}
+
+// The first start of all. A file of that name that is there already and valid is taken as it
+// is; anything else of that name is left alone and the new file gets the next letter.
+void StartUp::MakeDefaultSlot() {
+  constexpr int kFirst = 1;
+  RunState& state = parts_.state;
+  state.SlotPath[kFirst] = DataDirectory(state);
+  state.SlotFile[kFirst] = kDefaultFile;
+  const bool exists = FindFile(state.SlotPath[kFirst], kDefaultFile).has_value();
+  if (exists) {
+    parts_.files.OpenRecordingFile(kFirst);
+  }
+  if (!exists || state.SlotFile[kFirst].empty()) {
+    state.SlotFile[kFirst] = parts_.files.FreeName(kFirst, kDefaultFile);
+    state.Unit[kFirst] = DefaultUnitRecord();
+    parts_.files.WriteHeader(kFirst);
+    parts_.files.CloseRecordingFile(kFirst);
+    if (state.SlotFile[kFirst].empty()) {
+      return;
+    }
+    parts_.files.OpenRecordingFile(kFirst);
+  }
+  state.Settings.ActiveFiles[kFirst - 1] = state.SlotFile[kFirst];
+  state.SettingsChanged = true;
+  parts_.sheet.ShowRow(kFirst);
+}
+
+void StartUp::ReadBacklog() {
+  RunState& state = parts_.state;
+  Link& link = parts_.link;
+  state.BacklogCount = 0;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    if (state.SlotFile[place].empty()) {
+      continue;
+    }
+    const UnitRecord& unit = state.Unit[place];
+    link.ComInet = unit.UnitInet;
+    link.ComLetter = reg::kBuffered;
+    link.ComIndex = unit.UnitRef;
+    link.ReadReg();
+    const bool reads = state.ReadState[place] >= ReadState::kReading;
+    if (reads && link.IsGood(unit.UnitInet) && link.ComValue > state.BacklogCount) {
+      state.BacklogCount = link.ComValue;
+      state.BacklogSlot = slot;
+    }
+  }
+  if (state.BacklogCount > kBacklogWorthTelling) {
+    state.lbl_Info = "reading from Tavrel:  " + std::to_string(state.BacklogCount);
+  }
+}
+
+// A controller that was left running without a file is switched off. An instrument that the
+// backlog did not reach has no good status yet and is left alone.
+void StartUp::SweepControllers() {
+  const RunState& state = parts_.state;
+  Link& link = parts_.link;
+  for (std::int16_t inet = 1; inet <= kInets; ++inet) {
+    if (!link.IsGood(inet)) {
+      continue;
+    }
+    std::array<bool, kControllers + 1> is_used{};
+    for (std::size_t slot = 1; slot <= kSlots; ++slot) {
+      if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+        is_used.at(static_cast<std::size_t>(state.Unit[slot].UnitCtrl)) = true;
+      }
+    }
+    for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
+      if (is_used.at(static_cast<std::size_t>(ctrl))) {
+        continue;
+      }
+      link.ComInet = inet;
+      link.ComLetter = reg::kControllerState;
+      link.ComIndex = ctrl;
+      link.ComValue = controller::kOff;
+      link.WriteReg();
+    }
+  }
+}
+
+}  // namespace tavrel

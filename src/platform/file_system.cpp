@@ -1,0 +1,340 @@
+#include "platform/file_system.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <span>
+#include <system_error>
+
+#include "common/text.h"
+#include "platform/random_file.h"
+
+namespace tavrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kSeparator = '/';
+constexpr int kTemporaryNames = 100;            // leftovers of crashes that are stepped over
+constexpr std::size_t kCopyBlock{64 * 1024UL};  // bytes
+
+std::string ErrorText(int error_number) {
+  return std::generic_category().message(error_number);
+}
+
+// A path that the system would cut at a zero byte leads nowhere instead of elsewhere.
+fs::path ToPath(const std::string& path) {
+  return path.find('\0') == std::string::npos ? fs::path(path) : fs::path();
+}
+
+bool IsPlainFile(const std::string& path) {
+  std::error_code error;
+  return fs::is_regular_file(ToPath(path), error);
+}
+
+// Hands the names in `directory` to `visit` until it returns false. A directory that cannot be
+// read has none.
+void ForEachName(const std::string& directory,
+                 const std::function<bool(const std::string& name)>& visit) {
+  std::error_code error;
+  fs::directory_iterator entry(ToPath(directory.empty() ? "." : directory), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    if (!visit(entry->path().filename().string())) {
+      return;
+    }
+  }
+}
+
+// A hidden name, so that a leftover is in nobody's list of files; short, so that it fits
+// wherever the target's own name fits.
+std::string TemporaryName(int number) {
+  return ".tavrel-" + std::to_string(getpid()) + "-" + std::to_string(number) + ".tmp";
+}
+
+// A new file in `directory` under a name that nobody uses. Empty if none can be made; `file`
+// then knows why.
+std::string MakeTemporary(const std::string& directory, RandomFile& file) {
+  for (int number = 0; number < kTemporaryNames; ++number) {
+    std::string path = JoinPath(directory, TemporaryName(number));
+    std::error_code error;
+    if (fs::exists(fs::symlink_status(ToPath(path), error))) {
+      continue;
+    }
+    return file.Open(path, FileAccess::kCreateNew) ? path : std::string();
+  }
+  return "";
+}
+
+// The place that a new content goes to: a link stays a link and its file is replaced.
+std::string LinkTarget(const std::string& path) {
+  std::error_code error;
+  const fs::path target = fs::canonical(ToPath(path), error);
+  return error ? path : target.string();
+}
+
+// 0 if `path` may be replaced, else the error number. Only plain files are replaced, and none
+// that the user has write-protected, although a rename would get by.
+int ReplaceRefusal(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(ToPath(path), error);
+  if (!fs::exists(status)) {
+    return 0;
+  }
+  if (fs::is_directory(status)) {
+    return EISDIR;
+  }
+  if (!fs::is_regular_file(status)) {
+    return EOPNOTSUPP;
+  }
+  return access(path.c_str(), W_OK) == 0 ? 0 : errno;
+}
+
+// A new content of a file that takes the place of the old one at once, or never: until Commit
+// it lives under a temporary name beside its target.
+class Replacement {
+ public:
+  explicit Replacement(const std::string& path) : target_(LinkTarget(path)) {
+    const int refusal = ReplaceRefusal(target_);
+    if (refusal != 0) {
+      error_ = ErrorText(refusal);
+      return;
+    }
+    directory_ = fs::path(target_).parent_path().string();
+    temporary_ = MakeTemporary(directory_, file_);
+    if (temporary_.empty()) {
+      error_ = file_.Error().empty() ? ErrorText(EEXIST) : file_.Error();
+    }
+  }
+  ~Replacement() {
+    if (!temporary_.empty()) {
+      unlink(temporary_.c_str());
+    }
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  // After a failure further calls do nothing, so that a caller may ask for Error() at the end.
+  void Append(std::span<const std::byte> bytes) {
+    if (error_.empty() && !file_.WriteAt(length_, bytes)) {
+      error_ = file_.Error();
+    }
+    length_ += static_cast<std::int64_t>(bytes.size());
+  }
+
+  void Commit() {
+    if (error_.empty() && !file_.Sync()) {
+      error_ = file_.Error();
+    }
+    if (!error_.empty()) {
+      return;
+    }
+    file_.Close();
+    KeepPermissions();
+    if (rename(temporary_.c_str(), target_.c_str()) != 0) {
+      error_ = ErrorText(errno);
+      return;
+    }
+    temporary_.clear();
+    SyncDirectory(directory_);
+  }
+
+  [[nodiscard]] const std::string& Error() const { return error_; }
+
+ private:
+  void KeepPermissions() const {
+    std::error_code error;
+    const fs::file_status old = fs::status(target_, error);
+    if (fs::exists(old)) {
+      fs::permissions(temporary_, old.permissions(), error);
+    }
+  }
+
+  std::string target_;
+  std::string directory_;
+  std::string temporary_;  // empty: nothing is left to be removed
+  RandomFile file_;
+  std::int64_t length_ = 0;
+  std::string error_;
+};
+
+// The user's home by the environment, else by the list of users.
+std::string HomeDirectory() {
+  const char* const home = std::getenv("HOME");
+  if (home != nullptr && *home == kSeparator) {
+    return home;
+  }
+  const passwd* const user = getpwuid(getuid());
+  return user != nullptr ? user->pw_dir : "/";
+}
+
+}  // namespace
+
+std::string JoinPath(std::string_view directory, std::string_view name) {
+  if (directory.empty()) {
+    return std::string(name);
+  }
+  const std::size_t kept = directory.find_last_not_of(kSeparator) + 1;
+  const std::size_t skipped = std::min(name.find_first_not_of(kSeparator), name.size());
+  return std::string(directory.substr(0, kept)) + kSeparator + std::string(name.substr(skipped));
+}
+
+std::string AddSeparator(std::string_view path) {
+  std::string result = Trim(path);
+  if (!result.empty() && !result.ends_with(kSeparator)) {
+    result += kSeparator;
+  }
+  return result;
+}
+
+std::string StripSeparator(std::string_view path) {
+  std::string result = Trim(path);
+  while (result.size() > 1 && result.ends_with(kSeparator)) {
+    result.pop_back();
+  }
+  return result;
+}
+
+std::optional<std::string> FindFile(const std::string& directory, std::string_view name) {
+  if (name.empty() || name.find(kSeparator) != std::string_view::npos) {
+    return std::nullopt;
+  }
+  std::string exact = JoinPath(directory, name);
+  if (IsPlainFile(exact)) {
+    return exact;
+  }
+  // Several spellings may stand side by side; the least one is taken, so that the answer does
+  // not depend on the order of the directory.
+  std::optional<std::string> found;
+  ForEachName(directory, [&](const std::string& other) {
+    const bool better = EqualNoCase(other, name) && IsPlainFile(JoinPath(directory, other));
+    if (better && (!found || JoinPath(directory, other) < *found)) {
+      found = JoinPath(directory, other);
+    }
+    return true;
+  });
+  return found;
+}
+
+bool HoldsAnyFile(const std::string& directory) {
+  bool holds = false;
+  ForEachName(directory, [&](const std::string& name) {
+    holds = !name.starts_with('.') && IsPlainFile(JoinPath(directory, name));
+    return !holds;
+  });
+  return holds;
+}
+
+bool DirectoryExists(const std::string& directory) {
+  std::error_code error;
+  return fs::is_directory(ToPath(directory), error);
+}
+
+bool MakeDirectory(const std::string& directory) {
+  std::error_code error;
+  fs::create_directories(ToPath(directory), error);
+  return DirectoryExists(directory);
+}
+
+bool IsWritable(const std::string& directory) {
+  RandomFile probe;
+  const std::string path = MakeTemporary(directory, probe);
+  if (path.empty()) {
+    return false;
+  }
+  probe.Close();
+  return DeleteFile(path).empty();
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit_bytes) {
+  RandomFile file;
+  if (!file.Open(path, FileAccess::kRead)) {
+    return std::nullopt;
+  }
+  const std::int64_t size = file.Size();
+  if (size < 0 || static_cast<std::uint64_t>(size) > limit_bytes) {
+    return std::nullopt;
+  }
+  std::string content(static_cast<std::size_t>(size), '\0');
+  const std::int64_t got = file.ReadAt(0, std::as_writable_bytes(std::span(content)));
+  if (got < 0) {
+    return std::nullopt;
+  }
+  content.resize(static_cast<std::size_t>(got));
+  return content;
+}
+
+std::string ReplaceFile(const std::string& path, std::string_view bytes) {
+  Replacement replacement(path);
+  replacement.Append(std::as_bytes(std::span(bytes)));
+  replacement.Commit();
+  return replacement.Error();
+}
+
+std::string CopyFileTo(const std::string& from, const std::string& to) {
+  RandomFile source;
+  if (!source.Open(from, FileAccess::kRead)) {
+    return source.Error();
+  }
+  if (IsSameFile(from, to)) {
+    return ErrorText(EEXIST);
+  }
+  Replacement replacement(to);
+  std::vector<std::byte> block(kCopyBlock);
+  std::int64_t place = 0;
+  std::int64_t got = source.ReadAt(place, block);
+  while (got > 0 && replacement.Error().empty()) {
+    replacement.Append(std::span(block).first(static_cast<std::size_t>(got)));
+    place += got;
+    got = source.ReadAt(place, block);
+  }
+  if (got < 0) {
+    return source.Error();
+  }
+  replacement.Commit();
+  return replacement.Error();
+}
+
+std::string DeleteFile(const std::string& path) {
+  if (path.find('\0') != std::string::npos) {
+    return ErrorText(EINVAL);
+  }
+  const bool gone = unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
+  return gone ? "" : ErrorText(errno);
+}
+
+bool IsSameFile(const std::string& left, const std::string& right) {
+  std::error_code error;
+  return fs::equivalent(ToPath(left), ToPath(right), error) && !error;
+}
+
+void SyncDirectory(const std::string& directory) {
+  const fs::path path = ToPath(directory.empty() ? "." : directory);
+  const int handle = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (handle >= 0) {
+    fsync(handle);
+    close(handle);
+  }
+}
+
+std::string ProgramDirectory() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return error ? fs::current_path(error).string() : program.parent_path().string();
+}
+
+std::string UserDataDirectory() {
+  // A relative path in this variable is invalid by its own rules.
+  const char* const data_home = std::getenv("XDG_DATA_HOME");
+  if (data_home != nullptr && *data_home == kSeparator) {
+    return JoinPath(data_home, "tavrel");
+  }
+  return JoinPath(HomeDirectory(), ".local/share/tavrel");
+}
+
+}  // namespace tavrel

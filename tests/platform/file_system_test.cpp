@@ -1,0 +1,274 @@
+#include "platform/file_system.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+
+#include "tests/support/temporary_directory.h"
+
+namespace tavrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileSystemTest : public testing::Test {
+ protected:
+  TemporaryDirectory directory_;
+
+  // All names in the directory, so that a leftover is seen.
+  [[nodiscard]] std::size_t Names() const {
+    const fs::directory_iterator names(directory_.Path());
+    return static_cast<std::size_t>(std::distance(begin(names), end(names)));
+  }
+};
+
+TEST(JoinPath, PutsExactlyOneSeparatorBetween) {
+  EXPECT_EQ(JoinPath("/a", "b"), "/a/b");
+  EXPECT_EQ(JoinPath("/a/", "b"), "/a/b");
+  EXPECT_EQ(JoinPath("/a//", "/b"), "/a/b");
+  EXPECT_EQ(JoinPath("/", "b"), "/b");
+  EXPECT_EQ(JoinPath("", "b"), "b");
+}
+
+TEST(AddSeparator, AddsOneOnlyWhereItIsMissing) {
+  EXPECT_EQ(AddSeparator(" /a/b "), "/a/b/");
+  EXPECT_EQ(AddSeparator("/a/"), "/a/");
+  EXPECT_EQ(AddSeparator("/"), "/");
+  EXPECT_EQ(AddSeparator("  "), "");
+}
+
+TEST(StripSeparator, TakesItAwayButLeavesTheRoot) {
+  EXPECT_EQ(StripSeparator(" /a/b/ "), "/a/b");
+  EXPECT_EQ(StripSeparator("/a//"), "/a");
+  EXPECT_EQ(StripSeparator("/"), "/");
+  EXPECT_EQ(StripSeparator(""), "");
+}
+
+TEST_F(FileSystemTest, FindFileFindsANameWhateverItsCase) {
+  directory_.Write("tavrel.Usr", "");
+  EXPECT_EQ(FindFile(directory_.Path(), "TAVREL.USR"), directory_.File("tavrel.Usr"));
+  EXPECT_EQ(FindFile(directory_.Path() + "/", "tavrel.usr"), directory_.File("tavrel.Usr"));
+}
+
+TEST_F(FileSystemTest, FindFileComparesUmlautsWithoutCaseToo) {
+  directory_.Write("M260314A.ÖFn", "");
+  EXPECT_EQ(FindFile(directory_.Path(), "m260314a.öfN"), directory_.File("M260314A.ÖFn"));
+}
+
+TEST_F(FileSystemTest, FindFilePrefersTheExactSpelling) {
+  directory_.Write("ABC.X", "");
+  directory_.Write("Abc.X", "");
+  directory_.Write("abc.x", "");
+  EXPECT_EQ(FindFile(directory_.Path(), "abc.x"), directory_.File("abc.x"));
+  EXPECT_EQ(FindFile(directory_.Path(), "aBC.x"), directory_.File("ABC.X"));
+}
+
+TEST_F(FileSystemTest, FindFileSeesPlainFilesOnly) {
+  fs::create_directory(directory_.File("A.X"));
+  ASSERT_EQ(mkfifo(directory_.File("B.X").c_str(), 0600), 0);
+  EXPECT_EQ(FindFile(directory_.Path(), "A.X"), std::nullopt);
+  EXPECT_EQ(FindFile(directory_.Path(), "a.x"), std::nullopt);
+  EXPECT_EQ(FindFile(directory_.Path(), "B.X"), std::nullopt);
+}
+
+TEST_F(FileSystemTest, FindFileFindsNothingWhereThereIsNothing) {
+  EXPECT_EQ(FindFile(directory_.Path(), "A.X"), std::nullopt);
+  EXPECT_EQ(FindFile(directory_.Path(), ""), std::nullopt);
+  EXPECT_EQ(FindFile(directory_.File("missing"), "A.X"), std::nullopt);
+}
+
+TEST_F(FileSystemTest, FindFileDoesNotLeaveTheDirectory) {
+  fs::create_directory(directory_.File("sub"));
+  directory_.Write("A.X", "");
+  EXPECT_EQ(FindFile(directory_.File("sub"), "../A.X"), std::nullopt);
+  EXPECT_EQ(FindFile(directory_.Path(), "/A.X"), std::nullopt);
+}
+
+TEST_F(FileSystemTest, HoldsAnyFileCountsPlainVisibleFiles) {
+  EXPECT_FALSE(HoldsAnyFile(directory_.Path()));
+  fs::create_directory(directory_.File("sub"));
+  directory_.Write(".hidden", "");
+  EXPECT_FALSE(HoldsAnyFile(directory_.Path()));
+  directory_.Write("no_point", "");
+  EXPECT_TRUE(HoldsAnyFile(directory_.Path()));
+  EXPECT_FALSE(HoldsAnyFile(directory_.File("missing")));
+  EXPECT_FALSE(HoldsAnyFile(directory_.File("no_point")));
+}
+
+TEST_F(FileSystemTest, MakeDirectoryMakesThoseAboveToo) {
+  EXPECT_TRUE(MakeDirectory(directory_.File("a/b/c")));
+  EXPECT_TRUE(DirectoryExists(directory_.File("a/b/c")));
+  EXPECT_TRUE(MakeDirectory(directory_.File("a/b/c")));
+}
+
+TEST_F(FileSystemTest, MakeDirectoryFailsThroughAFile) {
+  directory_.Write("A", "");
+  EXPECT_FALSE(MakeDirectory(directory_.File("A/b")));
+  EXPECT_FALSE(MakeDirectory(directory_.File("A")));
+  EXPECT_FALSE(DirectoryExists(directory_.File("A")));
+}
+
+TEST_F(FileSystemTest, IsWritableTriesAndLeavesNothingBehind) {
+  EXPECT_TRUE(IsWritable(directory_.Path()));
+  EXPECT_EQ(Names(), 0U);
+  EXPECT_FALSE(IsWritable(directory_.File("missing")));
+  EXPECT_FALSE(IsWritable("/proc/self"));
+}
+
+TEST_F(FileSystemTest, ReadWholeFileGivesAllBytes) {
+  const std::string bytes("a\0\r\n\xFF", 5);
+  directory_.Write("A", bytes);
+  EXPECT_EQ(ReadWholeFile(directory_.File("A"), 5), bytes);
+  directory_.Write("EMPTY", "");
+  EXPECT_EQ(ReadWholeFile(directory_.File("EMPTY"), 0), "");
+}
+
+TEST_F(FileSystemTest, ReadWholeFileRefusesAFileBeyondTheLimit) {
+  directory_.Write("A", "123456");
+  EXPECT_EQ(ReadWholeFile(directory_.File("A"), 5), std::nullopt);
+  EXPECT_EQ(ReadWholeFile(directory_.File("missing"), 5), std::nullopt);
+  EXPECT_EQ(ReadWholeFile(directory_.Path(), 5), std::nullopt);
+}
+
+TEST_F(FileSystemTest, ReplaceFileMakesAndReplaces) {
+  EXPECT_EQ(ReplaceFile(directory_.File("A"), "old"), "");
+  EXPECT_EQ(directory_.Read("A"), "old");
+  EXPECT_EQ(ReplaceFile(directory_.File("A"), std::string_view("n\0w", 3)), "");
+  EXPECT_EQ(directory_.Read("A"), std::string("n\0w", 3));
+  EXPECT_EQ(Names(), 1U);
+}
+
+TEST_F(FileSystemTest, ReplaceFileKeepsTheOldFileWhenTheDiskIsFull) {
+  directory_.Write("A", "old");
+  const auto old_handler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit old_limit{};
+  getrlimit(RLIMIT_FSIZE, &old_limit);
+  const rlimit limit{4, old_limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &limit);
+  const std::string error = ReplaceFile(directory_.File("A"), "too long");
+  setrlimit(RLIMIT_FSIZE, &old_limit);
+  std::signal(SIGXFSZ, old_handler);
+
+  EXPECT_EQ(error, "File too large");
+  EXPECT_EQ(directory_.Read("A"), "old");
+  EXPECT_EQ(Names(), 1U);
+}
+
+TEST_F(FileSystemTest, ReplaceFileSaysWhyItCannotWrite) {
+  directory_.Write("A", "");
+  fs::create_directory(directory_.File("D"));
+  ASSERT_EQ(mkfifo(directory_.File("PIPE").c_str(), 0600), 0);
+  EXPECT_EQ(ReplaceFile(directory_.File("missing/B"), "x"), "No such file or directory");
+  EXPECT_EQ(ReplaceFile(directory_.File("A/B"), "x"), "Not a directory");
+  EXPECT_EQ(ReplaceFile(directory_.File("D"), "x"), "Is a directory");
+  EXPECT_EQ(ReplaceFile(directory_.File("PIPE"), "x"), "Operation not supported");
+  EXPECT_EQ(ReplaceFile("", "x"), "No such file or directory");
+  EXPECT_EQ(Names(), 3U);
+}
+
+TEST_F(FileSystemTest, ReplaceFileKeepsALinkAndReplacesItsFile) {
+  fs::create_directory(directory_.File("real"));
+  directory_.Write("real/A", "old");
+  fs::create_symlink("real/A", directory_.File("L"));
+  EXPECT_EQ(ReplaceFile(directory_.File("L"), "new"), "");
+  EXPECT_TRUE(fs::is_symlink(directory_.File("L")));
+  EXPECT_EQ(directory_.Read("real/A"), "new");
+}
+
+TEST_F(FileSystemTest, ReplaceFilePutsAFileInPlaceOfALinkThatLeadsNowhere) {
+  fs::create_symlink("nowhere", directory_.File("L"));
+  EXPECT_EQ(ReplaceFile(directory_.File("L"), "new"), "");
+  EXPECT_FALSE(fs::is_symlink(directory_.File("L")));
+  EXPECT_EQ(directory_.Read("L"), "new");
+}
+
+TEST_F(FileSystemTest, ReplaceFileKeepsThePermissions) {
+  directory_.Write("A", "old");
+  fs::permissions(directory_.File("A"), fs::perms(0640));
+  EXPECT_EQ(ReplaceFile(directory_.File("A"), "new"), "");
+  EXPECT_EQ(fs::status(directory_.File("A")).permissions(), fs::perms(0640));
+}
+
+TEST_F(FileSystemTest, ReplaceFileStepsOverLeftoversOfACrash) {
+  const std::string leftover = ".tavrel-" + std::to_string(getpid()) + "-0.tmp";
+  directory_.Write(leftover, "junk");
+  EXPECT_EQ(ReplaceFile(directory_.File("A"), "new"), "");
+  EXPECT_EQ(directory_.Read("A"), "new");
+  EXPECT_EQ(directory_.Read(leftover), "junk");
+}
+
+TEST_F(FileSystemTest, CopyFileToCopiesFilesOfAnyLength) {
+  const std::string bytes(200'000, '\xA5');
+  directory_.Write("A", bytes);
+  EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("B")), "");
+  EXPECT_EQ(directory_.Read("B"), bytes);
+  directory_.Write("EMPTY", "");
+  EXPECT_EQ(CopyFileTo(directory_.File("EMPTY"), directory_.File("B")), "");
+  EXPECT_EQ(directory_.Read("B"), "");
+}
+
+TEST_F(FileSystemTest, CopyFileToRefusesTheFileItselfUnderAnotherName) {
+  directory_.Write("A", "abc");
+  fs::create_hard_link(directory_.File("A"), directory_.File("B"));
+  EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("B")), "File exists");
+  EXPECT_EQ(directory_.Read("A"), "abc");
+}
+
+TEST_F(FileSystemTest, CopyFileToSaysWhatIsMissing) {
+  EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("B")), "No such file or directory");
+  directory_.Write("A", "abc");
+  EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("missing/B")),
+            "No such file or directory");
+  EXPECT_EQ(Names(), 1U);
+}
+
+TEST_F(FileSystemTest, DeleteFileTakesAMissingFileForDeleted) {
+  directory_.Write("A", "");
+  EXPECT_EQ(DeleteFile(directory_.File("A")), "");
+  EXPECT_FALSE(directory_.Exists("A"));
+  EXPECT_EQ(DeleteFile(directory_.File("A")), "");
+}
+
+TEST_F(FileSystemTest, DeleteFileLeavesDirectoriesAlone) {
+  fs::create_directory(directory_.File("D"));
+  EXPECT_EQ(DeleteFile(directory_.File("D")), "Is a directory");
+  EXPECT_TRUE(directory_.Exists("D"));
+}
+
+TEST_F(FileSystemTest, IsSameFileLooksThroughLinksAndSpellings) {
+  directory_.Write("A", "");
+  directory_.Write("B", "");
+  fs::create_symlink("A", directory_.File("L"));
+  EXPECT_TRUE(IsSameFile(directory_.File("A"), directory_.File("L")));
+  EXPECT_TRUE(IsSameFile(directory_.File("A"), directory_.Path() + "/./A"));
+  EXPECT_FALSE(IsSameFile(directory_.File("A"), directory_.File("B")));
+  EXPECT_FALSE(IsSameFile(directory_.File("missing"), directory_.File("missing")));
+}
+
+TEST(ProgramDirectory, HoldsTheRunningProgram) {
+  EXPECT_TRUE(FindFile(ProgramDirectory(), "platform_tests").has_value());
+  EXPECT_FALSE(ProgramDirectory().ends_with('/'));
+}
+
+TEST(UserDataDirectory, FollowsTheEnvironment) {
+  const char* const home = std::getenv("HOME");
+  const std::string old_home = home != nullptr ? home : "";
+  unsetenv("XDG_DATA_HOME");
+  setenv("HOME", "/somewhere", 1);
+  EXPECT_EQ(UserDataDirectory(), "/somewhere/.local/share/tavrel");
+  setenv("XDG_DATA_HOME", "/data/", 1);
+  EXPECT_EQ(UserDataDirectory(), "/data/tavrel");
+  setenv("XDG_DATA_HOME", "relative", 1);
+  EXPECT_EQ(UserDataDirectory(), "/somewhere/.local/share/tavrel");
+  unsetenv("XDG_DATA_HOME");
+  unsetenv("HOME");
+  EXPECT_TRUE(UserDataDirectory().starts_with('/'));
+  setenv("HOME", old_home.c_str(), 1);
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,57 @@
+#include "platform/system_clock.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace tavrel {
+namespace {
+
+using std::chrono::nanoseconds;
+
+double SecondsOfDay(const WallTime& time) {
+  return (time.Hour * 60.0 + time.Minute) * 60.0 + time.Second;
+}
+
+TEST(SystemClock, StartsItsTimerAtTheLocalTimeOfDay) {
+  const SystemClock clock;
+  const double apart = std::fabs(clock.Timer() - SecondsOfDay(clock.Now()));
+  EXPECT_LT(std::fmin(apart, 86400 - apart), 2.0);
+}
+
+TEST(SystemClock, KeepsItsTimerWithinTheDay) {
+  const SystemClock clock;
+  EXPECT_GE(clock.Timer(), 0);
+  EXPECT_LT(clock.Timer(), 86400);
+}
+
+TEST(SystemClock, NeverGoesBack) {
+  const SystemClock clock;
+  nanoseconds last = clock.Elapsed();
+  for (int i = 0; i < 10000; ++i) {
+    const nanoseconds now = clock.Elapsed();
+    ASSERT_GE(now, last);
+    last = now;
+  }
+}
+
+TEST(SystemClock, MovesItsTimerWithElapsedTime) {
+  const SystemClock clock;
+  const double timer = clock.Timer();
+  const nanoseconds start = clock.Elapsed();
+  while (clock.Elapsed() - start < std::chrono::milliseconds(2)) {
+  }
+  const double moved = std::fmod(clock.Timer() - timer + 86400, 86400);
+  EXPECT_GE(moved, 0.002 - 1e-6);
+  EXPECT_LT(moved, 10);
+}
+
+TEST(SystemClock, ShowsADateOfTheCalendar) {
+  const WallTime now = SystemClock().Now();
+  EXPECT_GE(now.Year, 2024);
+  EXPECT_TRUE(now.Month >= 1 && now.Month <= 12);
+  EXPECT_TRUE(now.Day >= 1 && now.Day <= 31);
+}
+
+}  // namespace
+}  // namespace tavrel
