@@ -132,8 +132,8 @@ bool RecordingEngine::IsSetComplete(int slot) const {
   return unit.RecordedInputs() > 0;
 }
 
-bool RecordingEngine::IsSetHalfRead(int slot) const {
-  if (!IsSlot(slot) || IsSetComplete(slot)) {
+bool RecordingEngine::HoldsSet(int slot) const {
+  if (!IsSlot(slot)) {
     return false;
   }
   const UnitRecord& unit = state_.Unit[slot];

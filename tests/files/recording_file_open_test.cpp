@@ -70,7 +70,7 @@ TEST(OpenRecordingFile, KeepsAFileOfAnotherKind) {
 }
 
 TEST(OpenRecordingFile, KeepsAFileWithAnIntervalOutOfRange) {
-  for (const std::int16_t interval : {0, 3601}) {
+  for (const std::int16_t interval : {std::int16_t{0}, std::int16_t{3601}}) {
     RecordingRoom room;
     UnitRecord unit = DefaultUnitRecord();
     unit.UnitInterval = interval;
