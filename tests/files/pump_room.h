@@ -94,7 +94,7 @@ struct PumpRoom : RecordingRoom {
   PumpRoom() {
     port.answer = [this](const std::string& command) { return instruments.Answer(command); };
     screens.built.insert(View::kTavWait);
-    link.LinkOpen("COM1", 0);
+    link.LinkOpen({"COM1", 0});
     state.DataHome = directory.Path() + "/";
     state.AppPath = state.DataHome;
     state.PumpSlot = kSlots;

@@ -161,7 +161,7 @@ TEST(Pump, GoesOnBehindTheRowsThatAreThere) {
 
 TEST(Pump, FillsASimulatedFileWithTenTimesTheChannel) {
   PumpRoom room;
-  room.link.LinkOpen("----", 0);
+  room.link.LinkOpen({"----", 0});
   room.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 4, 15}))));
   room.Pump(7);
   EXPECT_EQ(room.SamplesInFile(kName), Words({10, 40, 150, 10, 40, 150, 10, 40, 150}));
