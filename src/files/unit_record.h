@@ -87,8 +87,14 @@ struct UnitRecord {
   }
   [[nodiscard]] bool IsRecorded(int input) const { return Role(input) >= 1; }
 
-  // Inputs with a role of 1 or more; a recording needs UnitChannels to be the same number.
+  // Inputs with a role of 1 or more.
   [[nodiscard]] int RecordedInputs() const;
+
+  // True if a row has one word for each recorded input. A file where they disagree may be shown,
+  // but rows written to it would come out of step.
+  [[nodiscard]] bool CanBeRecorded() const {
+    return RecordedInputs() >= 1 && RecordedInputs() == UnitChannels;
+  }
 
   // What the apparatus is called: the designation from its fifth character on, trimmed.
   [[nodiscard]] std::string ApparatusName() const;
