@@ -82,9 +82,7 @@ struct UnitRecord {
   HeaderText UnitProgName;
   HeaderText UnitOrigin;  // a subfile's source
 
-  [[nodiscard]] int Role(int input) const {
-    return UnitRole.at(static_cast<std::size_t>(input - 1));
-  }
+  [[nodiscard]] int Role(int input) const { return UnitRole.at(input - 1); }
   [[nodiscard]] bool IsRecorded(int input) const { return Role(input) >= 1; }
 
   // Inputs with a role of 1 or more.

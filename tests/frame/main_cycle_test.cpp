@@ -213,10 +213,12 @@ TEST_F(Cycle, ArmsAllDeadlinesAfterSleepingOverMidnight) {
 
 TEST_F(Cycle, OpensALostPortAgainOnTheTenSecondTick) {
   StartRecordingSlot(0);
-  bench.port.Vanish();
   bench.Run(1);
-  EXPECT_FALSE(bench.link.PortOpen);
-  bench.Run(11);
+  bench.port.Vanish();
+  bench.Run(6);
+  EXPECT_FALSE(bench.link.PortOpen) << "the pass over the sheet has met the loss";
+  EXPECT_EQ(bench.Row(1).sh_TavNo, kOrange);
+  bench.Run(5);
   EXPECT_TRUE(bench.link.PortOpen);
   EXPECT_EQ(bench.port.opened.size(), 2U);
   EXPECT_TRUE(bench.dialogs.boxes.empty());
