@@ -10,6 +10,7 @@
 namespace tavrel {
 namespace {
 
+constexpr const char* kLockFile = "TAVREL.LCK";
 constexpr const char* kDefaultFile = "M011111A.NEW";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr float kFlushSeconds = 1200;
@@ -18,20 +19,27 @@ constexpr int kControllers = 4;
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
 
-Notice Information(const char* text) {
-  return {text, "TAVREL", BoxIcon::kInformation};
+// Settings and data stand beside the program, or, where nothing can be written there, in the
+// user's own directory.
+std::string HomeOf(const std::string& program_path) {
+  if (IsWritable(program_path)) {
+    return AddSeparator(program_path);
+  }
+  const std::string own = UserDataDirectory();
+  static_cast<void>(MakeDirectory(own));  // what cannot be written later says so itself
+  return AddSeparator(own);
 }
 
 }  // namespace
 
-bool StartUp::SplashLoad(bool another_runs, const std::string& program_path) {
-  if (another_runs) {
-    parts_.dialogs.Message(Information("Program is already running !"));
-    return false;
-  }
+bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_lock) {
   RunState& state = parts_.state;
   state.AppPath = AddSeparator(program_path);
-  state.DataHome = IsWritable(program_path) ? state.AppPath : AddSeparator(UserDataDirectory());
+  state.DataHome = HomeOf(program_path);
+  if (!take_lock(state.DataHome + kLockFile)) {
+    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+    return false;
+  }
   if (!FindFile(program_path, kGermanManual)) {
     parts_.dialogs.Message({"Installation is incomplete !", "TAVREL", BoxIcon::kWarning});
     return false;

@@ -1,6 +1,9 @@
 #ifndef TAVREL_FRAME_START_UP_H_
 #define TAVREL_FRAME_START_UP_H_
 
+#include <functional>
+#include <string>
+
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
 #include "frame/main_cycle.h"
@@ -38,9 +41,13 @@ class StartUp {
   };
   explicit StartUp(const Parts& parts) : parts_(parts) {}
 
+  // Takes the file of that path for this process, and keeps it until the process ends; false if
+  // another live process has it. Two copies that share settings and recordings must not run.
+  using TakeLock = std::function<bool(const std::string& path)>;
+
   // Splash form, on load: guards against a second copy and a broken installation. `program_path`
   // is the program's directory. False: a message has been shown and the process ends.
-  [[nodiscard]] bool SplashLoad(bool another_runs, const std::string& program_path);
+  [[nodiscard]] bool SplashLoad(const std::string& program_path, const TakeLock& take_lock);
 
   // Splash form, on first display: loads the settings.
   [[nodiscard]] SplashValues SplashShow();

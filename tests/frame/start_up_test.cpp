@@ -15,7 +15,8 @@ class Start : public testing::Test {
 };
 
 TEST_F(Start, RefusesASecondCopy) {
-  EXPECT_FALSE(bench.start_up.SplashLoad(true, bench.home.Path()));
+  EXPECT_FALSE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return false; }));
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text, "Program is already running !");
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL");
@@ -24,21 +25,33 @@ TEST_F(Start, RefusesASecondCopy) {
 
 TEST_F(Start, RefusesAnIncompleteInstallation) {
   std::filesystem::remove(bench.home.File(kGermanManual));
-  EXPECT_FALSE(bench.start_up.SplashLoad(false, bench.home.Path()));
+  EXPECT_FALSE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text, "Installation is incomplete !");
   EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kWarning);
 }
 
 TEST_F(Start, TakesTheDirectoryOfTheProgramForItsOwn) {
-  EXPECT_TRUE(bench.start_up.SplashLoad(false, bench.home.Path()));
+  EXPECT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
   EXPECT_EQ(bench.state.AppPath, bench.home.Path() + "/");
   EXPECT_EQ(bench.state.DataHome, bench.home.Path() + "/");
   EXPECT_TRUE(bench.dialogs.boxes.empty());
 }
 
+TEST_F(Start, LocksTheDirectoryOfItsSettings) {
+  std::string locked;
+  EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), [&locked](const std::string& path) {
+    locked = path;
+    return true;
+  }));
+  EXPECT_EQ(locked, bench.home.File("TAVREL.LCK"));
+}
+
 TEST_F(Start, GreetsInTheLanguageOfTheSettings) {
-  ASSERT_TRUE(bench.start_up.SplashLoad(false, bench.home.Path()));
+  ASSERT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
   EXPECT_EQ(bench.start_up.SplashShow().cmdStart, " ... to start hit any key ... ");
   bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"HELPLANG:: german\"\r\n");
   const SplashValues splash = bench.start_up.SplashShow();

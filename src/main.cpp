@@ -1,0 +1,117 @@
+#include <QApplication>
+#include <memory>
+
+#include "common/messages.h"
+#include "files/recording_engine.h"
+#include "files/recording_file.h"
+#include "frame/forms/all_load.h"
+#include "frame/forms/tavrel.h"
+#include "frame/main_cycle.h"
+#include "frame/main_sheet.h"
+#include "frame/main_window.h"
+#include "frame/run_state.h"
+#include "frame/settings_store.h"
+#include "frame/start_up.h"
+#include "link/link.h"
+#include "platform/file_system.h"
+#include "platform/qt/instance_lock.h"
+#include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_events.h"
+#include "platform/qt/qt_screens.h"
+#include "platform/qt/qt_serial_port.h"
+#include "platform/qt/qt_shell.h"
+#include "platform/qt/qt_signals.h"
+#include "platform/system_clock.h"
+
+namespace tavrel {
+namespace {
+
+// All objects of the program, joined. One instance lives as long as the process.
+class Program {
+ public:
+  Program() {
+    QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
+  }
+
+  // Shows the splash form; the main form follows when it is left. False: the process ends.
+  bool Start() {
+    const auto take_lock = [this](const std::string& path) {
+      lock_ = std::make_unique<InstanceLock>(path);
+      return lock_->Take();
+    };
+    if (!start_up_.SplashLoad(ProgramDirectory(), take_lock)) {
+      return false;
+    }
+    splash_ = std::make_unique<AllLoad>();
+    QObject::connect(splash_.get(), &AllLoad::Left, [this] { ShowMainForm(); });
+    splash_->show();
+    splash_->Show(start_up_.SplashShow());
+    return true;
+  }
+
+ private:
+  void ShowMainForm() {
+    events_.SetPointer(Pointer::kHourglass);
+    const int top = splash_->y();
+    splash_.release()->deleteLater();
+    if (!start_up_.MainFormLoad()) {
+      QCoreApplication::quit();
+      return;
+    }
+    form_ =
+        std::make_unique<Tavrel>(Tavrel::Parts{sheet_, window_, cycle_, start_up_}, ExpectedRows());
+    form_->PlaceAt(top);
+    form_->show();
+  }
+
+  // A signal from outside ends the program as its close box does.
+  void End() {
+    if (form_ != nullptr) {
+      form_->close();
+    }
+    QCoreApplication::quit();
+  }
+
+  [[nodiscard]] int ExpectedRows() const {
+    int rows = 0;
+    for (const std::string& file : state_.Settings.ActiveFiles) {
+      rows += file.empty() ? 0 : 1;
+    }
+    return rows;
+  }
+
+  RunState state_;
+  SystemClock clock_;
+  QtEvents events_;
+  QtDialogs dialogs_{events_};
+  QtScreens screens_;
+  QtShell shell_;
+  QtSignals signals_;
+  QtSerialPort port_{ProgramDirectory()};
+  Link link_{port_, clock_};
+  Messages messages_{dialogs_};
+  SettingsStore settings_{state_};
+  RecordingFiles files_{state_, clock_, messages_};
+  RecordingEngine engine_{{state_, link_, files_, settings_, messages_, dialogs_, screens_}};
+  MainSheet sheet_{{state_, link_, clock_, screens_, events_}};
+  MainCycle cycle_{{state_, link_, engine_, sheet_, messages_, clock_}};
+  MainWindow window_{{state_, link_, files_, engine_, settings_, sheet_, cycle_, dialogs_, screens_,
+                      events_, shell_, clock_}};
+  StartUp start_up_{{state_, link_, files_, settings_, sheet_, cycle_, window_, messages_, dialogs_,
+                     screens_, events_, clock_}};
+  std::unique_ptr<InstanceLock> lock_;
+  std::unique_ptr<AllLoad> splash_;
+  std::unique_ptr<Tavrel> form_;
+};
+
+}  // namespace
+}  // namespace tavrel
+
+int main(int count, char** arguments) {
+  QApplication application(count, arguments);
+  QApplication::setApplicationName(QStringLiteral("TAVREL"));
+  QApplication::setApplicationVersion(QStringLiteral("6.1"));
+  tavrel::Program program;
+  return program.Start() ? QApplication::exec() : 0;
+}
