@@ -23,11 +23,11 @@ bool IsThere(const std::string& path) {
 
 // `name` in `directory` whatever its case, the exact spelling first; empty if it is not there.
 std::string FindEntry(const std::string& directory, const std::string& name) {
-  const std::string exact = JoinPath(directory, name);
+  std::string exact = JoinPath(directory, name);
   if (IsThere(exact)) {
     return exact;
   }
-  const std::string small = JoinPath(directory, LowerCase(name));
+  std::string small = JoinPath(directory, LowerCase(name));
   return IsThere(small) ? small : "";
 }
 

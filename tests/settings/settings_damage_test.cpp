@@ -86,7 +86,7 @@ TEST_F(DamagedSettings, MayHaveAnyByteOfThemChanged) {
 }
 
 TEST_F(DamagedSettings, MayHoldZeroBytesInAPath) {
-  LoadBytes(std::string("\"VERSION:: 6.1\"\r\n\"DEFPATH:: /\0x\"\r\n", 37));
+  LoadBytes(std::string("\"VERSION:: 6.1\"\r\n\"DEFPATH:: /") + '\0' + "x\"\r\n");
   EXPECT_EQ(state_.Settings.DefPath, "");
 }
 

@@ -199,7 +199,7 @@ TEST_F(SettingsLoad, ReadsNoFurtherWithoutTheVersionInTheFirstLine) {
 
 TEST_F(SettingsLoad, TakesTheDefaultsForAHugeFile) {
   home_.Write(kSettingsFile,
-              "\"VERSION:: 6.1\"\r\n\"PLANT:: Works\"\r\n" + std::string(1024 * 1024, '\n'));
+              "\"VERSION:: 6.1\"\r\n\"PLANT:: Works\"\r\n" + std::string(1024 * 1024UL, '\n'));
   store_.SettingsLoad();
   EXPECT_EQ(state_.Settings.Plant, "?");
   EXPECT_FALSE(state_.SettingsRead);
