@@ -101,20 +101,22 @@ struct UnitRecord {
   void SetApparatusName(std::string_view utf8);
 };
 
+inline constexpr std::size_t kHeaderWord = 2;  // bytes of a header word
+
 static_assert(std::is_trivially_copyable_v<UnitRecord>);
 static_assert(sizeof(UnitRecord) == 1000);
-static_assert(offsetof(UnitRecord, UnitRole) == 2 * 4);
-static_assert(offsetof(UnitRecord, UnitRecOn) == 2 * 20);
-static_assert(offsetof(UnitRecord, UnitCtrlState) == 2 * 23);
-static_assert(offsetof(UnitRecord, UnitSetpoint) == 2 * 25);
-static_assert(offsetof(UnitRecord, UnitColour) == 2 * 32);
-static_assert(offsetof(UnitRecord, UnitEndAction) == 2 * 48);
-static_assert(offsetof(UnitRecord, UnitView) == 2 * 51);
-static_assert(offsetof(UnitRecord, UnitMarkPos) == 2 * 55);
-static_assert(offsetof(UnitRecord, UnitMarks) == 2 * 75);
-static_assert(offsetof(UnitRecord, UnitYmin) == 2 * 89);
-static_assert(offsetof(UnitRecord, UnitRes) == 2 * 92);
-static_assert(offsetof(UnitRecord, UnitProgWait) == 2 * 98);
+static_assert(offsetof(UnitRecord, UnitRole) == kHeaderWord * 4);
+static_assert(offsetof(UnitRecord, UnitRecOn) == kHeaderWord * 20);
+static_assert(offsetof(UnitRecord, UnitCtrlState) == kHeaderWord * 23);
+static_assert(offsetof(UnitRecord, UnitSetpoint) == kHeaderWord * 25);
+static_assert(offsetof(UnitRecord, UnitColour) == kHeaderWord * 32);
+static_assert(offsetof(UnitRecord, UnitEndAction) == kHeaderWord * 48);
+static_assert(offsetof(UnitRecord, UnitView) == kHeaderWord * 51);
+static_assert(offsetof(UnitRecord, UnitMarkPos) == kHeaderWord * 55);
+static_assert(offsetof(UnitRecord, UnitMarks) == kHeaderWord * 75);
+static_assert(offsetof(UnitRecord, UnitYmin) == kHeaderWord * 89);
+static_assert(offsetof(UnitRecord, UnitRes) == kHeaderWord * 92);
+static_assert(offsetof(UnitRecord, UnitProgWait) == kHeaderWord * 98);
 static_assert(offsetof(UnitRecord, UnitDesignation) == 200);
 static_assert(offsetof(UnitRecord, UnitInputName) == 220);
 static_assert(offsetof(UnitRecord, UnitInputNote) == 520);

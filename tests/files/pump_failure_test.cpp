@@ -17,8 +17,8 @@ constexpr const char* kName = "M011111A.NEW";
 struct TwoSets : PumpRoom {
   TwoSets() {
     Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))));
-    instruments.Store(1, 1, {11, 12});
-    instruments.Store(1, 2, {21, 22});
+    Store(1, 1, {11, 12});
+    Store(1, 2, {21, 22});
   }
   void Remove() const { std::filesystem::remove(directory.File(kName)); }
 };
@@ -96,8 +96,8 @@ TEST(PumpFailure, FileDeletedUnderUsIsToldAtTheFlushAndNotMadeAnew) {
 
 TEST(PumpFailure, NoMoreThanOneSetIsTakenWhileTheFileIsAway) {
   TwoSets room;
-  room.instruments.Store(1, 1, {13});
-  room.instruments.Store(1, 2, {23});
+  room.Store(1, 1, {13});
+  room.Store(1, 2, {23});
   room.Pump(2);
   room.Remove();
   room.engine.FlushFiles();

@@ -33,7 +33,7 @@ struct ShortFile : PumpRoom {
 
 TEST(EndOfRecording, ComesOneRowBeyondTheLimit) {
   ShortFile room(0);
-  room.instruments.Store(2, 1, {1, 2, 3, 4, 5});
+  room.Store(2, 1, {1, 2, 3, 4, 5});
   room.Pump(20);
   EXPECT_EQ(room.state.SampleLimit[12], 3);
   EXPECT_EQ(room.state.SampleCount[12], 4);
@@ -78,13 +78,13 @@ TEST(EndOfRecording, SwitchesTheControllerOff) {
 
 TEST(EndOfRecording, RepeatsTheStopOncePerTickUntilItIsAcknowledged) {
   ShortFile room(1, kName, 4);
-  room.instruments.silent.insert(2);
+  room.line.silent.insert(2);
   room.Pump(5);
   EXPECT_TRUE(room.state.StopPending[12]);
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r"}));
   room.engine.TenSecondTick();
   EXPECT_EQ(room.port.sent.size(), 2U);
-  room.instruments.silent.clear();
+  room.line.silent.clear();
   room.engine.TenSecondTick();
   room.engine.TenSecondTick();
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r", "Z13=0\r", "Z13=0\r"}));
@@ -105,7 +105,7 @@ TEST(EndOfRecording, SwitchesTheControllerOffEvenIfTheHeaderCannotBeWritten) {
 
 TEST(EndOfRecording, GoesOnInANextFile) {
   ShortFile room(2);
-  room.instruments.Store(2, 1, {1, 2, 3, 4, 5});
+  room.Store(2, 1, {1, 2, 3, 4, 5});
   room.Pump(20);
   EXPECT_EQ(room.state.SlotFile[12], kNext);
   EXPECT_EQ(room.state.Settings.ActiveFiles[11], kNext);
@@ -144,18 +144,6 @@ TEST(EndOfRecording, StopsInTheFullFileWhenNoLetterIsLeft) {
   EXPECT_EQ(room.RecordInFile("M011111~.NEW").UnitRecOn, 0);
   EXPECT_EQ(room.Announced(),
             (Texts{"Write  file | M011111~.NEW: no free name for the next file"}));
-}
-
-TEST(EndOfRecording, StopsInTheFullFileWhenTheNextOneCannotBeMade) {
-  ShortFile room(2, kName, 4);
-  {
-    const FullDisk disk(999);
-    room.Pump(1);
-  }
-  EXPECT_FALSE(room.directory.Exists(kNext));
-  EXPECT_EQ(room.state.Settings.ActiveFiles[11], kName);
-  EXPECT_EQ(room.state.ReadState[12], ReadState::kIdle);
-  EXPECT_EQ(room.Announced(), (Texts{"Write  file | M011111B.NEW: File too large"}));
 }
 
 TEST(EndOfRecording, KeepsTheFullFileNamedAndShownWhenTheNextOneCannotBeMade) {
@@ -201,10 +189,10 @@ TEST(EndOfRecording, TakesAHalfReadSetAlongIntoTheNextFile) {
   UnitRecord unit = Running(HeaderOf(2, {1, 2}));
   unit.UnitEndAction = 2;
   room.Open(12, kName, BytesOf(unit) + Words({1, 2, 1, 2, 3, 4}));
-  room.instruments.Store(2, 2, {6, 8});
+  room.Store(2, 2, {6, 8});
   room.Pump(1);                    // channel 2 has arrived, channel 1 has not
   room.state.SampleLimit[12] = 2;  // the user shortens the recording
-  room.instruments.Store(2, 1, {5, 7});
+  room.Store(2, 1, {5, 7});
   room.Pump(9);
   EXPECT_EQ(room.SamplesInFile(kNext), Words({5, 6, 5, 6, 7, 8}));
 }
@@ -212,7 +200,7 @@ TEST(EndOfRecording, TakesAHalfReadSetAlongIntoTheNextFile) {
 TEST(EndOfRecording, KeepsToOneLastSetInTheNextFile) {
   ShortFile room(2, kName, 4);
   room.state.ReadState[12] = ReadState::kLastSet;
-  room.instruments.Store(2, 1, {4, 5});
+  room.Store(2, 1, {4, 5});
   room.Pump(9);
   EXPECT_EQ(room.SamplesInFile(kNext), Words({4, 4}));
   EXPECT_EQ(room.state.ReadState[12], ReadState::kIdle);

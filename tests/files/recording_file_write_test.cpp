@@ -161,7 +161,7 @@ TEST(AppendRow, FailsOnAClosedFile) {
 
 TEST(AppendRow, StopsWhereRecordNumbersEnd) {
   RecordingRoom room;
-  room.Open(1, kName, BytesOf(HeaderOf(1)) + std::string(2 * 32766, '\1'));
+  room.Open(1, kName, BytesOf(HeaderOf(1)) + std::string(std::size_t{2} * 32766, '\1'));
   EXPECT_FALSE(room.files.AppendRow(1, std::array<std::int16_t, 1>{5}, 2));
   EXPECT_TRUE(room.files.AppendRow(1, std::array<std::int16_t, 1>{5}, 1));
   EXPECT_FALSE(room.files.AppendRow(1, std::array<std::int16_t, 1>{5}, 1));
