@@ -1,6 +1,9 @@
 #ifndef TAVREL_FILES_RECORDING_ENGINE_H_
 #define TAVREL_FILES_RECORDING_ENGINE_H_
 
+#include <cstdint>
+#include <optional>
+
 #include "common/messages.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
@@ -31,20 +34,25 @@ class RecordingEngine {
   // A set that is complete but could not be written is tried again without an exchange.
   void PumpOnce();
 
-  // Every ten seconds: waiting slots read again, and a controller that the end action could not
-  // switch off is tried once more.
+  // Every ten seconds: waiting slots read again, a file that could not be opened again or be
+  // written is opened once more, and a controller that the end action could not switch off is
+  // told once more.
   void TenSecondTick();
 
-  // Every 1200 seconds: closes and opens the files of recording slots again.
+  // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
+  // header in memory differs from the file's.
   void FlushFiles();
 
-  // Starts recording on a slot by the user's wish; says in a box why it did not.
+  // Starts recording on a slot by the user's wish; says in a box why it did not. What the
+  // instrument had stored is cleared. Returns after the wait bar.
   void StartRecording(int slot);
 
-  // Asks, then stops. The instrument is not told.
+  // Asks, then stops. The instrument is not told. A complete set that could not be written is
+  // tried one last time.
   void StopRecording(int slot);
 
-  // The file of the slot is full: stops the recording and carries out UnitEndAction.
+  // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
+  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle.
   void EndOfRecording(int slot);
 
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
@@ -52,7 +60,35 @@ class RecordingEngine {
   [[nodiscard]] bool HoldsSet(int slot) const;
 
  private:
-  Parts parts_;
+  // The pump.
+  [[nodiscard]] bool FindWork();
+  [[nodiscard]] bool SlotHasWork();
+  [[nodiscard]] bool IsSetComplete(int slot) const;
+  void EndFullSlot(int slot);
+  void ReadOneSample();
+  void TakeSample(int slot, int channel, std::int16_t word);
+  void WriteSet(int slot);
+  [[nodiscard]] bool AppendSet(int slot);
+  void CountBacklogDown(int slot);
+  void HideBacklog(int slot);
+  void ReopenFile(int slot);
+
+  // Start, stop and end.
+  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
+  [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
+  [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
+  void SwitchControllerOff(int slot);
+  void GoOnInNextFile(int slot);
+  void SaveSettings(int slot);
+  void StopInFile(int slot);
+
+  RunState& state_;
+  Link& link_;
+  RecordingFiles& files_;
+  SettingsStore& settings_;
+  Messages& messages_;
+  Dialogs& dialogs_;
+  Screens& screens_;
 };
 
 }  // namespace tavrel

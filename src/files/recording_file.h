@@ -29,16 +29,25 @@ class RecordingFiles {
   // and UnitChannels disagree (such a file may be shown but not recorded).
   void OpenRecordingFile(int slot);
 
-  // Writes Unit(slot) as the first 1000 bytes, synced, and leaves the file open; a missing file
-  // is made. Clears SlotDirty.
+  // Writes Unit(slot) as the first 1000 bytes, synced, and leaves the file open. A missing file
+  // is made, in capitals and with SampleCount 0, if its directory is there. A file that does not
+  // hold the SampleCount rows of the slot is another one and is refused. Clears SlotDirty.
   void WriteHeader(int slot);
 
   // Begins a new file for the slot with `interval` as UnitInterval: picks a name that is free on
   // the disk and among the slots, resets the run fields, writes the header, opens the file. The
-  // name goes to SlotFile and ActiveFiles.
-  void CreateRecordingFile(int slot, std::int16_t interval);
+  // name goes to SlotFile and ActiveFiles. False on failure: if no name is free, the slot keeps
+  // the file it had, opened again if the caller has closed it; if the file cannot be made, SlotFile
+  // is empty. ActiveFiles then stays.
+  bool CreateRecordingFile(int slot, std::int16_t interval);
 
-  // Makes `name` of the slot free by raising its letter; empty if no letter is left.
+  // Makes the file in which the recording of a full one goes on: its header is that of the slot
+  // with UnitRecOn 1 and UnitMarks 0. It is on the disk when its name is returned; the slot and
+  // the settings are not touched. Empty, and reported, on failure.
+  [[nodiscard]] std::string MakeNextFile(int slot);
+
+  // `name` in capitals, its letter raised until no file of the slot's directory and no slot has
+  // it; empty if no letter is left.
   [[nodiscard]] std::string FreeName(int slot, std::string name) const;
 
   void CloseRecordingFile(int slot);
@@ -48,11 +57,13 @@ class RecordingFiles {
 
   // Closes and opens again, so that what was written is on the disk; a dirty header is written
   // with it. On failure the name stays and false is returned; the file is then closed and the
-  // call may be repeated. Never makes a file or directory anew.
+  // call may be repeated. Never makes a file or directory anew, and refuses a file that is
+  // shorter than the slot's rows or was begun by another recording.
   bool ReopenRecordingFile(int slot);
 
   // Puts `words` (UnitChannels of them) behind the last row, `copies` times, in one write.
-  // Only on success does SampleCount move. False and Error() on failure.
+  // Only on success does SampleCount move. False and Error() on failure; never leaves a hole in
+  // a file that was cut meanwhile.
   [[nodiscard]] bool AppendRow(int slot, std::span<const std::int16_t> words, int copies);
 
   // One sample: `row` from 0, `column` from 1. Empty outside the file.
@@ -62,6 +73,22 @@ class RecordingFiles {
   [[nodiscard]] const std::string& Error() const { return error_; }
 
  private:
+  // These answer with the empty text or with what is to be told to the user.
+  [[nodiscard]] std::string OpenAndTest(int slot);
+  [[nodiscard]] std::string ReadHeader(int slot, std::int64_t length);
+  [[nodiscard]] std::string PutHeader(int slot);
+  [[nodiscard]] std::string PutHeaderIntoNewFile(int slot);
+
+  [[nodiscard]] bool OpenForSlot(int slot, const std::string& path);
+  [[nodiscard]] bool OpenSameFile(int slot);
+  [[nodiscard]] bool HoldsRowsOfSlot(int slot);
+  [[nodiscard]] bool IsNameTaken(int slot, const std::string& name) const;
+  void TakeHeader(int slot, const UnitRecord& unit);
+  void DeriveValues(int slot);
+  void Refuse(int slot, const char* title, const std::string& text);
+  void ForgetShown(int slot);
+  bool Fail(std::string text);
+
   RunState& state_;
   const Clock& clock_;
   Messages& messages_;

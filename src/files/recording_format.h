@@ -60,7 +60,9 @@ inline constexpr int kBufferSets = 896;  // sample sets that an instrument holds
 
 // "Myymmdd" + letter + "." + extension for a new file of a slot whose old file was `old_name`:
 // the letter is A for the first file of the day, else the old one plus one in the character
-// code without an end check ("[" follows "Z"); a letter below A counts as none.
+// code ("[" follows "Z"); a letter below A counts as none. The empty text when no letter is left
+// after "~". The extension is the first three letters of the designation in capitals; what
+// cannot stand in a file name, or is missing, becomes "_".
 [[nodiscard]] std::string NewFileName(std::string_view old_name, const WallTime& now,
                                       std::string_view designation);
 
@@ -68,6 +70,10 @@ inline constexpr int kBufferSets = 896;  // sample sets that an instrument holds
 // date. A name shorter than 8 characters, or one whose place 8 cannot be raised, gives the
 // empty text.
 [[nodiscard]] std::string NextFileName(std::string_view name);
+
+// True if a new file may bear the name: it is in capitals (or two names that raising takes for
+// different would be one to the disk) and holds nothing that a file name cannot hold.
+[[nodiscard]] bool IsNameForNewFile(std::string_view name);
 
 // "mm-dd-yyyy / hh:nn".
 [[nodiscard]] std::string DateText(const WallTime& now);

@@ -82,13 +82,17 @@ struct UnitRecord {
   HeaderText UnitProgName;
   HeaderText UnitOrigin;  // a subfile's source
 
-  [[nodiscard]] int Role(int input) const {
-    return UnitRole.at(static_cast<std::size_t>(input - 1));
-  }
+  [[nodiscard]] int Role(int input) const { return UnitRole.at(input - 1); }
   [[nodiscard]] bool IsRecorded(int input) const { return Role(input) >= 1; }
 
-  // Inputs with a role of 1 or more; a recording needs UnitChannels to be the same number.
+  // Inputs with a role of 1 or more.
   [[nodiscard]] int RecordedInputs() const;
+
+  // True if a row has one word for each recorded input. A file where they disagree may be shown,
+  // but rows written to it would come out of step.
+  [[nodiscard]] bool CanBeRecorded() const {
+    return RecordedInputs() >= 1 && RecordedInputs() == UnitChannels;
+  }
 
   // What the apparatus is called: the designation from its fifth character on, trimmed.
   [[nodiscard]] std::string ApparatusName() const;

@@ -80,7 +80,7 @@ void MainSheet::ShowRow(int slot) {
   SheetRow& row = Row(slot);
   row = SheetRow();
   row.Sheet = true;
-  row.tx_Des = parts_.state.Unit.at(static_cast<std::size_t>(slot)).ApparatusName();
+  row.tx_Des = parts_.state.Unit.at(slot).ApparatusName();
   row.tx_DesEnabled = true;
   row.cmd_WorkEnabled = parts_.screens.Has(View::kTavWork);
   parts_.state.SheetReset = false;
@@ -102,9 +102,8 @@ void MainSheet::RefreshRow() {
   }
   do {
     ++state.SheetSlot;
-  } while (state.SheetSlot < kSlots &&
-           state.SlotFile[static_cast<std::size_t>(state.SheetSlot)].empty());
-  if (!state.SlotFile[static_cast<std::size_t>(state.SheetSlot)].empty()) {
+  } while (state.SheetSlot < kSlots && state.SlotFile[state.SheetSlot].empty());
+  if (!state.SlotFile[state.SheetSlot].empty()) {
     RefreshSlot(state.SheetSlot);
   }
   if (state.SheetSlot == kSlots) {
@@ -126,7 +125,7 @@ void MainSheet::EndPass() {
 
 // A silent instrument costs one exchange: the reference fails first and the rest is skipped.
 void MainSheet::RefreshSlot(int slot) {
-  const UnitRecord& unit = parts_.state.Unit[static_cast<std::size_t>(slot)];
+  const UnitRecord& unit = parts_.state.Unit[slot];
   SheetRow& row = Row(slot);
   ShownRaw& shown = Shown(slot);
   Link& link = parts_.link;
@@ -170,7 +169,7 @@ std::int16_t MainSheet::ReadIfGood(const char* letter, std::int16_t index) {
 
 void MainSheet::RefreshStatus(int slot) {
   RunState& state = parts_.state;
-  const std::int16_t inet = state.Unit[static_cast<std::size_t>(slot)].UnitInet;
+  const std::int16_t inet = state.Unit[slot].UnitInet;
   const int com_status = static_cast<int>(parts_.link.ComStatus(inet));
   ShownRaw& shown = Shown(slot);
   if (com_status == shown.com_status) {
@@ -187,7 +186,7 @@ void MainSheet::RefreshStatus(int slot) {
 }
 
 void MainSheet::RefreshFile(int slot) {
-  const std::string& slot_file = parts_.state.SlotFile[static_cast<std::size_t>(slot)];
+  const std::string& slot_file = parts_.state.SlotFile[slot];
   const std::string file = LowerCase(FirstCharacters(slot_file, kFileCharacters));
   if (file != Shown(slot).file) {
     Shown(slot).file = file;
@@ -197,10 +196,9 @@ void MainSheet::RefreshFile(int slot) {
 
 void MainSheet::RefreshRecording(int slot) {
   const RunState& state = parts_.state;
-  const auto place = static_cast<std::size_t>(slot);
-  const int rec_on = state.Unit[place].UnitRecOn;
-  const bool is_full = state.SampleCount[place] >= state.SampleLimit[place];
-  const bool write_failed = state.WriteFailed[place];
+  const int rec_on = state.Unit[slot].UnitRecOn;
+  const bool is_full = state.SampleCount[slot] >= state.SampleLimit[slot];
+  const bool write_failed = state.WriteFailed[slot];
   ShownRaw& shown = Shown(slot);
   SheetRow& row = Row(slot);
 
@@ -211,10 +209,9 @@ void MainSheet::RefreshRecording(int slot) {
     row.lb_Rstat = status.word;
     row.sh_Rstat = status.colour;
   }
-  if (state.SampleCount[place] != shown.sample_count) {
-    shown.sample_count = state.SampleCount[place];
-    row.lb_Rec =
-        FormatMask(RecordedHours(shown.sample_count, state.RecInterval[place]), "####0.00");
+  if (state.SampleCount[slot] != shown.sample_count) {
+    shown.sample_count = state.SampleCount[slot];
+    row.lb_Rec = FormatMask(RecordedHours(shown.sample_count, state.RecInterval[slot]), "####0.00");
   }
 }
 
@@ -224,25 +221,23 @@ void MainSheet::RefreshInfo() {
 
 void MainSheet::lb_TavNo_Click(int slot) {
   RunState& state = parts_.state;
-  if (!IsSlot(slot) || state.SlotFile[static_cast<std::size_t>(slot)].empty()) {
+  if (!IsSlot(slot) || state.SlotFile[slot].empty()) {
     return;
   }
-  const std::int16_t inet = state.Unit[static_cast<std::size_t>(slot)].UnitInet;
+  const std::int16_t inet = state.Unit[slot].UnitInet;
   if (inet == state.ActiveInet) {
     return;
   }
   state.ActiveInet = inet;
   for (int other = 1; other <= kSlots; ++other) {
-    const auto place = static_cast<std::size_t>(other);
-    Row(other).imgTavSel = !state.SlotFile[place].empty() && state.Unit[place].UnitInet == inet;
+    Row(other).imgTavSel = !state.SlotFile[other].empty() && state.Unit[other].UnitInet == inet;
   }
 }
 
 void MainSheet::tx_Des_Change(int slot, const std::string& text) {
   RunState& state = parts_.state;
-  const auto place = static_cast<std::size_t>(slot);
-  state.SlotDirty.at(place) = true;
-  state.Unit.at(place).SetApparatusName(text);
+  state.SlotDirty[slot] = true;
+  state.Unit[slot].SetApparatusName(text);
   Row(slot).tx_Des = text;
   if (slot == kViewedFile) {
     state.IndexValid = false;

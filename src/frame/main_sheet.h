@@ -76,8 +76,8 @@ class MainSheet {
   void RefreshFile(int slot);
   void RefreshRecording(int slot);
 
-  SheetRow& Row(int slot) { return values_.Rows.at(static_cast<std::size_t>(slot)); }
-  ShownRaw& Shown(int slot) { return shown_.at(static_cast<std::size_t>(slot)); }
+  SheetRow& Row(int slot) { return values_.Rows.at(slot); }
+  ShownRaw& Shown(int slot) { return shown_.at(slot); }
 
   Parts parts_;
   SheetValues values_;

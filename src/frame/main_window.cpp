@@ -121,7 +121,7 @@ void MainWindow::ShutDown() {
 
 void MainWindow::MarkLastSets() {
   RunState& state = parts_.state;
-  for (std::size_t slot = 1; slot <= kSlots; ++slot) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
     const bool reads = state.ReadState[slot] >= ReadState::kReading;
     const bool answers = parts_.link.IsGood(state.Unit[slot].UnitInet);
     state.ReadState[slot] = reads && answers ? ReadState::kLastSet : ReadState::kIdle;
@@ -145,7 +145,7 @@ void MainWindow::ReadOut() {
 bool MainWindow::AnyKeepsReading() {
   RunState& state = parts_.state;
   bool any = false;
-  for (std::size_t slot = 1; slot <= kSlots; ++slot) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
     if (state.ReadState[slot] == ReadState::kIdle) {
       continue;
     }
@@ -172,7 +172,7 @@ bool MainWindow::ReviveHeldSets() {
   RunState& state = parts_.state;
   bool any = false;
   for (int slot = 1; slot <= kSlots; ++slot) {
-    ReadState& read_state = state.ReadState[static_cast<std::size_t>(slot)];
+    ReadState& read_state = state.ReadState[slot];
     if (read_state == ReadState::kWaiting && parts_.engine.HoldsSet(slot)) {
       read_state = ReadState::kLastSet;
       any = true;
@@ -188,8 +188,7 @@ void MainWindow::SaveEverything() {
   RunState& state = parts_.state;
   const bool failed = state.SettingsChanged && !parts_.settings.SettingsSave().empty();
   for (int slot = 0; slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
-    if (!state.SlotFile[place].empty() && state.SlotDirty[place]) {
+    if (!state.SlotFile[slot].empty() && state.SlotDirty[slot]) {
       parts_.files.WriteHeader(slot);
     }
     parts_.files.CloseRecordingFile(slot);

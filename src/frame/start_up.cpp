@@ -90,7 +90,7 @@ void StartUp::AttachFiles() {
   bool any_in_use = false;
   for (int slot = 1; slot <= kSlots; ++slot) {
     AttachSlot(slot);
-    any_in_use = any_in_use || !parts_.state.SlotFile[static_cast<std::size_t>(slot)].empty();
+    any_in_use = any_in_use || !parts_.state.SlotFile[slot].empty();
   }
   if (!any_in_use) {
     MakeDefaultSlot();
@@ -99,15 +99,14 @@ void StartUp::AttachFiles() {
 
 void StartUp::AttachSlot(int slot) {
   RunState& state = parts_.state;
-  const auto place = static_cast<std::size_t>(slot);
-  std::string& active_file = state.Settings.ActiveFiles[place - 1];
+  std::string& active_file = state.Settings.ActiveFiles[slot - 1];
   state.SelSlot = slot;
   if (!active_file.empty()) {
-    state.SlotFile[place] = active_file;
-    state.SlotPath[place] = DataDirectory(state);
+    state.SlotFile[slot] = active_file;
+    state.SlotPath[slot] = DataDirectory(state);
     parts_.files.OpenRecordingFile(slot);
   }
-  if (state.SlotFile[place].empty()) {
+  if (state.SlotFile[slot].empty()) {
     active_file.clear();
     parts_.sheet.HideRow(slot);
     return;
@@ -121,12 +120,11 @@ void StartUp::MakeDefaultSlot() {
   constexpr int kFirst = 1;
   RunState& state = parts_.state;
   state.SlotPath[kFirst] = DataDirectory(state);
-  state.SlotFile[kFirst] = kDefaultFile;
-  const bool exists = FindFile(state.SlotPath[kFirst], kDefaultFile).has_value();
-  if (exists) {
+  if (FindFile(state.SlotPath[kFirst], kDefaultFile)) {
+    state.SlotFile[kFirst] = kDefaultFile;
     parts_.files.OpenRecordingFile(kFirst);
   }
-  if (!exists || state.SlotFile[kFirst].empty()) {
+  if (state.SlotFile[kFirst].empty()) {
     state.SlotFile[kFirst] = parts_.files.FreeName(kFirst, kDefaultFile);
     state.Unit[kFirst] = DefaultUnitRecord();
     parts_.files.WriteHeader(kFirst);
@@ -146,16 +144,15 @@ void StartUp::ReadBacklog() {
   Link& link = parts_.link;
   state.BacklogCount = 0;
   for (int slot = 1; slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
-    if (state.SlotFile[place].empty()) {
+    if (state.SlotFile[slot].empty()) {
       continue;
     }
-    const UnitRecord& unit = state.Unit[place];
+    const UnitRecord& unit = state.Unit[slot];
     link.ComInet = unit.UnitInet;
     link.ComLetter = reg::kBuffered;
     link.ComIndex = unit.UnitRef;
     link.ReadReg();
-    const bool reads = state.ReadState[place] >= ReadState::kReading;
+    const bool reads = state.ReadState[slot] >= ReadState::kReading;
     if (reads && link.IsGood(unit.UnitInet) && link.ComValue > state.BacklogCount) {
       state.BacklogCount = link.ComValue;
       state.BacklogSlot = slot;
@@ -176,13 +173,13 @@ void StartUp::SweepControllers() {
       continue;
     }
     std::array<bool, kControllers + 1> is_used{};
-    for (std::size_t slot = 1; slot <= kSlots; ++slot) {
+    for (int slot = 1; slot <= kSlots; ++slot) {
       if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
-        is_used.at(static_cast<std::size_t>(state.Unit[slot].UnitCtrl)) = true;
+        is_used.at(state.Unit[slot].UnitCtrl) = true;
       }
     }
     for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
-      if (is_used.at(static_cast<std::size_t>(ctrl))) {
+      if (is_used.at(ctrl)) {
         continue;
       }
       link.ComInet = inet;

@@ -1,0 +1,185 @@
+#include "instrument/instrument_line.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace instrument {
+namespace {
+
+constexpr char kAcknowledge = '.';
+constexpr char kRefused = '?';
+// Noise never looks like a carriage return, an ESC, a "." or a "?".
+constexpr std::string_view kNoise = "\x01\x7F\xF0\xFE\x55~#U";
+constexpr int kNoiseBytes = 2;
+
+// A reply is told worse, never better.
+void Worsen(Reply& reply, Fate fate) {
+  if (reply.handed && reply.handed->fate != Fate::kSpoiled) {
+    reply.handed->fate = fate;
+  }
+}
+
+}  // namespace
+
+void InstrumentLine::Add(const InstrumentSettings& settings) {
+  const std::uint64_t fault_seed = settings.seed * 16U + static_cast<std::uint64_t>(settings.inet);
+  stations_.push_back(
+      {std::make_unique<Instrument>(settings, truth_), FaultBook(fault_seed), std::string()});
+}
+
+InstrumentLine::Station* InstrumentLine::FindStation(int inet) {
+  const auto has_number = [inet](const Station& s) { return s.instrument->Inet() == inet; };
+  const auto by_number = [](const Station& a, const Station& b) {
+    return a.instrument->Inet() < b.instrument->Inet();
+  };
+  const auto found = inet == 0 ? std::min_element(stations_.begin(), stations_.end(), by_number)
+                               : std::find_if(stations_.begin(), stations_.end(), has_number);
+  return found == stations_.end() ? nullptr : &*found;
+}
+
+Instrument* InstrumentLine::Find(int inet) {
+  Station* station = FindStation(inet);
+  return station == nullptr ? nullptr : station->instrument.get();
+}
+
+FaultBook* InstrumentLine::FaultsOf(int inet) {
+  Station* station = FindStation(inet);
+  return station == nullptr ? nullptr : &station->faults;
+}
+
+std::vector<int> InstrumentLine::Numbers() const {
+  std::vector<int> numbers;
+  for (const Station& station : stations_) {
+    numbers.push_back(station.instrument->Inet());
+  }
+  std::sort(numbers.begin(), numbers.end());
+  return numbers;
+}
+
+void InstrumentLine::Advance(std::int64_t ticks, Instrument::Pace pace) {
+  for (Station& station : stations_) {
+    station.instrument->Advance(ticks, pace);
+  }
+}
+
+std::optional<Reply> InstrumentLine::Answer(const Command& command) {
+  Station* station = FindStation(command.inet);
+  if (station == nullptr || station->faults.Strikes(Fault::kSilence) ||
+      station->faults.Strikes(Fault::kLostRequest)) {
+    return std::nullopt;
+  }
+  Reply reply = Obey(*station, command);
+  if (reply.bytes.empty()) {
+    return std::nullopt;
+  }
+  if (station->faults.Strikes(Fault::kLostReply)) {
+    if (reply.handed) {
+      reply.handed->fate = Fate::kLost;
+      truth_.Handed(*reply.handed);
+    }
+    return std::nullopt;
+  }
+  const std::string clean = reply.bytes;
+  Spoil(*station, reply);
+  station->last_reply = clean;
+  return reply;
+}
+
+Reply InstrumentLine::Obey(Station& station, const Command& command) {
+  Reply reply;
+  if (!command.valid || station.faults.Strikes(Fault::kRefusal)) {
+    reply.bytes = kRefused;
+    return reply;
+  }
+  Instrument& instrument = *station.instrument;
+  if (!command.write) {
+    return ReadValue(instrument, command);
+  }
+  const bool done = Write(instrument, command);
+  // A direct line has no answer to a memory or port write, whether it was carried out or not.
+  if (mode_ == LineMode::kPlugin || command.access == Access::kRegister) {
+    reply.bytes = done ? kAcknowledge : kRefused;
+  }
+  return reply;
+}
+
+Reply InstrumentLine::ReadValue(Instrument& instrument, const Command& command) {
+  Reply reply;
+  std::uint16_t word = 0;
+  switch (command.access) {
+    case Access::kMemory:
+      word = instrument.ReadMemory(command.address);
+      break;
+    case Access::kPort:
+      word = instrument.ReadPort(command.address);
+      break;
+    case Access::kRegister: {
+      const RegisterReading reading = instrument.ReadRegister(command.address);
+      word = static_cast<std::uint16_t>(reading.word);
+      if (reading.sample) {
+        const SamplePlace place{instrument.Inet(), IndexOf(command.address),
+                                reading.sample->number};
+        reply.handed = HandedSample{instrument.Seconds(), place, reading.word, Fate::kGood};
+      }
+      break;
+    }
+  }
+  reply.bytes = ValueReply(command.access, word);
+  return reply;
+}
+
+bool InstrumentLine::Write(Instrument& instrument, const Command& command) {
+  switch (command.access) {
+    case Access::kRegister:
+      return instrument.WriteRegister(command.address, static_cast<std::int16_t>(command.word));
+    case Access::kPort:
+      instrument.WritePort(command.address, static_cast<std::uint8_t>(command.word));
+      return true;
+    case Access::kMemory:
+      break;
+  }
+  // Two instruments of one number would talk at the same time, so a taken one is refused.
+  const bool renumbers = command.address == kUnitNumberAddress;
+  const Instrument* holder = renumbers ? Find(command.word + 1) : nullptr;
+  if (holder != nullptr && holder != &instrument) {
+    return false;
+  }
+  return instrument.WriteMemory(command.address, command.word);
+}
+
+void InstrumentLine::Spoil(Station& station, Reply& reply) {
+  FaultBook& faults = station.faults;
+  const bool is_value = reply.bytes.back() == '\r';
+  if (is_value && faults.Strikes(Fault::kWrongLength)) {
+    if (reply.bytes.size() > 4) {
+      reply.bytes.erase(0, 1);
+    } else {
+      reply.bytes.insert(0, 1, '0');
+    }
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (is_value && faults.Strikes(Fault::kNonHex)) {
+    reply.bytes.at(static_cast<std::size_t>(faults.Draw(2))) = 'G';
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (faults.Strikes(Fault::kGarbage)) {
+    for (int i = 0; i < kNoiseBytes; ++i) {
+      const int draw = faults.Draw(static_cast<int>(kNoise.size()));
+      reply.bytes.insert(0, 1, kNoise.at(static_cast<std::size_t>(draw)));
+    }
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (!station.last_reply.empty() && faults.Strikes(Fault::kStale)) {
+    reply.bytes.insert(0, station.last_reply);
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (faults.Strikes(Fault::kLateReply)) {
+    reply.delay = faults.Time(Fault::kLateReply);
+    Worsen(reply, Fate::kLate);
+  }
+  if (faults.Strikes(Fault::kByteByByte)) {
+    reply.pause = faults.Time(Fault::kByteByByte);
+  }
+}
+
+}  // namespace instrument

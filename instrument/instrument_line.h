@@ -1,0 +1,66 @@
+#ifndef TAVREL_INSTRUMENT_INSTRUMENT_LINE_H_
+#define TAVREL_INSTRUMENT_INSTRUMENT_LINE_H_
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "instrument/faults.h"
+#include "instrument/instrument.h"
+#include "instrument/telegram.h"
+#include "instrument/truth_log.h"
+
+namespace instrument {
+
+// What goes back over the line.
+struct Reply {
+  std::string bytes;
+  std::chrono::milliseconds delay{0};  // before the first byte, beyond the line's own time
+  std::chrono::milliseconds pause{0};  // before each further byte
+  // Set when the reply hands a stored sample over; to be told when the reply has gone out.
+  std::optional<HandedSample> handed;
+};
+
+// The instruments that hang on one line, each with its faults.
+class InstrumentLine {
+ public:
+  // `truth` outlives the line.
+  InstrumentLine(LineMode mode, TruthLog& truth) : mode_(mode), truth_(truth) {}
+
+  // Instruments have different numbers; the one with the lowest answers what names none.
+  void Add(const InstrumentSettings& settings);
+
+  // Lets the meant instrument carry the command out. Nothing: no answer comes, because nobody
+  // has that number, the command needs none, or a fault swallowed it.
+  [[nodiscard]] std::optional<Reply> Answer(const Command& command);
+
+  // `ticks` of the instruments' time, for all of them.
+  void Advance(std::int64_t ticks, Instrument::Pace pace);
+
+  // The instrument of that number, or nullptr.
+  [[nodiscard]] Instrument* Find(int inet);
+  [[nodiscard]] FaultBook* FaultsOf(int inet);
+  [[nodiscard]] std::vector<int> Numbers() const;
+
+ private:
+  struct Station {
+    std::unique_ptr<Instrument> instrument;
+    FaultBook faults;
+    std::string last_reply;
+  };
+  [[nodiscard]] Station* FindStation(int inet);
+  [[nodiscard]] Reply Obey(Station& station, const Command& command);
+  [[nodiscard]] Reply ReadValue(Instrument& instrument, const Command& command);
+  [[nodiscard]] bool Write(Instrument& instrument, const Command& command);
+  static void Spoil(Station& station, Reply& reply);
+
+  LineMode mode_;
+  TruthLog& truth_;
+  std::vector<Station> stations_;
+};
+
+}  // namespace instrument
+
+#endif  // TAVREL_INSTRUMENT_INSTRUMENT_LINE_H_

@@ -1,0 +1,78 @@
+#ifndef TAVREL_INSTRUMENT_LINE_TIMING_H_
+#define TAVREL_INSTRUMENT_LINE_TIMING_H_
+
+#include <chrono>
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "instrument/instrument_line.h"
+
+namespace instrument {
+
+using Moment = std::chrono::steady_clock::time_point;
+using CharTime = std::chrono::nanoseconds;
+
+// The time of one character: start, 8 data bits, parity or second stop bit, stop bit make 11
+// bits in both kinds of line. A baud rate of 0 takes no time.
+[[nodiscard]] constexpr CharTime CharTimeAt(int baud) {
+  constexpr std::int64_t kBits = 11;
+  return baud > 0 ? CharTime(kBits * 1'000'000'000 / baud) : CharTime(0);
+}
+
+struct TimedByte {
+  Moment when;
+  char byte = 0;
+};
+
+// A pseudo-terminal delivers a whole command at once. This holds each byte back until it would
+// have arrived over a real line.
+class IncomingBytes {
+ public:
+  explicit IncomingBytes(CharTime char_time) : char_time_(char_time) {}
+  void Add(std::string_view bytes, Moment now);
+  // The next byte that has arrived by `now`, with the moment of its arrival.
+  [[nodiscard]] std::optional<TimedByte> Take(Moment now);
+  [[nodiscard]] std::optional<Moment> NextDue() const;
+  void DropAll() { bytes_.clear(); }
+
+ private:
+  CharTime char_time_;
+  Moment last_{};
+  std::deque<TimedByte> bytes_;
+};
+
+// Bytes of replies, each with the moment at which the host is to see it. A reply waits for the
+// one before it, but a late one lets others pass: the two may then mix, as on a real line.
+class OutgoingBytes {
+ public:
+  struct Due {
+    std::vector<TimedByte> bytes;
+    std::vector<HandedSample> handed;  // whose replies are complete with these bytes
+  };
+
+  explicit OutgoingBytes(CharTime char_time) : char_time_(char_time) {}
+  // `asked` is the moment at which the command was complete.
+  void Add(const Reply& reply, Moment asked);
+  [[nodiscard]] Due TakeDue(Moment now);
+  [[nodiscard]] std::optional<Moment> NextDue() const;
+  // Forgets what has not gone out; returns the samples that are lost with it.
+  [[nodiscard]] std::vector<HandedSample> DropAll();
+
+ private:
+  struct Item {
+    char byte = 0;
+    std::optional<HandedSample> completes;
+  };
+
+  CharTime char_time_;
+  Moment busy_until_{};
+  std::multimap<Moment, Item> items_;
+};
+
+}  // namespace instrument
+
+#endif  // TAVREL_INSTRUMENT_LINE_TIMING_H_

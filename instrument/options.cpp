@@ -1,0 +1,393 @@
+#include "instrument/options.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <set>
+#include <string_view>
+
+#include "instrument/numbers.h"
+
+namespace instrument {
+namespace {
+
+constexpr double kHighestSpeedup = 10'000.0;
+// A host's short sequence of commands takes at most this long.
+constexpr double kHostSequence = 0.5;  // seconds of real time
+
+// A text cut at the first `mark`; the second half is missing if there is no mark.
+struct Halves {
+  std::string_view first;
+  std::optional<std::string_view> second;
+};
+
+Halves CutAt(std::string_view text, char mark) {
+  const auto at = text.find(mark);
+  if (at == std::string_view::npos) {
+    return {text, std::nullopt};
+  }
+  return {text.substr(0, at), text.substr(at + 1)};
+}
+
+std::vector<std::string_view> SplitAt(std::string_view text, char mark) {
+  std::vector<std::string_view> parts;
+  Halves halves{{}, text};
+  while (halves.second) {
+    halves = CutAt(*halves.second, mark);
+    parts.push_back(halves.first);
+  }
+  return parts;
+}
+
+std::optional<int> ParseInet(std::string_view text) {
+  return ParseNumber<int>(text, 1, kHighestInet);
+}
+
+// What several options say about the instruments before these are made.
+struct Fleet {
+  std::set<int> numbers{1};
+  std::set<int> fast;
+  std::vector<std::pair<int, int>> ovens;  // instrument, number of ovens
+  std::uint64_t seed = 1;
+  double ambient = 22.0;
+  bool warm = false;
+  std::optional<int> baud;
+};
+
+// Reads one option after the other into the options that it builds.
+class OptionReader {
+ public:
+  [[nodiscard]] bool Take(std::string_view name, const std::string& value);
+  void TakeFlag(std::string_view name);
+  [[nodiscard]] Options Finish();
+
+ private:
+  [[nodiscard]] bool TakeMode(std::string_view value);
+  [[nodiscard]] bool TakeCount(std::string_view value);
+  [[nodiscard]] bool TakeList(std::string_view value, std::set<int>& numbers);
+  [[nodiscard]] bool TakeFast(std::string_view value) { return TakeList(value, fleet_.fast); }
+  [[nodiscard]] bool TakeInets(std::string_view value);
+  [[nodiscard]] bool TakeOvenCount(std::string_view value);
+  [[nodiscard]] bool TakeOven(std::string_view value);
+  [[nodiscard]] bool TakeSampling(std::string_view value);
+  [[nodiscard]] bool TakeBacklog(std::string_view value);
+  [[nodiscard]] bool TakeFault(std::string_view value);
+  [[nodiscard]] bool TakeLineSpeed(std::string_view value);
+  [[nodiscard]] bool TakeSpeedup(std::string_view value);
+  [[nodiscard]] bool TakeSeed(std::string_view value);
+  [[nodiscard]] bool TakeAmbient(std::string_view value);
+  [[nodiscard]] std::string* PathOf(std::string_view name);
+
+  Options options_;
+  Fleet fleet_;
+};
+
+std::string* OptionReader::PathOf(std::string_view name) {
+  if (name == "--link") {
+    return &options_.link_path;
+  }
+  if (name == "--control") {
+    return &options_.control_path;
+  }
+  if (name == "--log") {
+    return &options_.wire_log_path;
+  }
+  return name == "--truth" ? &options_.truth_path : nullptr;
+}
+
+bool OptionReader::Take(std::string_view name, const std::string& value) {
+  using Taker = bool (OptionReader::*)(std::string_view);
+  static constexpr std::array<std::pair<std::string_view, Taker>, 13> kTakers{
+      {{"--mode", &OptionReader::TakeMode},
+       {"--instruments", &OptionReader::TakeCount},
+       {"--inet", &OptionReader::TakeInets},
+       {"--fast", &OptionReader::TakeFast},
+       {"--ovens", &OptionReader::TakeOvenCount},
+       {"--oven", &OptionReader::TakeOven},
+       {"--sample", &OptionReader::TakeSampling},
+       {"--backlog", &OptionReader::TakeBacklog},
+       {"--fault", &OptionReader::TakeFault},
+       {"--line-speed", &OptionReader::TakeLineSpeed},
+       {"--speedup", &OptionReader::TakeSpeedup},
+       {"--seed", &OptionReader::TakeSeed},
+       {"--start-temp", &OptionReader::TakeAmbient}}};
+  if (std::string* path = PathOf(name)) {
+    *path = value;
+    return !value.empty();
+  }
+  for (const auto& [known, taker] : kTakers) {
+    if (name == known) {
+      return (this->*taker)(value);
+    }
+  }
+  return false;
+}
+
+void OptionReader::TakeFlag(std::string_view name) {
+  if (name == "--warm") {
+    fleet_.warm = true;
+  } else {
+    options_.help = true;
+  }
+}
+
+bool OptionReader::TakeMode(std::string_view value) {
+  options_.mode = value == "plugin" ? LineMode::kPlugin : LineMode::kDirect;
+  return value == "plugin" || value == "direct";
+}
+
+bool OptionReader::TakeCount(std::string_view value) {
+  const auto count = ParseInet(value);
+  fleet_.numbers.clear();
+  for (int inet = 1; inet <= count.value_or(0); ++inet) {
+    fleet_.numbers.insert(inet);
+  }
+  return count.has_value();
+}
+
+bool OptionReader::TakeList(std::string_view value, std::set<int>& numbers) {
+  for (const std::string_view part : SplitAt(value, ',')) {
+    const auto inet = ParseInet(part);
+    if (!inet) {
+      return false;
+    }
+    numbers.insert(*inet);
+  }
+  return true;
+}
+
+bool OptionReader::TakeInets(std::string_view value) {
+  fleet_.numbers.clear();
+  return TakeList(value, fleet_.numbers);
+}
+
+bool OptionReader::TakeOvenCount(std::string_view value) {
+  const Halves halves = CutAt(value, '=');
+  const auto inet = ParseInet(halves.first);
+  const auto count = ParseNumber<int>(halves.second.value_or(""), 1, kControllerCount);
+  if (inet && count) {
+    fleet_.ovens.emplace_back(*inet, *count);
+  }
+  return inet && count;
+}
+
+// "INET.CONTROLLER=off", "...=hold:DEGREES" or "...=ramp:DEGREES:DEGREES_PER_SECOND".
+bool OptionReader::TakeOven(std::string_view value) {
+  const Halves halves = CutAt(value, '=');
+  const Halves place = CutAt(halves.first, '.');
+  const auto inet = ParseInet(place.first);
+  const auto controller = ParseNumber<int>(place.second.value_or(""), 1, kControllerCount);
+  const auto words = SplitAt(halves.second.value_or(""), ':');
+  if (!inet || !controller) {
+    return false;
+  }
+  OvenOption oven{*inet, {}};
+  oven.start.controller = *controller;
+  if (words.size() == 1 && words[0] == "off") {
+    options_.ovens.push_back(oven);
+    return true;
+  }
+  const bool ramp = words.size() == 3 && words[0] == "ramp";
+  if (!ramp && !(words.size() == 2 && words[0] == "hold")) {
+    return false;
+  }
+  const auto target = ParseNumber<double>(words[1], 0.0, 1000.0);
+  const auto rate = ramp ? ParseNumber<double>(words[2], 0.0, 1.0) : std::optional(0.0);
+  if (!target || !rate) {
+    return false;
+  }
+  oven.start.kind = ramp ? OvenStart::Kind::kRamp : OvenStart::Kind::kHold;
+  oven.start.target = *target;
+  oven.start.rate = *rate;
+  options_.ovens.push_back(oven);
+  return true;
+}
+
+// "INET=SECONDS" or "INET.INPUT=SECONDS".
+bool OptionReader::TakeSampling(std::string_view value) {
+  const Halves halves = CutAt(value, '=');
+  const Halves place = CutAt(halves.first, '.');
+  const auto inet = ParseInet(place.first);
+  const auto seconds = ParseNumber<int>(halves.second.value_or(""), 1, 3600);
+  SamplingOption sampling;
+  if (place.second) {
+    sampling.input = ParseNumber<int>(*place.second, 0, kInputCount - 1);
+  }
+  if (!inet || !seconds || (place.second && !sampling.input)) {
+    return false;
+  }
+  sampling.inet = *inet;
+  sampling.seconds = *seconds;
+  options_.sampling.push_back(sampling);
+  return true;
+}
+
+bool OptionReader::TakeBacklog(std::string_view value) {
+  const Halves halves = CutAt(value, '=');
+  const auto inet = ParseInet(halves.first);
+  const auto sets = ParseNumber<int>(halves.second.value_or(""), 1, SampleBuffer::kCapacity);
+  if (inet && sets) {
+    options_.backlog.push_back({*inet, *sets});
+  }
+  return inet && sets;
+}
+
+// "NAME", "NAME=LEVEL", each with "INET:" in front for a single instrument.
+bool OptionReader::TakeFault(std::string_view value) {
+  const Halves target = CutAt(value, ':');
+  const auto inet = target.second ? ParseInet(target.first) : std::optional(0);
+  const Halves setting = CutAt(target.second.value_or(value), '=');
+  const auto fault = FaultNamed(setting.first);
+  if (!inet || !fault) {
+    return false;
+  }
+  const auto level = ParseLevel(*fault, setting.second.value_or("on"));
+  if (level) {
+    options_.faults.push_back({*inet, *fault, *level});
+  }
+  return level.has_value();
+}
+
+bool OptionReader::TakeLineSpeed(std::string_view value) {
+  fleet_.baud = value == "none" ? std::optional(0) : ParseNumber<int>(value, 300, 115200);
+  return fleet_.baud.has_value();
+}
+
+bool OptionReader::TakeSpeedup(std::string_view value) {
+  const auto speedup = ParseNumber<double>(value, 1.0, kHighestSpeedup);
+  options_.speedup = speedup.value_or(1.0);
+  return speedup.has_value();
+}
+
+bool OptionReader::TakeSeed(std::string_view value) {
+  const auto seed = ParseNumber<std::uint64_t>(value, 0, 1'000'000'000);
+  fleet_.seed = seed.value_or(1);
+  return seed.has_value();
+}
+
+bool OptionReader::TakeAmbient(std::string_view value) {
+  const auto ambient = ParseNumber<double>(value, -40.0, 60.0);
+  fleet_.ambient = ambient.value_or(22.0);
+  return ambient.has_value();
+}
+
+Options OptionReader::Finish() {
+  for (const int inet : fleet_.numbers) {
+    InstrumentSettings settings;
+    settings.inet = inet;
+    settings.fast = fleet_.fast.contains(inet);
+    settings.seed = fleet_.seed;
+    settings.ambient = fleet_.ambient;
+    settings.host_pace = std::max(1.0, kHostSequence * options_.speedup);
+    for (const auto& [owner, count] : fleet_.ovens) {
+      settings.ovens = owner == inet ? count : settings.ovens;
+    }
+    options_.instruments.push_back(settings);
+  }
+  for (OvenOption& oven : options_.ovens) {
+    oven.start.warm = fleet_.warm;
+  }
+  options_.baud = fleet_.baud.value_or(options_.mode == LineMode::kDirect ? 4800 : 9600);
+  return options_;
+}
+
+// "--send PATH COMMAND...": the words are joined by blanks.
+std::optional<Options> ParseClient(const std::vector<std::string>& arguments, std::string& error) {
+  if (arguments.size() < 3) {
+    error = "--send needs the path of the control socket and a command";
+    return std::nullopt;
+  }
+  Options options;
+  options.control_path = arguments[1];
+  std::string command = arguments[2];
+  for (std::size_t i = 3; i < arguments.size(); ++i) {
+    command += ' ' + arguments[i];
+  }
+  options.command = command;
+  return options;
+}
+
+bool AllThere(const Options& options, std::string& error) {
+  std::set<int> there;
+  for (const InstrumentSettings& settings : options.instruments) {
+    there.insert(settings.inet);
+  }
+  std::vector<int> named;
+  for (const auto& oven : options.ovens) {
+    named.push_back(oven.inet);
+  }
+  for (const auto& sampling : options.sampling) {
+    named.push_back(sampling.inet);
+  }
+  for (const auto& backlog : options.backlog) {
+    named.push_back(backlog.inet);
+  }
+  for (const auto& fault : options.faults) {
+    if (fault.inet != 0) {
+      named.push_back(fault.inet);
+    }
+  }
+  for (const int inet : named) {
+    if (!there.contains(inet)) {
+      error = "there is no instrument " + std::to_string(inet);
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, std::string& error) {
+  if (!arguments.empty() && arguments[0] == "--send") {
+    return ParseClient(arguments, error);
+  }
+  OptionReader reader;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string& name = arguments[i];
+    if (name == "--warm" || name == "--help") {
+      reader.TakeFlag(name);
+      continue;
+    }
+    const bool has_value = i + 1 < arguments.size();
+    const std::string value = has_value ? arguments[i + 1] : std::string();
+    if (!reader.Take(name, value)) {
+      error = "not understood: " + name + (has_value ? " " + value : "");
+      return std::nullopt;
+    }
+    ++i;
+  }
+  Options options = reader.Finish();
+  return AllThere(options, error) ? std::optional(options) : std::nullopt;
+}
+
+const char* HelpText() {
+  return R"(tavrel-instrument: a line of one to six virtual instruments on a pseudo-terminal
+
+  --mode direct|plugin        kind of line (direct)
+  --link PATH                 symbolic link to the pseudo-terminal, such as DIR/COM1
+  --instruments N             instruments 1..N (1)
+  --inet 1,3                  these instruments instead
+  --fast 2[,3]                these instruments are fast: S counts seconds
+  --ovens INET=N              number of ovens of an instrument, 1..4 (4)
+  --oven INET.C=STATE         off, hold:DEGREES or ramp:DEGREES:DEGREES_PER_SECOND
+  --warm                      ovens begin at their setpoint, ramps on their way
+  --start-temp DEGREES        temperature of the room and of cold ovens (22)
+  --sample INET[.K]=SECONDS   inputs 1..15 (or K alone) sample from the start
+  --backlog INET=SETS         run until each sampled input holds so many sets, then go live
+  --speedup N                 the instruments' time runs N times faster (1)
+  --line-speed none|BAUD      time that characters take (4800 direct, 9600 plug-in)
+  --seed N                    noise and faults (1)
+  --fault [INET:]NAME[=LEVEL] a fault from the start
+  --control PATH              unix socket for commands while it runs
+  --log FILE                  every byte on the line
+  --truth FILE                every sample and what became of it
+  --send PATH COMMAND         client: send one command to a control socket
+
+Faults: silence, lost-request, lost-reply, late-reply, byte-by-byte, wrong-length, non-hex,
+refusal, stale, garbage. LEVEL: on, off, a probability, or milliseconds for late-reply and
+byte-by-byte. See instrument/README.md for the control commands and the files.
+)";
+}
+
+}  // namespace instrument

@@ -1,0 +1,35 @@
+#ifndef TAVREL_INSTRUMENT_SELF_TEST_H_
+#define TAVREL_INSTRUMENT_SELF_TEST_H_
+
+#include <cstdint>
+#include <map>
+#include <optional>
+
+namespace instrument {
+
+// The firmware's own tests behind the command mailbox. One runs at a time and takes its time.
+class SelfTest {
+ public:
+  static constexpr int kRam = 6;        // result 0: passed, else the address that failed
+  static constexpr int kEprom = 9;      // likewise
+  static constexpr int kWatchdog = 10;  // result: the watchdog's period in units of 10 ms
+  static constexpr std::int16_t kFirmwareVersion = 0x0115;
+
+  [[nodiscard]] static bool Knows(int command);
+  void SetResult(int command, std::int16_t result) { results_[command] = result; }
+
+  // Begins a test, in place of one that may run.
+  void Begin(int command);
+  void Abort() { seconds_left_ = 0.0; }
+  // Lets `seconds` pass; gives the result when the running test ends in them.
+  [[nodiscard]] std::optional<std::int16_t> Advance(double seconds);
+
+ private:
+  std::map<int, std::int16_t> results_{{kRam, 0}, {kEprom, 0}, {kWatchdog, 160}};
+  int running_ = 0;
+  double seconds_left_ = 0.0;
+};
+
+}  // namespace instrument
+
+#endif  // TAVREL_INSTRUMENT_SELF_TEST_H_

@@ -1,0 +1,154 @@
+#include <string>
+
+#include "files/recording_engine.h"
+#include "files/recording_format.h"
+
+// Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
+namespace tavrel {
+
+namespace {
+
+constexpr const char* kStartTitle = "start recording";
+constexpr std::int16_t kControllerOff = 0;
+
+enum EndAction : std::int16_t { kSwitchControllerOff = 1, kGoOnInNextFile = 2 };
+
+}  // namespace
+
+void RecordingEngine::StartRecording(int slot) {
+  if (!IsSlot(slot) || state_.SlotFile[slot].empty() || state_.Unit[slot].UnitRecOn != 0) {
+    return;
+  }
+  const auto objection = WhyNotToStart(slot);
+  if (objection) {
+    dialogs_.Message(*objection);
+    return;
+  }
+  if (!PrepareInstrument(state_.Unit[slot])) {
+    dialogs_.Message({"failed", kStartTitle, BoxIcon::kWarning});
+    return;
+  }
+  screens_.Show(View::kTavWait);
+  // The instrument's series are empty now; what is left of an older set belongs to none of them.
+  state_.SampleSeen[slot].fill(false);
+  state_.WriteFailed[slot] = false;
+  state_.Unit[slot].UnitRecOn = 1;
+  state_.ReadState[slot] = ReadState::kReading;
+  files_.WriteHeader(slot);
+}
+
+std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) const {
+  if (state_.SampleCount[slot] >= state_.SampleLimit[slot]) {
+    return Notice{"max. length of file", "Check:", BoxIcon::kWarning};
+  }
+  if (!state_.Unit[slot].CanBeRecorded()) {
+    return Notice{"This file has another number of columns than there are recorded inputs.",
+                  kStartTitle, BoxIcon::kWarning};
+  }
+  return std::nullopt;
+}
+
+// Gives each recorded input its sampling value and clears its stored series.
+bool RecordingEngine::PrepareInstrument(const UnitRecord& unit) {
+  link_.ComInet = unit.UnitInet;
+  for (int input = 1; input <= kInputs; ++input) {
+    if (!unit.IsRecorded(input)) {
+      continue;
+    }
+    if (!WriteRegister("S", input, unit.UnitInterval) || !WriteRegister("R", input, 0)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// To the instrument of ComInet. True if it was acknowledged.
+bool RecordingEngine::WriteRegister(const char* letter, int index, std::int16_t value) {
+  link_.ComLetter = letter;
+  link_.ComIndex = static_cast<std::int16_t>(index);
+  link_.ComValue = value;
+  link_.WriteReg();
+  return link_.IsGood(link_.ComInet);
+}
+
+void RecordingEngine::StopRecording(int slot) {
+  if (!IsSlot(slot) || state_.Unit[slot].UnitRecOn != 1) {
+    return;
+  }
+  if (!dialogs_.AskOk({"stop acquisition", " ", BoxIcon::kQuestion})) {
+    return;
+  }
+  // While the question stood there the file may have become full.
+  if (state_.Unit[slot].UnitRecOn != 1) {
+    return;
+  }
+  if (state_.WriteFailed[slot] && IsSetComplete(slot)) {
+    static_cast<void>(AppendSet(slot));
+  }
+  StopInFile(slot);
+}
+
+void RecordingEngine::StopInFile(int slot) {
+  state_.Unit[slot].UnitRecOn = 0;
+  state_.ReadState[slot] = ReadState::kIdle;
+  state_.WriteFailed[slot] = false;
+  HideBacklog(slot);
+  files_.WriteHeader(slot);
+}
+
+void RecordingEngine::EndOfRecording(int slot) {
+  if (!IsSlot(slot)) {
+    return;
+  }
+  switch (state_.Unit[slot].UnitEndAction) {
+    case kSwitchControllerOff:
+      state_.Unit[slot].UnitCtrlState = 0;
+      StopInFile(slot);
+      SwitchControllerOff(slot);
+      break;
+    case kGoOnInNextFile:
+      GoOnInNextFile(slot);
+      break;
+    default:
+      StopInFile(slot);
+  }
+}
+
+// Without an acknowledge the order is repeated on the ten-second tick.
+void RecordingEngine::SwitchControllerOff(int slot) {
+  link_.ComInet = state_.Unit[slot].UnitInet;
+  state_.StopPending[slot] = !WriteRegister("Z", state_.Unit[slot].UnitCtrl, kControllerOff);
+}
+
+// At every moment of this the settings on the disk name a file whose header says that the
+// recording is on, so that it goes on after a crash: first the next file is made, then the
+// settings name it, and only then the full one is marked as stopped.
+void RecordingEngine::GoOnInNextFile(int slot) {
+  const std::string next = files_.MakeNextFile(slot);
+  if (!next.empty()) {
+    state_.Settings.ActiveFiles[slot - 1] = next;
+    SaveSettings(slot);
+  }
+  StopInFile(slot);
+  if (next.empty()) {
+    return;
+  }
+  // Each input has its own series in the instrument: values that were taken already would leave
+  // their columns one set ahead of the others if they were dropped.
+  const auto seen = state_.SampleSeen[slot];
+  state_.SlotFile[slot] = next;
+  files_.OpenRecordingFile(slot);
+  state_.SampleSeen[slot] = seen;
+  if (slot == state_.SelSlot && state_.ActiveView == View::kTavGraph) {
+    state_.GraphMustClose = true;
+  }
+}
+
+void RecordingEngine::SaveSettings(int slot) {
+  if (!settings_.SettingsSave().empty()) {
+    state_.SettingsChanged = true;
+    messages_.Report(slot, {"Cannot write file.", kSettingsFile});
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,246 @@
+#include "files/recording_engine.h"
+
+#include <array>
+#include <string>
+
+#include "files/recording_format.h"
+
+namespace tavrel {
+
+namespace {
+
+constexpr int kAboveBacklog = 3;  // a backlog up to this is not worth telling
+
+std::string BacklogText(int count) {
+  return "reading from Tavrel:  " + std::to_string(count);
+}
+
+}  // namespace
+
+RecordingEngine::RecordingEngine(const Parts& parts)
+    : state_(parts.state),
+      link_(parts.link),
+      files_(parts.files),
+      settings_(parts.settings),
+      messages_(parts.messages),
+      dialogs_(parts.dialogs),
+      screens_(parts.screens) {}
+
+void RecordingEngine::PumpOnce() {
+  const Messages::Deferral deferral(messages_);
+  if (!IsSlot(state_.PumpSlot)) {
+    state_.PumpSlot = 1;
+  }
+  if (state_.PumpChannel < 1 || state_.PumpChannel > kInputs) {
+    state_.PumpChannel = kInputs;
+  }
+  if (!FindWork()) {
+    state_.PumpSlot = kSlots;
+    state_.PumpChannel = kInputs;
+    return;
+  }
+  if (IsSetComplete(state_.PumpSlot)) {
+    WriteSet(state_.PumpSlot);
+    return;
+  }
+  ReadOneSample();
+}
+
+// Moves the cursor downward to the next slot that has something to do.
+bool RecordingEngine::FindWork() {
+  while (state_.PumpSlot >= 1) {
+    if (SlotHasWork()) {
+      return true;
+    }
+    --state_.PumpSlot;
+    state_.PumpChannel = kInputs;
+  }
+  return false;
+}
+
+// True if the slot under the cursor has a set to write, or a channel to read at the cursor or
+// below it; the cursor then stands on that channel.
+bool RecordingEngine::SlotHasWork() {
+  const int slot = state_.PumpSlot;
+  const UnitRecord& unit = state_.Unit[slot];
+  const bool is_reading = state_.ReadState[slot] >= ReadState::kReading;
+  if (!is_reading || state_.SlotFile[slot].empty() || !unit.CanBeRecorded()) {
+    return false;
+  }
+  if (state_.SampleCount[slot] > state_.SampleLimit[slot]) {
+    EndFullSlot(slot);
+    return false;
+  }
+  if (IsSetComplete(slot)) {
+    return true;
+  }
+  while (state_.PumpChannel >= 1) {
+    if (unit.IsRecorded(state_.PumpChannel) && !state_.SampleSeen[slot][state_.PumpChannel]) {
+      return true;
+    }
+    --state_.PumpChannel;
+  }
+  return false;
+}
+
+// A slot that was to stop after one more set does so in the next file too.
+void RecordingEngine::EndFullSlot(int slot) {
+  const bool is_last_set = state_.ReadState[slot] == ReadState::kLastSet;
+  state_.ReadState[slot] = ReadState::kIdle;
+  EndOfRecording(slot);
+  if (is_last_set && state_.ReadState[slot] == ReadState::kReading) {
+    state_.ReadState[slot] = ReadState::kLastSet;
+  }
+}
+
+void RecordingEngine::ReadOneSample() {
+  const int slot = state_.PumpSlot;
+  const int channel = state_.PumpChannel;
+  link_.ComInet = state_.Unit[slot].UnitInet;
+  link_.ComLetter = "X";
+  link_.ComIndex = static_cast<std::int16_t>(channel);
+  link_.ReadReg();
+  if (!link_.IsGood(link_.ComInet)) {
+    state_.ReadState[slot] = ReadState::kWaiting;
+    return;
+  }
+  const int simulated_word = channel * 10;
+  TakeSample(slot, channel,
+             link_.Simulated ? static_cast<std::int16_t>(simulated_word) : link_.ComValue);
+  --state_.PumpChannel;
+}
+
+void RecordingEngine::TakeSample(int slot, int channel, std::int16_t word) {
+  if (word == kNoData) {
+    state_.ReadState[slot] = ReadState::kWaiting;
+    return;
+  }
+  state_.SampleSeen[slot][channel] = true;
+  state_.SampleValue[slot][channel] = word;
+  if (IsSetComplete(slot)) {
+    WriteSet(slot);
+  }
+}
+
+bool RecordingEngine::IsSetComplete(int slot) const {
+  const UnitRecord& unit = state_.Unit[slot];
+  for (int input = 1; input <= kInputs; ++input) {
+    if (unit.IsRecorded(input) && !state_.SampleSeen[slot][input]) {
+      return false;
+    }
+  }
+  return unit.RecordedInputs() > 0;
+}
+
+bool RecordingEngine::HoldsSet(int slot) const {
+  if (!IsSlot(slot)) {
+    return false;
+  }
+  const UnitRecord& unit = state_.Unit[slot];
+  for (int input = 1; input <= kInputs; ++input) {
+    if (unit.IsRecorded(input) && state_.SampleSeen[slot][input]) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// Writes the complete set in hand. If that fails the set stays in hand, the slot waits for the
+// ten-second tick, and the user is told once.
+void RecordingEngine::WriteSet(int slot) {
+  if (!AppendSet(slot)) {
+    state_.ReadState[slot] = ReadState::kWaiting;
+    return;
+  }
+  if (state_.ReadState[slot] == ReadState::kLastSet) {
+    state_.ReadState[slot] = ReadState::kIdle;
+  }
+  CountBacklogDown(slot);
+}
+
+bool RecordingEngine::AppendSet(int slot) {
+  const UnitRecord& unit = state_.Unit[slot];
+  std::array<std::int16_t, kInputs> words{};
+  std::size_t count = 0;
+  for (int input = 1; input <= kInputs; ++input) {
+    if (unit.IsRecorded(input)) {
+      words[count] = state_.SampleValue[slot][input];
+      ++count;
+    }
+  }
+  // The first set of a file stands in it twice.
+  const int copies = state_.SampleCount[slot] + 1 <= 2 ? 2 : 1;
+  const bool is_open = state_.SlotFileNo[slot].IsOpen();
+  const bool was_told = state_.WriteFailed[slot];
+  state_.WriteFailed[slot] = !files_.AppendRow(slot, std::span(words.data(), count), copies);
+  if (!state_.WriteFailed[slot]) {
+    state_.SampleSeen[slot].fill(false);
+    messages_.Recovered(slot);
+    return true;
+  }
+  // Why a file is not open has been told when it was to be opened again.
+  if (is_open && !was_told) {
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), "Write  file"});
+  }
+  return false;
+}
+
+void RecordingEngine::CountBacklogDown(int slot) {
+  if (slot != state_.BacklogSlot) {
+    return;
+  }
+  if (state_.BacklogCount <= kAboveBacklog) {
+    HideBacklog(slot);
+    return;
+  }
+  --state_.BacklogCount;
+  state_.lbl_Info = BacklogText(state_.BacklogCount);
+}
+
+void RecordingEngine::HideBacklog(int slot) {
+  if (slot == state_.BacklogSlot) {
+    state_.BacklogCount = 0;
+    state_.lbl_Info.clear();
+  }
+}
+
+void RecordingEngine::TenSecondTick() {
+  const Messages::Deferral deferral(messages_);
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (state_.StopPending[slot]) {
+      SwitchControllerOff(slot);
+    }
+    if (state_.SlotFile[slot].empty() || state_.ReadState[slot] == ReadState::kIdle) {
+      continue;
+    }
+    // A medium that was pulled out and put back needs its file opened again before a write can
+    // succeed.
+    if (state_.WriteFailed[slot] || !state_.SlotFileNo[slot].IsOpen()) {
+      ReopenFile(slot);
+    }
+    if (state_.ReadState[slot] == ReadState::kWaiting) {
+      state_.ReadState[slot] = ReadState::kReading;
+    }
+  }
+}
+
+void RecordingEngine::FlushFiles() {
+  const Messages::Deferral deferral(messages_);
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const bool is_recording = state_.ReadState[slot] != ReadState::kIdle;
+    if (!state_.SlotFile[slot].empty() && (is_recording || state_.SlotDirty[slot])) {
+      ReopenFile(slot);
+    }
+  }
+}
+
+void RecordingEngine::ReopenFile(int slot) {
+  const bool was_open = state_.SlotFileNo[slot].IsOpen();
+  if (!files_.ReopenRecordingFile(slot)) {
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), "Write  file"});
+  } else if (!was_open) {
+    messages_.Recovered(slot);
+  }
+}
+
+}  // namespace tavrel

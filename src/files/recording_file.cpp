@@ -1,0 +1,408 @@
+#include "files/recording_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "common/text.h"
+#include "files/recording_format.h"
+#include "platform/file_system.h"
+#include "platform/random_file.h"
+
+namespace tavrel {
+
+namespace {
+
+constexpr const char* kReadTitle = "Read  file";
+constexpr const char* kWriteTitle = "Write  file";
+constexpr int kMaxRowWords = 2 * kInputs;  // the first set of a file is written twice
+
+bool IsTableSlot(int slot) {
+  return slot >= kViewedFile && slot <= kSlots;
+}
+
+std::span<const std::byte> BytesOf(const UnitRecord& unit) {
+  return std::as_bytes(std::span(&unit, 1));
+}
+
+// Writes the header so that it is on the disk. The empty text, or the system's words.
+std::string SaveHeader(RandomFile& file, const UnitRecord& unit) {
+  return file.WriteAt(0, BytesOf(unit)) && file.Sync() ? "" : file.Error();
+}
+
+// Makes the file with nothing but its header, leaves it open and puts it and its name on the
+// disk. What could not be completed is taken away again. The empty text, or the system's words.
+std::string MakeFile(RandomFile& file, const std::string& directory, const std::string& name,
+                     const UnitRecord& unit) {
+  const std::string path = JoinPath(directory, name);
+  if (!file.Open(path, FileAccess::kCreateNew)) {
+    return file.Error();
+  }
+  std::string problem = SaveHeader(file, unit);
+  if (problem.empty()) {
+    SyncDirectory(directory);
+    return "";
+  }
+  file.Close();
+  const std::string not_deleted = DeleteFile(path);
+  return not_deleted.empty() ? problem : problem + ", " + not_deleted;
+}
+
+// The number of headers that `length` bytes are, to the nearest, ties to even.
+std::int64_t HeadersIn(std::int64_t length) {
+  return std::llrint(static_cast<double>(length) / kHeaderBytes);
+}
+
+// True if what the instrument is told for one of them reaches the controller of the other.
+bool HaveSameController(const UnitRecord& left, const UnitRecord& right) {
+  return left.UnitInet == right.UnitInet && left.UnitCtrl == right.UnitCtrl;
+}
+
+}  // namespace
+
+RecordingFiles::RecordingFiles(RunState& state, const Clock& clock, Messages& messages)
+    : state_(state), clock_(clock), messages_(messages) {}
+
+void RecordingFiles::OpenRecordingFile(int slot) {
+  if (!IsTableSlot(slot)) {
+    return;
+  }
+  CloseRecordingFile(slot);
+  ForgetShown(slot);
+  const std::string problem = OpenAndTest(slot);
+  if (!problem.empty()) {
+    Refuse(slot, kReadTitle, problem);
+    return;
+  }
+  DeriveValues(slot);
+}
+
+std::string RecordingFiles::OpenAndTest(int slot) {
+  const std::string& name = state_.SlotFile[slot];
+  RandomFile& file = state_.SlotFileNo[slot];
+  const auto path = FindFile(state_.SlotPath[slot], name);
+  if (!path) {
+    return name + "  not found !";
+  }
+  if (!OpenForSlot(slot, *path)) {
+    return name + ": " + file.Error();
+  }
+  const std::int64_t length = file.Size();
+  if (length < 0) {
+    return name + ": " + file.Error();
+  }
+  if (HeadersIn(length) < 1) {
+    // Such a stump can only be a file whose creation failed. Where it cannot be deleted it is
+    // damaged all the same.
+    file.Close();
+    static_cast<void>(DeleteFile(*path));
+    state_.IndexValid = false;
+    return name + "  is damaged !";
+  }
+  return ReadHeader(slot, length);
+}
+
+// A file to look at may lie where nothing can be written; a slot's own file may not.
+bool RecordingFiles::OpenForSlot(int slot, const std::string& path) {
+  RandomFile& file = state_.SlotFileNo[slot];
+  return file.Open(path, FileAccess::kUpdate) ||
+         (slot == kViewedFile && file.Open(path, FileAccess::kRead));
+}
+
+std::string RecordingFiles::ReadHeader(int slot, std::int64_t length) {
+  RandomFile& file = state_.SlotFileNo[slot];
+  UnitRecord unit{};  // what a short header does not hold stays zero
+  if (file.ReadAt(0, std::as_writable_bytes(std::span(&unit, 1))) < 0) {
+    return state_.SlotFile[slot] + ": " + file.Error();
+  }
+  TakeHeader(slot, unit);
+  if (!IsTavrelHeader(unit)) {
+    return state_.SlotFile[slot] + "  is not a Tavrel-file !";
+  }
+  state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
+  return "";
+}
+
+void RecordingFiles::TakeHeader(int slot, const UnitRecord& unit) {
+  if (!HaveSameController(state_.Unit[slot], unit)) {
+    state_.StopPending[slot] = false;
+  }
+  state_.Unit[slot] = unit;
+}
+
+void RecordingFiles::DeriveValues(int slot) {
+  const UnitRecord& unit = state_.Unit[slot];
+  state_.RecInterval[slot] = RecIntervalOf(unit);
+  state_.SampleLimit[slot] = SampleLimitOf(unit);
+  state_.SampleSeen[slot].fill(false);
+  state_.WriteFailed[slot] = false;
+  state_.SlotDirty[slot] = false;
+  const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
+  state_.ReadState[slot] = goes_on ? ReadState::kReading : ReadState::kIdle;
+  const bool is_header_short = state_.SlotFileNo[slot].Size() < kHeaderBytes;
+  if (goes_on && is_header_short) {
+    WriteHeader(slot);  // the rows need a whole header before them
+  }
+}
+
+void RecordingFiles::WriteHeader(int slot) {
+  if (!IsTableSlot(slot) || state_.SlotFile[slot].empty()) {
+    return;
+  }
+  const std::string problem = PutHeader(slot);
+  if (!problem.empty()) {
+    Refuse(slot, kWriteTitle, state_.SlotFile[slot] + ": " + problem);
+    return;
+  }
+  state_.SlotDirty[slot] = false;
+}
+
+// The file is opened anew by its name, so that the header reaches what stands in the directory
+// now and not a file that was deleted under the open handle.
+std::string RecordingFiles::PutHeader(int slot) {
+  RandomFile& file = state_.SlotFileNo[slot];
+  const auto path = FindFile(state_.SlotPath[slot], state_.SlotFile[slot]);
+  if (!path) {
+    return PutHeaderIntoNewFile(slot);
+  }
+  if (!file.Open(*path, FileAccess::kUpdate)) {
+    return file.Error();
+  }
+  if (!HoldsRowsOfSlot(slot)) {
+    return error_;
+  }
+  return SaveHeader(file, state_.Unit[slot]);
+}
+
+std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
+  std::string problem = MakeFile(state_.SlotFileNo[slot], state_.SlotPath[slot],
+                                 UpperCase(state_.SlotFile[slot]), state_.Unit[slot]);
+  if (problem.empty()) {
+    state_.SampleCount[slot] = 0;
+    state_.IndexValid = false;
+    ForgetShown(slot);
+  }
+  return problem;
+}
+
+bool RecordingFiles::CreateRecordingFile(int slot, std::int16_t interval) {
+  if (!IsSlot(slot)) {
+    return false;
+  }
+  std::string& active = state_.Settings.ActiveFiles[slot - 1];
+  const std::string old_name = state_.SlotFile[slot].empty() ? active : state_.SlotFile[slot];
+  UnitRecord unit = state_.Unit[slot];
+  const WallTime now = clock_.Now();
+  const std::string name = FreeName(slot, NewFileName(old_name, now, unit.UnitDesignation.Get()));
+  if (name.empty()) {
+    messages_.Report(slot, {old_name + ": no free file name is left today", kWriteTitle});
+    if (!state_.SlotFileNo[slot].IsOpen()) {
+      OpenRecordingFile(slot);
+    }
+    return false;
+  }
+  unit.UnitDate.Set(DateText(now));
+  unit.UnitInterval = interval;
+  unit.UnitMaxMinutes = 0;
+  unit.UnitMarks = 0;
+  unit.UnitXmax = NewFileXmax(unit.UnitXmax, RecIntervalOf(unit), unit.UnitChannels);
+  CloseRecordingFile(slot);
+  const std::string problem = MakeFile(state_.SlotFileNo[slot], state_.SlotPath[slot], name, unit);
+  if (!problem.empty()) {
+    Refuse(slot, kWriteTitle, name + ": " + problem);
+    return false;
+  }
+  state_.SlotFile[slot] = name;
+  active = name;
+  state_.IndexValid = false;
+  OpenRecordingFile(slot);
+  return !state_.SlotFile[slot].empty();
+}
+
+std::string RecordingFiles::MakeNextFile(int slot) {
+  if (!IsSlot(slot)) {
+    return "";
+  }
+  const std::string old_name = state_.SlotFile[slot];
+  std::string name = FreeName(slot, NextFileName(UpperCase(old_name)));
+  if (name.empty()) {
+    messages_.Report(slot, {old_name + ": no free name for the next file", kWriteTitle});
+    return "";
+  }
+  UnitRecord unit = state_.Unit[slot];
+  unit.UnitRecOn = 1;
+  unit.UnitMarks = 0;
+  RandomFile file;
+  const std::string problem = MakeFile(file, state_.SlotPath[slot], name, unit);
+  if (!problem.empty()) {
+    messages_.Report(slot, {name + ": " + problem, kWriteTitle});
+    return "";
+  }
+  state_.IndexValid = false;
+  return name;
+}
+
+std::string RecordingFiles::FreeName(int slot, std::string name) const {
+  name = UpperCase(name);
+  while (!name.empty() && (!IsNameForNewFile(name) || IsNameTaken(slot, name))) {
+    name = NextFileName(name);
+  }
+  return name;
+}
+
+bool RecordingFiles::IsNameTaken(int slot, const std::string& name) const {
+  for (int other = 1; other <= kSlots; ++other) {
+    if (EqualNoCase(state_.SlotFile[other], name) ||
+        EqualNoCase(state_.Settings.ActiveFiles[other - 1], name)) {
+      return true;
+    }
+  }
+  return IsTableSlot(slot) && FindFile(state_.SlotPath[slot], name).has_value();
+}
+
+void RecordingFiles::CloseRecordingFile(int slot) {
+  if (IsTableSlot(slot)) {
+    state_.SlotFileNo[slot].Close();
+  }
+}
+
+void RecordingFiles::DeleteRecordingFile(int slot) {
+  if (!IsTableSlot(slot)) {
+    return;
+  }
+  CloseRecordingFile(slot);
+  const auto path = FindFile(state_.SlotPath[slot], state_.SlotFile[slot]);
+  if (!path) {
+    return;
+  }
+  const std::string problem = DeleteFile(*path);
+  state_.IndexValid = false;
+  if (!problem.empty()) {
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + problem, kWriteTitle});
+  }
+}
+
+bool RecordingFiles::ReopenRecordingFile(int slot) {
+  if (!IsTableSlot(slot) || state_.SlotFile[slot].empty()) {
+    return Fail("no file");
+  }
+  RandomFile& file = state_.SlotFileNo[slot];
+  const bool is_saved = !file.IsOpen() || file.Sync();
+  file.Close();
+  if (!is_saved) {
+    return Fail(file.Error());
+  }
+  if (!OpenSameFile(slot)) {
+    file.Close();
+    return false;
+  }
+  return true;
+}
+
+bool RecordingFiles::OpenSameFile(int slot) {
+  RandomFile& file = state_.SlotFileNo[slot];
+  const std::string& directory = state_.SlotPath[slot];
+  const std::string& name = state_.SlotFile[slot];
+  // Where nothing is found, opening fails and gives the system's own words for it.
+  const std::string path = FindFile(directory, name).value_or(JoinPath(directory, name));
+  if (!file.Open(path, FileAccess::kUpdate)) {
+    return Fail(file.Error());
+  }
+  UnitRecord found{};
+  const std::int64_t got = file.ReadAt(0, std::as_writable_bytes(std::span(&found, 1)));
+  const UnitRecord& unit = state_.Unit[slot];
+  if (got < kHeaderBytes || found.UnitChannels != unit.UnitChannels ||
+      found.UnitDate.Bytes != unit.UnitDate.Bytes) {
+    return Fail("another file has taken its place");
+  }
+  if (!HoldsRowsOfSlot(slot)) {
+    return false;
+  }
+  if (!state_.SlotDirty[slot]) {
+    return true;
+  }
+  const std::string problem = SaveHeader(file, unit);
+  state_.SlotDirty[slot] = !problem.empty();
+  return problem.empty() || Fail(problem);
+}
+
+bool RecordingFiles::HoldsRowsOfSlot(int slot) {
+  const std::int32_t rows = state_.SampleCount[slot];
+  const std::int64_t end = SampleByte(state_.Unit[slot].UnitChannels, rows, 1);
+  const bool holds_rows = rows == 0 || state_.SlotFileNo[slot].Size() >= end;
+  return holds_rows || Fail("the file has become shorter");
+}
+
+bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, int copies) {
+  const bool is_possible = IsTableSlot(slot) && (copies == 1 || copies == 2) && !words.empty() &&
+                           words.size() <= kInputs &&
+                           static_cast<int>(words.size()) == state_.Unit[slot].UnitChannels;
+  if (!is_possible) {
+    return Fail("the set does not fit the file");
+  }
+  RandomFile& file = state_.SlotFileNo[slot];
+  const std::int32_t rows = state_.SampleCount[slot];
+  const std::int64_t offset = SampleByte(state_.Unit[slot].UnitChannels, rows, 1);
+  const std::int64_t length = file.Size();
+  if (length < 0) {
+    return Fail(file.Error());
+  }
+  if (length < offset) {
+    return Fail("the file has become shorter");
+  }
+  if (rows + copies > kMaxSampleCount) {
+    return Fail("the file is full");
+  }
+  std::array<std::int16_t, kMaxRowWords> twice{};
+  std::copy(words.begin(), words.end(), twice.begin());
+  std::copy(words.begin(), words.end(), twice.begin() + static_cast<std::ptrdiff_t>(words.size()));
+  const std::span all(twice.data(), words.size() * static_cast<std::size_t>(copies));
+  if (!file.WriteAt(offset, std::as_bytes(all))) {
+    return Fail(file.Error());
+  }
+  state_.SampleCount[slot] = rows + copies;
+  return true;
+}
+
+std::optional<std::int16_t> RecordingFiles::ReadSample(int slot, std::int32_t row, int column) {
+  if (!IsTableSlot(slot)) {
+    return std::nullopt;
+  }
+  const int channels = state_.Unit[slot].UnitChannels;
+  if (row < 0 || row >= state_.SampleCount[slot] || column < 1 || column > channels) {
+    return std::nullopt;
+  }
+  std::int16_t word = 0;
+  const std::int64_t got = state_.SlotFileNo[slot].ReadAt(
+      SampleByte(channels, row, column), std::as_writable_bytes(std::span(&word, 1)));
+  return got == kWordBytes ? std::optional(word) : std::nullopt;
+}
+
+// The slot holds nothing from here on, and no cycle touches it.
+void RecordingFiles::Refuse(int slot, const char* title, const std::string& text) {
+  CloseRecordingFile(slot);
+  state_.SlotFile[slot].clear();
+  state_.SampleCount[slot] = 0;
+  state_.ReadState[slot] = ReadState::kIdle;
+  state_.WriteFailed[slot] = false;
+  ForgetShown(slot);
+  messages_.Report(slot, {text, title});
+}
+
+// What the screens remember of the slot's file no longer fits.
+void RecordingFiles::ForgetShown(int slot) {
+  state_.SheetReset = false;
+  if (slot == state_.SelSlot) {
+    state_.WorkReset = false;
+    state_.OverPrepared = false;
+    state_.PartPrepared = false;
+  }
+}
+
+bool RecordingFiles::Fail(std::string text) {
+  error_ = std::move(text);
+  return false;
+}
+
+}  // namespace tavrel

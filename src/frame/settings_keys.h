@@ -1,0 +1,33 @@
+#ifndef TAVREL_FRAME_SETTINGS_KEYS_H_
+#define TAVREL_FRAME_SETTINGS_KEYS_H_
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/settings_values.h"
+
+// The text of the settings file, without the file: lines of `"KEY:: value"` ended by CR LF, in
+// Windows-1252. One table of keys serves reading and writing.
+namespace tavrel {
+
+// The texts of the lines of a settings file, in UTF-8 and without their quotes. Lines end in
+// CR LF or LF. A quoted text ends at its second quote, or with the line if that is missing; a
+// line without quotes is taken whole.
+[[nodiscard]] std::vector<std::string> SettingsLines(std::string_view file_bytes);
+
+// True if a file that starts with `first_line` consists of key lines.
+[[nodiscard]] bool IsKeyFile(std::string_view first_line);
+
+// Takes all `lines` but the first, which is the mark. Unknown keys and lines without "::" are
+// passed over; of two lines with one key the later counts.
+void TakeKeyLines(SettingsValues& values, std::span<const std::string> lines);
+
+// The bytes of the whole settings file. What would break a line is replaced: a double quote by
+// an apostrophe, a line end by a blank.
+[[nodiscard]] std::string KeyFileBytes(const SettingsValues& values);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FRAME_SETTINGS_KEYS_H_

@@ -1,0 +1,216 @@
+#include "frame/settings_store.h"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "common/number.h"
+#include "common/text.h"
+#include "frame/settings_keys.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kBackupFile = "TAVREL.BAK";
+constexpr const char* kDataDirectory = "tavdat";
+constexpr std::size_t kLargestFile = 1024 * 1024UL;  // bytes; no settings file is that long
+constexpr char kUnknown = '?';                       // company and user before they are told
+constexpr int kTypeInForce = 4;                      // the one link variant that is in use
+
+// The lines of the legacy file, counted from 1. Lines that are not named are passed over.
+constexpr std::size_t kLegacyActive = 2;  // twelve of them
+constexpr std::size_t kLegacyPlant = 14;
+constexpr std::size_t kLegacyLab = 15;
+constexpr std::size_t kLegacyDefPath = 16;
+constexpr std::size_t kLegacyDestPath = 17;
+constexpr std::size_t kLegacyCommPort = 19;
+constexpr std::size_t kLegacyHelpLang = 20;
+constexpr std::size_t kLegacyNameLength = 12;  // "M260314A.OVE"
+
+// Where `name` stands in the directory of the settings, under the spelling that it has there.
+std::string PathOf(const RunState& state, const char* name) {
+  return FindFile(state.DataHome, name).value_or(JoinPath(state.DataHome, name));
+}
+
+std::optional<std::vector<std::string>> ReadLines(const std::string& path) {
+  const std::optional<std::string> bytes = ReadWholeFile(path, kLargestFile);
+  if (!bytes) {
+    return std::nullopt;
+  }
+  return SettingsLines(*bytes);
+}
+
+std::string DefaultDefPath(const RunState& state) {
+  return JoinPath(state.DataHome, kDataDirectory);
+}
+
+SettingsValues DefaultValues(const RunState& state) {
+  SettingsValues values;
+  values.Plant = std::string(1, kUnknown);
+  values.Lab = values.Plant;
+  values.HelpLang = "English";
+  values.CommPort = "----";
+  values.TypeSel = kTypeInForce;
+  values.DefPath = DefaultDefPath(state);
+  values.OpenPath = values.DefPath;
+  values.SortKey = "FD";
+  values.DestPath = "A:";
+  values.PFontName = "Arial";
+  values.PFontSize = 11;
+  values.PColorType = 2;
+  values.PDrawWidth = 2;
+  values.ProgPath = StripSeparator(state.AppPath);
+  values.VerType = "Standard";
+  return values;
+}
+
+// `lines` of the legacy file as far as they go; what is missing is empty.
+SettingsValues LegacyValues(const std::vector<std::string>& lines) {
+  const auto line = [&lines](std::size_t number) {
+    return number <= lines.size() ? lines[number - 1] : std::string();
+  };
+  SettingsValues values;
+  for (std::size_t slot = 0; slot < values.ActiveFiles.size(); ++slot) {
+    const std::string name = Trim(line(kLegacyActive + slot));
+    values.ActiveFiles.at(slot) = TrimRight(FirstCharacters(name, kLegacyNameLength));
+  }
+  values.Plant = line(kLegacyPlant);
+  values.Lab = line(kLegacyLab);
+  values.DefPath = Trim(line(kLegacyDefPath));
+  values.DestPath = Trim(line(kLegacyDestPath));
+  values.CommPort = line(kLegacyCommPort);
+  values.HelpLang = line(kLegacyHelpLang);
+  return values;
+}
+
+void FillIfEmpty(std::string& value, const std::string& filling) {
+  if (value.empty()) {
+    value = filling;
+  }
+}
+
+// What the legacy layout left open, and what is never taken from it: its ComMode (line 27) is
+// overwritten although the file names one.
+void CompleteLegacyValues(SettingsValues& values, const RunState& state) {
+  const SettingsValues defaults = DefaultValues(state);
+  FillIfEmpty(values.Plant, defaults.Plant);
+  FillIfEmpty(values.Lab, defaults.Lab);
+  FillIfEmpty(values.DefPath, defaults.DefPath);
+  FillIfEmpty(values.DestPath, defaults.DestPath);
+  FillIfEmpty(values.CommPort, defaults.CommPort);
+  FillIfEmpty(values.HelpLang, defaults.HelpLang);
+  FillIfEmpty(values.SortKey, defaults.SortKey);
+  values.TypeSel = kTypeInForce;
+  values.ProgPath = defaults.ProgPath;
+  values.ProgFile.clear();
+  values.ComMode = 0;
+  values.DefPath = StripSeparator(values.DefPath);
+  values.VerType = defaults.VerType;
+  values.Diagnostic = false;
+}
+
+// A directory without any file counts as missing, so that the first start, which has made
+// nothing yet, ends with an empty DefPath and the file routines fall back on tavdat.
+void CheckPaths(SettingsValues& values, const RunState& state) {
+  if (values.DefPath.empty()) {
+    values.DefPath = DefaultDefPath(state);
+  } else {
+    values.DefPath = StripSeparator(values.DefPath);
+    if (!HoldsAnyFile(values.DefPath)) {
+      values.DefPath.clear();
+    }
+  }
+  if (values.OpenPath.empty()) {
+    return;
+  }
+  values.OpenPath = StripSeparator(values.OpenPath);
+  if (!HoldsAnyFile(values.OpenPath)) {
+    values.OpenPath = values.DefPath;
+  }
+}
+
+// True if a name of `before` stands in none of the keys of `after`.
+bool DropsActiveName(const SettingsValues& before, const SettingsValues& after) {
+  return std::ranges::any_of(before.ActiveFiles, [&](const std::string& name) {
+    return !name.empty() && std::ranges::none_of(after.ActiveFiles, [&](const std::string& kept) {
+      return EqualNoCase(kept, name);
+    });
+  });
+}
+
+// True if the file holds what `next` would lose for good. A file that cannot be read is not
+// trusted to hold nothing.
+bool IsWorthKeeping(const std::string& path, const SettingsValues& next) {
+  const std::optional<std::vector<std::string>> lines = ReadLines(path);
+  if (!lines) {
+    return true;
+  }
+  SettingsValues before;
+  TakeKeyLines(before, *lines);
+  return DropsActiveName(before, next);
+}
+
+}  // namespace
+
+void SettingsStore::SettingsLoad() {
+  state_.SettingsRead = true;
+  state_.FirstRun = false;
+  const auto lines = ReadLines(PathOf(state_, kSettingsFile));
+  if (!lines) {
+    SettingsDefaults();
+  } else if (lines->empty() || !IsKeyFile(lines->front())) {
+    SettingsLegacy();
+  } else {
+    state_.Settings = {};
+    TakeKeyLines(state_.Settings, *lines);
+  }
+  CheckPaths(state_.Settings, state_);
+  state_.Settings.TypeSel = kTypeInForce;
+}
+
+void SettingsStore::SettingsDefaults() {
+  state_.Settings = DefaultValues(state_);
+  state_.SettingsRead = false;
+  state_.FirstRun = true;
+}
+
+void SettingsStore::SettingsLegacy() {
+  const auto lines = ReadLines(PathOf(state_, kLegacySettingsFile));
+  if (lines) {
+    state_.Settings = LegacyValues(*lines);
+  } else {
+    SettingsDefaults();
+  }
+  CompleteLegacyValues(state_.Settings, state_);
+  state_.SettingsChanged = true;
+  state_.SettingsRead = false;
+  state_.FirstRun = true;
+}
+
+std::string SettingsStore::SettingsSave() {
+  const std::string path = PathOf(state_, kSettingsFile);
+  // A backup that cannot be made does not stop the save: dropping a name is mostly the user's
+  // own wish, and a failed save ends the program.
+  if (IsWorthKeeping(path, state_.Settings)) {
+    static_cast<void>(CopyFileTo(path, PathOf(state_, kBackupFile)));
+  }
+  std::string error = ReplaceFile(path, KeyFileBytes(state_.Settings));
+  if (error.empty()) {
+    state_.SettingsChanged = false;
+  }
+  return error;
+}
+
+std::string DataDirectory(const RunState& state) {
+  if (!state.Settings.DefPath.empty()) {
+    return state.Settings.DefPath;
+  }
+  std::string directory = DefaultDefPath(state);
+  // If it cannot be made, the first file in it says so to the user.
+  static_cast<void>(MakeDirectory(directory));
+  return directory;
+}
+
+}  // namespace tavrel

@@ -1,0 +1,242 @@
+#include "frame/main_sheet.h"
+
+#include <gtest/gtest.h>
+
+#include "frame/main_menu.h"
+#include "tests/support/bench_program.h"
+
+namespace tavrel {
+namespace {
+
+class Sheet : public testing::Test {
+ protected:
+  void StartThreeSlots() {
+    bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
+    bench.Install(3, "M260314B.ACL", BenchProgram::Header(2, 1, 2, false));
+    bench.Install(4, "M260314C.TUB", BenchProgram::Header(2, 2, 2, false));
+    bench.Start();
+  }
+  // One whole pass over the rows.
+  void Pass() {
+    bench.state.TickRefresh = 0;
+    bench.state.SheetSlot = 0;
+    do {
+      bench.cycle.Tick();
+    } while (bench.state.SheetSlot != 0);
+  }
+  void Set(int inet, char letter, int index, int value) {
+    bench.line.registers[{inet, letter, index}] = static_cast<std::int16_t>(value);
+  }
+
+  BenchProgram bench;
+};
+
+TEST_F(Sheet, ShowsValuesInTenthsOfADegree) {
+  StartThreeSlots();
+  Set(1, 'Y', 2, 4567);
+  Set(1, 'Y', 1, -1);
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Ref, "228.4");
+  EXPECT_EQ(bench.Row(1).lb_Ctrl, "-0.1");
+  Set(1, 'Y', 2, -32768);
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Ref, "");
+}
+
+struct StateCase {
+  int z;
+  const char* word;
+  Colour colour;
+};
+
+TEST_F(Sheet, TellsTheControllerByWordAndColour) {
+  StartThreeSlots();
+  const std::vector<StateCase> cases = {
+      {2, "iso", kGreen},  {-1, "", kGrey},      {1, "fail", kOrange}, {3, "dyn", kGreen},
+      {4, "dyn-", kGreen}, {5, "test", kOrange}, {0, "off", kGrey},    {6, "?", kOrange},
+      {-32768, "", kGrey}, {77, "?", kOrange}};
+  for (const StateCase& param : cases) {
+    Set(1, 'Z', 1, param.z);
+    Pass();
+    EXPECT_EQ(bench.Row(1).lb_Cstat, param.word) << param.z;
+    EXPECT_EQ(bench.Row(1).sh_Cstat, param.colour) << param.z;
+  }
+}
+
+TEST_F(Sheet, ShowsASilentInstrumentInOrangeAndAsksItOnlyOnceARow) {
+  StartThreeSlots();
+  Set(2, 'Y', 2, 400);
+  Set(2, 'Z', 1, 2);
+  Pass();
+  EXPECT_EQ(bench.Row(3).sh_TavNo, kYellow);
+  EXPECT_EQ(bench.Row(3).lb_Ref, "20.0");
+
+  bench.line.silent = {2};
+  bench.port.sent.clear();
+  Pass();
+  EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"Y02?", "Y01?", "Z01?", "Y12?", "Y12?"}));
+  EXPECT_EQ(bench.Row(3).sh_TavNo, kOrange);
+  EXPECT_EQ(bench.Row(3).lb_TavNo, "2");
+  EXPECT_EQ(bench.Row(3).lb_Ref, "");
+  EXPECT_EQ(bench.Row(3).lb_Ctrl, "");
+  EXPECT_EQ(bench.Row(3).lb_Cstat, "");
+  EXPECT_EQ(bench.Row(1).sh_TavNo, kYellow);
+
+  bench.line.silent.clear();
+  Pass();
+  EXPECT_EQ(bench.Row(3).sh_TavNo, kYellow);
+  EXPECT_EQ(bench.Row(3).lb_Ref, "20.0");
+  EXPECT_EQ(bench.Row(3).lb_Cstat, "iso");
+}
+
+TEST_F(Sheet, TellsTheRecordingByWordAndColour) {
+  StartThreeSlots();
+  bench.state.SampleLimit[1] = 100;
+  bench.state.SampleCount[1] = 99;
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Rstat, "off");
+  EXPECT_EQ(bench.Row(1).sh_Rstat, kGrey);
+  bench.state.SampleCount[1] = 100;
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Rstat, "end");
+  EXPECT_EQ(bench.Row(1).sh_Rstat, kYellow);
+  bench.state.Unit[1].UnitRecOn = 1;
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Rstat, "on");
+  EXPECT_EQ(bench.Row(1).sh_Rstat, kGreen);
+  bench.state.WriteFailed[1] = true;
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Rstat, "disk !");
+  EXPECT_EQ(bench.Row(1).sh_Rstat, kOrange);
+  bench.state.WriteFailed[1] = false;
+  bench.state.Unit[1].UnitRecOn = 7;
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Rstat, "");
+  EXPECT_EQ(bench.Row(1).sh_Rstat, kGrey);
+}
+
+TEST_F(Sheet, ShowsRecordedHoursFromTheFirstSetOn) {
+  StartThreeSlots();
+  bench.state.RecInterval[1] = 100;
+  const std::vector<std::pair<int, const char*>> cases = {
+      {0, "0.00"}, {1, "0.00"}, {2, "0.00"}, {38, "1.00"}, {39, "1.03"}, {32767, "910.14"}};
+  for (const auto& [count, hours] : cases) {
+    bench.state.SampleCount[1] = count;
+    Pass();
+    EXPECT_EQ(bench.Row(1).lb_Rec, hours) << count;
+  }
+}
+
+TEST_F(Sheet, ShowsTheFirstTwelveCharactersOfTheFileInLowerCase) {
+  StartThreeSlots();
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_File, "m260314a.ovn");
+  bench.state.SlotFile[1] = "M260314[.OVNXYZ";
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_File, "m260314[.ovn");
+}
+
+TEST_F(Sheet, SelectsTheInstrumentOfTheFirstRowByItself) {
+  StartThreeSlots();
+  Pass();
+  EXPECT_EQ(bench.state.ActiveInet, 1);
+  EXPECT_TRUE(bench.Row(1).imgTavSel);
+  EXPECT_FALSE(bench.Row(3).imgTavSel);
+}
+
+TEST_F(Sheet, MovesTheSelectionToAllRowsOfAnInstrument) {
+  StartThreeSlots();
+  Pass();
+  bench.sheet.lb_TavNo_Click(3);
+  EXPECT_EQ(bench.state.ActiveInet, 2);
+  EXPECT_FALSE(bench.Row(1).imgTavSel);
+  EXPECT_TRUE(bench.Row(3).imgTavSel);
+  EXPECT_TRUE(bench.Row(4).imgTavSel);
+  EXPECT_FALSE(bench.Row(5).imgTavSel);
+  bench.sheet.lb_TavNo_Click(5);
+  bench.sheet.lb_TavNo_Click(0);
+  bench.sheet.lb_TavNo_Click(13);
+  EXPECT_EQ(bench.state.ActiveInet, 2);
+}
+
+TEST_F(Sheet, KeepsTheExtensionLettersWhenTheApparatusIsRenamed) {
+  StartThreeSlots();
+  bench.state.Unit[1].UnitDesignation.Set("OVN: Default");
+  bench.sheet.tx_Des_Change(1, "  Ofen Süd ");
+  EXPECT_EQ(bench.state.Unit[1].UnitDesignation.Get(), "OVN:Ofen Süd");
+  EXPECT_TRUE(bench.state.SlotDirty[1]);
+  EXPECT_FALSE(bench.state.SlotDirty[3]);
+  EXPECT_EQ(bench.Row(1).tx_Des, "  Ofen Süd ");
+}
+
+TEST_F(Sheet, MarksCurvesStaleOnlyForTheSelectedSlot) {
+  StartThreeSlots();
+  bench.state.SelSlot = 3;
+  bench.state.WorkReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
+  bench.sheet.tx_Des_Change(1, "other");
+  EXPECT_TRUE(bench.state.WorkReset && bench.state.OverPrepared && bench.state.PartPrepared);
+  bench.sheet.tx_Des_Change(3, "other");
+  EXPECT_FALSE(bench.state.WorkReset || bench.state.OverPrepared || bench.state.PartPrepared);
+}
+
+TEST_F(Sheet, IsUpToDateTwelveTicksAfterTheWorksheetCloses) {
+  bench.screens.built = {View::kTavWork};
+  StartThreeSlots();
+  Pass();
+  EXPECT_TRUE(bench.Row(1).cmd_WorkEnabled);
+  Set(1, 'Y', 2, 1000);
+  bench.sheet.cmd_Work_Click(4);
+  EXPECT_EQ(bench.screens.shown, std::vector<View>{View::kTavWork});
+  EXPECT_EQ(bench.state.SelSlot, 4);
+  for (int tick = 0; tick < 12; ++tick) {
+    bench.cycle.Tick();
+  }
+  EXPECT_EQ(bench.Row(1).lb_Ref, "50.0");
+}
+
+TEST_F(Sheet, GreysWhatTheProgramDoesNotHave) {
+  StartThreeSlots();
+  EXPECT_FALSE(bench.Row(1).cmd_WorkEnabled);
+  EXPECT_FALSE(bench.sheet.Values().cmd_OpenEnabled);
+  EXPECT_TRUE(bench.sheet.Values().picActual);
+}
+
+TEST_F(Sheet, MarksAPassByItsIndicator) {
+  StartThreeSlots();
+  bench.cycle.Tick();
+  EXPECT_TRUE(bench.sheet.Values().Indicator);
+  Pass();
+  EXPECT_FALSE(bench.sheet.Values().Indicator);
+}
+
+TEST_F(Sheet, SaysWhenTheLinkIsSimulated) {
+  StartThreeSlots();
+  EXPECT_EQ(bench.sheet.Values().Caption, " TAVREL  6.1");
+  bench.state.Settings.CommPort = "----";
+  bench.window.LinkOpen();
+  EXPECT_EQ(bench.sheet.Values().Caption, " TAVREL  6.1   (simulated)");
+}
+
+TEST_F(Sheet, ForgetsTheBacklogLineWhenTheFormLeavesTheFront) {
+  StartThreeSlots();
+  bench.state.BacklogCount = 40;
+  bench.state.lbl_Info = "reading from Tavrel:  40";
+  bench.sheet.LeaveFront();
+  bench.cycle.Tick();
+  EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+  EXPECT_EQ(bench.state.BacklogCount, 0);
+}
+
+TEST_F(Sheet, IsNotDisturbedByTheViewedFile) {
+  StartThreeSlots();
+  bench.state.SlotFile[0] = "M250101A.OLD";
+  bench.state.Unit[0].UnitInet = 5;
+  bench.port.sent.clear();
+  Pass();
+  for (const std::string& command : bench.port.sent) {
+    EXPECT_NE(command[1], '4') << command;
+  }
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,199 @@
+#include "frame/main_window.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/support/bench_program.h"
+
+namespace tavrel {
+namespace {
+
+const MenuEntry& Entry(std::string_view control) {
+  return *std::find_if(kMainMenu.begin(), kMainMenu.end(),
+                       [control](const MenuEntry& entry) { return entry.Control == control; });
+}
+
+class Window : public testing::Test {
+ protected:
+  Window() {
+    bench.events.on_rest = [this](std::chrono::milliseconds time) { bench.clock.Advance(time); };
+  }
+  void StartRecording(int slots) {
+    for (int slot = 1; slot <= slots; ++slot) {
+      const std::string name =
+          "M260314" + std::string(1, static_cast<char>('A' + slot - 1)) + ".OVN";
+      bench.Install(slot, name, BenchProgram::Header(slot, 1, 2, true), {7, 8, 7, 8});
+    }
+    bench.Start();
+  }
+  void Hold(int inet, int sets) {
+    for (int set = 0; set < sets; ++set) {
+      bench.line.buffers[{inet, 1}].push_back(static_cast<std::int16_t>(100 + set));
+      bench.line.buffers[{inet, 2}].push_back(static_cast<std::int16_t>(200 + set));
+    }
+  }
+  double CloseTakes() {
+    const auto start = bench.clock.Elapsed();
+    bench.window.Close();
+    return std::chrono::duration<double>(bench.clock.Elapsed() - start).count();
+  }
+
+  BenchProgram bench;
+};
+
+TEST_F(Window, ReadsOneLastWholeSetAtTheEndWithoutAQuestion) {
+  StartRecording(1);
+  Hold(1, 3);
+  bench.Run(0.05);
+  CloseTakes();
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+  EXPECT_TRUE(bench.window.HasEnded());
+  const std::vector<std::int16_t> samples = bench.Samples("M260314A.OVN");
+  ASSERT_EQ(samples.size(), 6U);
+  EXPECT_EQ(samples[4], 100);
+  EXPECT_EQ(samples[5], 200);
+}
+
+TEST_F(Window, DoesNotWaitForAnInstrumentThatDoesNotAnswer) {
+  StartRecording(2);
+  bench.line.silent = {2};
+  bench.Run(1);
+  Hold(1, 1);
+  bench.state.ReadState[1] = bench.state.ReadState[2] = ReadState::kReading;
+  EXPECT_LT(CloseTakes(), 1.0);
+  EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
+}
+
+TEST_F(Window, DropsASlotWhoseInstrumentFallsSilentDuringTheReadOut) {
+  StartRecording(1);
+  bench.line.silent = {1};
+  EXPECT_LT(CloseTakes(), 1.0);
+}
+
+TEST_F(Window, EndsAtOnceWhenNothingIsWaiting) {
+  StartRecording(1);
+  EXPECT_LT(CloseTakes(), 1.0);
+  EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 4U);
+}
+
+TEST_F(Window, WaitsTenSecondsAtMostForTheRestOfAHalfReadSet) {
+  StartRecording(1);
+  bench.line.buffers[{1, 2}] = {55};
+  const double took = CloseTakes();
+  EXPECT_GE(took, 9.0);
+  EXPECT_LE(took, 11.5);
+}
+
+TEST_F(Window, CompletesAHalfReadSetWhoseRestComesInTime) {
+  StartRecording(1);
+  bench.line.buffers[{1, 2}] = {55};
+  bench.events.on_rest = [this](std::chrono::milliseconds time) {
+    bench.clock.Advance(time);
+    bench.line.buffers[{1, 1}] = {44};
+  };
+  EXPECT_LT(CloseTakes(), 3.0);
+  const std::vector<std::int16_t> samples = bench.Samples("M260314A.OVN");
+  ASSERT_EQ(samples.size(), 6U);
+  EXPECT_EQ(samples[4], 44);
+  EXPECT_EQ(samples[5], 55);
+}
+
+TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {
+  StartRecording(1);
+  bench.sheet.tx_Des_Change(1, "Tube 7");
+  bench.state.SettingsChanged = true;
+  bench.window.Close();
+  EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 20), "NEW:Tube 7          ");
+  EXPECT_NE(bench.home.Read("TAVREL.USR").find("\"ACTIVE01:: M260314A.OVN\"\r\n"),
+            std::string::npos);
+}
+
+TEST_F(Window, WritesHeadersEvenIfTheSettingsCannotBeSaved) {
+  StartRecording(1);
+  bench.sheet.tx_Des_Change(1, "Tube 7");
+  bench.state.SettingsChanged = true;
+  bench.state.DataHome = bench.home.File("nowhere") + "/";
+  bench.window.Close();
+  EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot write file.");
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.USR");
+}
+
+TEST_F(Window, AsksBeforeTheMenuLeaves) {
+  StartRecording(1);
+  bench.dialogs.ok = false;
+  bench.window.Choose(Entry("MnuExit"));
+  EXPECT_FALSE(bench.window.HasEnded());
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Exit");
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL");
+  bench.dialogs.ok = true;
+  bench.window.Choose(Entry("MnuExit2"));
+  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_FALSE(bench.cycle.IsEnabled());
+}
+
+TEST_F(Window, OpensTheManualOfTheLanguage) {
+  bench.home.Write(kEnglishManual, "manual");
+  bench.Start();
+  bench.window.Choose(Entry("MnuHelp"));
+  bench.state.Settings.HelpLang = "german";
+  bench.window.Choose(Entry("MnuHelp"));
+  EXPECT_EQ(bench.shell.opened, (std::vector<std::string>{bench.home.File(kEnglishManual),
+                                                          bench.home.File(kGermanManual)}));
+}
+
+TEST_F(Window, NamesTheManualThatIsMissing) {
+  bench.Start();
+  bench.window.Choose(Entry("MnuHelp"));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text,
+            "Help-file not found:\n\n\"" + bench.home.File(kEnglishManual) + "\"");
+}
+
+TEST_F(Window, GreysEntriesWithoutAForm) {
+  bench.Start();
+  EXPECT_FALSE(bench.window.IsEnabled(Entry("MnuSettings")));
+  EXPECT_FALSE(bench.window.IsEnabled(Entry("MnuTerminal")));
+  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuTools")));
+  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuHelp")));
+  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuExit")));
+  bench.screens.built = {View::kAllTerm};
+  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuTerminal")));
+}
+
+TEST_F(Window, StopsTheCycleOnlyForFormsThatOwnTheLine) {
+  bench.screens.built = {View::kAllTerm, View::kTavProg, View::kAllQs};
+  bench.Start();
+  bench.screens.on_show = [this](View view) {
+    EXPECT_EQ(bench.cycle.IsEnabled(), view != View::kAllTerm);
+    EXPECT_EQ(bench.sheet.Values().picCmds, view == View::kTavProg);
+  };
+  bench.window.Choose(Entry("MnuTerminal"));
+  bench.window.Choose(Entry("MnuProg"));
+  bench.window.Choose(Entry("MnuQS"));
+  EXPECT_EQ(bench.screens.shown.size(), 3U);
+  EXPECT_TRUE(bench.cycle.IsEnabled());
+  EXPECT_TRUE(bench.sheet.Values().picCmds);
+}
+
+TEST_F(Window, OpensThePortAnewUntilItOpens) {
+  bench.screens.built = {View::kTavSett};
+  bench.Start();
+  bench.port.open_error = 5;
+  bench.dialogs.retry = true;
+  int shown = 0;
+  bench.screens.on_show = [&](View) { bench.port.open_error = ++shown < 3 ? 5 : 0; };
+  bench.window.Choose(Entry("MnuSettings"));
+  EXPECT_EQ(shown, 3);
+  ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");
+  EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kCritical);
+  EXPECT_TRUE(bench.link.PortOpen);
+  EXPECT_TRUE(bench.sheet.Values().picCmds);
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,231 @@
+#include "frame/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/support/bench_program.h"
+
+namespace tavrel {
+namespace {
+
+class Start : public testing::Test {
+ protected:
+  BenchProgram bench;
+};
+
+TEST_F(Start, RefusesASecondCopy) {
+  EXPECT_FALSE(bench.start_up.SplashLoad(true, bench.home.Path()));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Program is already running !");
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL");
+  EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kInformation);
+}
+
+TEST_F(Start, RefusesAnIncompleteInstallation) {
+  std::filesystem::remove(bench.home.File(kGermanManual));
+  EXPECT_FALSE(bench.start_up.SplashLoad(false, bench.home.Path()));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Installation is incomplete !");
+  EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kWarning);
+}
+
+TEST_F(Start, TakesTheDirectoryOfTheProgramForItsOwn) {
+  EXPECT_TRUE(bench.start_up.SplashLoad(false, bench.home.Path()));
+  EXPECT_EQ(bench.state.AppPath, bench.home.Path() + "/");
+  EXPECT_EQ(bench.state.DataHome, bench.home.Path() + "/");
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(Start, GreetsInTheLanguageOfTheSettings) {
+  ASSERT_TRUE(bench.start_up.SplashLoad(false, bench.home.Path()));
+  EXPECT_EQ(bench.start_up.SplashShow().cmdStart, " ... to start hit any key ... ");
+  bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"HELPLANG:: german\"\r\n");
+  const SplashValues splash = bench.start_up.SplashShow();
+  EXPECT_EQ(splash.cmdStart, " Start  (beliebige Taste) ");
+  EXPECT_EQ(splash.lbRelease, "release   2446");
+}
+
+TEST_F(Start, MakesADefaultSlotWhenNoneIsInUse) {
+  bench.Start();
+  EXPECT_EQ(bench.state.SlotFile[1], "M011111A.NEW");
+  EXPECT_EQ(bench.state.Settings.ActiveFiles[0], "M011111A.NEW");
+  EXPECT_TRUE(bench.state.SettingsChanged);
+  EXPECT_TRUE(bench.Row(1).Sheet);
+  EXPECT_EQ(bench.Row(1).tx_Des, "Default");
+  EXPECT_FALSE(bench.Row(2).Sheet);
+  const std::string bytes = bench.home.Read("tavdat/M011111A.NEW");
+  EXPECT_EQ(bytes.size(), 1000U);
+  EXPECT_EQ(bytes.substr(200, 20), "NEW: Default        ");
+}
+
+TEST_F(Start, AttachesADefaultFileThatIsThereAlready) {
+  UnitRecord unit = BenchProgram::Header(3, 2, 2, false);
+  unit.SetApparatusName("Old one");
+  bench.Install(1, "m011111a.new", unit, {1, 2, 1, 2});
+  bench.state.Settings.ActiveFiles = {};
+  bench.Start();
+  EXPECT_EQ(bench.Row(1).tx_Des, "Old one");
+  EXPECT_EQ(bench.state.SampleCount[1], 2);
+  EXPECT_EQ(bench.state.Unit[1].UnitInet, 3);
+  EXPECT_FALSE(bench.home.Exists("tavdat/M011111A.NEW"));
+}
+
+TEST_F(Start, LeavesAForeignFileOfThatNameAlone) {
+  const std::string foreign(3000, 'x');
+  bench.home.Write("tavdat/M011111A.NEW", foreign);
+  bench.Start();
+  EXPECT_EQ(bench.home.Read("tavdat/M011111A.NEW"), foreign);
+  EXPECT_EQ(bench.state.SlotFile[1], "M011111B.NEW");
+}
+
+TEST_F(Start, HidesARowWhoseFileDoesNotOpenAndGoesOn) {
+  bench.Install(2, "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
+  bench.state.Settings.ActiveFiles[4] = "M260101A.GON";
+  bench.dialogs.on_box = [] { FAIL() << "a box that waits would hold up the start"; };
+  bench.Start();
+  EXPECT_TRUE(bench.Row(2).Sheet);
+  EXPECT_FALSE(bench.Row(5).Sheet);
+  EXPECT_EQ(bench.state.SlotFile[5], "");
+  EXPECT_EQ(bench.state.Settings.ActiveFiles[4], "");
+  ASSERT_EQ(bench.dialogs.announced.size(), 1U);
+  EXPECT_EQ(bench.dialogs.announced[0].Text, "M260101A.GON  not found !");
+  EXPECT_EQ(bench.dialogs.announced[0].Title, "Read  file");
+  EXPECT_TRUE(bench.cycle.IsEnabled());
+}
+
+TEST_F(Start, KeepsRowsOnTheirPlaces) {
+  bench.Install(6, "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
+  bench.Start();
+  EXPECT_FALSE(bench.Row(1).Sheet);
+  EXPECT_FALSE(bench.Row(5).Sheet);
+  EXPECT_TRUE(bench.Row(6).Sheet);
+}
+
+class Backlog : public Start {
+ protected:
+  void Hold(int inet, int input, int sets) {
+    for (int set = 0; set < sets; ++set) {
+      bench.line.buffers[{inet, input}].push_back(static_cast<std::int16_t>(set));
+    }
+  }
+};
+
+TEST_F(Backlog, IsShownAndCountsDownWhileThePumpReads) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  Hold(1, 1, 500);
+  Hold(1, 2, 500);
+  bench.Start();
+  EXPECT_EQ(bench.sheet.Values().lbl_Info, "reading from Tavrel:  500");
+  bench.Run(20);
+  const std::string info = bench.sheet.Values().lbl_Info;
+  ASSERT_EQ(info.substr(0, 22), "reading from Tavrel:  ");
+  EXPECT_LT(std::stoi(info.substr(22)), 500);
+  bench.Run(90);
+  EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+  EXPECT_EQ(bench.state.SampleCount[1], 501);
+}
+
+TEST_F(Backlog, OfThreeOrLessShowsNothing) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  Hold(1, 1, 3);
+  Hold(1, 2, 3);
+  bench.Start();
+  EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+  bench.Run(20);
+  EXPECT_EQ(bench.state.SampleCount[1], 4);
+}
+
+TEST_F(Backlog, IsThatOfTheRecordingSlotWithTheMost) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  bench.Install(2, "M260314B.OVN", BenchProgram::Header(2, 1, 2, true));
+  bench.Install(3, "M260314C.OVN", BenchProgram::Header(3, 1, 2, false));
+  bench.Install(4, "M260314D.OVN", BenchProgram::Header(4, 1, 2, true));
+  Hold(1, 2, 10);
+  Hold(2, 2, 20);
+  Hold(3, 2, 30);
+  Hold(4, 2, 40);
+  bench.line.silent = {4};
+  bench.Start();
+  EXPECT_EQ(bench.state.BacklogSlot, 2);
+  EXPECT_EQ(bench.state.BacklogCount, 20);
+}
+
+TEST_F(Start, SwitchesOffControllersThatNoSlotKnows) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
+  bench.Install(2, "M260314B.OVN", BenchProgram::Header(1, 3, 2, false));
+  bench.Install(3, "M260314C.OVN", BenchProgram::Header(3, 4, 2, false));
+  bench.Install(4, "M260314D.OVN", BenchProgram::Header(4, 4, 2, false));
+  bench.line.silent = {4};
+  bench.Start();
+  std::vector<std::string> writes;
+  std::copy_if(bench.port.sent.begin(), bench.port.sent.end(), std::back_inserter(writes),
+               [](const std::string& command) { return command.find('=') != std::string::npos; });
+  EXPECT_EQ(writes,
+            (std::vector<std::string>{"Z02=0\r", "Z04=0\r", "Z21=0\r", "Z22=0\r", "Z23=0\r"}));
+}
+
+TEST_F(Start, ComesUpWithNoInstrumentOnTheLine) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  bench.line.silent = {1};
+  bench.Start();
+  EXPECT_EQ(bench.port.sent, std::vector<std::string>{"R02?"});
+  EXPECT_TRUE(bench.cycle.IsEnabled());
+  EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
+  EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal);
+}
+
+TEST_F(Start, ShowsTheSettingsDialogOnAFirstRun) {
+  bench.screens.built = {View::kTavSett};
+  bench.state.FirstRun = true;
+  EXPECT_TRUE(bench.start_up.MainFormLoad());
+  EXPECT_EQ(bench.screens.shown, std::vector<View>{View::kTavSett});
+}
+
+TEST_F(Start, TellsOfAPortThatDoesNotOpenAndLetsTheUserMendIt) {
+  bench.screens.built = {View::kTavSett};
+  bench.state.SettingsRead = true;
+  bench.port.open_error = 2;
+  bench.port.open_text = "no such device";
+  bench.screens.on_show = [this](View) { bench.port.open_error = 0; };
+  EXPECT_TRUE(bench.start_up.MainFormLoad());
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "no such device");
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");
+  EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kInformation);
+  EXPECT_TRUE(bench.link.PortOpen);
+}
+
+TEST_F(Start, EndsWhenTheUserGivesUpOnThePort) {
+  bench.state.SettingsRead = true;
+  bench.port.open_error = 2;
+  bench.dialogs.retry = false;
+  EXPECT_FALSE(bench.start_up.MainFormLoad());
+  EXPECT_EQ(bench.dialogs.boxes.back().Text, "Exit");
+  EXPECT_TRUE(bench.window.HasEnded());
+}
+
+TEST_F(Start, RunsItsFirstDisplayOnlyOnce) {
+  bench.Start();
+  bench.port.sent.clear();
+  bench.start_up.MainFormShow();
+  EXPECT_TRUE(bench.port.sent.empty());
+}
+
+TEST_F(Start, SimulatesARecordingWithoutALine) {
+  bench.state.Settings.CommPort = "----";
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  bench.Start();
+  bench.Run(2);
+  EXPECT_EQ(bench.Row(1).sh_TavNo, kYellow);
+  EXPECT_EQ(bench.Row(1).lb_Cstat, "off");
+  EXPECT_EQ(bench.Row(1).lb_Ref, "0.0");
+  const std::vector<std::int16_t> samples = bench.Samples("M260314A.OVN");
+  ASSERT_GE(samples.size(), 6U);
+  EXPECT_EQ(samples[4], 10);
+  EXPECT_EQ(samples[5], 20);
+  EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,334 @@
+#include <limits>
+
+#include "tests/settings/settings_fixture.h"
+
+namespace tavrel {
+namespace {
+
+using SettingsLoad = SettingsTest;
+using SettingsLegacy = SettingsTest;
+
+TEST_F(SettingsLoad, TakesTheDefaultsWithoutAnyFile) {
+  store_.SettingsLoad();
+  const SettingsValues& settings = state_.Settings;
+  EXPECT_EQ(settings.Plant, "?");
+  EXPECT_EQ(settings.Lab, "?");
+  EXPECT_EQ(settings.HelpLang, "English");
+  EXPECT_EQ(settings.Acro, "");
+  EXPECT_FALSE(settings.Diagnostic);
+  EXPECT_EQ(settings.CommPort, "----");
+  EXPECT_EQ(settings.ComMode, 0);
+  EXPECT_EQ(settings.TypeSel, 4);
+  EXPECT_EQ(settings.SortKey, "FD");
+  EXPECT_EQ(settings.DestPath, "A:");
+  EXPECT_EQ(settings.PFontName, "Arial");
+  EXPECT_EQ(settings.PFontSize, 11);
+  EXPECT_EQ(settings.PColorType, 2);
+  EXPECT_EQ(settings.PDrawWidth, 2);
+  EXPECT_EQ(settings.ProgPath, home_.Path());
+  EXPECT_EQ(settings.VerType, "Standard");
+  EXPECT_TRUE(state_.FirstRun);
+  EXPECT_FALSE(state_.SettingsRead);
+  EXPECT_FALSE(state_.SettingsChanged);
+}
+
+TEST_F(SettingsLoad, ClearsTheDefaultDefPathWhileTavdatHoldsNoFile) {
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.DefPath, "");
+  EXPECT_EQ(state_.Settings.OpenPath, "");
+}
+
+TEST_F(SettingsLoad, KeepsTheDefaultDefPathWhenTavdatHoldsAFile) {
+  const std::string tavdat = FilledDirectory("tavdat");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.DefPath, tavdat);
+  EXPECT_EQ(state_.Settings.OpenPath, tavdat);
+}
+
+TEST_F(SettingsLoad, ReadsAllKeys) {
+  const std::string data = FilledDirectory("data");
+  const std::string open = FilledDirectory("open");
+  const SettingsValues& settings = Load({"PLANT:: Works, North",
+                                         "LAB:: Miller",
+                                         "HELPLANG:: German",
+                                         "ACRO:: viewer",
+                                         "DIAGNOSTIC:: 1",
+                                         "COMMPORT:: COM12",
+                                         "COMMODE:: 2",
+                                         "DEFPATH:: " + data,
+                                         "OPENPATH:: " + open,
+                                         "OPENFILE:: M260314B.OVE",
+                                         "OPENSORT:: PA",
+                                         "DESTPATH:: /media/stick",
+                                         "ACTIVE01:: M260314A.OVE",
+                                         "ACTIVE12:: M260314C.AUT",
+                                         "PRINTNAME:: Laser",
+                                         "PFONTNAME:: Courier",
+                                         "PFONTSIZE:: 10.5",
+                                         "PCOLORTYPE:: 1",
+                                         "PDRAWWIDTH:: 3",
+                                         "PROGPATH:: /programs",
+                                         "PROGFILE:: a.prg",
+                                         "VERTYPE:: High"});
+  EXPECT_EQ(settings.Plant, "Works, North");
+  EXPECT_EQ(settings.Lab, "Miller");
+  EXPECT_EQ(settings.HelpLang, "German");
+  EXPECT_EQ(settings.Acro, "viewer");
+  EXPECT_TRUE(settings.Diagnostic);
+  EXPECT_EQ(settings.CommPort, "COM12");
+  EXPECT_EQ(settings.ComMode, 2);
+  EXPECT_EQ(settings.DefPath, data);
+  EXPECT_EQ(settings.OpenPath, open);
+  EXPECT_EQ(settings.OpenFile, "M260314B.OVE");
+  EXPECT_EQ(settings.SortKey, "PA");
+  EXPECT_EQ(settings.DestPath, "/media/stick");
+  EXPECT_EQ(settings.ActiveFiles[0], "M260314A.OVE");
+  EXPECT_EQ(settings.ActiveFiles[11], "M260314C.AUT");
+  EXPECT_EQ(settings.PrintName, "Laser");
+  EXPECT_EQ(settings.PFontName, "Courier");
+  EXPECT_EQ(settings.PFontSize, 10.5F);
+  EXPECT_EQ(settings.PColorType, 1);
+  EXPECT_EQ(settings.PDrawWidth, 3);
+  EXPECT_EQ(settings.ProgPath, "/programs");
+  EXPECT_EQ(settings.ProgFile, "a.prg");
+  EXPECT_EQ(settings.VerType, "High");
+  EXPECT_TRUE(state_.SettingsRead);
+  EXPECT_FALSE(state_.FirstRun);
+}
+
+TEST_F(SettingsLoad, LeavesAMissingKeyEmptyOrZero) {
+  state_.Settings.Lab = "old";
+  state_.Settings.PDrawWidth = 5;
+  const SettingsValues& settings = Load({"PLANT:: Works"});
+  EXPECT_EQ(settings.Plant, "Works");
+  EXPECT_EQ(settings.Lab, "");
+  EXPECT_EQ(settings.HelpLang, "");
+  EXPECT_EQ(settings.CommPort, "");
+  EXPECT_EQ(settings.PFontSize, 0);
+  EXPECT_EQ(settings.PDrawWidth, 0);
+}
+
+TEST_F(SettingsLoad, SetsTypeSelToFourWhateverTheFileHolds) {
+  EXPECT_EQ(Load({"TYPESEL:: 2"}).TypeSel, 4);
+}
+
+TEST_F(SettingsLoad, KeepsAnEmptyRowBeforeAFilledOne) {
+  const SettingsValues& settings = Load({"ACTIVE05:: ", "ACTIVE06:: M260314A.OVE"});
+  EXPECT_EQ(settings.ActiveFiles[4], "");
+  EXPECT_EQ(settings.ActiveFiles[5], "M260314A.OVE");
+}
+
+TEST_F(SettingsLoad, ReadsAnyNumberButZeroAsDiagnostic) {
+  EXPECT_FALSE(Load({"DIAGNOSTIC:: 0"}).Diagnostic);
+  EXPECT_TRUE(Load({"DIAGNOSTIC:: -1"}).Diagnostic);
+  EXPECT_TRUE(Load({"DIAGNOSTIC:: 0,5"}).Diagnostic);
+  EXPECT_FALSE(Load({"DIAGNOSTIC:: yes"}).Diagnostic);
+  EXPECT_FALSE(Load({"DIAGNOSTIC:: "}).Diagnostic);
+}
+
+TEST_F(SettingsLoad, HoldsNumbersAtTheirLimits) {
+  const SettingsValues& settings =
+      Load({"COMMODE:: 99999", "PCOLORTYPE:: -99999", "PDRAWWIDTH:: 2.5", "PFONTSIZE:: 1e300"});
+  EXPECT_EQ(settings.ComMode, 32767);
+  EXPECT_EQ(settings.PColorType, -32768);
+  EXPECT_EQ(settings.PDrawWidth, 2);
+  EXPECT_EQ(settings.PFontSize, std::numeric_limits<float>::max());
+}
+
+TEST_F(SettingsLoad, ComparesKeysInUpperCase) {
+  EXPECT_EQ(Load({"plant:: Works"}).Plant, "Works");
+}
+
+TEST_F(SettingsLoad, PassesOverUnknownKeysAndLinesWithoutAMark) {
+  const SettingsValues& settings = Load({"COLOUR:: red", "PLANT: wrong", "", "PLANT:: Works"});
+  EXPECT_EQ(settings.Plant, "Works");
+}
+
+TEST_F(SettingsLoad, SplitsAtTheFirstMarkOnly) {
+  EXPECT_EQ(Load({"PLANT::a::b"}).Plant, "a::b");
+}
+
+TEST_F(SettingsLoad, TrimsTheValue) {
+  EXPECT_EQ(Load({"PLANT::   Works   "}).Plant, "Works");
+}
+
+TEST_F(SettingsLoad, LetsTheLaterOfTwoLinesCount) {
+  EXPECT_EQ(Load({"PLANT:: one", "PLANT:: two"}).Plant, "two");
+}
+
+TEST_F(SettingsLoad, TakesLineFeedsAlone) {
+  home_.Write(kSettingsFile, "\"VERSION:: 6.1\"\n\"PLANT:: Works\"\n\"LAB:: Miller\"");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Works");
+  EXPECT_EQ(state_.Settings.Lab, "Miller");
+}
+
+TEST_F(SettingsLoad, ReadsALineWithoutQuotesAsFarAsItGoes) {
+  home_.Write(kSettingsFile, "VERSION:: 6.1\r\nPLANT:: Works, North\r\n\"LAB:: Miller\r\n");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Works, North");
+  EXPECT_EQ(state_.Settings.Lab, "Miller");
+}
+
+TEST_F(SettingsLoad, IgnoresWhatStandsBehindTheClosingQuote) {
+  home_.Write(kSettingsFile, "\"VERSION:: 6.1\"\r\n  \"PLANT:: Works\",\"rest\"\r\n");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Works");
+}
+
+TEST_F(SettingsLoad, ReadsWindows1252) {
+  EXPECT_EQ(Load({"PLANT:: W\xE4rme\x80"}).Plant, "Wärme€");
+}
+
+TEST_F(SettingsLoad, FindsTheFileWhateverItsCase) {
+  home_.Write("tavrel.usr", "\"version:: 5\"\r\n\"PLANT:: Works\"\r\n");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Works");
+  EXPECT_TRUE(state_.SettingsRead);
+}
+
+TEST_F(SettingsLoad, ReadsNoFurtherWithoutTheVersionInTheFirstLine) {
+  home_.Write(kSettingsFile, "\"PLANT:: Works\"\r\n\"VERSION:: 6.1\"\r\n\"LAB:: Miller\"\r\n");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "?");
+  EXPECT_EQ(state_.Settings.Lab, "?");
+  EXPECT_TRUE(state_.FirstRun);
+  EXPECT_FALSE(state_.SettingsRead);
+  EXPECT_TRUE(state_.SettingsChanged);
+}
+
+TEST_F(SettingsLoad, TakesTheDefaultsForAHugeFile) {
+  home_.Write(kSettingsFile,
+              "\"VERSION:: 6.1\"\r\n\"PLANT:: Works\"\r\n" + std::string(1024 * 1024, '\n'));
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "?");
+  EXPECT_FALSE(state_.SettingsRead);
+}
+
+TEST_F(SettingsLoad, TakesTheDefaultsIfADirectoryHasTheName) {
+  std::filesystem::create_directory(home_.File(kSettingsFile));
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "?");
+  EXPECT_TRUE(state_.FirstRun);
+}
+
+TEST_F(SettingsLoad, TakesTavdatBesideTheSettingsForAnEmptyDefPath) {
+  EXPECT_EQ(Load({"DEFPATH:: "}).DefPath, home_.File("tavdat"));
+}
+
+TEST_F(SettingsLoad, ClearsADefPathWithoutAnyFile) {
+  std::filesystem::create_directory(home_.File("empty"));
+  EXPECT_EQ(Load({"DEFPATH:: " + home_.File("empty")}).DefPath, "");
+  EXPECT_EQ(Load({"DEFPATH:: " + home_.File("missing")}).DefPath, "");
+}
+
+TEST_F(SettingsLoad, TakesASeparatorAwayAndKeepsTheCaseOfPaths) {
+  const std::string data = FilledDirectory("MixedCase");
+  const SettingsValues& settings = Load({"DEFPATH:: " + data + "/", "OPENPATH:: " + data + "/"});
+  EXPECT_EQ(settings.DefPath, data);
+  EXPECT_EQ(settings.OpenPath, data);
+}
+
+TEST_F(SettingsLoad, FallsBackToDefPathForAnOpenPathWithoutAnyFile) {
+  const std::string data = FilledDirectory("data");
+  EXPECT_EQ(Load({"DEFPATH:: " + data, "OPENPATH:: /missing"}).OpenPath, data);
+  EXPECT_EQ(Load({"DEFPATH:: " + data, "OPENPATH:: "}).OpenPath, "");
+}
+
+TEST_F(SettingsLoad, FindsPathsWithUmlauts) {
+  const std::string data = FilledDirectory(
+      "\xC3\x96"
+      "fen");
+  EXPECT_EQ(Load({"DEFPATH:: " + home_.Path() +
+                  "/\xD6"
+                  "fen"})
+                .DefPath,
+            data);
+}
+
+std::string QuotedLines(const std::vector<std::string>& lines) {
+  std::string bytes;
+  for (const std::string& line : lines) {
+    bytes += "\"" + line + "\"\r\n";
+  }
+  return bytes;
+}
+
+// The legacy file line by line, with `data` as its path of recordings.
+std::vector<std::string> LegacyLines(const std::string& data) {
+  std::vector<std::string> lines(27);
+  lines[0] = "TAVREL 5";
+  lines[1] = "  M050314A.OVE  ";
+  lines[12] = "M050314C.AUTOCLAVE";
+  lines[13] = "Works";
+  lines[14] = "Miller";
+  lines[15] = " " + data + "/ ";
+  lines[16] = " B: ";
+  lines[17] = "skipped";
+  lines[18] = "COM2";
+  lines[19] = "German";
+  lines[26] = "2";
+  return lines;
+}
+
+TEST_F(SettingsLegacy, IsReadWhenTheKeyFileHasNoMark) {
+  const std::string data = FilledDirectory("data");
+  home_.Write(kSettingsFile, "junk\r\n");
+  home_.Write(kLegacySettingsFile, QuotedLines(LegacyLines(data)));
+  store_.SettingsLoad();
+  const SettingsValues& settings = state_.Settings;
+  EXPECT_EQ(settings.ActiveFiles[0], "M050314A.OVE");
+  EXPECT_EQ(settings.ActiveFiles[1], "");
+  EXPECT_EQ(settings.ActiveFiles[11], "M050314C.AUT");
+  EXPECT_EQ(settings.Plant, "Works");
+  EXPECT_EQ(settings.Lab, "Miller");
+  EXPECT_EQ(settings.DefPath, data);
+  EXPECT_EQ(settings.DestPath, "B:");
+  EXPECT_EQ(settings.CommPort, "COM2");
+  EXPECT_EQ(settings.HelpLang, "German");
+  EXPECT_EQ(settings.SortKey, "FD");
+  EXPECT_EQ(settings.ProgPath, home_.Path());
+  EXPECT_EQ(settings.VerType, "Standard");
+  EXPECT_EQ(settings.TypeSel, 4);
+  EXPECT_EQ(settings.PFontName, "");
+  EXPECT_TRUE(state_.SettingsChanged);
+  EXPECT_TRUE(state_.FirstRun);
+  EXPECT_FALSE(state_.SettingsRead);
+}
+
+TEST_F(SettingsLegacy, SetsComModeToZeroWhateverLine27Holds) {
+  home_.Write(kSettingsFile, "");
+  home_.Write(kLegacySettingsFile, QuotedLines(LegacyLines("/missing")));
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.CommPort, "COM2");
+  EXPECT_EQ(state_.Settings.ComMode, 0);
+}
+
+TEST_F(SettingsLegacy, IsNotLookedAtWhenThereIsNoKeyFile) {
+  home_.Write(kLegacySettingsFile, QuotedLines(LegacyLines("/missing")));
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "?");
+  EXPECT_FALSE(state_.SettingsChanged);
+}
+
+TEST_F(SettingsLegacy, FillsWhatAShortFileLeavesEmpty) {
+  home_.Write(kLegacySettingsFile, "\"TAVREL 5\"\r\n\"M050314A.OVE\"\r\n");
+  store_.SettingsLegacy();
+  EXPECT_EQ(state_.Settings.ActiveFiles[0], "M050314A.OVE");
+  EXPECT_EQ(state_.Settings.Plant, "?");
+  EXPECT_EQ(state_.Settings.Lab, "?");
+  EXPECT_EQ(state_.Settings.DefPath, home_.File("tavdat"));
+  EXPECT_EQ(state_.Settings.DestPath, "A:");
+  EXPECT_EQ(state_.Settings.CommPort, "----");
+  EXPECT_EQ(state_.Settings.HelpLang, "English");
+}
+
+TEST_F(SettingsLegacy, TakesTheDefaultsIfItIsMissingToo) {
+  store_.SettingsLegacy();
+  EXPECT_EQ(state_.Settings.PFontName, "Arial");
+  EXPECT_TRUE(state_.SettingsChanged);
+  EXPECT_TRUE(state_.FirstRun);
+}
+
+}  // namespace
+}  // namespace tavrel
