@@ -1,0 +1,114 @@
+#include "frame/forms/all_load.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <chrono>
+
+#include "frame/forms/emblem.h"
+#include "frame/forms/shades.h"
+#include "frame/start_up.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kWidth = 560;
+constexpr int kHeight = 264;
+constexpr int kMargin = 36;
+constexpr int kEmblemSide = 112;
+
+QLabel* MakeLine(const QString& text, qreal size, QWidget* parent) {
+  auto* label = new QLabel(text, parent);
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * size);
+  label->setFont(font);
+  return label;
+}
+
+void Mute(QLabel* label) {
+  QPalette muted;
+  muted.setColor(QPalette::WindowText, MutedOf(label->palette()));
+  label->setPalette(muted);
+}
+
+QLabel* MakeName(QWidget* parent) {
+  QLabel* name = MakeLine("TAVREL", 3.0, parent);
+  QFont spaced = name->font();
+  spaced.setLetterSpacing(QFont::AbsoluteSpacing, 6);
+  name->setFont(spaced);
+  return name;
+}
+
+}  // namespace
+
+AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
+  setObjectName("ALL_LOAD");
+  setWindowTitle("TAVREL");
+  setWindowIcon(EmblemIcon());
+  setFixedSize(kWidth, kHeight);
+  QLabel* kind = MakeLine("Measuring and Control System", 1.25, this);
+  lb_release_ = MakeLine("", 1.0, this);
+  lb_release_->setObjectName("lbRelease");
+  Mute(lb_release_);
+  cmd_start_ = new GlyphButton(nullptr, this);
+  cmd_start_->setObjectName("cmdStart");
+  cmd_start_->setEnabled(false);
+  connect(cmd_start_, &GlyphButton::clicked, this, &AllLoad::Leave);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin + kEmblemSide + kMargin, kMargin, kMargin, kMargin);
+  column->setSpacing(4);
+  column->addWidget(MakeName(this));
+  column->addWidget(kind);
+  column->addWidget(lb_release_);
+  column->addStretch(1);
+  column->addWidget(cmd_start_);
+  timer_load_.setSingleShot(true);
+  connect(&timer_load_, &QTimer::timeout, this, &AllLoad::Leave);
+  Place();
+}
+
+// In the horizontal middle, one tenth of the free height below the top.
+void AllLoad::Place() {
+  const QRect room = screen()->availableGeometry();
+  move(room.left() + (room.width() - width()) / 2, room.top() + (room.height() - height()) / 10);
+}
+
+void AllLoad::Show(const SplashValues& values) {
+  cmd_start_->setText(QString::fromStdString(values.cmdStart));
+  cmd_start_->setAccessibleName(QString::fromStdString(values.cmdStart).trimmed());
+  lb_release_->setText(QString::fromStdString(values.lbRelease));
+  cmd_start_->setEnabled(true);
+  cmd_start_->setFocus();
+  can_leave_ = true;
+  timer_load_.start(std::chrono::seconds(kSplashSeconds));
+}
+
+void AllLoad::Leave() {
+  if (!can_leave_) {
+    return;
+  }
+  can_leave_ = false;
+  timer_load_.stop();
+  emit Left();
+}
+
+void AllLoad::keyPressEvent(QKeyEvent* event) {
+  event->accept();
+  Leave();
+}
+
+void AllLoad::mousePressEvent(QMouseEvent* /*event*/) {
+  Leave();
+}
+
+void AllLoad::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().color(QPalette::Base));
+  painter.setPen(EdgeOf(palette()));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  DrawEmblem(painter, QRectF(kMargin, kMargin, kEmblemSide, kEmblemSide));
+}
+
+}  // namespace tavrel

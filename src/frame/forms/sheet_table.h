@@ -1,0 +1,53 @@
+#ifndef TAVREL_FRAME_FORMS_SHEET_TABLE_H_
+#define TAVREL_FRAME_FORMS_SHEET_TABLE_H_
+
+#include <QWidget>
+#include <array>
+
+#include "frame/forms/glyph_button.h"
+#include "frame/forms/sheet_columns.h"
+#include "frame/forms/sheet_row_view.h"
+#include "frame/sheet_values.h"
+
+namespace tavrel {
+
+// The sheet itself: the panel picActual with heads and twelve rows, and below it, set apart, the
+// commands picCmds and the row of the viewed file.
+class SheetTable : public QWidget {
+  Q_OBJECT
+ public:
+  explicit SheetTable(QWidget* parent = nullptr);
+
+  // Copies what differs from what was shown last.
+  void Show(const SheetValues& now);
+
+  // Height that the sheet takes with `rows` of the twelve in use.
+  [[nodiscard]] int HeightWith(int rows) const;
+
+ signals:
+  void NumberClicked(int row);
+  void NameEdited(int row, const QString& text);
+  void WorkClicked(int row);
+  void OpenClicked();
+
+ private:
+  QWidget* MakePanel();
+  QWidget* MakeHeads(QWidget* parent);
+  QWidget* MakeCommands();
+  QWidget* MakeViewed();
+  SheetRowView* MakeRow(int row, QWidget* parent);
+  void ShowTips(Language language);
+
+  SheetColumns columns_;
+  std::array<SheetRowView*, kSlotTable> rows_{};
+  QWidget* heads_ = nullptr;
+  QWidget* pic_actual_ = nullptr;
+  QWidget* pic_cmds_ = nullptr;
+  QWidget* no_viewed_ = nullptr;
+  GlyphButton* cmd_open_ = nullptr;
+  Language tip_language_ = Language::kEnglish;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FRAME_FORMS_SHEET_TABLE_H_

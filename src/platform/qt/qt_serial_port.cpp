@@ -1,0 +1,178 @@
+#include "platform/qt/qt_serial_port.h"
+
+#include <QDeadlineTimer>
+#include <QFileInfo>
+#include <thread>
+#include <utility>
+
+#include "platform/qt/serial_advice.h"
+#include "platform/serial_names.h"
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+// A frame has at most some twenty characters and always fits the system's buffer; only a line
+// that is stuck keeps a write waiting.
+constexpr milliseconds kStuckLine{100};
+
+// Fetches of one ReadAll: enough for all that can wait, and an end under a flood.
+constexpr int kFetches = 8;
+
+// Neither a wait that is over nor a device without control lines is a fault of the port.
+bool IsHarmless(QSerialPort::SerialPortError error) {
+  return error == QSerialPort::NoError || error == QSerialPort::TimeoutError ||
+         error == QSerialPort::UnsupportedOperationError;
+}
+
+// The lock is on the device: two links to one device are one port. A device that is not there
+// keeps its name.
+QString WithoutLinks(const std::string& device) {
+  const QString path = QString::fromStdString(device);
+  const QString real = QFileInfo(path).canonicalFilePath();
+  return real.isEmpty() ? path : real;
+}
+
+}  // namespace
+
+QtSerialPort::QtSerialPort(std::string program_directory)
+    : program_directory_(std::move(program_directory)) {
+  QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
+                   [this](QSerialPort::SerialPortError error) { OnError(error); });
+}
+
+PortOpening QtSerialPort::Open(int number, std::string_view settings) {
+  Close();
+  event_ = 0;
+  const auto wanted = ReadSerialSettings(settings);
+  if (!wanted) {
+    return {QSerialPort::UnsupportedOperationError,
+            "The port cannot be set to \"" + std::string(settings) + "\"."};
+  }
+  const std::string device = SerialDevice(number, program_directory_);
+  if (device.empty()) {
+    return {QSerialPort::DeviceNotFoundError,
+            "There is no port COM" + std::to_string(number) + "."};
+  }
+  port_.setPortName(WithoutLinks(device));
+  // A change of parity fails on an open port, so everything is set before.
+  Apply(*wanted);
+  in_call_ = true;
+  const bool opened = port_.open(QIODevice::ReadWrite);
+  in_call_ = false;
+  failure_ = QSerialPort::NoError;
+  if (!opened) {
+    const auto error = port_.error();
+    return {error, AdviceFor(number, device, error, port_.errorString().toStdString())};
+  }
+  return {};
+}
+
+void QtSerialPort::Apply(const SerialSettings& settings) {
+  port_.setBaudRate(settings.Speed);
+  port_.setParity(settings.Parity);
+  port_.setDataBits(settings.DataBits);
+  port_.setStopBits(settings.StopBits);
+  port_.setFlowControl(QSerialPort::NoFlowControl);
+}
+
+void QtSerialPort::Close() {
+  if (port_.isOpen()) {
+    port_.close();
+  }
+  failure_ = QSerialPort::NoError;
+}
+
+std::string QtSerialPort::Settings() const {
+  return port_.isOpen() ? SerialSettingsText(port_) : "";
+}
+
+bool QtSerialPort::Write(std::string_view bytes) {
+  if (!port_.isOpen()) {
+    return false;
+  }
+  in_call_ = true;
+  const bool written = HandOver(bytes);
+  in_call_ = false;
+  Vanish();
+  return written && port_.isOpen();
+}
+
+// write() alone sends nothing before the event loop runs; flush() sends at once.
+bool QtSerialPort::HandOver(std::string_view bytes) {
+  const auto size = static_cast<qint64>(bytes.size());
+  if (port_.write(bytes.data(), size) != size) {
+    return false;
+  }
+  port_.flush();
+  if (failure_ != QSerialPort::NoError) {
+    return false;
+  }
+  while (port_.bytesToWrite() > 0) {
+    if (!port_.waitForBytesWritten(static_cast<int>(kStuckLine.count()))) {
+      // What is left must not go out in the middle of a later exchange.
+      port_.clear(QSerialPort::Output);
+      return false;
+    }
+  }
+  return true;
+}
+
+// Characters reach the port's buffer only in a wait, so the taking of them is one, of no length.
+std::string QtSerialPort::ReadAll() {
+  for (int fetch = 0; fetch < kFetches && port_.isOpen() && WaitOnce(milliseconds(0)); ++fetch) {
+  }
+  return port_.isOpen() ? port_.readAll().toStdString() : "";
+}
+
+void QtSerialPort::WaitForData(nanoseconds limit) {
+  const QDeadlineTimer end(limit, Qt::PreciseTimer);
+  while (port_.isOpen() && port_.bytesAvailable() == 0) {
+    const nanoseconds left = end.remainingTimeAsDuration();
+    const auto whole = std::chrono::duration_cast<milliseconds>(left);
+    if (WaitOnce(whole) || end.hasExpired()) {
+      return;
+    }
+    if (whole.count() == 0) {
+      // The port counts whole milliseconds; the rest of the last one is slept without it.
+      std::this_thread::sleep_for(end.remainingTimeAsDuration());
+    }
+  }
+}
+
+// True if characters came. Runs no timers and serves no events.
+bool QtSerialPort::WaitOnce(milliseconds limit) {
+  in_call_ = true;
+  const bool came = port_.waitForReadyRead(static_cast<int>(limit.count()));
+  in_call_ = false;
+  Vanish();
+  return came;
+}
+
+int QtSerialPort::TakeEvent() {
+  return std::exchange(event_, 0);
+}
+
+// A device that went away reports its error without end as long as the port stays open and the
+// event loop runs, and takes a whole core for it: it is closed at once.
+void QtSerialPort::OnError(QSerialPort::SerialPortError error) {
+  if (IsHarmless(error)) {
+    return;
+  }
+  failure_ = error;
+  if (!in_call_) {
+    Vanish();
+  }
+}
+
+void QtSerialPort::Vanish() {
+  if (failure_ == QSerialPort::NoError) {
+    return;
+  }
+  event_ = kLastHarmlessPortEvent + static_cast<int>(failure_);
+  Close();
+}
+
+}  // namespace tavrel

@@ -1,0 +1,51 @@
+#ifndef TAVREL_PLATFORM_QT_QT_SERIAL_PORT_H_
+#define TAVREL_PLATFORM_QT_QT_SERIAL_PORT_H_
+
+#include <QSerialPort>
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "platform/qt/serial_settings.h"
+#include "platform/serial_port.h"
+
+namespace tavrel {
+
+// The serial port of the machine. Used from the thread of the user interface; the port is
+// locked against other programs while it is open.
+//
+// Events: 1000 + the QSerialPort error that closed the port.
+class QtSerialPort : public SerialPort {
+ public:
+  // `program_directory` may hold a file or link COMn that names the device of port n.
+  explicit QtSerialPort(std::string program_directory);
+
+  // A settings text that is empty or broken is refused like a port that does not exist.
+  [[nodiscard]] PortOpening Open(int number, std::string_view settings) override;
+  void Close() override;
+  [[nodiscard]] bool IsOpen() const override { return port_.isOpen(); }
+  [[nodiscard]] std::string Settings() const override;
+  bool Write(std::string_view bytes) override;
+  [[nodiscard]] std::string ReadAll() override;
+  void WaitForData(std::chrono::nanoseconds limit) override;
+  [[nodiscard]] int TakeEvent() override;
+
+ private:
+  void OnError(QSerialPort::SerialPortError error);
+  void Apply(const SerialSettings& settings);
+  void Vanish();
+  [[nodiscard]] bool WaitOnce(std::chrono::milliseconds limit);
+  [[nodiscard]] bool HandOver(std::string_view bytes);
+
+  std::string program_directory_;
+  QSerialPort port_;
+  // One of our own calls into port_ is running: an error is noted and the port closed when the
+  // call is back, never beneath it.
+  bool in_call_ = false;
+  QSerialPort::SerialPortError failure_ = QSerialPort::NoError;
+  int event_ = 0;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_QT_QT_SERIAL_PORT_H_

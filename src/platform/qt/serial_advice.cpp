@@ -1,0 +1,52 @@
+#include "platform/qt/serial_advice.h"
+
+#include <grp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tavrel {
+namespace {
+
+// The group that owns the device; on this system serial ports belong to dialout.
+std::string OwnerGroup(const std::string& device) {
+  struct stat status {};
+  if (stat(device.c_str(), &status) != 0) {
+    return "dialout";
+  }
+  const group* owner = getgrgid(status.st_gid);
+  return owner == nullptr ? "dialout" : owner->gr_name;
+}
+
+std::string PortName(int number) {
+  return "COM" + std::to_string(number);
+}
+
+std::string PermissionAdvice(int number, const std::string& device) {
+  if (access(device.c_str(), R_OK | W_OK) != 0) {
+    return NoRightsAdvice(number, device, OwnerGroup(device));
+  }
+  return PortName(number) + " (" + device + ") is in use.\n\n" +
+         "Another program has it open. Close that program, or choose another port.";
+}
+
+}  // namespace
+
+std::string NoRightsAdvice(int number, const std::string& device, const std::string& group) {
+  return "You have no right to open " + PortName(number) + " (" + device + ").\n\n" +
+         "It belongs to the group \"" + group + "\". Join the group with\n\n" +
+         "sudo usermod -aG " + group + " $USER\n\n" + "and log in again.";
+}
+
+std::string AdviceFor(int number, const std::string& device, QSerialPort::SerialPortError error,
+                      const std::string& system_text) {
+  if (error == QSerialPort::PermissionError) {
+    return PermissionAdvice(number, device);
+  }
+  if (error == QSerialPort::DeviceNotFoundError) {
+    return PortName(number) + " does not exist: there is no device " + device + ".\n\n" +
+           "Is the adapter plugged in?";
+  }
+  return PortName(number) + " (" + device + ") does not open: " + system_text;
+}
+
+}  // namespace tavrel

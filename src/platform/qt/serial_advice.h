@@ -1,0 +1,23 @@
+#ifndef TAVREL_PLATFORM_QT_SERIAL_ADVICE_H_
+#define TAVREL_PLATFORM_QT_SERIAL_ADVICE_H_
+
+#include <QSerialPort>
+#include <string>
+
+// Why a port does not open, and what the user can do about it, in plain words.
+namespace tavrel {
+
+// `device` is the path that was tried for COM`number`, `error` and `system_text` what the
+// system said to it. Looks at the device: a lack of rights and a port that another program has
+// open are told apart.
+[[nodiscard]] std::string AdviceFor(int number, const std::string& device,
+                                    QSerialPort::SerialPortError error,
+                                    const std::string& system_text);
+
+// The text for a device that belongs to `group` and may not be opened.
+[[nodiscard]] std::string NoRightsAdvice(int number, const std::string& device,
+                                         const std::string& group);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_QT_SERIAL_ADVICE_H_
