@@ -32,6 +32,7 @@ struct SheetRow {
   bool cmd_WorkEnabled = false;
 };
 
+// The whole form.
 struct SheetValues {
   std::string Caption;
   BySlot<SheetRow> Rows;   // 0 is the viewed file
