@@ -23,8 +23,8 @@ void Worsen(Reply& reply, Fate fate) {
 
 void InstrumentLine::Add(const InstrumentSettings& settings) {
   const std::uint64_t fault_seed = settings.seed * 16U + static_cast<std::uint64_t>(settings.inet);
-  stations_.push_back(
-      {std::make_unique<Instrument>(settings, truth_), FaultBook(fault_seed), std::string()});
+  Station station{std::make_unique<Instrument>(settings, truth_), FaultBook(fault_seed), {}};
+  stations_.push_back(std::move(station));
 }
 
 InstrumentLine::Station* InstrumentLine::FindStation(int inet) {
