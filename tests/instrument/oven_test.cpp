@@ -8,7 +8,8 @@ namespace {
 constexpr double kRoom = 22.0;
 
 void Heat(Oven& oven, double power, double seconds, double step = 0.25) {
-  for (double time = 0.0; time < seconds; time += step) {
+  const auto steps = static_cast<int>(seconds / step);
+  for (int i = 0; i < steps; ++i) {
     oven.Step(power, step);
   }
 }

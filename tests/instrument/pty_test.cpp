@@ -55,7 +55,7 @@ class Program {
     std::ifstream file(Path(name));
     return {std::istreambuf_iterator<char>(file), {}};
   }
-  std::string Command(const std::string& text) {
+  [[nodiscard]] std::string Command(const std::string& text) const {
     std::string answer;
     return SendCommand(Path("ctl"), text, answer) ? answer + "ok" : answer;
   }
@@ -237,6 +237,14 @@ TEST(Program, UnplugHangsUpAndPlugBringsTheLineBack) {
   const HostPort again(program.Path("COM1"));
   ASSERT_TRUE(again.IsOpen());
   EXPECT_EQ(again.Ask("W01?"), "03E8\r");
+}
+
+TEST(Program, LineMayBeginUnplugged) {
+  Program program({"--line-speed", "none", "--unplugged"});
+  EXPECT_EQ(program.FirstLine(), "ready unplugged");
+  EXPECT_FALSE(std::filesystem::is_symlink(program.Path("COM1")));
+  ASSERT_EQ(program.Command("plug"), "ok");
+  EXPECT_EQ(HostPort(program.Path("COM1")).Ask("W01?"), "0000\r");
 }
 
 TEST(Program, SilenceAtStartEndsByCommand) {

@@ -11,7 +11,7 @@ namespace {
 
 TEST(Sensor, CurveAndItsInverseFit) {
   for (const int code : {int{kFeCuNi}, int{kNiCrNi}, int{kNiSil}, int{kLinear}}) {
-    for (double degrees = -300.0; degrees < 900.0; degrees += 7.0) {
+    for (int degrees = -300; degrees < 900; degrees += 7) {
       EXPECT_NEAR(TrueDegrees(code, LinearDegrees(code, degrees)), degrees, 1e-9) << code;
     }
   }
