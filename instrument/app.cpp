@@ -50,7 +50,10 @@ bool App::Start(std::string& error) {
     error = "cannot write " + options_.wire_log_path;
     return false;
   }
-  if (!CatchSignals(error) || !PrepareInstruments(error) || !Plug(error)) {
+  if (!CatchSignals(error) || !PrepareInstruments(error)) {
+    return false;
+  }
+  if (!options_.unplugged && !Plug(error)) {
     return false;
   }
   clock_.Start(Now());

@@ -28,7 +28,7 @@ class App : private Switchboard {
   // Serves until SIGTERM, SIGINT or the command "quit".
   void Run();
 
-  // The pseudo-terminal's name.
+  // The pseudo-terminal's name, empty while unplugged.
   [[nodiscard]] std::string PortPath() const override { return pty_.Path(); }
 
  private:

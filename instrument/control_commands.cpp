@@ -54,9 +54,8 @@ std::optional<int> TestNamed(std::string_view name) {
 }  // namespace
 
 std::vector<int> ControlCommands::Targets(std::string_view word) {
-  const std::vector<int> there = line_.Numbers();
   if (word == "all") {
-    return there;
+    return line_.Numbers();
   }
   const auto inet = ParseNumber<int>(word, 1, kHighestInet);
   return inet && line_.Find(*inet) != nullptr ? std::vector<int>{*inet} : std::vector<int>{};

@@ -51,7 +51,7 @@ class Controller {
   [[nodiscard]] int Status() const { return status_; }
   [[nodiscard]] double Setpoint() const { return setpoint_; }
   [[nodiscard]] double Output() const { return output_; }
-  // What reaches the heater: the output, but nothing while the safety contact is open.
+  // What reaches the heater: the output, but nothing with "off" and "fail".
   [[nodiscard]] double HeaterPower() const;
 
  private:

@@ -391,9 +391,10 @@ bool Instrument::StartSampling(std::optional<int> input, int seconds) {
   if (seconds % SamplingUnit() != 0) {
     return false;
   }
+  const int units = seconds / SamplingUnit();
   const int last = input.value_or(kInputCount - 1);
   for (int each = input.value_or(1); each <= last; ++each) {
-    Keep('S', each, seconds / SamplingUnit());
+    Keep('S', each, units);
     sampler_.SetInterval(each, seconds, Second());
   }
   return true;

@@ -21,16 +21,18 @@ void Worsen(Reply& reply, Fate fate) {
 
 }  // namespace
 
+InstrumentLine::Station::Station(const InstrumentSettings& settings, TruthLog& truth)
+    : instrument(settings, truth),
+      faults(settings.seed * 16U + static_cast<std::uint64_t>(settings.inet)) {}
+
 void InstrumentLine::Add(const InstrumentSettings& settings) {
-  const std::uint64_t fault_seed = settings.seed * 16U + static_cast<std::uint64_t>(settings.inet);
-  stations_.push_back(
-      {std::make_unique<Instrument>(settings, truth_), FaultBook(fault_seed), std::string()});
+  stations_.emplace_back(settings, truth_);
 }
 
 InstrumentLine::Station* InstrumentLine::FindStation(int inet) {
-  const auto has_number = [inet](const Station& s) { return s.instrument->Inet() == inet; };
+  const auto has_number = [inet](const Station& s) { return s.instrument.Inet() == inet; };
   const auto by_number = [](const Station& a, const Station& b) {
-    return a.instrument->Inet() < b.instrument->Inet();
+    return a.instrument.Inet() < b.instrument.Inet();
   };
   const auto found = inet == 0 ? std::min_element(stations_.begin(), stations_.end(), by_number)
                                : std::find_if(stations_.begin(), stations_.end(), has_number);
@@ -39,7 +41,7 @@ InstrumentLine::Station* InstrumentLine::FindStation(int inet) {
 
 Instrument* InstrumentLine::Find(int inet) {
   Station* station = FindStation(inet);
-  return station == nullptr ? nullptr : station->instrument.get();
+  return station == nullptr ? nullptr : &station->instrument;
 }
 
 FaultBook* InstrumentLine::FaultsOf(int inet) {
@@ -50,7 +52,7 @@ FaultBook* InstrumentLine::FaultsOf(int inet) {
 std::vector<int> InstrumentLine::Numbers() const {
   std::vector<int> numbers;
   for (const Station& station : stations_) {
-    numbers.push_back(station.instrument->Inet());
+    numbers.push_back(station.instrument.Inet());
   }
   std::sort(numbers.begin(), numbers.end());
   return numbers;
@@ -58,7 +60,7 @@ std::vector<int> InstrumentLine::Numbers() const {
 
 void InstrumentLine::Advance(std::int64_t ticks, Instrument::Pace pace) {
   for (Station& station : stations_) {
-    station.instrument->Advance(ticks, pace);
+    station.instrument.Advance(ticks, pace);
   }
 }
 
@@ -91,7 +93,7 @@ Reply InstrumentLine::Obey(Station& station, const Command& command) {
     reply.bytes = kRefused;
     return reply;
   }
-  Instrument& instrument = *station.instrument;
+  Instrument& instrument = station.instrument;
   if (!command.write) {
     return ReadValue(instrument, command);
   }

@@ -2,7 +2,7 @@
 #define TAVREL_INSTRUMENT_INSTRUMENT_LINE_H_
 
 #include <chrono>
-#include <memory>
+#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,7 +46,8 @@ class InstrumentLine {
 
  private:
   struct Station {
-    std::unique_ptr<Instrument> instrument;
+    Station(const InstrumentSettings& settings, TruthLog& truth);
+    Instrument instrument;
     FaultBook faults;
     std::string last_reply;
   };
@@ -58,7 +59,7 @@ class InstrumentLine {
 
   LineMode mode_;
   TruthLog& truth_;
-  std::vector<Station> stations_;
+  std::deque<Station> stations_;
 };
 
 }  // namespace instrument

@@ -29,7 +29,8 @@ int RunLine(const instrument::Options& options) {
   if (!app.Start(error)) {
     return Fail(error);
   }
-  std::printf("ready %s\n", app.PortPath().c_str());
+  const std::string port = app.PortPath();
+  std::printf("ready %s\n", port.empty() ? "unplugged" : port.c_str());
   std::fflush(stdout);
   app.Run();
   return 0;

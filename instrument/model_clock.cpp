@@ -5,8 +5,8 @@
 namespace instrument {
 namespace {
 
-constexpr std::int64_t kHour = 3600LL * Instrument::kTicksPerSecond;
-constexpr std::int64_t kLongestLag = 40 * 24 * kHour;
+constexpr std::int64_t kHour = std::int64_t{3600} * Instrument::kTicksPerSecond;
+constexpr std::int64_t kLongestLag = 40LL * 24LL * kHour;
 // Beyond this lag the ovens are computed once a second only.
 constexpr std::int64_t kCoarseBeyond = 6 * kHour;
 constexpr std::int64_t kPortion = kHour / 2;

@@ -124,11 +124,9 @@ bool OptionReader::Take(std::string_view name, const std::string& value) {
 }
 
 void OptionReader::TakeFlag(std::string_view name) {
-  if (name == "--warm") {
-    fleet_.warm = true;
-  } else {
-    options_.help = true;
-  }
+  fleet_.warm = fleet_.warm || name == "--warm";
+  options_.unplugged = options_.unplugged || name == "--unplugged";
+  options_.help = options_.help || name == "--help";
 }
 
 bool OptionReader::TakeMode(std::string_view value) {
@@ -345,7 +343,7 @@ std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, s
   OptionReader reader;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& name = arguments[i];
-    if (name == "--warm" || name == "--help") {
+    if (name == "--warm" || name == "--unplugged" || name == "--help") {
       reader.TakeFlag(name);
       continue;
     }
@@ -379,6 +377,7 @@ const char* HelpText() {
   --line-speed none|BAUD      time that characters take (4800 direct, 9600 plug-in)
   --seed N                    noise and faults (1)
   --fault [INET:]NAME[=LEVEL] a fault from the start
+  --unplugged                 no pseudo-terminal until the command plug
   --control PATH              unix socket for commands while it runs
   --log FILE                  every byte on the line
   --truth FILE                every sample and what became of it

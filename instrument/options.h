@@ -47,6 +47,7 @@ struct Options {
   std::vector<OvenOption> ovens;
   std::vector<BacklogOption> backlog;
   std::vector<FaultOption> faults;
+  bool unplugged = false;  // the line begins unplugged
   bool help = false;
   // Set for the client: send `command` to the control socket at `control_path` and end.
   std::optional<std::string> command;

@@ -1,0 +1,95 @@
+#include "instrument/sensor.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "instrument/measuring.h"
+
+namespace instrument {
+namespace {
+
+TEST(Sensor, CurveAndItsInverseFit) {
+  for (const int code : {int{kFeCuNi}, int{kNiCrNi}, int{kNiSil}, int{kLinear}}) {
+    for (int degrees = -300; degrees < 900; degrees += 7) {
+      EXPECT_NEAR(TrueDegrees(code, LinearDegrees(code, degrees)), degrees, 1e-9) << code;
+    }
+  }
+}
+
+TEST(Sensor, CurveRunsThroughItsTellingRows) {
+  EXPECT_NEAR(TrueDegrees(kFeCuNi, 116.0), 119.85, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kNiCrNi, 292.0), 296.35, 1e-9);
+}
+
+TEST(Sensor, FactoryCalibrationShowsTheTrueTemperature) {
+  const Measuring measuring(7);
+  for (int input = 1; input < kInputCount; ++input) {
+    const double cold = measuring.TerminalDegrees(100);
+    const int raw = measuring.Raw(input, 333.0, 100);
+    EXPECT_NEAR(ShownWord(measuring.Factory(input), raw, cold) / 20.0, 333.0, 0.2) << input;
+  }
+  const int raw = measuring.Raw(0, 0.0, 100);
+  EXPECT_NEAR(ShownWord(measuring.Factory(0), raw, 0.0) / 100.0, measuring.TerminalDegrees(100),
+              0.05);
+}
+
+TEST(Sensor, CodeZeroShowsTheRawReading) {
+  Calibration calibration{.offset = 5, .divisor_whole = 2, .divisor_fraction = 0, .code = 0};
+  EXPECT_EQ(ShownWord(calibration, 1234, 25.0), 1234);
+  calibration.code = kLinear;
+  EXPECT_EQ(ShownWord(calibration, 1205, 25.0), 600);
+}
+
+TEST(Sensor, NeverShowsTheWordForNoValue) {
+  const Calibration calibration{
+      .offset = 32767, .divisor_whole = 0, .divisor_fraction = 1, .code = kLinear};
+  EXPECT_EQ(ShownWord(calibration, -32767, 25.0), -32767);
+  EXPECT_EQ(
+      ShownWord({.offset = 0, .divisor_whole = 0, .divisor_fraction = 0, .code = kLinear}, 1, 25.0),
+      32767);
+}
+
+TEST(Measuring, ShortedInputReadsItsOffset) {
+  Measuring measuring(7);
+  measuring.Connect(3, {Connection::Kind::kShorted, 0.0});
+  EXPECT_NEAR(measuring.Raw(3, 500.0, 10), measuring.Factory(3).offset, 3);
+}
+
+TEST(Measuring, OpenThermocoupleReadsFullScale) {
+  Measuring measuring(7);
+  measuring.Connect(3, {Connection::Kind::kBroken, 0.0});
+  EXPECT_EQ(measuring.Raw(3, 20.0, 10), kFullScale);
+  EXPECT_TRUE(measuring.IsBroken(3));
+}
+
+TEST(Measuring, NoiseIsAFewStepsAndTheSameForTheSameSeed) {
+  const Measuring one(7);
+  const Measuring same(7);
+  const Measuring other(8);
+  int differences = 0;
+  for (std::int64_t second = 0; second < 1000; ++second) {
+    const double cold = one.TerminalDegrees(second);
+    const int raw = one.Raw(1, 200.0, second);
+    EXPECT_EQ(raw, same.Raw(1, 200.0, second));
+    EXPECT_NEAR(ShownWord(one.Factory(1), raw, cold), 4000, 4);
+    differences += raw != other.Raw(1, 200.0, second) ? 1 : 0;
+  }
+  EXPECT_GT(differences, 500);
+}
+
+TEST(Noise, HasMeanZeroAndDeviationOne) {
+  double sum = 0.0;
+  double squares = 0.0;
+  constexpr int kDraws = 20000;
+  for (std::uint64_t key = 0; key < kDraws; ++key) {
+    const double noise = NoiseOf(key);
+    sum += noise;
+    squares += noise * noise;
+  }
+  EXPECT_NEAR(sum / kDraws, 0.0, 0.03);
+  EXPECT_NEAR(std::sqrt(squares / kDraws), 1.0, 0.03);
+}
+
+}  // namespace
+}  // namespace instrument
