@@ -81,6 +81,9 @@ std::string LinkTarget(const std::string& path) {
 // 0 if `path` may be replaced, else the error number. Only plain files are replaced, and none
 // that the user has write-protected, although a rename would get by.
 int ReplaceRefusal(const std::string& path) {
+  if (ToPath(path).empty()) {
+    return ENOENT;
+  }
   std::error_code error;
   const fs::file_status status = fs::status(ToPath(path), error);
   if (!fs::exists(status)) {

@@ -170,6 +170,12 @@ TEST_F(FileSystemTest, ReplaceFileSaysWhyItCannotWrite) {
   EXPECT_EQ(Names(), 3U);
 }
 
+TEST_F(FileSystemTest, ReplaceFileTakesNoPathWithAZeroByteForAShorterOne) {
+  directory_.Write("A", "old");
+  EXPECT_NE(ReplaceFile(directory_.File("A") + std::string("\0x", 2), "new"), "");
+  EXPECT_EQ(directory_.Read("A"), "old");
+}
+
 TEST_F(FileSystemTest, ReplaceFileKeepsALinkAndReplacesItsFile) {
   fs::create_directory(directory_.File("real"));
   directory_.Write("real/A", "old");

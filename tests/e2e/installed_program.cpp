@@ -1,0 +1,126 @@
+#include "tests/e2e/installed_program.h"
+
+#include <signal.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+namespace tavrel {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr int kHeader = 1000;  // bytes
+
+// The window of the program with `pid`, as the screen's number for it; empty if there is none.
+std::string WindowOf(pid_t pid, const std::string& name) {
+  Process search({"xdotool", "search", "--onlyvisible", "--all", "--pid", std::to_string(pid),
+                  "--name", name});
+  return search.ReadLine(seconds(5));
+}
+
+// Two bytes of a sample, little-endian.
+std::int16_t WordAt(const std::string& bytes, std::size_t place) {
+  std::int16_t word = 0;
+  std::memcpy(&word, bytes.data() + place, sizeof word);
+  return word;
+}
+
+}  // namespace
+
+VirtualScreen::VirtualScreen()
+    : server_({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"}) {
+  number_ = server_.ReadLine(seconds(20));
+  setenv("DISPLAY", (":" + number_).c_str(), 1);
+  setenv("QT_QPA_PLATFORM", "xcb", 1);
+}
+
+InstalledProgram::InstalledProgram() {
+  RunCommand({"cmake", "--install", TAVREL_BUILD_DIRECTORY, "--prefix", Directory()});
+}
+
+bool InstalledProgram::Prepare(const std::vector<std::string>& arguments) const {
+  std::vector<std::string> command = {PREPARE_INSTALLATION, Directory()};
+  command.insert(command.end(), arguments.begin(), arguments.end());
+  return RunCommand(command) == 0;
+}
+
+bool InstalledProgram::StartInstruments(const std::vector<std::string>& options) {
+  std::vector<std::string> command = {
+      directory_.File("tavrel-instrument"), "--link",  directory_.File("COM1"),     "--control",
+      directory_.File("control"),           "--truth", directory_.File("truth.txt")};
+  command.insert(command.end(), options.begin(), options.end());
+  instruments_ = Process(command);
+  return instruments_.ReadLine(seconds(20)).rfind("ready", 0) == 0;
+}
+
+bool InstalledProgram::Tell(const std::string& command) const {
+  return RunCommand({directory_.File("tavrel-instrument"), "--send", directory_.File("control"),
+                     command}) == 0;
+}
+
+bool InstalledProgram::Start() {
+  program_ = Process({directory_.File("tavrel")});
+  const auto splash_is_left = [this] {
+    const std::string splash = WindowOf(program_.Pid(), ".");
+    if (!splash.empty()) {
+      RunCommand({"xdotool", "mousemove", "--window", splash, "60", "200", "click", "1"});
+    }
+    return !WindowOf(program_.Pid(), "TAVREL  6.1").empty();
+  };
+  return WaitUntil(splash_is_left, seconds(40));
+}
+
+bool InstalledProgram::End() {
+  program_.Signal(SIGTERM);
+  return program_.Wait(seconds(20)) == 0;
+}
+
+void InstalledProgram::Kill() {
+  program_ = Process();
+}
+
+std::vector<std::vector<std::int16_t>> InstalledProgram::Rows(const std::string& file,
+                                                              int channels) const {
+  const std::string bytes = directory_.Read("tavdat/" + file);
+  std::vector<std::vector<std::int16_t>> rows;
+  const std::size_t row_bytes = 2 * static_cast<std::size_t>(channels);
+  for (std::size_t start = kHeader; start + row_bytes <= bytes.size(); start += row_bytes) {
+    rows.emplace_back();
+    for (std::size_t place = start; place < start + row_bytes; place += 2) {
+      rows.back().push_back(WordAt(bytes, place));
+    }
+  }
+  return rows;
+}
+
+Truth InstalledProgram::ReadTruth() const {
+  Truth truth;
+  std::ifstream file(directory_.File("truth.txt"));
+  for (std::string line; std::getline(file, line);) {
+    std::istringstream fields(line);
+    std::string kind;
+    std::string fate;
+    double time = 0;
+    int inet = 0;
+    int input = 0;
+    int number = 0;
+    int word = 0;
+    fields >> kind >> time >> inet >> input >> number >> word >> fate;
+    if (kind == "sample") {
+      truth.taken[{inet, input}].push_back(static_cast<std::int16_t>(word));
+    } else if (kind == "handed") {
+      truth.handed[{inet, input}].emplace_back(number, static_cast<std::int16_t>(word));
+      truth.lost += fate == "good" ? 0 : 1;
+    } else if (kind == "overrun") {
+      ++truth.overruns;
+    }
+  }
+  return truth;
+}
+
+}  // namespace tavrel

@@ -1,0 +1,76 @@
+#ifndef TAVREL_TESTS_E2E_INSTALLED_PROGRAM_H_
+#define TAVREL_TESTS_E2E_INSTALLED_PROGRAM_H_
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/e2e/process.h"
+#include "tests/support/temporary_directory.h"
+
+namespace tavrel {
+
+// A screen that nobody sees, for a program with windows. Up as long as this lives; DISPLAY
+// names it.
+class VirtualScreen {
+ public:
+  VirtualScreen();
+  [[nodiscard]] bool IsUp() const { return !number_.empty(); }
+
+ private:
+  Process server_;
+  std::string number_;
+};
+
+// One row of the truth file: a sample that an input took, by its running number.
+struct Truth {
+  // By instrument and input: the words in the order in which they were taken.
+  std::map<std::pair<int, int>, std::vector<std::int16_t>> taken;
+  // The same for those that were handed over, with their running numbers.
+  std::map<std::pair<int, int>, std::vector<std::pair<int, std::int16_t>>> handed;
+  int lost = 0;  // handed over, but never whole on the line
+  int overruns = 0;
+};
+
+// The program as a user gets it: installed into a directory of its own, with settings and
+// recording files, started beside a line of virtual instruments.
+class InstalledProgram {
+ public:
+  InstalledProgram();
+
+  [[nodiscard]] const std::string& Directory() const { return directory_.Path(); }
+
+  // Settings and slots in the words of prepare_installation.
+  [[nodiscard]] bool Prepare(const std::vector<std::string>& arguments) const;
+
+  // Starts tavrel-instrument with `options`, linked as COM1; true once the line is up.
+  [[nodiscard]] bool StartInstruments(const std::vector<std::string>& options);
+
+  // One control command; true if it was answered by ok.
+  [[nodiscard]] bool Tell(const std::string& command) const;
+
+  // Starts the program and leaves its splash as a user does; true once the main form is there.
+  [[nodiscard]] bool Start();
+
+  // Asks the program to end as its close box does; true if it ended by itself, in time.
+  [[nodiscard]] bool End();
+
+  // Kills it in the middle of whatever it does.
+  void Kill();
+
+  // Samples of a recording, rows of `channels` words.
+  [[nodiscard]] std::vector<std::vector<std::int16_t>> Rows(const std::string& file,
+                                                            int channels) const;
+  [[nodiscard]] Truth ReadTruth() const;
+
+ private:
+  TemporaryDirectory directory_;
+  Process instruments_;
+  Process program_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_TESTS_E2E_INSTALLED_PROGRAM_H_
