@@ -78,10 +78,6 @@ void RecordingEngine::StopRecording(int slot) {
   if (!dialogs_.AskOk({"stop acquisition", " ", BoxIcon::kQuestion})) {
     return;
   }
-  // While the question stood there the file may have become full.
-  if (state_.Unit[slot].UnitRecOn != 1) {
-    return;
-  }
   if (state_.WriteFailed[slot] && IsSetComplete(slot)) {
     static_cast<void>(AppendSet(slot));
   }
@@ -114,10 +110,16 @@ void RecordingEngine::EndOfRecording(int slot) {
   }
 }
 
-// Without an acknowledge the order is repeated on the ten-second tick.
 void RecordingEngine::SwitchControllerOff(int slot) {
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  state_.StopPending[slot] = !WriteRegister("Z", state_.Unit[slot].UnitCtrl, kControllerOff);
+  const UnitRecord& unit = state_.Unit[slot];
+  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl};
+  OrderStop(slot);
+}
+
+// Without an acknowledge the order is repeated on the ten-second tick.
+void RecordingEngine::OrderStop(int slot) {
+  link_.ComInet = stop_orders_[slot].inet;
+  state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
 }
 
 // At every moment of this the settings on the disk name a file whose header says that the

@@ -208,7 +208,7 @@ void RecordingEngine::TenSecondTick() {
   const Messages::Deferral deferral(messages_);
   for (int slot = 1; slot <= kSlots; ++slot) {
     if (state_.StopPending[slot]) {
-      SwitchControllerOff(slot);
+      OrderStop(slot);
     }
     if (state_.SlotFile[slot].empty() || state_.ReadState[slot] == ReadState::kIdle) {
       continue;

@@ -36,7 +36,7 @@ class RecordingEngine {
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
   // written is opened once more, and a controller that the end action could not switch off is
-  // told once more.
+  // told once more while StopPending(slot) is true.
   void TenSecondTick();
 
   // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
@@ -78,9 +78,17 @@ class RecordingEngine {
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
+  void OrderStop(int slot);
   void GoOnInNextFile(int slot);
   void SaveSettings(int slot);
   void StopInFile(int slot);
+
+  // The controller that an end action has to switch off. Kept apart from the slot's header, for
+  // the slot may be given to another one before the order is acknowledged.
+  struct StopOrder {
+    std::int16_t inet = 0;
+    std::int16_t controller = 0;
+  };
 
   RunState& state_;
   Link& link_;
@@ -89,6 +97,7 @@ class RecordingEngine {
   Messages& messages_;
   Dialogs& dialogs_;
   Screens& screens_;
+  BySlot<StopOrder> stop_orders_{};
 };
 
 }  // namespace tavrel

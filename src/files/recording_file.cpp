@@ -54,11 +54,6 @@ std::int64_t HeadersIn(std::int64_t length) {
   return std::llrint(static_cast<double>(length) / kHeaderBytes);
 }
 
-// True if what the instrument is told for one of them reaches the controller of the other.
-bool HaveSameController(const UnitRecord& left, const UnitRecord& right) {
-  return left.UnitInet == right.UnitInet && left.UnitCtrl == right.UnitCtrl;
-}
-
 }  // namespace
 
 RecordingFiles::RecordingFiles(RunState& state, const Clock& clock, Messages& messages)
@@ -116,19 +111,12 @@ std::string RecordingFiles::ReadHeader(int slot, std::int64_t length) {
   if (file.ReadAt(0, std::as_writable_bytes(std::span(&unit, 1))) < 0) {
     return state_.SlotFile[slot] + ": " + file.Error();
   }
-  TakeHeader(slot, unit);
+  state_.Unit[slot] = unit;
   if (!IsTavrelHeader(unit)) {
     return state_.SlotFile[slot] + "  is not a Tavrel-file !";
   }
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
   return "";
-}
-
-void RecordingFiles::TakeHeader(int slot, const UnitRecord& unit) {
-  if (!HaveSameController(state_.Unit[slot], unit)) {
-    state_.StopPending[slot] = false;
-  }
-  state_.Unit[slot] = unit;
 }
 
 void RecordingFiles::DeriveValues(int slot) {

@@ -83,7 +83,6 @@ class RecordingFiles {
   [[nodiscard]] bool OpenSameFile(int slot);
   [[nodiscard]] bool HoldsRowsOfSlot(int slot);
   [[nodiscard]] bool IsNameTaken(int slot, const std::string& name) const;
-  void TakeHeader(int slot, const UnitRecord& unit);
   void DeriveValues(int slot);
   void Refuse(int slot, const char* title, const std::string& text);
   void ForgetShown(int slot);

@@ -91,6 +91,16 @@ TEST(EndOfRecording, RepeatsTheStopOncePerTickUntilItIsAcknowledged) {
   EXPECT_FALSE(room.state.StopPending[12]);
 }
 
+TEST(EndOfRecording, RepeatsTheStopToTheSameControllerWhateverTheSlotHoldsSince) {
+  ShortFile room(1, kName, 4);
+  room.line.silent.insert(2);
+  room.Pump(1);
+  room.Open(12, "M020202A.NEW", BytesOf(HeaderOf(5, {1})));
+  room.engine.TenSecondTick();
+  EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r", "Z13=0\r"}));
+  EXPECT_TRUE(room.state.StopPending[12]);
+}
+
 TEST(EndOfRecording, SwitchesTheControllerOffEvenIfTheHeaderCannotBeWritten) {
   ShortFile room(1, kName, 4);
   std::filesystem::rename(room.directory.Path(), room.directory.Path() + "-away");

@@ -170,18 +170,6 @@ TEST(OpenRecordingFile, MakesTheScreensForgetTheFileBefore) {
   EXPECT_FALSE(room.state.PartPrepared);
 }
 
-TEST(OpenRecordingFile, ForgetsAPendingStopOnlyIfTheControllerIsAnotherOne) {
-  RecordingRoom room;
-  room.Open(1, "A.NEW", BytesOf(DefaultUnitRecord()));
-  room.state.StopPending[1] = true;
-  room.Open(1, "B.NEW", BytesOf(DefaultUnitRecord()));
-  EXPECT_TRUE(room.state.StopPending[1]);
-  UnitRecord other = DefaultUnitRecord();
-  other.UnitCtrl = 2;
-  room.Open(1, "C.NEW", BytesOf(other));
-  EXPECT_FALSE(room.state.StopPending[1]);
-}
-
 TEST(OpenRecordingFile, IgnoresSlotsThatDoNotExist) {
   RecordingRoom room;
   room.files.OpenRecordingFile(-1);

@@ -170,12 +170,15 @@ TEST(StopRecording, HidesTheBacklogOfItsSlot) {
   EXPECT_EQ(room.state.BacklogCount, 0);
 }
 
-TEST(StopRecording, SeesThatTheFileBecameFullBehindTheQuestion) {
+TEST(StopRecording, StopsTheNextFileIfTheFullOneWasLeftBehindTheQuestion) {
   PumpRoom room;
-  room.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  UnitRecord unit = Running(HeaderOf(1, {1}));
+  unit.UnitEndAction = 2;
+  room.Open(12, kName, BytesOf(unit));
   room.dialogs.on_box = [&] { room.engine.EndOfRecording(12); };
   room.engine.StopRecording(12);
-  EXPECT_EQ(room.state.Unit[12].UnitRecOn, 0);
+  EXPECT_EQ(room.RecordInFile("M011111B.NEW").UnitRecOn, 0);
+  EXPECT_EQ(room.state.ReadState[12], ReadState::kIdle);
 }
 
 TEST(StopRecording, KeepsAllRowsForAStartInTheSameFile) {
