@@ -15,9 +15,10 @@ namespace tavrel {
 namespace {
 
 constexpr int kWidth = 560;
-constexpr int kHeight = 264;
+constexpr int kHeight = 228;
 constexpr int kMargin = 36;
 constexpr int kEmblemSide = 112;
+constexpr int kHeatBar = 4;  // along the lower edge, from cold to hot
 
 QLabel* MakeLine(const QString& text, qreal size, QWidget* parent) {
   auto* label = new QLabel(text, parent);
@@ -63,7 +64,7 @@ AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   column->addWidget(kind);
   column->addWidget(lb_release_);
   column->addStretch(1);
-  column->addWidget(cmd_start_);
+  column->addWidget(cmd_start_, 0, Qt::AlignLeft);
   timer_load_.setSingleShot(true);
   connect(&timer_load_, &QTimer::timeout, this, &AllLoad::Leave);
   Place();
@@ -108,6 +109,11 @@ void AllLoad::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), palette().color(QPalette::Base));
   painter.setPen(EdgeOf(palette()));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  QLinearGradient heat(rect().bottomLeft(), rect().bottomRight());
+  heat.setColorAt(0.0, QColor(0x4F, 0x9F, 0xD8));
+  heat.setColorAt(0.6, QColor(0xF0, 0xA2, 0x4A));
+  heat.setColorAt(1.0, QColor(0xF2, 0x6B, 0x3A));
+  painter.fillRect(0, height() - kHeatBar, width(), kHeatBar, heat);
   DrawEmblem(painter, QRectF(kMargin, kMargin, kEmblemSide, kEmblemSide));
 }
 

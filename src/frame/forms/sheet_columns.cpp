@@ -52,7 +52,7 @@ SheetColumns::SheetColumns(const QFont& base) : HeadFont(base), ValueFont(base),
   Mark = 18;
   Number = WidthOf(ValueFont, "8") + 3 * kCellInset;
   Apparatus = WidthOf(ValueFont, "nnnnnnnnnnnnnnnn");
-  Degrees = std::max(WidthOf(ValueFont, "-8888.8"), WidthOf(HeadFont, "controller  °C"));
+  Degrees = std::max(WidthOf(ValueFont, "-8888.8"), WidthOf(HeadFont, "controller  [°C]"));
   Status = std::max(WidthOf(StatusFont, "disk !"), WidthOf(StatusFont, "dyn-")) + kCellInset;
   Hours = std::max(WidthOf(ValueFont, "8888.88"), WidthOf(HeadFont, "recorded  [h]"));
   File = WidthOf(StatusFont, "m888888m.mmm");

@@ -1,7 +1,6 @@
 #include "frame/forms/sheet_table.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -13,34 +12,56 @@ namespace {
 
 constexpr int kMargin = 14;
 constexpr int kGap = 12;
+constexpr int kPaperEdge = 1;
+constexpr int kNameIndent = 7;  // where the text of an edit field begins
 
-// A sheet of paper on the window: base colour, fine edge, rounded corners.
+// A sheet of paper on the window: base colour, fine edge, rounded corners. What is set apart
+// from the live rows lies on a paler sheet.
 class Paper : public QWidget {
  public:
-  using QWidget::QWidget;
+  Paper(qreal whiteness, QWidget* parent) : QWidget(parent), whiteness_(whiteness) {}
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(EdgeOf(palette()));
-    painter.setBrush(palette().color(QPalette::Base));
+    const QColor window = palette().color(QPalette::Window);
+    painter.setBrush(Blend(window, palette().color(QPalette::Base), whiteness_));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 6, 6);
   }
+
+ private:
+  qreal whiteness_;
 };
 
 // A word that tells what something is: less weight than what it tells about.
 QLabel* MakeMuted(const QString& text, QWidget* parent) {
   auto* label = new QLabel(text, parent);
+  label->setTextFormat(Qt::PlainText);
   QPalette muted;
   muted.setColor(QPalette::WindowText, MutedOf(parent->palette()));
   label->setPalette(muted);
   return label;
 }
 
+// The head of a column of temperatures with its unit, above the end of the figures.
+QWidget* WithUnit(QLabel* head) {
+  auto* both = new QWidget(head->parentWidget());
+  auto* box = new QHBoxLayout(both);
+  box->setContentsMargins(0, 0, 0, 0);
+  box->setSpacing(0);
+  QLabel* unit = MakeMuted("  [°C]", both);
+  unit->setFont(head->font());
+  box->addStretch(1);
+  box->addWidget(head);
+  box->addWidget(unit);
+  return both;
+}
+
 QVBoxLayout* MakeStack(QWidget* owner) {
   auto* stack = new QVBoxLayout(owner);
-  stack->setContentsMargins(1, 1, 1, 1);
+  stack->setContentsMargins(kPaperEdge, kPaperEdge, kPaperEdge, kPaperEdge);
   stack->setSpacing(0);
   return stack;
 }
@@ -49,17 +70,18 @@ QVBoxLayout* MakeStack(QWidget* owner) {
 
 SheetTable::SheetTable(QWidget* parent) : QWidget(parent), columns_(font()) {
   auto* stack = new QVBoxLayout(this);
-  stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin / 2);
+  stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   stack->setSpacing(kGap);
   stack->addWidget(MakePanel());
   stack->addStretch(1);
   stack->addWidget(MakeCommands());
   stack->addWidget(MakeViewed());
+  setMinimumWidth(SizeWith(0).width());
   ShowTips(tip_language_);
 }
 
 QWidget* SheetTable::MakePanel() {
-  pic_actual_ = new Paper(this);
+  pic_actual_ = new Paper(1.0, this);
   pic_actual_->setObjectName("picActual");
   auto* stack = MakeStack(pic_actual_);
   stack->addWidget(MakeHeads(pic_actual_));
@@ -79,14 +101,12 @@ QWidget* SheetTable::MakeHeads(QWidget* parent) {
     heads.at(place)->setFont(columns_.HeadFont);
   }
   const auto [tavrel, apparatus, controller, filename, recorded, reference] = heads;
-  apparatus->setIndent(7);
-  for (QLabel* figures : {controller, recorded, reference}) {
-    figures->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  }
-  tavrel->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+  tavrel->setAlignment(Qt::AlignCenter);
+  apparatus->setIndent(kNameIndent);
+  recorded->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   LayOutLine(*heads_, columns_,
-             {nullptr, tavrel, apparatus, reference, controller, nullptr, recorded, nullptr,
-              filename, nullptr});
+             {nullptr, tavrel, apparatus, WithUnit(reference), WithUnit(controller), nullptr,
+              recorded, nullptr, filename, nullptr});
   heads_->setFixedHeight(QFontMetrics(columns_.HeadFont).height() + 14);
   return heads_;
 }
@@ -121,18 +141,21 @@ QWidget* SheetTable::MakeCommands() {
 }
 
 QWidget* SheetTable::MakeViewed() {
-  auto* paper = new QWidget(this);
+  auto* paper = new Paper(0.35, this);
   auto* stack = MakeStack(paper);
   no_viewed_ = MakeMuted("no file opened", paper);
+  no_viewed_->setAlignment(Qt::AlignCenter);
   no_viewed_->setFixedHeight(columns_.RowHeight);
   stack->addWidget(no_viewed_);
   stack->addWidget(MakeRow(kViewedFile, paper));
   return paper;
 }
 
-int SheetTable::HeightWith(int rows) const {
-  const int below = pic_cmds_->sizeHint().height() + columns_.RowHeight + 2 * 1;
-  return heads_->height() + rows * columns_.RowHeight + below + 3 * kGap + 2 * kMargin;
+QSize SheetTable::SizeWith(int rows) const {
+  const int width = heads_->layout()->minimumSize().width();
+  const int commands = pic_cmds_->sizeHint().height() + columns_.RowHeight;
+  const int height = heads_->height() + rows * columns_.RowHeight + commands + 3 * kGap;
+  return {width + 2 * kPaperEdge + 2 * kMargin, height + 4 * kPaperEdge + 2 * kMargin};
 }
 
 void SheetTable::Show(const SheetValues& now) {

@@ -1,6 +1,7 @@
 #ifndef TAVREL_FRAME_FORMS_SHEET_TABLE_H_
 #define TAVREL_FRAME_FORMS_SHEET_TABLE_H_
 
+#include <QLabel>
 #include <QWidget>
 #include <array>
 
@@ -21,8 +22,8 @@ class SheetTable : public QWidget {
   // Copies what differs from what was shown last.
   void Show(const SheetValues& now);
 
-  // Height that the sheet takes with `rows` of the twelve in use.
-  [[nodiscard]] int HeightWith(int rows) const;
+  // What the sheet takes with `rows` of the twelve in use; its width is always the same.
+  [[nodiscard]] QSize SizeWith(int rows) const;
 
  signals:
   void NumberClicked(int row);
@@ -43,7 +44,7 @@ class SheetTable : public QWidget {
   QWidget* heads_ = nullptr;
   QWidget* pic_actual_ = nullptr;
   QWidget* pic_cmds_ = nullptr;
-  QWidget* no_viewed_ = nullptr;
+  QLabel* no_viewed_ = nullptr;
   GlyphButton* cmd_open_ = nullptr;
   Language tip_language_ = Language::kEnglish;
 };

@@ -23,7 +23,8 @@ using std::chrono::milliseconds;
 // A window that is never painted (it starts minimised) must measure all the same.
 constexpr milliseconds kPaintLimit{400};
 
-constexpr int kFewestRows = 4;  // a smaller window looks lost
+constexpr int kFewestRows = 4;     // a smaller window looks lost
+constexpr int kRoomForNames = 40;  // beside the least width
 
 QString Text(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
@@ -75,9 +76,10 @@ Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   connect(&timer_main_, &QTimer::timeout, this, &Tavrel::RunTick);
   first_display_.setSingleShot(true);
   connect(&first_display_, &QTimer::timeout, this, &Tavrel::FirstDisplay);
-  table_height_ = table_->HeightWith(std::clamp(expected_rows, kFewestRows, kSlots));
-  const int around = menuBar()->sizeHint().height() + statusBar()->sizeHint().height();
-  resize(table_->minimumSizeHint().width(), table_height_ + around);
+  const QSize sheet = table_->SizeWith(std::clamp(expected_rows, kFewestRows, kSlots));
+  table_height_ = sheet.height();
+  resize(sheet.width() + kRoomForNames,
+         sheet.height() + menuBar()->sizeHint().height() + statusBar()->height());
   Show();
 }
 
@@ -173,7 +175,7 @@ void Tavrel::GrowToRows() {
   const SheetValues& now = parts_.sheet.Values();
   const auto rows = std::count_if(now.Rows.begin() + 1, now.Rows.end(),
                                   [](const SheetRow& row) { return row.Sheet; });
-  const int needed = table_->HeightWith(static_cast<int>(rows));
+  const int needed = table_->SizeWith(static_cast<int>(rows)).height();
   if (needed <= table_height_) {
     return;
   }
