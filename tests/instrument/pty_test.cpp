@@ -186,6 +186,16 @@ TEST(Program, LeavesALinkThatPointsElsewhere) {
   EXPECT_TRUE(std::filesystem::is_symlink(program.Path("COM1")));
 }
 
+TEST(Program, LineIsRawBeforeAnyHostSetsIt) {
+  Program program({});
+  const FileDescriptor port(::open(program.Path("COM1").c_str(), O_RDWR | O_NOCTTY));
+  termios settings{};
+  ASSERT_EQ(::tcgetattr(port.Get(), &settings), 0);
+  EXPECT_EQ(settings.c_lflag & (ECHO | ICANON | ISIG), 0U);
+  EXPECT_EQ(settings.c_iflag & (ICRNL | IXON), 0U);
+  EXPECT_EQ(settings.c_oflag & OPOST, 0U);
+}
+
 TEST(Program, HostMayCloseAndOpenItsPort) {
   Program program({"--line-speed", "none"});
   EXPECT_EQ(HostPort(program.Path("COM1")).Ask("W01=3E8\r"), ".");
