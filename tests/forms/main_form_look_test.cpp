@@ -105,6 +105,17 @@ TEST_F(MainFormLook, SpeaksTheLanguageOfTheSettingsInItsTips) {
   EXPECT_EQ(Find("cmd_Open")->toolTip(), QString::fromUtf8(" Tavrel-Datei öffnen "));
 }
 
+TEST_F(MainFormLook, FollowsAChangeOfThePalette) {
+  Start();
+  const QPalette before = QApplication::palette();
+  QPalette dark(QColor(43, 45, 48));
+  QApplication::setPalette(dark);
+  QCoreApplication::processEvents();
+  const QColor head = Find("head_0")->palette().color(QPalette::WindowText);
+  QApplication::setPalette(before);
+  EXPECT_GT(head.lightness(), 128);
+}
+
 TEST_F(MainFormLook, HasTheCaptionOfTheSheet) {
   bench.state.Settings.CommPort = "----";
   Start();

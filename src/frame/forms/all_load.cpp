@@ -8,6 +8,7 @@
 #include <chrono>
 
 #include "frame/forms/emblem.h"
+#include "frame/forms/muted_label.h"
 #include "frame/forms/shades.h"
 #include "frame/start_up.h"
 
@@ -28,12 +29,6 @@ QLabel* MakeLine(const QString& text, qreal size, QWidget* parent) {
   return label;
 }
 
-void Mute(QLabel* label) {
-  QPalette muted;
-  muted.setColor(QPalette::WindowText, MutedOf(label->palette()));
-  label->setPalette(muted);
-}
-
 QLabel* MakeName(QWidget* parent) {
   QLabel* name = MakeLine("TAVREL", 3.0, parent);
   QFont spaced = name->font();
@@ -50,9 +45,8 @@ AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   setWindowIcon(EmblemIcon());
   setFixedSize(kWidth, kHeight);
   QLabel* kind = MakeLine("Measuring and Control System", 1.25, this);
-  lb_release_ = MakeLine("", 1.0, this);
+  lb_release_ = new MutedLabel("", this);
   lb_release_->setObjectName("lbRelease");
-  Mute(lb_release_);
   cmd_start_ = new GlyphButton(nullptr, this);
   cmd_start_->setObjectName("cmdStart");
   cmd_start_->setEnabled(false);

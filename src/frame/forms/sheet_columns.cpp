@@ -54,7 +54,7 @@ struct SheetColumns::Setting {
 SheetColumns::SheetColumns(const QFont& base, int room) {
   Measure(base, {0.95, 1.35, 1.1, 12, 10, 26, 16, "nnnnnnnnnnnnnnnn", 22});
   if (LineWidth() + 2 * Margin > room) {
-    Measure(base, {0.8, 1.05, 0.95, 4, 4, 6, 10, "nnnnnnnnnnn", 14});
+    Measure(base, {0.8, 1.05, 0.95, 4, 4, 6, 10, "nnnnnnnnn", 14});
   }
 }
 

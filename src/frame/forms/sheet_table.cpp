@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include "frame/forms/muted_label.h"
 #include "frame/forms/shades.h"
 #include "frame/tool_tips.h"
 
@@ -35,23 +36,13 @@ class Paper : public QWidget {
   qreal whiteness_;
 };
 
-// A word that tells what something is: less weight than what it tells about.
-QLabel* MakeMuted(const QString& text, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
-  label->setTextFormat(Qt::PlainText);
-  QPalette muted;
-  muted.setColor(QPalette::WindowText, MutedOf(parent->palette()));
-  label->setPalette(muted);
-  return label;
-}
-
 // The head of a column of temperatures with its unit, above the end of the figures.
 QWidget* WithUnit(QLabel* head) {
   auto* both = new QWidget(head->parentWidget());
   auto* box = new QHBoxLayout(both);
   box->setContentsMargins(0, 0, 0, 0);
   box->setSpacing(0);
-  QLabel* unit = MakeMuted("  [°C]", both);
+  auto* unit = new MutedLabel("  [°C]", both);
   unit->setFont(head->font());
   box->addStretch(1);
   box->addWidget(head);
@@ -98,7 +89,7 @@ QWidget* SheetTable::MakeHeads(QWidget* parent) {
   heads_ = new QWidget(parent);
   std::array<QLabel*, SheetHeads::head.size()> heads{};
   for (std::size_t place = 0; place < heads.size(); ++place) {
-    heads.at(place) = MakeMuted(SheetHeads::head.at(place), heads_);
+    heads.at(place) = new MutedLabel(SheetHeads::head.at(place), heads_);
     heads.at(place)->setObjectName(QString("head_%1").arg(place));
     heads.at(place)->setFont(columns_.HeadFont);
   }
@@ -145,7 +136,7 @@ QWidget* SheetTable::MakeCommands() {
 QWidget* SheetTable::MakeViewed() {
   auto* paper = new Paper(0.35, this);
   auto* stack = MakeStack(paper);
-  no_viewed_ = MakeMuted("no file opened", paper);
+  no_viewed_ = new MutedLabel("no file opened", paper);
   no_viewed_->setAlignment(Qt::AlignCenter);
   no_viewed_->setFixedHeight(columns_.RowHeight);
   stack->addWidget(no_viewed_);
