@@ -93,7 +93,8 @@ class Program {
   Messages messages_{dialogs_};
   SettingsStore settings_{state_};
   RecordingFiles files_{state_, clock_, messages_};
-  RecordingEngine engine_{{state_, link_, files_, settings_, messages_, dialogs_, screens_}};
+  RecordingEngine engine_{
+      {state_, link_, files_, settings_, messages_, dialogs_, screens_, clock_}};
   MainSheet sheet_{{state_, link_, clock_, screens_, events_}};
   MainCycle cycle_{{state_, link_, engine_, sheet_, messages_, clock_}};
   MainWindow window_{{state_, link_, files_, engine_, settings_, sheet_, cycle_, dialogs_, screens_,

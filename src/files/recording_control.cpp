@@ -31,6 +31,7 @@ void RecordingEngine::StartRecording(int slot) {
   screens_.Show(View::kTavWait);
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
   state_.SampleSeen[slot].fill(false);
+  state_.ColumnsInDoubt[slot] = false;
   state_.WriteFailed[slot] = false;
   state_.Unit[slot].UnitRecOn = 1;
   state_.ReadState[slot] = ReadState::kReading;
@@ -89,6 +90,7 @@ void RecordingEngine::StopInFile(int slot) {
   state_.ReadState[slot] = ReadState::kIdle;
   state_.WriteFailed[slot] = false;
   HideBacklog(slot);
+  files_.DropHeldSet(slot);
   files_.WriteHeader(slot);
 }
 
@@ -141,6 +143,7 @@ void RecordingEngine::GoOnInNextFile(int slot) {
   state_.SlotFile[slot] = next;
   files_.OpenRecordingFile(slot);
   state_.SampleSeen[slot] = seen;
+  state_.ColumnsInDoubt[slot] = false;
   if (slot == state_.SelSlot && state_.ActiveView == View::kTavGraph) {
     state_.GraphMustClose = true;
   }

@@ -132,7 +132,7 @@ void MainCycle::DoFreeWork() {
   }
 }
 
-void MainCycle::StepPrograms() {
+void MainCycle::StepPrograms() const {
   if (!guests_.step_program) {
     return;
   }

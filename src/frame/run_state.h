@@ -50,8 +50,10 @@ struct RunState {
   BySlot<bool> ProgRunning{};                          // a controller program runs on this slot
   BySlot<std::array<bool, kInputs + 1>> SampleSeen{};  // by input 1..15: arrived
   BySlot<std::array<std::int16_t, kInputs + 1>> SampleValue{};  // and its word
-  BySlot<bool> WriteFailed{};  // the set in hand could not be written yet
-  BySlot<bool> StopPending{};  // Z = 0 of the end action is not acknowledged yet
+  BySlot<bool> ColumnsInDoubt{};  // a value of the next set may be lost: compare the columns first
+  BySlot<int> AskedInput{};       // input whose reading was cut off, 0 for none
+  BySlot<bool> WriteFailed{};     // the set in hand could not be written yet
+  BySlot<bool> StopPending{};     // Z = 0 of the end action is not acknowledged yet
 
   // Selection and screen.
   int SelSlot = 0;     // slot on the worksheet and graph, 0 the viewed file

@@ -104,7 +104,7 @@ class BenchProgram {
   Messages messages{dialogs};
   RecordingFiles files{state, clock, messages};
   SettingsStore settings{state};
-  RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens}};
+  RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens, clock}};
   MainSheet sheet{{state, link, clock, screens, events}};
   MainCycle cycle{{state, link, engine, sheet, messages, clock}};
   MainWindow window{
