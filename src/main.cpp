@@ -30,6 +30,11 @@ namespace {
 class Program {
  public:
   Program() {
+    events_.BeforeRepaint([this] {
+      if (form_ != nullptr) {
+        form_->Show();
+      }
+    });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
   }
