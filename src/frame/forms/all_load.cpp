@@ -1,6 +1,6 @@
 #include "frame/forms/all_load.h"
 
-#include <QKeyEvent>
+#include <QEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QScreen>
@@ -8,6 +8,7 @@
 #include <chrono>
 
 #include "frame/forms/emblem.h"
+#include "frame/forms/muted_label.h"
 #include "frame/forms/shades.h"
 #include "frame/start_up.h"
 
@@ -28,12 +29,6 @@ QLabel* MakeLine(const QString& text, qreal size, QWidget* parent) {
   return label;
 }
 
-void Mute(QLabel* label) {
-  QPalette muted;
-  muted.setColor(QPalette::WindowText, MutedOf(label->palette()));
-  label->setPalette(muted);
-}
-
 QLabel* MakeName(QWidget* parent) {
   QLabel* name = MakeLine("TAVREL", 3.0, parent);
   QFont spaced = name->font();
@@ -50,12 +45,12 @@ AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   setWindowIcon(EmblemIcon());
   setFixedSize(kWidth, kHeight);
   QLabel* kind = MakeLine("Measuring and Control System", 1.25, this);
-  lb_release_ = MakeLine("", 1.0, this);
+  lb_release_ = new MutedLabel("", this);
   lb_release_->setObjectName("lbRelease");
-  Mute(lb_release_);
   cmd_start_ = new GlyphButton(nullptr, this);
   cmd_start_->setObjectName("cmdStart");
   cmd_start_->setEnabled(false);
+  cmd_start_->setFocusPolicy(Qt::NoFocus);
   connect(cmd_start_, &GlyphButton::clicked, this, &AllLoad::Leave);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(kMargin + kEmblemSide + kMargin, kMargin, kMargin, kMargin);
@@ -65,8 +60,10 @@ AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   column->addWidget(lb_release_);
   column->addStretch(1);
   column->addWidget(cmd_start_, 0, Qt::AlignLeft);
+  timer_load_.setObjectName("TimerLoad");
   timer_load_.setSingleShot(true);
   connect(&timer_load_, &QTimer::timeout, this, &AllLoad::Leave);
+  setFocusPolicy(Qt::StrongFocus);
   Place();
 }
 
@@ -81,7 +78,6 @@ void AllLoad::Show(const SplashValues& values) {
   cmd_start_->setAccessibleName(QString::fromStdString(values.cmdStart).trimmed());
   lb_release_->setText(QString::fromStdString(values.lbRelease));
   cmd_start_->setEnabled(true);
-  cmd_start_->setFocus();
   can_leave_ = true;
   timer_load_.start(std::chrono::seconds(kSplashSeconds));
 }
@@ -95,9 +91,14 @@ void AllLoad::Leave() {
   emit Left();
 }
 
-void AllLoad::keyPressEvent(QKeyEvent* event) {
+// Each key leaves, also those that would move the focus, and goes no further.
+bool AllLoad::event(QEvent* event) {
+  if (event->type() != QEvent::KeyPress) {
+    return QWidget::event(event);
+  }
   event->accept();
   Leave();
+  return true;
 }
 
 void AllLoad::mousePressEvent(QMouseEvent* /*event*/) {

@@ -2,15 +2,16 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
+#include "frame/forms/muted_label.h"
 #include "frame/forms/shades.h"
 #include "frame/tool_tips.h"
 
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 14;
 constexpr int kGap = 12;
 constexpr int kPaperEdge = 1;
 constexpr int kNameIndent = 7;  // where the text of an edit field begins
@@ -35,23 +36,13 @@ class Paper : public QWidget {
   qreal whiteness_;
 };
 
-// A word that tells what something is: less weight than what it tells about.
-QLabel* MakeMuted(const QString& text, QWidget* parent) {
-  auto* label = new QLabel(text, parent);
-  label->setTextFormat(Qt::PlainText);
-  QPalette muted;
-  muted.setColor(QPalette::WindowText, MutedOf(parent->palette()));
-  label->setPalette(muted);
-  return label;
-}
-
 // The head of a column of temperatures with its unit, above the end of the figures.
 QWidget* WithUnit(QLabel* head) {
   auto* both = new QWidget(head->parentWidget());
   auto* box = new QHBoxLayout(both);
   box->setContentsMargins(0, 0, 0, 0);
   box->setSpacing(0);
-  QLabel* unit = MakeMuted("  [°C]", both);
+  auto* unit = new MutedLabel("  [°C]", both);
   unit->setFont(head->font());
   box->addStretch(1);
   box->addWidget(head);
@@ -68,9 +59,11 @@ QVBoxLayout* MakeStack(QWidget* owner) {
 
 }  // namespace
 
-SheetTable::SheetTable(QWidget* parent) : QWidget(parent), columns_(font()) {
+SheetTable::SheetTable(QWidget* parent)
+    : QWidget(parent), columns_(font(), screen()->availableGeometry().width()) {
   auto* stack = new QVBoxLayout(this);
-  stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  const int margin = columns_.Margin;
+  stack->setContentsMargins(margin, margin, margin, margin);
   stack->setSpacing(kGap);
   stack->addWidget(MakePanel());
   stack->addStretch(1);
@@ -96,7 +89,7 @@ QWidget* SheetTable::MakeHeads(QWidget* parent) {
   heads_ = new QWidget(parent);
   std::array<QLabel*, SheetHeads::head.size()> heads{};
   for (std::size_t place = 0; place < heads.size(); ++place) {
-    heads.at(place) = MakeMuted(SheetHeads::head.at(place), heads_);
+    heads.at(place) = new MutedLabel(SheetHeads::head.at(place), heads_);
     heads.at(place)->setObjectName(QString("head_%1").arg(place));
     heads.at(place)->setFont(columns_.HeadFont);
   }
@@ -143,7 +136,7 @@ QWidget* SheetTable::MakeCommands() {
 QWidget* SheetTable::MakeViewed() {
   auto* paper = new Paper(0.35, this);
   auto* stack = MakeStack(paper);
-  no_viewed_ = MakeMuted("no file opened", paper);
+  no_viewed_ = new MutedLabel("no file opened", paper);
   no_viewed_->setAlignment(Qt::AlignCenter);
   no_viewed_->setFixedHeight(columns_.RowHeight);
   stack->addWidget(no_viewed_);
@@ -152,10 +145,10 @@ QWidget* SheetTable::MakeViewed() {
 }
 
 QSize SheetTable::SizeWith(int rows) const {
-  const int width = heads_->layout()->minimumSize().width();
   const int commands = pic_cmds_->sizeHint().height() + columns_.RowHeight;
   const int height = heads_->height() + rows * columns_.RowHeight + commands + 3 * kGap;
-  return {width + 2 * kPaperEdge + 2 * kMargin, height + 4 * kPaperEdge + 2 * kMargin};
+  const int around = 2 * columns_.Margin;
+  return {columns_.LineWidth() + 2 * kPaperEdge + around, height + 4 * kPaperEdge + around};
 }
 
 void SheetTable::Show(const SheetValues& now) {
