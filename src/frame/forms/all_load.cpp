@@ -1,6 +1,6 @@
 #include "frame/forms/all_load.h"
 
-#include <QKeyEvent>
+#include <QEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QScreen>
@@ -56,6 +56,7 @@ AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   cmd_start_ = new GlyphButton(nullptr, this);
   cmd_start_->setObjectName("cmdStart");
   cmd_start_->setEnabled(false);
+  cmd_start_->setFocusPolicy(Qt::NoFocus);
   connect(cmd_start_, &GlyphButton::clicked, this, &AllLoad::Leave);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(kMargin + kEmblemSide + kMargin, kMargin, kMargin, kMargin);
@@ -65,8 +66,10 @@ AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   column->addWidget(lb_release_);
   column->addStretch(1);
   column->addWidget(cmd_start_, 0, Qt::AlignLeft);
+  timer_load_.setObjectName("TimerLoad");
   timer_load_.setSingleShot(true);
   connect(&timer_load_, &QTimer::timeout, this, &AllLoad::Leave);
+  setFocusPolicy(Qt::StrongFocus);
   Place();
 }
 
@@ -81,7 +84,6 @@ void AllLoad::Show(const SplashValues& values) {
   cmd_start_->setAccessibleName(QString::fromStdString(values.cmdStart).trimmed());
   lb_release_->setText(QString::fromStdString(values.lbRelease));
   cmd_start_->setEnabled(true);
-  cmd_start_->setFocus();
   can_leave_ = true;
   timer_load_.start(std::chrono::seconds(kSplashSeconds));
 }
@@ -95,9 +97,14 @@ void AllLoad::Leave() {
   emit Left();
 }
 
-void AllLoad::keyPressEvent(QKeyEvent* event) {
+// Each key leaves, also those that would move the focus, and goes no further.
+bool AllLoad::event(QEvent* event) {
+  if (event->type() != QEvent::KeyPress) {
+    return QWidget::event(event);
+  }
   event->accept();
   Leave();
+  return true;
 }
 
 void AllLoad::mousePressEvent(QMouseEvent* /*event*/) {

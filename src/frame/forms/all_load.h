@@ -26,7 +26,7 @@ class AllLoad : public QWidget {
   void Left();
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
+  bool event(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
@@ -36,7 +36,7 @@ class AllLoad : public QWidget {
 
   GlyphButton* cmd_start_ = nullptr;
   QLabel* lb_release_ = nullptr;
-  QTimer timer_load_;
+  QTimer timer_load_{this};
   bool can_leave_ = false;  // it shows its values and has not been left yet
 };
 

@@ -7,11 +7,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 12;
-constexpr int kGap = 10;        // inside a group: a value and its status
-constexpr int kGroupGap = 26;   // between groups
-constexpr int kCellInset = 16;  // both sides of a text in a coloured cell together
-
 int WidthOf(const QFont& font, const char* text) {
   return QFontMetrics(font).horizontalAdvance(text) + 2;
 }
@@ -19,8 +14,8 @@ int WidthOf(const QFont& font, const char* text) {
 // Puts widgets, or blanks of the same width, side by side.
 class LineBuilder {
  public:
-  explicit LineBuilder(QWidget& owner) : box_(new QHBoxLayout(&owner)) {
-    box_->setContentsMargins(kMargin, 0, kMargin, 0);
+  LineBuilder(QWidget& owner, int margin) : box_(new QHBoxLayout(&owner)) {
+    box_->setContentsMargins(margin, 0, margin, 0);
     box_->setSpacing(0);
   }
   void Add(QWidget* widget, int width) {
@@ -43,43 +38,78 @@ class LineBuilder {
 
 }  // namespace
 
-SheetColumns::SheetColumns(const QFont& base) : HeadFont(base), ValueFont(base), StatusFont(base) {
+// How the type is set: sizes in parts of the desktop's, the rest in logical pixels.
+struct SheetColumns::Setting {
+  qreal head;
+  qreal value;
+  qreal status;
+  int margin;
+  int gap;
+  int group_gap;
+  int cell_inset;    // both sides of a text in a coloured cell together
+  const char* name;  // what shows of the apparatus at least
+  int row_air;       // above and below the figures together
+};
+
+SheetColumns::SheetColumns(const QFont& base, int room) {
+  Measure(base, {0.95, 1.35, 1.1, 12, 10, 26, 16, "nnnnnnnnnnnnnnnn", 22});
+  if (LineWidth() + 2 * Margin > room) {
+    Measure(base, {0.8, 1.05, 0.95, 4, 4, 6, 10, "nnnnnnnnnnn", 14});
+  }
+}
+
+void SheetColumns::Measure(const QFont& base, const Setting& setting) {
   const qreal size = base.pointSizeF() > 0 ? base.pointSizeF() : 9;
-  HeadFont.setPointSizeF(size * 0.95);
-  ValueFont.setPointSizeF(size * 1.35);
-  StatusFont.setPointSizeF(size * 1.1);
+  const auto sized = [&base, size](qreal part) {
+    QFont font = base;
+    font.setPointSizeF(size * part);
+    return font;
+  };
+  HeadFont = sized(setting.head);
+  ValueFont = sized(setting.value);
+  StatusFont = sized(setting.status);
+  Margin = setting.margin;
+  Gap = setting.gap;
+  GroupGap = setting.group_gap;
   const int line = QFontMetrics(ValueFont).height();
-  Mark = 18;
-  Number = WidthOf(ValueFont, "8") + 3 * kCellInset;
-  Apparatus = WidthOf(ValueFont, "nnnnnnnnnnnnnnnn");
+  const int button_air = setting.row_air / 2;
+  Mark = line - 2;
+  Number = WidthOf(ValueFont, "8") + 3 * setting.cell_inset;
+  Apparatus = WidthOf(ValueFont, setting.name);
   Degrees = std::max(WidthOf(ValueFont, "-8888.8"), WidthOf(HeadFont, "controller  [°C]"));
-  Status = std::max(WidthOf(StatusFont, "disk !"), WidthOf(StatusFont, "dyn-")) + kCellInset;
+  Status =
+      std::max(WidthOf(StatusFont, "disk !"), WidthOf(StatusFont, "dyn-")) + setting.cell_inset;
   Hours = std::max(WidthOf(ValueFont, "8888.88"), WidthOf(HeadFont, "recorded  [h]"));
   File = WidthOf(StatusFont, "m888888m.mmm");
-  Button = line + 12;
-  RowHeight = line + 22;
+  Button = line + button_air;
+  RowHeight = line + setting.row_air;
   StatusHeight = line + 8;
 }
 
+int SheetColumns::LineWidth() const {
+  const int cells = Mark + Number + Apparatus + 2 * Degrees + Hours + 2 * Status + File + Button;
+  return cells + 5 * Gap + 3 * GroupGap + 2 * Margin;
+}
+
 void LayOutLine(QWidget& owner, const SheetColumns& columns, const SheetLine& line) {
-  LineBuilder builder(owner);
+  LineBuilder builder(owner, columns.Margin);
   builder.Add(line.Mark, columns.Mark);
   builder.Add(line.Number, columns.Number);
-  builder.Gap(kGap);
+  builder.Gap(columns.Gap);
   builder.AddWide(line.Apparatus, columns.Apparatus);
-  builder.Gap(kGap);
+  builder.Gap(columns.Gap);
   builder.Add(line.Reference, columns.Degrees);
-  builder.Gap(kGroupGap);
+  builder.Gap(columns.GroupGap);
   builder.Add(line.Controller, columns.Degrees);
-  builder.Gap(kGap);
+  builder.Gap(columns.Gap);
   builder.Add(line.ControllerStatus, columns.Status);
-  builder.Gap(kGroupGap);
+  builder.Gap(columns.GroupGap);
   builder.Add(line.Recorded, columns.Hours);
-  builder.Gap(kGap);
+  builder.Gap(columns.Gap);
   builder.Add(line.RecordedStatus, columns.Status);
-  builder.Gap(kGroupGap);
+  builder.Gap(columns.GroupGap);
   builder.Add(line.File, columns.File);
-  builder.Gap(kGap);
+  builder.Gap(columns.Gap);
   builder.Add(line.Button, columns.Button);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "frame/forms/shades.h"
@@ -10,7 +11,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 14;
 constexpr int kGap = 12;
 constexpr int kPaperEdge = 1;
 constexpr int kNameIndent = 7;  // where the text of an edit field begins
@@ -68,9 +68,11 @@ QVBoxLayout* MakeStack(QWidget* owner) {
 
 }  // namespace
 
-SheetTable::SheetTable(QWidget* parent) : QWidget(parent), columns_(font()) {
+SheetTable::SheetTable(QWidget* parent)
+    : QWidget(parent), columns_(font(), screen()->availableGeometry().width()) {
   auto* stack = new QVBoxLayout(this);
-  stack->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  const int margin = columns_.Margin;
+  stack->setContentsMargins(margin, margin, margin, margin);
   stack->setSpacing(kGap);
   stack->addWidget(MakePanel());
   stack->addStretch(1);
@@ -152,10 +154,10 @@ QWidget* SheetTable::MakeViewed() {
 }
 
 QSize SheetTable::SizeWith(int rows) const {
-  const int width = heads_->layout()->minimumSize().width();
   const int commands = pic_cmds_->sizeHint().height() + columns_.RowHeight;
   const int height = heads_->height() + rows * columns_.RowHeight + commands + 3 * kGap;
-  return {width + 2 * kPaperEdge + 2 * kMargin, height + 4 * kPaperEdge + 2 * kMargin};
+  const int around = 2 * columns_.Margin;
+  return {columns_.LineWidth() + 2 * kPaperEdge + around, height + 4 * kPaperEdge + around};
 }
 
 void SheetTable::Show(const SheetValues& now) {

@@ -61,6 +61,8 @@ class IndicatorMark : public QWidget {
 Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   setObjectName("Tavrel");
   setWindowIcon(EmblemIcon());
+  // The sheet is read while another program has the keyboard.
+  setAttribute(Qt::WA_AlwaysShowToolTips);
   MakeMenu();
   table_ = new SheetTable;
   scroll_ = new QScrollArea(this);
@@ -72,6 +74,7 @@ Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   MakeStatusLine();
   ConnectSheet();
   WatchFront();
+  timer_main_.setObjectName("Timer_Main");
   timer_main_.setTimerType(Qt::PreciseTimer);
   connect(&timer_main_, &QTimer::timeout, this, &Tavrel::RunTick);
   first_display_.setSingleShot(true);

@@ -61,8 +61,8 @@ class Tavrel : public QMainWindow {
   QScrollArea* scroll_ = nullptr;
   QLabel* lbl_info_ = nullptr;
   QWidget* indicator_ = nullptr;
-  QTimer timer_main_;
-  QTimer first_display_;
+  QTimer timer_main_{this};
+  QTimer first_display_{this};
   std::string caption_;
   std::string info_;
   int table_height_ = 0;  // that the window has been made high enough for

@@ -1,0 +1,84 @@
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "tests/support/form_bench.h"
+
+namespace tavrel {
+namespace {
+
+class MainMenu : public FormBench {
+ protected:
+  static QStringList CaptionsOf(const QList<QAction*>& actions) {
+    QStringList captions;
+    for (const QAction* action : actions) {
+      captions << action->text();
+    }
+    return captions;
+  }
+  void Choose(const char* name) { form->findChild<QAction*>(name)->trigger(); }
+};
+
+TEST_F(MainMenu, HasItsHeadingsAndTwoCommandsInTheBar) {
+  Start();
+  EXPECT_EQ(CaptionsOf(form->menuBar()->actions()),
+            QStringList({"Tools  ", "Diagnostic  ", "Help   ", "Exit"}));
+}
+
+TEST_F(MainMenu, HasItsEntriesInTheirOrder) {
+  Start();
+  const QList<QAction*> bar = form->menuBar()->actions();
+  EXPECT_EQ(CaptionsOf(bar[0]->menu()->actions()),
+            QStringList({"System:    Settings  ", "System:    Installation",
+                         "Tavrel:    adjust   channels", "Tavrel:    assign  numbers",
+                         "Tavrel:    program", "Exit"}));
+  EXPECT_EQ(CaptionsOf(bar[1]->menu()->actions()),
+            QStringList({"Quality  System", "Test:     Com - Port", "Test:     Memory",
+                         "Test:     Outputs", "Test:     Watchdog", "Show:   Variables",
+                         "Show:   Registers", "Terminal"}));
+}
+
+TEST_F(MainMenu, GreysWhatIsNotThere) {
+  bench.screens.built.insert(View::kAllCom);
+  Start();
+  EXPECT_TRUE(form->findChild<QAction*>("MnuComm")->isEnabled());
+  EXPECT_FALSE(form->findChild<QAction*>("MnuMemory")->isEnabled());
+  EXPECT_TRUE(form->findChild<QAction*>("MnuExit2")->isEnabled());
+  EXPECT_TRUE(form->findChild<QAction*>("MnuHelp")->isEnabled());
+}
+
+TEST_F(MainMenu, HidesTheCommandsWhileAFormIsOpen) {
+  bench.screens.built.insert(View::kAllCom);
+  Start();
+  bool was_shown = true;
+  bench.screens.on_show = [&](View) {
+    form->Show();
+    was_shown = Find("picCmds")->isVisible();
+  };
+  Choose("MnuComm");
+  EXPECT_FALSE(was_shown);
+  EXPECT_TRUE(Find("picCmds")->isVisible());
+}
+
+TEST_F(MainMenu, OpensTheManual) {
+  bench.state.Settings.HelpLang = "German";
+  Start();
+  Choose("MnuHelp");
+  ASSERT_EQ(bench.shell.opened.size(), 1U);
+  EXPECT_EQ(bench.shell.opened[0], bench.home.File(kGermanManual));
+}
+
+TEST_F(MainMenu, AsksBeforeItEndsTheProgram) {
+  Start();
+  bench.dialogs.ok = false;
+  Choose("MnuExit");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_FALSE(bench.window.HasEnded());
+  bench.dialogs.ok = true;
+  Choose("MnuExit2");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 2U);
+  EXPECT_TRUE(bench.window.HasEnded());
+}
+
+}  // namespace
+}  // namespace tavrel

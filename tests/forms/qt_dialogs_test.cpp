@@ -1,0 +1,170 @@
+#include "platform/qt/qt_dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include "platform/qt/qt_screens.h"
+#include "tests/support/wait_until.h"
+
+namespace tavrel {
+namespace {
+
+class Boxes : public testing::Test {
+ protected:
+  // Does `deed` to the next box as soon as it is there.
+  template <typename Deed>
+  void WhenABoxComes(Deed deed) {
+    poll.callOnTimeout([this, deed] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box != nullptr) {
+        poll.stop();
+        text = box->text();
+        title = box->windowTitle();
+        icon = box->icon();
+        deed(box);
+      }
+    });
+    poll.start(1);
+  }
+  void Press(QMessageBox::StandardButton button) {
+    WhenABoxComes([button](QMessageBox* box) { box->button(button)->click(); });
+  }
+  void PressKey(Qt::Key key) {
+    WhenABoxComes([key](QMessageBox* box) { QTest::keyClick(box, key); });
+  }
+  static QListWidget* Notices() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->objectName() == "notices") {
+        return window->findChild<QListWidget*>("list");
+      }
+    }
+    return nullptr;
+  }
+
+  QtEvents events;
+  QtDialogs dialogs{events};
+  QTimer poll;
+  QString text;
+  QString title;
+  QMessageBox::Icon icon = QMessageBox::NoIcon;
+};
+
+TEST_F(Boxes, SayTheirTextAsItIs) {
+  Press(QMessageBox::Ok);
+  dialogs.Message({"<b>M260314A.OVN</b>  not found !", "Read  file", BoxIcon::kWarning});
+  EXPECT_EQ(text, "<b>M260314A.OVN</b>  not found !");
+  EXPECT_EQ(title, "Read  file");
+  EXPECT_EQ(icon, QMessageBox::Warning);
+}
+
+TEST_F(Boxes, MessageIsLeftByEscape) {
+  PressKey(Qt::Key_Escape);
+  dialogs.Message({"text", "title", BoxIcon::kInformation});
+  EXPECT_EQ(text, "text");
+}
+
+TEST_F(Boxes, OkIsTrueAndCancelAndEscapeAreFalse) {
+  const Notice exit{"Exit", "TAVREL", BoxIcon::kQuestion};
+  Press(QMessageBox::Ok);
+  EXPECT_TRUE(dialogs.AskOk(exit));
+  poll.disconnect();
+  Press(QMessageBox::Cancel);
+  EXPECT_FALSE(dialogs.AskOk(exit));
+  poll.disconnect();
+  PressKey(Qt::Key_Escape);
+  EXPECT_FALSE(dialogs.AskOk(exit));
+}
+
+TEST_F(Boxes, RetryAndYesAreTrue) {
+  Press(QMessageBox::Retry);
+  EXPECT_TRUE(dialogs.AskRetry({"in use", "Open COM1", BoxIcon::kCritical}));
+  poll.disconnect();
+  Press(QMessageBox::Yes);
+  EXPECT_TRUE(dialogs.AskYes({"sure ?", "TAVREL", BoxIcon::kQuestion}));
+}
+
+TEST_F(Boxes, EscapeIsNo) {
+  PressKey(Qt::Key_Escape);
+  EXPECT_FALSE(dialogs.AskYes({"sure ?", "TAVREL", BoxIcon::kQuestion}));
+}
+
+TEST_F(Boxes, ShowTheNormalPointer) {
+  bool has_hourglass = true;
+  WhenABoxComes([&has_hourglass](QMessageBox* box) {
+    has_hourglass = QApplication::overrideCursor() != nullptr;
+    box->button(QMessageBox::Ok)->click();
+  });
+  events.SetPointer(Pointer::kHourglass);
+  dialogs.Message({"text", "title", BoxIcon::kInformation});
+  EXPECT_FALSE(has_hourglass);
+  EXPECT_NE(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(Boxes, AnnouncementsGatherInOneWindowAndDoNotWait) {
+  dialogs.Announce({"first", "Read  file", BoxIcon::kWarning});
+  dialogs.Announce({"second", "Write  file", BoxIcon::kCritical});
+  ASSERT_NE(Notices(), nullptr);
+  EXPECT_TRUE(Notices()->window()->isVisible());
+  EXPECT_FALSE(Notices()->window()->isModal());
+  ASSERT_EQ(Notices()->count(), 2);
+  EXPECT_TRUE(Notices()->item(0)->text().endsWith("first"));
+  EXPECT_TRUE(Notices()->item(1)->text().contains("Write  file"));
+}
+
+TEST_F(Boxes, AnnouncementsTakeNoKeyboard) {
+  QWidget form;
+  form.show();
+  form.activateWindow();
+  ASSERT_TRUE(WaitUntil([&form] { return form.isActiveWindow(); }));
+  dialogs.Announce({"first", "Read  file", BoxIcon::kWarning});
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(Notices()->window()->testAttribute(Qt::WA_ShowWithoutActivating));
+}
+
+TEST_F(Boxes, AnnouncementsGoByEscapeAndDoNotComeAgain) {
+  dialogs.Announce({"first", "Read  file", BoxIcon::kWarning});
+  QTest::keyClick(Notices()->window(), Qt::Key_Escape);
+  EXPECT_FALSE(Notices()->window()->isVisible());
+  dialogs.Announce({"second", "Write  file", BoxIcon::kCritical});
+  EXPECT_TRUE(Notices()->window()->isVisible());
+  EXPECT_EQ(Notices()->count(), 1);
+}
+
+TEST_F(Boxes, AnnouncementsOverAModalFormCanBeClosed) {
+  QDialog modal;
+  modal.setModal(true);
+  modal.show();
+  ASSERT_TRUE(WaitUntil([&modal] { return QApplication::activeModalWidget() == &modal; }));
+  dialogs.Announce({"first", "Read  file", BoxIcon::kWarning});
+  QWidget* window = Notices()->window();
+  EXPECT_EQ(window->windowHandle()->transientParent(), modal.windowHandle());
+}
+
+TEST_F(Boxes, AnnouncementsKeepTheLatestOnly) {
+  for (int number = 0; number < 300; ++number) {
+    dialogs.Announce({"fault " + std::to_string(number), "Write  file", BoxIcon::kCritical});
+  }
+  EXPECT_LE(Notices()->count(), 200);
+  EXPECT_TRUE(Notices()->item(Notices()->count() - 1)->text().endsWith("fault 299"));
+}
+
+TEST(Screens, ShowsTheFormsItHasAndNoOther) {
+  QtScreens screens;
+  int shown = 0;
+  screens.Add(View::kTavSett, [&shown] { ++shown; });
+  EXPECT_TRUE(screens.Has(View::kTavSett));
+  EXPECT_FALSE(screens.Has(View::kTavWork));
+  screens.Show(View::kTavSett);
+  screens.Show(View::kTavWork);
+  EXPECT_EQ(shown, 1);
+}
+
+}  // namespace
+}  // namespace tavrel

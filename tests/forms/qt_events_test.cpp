@@ -1,0 +1,116 @@
+#include "platform/qt/qt_events.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include "tests/support/wait_until.h"
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+
+class PaintCounter : public QWidget {
+ public:
+  int paints = 0;
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override { ++paints; }
+};
+
+class EventLoop : public testing::Test {
+ protected:
+  void SetUp() override {
+    window.show();
+    ASSERT_TRUE(WaitUntil([this] { return window.paints > 0; }));
+    window.paints = 0;
+    timer.callOnTimeout([this] { ++ticks; });
+    timer.start(1);
+  }
+
+  QtEvents events;
+  PaintCounter window;
+  QTimer timer;
+  int ticks = 0;
+};
+
+TEST_F(EventLoop, RepaintPaintsWhatChangedAndServesNoTimer) {
+  const QDeadlineTimer timer_is_due(5);
+  while (!timer_is_due.hasExpired()) {
+  }
+  window.update();
+  events.Repaint();
+  EXPECT_EQ(window.paints, 1);
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST_F(EventLoop, RepaintPaintsNothingThatStayedAsItWas) {
+  events.Repaint();
+  EXPECT_EQ(window.paints, 0);
+}
+
+TEST_F(EventLoop, RepaintServesNoQueuedCall) {
+  bool called = false;
+  QMetaObject::invokeMethod(
+      &window, [&called] { called = true; }, Qt::QueuedConnection);
+  events.Repaint();
+  EXPECT_FALSE(called);
+  events.Pump();
+  EXPECT_TRUE(called);
+}
+
+TEST_F(EventLoop, RepaintCopiesTheValuesFirst) {
+  events.BeforeRepaint([this] { window.update(); });
+  events.Repaint();
+  EXPECT_EQ(window.paints, 1);
+}
+
+TEST_F(EventLoop, PumpServesTimers) {
+  EXPECT_TRUE(WaitUntil([this] {
+    events.Pump();
+    return ticks > 0;
+  }));
+}
+
+TEST_F(EventLoop, RestTakesItsTimeAndPaintsAndLetsTimersWait) {
+  window.update();
+  QElapsedTimer passed;
+  passed.start();
+  events.Rest(milliseconds(60));
+  EXPECT_GE(passed.elapsed(), 60);
+  EXPECT_EQ(window.paints, 1);
+  EXPECT_EQ(ticks, 0);
+  EXPECT_TRUE(WaitUntil([this] { return ticks > 0; }));
+}
+
+TEST_F(EventLoop, PointerIsSetOnceHoweverOftenItIsAskedFor) {
+  events.SetPointer(Pointer::kHourglass);
+  events.SetPointer(Pointer::kHourglass);
+  ASSERT_NE(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+  events.SetPointer(Pointer::kNormal);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  events.SetPointer(Pointer::kNormal);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(EventLoop, PointerIsNormalWhileABoxWaitsAndComesBack) {
+  events.SetPointer(Pointer::kHourglass);
+  {
+    const QtEvents::NormalPointer normal(events);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  }
+  EXPECT_NE(QApplication::overrideCursor(), nullptr);
+  {
+    const QtEvents::NormalPointer normal(events);
+    events.SetPointer(Pointer::kNormal);
+  }
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+}  // namespace
+}  // namespace tavrel

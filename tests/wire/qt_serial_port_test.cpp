@@ -1,0 +1,255 @@
+#include "platform/qt/qt_serial_port.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <ctime>
+#include <filesystem>
+#include <memory>
+#include <thread>
+
+#include "tests/support/pseudo_terminal.h"
+#include "tests/support/temporary_directory.h"
+#include "tests/support/wait_until.h"
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::HasSubstr;
+
+constexpr const char* kDirect = "4800,n,8,2";
+
+// Milliseconds of processor time that the whole process has used.
+double CpuMilliseconds() {
+  timespec used{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+  return static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) / 1e6;
+}
+
+class Port : public testing::Test {
+ protected:
+  Port() { PlugIn(); }
+
+  // A new far end, which the user's link COM1 leads to.
+  void PlugIn() {
+    far = std::make_unique<PseudoTerminal>();
+    std::filesystem::remove(home.File("COM1"));
+    std::filesystem::create_symlink(far->Device(), home.File("COM1"));
+  }
+  void Open() {
+    const PortOpening opening = port.Open(1, kDirect);
+    ASSERT_EQ(opening.Error, 0) << opening.Text;
+  }
+
+  TemporaryDirectory home;
+  std::unique_ptr<PseudoTerminal> far;
+  QtSerialPort port{home.Path()};
+};
+
+TEST_F(Port, OpensByTheLinkOfTheUser) {
+  Open();
+  EXPECT_TRUE(port.IsOpen());
+  EXPECT_EQ(port.Settings(), "4800,n,8,2");
+  EXPECT_EQ(port.TakeEvent(), 0);
+}
+
+TEST_F(Port, TakesTheSettingsOfThePluginInterfacesToo) {
+  EXPECT_EQ(port.Open(1, "9600,e,8,1").Error, 0);
+  EXPECT_EQ(port.Settings(), "9600,e,8,1");
+}
+
+TEST_F(Port, ChangesItsSettingsWhenItIsOpenedAgain) {
+  Open();
+  EXPECT_EQ(port.Open(1, "9600,e,8,1").Error, 0);
+  EXPECT_EQ(port.Settings(), "9600,e,8,1");
+}
+
+TEST_F(Port, ExchangesACommandAndAReply) {
+  Open();
+  EXPECT_TRUE(port.Write("Y01?"));
+  EXPECT_EQ(far->Receive(4), "Y01?");
+  far->Send("0BB8\r");
+  port.WaitForData(milliseconds(2000));
+  EXPECT_EQ(port.ReadAll(), "0BB8\r");
+  EXPECT_EQ(port.ReadAll(), "");
+}
+
+TEST_F(Port, SendsWithoutAnEventLoopAndEveryByteAsItIs) {
+  Open();
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) {
+    all.push_back(static_cast<char>(byte));
+  }
+  EXPECT_TRUE(port.Write(all));
+  EXPECT_EQ(far->Receive(256), all);
+  far->Send(all);
+  std::string back;
+  while (back.size() < all.size()) {
+    port.WaitForData(milliseconds(2000));
+    const std::string part = port.ReadAll();
+    ASSERT_FALSE(part.empty());
+    back += part;
+  }
+  EXPECT_EQ(back, all);
+}
+
+TEST_F(Port, HandsOverWhatCameWithoutAWait) {
+  Open();
+  far->Send("1234\r");
+  EXPECT_TRUE(WaitUntil([this, all = std::string()]() mutable {
+    all += port.ReadAll();
+    return all == "1234\r";
+  }));
+}
+
+TEST_F(Port, SleepsWhileItWaitsAndKeepsTheLimit) {
+  Open();
+  const double cpu_before = CpuMilliseconds();
+  QElapsedTimer passed;
+  passed.start();
+  for (int wait = 0; wait < 5; ++wait) {
+    port.WaitForData(std::chrono::microseconds(100300));
+  }
+  const double took = static_cast<double>(passed.nsecsElapsed()) / 1e6;
+  EXPECT_GE(took, 501.4);
+  EXPECT_LE(took, 501.5 + 5 * 4);
+  EXPECT_LT(CpuMilliseconds() - cpu_before, 50);
+  EXPECT_EQ(port.TakeEvent(), 0);
+}
+
+TEST_F(Port, WakesAtTheFirstCharacter) {
+  Open();
+  std::thread answer([this] {
+    std::this_thread::sleep_for(milliseconds(30));
+    far->Send(".");
+  });
+  QElapsedTimer passed;
+  passed.start();
+  port.WaitForData(milliseconds(5000));
+  EXPECT_LT(passed.elapsed(), 2500);
+  EXPECT_EQ(port.ReadAll(), ".");
+  answer.join();
+}
+
+TEST_F(Port, ReportsAndClosesWhenTheDeviceVanishesDuringAWait) {
+  Open();
+  std::thread hand([this] {
+    std::this_thread::sleep_for(milliseconds(30));
+    far->Vanish();
+  });
+  QElapsedTimer passed;
+  passed.start();
+  port.WaitForData(milliseconds(5000));
+  hand.join();
+  EXPECT_LT(passed.elapsed(), 2500);
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_GT(port.TakeEvent(), kLastHarmlessPortEvent);
+  EXPECT_EQ(port.TakeEvent(), 0);
+}
+
+TEST_F(Port, ReportsAndClosesWhenTheDeviceHasVanishedAtAWrite) {
+  Open();
+  far->Vanish();
+  EXPECT_FALSE(port.Write("Y01?"));
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_GT(port.TakeEvent(), kLastHarmlessPortEvent);
+}
+
+TEST_F(Port, ReportsAndClosesWhenTheDeviceHasVanishedAtARead) {
+  Open();
+  far->Vanish();
+  EXPECT_EQ(port.ReadAll(), "");
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_GT(port.TakeEvent(), kLastHarmlessPortEvent);
+}
+
+TEST_F(Port, DoesNotSpinWhenTheDeviceVanishesWhileTheProgramIsIdle) {
+  Open();
+  far->Vanish();
+  EXPECT_TRUE(WaitUntil([this] { return !port.IsOpen(); }));
+  EXPECT_GT(port.TakeEvent(), kLastHarmlessPortEvent);
+  const double cpu_before = CpuMilliseconds();
+  const QDeadlineTimer end(300);
+  while (!end.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    std::this_thread::sleep_for(milliseconds(5));
+  }
+  EXPECT_LT(CpuMilliseconds() - cpu_before, 100);
+  EXPECT_EQ(port.TakeEvent(), 0);
+}
+
+TEST_F(Port, IsQuietlyClosedAfterItVanished) {
+  Open();
+  far->Vanish();
+  EXPECT_FALSE(port.Write("Y01?"));
+  QElapsedTimer passed;
+  passed.start();
+  EXPECT_FALSE(port.Write("Y01?"));
+  port.WaitForData(milliseconds(5000));
+  EXPECT_EQ(port.ReadAll(), "");
+  EXPECT_EQ(port.Settings(), "");
+  EXPECT_LT(passed.elapsed(), 2500);
+}
+
+TEST_F(Port, OpensAgainWhenTheDeviceIsBack) {
+  Open();
+  far->Vanish();
+  EXPECT_FALSE(port.Write("Y01?"));
+  EXPECT_EQ(port.Open(1, kDirect).Error, QSerialPort::DeviceNotFoundError);
+  PlugIn();
+  Open();
+  EXPECT_EQ(port.TakeEvent(), 0);
+  EXPECT_TRUE(port.Write("Y01?"));
+  EXPECT_EQ(far->Receive(4), "Y01?");
+}
+
+TEST_F(Port, SaysThatADeviceIsMissing) {
+  std::filesystem::remove(home.File("COM1"));
+  std::filesystem::create_symlink(home.File("nowhere"), home.File("COM1"));
+  const PortOpening opening = port.Open(1, kDirect);
+  EXPECT_EQ(opening.Error, QSerialPort::DeviceNotFoundError);
+  EXPECT_THAT(opening.Text, HasSubstr("COM1 does not exist"));
+  EXPECT_FALSE(port.IsOpen());
+  EXPECT_EQ(port.TakeEvent(), 0);
+}
+
+TEST_F(Port, SaysThatAnotherHasThePortOpen) {
+  Open();
+  QtSerialPort second(home.Path());
+  const PortOpening opening = second.Open(1, kDirect);
+  EXPECT_EQ(opening.Error, QSerialPort::PermissionError);
+  EXPECT_THAT(opening.Text, HasSubstr("is in use"));
+  EXPECT_TRUE(port.IsOpen());
+}
+
+TEST_F(Port, IsOnePortUnderAllItsNames) {
+  std::filesystem::create_symlink(far->Device(), home.File("COM2"));
+  Open();
+  QtSerialPort second(home.Path());
+  EXPECT_EQ(second.Open(2, kDirect).Error, QSerialPort::PermissionError);
+}
+
+TEST_F(Port, RefusesSettingsThatItCannotRead) {
+  const PortOpening opening = port.Open(1, "");
+  EXPECT_NE(opening.Error, 0);
+  EXPECT_FALSE(opening.Text.empty());
+  EXPECT_FALSE(port.IsOpen());
+}
+
+TEST_F(Port, RefusesANumberThatNoPortHas) {
+  EXPECT_NE(port.Open(31, kDirect).Error, 0);
+  EXPECT_NE(port.Open(0, kDirect).Error, 0);
+}
+
+TEST_F(Port, RefusesAFileThatIsNoDevice) {
+  std::filesystem::remove(home.File("COM1"));
+  home.Write("COM1", "not a device");
+  const PortOpening opening = port.Open(1, kDirect);
+  EXPECT_NE(opening.Error, 0);
+  EXPECT_FALSE(opening.Text.empty());
+}
+
+}  // namespace
+}  // namespace tavrel

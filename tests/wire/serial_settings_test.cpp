@@ -1,0 +1,50 @@
+#include "platform/qt/serial_settings.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/qt/serial_advice.h"
+
+namespace tavrel {
+namespace {
+
+TEST(SettingsText, TellsSpeedParityDataAndStopBits) {
+  const auto settings = ReadSerialSettings("9600,E,7,1");
+  ASSERT_TRUE(settings);
+  EXPECT_EQ(settings->Speed, 9600);
+  EXPECT_EQ(settings->Parity, QSerialPort::EvenParity);
+  EXPECT_EQ(settings->DataBits, QSerialPort::Data7);
+  EXPECT_EQ(settings->StopBits, QSerialPort::OneStop);
+}
+
+class BrokenSettings : public testing::TestWithParam<const char*> {};
+
+TEST_P(BrokenSettings, AreRefused) {
+  EXPECT_FALSE(ReadSerialSettings(GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Text, BrokenSettings,
+                         testing::Values("", ",,,", "4800", "4800,n,8", "4800,n,8,2,1", "0,n,8,2",
+                                         "-4800,n,8,2", "fast,n,8,2", "4800,x,8,2", "4800,,8,2",
+                                         "4800,n,9,2", "4800,n,4,2", "4800,n,8,0", "4800,n,8,3",
+                                         "99999999999,n,8,2"));
+
+TEST(Advice, NamesTheGroupAndTheCommand) {
+  const std::string text = NoRightsAdvice(5, "/dev/ttyUSB0", "dialout");
+  EXPECT_NE(text.find("COM5 (/dev/ttyUSB0)"), std::string::npos);
+  EXPECT_NE(text.find("sudo usermod -aG dialout $USER"), std::string::npos);
+}
+
+TEST(Advice, SaysWhichDeviceIsMissing) {
+  const std::string text =
+      AdviceFor(5, "/dev/ttyUSB0", QSerialPort::DeviceNotFoundError, "No such file");
+  EXPECT_NE(text.find("COM5 does not exist: there is no device /dev/ttyUSB0"), std::string::npos);
+}
+
+TEST(Advice, PassesOnWhatTheSystemSaysOtherwise) {
+  const std::string text =
+      AdviceFor(1, "/dev/ttyS0", QSerialPort::UnknownError, "Input/output error");
+  EXPECT_EQ(text, "COM1 (/dev/ttyS0) does not open: Input/output error");
+}
+
+}  // namespace
+}  // namespace tavrel
