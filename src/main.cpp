@@ -2,10 +2,15 @@
 #include <memory>
 
 #include "common/choose_directory.h"
+#include "common/copy_files.h"
+#include "common/forms/all_copy.h"
 #include "common/forms/all_dir.h"
 #include "common/forms/all_msg.h"
+#include "common/forms/all_open.h"
 #include "common/message_form.h"
 #include "common/messages.h"
+#include "common/open_file.h"
+#include "files/file_index.h"
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
 #include "frame/forms/all_load.h"
@@ -74,6 +79,22 @@ class Program {
       const QtEvents::NormalPointer normal_pointer(events_);
       AllMsg(message_).Run();
     });
+    AddFileForms();
+  }
+
+  // These show the hourglass themselves while they search and copy.
+  void AddFileForms() {
+    screens_.Add(View::kAllOpen, [this] {
+      open_file_.Load();
+      AllOpen(open_file_).Run();
+      if (open_file_.IsOpen()) {
+        open_file_.cmdBack_Click();  // the program ends, nobody has chosen
+      }
+    });
+    screens_.Add(View::kAllCopy, [this] {
+      copy_files_.Load();
+      AllCopy(copy_files_).Run();
+    });
   }
 
   void ShowMainForm() {
@@ -119,7 +140,10 @@ class Program {
   SettingsStore settings_{state_};
   RecordingFiles files_{state_, clock_, messages_};
   RecordingEngine engine_{{state_, link_, files_, settings_, messages_, dialogs_, screens_}};
-  MainSheet sheet_{{state_, link_, clock_, screens_, events_}};
+  FileIndex index_{{state_, events_, clock_}};
+  OpenFile open_file_{{state_, index_, dialogs_, screens_, events_}};
+  CopyFiles copy_files_{{state_, open_file_, dialogs_, events_, clock_}};
+  MainSheet sheet_{{state_, link_, clock_, screens_, events_, files_}};
   MainCycle cycle_{{state_, link_, engine_, sheet_, messages_, clock_}};
   MainWindow window_{{state_, link_, files_, engine_, settings_, sheet_, cycle_, dialogs_, screens_,
                       events_, shell_, clock_}};

@@ -106,7 +106,7 @@ class BenchProgram {
   RecordingFiles files{state, clock, messages};
   SettingsStore settings{state};
   RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens}};
-  MainSheet sheet{{state, link, clock, screens, events}};
+  MainSheet sheet{{state, link, clock, screens, events, files}};
   MainCycle cycle{{state, link, engine, sheet, messages, clock}};
   MainWindow window{
       {state, link, files, engine, settings, sheet, cycle, dialogs, screens, events, shell, clock}};
