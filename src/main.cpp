@@ -1,15 +1,26 @@
 #include <QApplication>
 #include <memory>
 
+#include "common/choose_directory.h"
+#include "common/copy_files.h"
+#include "common/forms/all_copy.h"
+#include "common/forms/all_dir.h"
+#include "common/forms/all_msg.h"
+#include "common/forms/all_open.h"
+#include "common/message_form.h"
 #include "common/messages.h"
+#include "common/open_file.h"
+#include "files/file_index.h"
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
 #include "frame/forms/all_load.h"
 #include "frame/forms/tavrel.h"
+#include "frame/forms/tavsett.h"
 #include "frame/main_cycle.h"
 #include "frame/main_sheet.h"
 #include "frame/main_window.h"
 #include "frame/run_state.h"
+#include "frame/settings_dialog.h"
 #include "frame/settings_store.h"
 #include "frame/start_up.h"
 #include "link/link.h"
@@ -37,6 +48,7 @@ class Program {
     });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
+    AddForms();
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -56,6 +68,40 @@ class Program {
   }
 
  private:
+  // The modal forms that the program has. Each waits for the user, so the pointer is the normal
+  // one, whatever the rule has set that opens it.
+  void AddForms() {
+    screens_.Add(View::kTavSett, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      SettingsDialog dialog({state_, link_, settings_, window_, directory_, dialogs_, shell_});
+      TavSett(dialog).Run();
+    });
+    screens_.Add(View::kAllDir, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      AllDir(directory_).Run();
+    });
+    screens_.Add(View::kAllMsg, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      AllMsg(message_).Run();
+    });
+    AddFileForms();
+  }
+
+  // These show the hourglass themselves while they search and copy.
+  void AddFileForms() {
+    screens_.Add(View::kAllOpen, [this] {
+      open_file_.Load();
+      AllOpen(open_file_).Run();
+      if (open_file_.IsOpen()) {
+        open_file_.cmdBack_Click();  // the program ends, nobody has chosen
+      }
+    });
+    screens_.Add(View::kAllCopy, [this] {
+      copy_files_.Load();
+      AllCopy(copy_files_).Run();
+    });
+  }
+
   void ShowMainForm() {
     events_.SetPointer(Pointer::kHourglass);
     const int top = splash_->y();
@@ -100,12 +146,17 @@ class Program {
   RecordingFiles files_{state_, clock_, messages_};
   RecordingEngine engine_{
       {state_, link_, files_, settings_, messages_, dialogs_, screens_, clock_}};
-  MainSheet sheet_{{state_, link_, clock_, screens_, events_}};
+  FileIndex index_{{state_, events_, clock_}};
+  OpenFile open_file_{{state_, index_, dialogs_, screens_, events_}};
+  CopyFiles copy_files_{{state_, open_file_, dialogs_, events_, clock_}};
+  MainSheet sheet_{{state_, link_, clock_, screens_, events_, files_}};
   MainCycle cycle_{{state_, link_, engine_, sheet_, messages_, clock_}};
   MainWindow window_{{state_, link_, files_, engine_, settings_, sheet_, cycle_, dialogs_, screens_,
                       events_, shell_, clock_}};
   StartUp start_up_{{state_, link_, files_, settings_, sheet_, cycle_, window_, messages_, dialogs_,
                      screens_, events_, clock_}};
+  DirectoryChoice directory_{state_, screens_};
+  MessageForm message_{state_, screens_};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;

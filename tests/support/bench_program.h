@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/help.h"
 #include "common/messages.h"
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
@@ -107,7 +108,7 @@ class BenchProgram {
   RecordingFiles files{state, clock, messages};
   SettingsStore settings{state};
   RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens, clock}};
-  MainSheet sheet{{state, link, clock, screens, events}};
+  MainSheet sheet{{state, link, clock, screens, events, files}};
   MainCycle cycle{{state, link, engine, sheet, messages, clock}};
   MainWindow window{
       {state, link, files, engine, settings, sheet, cycle, dialogs, screens, events, shell, clock}};
