@@ -53,7 +53,8 @@ class BenchHome {
     unit.UnitRole.fill(0);
     std::fill_n(unit.UnitRole.begin(), recordings.channels, std::int16_t{1});
     unit.UnitDesignation.Set("OVE:Oven " + std::to_string(slot));
-    const auto words = static_cast<std::size_t>(recordings.channels * recordings.rows);
+    const std::size_t words =
+        static_cast<std::size_t>(recordings.channels) * static_cast<std::size_t>(recordings.rows);
     std::string bytes(sizeof unit + words * kWordBytes, '\1');
     std::memcpy(bytes.data(), &unit, sizeof unit);
     return bytes;

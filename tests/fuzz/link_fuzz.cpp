@@ -49,7 +49,8 @@ class LineUnderFire {
     const int what = input_.Byte();
     for (int arrival = 0; arrival < what % 4; ++arrival) {
       const microseconds delay = input_.Byte() * microseconds(1000) + microseconds(input_.Byte());
-      const std::string text = input_.Text(static_cast<std::size_t>(1 + input_.Choice(7)));
+      const int length = 1 + input_.Choice(7);
+      const std::string text = input_.Text(static_cast<std::size_t>(length));
       if (!text.empty()) {
         port_.Arrive(delay, text);
       }
@@ -94,7 +95,7 @@ class LineUnderFire {
             "the arguments survive an exchange");
   }
 
-  void CheckTime(nanoseconds took) {
+  void CheckTime(nanoseconds took) const {
     Require(took <= kSettle + kOneExchange + kSlack, "an exchange ends within its limit");
     Require(!was_good_ || took <= kOneExchange + kSlack, "no pause behind a good exchange");
     Require(!link_.Simulated || took == nanoseconds(0), "the store in memory answers at once");
