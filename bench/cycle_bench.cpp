@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QTimer>
+#include <algorithm>
 #include <array>
 #include <filesystem>
 
@@ -20,7 +21,8 @@ namespace {
 constexpr int kRounds = 101;
 constexpr int kTicksOfARound = 1000;
 constexpr double kFarAway = 1000;  // seconds
-constexpr std::chrono::seconds kWatched{15};
+constexpr std::chrono::seconds kWatched{5};
+constexpr int kPasses = 5;
 
 // Twelve rows in use, no pass due, no recording on. The form copies its values after each tick.
 void IdleTick(benchmark::State& state) {
@@ -79,17 +81,22 @@ class DeadLine {
   int slave_ = -1;
 };
 
-// Milliseconds that each tick takes, in the event loop of the program: while a tick runs a key has
-// to wait. Long enough for two passes over the rows and for the pump's turn after ten seconds.
-void RunCycle(LiveProgram& program, Promise& promise) {
+// The longest tick in milliseconds, in the event loop of the program, while a pass goes over the
+// rows and the pump has its turn behind it: while a tick runs a key has to wait.
+double LongestTick(LiveProgram& program) {
   QEventLoop loop;
   QTimer timer;
   timer.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&timer, &QTimer::timeout, &loop,
-                   [&] { promise.Measured(TimeOf<std::milli>([&] { program.cycle.Tick(); })); });
+  double longest = 0;
+  QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
+    longest = std::max(longest, TimeOf<std::milli>([&] { program.cycle.Tick(); }));
+  });
   QTimer::singleShot(kWatched, &loop, &QEventLoop::quit);
+  program.state.TickRefresh = 0;
+  program.state.TickTen = 0;
   timer.start(kTickMilliseconds);
   loop.exec();
+  return longest;
 }
 
 void KeyBesideSilence(benchmark::State& state) {
@@ -105,13 +112,12 @@ void KeyBesideSilence(benchmark::State& state) {
   Promise promise("ms");
   promise.Limit(110);  // one silence: 10 ms pause and 100 ms wait
   for (auto unused : state) {
-    RunCycle(program, promise);
+    promise.Measured(LongestTick(program));
   }
-  promise.JudgeTheWorst();
   promise.MustBeAtMost(150);
   promise.Report(state);
 }
-BENCHMARK(KeyBesideSilence)->Name("key beside six silent instruments, worst")->Iterations(1);
+BENCHMARK(KeyBesideSilence)->Name("key beside six silent instruments")->Iterations(kPasses);
 
 }  // namespace
 }  // namespace tavrel

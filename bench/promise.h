@@ -37,8 +37,6 @@ class Promise {
     most_ = value;
     must_ = Text(value);
   }
-  // Every single value counts, instead of the median.
-  void JudgeTheWorst() { by_worst_ = true; }
 
   void Report(benchmark::State& state) {
     if (measured_.empty() || limit_.empty()) {
@@ -46,8 +44,7 @@ class Promise {
       return;
     }
     const double limit = Median(limit_);
-    state.counters["measured"] =
-        by_worst_ ? *std::ranges::max_element(measured_) : Median(measured_);
+    state.counters["measured"] = Median(measured_);
     state.counters["limit"] = limit;
     state.counters["must"] = most_ > 0 ? most_ : limit * factor_ + slack_;
     state.SetLabel(unit_ + "|" + must_);
@@ -72,7 +69,6 @@ class Promise {
   double factor_ = 1;
   double slack_ = 0;
   double most_ = 0;
-  bool by_worst_ = false;
 };
 
 // How long `work` takes, in units of `Period` seconds.
