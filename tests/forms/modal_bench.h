@@ -1,5 +1,5 @@
-#ifndef TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
-#define TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
+#ifndef TAVREL_TESTS_FORMS_MODAL_BENCH_H_
+#define TAVREL_TESTS_FORMS_MODAL_BENCH_H_
 
 #include <gtest/gtest.h>
 
@@ -78,4 +78,4 @@ class ModalBench : public testing::Test, public SettingsBench {
 
 }  // namespace tavrel
 
-#endif  // TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
+#endif  // TAVREL_TESTS_FORMS_MODAL_BENCH_H_
