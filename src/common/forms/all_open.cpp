@@ -33,7 +33,7 @@ AllOpen::AllOpen(OpenFile& open_file) : ModalForm("ALL_OPEN", " Files"), open_fi
     open_file_.Display([this] { Show(); });
     AfterEvent();
   });
-  grid_->setFocus();
+  grid_->FocusRows();
 }
 
 void AllOpen::MakeGrid() {
@@ -66,7 +66,7 @@ void AllOpen::MakePath() {
   cmd_new_->setAccessibleName("list the files of this directory");
   connect(cmd_new_, &QPushButton::clicked, this, [this] {
     open_file_.cmdNew_Click([this] { Show(); });
-    grid_->setFocus();
+    grid_->FocusRows();
     AfterEvent();
   });
   auto* column = new QVBoxLayout(fr_path_);

@@ -59,7 +59,8 @@ FileGrid::FileGrid(const std::vector<IndexRow>& rows, QWidget* parent) : QFrame(
   const int row_height = f_grid_->verticalHeader()->defaultSectionSize();
   setMinimumSize(fontMetrics().averageCharWidth() * kShownCharacters,
                  cmd_file_->sizeHint().height() + row_height * kShownRows);
-  setFocusProxy(f_grid_);
+  setTabOrder(f_grid_, cmd_file_);
+  setTabOrder(cmd_file_, cmd_product_);
 }
 
 void FileGrid::MakeView(const std::vector<IndexRow>& rows) {

@@ -39,6 +39,9 @@ class FileGrid : public QFrame {
  public:
   FileGrid(const std::vector<IndexRow>& rows, QWidget* parent);
 
+  // The keyboard goes to the rows.
+  void FocusRows() { f_grid_->setFocus(); }
+
   // Copies what differs from what was shown last.
   void Show(const OpenFileValues& now);
 
