@@ -100,6 +100,9 @@ class Program {
   void ShowMainForm() {
     events_.SetPointer(Pointer::kHourglass);
     const int top = splash_->y();
+    // From here on only the main form ends the program: a box may be the only window for a while.
+    QApplication::setQuitOnLastWindowClosed(false);
+    splash_->hide();
     splash_.release()->deleteLater();
     if (!start_up_.MainFormLoad()) {
       QCoreApplication::quit();

@@ -34,10 +34,21 @@ AllDir::AllDir(DirectoryChoice& choice) : ModalForm("ALL_DIR", " Select ..."), c
 
 void AllDir::Show() {
   view_->Show();
-  const QString path = QtText(choice_.Lists().Path());
-  path_->setText(path_->fontMetrics().elidedText(path, Qt::ElideLeft, view_->width() * 3 / 4));
-  path_->setToolTip(path);
+  ShowPath();
   cmd_ok_->setToolTip(QtText(DirectoryChoice::kOkTip.In(choice_.TipLanguage())));
+}
+
+// The end of a path that is too long for its line, which the form's width decides.
+void AllDir::ShowPath() {
+  const QString path = QtText(choice_.Lists().Path());
+  path_->setText(path_->fontMetrics().elidedText(path, Qt::ElideLeft, path_->width()));
+  path_->setToolTip(path);
+  path_->setAccessibleName(path);
+}
+
+void AllDir::resizeEvent(QResizeEvent* event) {
+  ModalForm::resizeEvent(event);
+  ShowPath();
 }
 
 }  // namespace tavrel

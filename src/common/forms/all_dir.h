@@ -21,8 +21,11 @@ class AllDir : public ModalForm {
   void Show() override;
   [[nodiscard]] bool IsOpen() const override { return choice_.IsOpen(); }
   void Leave() override { choice_.Leave(); }
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
+  void ShowPath();
+
   DirectoryChoice& choice_;
   DirectoryView* view_ = nullptr;
   QLabel* path_ = nullptr;  // the whole path of the selected directory

@@ -1,6 +1,5 @@
 #include "common/forms/directory_view.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -13,7 +12,7 @@ namespace {
 
 constexpr int kLineRole = Qt::UserRole;
 constexpr int kShownLines = 14;
-constexpr int kShownCharacters = 46;
+constexpr int kShownCharacters = 62;
 
 int LineOf(const QTreeWidgetItem* item) {
   return item == nullptr ? -1 : item->data(0, kLineRole).toInt();
@@ -35,8 +34,7 @@ DirectoryTree::DirectoryTree(QWidget* parent) : QTreeWidget(parent) {
   setExpandsOnDoubleClick(false);
   setUniformRowHeights(true);
   setIndentation(fontMetrics().averageCharWidth() * 2);
-  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  header()->setStretchLastSection(false);
+  setTextElideMode(Qt::ElideMiddle);
   setMinimumSize(fontMetrics().averageCharWidth() * kShownCharacters,
                  (fontMetrics().height() + 4) * kShownLines);
   connect(this, &QTreeWidget::itemDoubleClicked, this,

@@ -15,8 +15,9 @@ namespace tavrel {
 namespace {
 
 constexpr int kMargin = 20;
-constexpr int kControlCharacters = 38;  // the longest path and the longest item fit
+constexpr int kControlCharacters = 46;  // the longest path and the longest item fit
 constexpr int kGapOfSections = 14;
+constexpr int kTextMargin = 4;  // texts begin where those of the lists do
 
 template <typename Items>
 QStringList QtItems(const Items& items) {
@@ -69,16 +70,20 @@ TavSett::TavSett(SettingsDialog& dialog) : ModalForm("TAVSETT", " Settings"), di
   txt_plant_->setFocus();
 }
 
+// In the order in which the Tab key visits them.
 void TavSett::MakeControls() {
   txt_plant_ = MakeText("Txt_Plant", &SettingsDialog::Txt_Plant_Change);
   txt_lab_ = MakeText("Txt_Lab", &SettingsDialog::Txt_Lab_Change);
-  cmd_font_ = MakeButton("CmdFont", &SettingsDialog::CmdFont_Click);
-  cbo_width_ = MakeList("CboWidth", QtItems(kWidthItems), &SettingsDialog::CboWidth_Click);
+  cbo_help_ = MakeList("cboHelp", QtItems(kHelpItems), &SettingsDialog::cboHelp_Click);
   cbo_com_ = MakeList("cboCom", QtItems(PortItems()), &SettingsDialog::cboCom_Click);
   cbo_mode_ = MakeList("cboMode", QtItems(kModeItems), &SettingsDialog::cboMode_Click);
-  cmd_path_ = MakeButton("cmdPath", &SettingsDialog::cmdPath_Click);
-  cbo_help_ = MakeList("cboHelp", QtItems(kHelpItems), &SettingsDialog::cboHelp_Click);
   cbo_dia_ = MakeList("cboDia", QtItems(kDiaItems), &SettingsDialog::cboDia_Click);
+  cmd_path_ = MakeButton("cmdPath", &SettingsDialog::cmdPath_Click);
+  cmd_font_ = MakeButton("CmdFont", &SettingsDialog::CmdFont_Click);
+  cbo_width_ = MakeList("CboWidth", QtItems(kWidthItems), &SettingsDialog::CboWidth_Click);
+  for (QPushButton* value : {cmd_path_, cmd_font_}) {
+    value->setStyleSheet("text-align: left; padding: 3px 8px;");
+  }
   cmd_ok_ = MakeButton("CmdOK", &SettingsDialog::CmdOK_Click);
   cmd_ok_->setText("OK");
   cmd_ok_->setAccessibleName("OK");
@@ -90,25 +95,24 @@ void TavSett::Arrange() {
   grid->setHorizontalSpacing(kMargin);
   grid->setVerticalSpacing(8);
   grid->setColumnMinimumWidth(1, fontMetrics().averageCharWidth() * kControlCharacters);
+  AddHeading(*grid, "User");
+  AddLine(*grid, "company", txt_plant_);
+  AddLine(*grid, "user", txt_lab_);
+  AddLine(*grid, "help language", cbo_help_);
   AddHeading(*grid, "Instruments");
   AddLine(*grid, "serial port", cbo_com_);
   AddLine(*grid, "interface", cbo_mode_);
-  AddHeading(*grid, "Reports");
-  AddLine(*grid, "company", txt_plant_);
-  AddLine(*grid, "user", txt_lab_);
-  AddLine(*grid, "font", cmd_font_);
-  AddLine(*grid, "line width", cbo_width_);
-  AddHeading(*grid, "Program");
-  AddLine(*grid, "data directory", cmd_path_);
-  AddLine(*grid, "help language", cbo_help_);
   AddLine(*grid, "diagnostic", cbo_dia_);
+  AddHeading(*grid, "Data and reports");
+  AddLine(*grid, "data directory", cmd_path_);
+  AddLine(*grid, "report font", cmd_font_);
+  AddLine(*grid, "line width", cbo_width_);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(kMargin, kGapOfSections, kMargin, kMargin);
   column->setSpacing(kMargin);
   column->addLayout(grid);
   column->addWidget(cmd_ok_, 0, Qt::AlignRight);
   column->setSizeConstraint(QLayout::SetFixedSize);
-  setTabOrder(cbo_dia_, cmd_ok_);
 }
 
 void TavSett::MakeMenu() {
@@ -160,6 +164,7 @@ QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeInd
 SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
   auto* edit = new SelectingEdit(this);
   edit->setObjectName(name);
+  edit->setTextMargins(kTextMargin, 0, kTextMargin, 0);
   connect(edit, &QLineEdit::textChanged, this, [this, take](const QString& text) {
     (dialog_.*take)(text.toStdString());
     AfterEvent();
