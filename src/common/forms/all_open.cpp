@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <chrono>
 
@@ -92,6 +93,7 @@ void AllOpen::MakeCommands() {
   progress_ = new QProgressBar(this);
   progress_->setObjectName("PbIndex");
   progress_->setAccessibleName("reading the directory");
+  progress_->setTextVisible(false);
   progress_->hide();
   cmd_copy_ = MakeButton("cmdCopy", "Copy ...", &OpenFile::cmdCopy_Click);
   cmd_open_ = MakeButton("cmdOpen", "Open", &OpenFile::cmdOpen_Click);
@@ -122,6 +124,7 @@ void AllOpen::Arrange() {
   all->setSpacing(kMargin);
   all->addLayout(files, 3);
   all->addLayout(right, 2);
+  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 // The default button shows what the Enter key does where the keyboard is.
