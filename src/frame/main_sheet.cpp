@@ -14,7 +14,7 @@ constexpr float kPassPause = 5;              // seconds between two passes
 constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
 
 struct Status {
-  const char* word;
+  const char* word = "";
   Colour colour;
 };
 

@@ -27,7 +27,7 @@ class ViewedFile : public testing::Test {
     WriteOld("M250102A.OVN", 6, "Other oven", 2);
   }
 
-  void WriteOld(const std::string& name, int inet, const std::string& apparatus, int rows) {
+  void WriteOld(const std::string& name, int inet, const std::string& apparatus, int rows) const {
     UnitRecord unit = BenchProgram::Header(inet, 1, 2, false);
     unit.SetApparatusName(apparatus);
     bench.home.Write("tavdat/" + name,
