@@ -26,14 +26,14 @@ class FileBench {
   [[nodiscard]] std::string Data() const { return program.home.File("tavdat"); }
 
   // A directory beside the data directory.
-  std::string MakeDirectory(const std::string& name) {
+  std::string MakeDirectory(const std::string& name) const {
     std::filesystem::create_directories(program.home.File(name));
     return program.home.File(name);
   }
 
   // A recording of that apparatus in a directory below the bench's home.
   void WriteFile(const std::string& directory, const std::string& name,
-                 const std::string& apparatus = "Oven") {
+                 const std::string& apparatus = "Oven") const {
     UnitRecord unit = BenchProgram::Header(1, 1, 2, false);
     unit.UnitDesignation.Set("OVN:" + apparatus);
     std::string bytes(sizeof unit, '\0');

@@ -20,7 +20,7 @@ AllCopy::AllCopy(CopyFiles& copy_files) : ModalForm("ALL_COPY", " Copy"), copy_f
   MakeLists();
   MakeFoot();
   Arrange();
-  directories_->setFocus();
+  directories_->FocusDirectories();
 }
 
 void AllCopy::MakeLists() {
@@ -41,6 +41,7 @@ void AllCopy::MakeFoot() {
   progress_ = new QProgressBar(this);
   progress_->setObjectName("PbCopy");
   progress_->setAccessibleName("copying");
+  progress_->setTextVisible(false);
   progress_->hide();
   cmd_copy_ = new QPushButton("Copy", this);
   cmd_copy_->setObjectName("cmdCopy");
@@ -73,15 +74,26 @@ void AllCopy::Arrange() {
 void AllCopy::Show() {
   const CopyFilesValues& now = copy_files_.Values();
   directories_->Show();
-  const QString path = QtText(now.lbPath);
-  lb_path_->setText(lb_path_->fontMetrics().elidedText(path, Qt::ElideLeft, lb_path_->width()));
-  lb_path_->setToolTip(path);
+  ShowPath();
   no_files_->setText(QtText(now.noFiles));
   progress_->setVisible(now.Progress != kNoProgress);
   progress_->setValue(now.Progress);
   directories_->setEnabled(!now.IsCopying);
   cmd_copy_->setEnabled(!now.IsCopying);
   cmd_copy_->setToolTip(QtText(kCopyFilesTips.front().Text.In(now.TipLanguage)));
+}
+
+// The end of a path that is too long for its line, which the form's width decides.
+void AllCopy::ShowPath() {
+  const QString path = QtText(copy_files_.Values().lbPath);
+  lb_path_->setText(lb_path_->fontMetrics().elidedText(path, Qt::ElideLeft, lb_path_->width()));
+  lb_path_->setToolTip(path);
+  lb_path_->setAccessibleName(path);
+}
+
+void AllCopy::resizeEvent(QResizeEvent* event) {
+  ModalForm::resizeEvent(event);
+  ShowPath();
 }
 
 }  // namespace tavrel

@@ -22,11 +22,13 @@ class AllCopy : public ModalForm {
   void Show() override;
   [[nodiscard]] bool IsOpen() const override { return copy_files_.IsOpen(); }
   void Leave() override { copy_files_.Leave(); }
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void MakeLists();
   void MakeFoot();
   void Arrange();
+  void ShowPath();
 
   CopyFiles& copy_files_;
   QLabel* lb_path_ = nullptr;

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <chrono>
 
@@ -33,7 +34,7 @@ AllOpen::AllOpen(OpenFile& open_file) : ModalForm("ALL_OPEN", " Files"), open_fi
     open_file_.Display([this] { Show(); });
     AfterEvent();
   });
-  grid_->setFocus();
+  grid_->FocusRows();
 }
 
 void AllOpen::MakeGrid() {
@@ -66,7 +67,7 @@ void AllOpen::MakePath() {
   cmd_new_->setAccessibleName("list the files of this directory");
   connect(cmd_new_, &QPushButton::clicked, this, [this] {
     open_file_.cmdNew_Click([this] { Show(); });
-    grid_->setFocus();
+    grid_->FocusRows();
     AfterEvent();
   });
   auto* column = new QVBoxLayout(fr_path_);
@@ -92,6 +93,7 @@ void AllOpen::MakeCommands() {
   progress_ = new QProgressBar(this);
   progress_->setObjectName("PbIndex");
   progress_->setAccessibleName("reading the directory");
+  progress_->setTextVisible(false);
   progress_->hide();
   cmd_copy_ = MakeButton("cmdCopy", "Copy ...", &OpenFile::cmdCopy_Click);
   cmd_open_ = MakeButton("cmdOpen", "Open", &OpenFile::cmdOpen_Click);
@@ -122,6 +124,7 @@ void AllOpen::Arrange() {
   all->setSpacing(kMargin);
   all->addLayout(files, 3);
   all->addLayout(right, 2);
+  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 // The default button shows what the Enter key does where the keyboard is.

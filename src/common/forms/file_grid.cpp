@@ -1,7 +1,10 @@
 #include "common/forms/file_grid.h"
 
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <algorithm>
 #include <cmath>
 
 #include "common/forms/modal_form.h"
@@ -14,7 +17,8 @@ constexpr int kColumns = 2;
 constexpr int kNameColumn = 0;
 constexpr int kRowPadding = 6;
 constexpr int kShownRows = 18;
-constexpr int kShownCharacters = 62;
+constexpr int kFewestRows = 5;                 // on a small screen
+constexpr const char* kWide = "M888888M.WWW";  // no usual name is wider
 
 SortMark MarkOf(const std::string& sort_key, char column) {
   if (sort_key.size() != 2 || sort_key.front() != column) {
@@ -22,6 +26,27 @@ SortMark MarkOf(const std::string& sort_key, char column) {
   }
   return sort_key.back() == 'A' ? SortMark::kUp : SortMark::kDown;
 }
+
+// The text of a cell begins where that of its head does.
+class CellText : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QString text = cell.text;
+    cell.text.clear();
+    const QStyle* style = cell.widget->style();
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    const QRect place = cell.rect.adjusted(SortHead::kIndent, 0, -2, 0);
+    const bool selected = cell.state.testFlag(QStyle::State_Selected);
+    style->drawItemText(painter, place, Qt::AlignVCenter, cell.palette, true,
+                        cell.fontMetrics.elidedText(text, Qt::ElideRight, place.width()),
+                        selected ? QPalette::HighlightedText : QPalette::Text);
+  }
+};
 
 }  // namespace
 
@@ -56,10 +81,24 @@ FileGrid::FileGrid(const std::vector<IndexRow>& rows, QWidget* parent) : QFrame(
   cmd_product_ = new SortHead("cmdProduct", "contents", this);
   MakeView(rows);
   ConnectView();
+  setMinimumSize(sizeHint().width() / 2, HeightOf(kFewestRows));
+  setTabOrder(f_grid_, cmd_file_);
+  setTabOrder(cmd_file_, cmd_product_);
+}
+
+int FileGrid::HeightOf(int rows) const {
   const int row_height = f_grid_->verticalHeader()->defaultSectionSize();
-  setMinimumSize(fontMetrics().averageCharWidth() * kShownCharacters,
-                 cmd_file_->sizeHint().height() + row_height * kShownRows);
-  setFocusProxy(f_grid_);
+  return cmd_file_->sizeHint().height() + row_height * rows + 2 * frameWidth();
+}
+
+QSize FileGrid::sizeHint() const {
+  const int columns = static_cast<int>(std::lround(NameWidth() / kNameShare));
+  const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
+  return {columns + scroll_bar + 2 * frameWidth(), HeightOf(kShownRows)};
+}
+
+int FileGrid::NameWidth() const {
+  return fontMetrics().horizontalAdvance(kWide) + 2 * SortHead::kIndent;
 }
 
 void FileGrid::MakeView(const std::vector<IndexRow>& rows) {
@@ -68,6 +107,7 @@ void FileGrid::MakeView(const std::vector<IndexRow>& rows) {
   f_grid_->setAccessibleName("files");
   model_ = new FileRows(rows, f_grid_);
   f_grid_->setModel(model_);
+  f_grid_->setItemDelegate(new CellText(f_grid_));
   f_grid_->setFrameShape(QFrame::NoFrame);
   f_grid_->setShowGrid(false);
   f_grid_->setWordWrap(false);
@@ -130,7 +170,9 @@ void FileGrid::resizeEvent(QResizeEvent* event) {
   const int head = cmd_file_->sizeHint().height();
   const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
   const int width = room.width() - scroll_bar;
-  const int names = static_cast<int>(std::lround(kNameShare * width));
+  // On a small screen the names keep what they need to be told apart.
+  const int share = static_cast<int>(std::lround(kNameShare * width));
+  const int names = std::min(std::max(share, NameWidth()), width / 2);
   cmd_file_->setGeometry(room.left(), room.top(), names, head);
   cmd_product_->setGeometry(room.left() + names, room.top(), room.width() - names, head);
   f_grid_->setGeometry(room.adjusted(0, head, 0, 0));

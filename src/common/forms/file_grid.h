@@ -39,6 +39,11 @@ class FileGrid : public QFrame {
  public:
   FileGrid(const std::vector<IndexRow>& rows, QWidget* parent);
 
+  // The keyboard goes to the rows.
+  void FocusRows() { f_grid_->setFocus(); }
+
+  [[nodiscard]] QSize sizeHint() const override;
+
   // Copies what differs from what was shown last.
   void Show(const OpenFileValues& now);
 
@@ -52,6 +57,8 @@ class FileGrid : public QFrame {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  [[nodiscard]] int HeightOf(int rows) const;
+  [[nodiscard]] int NameWidth() const;
   void MakeView(const std::vector<IndexRow>& rows);
   void ConnectView();
   void ShowSelection(const OpenFileValues& now);

@@ -9,7 +9,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kIndent = 8;      // before the caption, as before the texts of the rows
 constexpr qreal kArrow = 4;     // half the width of the arrow
 constexpr int kArrowRoom = 10;  // between caption and the middle of the arrow
 
@@ -51,7 +50,9 @@ void SortHead::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), isDown() || underMouse() ? Blend(button, accent, 0.15) : button);
   painter.setPen(EdgeOf(palette()));
   painter.drawLine(QPointF(0, height() - 0.5), QPointF(width(), height() - 0.5));
-  painter.drawLine(QPointF(width() - 0.5, 4), QPointF(width() - 0.5, height() - 5));
+  if (x() > kIndent) {
+    painter.drawLine(QPointF(0.5, 4), QPointF(0.5, height() - 5));
+  }
   painter.setPen(palette().color(QPalette::ButtonText));
   painter.drawText(rect().adjusted(kIndent, 0, -kIndent, 0), Qt::AlignVCenter, text());
   if (mark_ != SortMark::kNone) {

@@ -13,6 +13,8 @@ enum class SortMark { kNone, kUp, kDown };
 class SortHead : public QAbstractButton {
   Q_OBJECT
  public:
+  static constexpr int kIndent = 8;  // before the caption, and before the texts below it
+
   SortHead(const char* name, const QString& caption, QWidget* parent);
 
   void ShowMark(SortMark mark);
