@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <memory>
+#include <utility>
 
 #include "common/choose_directory.h"
 #include "common/forms/all_dir.h"
@@ -28,6 +29,13 @@
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
+#include "work/controller_settings.h"
+#include "work/forms/tav_ctrl.h"
+#include "work/forms/tav_pid.h"
+#include "work/forms/tav_prog.h"
+#include "work/pid_parameters.h"
+#include "work/program_editor.h"
+#include "work/program_runner.h"
 
 namespace tavrel {
 namespace {
@@ -44,6 +52,10 @@ class Program {
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
     AddForms();
+    AddControlForms();
+    MainCycle::Guests guests;
+    guests.step_program = [this](int slot) { runner_.StepProgram(slot); };
+    cycle_.SetGuests(std::move(guests));
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -78,6 +90,25 @@ class Program {
     screens_.Add(View::kAllMsg, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
       AllMsg(message_).Run();
+    });
+  }
+
+  // The forms that drive a controller.
+  void AddControlForms() {
+    screens_.Add(View::kTavCtrl, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      ControllerSettings settings({state_, link_, dialogs_, screens_});
+      TavCtrl(settings).Run();
+    });
+    screens_.Add(View::kTavPid, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      PidParameters parameters({state_, link_, dialogs_, screens_});
+      TavPid(parameters).Run();
+    });
+    screens_.Add(View::kTavProg, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      ProgramEditor editor({state_, dialogs_});
+      TavProg(editor).Run();
     });
   }
 
@@ -134,6 +165,7 @@ class Program {
                       events_, shell_, clock_}};
   StartUp start_up_{{state_, link_, files_, settings_, sheet_, cycle_, window_, messages_, dialogs_,
                      screens_, events_, clock_}};
+  ProgramRunner runner_{{state_, link_, engine_, dialogs_, events_, clock_}};
   DirectoryChoice directory_{state_, screens_};
   MessageForm message_{state_, screens_};
   std::unique_ptr<InstanceLock> lock_;
