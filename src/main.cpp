@@ -19,6 +19,12 @@
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
 #include "program_logic.h"
+#include "work/controller_settings.h"
+#include "work/forms/tav_ctrl.h"
+#include "work/forms/tav_pid.h"
+#include "work/forms/tav_prog.h"
+#include "work/pid_parameters.h"
+#include "work/program_editor.h"
 
 namespace tavrel {
 namespace {
@@ -35,6 +41,7 @@ class Program {
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { logic_.window.Close(); });
     AddForms();
+    AddControlForms();
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -86,6 +93,25 @@ class Program {
     screens_.Add(View::kAllCopy, [this] {
       logic_.copy_files.Load();
       AllCopy(logic_.copy_files).Run();
+    });
+  }
+
+  // The forms that drive a controller.
+  void AddControlForms() {
+    screens_.Add(View::kTavCtrl, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      ControllerSettings settings({logic_.state, logic_.link, dialogs_, screens_});
+      TavCtrl(settings).Run();
+    });
+    screens_.Add(View::kTavPid, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      PidParameters parameters({logic_.state, logic_.link, dialogs_, screens_});
+      TavPid(parameters).Run();
+    });
+    screens_.Add(View::kTavProg, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      ProgramEditor editor({logic_.state, dialogs_});
+      TavProg(editor).Run();
     });
   }
 

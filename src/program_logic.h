@@ -1,6 +1,8 @@
 #ifndef TAVREL_PROGRAM_LOGIC_H_
 #define TAVREL_PROGRAM_LOGIC_H_
 
+#include <utility>
+
 #include "common/choose_directory.h"
 #include "common/copy_files.h"
 #include "common/message_form.h"
@@ -22,6 +24,7 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "work/program_runner.h"
 
 namespace tavrel {
 
@@ -38,7 +41,11 @@ struct Machine {
 // The logic of the whole program, joined: one instance for the life of the process. The program
 // joins it to its forms, a test to its doubles, a benchmark to the real machine.
 struct ProgramLogic {
-  explicit ProgramLogic(const Machine& on) : machine(on) {}
+  explicit ProgramLogic(const Machine& on) : machine(on) {
+    MainCycle::Guests guests;
+    guests.step_program = [this](int slot) { runner.StepProgram(slot); };
+    cycle.SetGuests(std::move(guests));
+  }
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
@@ -50,6 +57,7 @@ struct ProgramLogic {
   RecordingFiles files{state, machine.clock, messages};
   RecordingEngine engine{
       {state, link, files, settings, messages, machine.dialogs, machine.screens, machine.clock}};
+  ProgramRunner runner{{state, link, engine, machine.dialogs, machine.events, machine.clock}};
   FileIndex index{{state, machine.events, machine.clock}};
   OpenFile open_file{{state, index, machine.dialogs, machine.screens, machine.events}};
   CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};
