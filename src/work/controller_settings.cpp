@@ -139,7 +139,7 @@ void ControllerSettings::TBox_Change(int index, const std::string& text) {
 // Both boxes show one value. A box that shows what it showed at opening brings the other one
 // back to that, too, so that nothing is lost by the fewer digits of the texts.
 void ControllerSettings::TBox_LostFocus(int index) {
-  if (index != edited_increment_) {
+  if (index != edited_increment_ || !IsIncrementBox(index)) {
     return;
   }
   edited_increment_ = -1;

@@ -1,7 +1,10 @@
 #ifndef TAVREL_TESTS_SUPPORT_CONTROL_BENCH_H_
 #define TAVREL_TESTS_SUPPORT_CONTROL_BENCH_H_
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -34,7 +37,11 @@ class ControlBench {
     state.Unit[1].UnitProgName.Set("");
     state.SlotFile[1] = "M260314A.OVN";
     state.SlotPath[1] = bench.home.File("tavdat");
-    bench.home.Write("tavdat/M260314A.OVN", std::string(sizeof(UnitRecord), '\0'));
+    std::string header(sizeof(UnitRecord), '\0');
+    std::memcpy(header.data(), &state.Unit[1], header.size());
+    bench.home.Write("tavdat/M260314A.OVN", header);
+    state.RecInterval[1] = 10;
+    state.SampleLimit[1] = 1000;
     static_cast<void>(
         state.SlotFileNo[1].Open(bench.home.File("tavdat/M260314A.OVN"), FileAccess::kUpdate));
     bench.screens.built = {View::kTavPid, View::kTavWait};
