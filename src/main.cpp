@@ -1,15 +1,21 @@
 #include <QApplication>
 #include <memory>
 
+#include "common/choose_directory.h"
+#include "common/forms/all_dir.h"
+#include "common/forms/all_msg.h"
+#include "common/message_form.h"
 #include "common/messages.h"
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
 #include "frame/forms/all_load.h"
 #include "frame/forms/tavrel.h"
+#include "frame/forms/tavsett.h"
 #include "frame/main_cycle.h"
 #include "frame/main_sheet.h"
 #include "frame/main_window.h"
 #include "frame/run_state.h"
+#include "frame/settings_dialog.h"
 #include "frame/settings_store.h"
 #include "frame/start_up.h"
 #include "link/link.h"
@@ -37,6 +43,7 @@ class Program {
     });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
+    AddForms();
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -56,9 +63,30 @@ class Program {
   }
 
  private:
+  // The modal forms that the program has. Each waits for the user, so the pointer is the normal
+  // one, whatever the rule has set that opens it.
+  void AddForms() {
+    screens_.Add(View::kTavSett, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      SettingsDialog dialog({state_, link_, settings_, window_, directory_, dialogs_, shell_});
+      TavSett(dialog).Run();
+    });
+    screens_.Add(View::kAllDir, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      AllDir(directory_).Run();
+    });
+    screens_.Add(View::kAllMsg, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      AllMsg(message_).Run();
+    });
+  }
+
   void ShowMainForm() {
     events_.SetPointer(Pointer::kHourglass);
     const int top = splash_->y();
+    // From here on only the main form ends the program: a box may be the only window for a while.
+    QApplication::setQuitOnLastWindowClosed(false);
+    splash_->hide();
     splash_.release()->deleteLater();
     if (!start_up_.MainFormLoad()) {
       QCoreApplication::quit();
@@ -106,6 +134,8 @@ class Program {
                       events_, shell_, clock_}};
   StartUp start_up_{{state_, link_, files_, settings_, sheet_, cycle_, window_, messages_, dialogs_,
                      screens_, events_, clock_}};
+  DirectoryChoice directory_{state_, screens_};
+  MessageForm message_{state_, screens_};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;

@@ -2,9 +2,8 @@
 
 #include <chrono>
 
-#include "common/language.h"
+#include "common/help.h"
 #include "common/text.h"
-#include "platform/file_system.h"
 
 namespace tavrel {
 namespace {
@@ -35,7 +34,7 @@ void MainWindow::Choose(const MenuEntry& entry) {
       MnuSettings();
       return;
     case MenuAction::kHelp:
-      MnuHelp();
+      ShowHelp(parts_.dialogs, parts_.shell, parts_.state.AppPath, parts_.state.Settings.HelpLang);
       return;
     case MenuAction::kExit:
       MnuExit();
@@ -57,20 +56,6 @@ void MainWindow::ShowForm(const MenuEntry& entry) {
   parts_.sheet.ShowCommands(true);
 }
 
-void MainWindow::MnuHelp() {
-  const RunState& state = parts_.state;
-  const bool german = LanguageOf(state.Settings.HelpLang) == Language::kGerman;
-  const std::string path = state.AppPath + (german ? kGermanManual : kEnglishManual);
-  const auto found =
-      FindFile(StripSeparator(state.AppPath), german ? kGermanManual : kEnglishManual);
-  if (!found) {
-    parts_.dialogs.Message(
-        {"Help-file not found:\n\n\"" + path + "\"", "TAVREL", BoxIcon::kInformation});
-    return;
-  }
-  parts_.shell.OpenDocument(*found);
-}
-
 void MainWindow::LinkOpen() {
   const SettingsValues& settings = parts_.state.Settings;
   parts_.link.LinkOpen({settings.CommPort, settings.ComMode, settings.TypeSel});
@@ -87,6 +72,9 @@ void MainWindow::MnuSettings() {
     parts_.events.SetPointer(Pointer::kHourglass);
     parts_.screens.Show(View::kTavSett);
     parts_.events.SetPointer(Pointer::kNormal);
+    if (ended_) {
+      return;
+    }
     LinkOpen();
     if (parts_.link.PortError != 0 &&
         !parts_.dialogs.AskRetry(PortErrorNotice(BoxIcon::kCritical))) {

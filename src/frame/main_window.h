@@ -16,9 +16,6 @@
 
 namespace tavrel {
 
-inline constexpr const char* kGermanManual = "H207_511.pdf";  // also marks a whole installation
-inline constexpr const char* kEnglishManual = "H207_512.pdf";
-
 // The commands of the main form's menu and the way out of the program.
 class MainWindow {
  public:
@@ -64,7 +61,6 @@ class MainWindow {
 
  private:
   void ShowForm(const MenuEntry& entry);
-  void MnuHelp();
   void ShutDown();
   void MarkLastSets();
   void ReadOut();

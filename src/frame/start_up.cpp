@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "common/help.h"
 #include "common/language.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
@@ -60,6 +61,9 @@ bool StartUp::MainFormLoad() {
   if (state.FirstRun || !state.SettingsRead) {
     parts_.events.SetPointer(Pointer::kNormal);
     parts_.screens.Show(View::kTavSett);
+  }
+  if (parts_.window.HasEnded()) {
+    return false;
   }
   parts_.window.LinkOpen();
   if (parts_.link.PortError != 0) {

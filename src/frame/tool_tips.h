@@ -29,6 +29,20 @@ inline constexpr std::array kMainSheetTips = {
     ToolTip{"cmd_Open", {" open a Tavrel-file ", " Tavrel-Datei öffnen "}},
 };
 
+inline constexpr std::array kSettingsTips = {
+    ToolTip{"cboCom", {" (----) = Tavrel will be simulated ", " (----) = Tavrel wird simuliert "}},
+    ToolTip{"cboDia", {" default = 'no' ", " empfohlen = 'nein' "}},
+    ToolTip{"cboHelp", {" select ... ", " Sprache für Hilfe "}},
+    ToolTip{"cboMode", {" default = 'direct' ", " Normaleinstellung = 'direct' "}},
+    ToolTip{"CboWidth", {" line width (default = 2) ", " Graphik-Linienstärke  (Protokolle) "}},
+    ToolTip{"CmdOK",
+            {" save new settings  (enter-key) ", " Einstellungen speichern  (Eingabe-Taste) "}},
+    ToolTip{"CmdFont", {" font, size ", " Schriftart und Grösse  (Protokolle) "}},
+    ToolTip{"cmdPath", {" default path for Tavrel-files ", " Pfad für Tavrel-Dateien "}},
+    ToolTip{"Txt_Plant", {" any text ... ", " beliebiger Text ... "}},
+    ToolTip{"Txt_Lab", {" any text ... ", " beliebiger Text ... "}},
+};
+
 }  // namespace tavrel
 
 #endif  // TAVREL_FRAME_TOOL_TIPS_H_

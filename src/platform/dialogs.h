@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/file_choice.h"
+
 namespace tavrel {
 
 enum class BoxIcon { kNone, kInformation, kQuestion, kWarning, kCritical };
@@ -14,8 +16,8 @@ struct Notice {
   BoxIcon Icon = BoxIcon::kWarning;
 };
 
-// Boxes. The asking ones return when the user has answered; timers go on beneath them.
-// All texts are UTF-8.
+// Boxes and common dialogs. The asking ones return when the user has answered; timers go on beneath
+// them. All texts are UTF-8.
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
@@ -35,6 +37,14 @@ class Dialogs {
   // Shows the notice without waiting for an answer and without taking the keyboard: the way
   // in which the measuring cycle, which must never stop, speaks to the user.
   virtual void Announce(const Notice& notice) = 0;
+
+  // Lets the user choose a file: one that exists, or the name of one to save, where a name that
+  // exists already in any case is asked about and given as the disk spells it. Nothing is opened
+  // and the current directory stays. Where there is nobody to ask it is as after Cancel.
+  virtual void FileDialog(FileChoice& choice) { choice.Cancel(); }
+
+  // Lets the user choose a font. True: `choice` is the new one; false: it is as it was.
+  [[nodiscard]] virtual bool FontDialog(FontChoice& /*choice*/) { return false; }
 };
 
 }  // namespace tavrel

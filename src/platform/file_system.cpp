@@ -166,16 +166,6 @@ class Replacement {
   std::string error_;
 };
 
-// The user's home by the environment, else by the list of users.
-std::string HomeDirectory() {
-  const char* const home = std::getenv("HOME");
-  if (home != nullptr && *home == kSeparator) {
-    return home;
-  }
-  const passwd* const user = getpwuid(getuid());
-  return user != nullptr ? user->pw_dir : "/";
-}
-
 }  // namespace
 
 std::string JoinPath(std::string_view directory, std::string_view name) {
@@ -329,6 +319,15 @@ std::string ProgramDirectory() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
   return error ? fs::current_path(error).string() : program.parent_path().string();
+}
+
+std::string HomeDirectory() {
+  const char* const home = std::getenv("HOME");
+  if (home != nullptr && *home == kSeparator) {
+    return home;
+  }
+  const passwd* const user = getpwuid(getuid());
+  return user != nullptr ? user->pw_dir : "/";
 }
 
 std::string UserDataDirectory() {

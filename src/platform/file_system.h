@@ -64,6 +64,9 @@ void SyncDirectory(const std::string& directory);
 // The directory of the running program, without a separator at its end.
 [[nodiscard]] std::string ProgramDirectory();
 
+// The user's home directory by the environment, else by the list of users.
+[[nodiscard]] std::string HomeDirectory();
+
 // Where a user's own files of this program belong if the program's directory cannot be
 // written: $XDG_DATA_HOME/tavrel or ~/.local/share/tavrel. It need not exist.
 [[nodiscard]] std::string UserDataDirectory();

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/help.h"
 #include "common/messages.h"
 #include "files/recording_engine.h"
 #include "files/recording_file.h"

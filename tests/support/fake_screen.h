@@ -2,6 +2,7 @@
 #define TAVREL_TESTS_SUPPORT_FAKE_SCREEN_H_
 
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -13,7 +14,8 @@
 namespace tavrel {
 
 // Boxes that answer at once and remember what they said.
-// Levers: ok, retry, yes are the answers; on_box runs while a box is open.
+// Levers: ok, retry, yes are the answers; on_box runs while a box is open; chosen_file is the full
+// path that the file dialog gives (empty: Cancel), chosen_font the font (none: Cancel).
 class FakeDialogs : public Dialogs {
  public:
   bool ok = true;
@@ -22,12 +24,29 @@ class FakeDialogs : public Dialogs {
   std::function<void()> on_box = [] {};
   std::vector<Notice> boxes;      // blocking ones, in their order
   std::vector<Notice> announced;  // those that do not block
+  std::string chosen_file;
+  std::optional<FontChoice> chosen_font;
+  std::vector<FileChoice> file_dialogs;  // what was asked for
+  std::vector<FontChoice> font_dialogs;
 
   void Message(const Notice& notice) override { Open(notice); }
   [[nodiscard]] bool AskOk(const Notice& notice) override { return Open(notice), ok; }
   [[nodiscard]] bool AskRetry(const Notice& notice) override { return Open(notice), retry; }
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Open(notice), yes; }
   void Announce(const Notice& notice) override { announced.push_back(notice); }
+  void FileDialog(FileChoice& choice) override {
+    file_dialogs.push_back(choice);
+    if (chosen_file.empty()) {
+      choice.Cancel();
+    } else {
+      choice.Take(chosen_file);
+    }
+  }
+  [[nodiscard]] bool FontDialog(FontChoice& choice) override {
+    font_dialogs.push_back(choice);
+    choice = chosen_font.value_or(choice);
+    return chosen_font.has_value();
+  }
 
  private:
   void Open(const Notice& notice) {

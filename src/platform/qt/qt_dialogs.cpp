@@ -1,8 +1,8 @@
 #include "platform/qt/qt_dialogs.h"
 
-#include <QApplication>
-
 #include "platform/qt/notices_window.h"
+#include "platform/qt/qt_choosers.h"
+#include "platform/qt/window_in_front.h"
 
 namespace tavrel {
 namespace {
@@ -48,10 +48,8 @@ bool QtDialogs::AskYes(const Notice& notice) {
 bool QtDialogs::Ask(const Notice& notice, QMessageBox::StandardButton yes,
                     QMessageBox::StandardButton no) {
   const QtEvents::NormalPointer normal_pointer(events_);
-  QWidget* below = QApplication::activeModalWidget();
   QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
-                  QString::fromStdString(notice.Text), QMessageBox::NoButton,
-                  below != nullptr ? below : QApplication::activeWindow());
+                  QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
   box.setTextFormat(Qt::PlainText);
   // A path or a command in the text can be marked and copied.
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -66,6 +64,19 @@ void QtDialogs::Announce(const Notice& notice) {
     notices_ = std::make_unique<NoticesWindow>();
   }
   notices_->Add(notice);
+}
+
+void QtDialogs::FileDialog(FileChoice& choice) {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  RunFileDialog(choice, [this](const std::string& path) {
+    return AskYes(
+        {path + "\n\nThis file exists already. Replace it ?", "Save As", BoxIcon::kWarning});
+  });
+}
+
+bool QtDialogs::FontDialog(FontChoice& choice) {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  return RunFontDialog(choice);
 }
 
 }  // namespace tavrel

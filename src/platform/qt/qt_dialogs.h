@@ -27,6 +27,9 @@ class QtDialogs : public Dialogs {
   // All announced notices stand in one window, until the user closes it.
   void Announce(const Notice& notice) override;
 
+  void FileDialog(FileChoice& choice) override;
+  [[nodiscard]] bool FontDialog(FontChoice& choice) override;
+
  private:
   // Returns true if the user chose `yes`.
   bool Ask(const Notice& notice, QMessageBox::StandardButton yes, QMessageBox::StandardButton no);

@@ -1,0 +1,48 @@
+#include "common/checks.h"
+
+#include "common/number.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kTitle = "check";
+constexpr int kQuestionKind = 1;
+constexpr int kWarningKind = 2;
+
+BoxIcon IconOf(int kind) {
+  switch (kind) {
+    case kQuestionKind:
+      return BoxIcon::kQuestion;
+    case kWarningKind:
+      return BoxIcon::kWarning;
+    default:
+      return BoxIcon::kInformation;
+  }
+}
+
+}  // namespace
+
+void ShowMessage(Dialogs& dialogs, const std::string& text, const std::string& title, int kind) {
+  dialogs.Message({text, title, IconOf(kind)});
+}
+
+bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double lower,
+                double upper) {
+  // Both comparisons are false for what is no number.
+  if (lower <= value && value <= upper) {
+    return true;
+  }
+  const std::string range = ShortestNumber(lower) + " ... " + ShortestNumber(upper);
+  ShowMessage(dialogs, name + ":\n" + range, kTitle, kWarningKind);
+  return false;
+}
+
+bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {
+  if (link.IsGood(inet)) {
+    return true;
+  }
+  ShowMessage(dialogs, "Tavrel connected ?", kTitle, kQuestionKind);
+  return false;
+}
+
+}  // namespace tavrel

@@ -1,0 +1,41 @@
+#ifndef TAVREL_COMMON_FORMS_MODAL_FORM_H_
+#define TAVREL_COMMON_FORMS_MODAL_FORM_H_
+
+#include <QDialog>
+#include <string_view>
+
+namespace tavrel {
+
+// A modal form on top of the window in front, of the size that its contents need. Enter presses
+// its default button from anywhere, Escape and the close box are the same event; neither key
+// reaches anything else. A form that its logic still calls open stays open whatever the user
+// does.
+class ModalForm : public QDialog {
+  Q_OBJECT
+ public:
+  ModalForm(const char* name, std::string_view caption);
+
+  // Shows the form and returns when its logic has closed it, or the program ends.
+  void Run();
+
+  // Escape and the close box.
+  void reject() override;
+
+ protected:
+  // Copies what the logic says to the widgets.
+  virtual void Show() = 0;
+  [[nodiscard]] virtual bool IsOpen() const = 0;
+  virtual void Leave() = 0;
+
+  // After each event: closes the form, or shows what has changed.
+  void AfterEvent();
+
+  void keyPressEvent(QKeyEvent* event) override;
+};
+
+// A text of the logic for the toolkit.
+[[nodiscard]] QString QtText(std::string_view utf8);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_COMMON_FORMS_MODAL_FORM_H_

@@ -1,0 +1,16 @@
+#ifndef TAVREL_COMMON_PROGRAM_FILE_H_
+#define TAVREL_COMMON_PROGRAM_FILE_H_
+
+#include "frame/run_state.h"
+#include "platform/dialogs.h"
+
+namespace tavrel {
+
+// Lets the user choose an existing file of a controller program. True if one was chosen: the
+// settings ProgPath (with a separator at its end) and ProgFile then name it, and are saved at
+// exit if they changed. After Cancel they stay as they were.
+[[nodiscard]] bool ChooseProgramFile(RunState& state, Dialogs& dialogs);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_COMMON_PROGRAM_FILE_H_

@@ -1,0 +1,72 @@
+#ifndef TAVREL_FRAME_FORMS_TAVSETT_H_
+#define TAVREL_FRAME_FORMS_TAVSETT_H_
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QStringList>
+
+#include "common/forms/modal_form.h"
+#include "frame/settings_dialog.h"
+
+class QGridLayout;
+class QPushButton;
+
+namespace tavrel {
+
+// A free text of which all is selected when the keyboard or a click comes to it.
+class SelectingEdit : public QLineEdit {
+  Q_OBJECT
+ public:
+  using QLineEdit::QLineEdit;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  bool came_by_click_ = false;  // the click that brought the focus is still going on
+};
+
+// TAVSETT, the form of the settings.
+class TavSett : public ModalForm {
+  Q_OBJECT
+ public:
+  // `dialog` outlives the form.
+  explicit TavSett(SettingsDialog& dialog);
+
+ protected:
+  void Show() override;
+  [[nodiscard]] bool IsOpen() const override { return dialog_.IsOpen(); }
+  void Leave() override { dialog_.Quit(); }
+
+ private:
+  using TakeIndex = void (SettingsDialog::*)(int index);
+  using TakeText = void (SettingsDialog::*)(const std::string& text);
+  using Press = void (SettingsDialog::*)();
+
+  void MakeMenu();
+  void MakeControls();
+  void Arrange();
+  void AddHeading(QGridLayout& grid, const char* text);
+  void AddLine(QGridLayout& grid, const char* text, QWidget* control);
+  [[nodiscard]] QComboBox* MakeList(const char* name, const QStringList& items, TakeIndex take);
+  [[nodiscard]] SelectingEdit* MakeText(const char* name, TakeText take);
+  [[nodiscard]] QPushButton* MakeButton(const char* name, Press press);
+  void ShowTips();
+
+  SettingsDialog& dialog_;
+  QComboBox* cbo_com_ = nullptr;
+  QComboBox* cbo_help_ = nullptr;
+  QComboBox* cbo_mode_ = nullptr;
+  QComboBox* cbo_dia_ = nullptr;
+  QComboBox* cbo_width_ = nullptr;
+  SelectingEdit* txt_plant_ = nullptr;
+  SelectingEdit* txt_lab_ = nullptr;
+  QPushButton* cmd_font_ = nullptr;
+  QPushButton* cmd_path_ = nullptr;
+  QPushButton* cmd_ok_ = nullptr;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FRAME_FORMS_TAVSETT_H_

@@ -1,0 +1,161 @@
+#include "platform/qt/qt_choosers.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFontDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <filesystem>
+
+#include "platform/qt/qt_dialogs.h"
+#include "tests/support/temporary_directory.h"
+
+namespace tavrel {
+namespace {
+
+class Choosers : public testing::Test {
+ protected:
+  Choosers() {
+    choice.Directory = home.Path();
+    choice.DefaultExtension = "prg";
+    choice.Filter = "program  (*.prg)|*.prg";
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  }
+  // Does `deed` once, to the dialog of that kind that is in front as soon as it is there.
+  template <typename Dialog, typename Deed>
+  void WhenItComes(Deed deed) {
+    auto* poll = new QTimer(&owner);
+    poll->callOnTimeout([poll, deed] {
+      auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+      if (dialog != nullptr) {
+        poll->stop();
+        QTimer::singleShot(0, dialog, [dialog, deed] { deed(dialog); });
+      }
+    });
+    poll->start(1);
+  }
+  void Type(
+      const QString& name, std::function<void()> then = [] {}) {
+    WhenItComes<QFileDialog>([this, name, then](QFileDialog* dialog) {
+      title = dialog->windowTitle();
+      filters = dialog->nameFilters();
+      then();
+      auto* edit = dialog->findChild<QLineEdit*>("fileNameEdit");
+      offered = edit->text();
+      edit->setText(name);
+      QTest::keyClick(edit, Qt::Key_Return);
+    });
+  }
+  void Answer(QMessageBox::StandardButton button) {
+    WhenItComes<QMessageBox>([this, button](QMessageBox* box) {
+      question = box->text();
+      box->button(button)->click();
+    });
+  }
+
+  TemporaryDirectory home;
+  QtEvents events;
+  QtDialogs dialogs{events};
+  FileChoice choice;
+  QString title;
+  QString offered;
+  QString question;
+  QStringList filters;
+  QObject owner;
+};
+
+TEST_F(Choosers, OpenAnExistingFile) {
+  home.Write("anneal.prg", "x");
+  choice.FileName = "last.prg";
+  Type("anneal.prg");
+  dialogs.FileDialog(choice);
+  EXPECT_EQ(title, "Open");
+  EXPECT_EQ(filters, QStringList("program (*.prg)"));
+  EXPECT_EQ(offered, "last.prg");
+  EXPECT_EQ(choice.FullName, home.File("anneal.prg"));
+  EXPECT_EQ(choice.FileName, "anneal.prg");
+  EXPECT_EQ(choice.Directory, home.Path() + "/");
+}
+
+TEST_F(Choosers, LeaveNoNameAfterCancel) {
+  choice.FileName = "last.prg";
+  WhenItComes<QFileDialog>([](QFileDialog* dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+  dialogs.FileDialog(choice);
+  EXPECT_EQ(choice.FileName, "");
+  EXPECT_EQ(choice.FullName, "");
+  EXPECT_EQ(choice.Directory, home.Path());
+}
+
+TEST_F(Choosers, PutTheExtensionBehindANewName) {
+  choice.Mode = FileMode::kSave;
+  Type("next");
+  dialogs.FileDialog(choice);
+  EXPECT_EQ(title, "Save As");
+  EXPECT_EQ(choice.FullName, home.File("next.prg"));
+  EXPECT_FALSE(home.Exists("next.prg"));
+}
+
+TEST_F(Choosers, AskBeforeAFileOfThatNameInAnyCaseIsReplaced) {
+  home.Write("ANNEAL.PRG", "x");
+  choice.Mode = FileMode::kSave;
+  Type("anneal.prg");
+  Answer(QMessageBox::Yes);
+  dialogs.FileDialog(choice);
+  EXPECT_TRUE(question.startsWith(QString::fromStdString(home.File("ANNEAL.PRG"))));
+  EXPECT_EQ(choice.FileName, "ANNEAL.PRG");
+}
+
+TEST_F(Choosers, ComeAgainIfTheFileShallStay) {
+  home.Write("anneal.prg", "x");
+  choice.Mode = FileMode::kSave;
+  Type("anneal.prg");
+  WhenItComes<QMessageBox>([this](QMessageBox* box) {
+    Type("other.prg");
+    box->button(QMessageBox::No)->click();
+  });
+  dialogs.FileDialog(choice);
+  EXPECT_EQ(choice.FileName, "other.prg");
+}
+
+TEST_F(Choosers, StayWhereTheProgramIs) {
+  const auto before = std::filesystem::current_path();
+  home.Write("anneal.prg", "x");
+  Type("anneal.prg");
+  dialogs.FileDialog(choice);
+  EXPECT_EQ(std::filesystem::current_path(), before);
+}
+
+TEST_F(Choosers, GiveTheFontThatWasChosen) {
+  FontChoice font{"DejaVu Sans", 10};
+  WhenItComes<QFontDialog>([](QFontDialog* dialog) {
+    dialog->setCurrentFont(QFont("DejaVu Serif", 14));
+    dialog->accept();
+  });
+  EXPECT_TRUE(dialogs.FontDialog(font));
+  EXPECT_EQ(font.Name, "DejaVu Serif");
+  EXPECT_EQ(font.Size, 14);
+}
+
+TEST_F(Choosers, KeepTheFontAfterCancel) {
+  FontChoice font{"Arial", 0};
+  WhenItComes<QFontDialog>([](QFontDialog* dialog) {
+    EXPECT_EQ(dialog->currentFont().pointSize(), 11);
+    dialog->reject();
+  });
+  EXPECT_FALSE(dialogs.FontDialog(font));
+  EXPECT_EQ(font.Name, "Arial");
+  EXPECT_EQ(font.Size, 0);
+}
+
+TEST(Filter, IsTheToolkitsOwn) {
+  EXPECT_EQ(QtFilter("program  (*.prg)|*.prg|all|*.asc;*.txt"),
+            "program (*.prg);;all (*.asc *.txt)");
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,66 @@
+#ifndef TAVREL_TESTS_SUPPORT_SETTINGS_BENCH_H_
+#define TAVREL_TESTS_SUPPORT_SETTINGS_BENCH_H_
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/choose_directory.h"
+#include "frame/settings_dialog.h"
+#include "tests/support/bench_program.h"
+
+namespace tavrel {
+
+// The program on the bench with settings that every list of the settings dialog can show, and the
+// dialog on demand.
+class SettingsBench {
+ public:
+  SettingsBench() {
+    SettingsValues& values = bench.state.Settings;
+    values.Plant = "Foundry South";
+    values.Lab = "M. Weber";
+    values.HelpLang = "English";
+    values.CommPort = "COM3";
+    values.DefPath = bench.home.File("tavdat");
+    values.PFontName = "Arial";
+    values.PFontSize = 11;
+    values.PDrawWidth = 2;
+    bench.screens.built = {View::kTavSett, View::kAllDir};
+    bench.state.ActiveView = View::kMainSheet;
+  }
+
+  SettingsDialog& Open() {
+    dialog.reset();
+    return dialog.emplace(SettingsDialog::Parts{bench.state, bench.link, bench.settings,
+                                                bench.window, directory, bench.dialogs,
+                                                bench.shell});
+  }
+
+  // The next cmdPath opens that directory and takes it.
+  void NextDirectory(const std::string& path) {
+    std::filesystem::create_directories(path);
+    bench.screens.on_show = [this, path](View) {
+      directory.Lists().Open(path);
+      directory.CmdOK_Click();
+    };
+  }
+
+  void PutIntoUse(int slot, bool recording) {
+    const auto place = static_cast<std::size_t>(slot);
+    bench.state.SlotFile.at(place) = "M260314A.OVN";
+    bench.state.Unit.at(place).UnitRecOn = recording ? 1 : 0;
+  }
+
+  std::string SavedSettings() const { return bench.home.Read("TAVREL.USR"); }
+
+  BenchProgram bench;
+  DirectoryChoice directory{bench.state, bench.screens, [] {
+                              return std::vector<Place>{{"computer  (/)", "/"}};
+                            }};
+  std::optional<SettingsDialog> dialog;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_TESTS_SUPPORT_SETTINGS_BENCH_H_
