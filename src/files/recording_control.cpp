@@ -124,6 +124,15 @@ void RecordingEngine::OrderStop(int slot) {
   state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
 }
 
+void RecordingEngine::DropStopOrder(int inet, int controller) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const StopOrder& order = stop_orders_[slot];
+    if (order.inet == inet && order.controller == controller) {
+      state_.StopPending[slot] = false;
+    }
+  }
+}
+
 // At every moment of this the settings on the disk name a file whose header says that the
 // recording is on, so that it goes on after a crash: first the next file is made, then the
 // settings name it, and only then the full one is marked as stopped.

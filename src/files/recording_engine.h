@@ -58,6 +58,10 @@ class RecordingEngine {
   // recording goes on in a next file, ReadState is kReading afterwards, else kIdle.
   void EndOfRecording(int slot);
 
+  // The user has switched that controller with success, or given it to a program: an end action
+  // that still waits to switch it off must not do so any more.
+  void DropStopOrder(int inet, int controller);
+
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
   // that could not be written yet.
   [[nodiscard]] bool HoldsSet(int slot) const;
