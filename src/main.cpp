@@ -28,6 +28,17 @@
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
+#include "work/colour_choice.h"
+#include "work/coordinates.h"
+#include "work/forms/tav_color.h"
+#include "work/forms/tav_coord.h"
+#include "work/forms/tav_rec.h"
+#include "work/forms/tav_wait.h"
+#include "work/forms/tav_work.h"
+#include "work/program_runner.h"
+#include "work/recording_settings.h"
+#include "work/wait_bar.h"
+#include "work/worksheet.h"
 
 namespace tavrel {
 namespace {
@@ -44,6 +55,9 @@ class Program {
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
     AddForms();
+    AddWorkForms();
+    cycle_.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
+                      [this](int slot) { programs_.StepProgram(slot); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -79,6 +93,43 @@ class Program {
       const QtEvents::NormalPointer normal_pointer(events_);
       AllMsg(message_).Run();
     });
+  }
+
+  // The worksheet and its dialogs. The wait bar keeps the pointer that its rule has set.
+  void AddWorkForms() {
+    screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
+    screens_.Add(View::kTavRec, [this] { TavRec(recording_settings_).Run(); });
+    screens_.Add(View::kTavCoord, [this] { TavCoord(coordinates_).Run(); });
+    screens_.Add(View::kTavColor, [this] { TavColor(colours_).Run(); });
+    screens_.Add(View::kTavWait, [this] {
+      wait_bar_.Open();
+      TavWait form(wait_bar_);
+      wait_form_ = &form;
+      form.Run();
+      wait_form_ = nullptr;
+    });
+  }
+
+  void ShowWorksheet() {
+    worksheet_.Open();
+    if (work_form_ == nullptr) {
+      work_form_ = std::make_unique<TavWork>(worksheet_);
+    }
+    work_form_->Run();
+  }
+
+  void RefreshWorksheet() {
+    worksheet_.Refresh();
+    if (work_form_ != nullptr) {
+      work_form_->ShowRefresh();
+    }
+  }
+
+  void AdvanceWaitBar() {
+    wait_bar_.Advance();
+    if (wait_form_ != nullptr) {
+      wait_form_->ShowStep();
+    }
   }
 
   void ShowMainForm() {
@@ -136,9 +187,18 @@ class Program {
                      screens_, events_, clock_}};
   DirectoryChoice directory_{state_, screens_};
   MessageForm message_{state_, screens_};
+  ProgramRunner programs_{{state_, link_, engine_, dialogs_, events_, clock_}};
+  RecordingSettings recording_settings_{{state_, files_, settings_, messages_, dialogs_, screens_}};
+  Coordinates coordinates_{state_, dialogs_, screens_};
+  ColourChoice colours_{state_, screens_};
+  WaitBar wait_bar_{state_, events_, clock_};
+  Worksheet worksheet_{{state_, link_, engine_, programs_, recording_settings_, coordinates_,
+                        colours_, dialogs_, screens_, events_, clock_}};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;
+  std::unique_ptr<TavWork> work_form_;  // a child of form_: goes before it
+  TavWait* wait_form_ = nullptr;        // while it is shown
 };
 
 }  // namespace

@@ -10,8 +10,8 @@ namespace tavrel {
 namespace {
 
 constexpr double kMinutesPerHour = 60;
-constexpr int kMostMinutes = 32000;        // a word of the header
-constexpr std::int16_t kLowFrom = 53;      // UnitRes below it is high
+constexpr int kMostMinutes = 32000;    // a word of the header
+constexpr std::int16_t kLowFrom = 53;  // UnitRes below it is high
 constexpr std::int16_t kLowResolution = 54;
 constexpr std::int16_t kHighResolution = 0;
 
