@@ -45,7 +45,8 @@ class WorkBench {
     bench.screens.on_show = [this](View view) { RunDialog(view); };
     bench.cycle.SetGuests({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
                            [this](int slot) { programs.StepProgram(slot); }});
-    header.SetApparatusName("Furnace");
+    header.UnitInterval = 1;
+    header.UnitDesignation.Set("OVN:Furnace");
   }
 
   void StartProgram(const std::vector<std::int16_t>& samples = {}, int com_mode = 0) {
@@ -113,8 +114,8 @@ class WorkBench {
   UnitRecord header = BenchProgram::Header(kInet, 3, 2, false);
   ProgramRunner programs{
       {bench.state, bench.link, bench.engine, bench.dialogs, bench.events, bench.clock}};
-  RecordingSettings recording{{bench.state, bench.files, bench.settings, bench.messages,
-                               bench.dialogs, bench.screens}};
+  RecordingSettings recording{
+      {bench.state, bench.files, bench.settings, bench.messages, bench.dialogs, bench.screens}};
   Coordinates coordinates{bench.state, bench.dialogs, bench.screens};
   ColourChoice colours{bench.state, bench.screens};
   WaitBar wait_bar{bench.state, bench.events, bench.clock};

@@ -75,9 +75,9 @@ TEST_F(TheWorksheet, ShowsWhatTheInstrumentSays) {
 TEST_F(TheWorksheet, ShowsTheButtonOfTheControllersState) {
   StartAndOpen();
   const std::vector<std::pair<int, CtrlButton>> cases = {
-      {0, CtrlButton::kOff},       {2, CtrlButton::kIsotherm}, {3, CtrlButton::kDynamic},
-      {4, CtrlButton::kDynamic},   {1, CtrlButton::kNone},     {5, CtrlButton::kNone},
-      {0, CtrlButton::kOff},       {-1, CtrlButton::kNone},    {-32768, CtrlButton::kNone},
+      {0, CtrlButton::kOff},     {2, CtrlButton::kIsotherm}, {3, CtrlButton::kDynamic},
+      {4, CtrlButton::kDynamic}, {1, CtrlButton::kNone},     {5, CtrlButton::kNone},
+      {0, CtrlButton::kOff},     {-1, CtrlButton::kNone},    {-32768, CtrlButton::kNone},
       {77, CtrlButton::kNone}};
   for (const auto& [state, button] : cases) {
     Register('Z', 3) = static_cast<std::int16_t>(state);
