@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <memory>
+#include <utility>
 
 #include "common/choose_directory.h"
 #include "common/forms/all_dir.h"
@@ -29,12 +30,18 @@
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
 #include "work/colour_choice.h"
+#include "work/controller_settings.h"
 #include "work/coordinates.h"
 #include "work/forms/tav_color.h"
 #include "work/forms/tav_coord.h"
+#include "work/forms/tav_ctrl.h"
+#include "work/forms/tav_pid.h"
+#include "work/forms/tav_prog.h"
 #include "work/forms/tav_rec.h"
 #include "work/forms/tav_wait.h"
 #include "work/forms/tav_work.h"
+#include "work/pid_parameters.h"
+#include "work/program_editor.h"
 #include "work/program_runner.h"
 #include "work/recording_settings.h"
 #include "work/wait_bar.h"
@@ -56,8 +63,9 @@ class Program {
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
     AddForms();
     AddWorkForms();
+    AddControlForms();
     cycle_.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
-                      [this](int slot) { programs_.StepProgram(slot); }});
+                      [this](int slot) { runner_.StepProgram(slot); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -132,6 +140,25 @@ class Program {
     }
   }
 
+  // The forms that drive a controller.
+  void AddControlForms() {
+    screens_.Add(View::kTavCtrl, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      ControllerSettings settings({state_, link_, dialogs_, screens_});
+      TavCtrl(settings).Run();
+    });
+    screens_.Add(View::kTavPid, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      PidParameters parameters({state_, link_, dialogs_, screens_});
+      TavPid(parameters).Run();
+    });
+    screens_.Add(View::kTavProg, [this] {
+      const QtEvents::NormalPointer normal_pointer(events_);
+      ProgramEditor editor({state_, dialogs_});
+      TavProg(editor).Run();
+    });
+  }
+
   void ShowMainForm() {
     events_.SetPointer(Pointer::kHourglass);
     const int top = splash_->y();
@@ -185,14 +212,14 @@ class Program {
                       events_, shell_, clock_}};
   StartUp start_up_{{state_, link_, files_, settings_, sheet_, cycle_, window_, messages_, dialogs_,
                      screens_, events_, clock_}};
+  ProgramRunner runner_{{state_, link_, engine_, dialogs_, events_, clock_}};
   DirectoryChoice directory_{state_, screens_};
   MessageForm message_{state_, screens_};
-  ProgramRunner programs_{{state_, link_, engine_, dialogs_, events_, clock_}};
   RecordingSettings recording_settings_{{state_, files_, settings_, messages_, dialogs_, screens_}};
   Coordinates coordinates_{state_, dialogs_, screens_};
   ColourChoice colours_{state_, screens_};
   WaitBar wait_bar_{state_, events_, clock_};
-  Worksheet worksheet_{{state_, link_, engine_, programs_, recording_settings_, coordinates_,
+  Worksheet worksheet_{{state_, link_, engine_, runner_, recording_settings_, coordinates_,
                         colours_, dialogs_, screens_, events_, clock_}};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;

@@ -9,6 +9,7 @@
 #include "work/forms/tav_rec.h"
 #include "work/forms/tav_wait.h"
 #include "work/forms/tav_work.h"
+#include "work/work_tips.h"
 
 namespace tavrel {
 namespace {
@@ -312,8 +313,8 @@ TEST_F(WorkForms, HideWhatAViewedFileDoesNotHave) {
   bench.state.SelSlot = 0;
   Then("TavWork", [this] {
     bench.Run(0.1);
-    for (const char* name : {"frController", "frProg", "head_1", "Actual_1", "cmd_New",
-                             "cmd_Rec_1", "cmd_Rec_2", "cmd_SetRec"}) {
+    for (const char* name : {"frController", "frProg", "head_1", "Actual_1", "cmd_New", "cmd_Rec_1",
+                             "cmd_Rec_2", "cmd_SetRec"}) {
       EXPECT_FALSE(Find(name)->isVisible()) << name;
     }
     EXPECT_TRUE(Find("Lbl_rec")->isVisible());

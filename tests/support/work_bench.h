@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/bench_program.h"
+#include "tests/support/plugin_line.h"
 #include "work/colour_choice.h"
 #include "work/coordinates.h"
 #include "work/program_runner.h"
@@ -15,20 +16,6 @@
 #include "work/worksheet.h"
 
 namespace tavrel {
-
-// A plug-in line in front of a DirectLine: "n2p1F?" becomes "X2F?".
-[[nodiscard]] inline std::string DirectCommandOf(const std::string& plug_in) {
-  const bool has_digit = plug_in[1] >= '0' && plug_in[1] <= '9';
-  const std::size_t bank = has_digit ? 2 : 1;
-  std::size_t end = bank + 1;
-  while (end < plug_in.size() && plug_in[end] != '?' && plug_in[end] != '=') {
-    ++end;
-  }
-  const int address = std::stoi(plug_in.substr(bank + 1, end - bank - 1), nullptr, 16);
-  const char letter = static_cast<char>((plug_in[bank] == 'v' ? 'G' : 'W') + address / 16);
-  const char index = "0123456789ABCDEF"[address % 16];
-  return std::string{letter, has_digit ? plug_in[1] : '0', index} + plug_in.substr(end);
-}
 
 // The program on the bench with the worksheet of slot 1: instrument 2, controller 3, reference 2,
 // two inputs, rows of 10 s, not recording.
@@ -55,7 +42,7 @@ class WorkBench {
       if (++exchanges == fail_at) {
         return std::string();
       }
-      return bench.line.Answer(com_mode == 0 ? command : DirectCommandOf(command));
+      return bench.line.Answer(com_mode == 0 ? command : InDirectWords(command));
     };
     bench.Install(1, kName, header, samples);
     bench.Start();

@@ -14,6 +14,7 @@ constexpr int kBarCharacters = 50;
 
 TavWait::TavWait(WaitBar& bar) : ModalForm("TavWait", "Tavrel"), bar_(bar) {
   setWindowFlag(Qt::WindowCloseButtonHint, false);
+  setCursor(Qt::WaitCursor);
   auto* text = new QLabel("The instrument takes in its new settings.", this);
   prg_wait_ = new QProgressBar(this);
   prg_wait_->setObjectName("prgWait");
