@@ -20,9 +20,15 @@
 #include "platform/system_clock.h"
 #include "program_logic.h"
 #include "work/controller_settings.h"
+#include "work/coordinates.h"
+#include "work/forms/tav_color.h"
+#include "work/forms/tav_coord.h"
 #include "work/forms/tav_ctrl.h"
 #include "work/forms/tav_pid.h"
 #include "work/forms/tav_prog.h"
+#include "work/forms/tav_rec.h"
+#include "work/forms/tav_wait.h"
+#include "work/forms/tav_work.h"
 #include "work/pid_parameters.h"
 #include "work/program_editor.h"
 
@@ -41,7 +47,10 @@ class Program {
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { logic_.window.Close(); });
     AddForms();
+    AddWorkForms();
     AddControlForms();
+    logic_.cycle.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
+                            [this](int slot) { logic_.runner.StepProgram(slot); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -94,6 +103,43 @@ class Program {
       logic_.copy_files.Load();
       AllCopy(logic_.copy_files).Run();
     });
+  }
+
+  // The worksheet and its dialogs. The wait bar keeps the pointer that its rule has set.
+  void AddWorkForms() {
+    screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
+    screens_.Add(View::kTavRec, [this] { TavRec(logic_.recording_settings).Run(); });
+    screens_.Add(View::kTavCoord, [this] { TavCoord(logic_.coordinates).Run(); });
+    screens_.Add(View::kTavColor, [this] { TavColor(logic_.colours).Run(); });
+    screens_.Add(View::kTavWait, [this] {
+      logic_.wait_bar.Open();
+      TavWait form(logic_.wait_bar);
+      wait_form_ = &form;
+      form.Run();
+      wait_form_ = nullptr;
+    });
+  }
+
+  void ShowWorksheet() {
+    logic_.worksheet.Open();
+    if (work_form_ == nullptr) {
+      work_form_ = std::make_unique<TavWork>(logic_.worksheet);
+    }
+    work_form_->Run();
+  }
+
+  void RefreshWorksheet() {
+    logic_.worksheet.Refresh();
+    if (work_form_ != nullptr) {
+      work_form_->ShowRefresh();
+    }
+  }
+
+  void AdvanceWaitBar() {
+    logic_.wait_bar.Advance();
+    if (wait_form_ != nullptr) {
+      wait_form_->ShowStep();
+    }
   }
 
   // The forms that drive a controller.
@@ -159,6 +205,8 @@ class Program {
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;
+  std::unique_ptr<TavWork> work_form_;  // a child of form_: goes before it
+  TavWait* wait_form_ = nullptr;        // while it is shown
 };
 
 }  // namespace

@@ -1,8 +1,6 @@
 #ifndef TAVREL_PROGRAM_LOGIC_H_
 #define TAVREL_PROGRAM_LOGIC_H_
 
-#include <utility>
-
 #include "common/choose_directory.h"
 #include "common/copy_files.h"
 #include "common/message_form.h"
@@ -24,7 +22,12 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "work/colour_choice.h"
+#include "work/coordinates.h"
 #include "work/program_runner.h"
+#include "work/recording_settings.h"
+#include "work/wait_bar.h"
+#include "work/worksheet.h"
 
 namespace tavrel {
 
@@ -41,11 +44,7 @@ struct Machine {
 // The logic of the whole program, joined: one instance for the life of the process. The program
 // joins it to its forms, a test to its doubles, a benchmark to the real machine.
 struct ProgramLogic {
-  explicit ProgramLogic(const Machine& on) : machine(on) {
-    MainCycle::Guests guests;
-    guests.step_program = [this](int slot) { runner.StepProgram(slot); };
-    cycle.SetGuests(std::move(guests));
-  }
+  explicit ProgramLogic(const Machine& on) : machine(on) {}
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
@@ -63,6 +62,13 @@ struct ProgramLogic {
   CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};
   DirectoryChoice directory{state, machine.screens};
   MessageForm message{state, machine.screens};
+  RecordingSettings recording_settings{
+      {state, files, settings, messages, machine.dialogs, machine.screens}};
+  Coordinates coordinates{state, machine.dialogs, machine.screens};
+  ColourChoice colours{state, machine.screens};
+  WaitBar wait_bar{state, machine.events, machine.clock};
+  Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
+                       machine.dialogs, machine.screens, machine.events, machine.clock}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
   MainCycle cycle{{state, link, engine, sheet, messages, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,

@@ -27,6 +27,8 @@ inline constexpr const char* kProportional = "P";
 inline constexpr const char* kIntegralTime = "N";
 inline constexpr const char* kDerivativeTime = "V";
 inline constexpr const char* kSetpointFilter = "T";
+// Of the instrument as a whole:
+inline constexpr const char* kKind = "T";  // index 0: 1 is a fast instrument
 }  // namespace reg
 
 // What register Z of a controller says.

@@ -18,9 +18,9 @@ namespace tavrel {
 
 // Modal forms driven by mouse and keys while they run. Deeds are done one after another, each to
 // the modal form that is then in front; widgets are found in it by name.
-class ModalBench : public testing::Test, public SettingsBench {
+class ModalDeeds : public testing::Test {
  protected:
-  ModalBench() {
+  ModalDeeds() {
     poll.callOnTimeout([this] { DoNext(); });
   }
 
@@ -75,6 +75,9 @@ class ModalBench : public testing::Test, public SettingsBench {
   QTimer poll;
   int idle = 0;
 };
+
+// The same for the settings dialog and what belongs to it.
+class ModalBench : public ModalDeeds, public SettingsBench {};
 
 }  // namespace tavrel
 
