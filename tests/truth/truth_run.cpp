@@ -17,10 +17,10 @@ using std::chrono::seconds;
 constexpr int kHeader = 1000;    // bytes
 constexpr int kFirstRows = 4;    // rows before a case begins
 constexpr int kProofOfLife = 2;  // rows that have to come after all
-constexpr int kSlack = 2;        // sets that may be on their way when it has caught up
+constexpr int kSleep = 14;       // seconds that a slot may sleep before it reads again
 constexpr seconds kFirstRowsLimit{60};
 constexpr seconds kDrainLimit{1200};
-constexpr seconds kStallLimit{60};  // without a new row
+constexpr seconds kStallLimit{40};  // without a new row
 constexpr const char* kBallast = "tavdat/ballast.bin";
 constexpr const char* kDiskSize = "size=256k";
 
@@ -142,8 +142,9 @@ LineTruth TruthRun::Truth() const {
   return ReadLineTruth(file, cuts_);
 }
 
-// True if next to nothing waits in the instruments.
+// True if no more waits in the instruments than they take while a slot sleeps.
 bool TruthRun::HasCaughtUp() const {
+  const int most = 2 + kSleep * bench_.speedup / bench_.interval;
   const LineTruth truth = Truth();
   for (const RecordedSlot& slot : slots_) {
     for (const int input : slot.inputs) {
@@ -151,7 +152,7 @@ bool TruthRun::HasCaughtUp() const {
       const auto waiting = std::count_if(samples.begin(), samples.end(), [](const auto& sample) {
         return sample.fate == SampleFate::kWaiting;
       });
-      if (waiting > kSlack) {
+      if (waiting > most) {
         return false;
       }
     }
