@@ -112,7 +112,7 @@ const std::vector<TruthCase>& TruthCases() {
        4,
        40,
        {}},
-      {"byte by byte", FaultsInTurn({"byte-by-byte 8", "byte-by-byte 30"}), 4, 40, {}},
+      {"byte by byte", FaultsInTurn({"byte-by-byte 8", "byte-by-byte 18"}), 4, 40, {}},
       {"silent 10 minutes", Faults("silence on"), 10, 10, {.interval = 60, .speedup = 60}},
       {"instrument restarted", RestartInstrument, 4, 40, {}},
       {"port pulled", Replug, 1, 20, {}},

@@ -23,34 +23,35 @@ class TruthReader {
     if (kind == "sample") {
       truth_.inputs[key].push_back({seconds, static_cast<std::int16_t>(word)});
     } else if (kind == "handed") {
-      TakeHanded(key, number, fate);
+      TakeHanded(key, seconds, number, fate);
     } else if (kind == "overrun") {
       ++truth_.overruns;
-      Mark(key, number, SampleFate::kForgotten);
+      Mark(key, number, SampleFate::kForgotten, cleared_[key]);
     } else if (kind == "clear") {
       Forget(key);
     } else if (kind == "restart") {
-      ForgetAll(key.first);
+      ForgetAll(key.first, seconds);
     }
   }
 
   [[nodiscard]] const LineTruth& Truth() const { return truth_; }
 
  private:
-  void TakeHanded(const InputKey& key, int number, const std::string& fate) {
+  // A reply that was under way while its instrument was restarted is told after the restart.
+  void TakeHanded(const InputKey& key, double seconds, int number, const std::string& fate) {
     ++truth_.handed;
-    if (fate != "good") {
-      ++truth_.lost;
-      Mark(key, number, SampleFate::kLost);
-      return;
-    }
     const bool is_cut = std::find(cuts_.begin(), cuts_.end(), truth_.handed) != cuts_.end();
-    Mark(key, number, is_cut ? SampleFate::kCut : SampleFate::kGood);
+    truth_.lost += fate == "good" ? 0 : 1;
+    const SampleFate good = is_cut ? SampleFate::kCut : SampleFate::kGood;
+    const bool is_older = seconds < restarted_[key.first];
+    Mark(key, number, fate == "good" ? good : SampleFate::kLost,
+         is_older ? before_restart_[key] : cleared_[key]);
   }
 
-  void Mark(const InputKey& key, int number, SampleFate fate) {
+  // `first` is the number of samples before number 1.
+  void Mark(const InputKey& key, int number, SampleFate fate, std::size_t first) {
     auto& samples = truth_.inputs[key];
-    const std::size_t place = cleared_[key] + static_cast<std::size_t>(number) - 1;
+    const std::size_t place = first + static_cast<std::size_t>(number) - 1;
     if (number >= 1 && place < samples.size()) {
       samples[place].fate = fate;
     }
@@ -67,9 +68,11 @@ class TruthReader {
     cleared_[key] = samples.size();
   }
 
-  void ForgetAll(int inet) {
+  void ForgetAll(int inet, double seconds) {
+    restarted_[inet] = seconds;
     for (const auto& [key, samples] : truth_.inputs) {
       if (key.first == inet) {
+        before_restart_[key] = cleared_[key];
         Forget(key);
       }
     }
@@ -77,7 +80,9 @@ class TruthReader {
 
   const std::vector<int>& cuts_;
   LineTruth truth_;
-  std::map<InputKey, std::size_t> cleared_;  // samples taken before numbers began at 1
+  std::map<InputKey, std::size_t> cleared_;         // samples taken before numbers began at 1
+  std::map<InputKey, std::size_t> before_restart_;  // the same before the last restart
+  std::map<int, double> restarted_;                 // seconds of the last restart
 };
 
 }  // namespace
