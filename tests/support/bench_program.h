@@ -62,7 +62,9 @@ class BenchProgram {
                const std::vector<std::int16_t>& samples = {}) {
     std::string bytes(sizeof unit + 2 * samples.size(), '\0');
     std::memcpy(bytes.data(), &unit, sizeof unit);
-    std::memcpy(bytes.data() + sizeof unit, samples.data(), 2 * samples.size());
+    if (!samples.empty()) {
+      std::memcpy(bytes.data() + sizeof unit, samples.data(), 2 * samples.size());
+    }
     home.Write("tavdat/" + name, bytes);
     state.Settings.ActiveFiles.at(static_cast<std::size_t>(slot - 1)) = name;
   }
