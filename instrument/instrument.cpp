@@ -134,9 +134,8 @@ void Instrument::Restart() {
     controller = Controller(std::max(kRampPatience, settings_.host_pace));
   }
   truth_.Restart(Seconds(), inet_);
-  for (int input = 0; input < kInputCount; ++input) {
-    buffers_.at(static_cast<std::size_t>(input)).Clear();
-    sampler_.Start(input, Second());
+  for (SampleBuffer& buffer : buffers_) {
+    buffer.Clear();
   }
 }
 

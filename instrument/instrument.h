@@ -17,6 +17,7 @@
 
 namespace instrument {
 
+// How an instrument is built; it does not change while it runs.
 struct InstrumentSettings {
   int inet = 1;       // 1..6
   bool fast = false;  // S counts seconds instead of tens of seconds

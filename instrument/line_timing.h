@@ -23,6 +23,7 @@ using CharTime = std::chrono::nanoseconds;
   return baud > 0 ? CharTime(kBits * 1'000'000'000 / baud) : CharTime(0);
 }
 
+// A byte and the moment at which its last bit is over.
 struct TimedByte {
   Moment when;
   char byte = 0;

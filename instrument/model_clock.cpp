@@ -9,7 +9,7 @@ constexpr std::int64_t kHour = std::int64_t{3600} * Instrument::kTicksPerSecond;
 constexpr std::int64_t kLongestLag = 40LL * 24LL * kHour;
 // Beyond this lag the ovens are computed once a second only.
 constexpr std::int64_t kCoarseBeyond = 6 * kHour;
-constexpr std::int64_t kPortion = kHour / 2;
+constexpr std::int64_t kPortion = kHour / 6;
 
 }  // namespace
 

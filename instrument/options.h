@@ -18,22 +18,26 @@ struct SamplingOption {
   int seconds = 10;
 };
 
+// --oven: how one oven begins.
 struct OvenOption {
   int inet = 1;
   OvenStart start;
 };
 
+// --backlog: sets that an instrument holds before the line goes up.
 struct BacklogOption {
   int inet = 1;
   int sets = 0;
 };
 
+// --fault: a fault from the start.
 struct FaultOption {
   int inet = 0;  // 0: all instruments
   Fault fault = Fault::kSilence;
   FaultLevel level;
 };
 
+// All that the command line says.
 struct Options {
   LineMode mode = LineMode::kDirect;
   std::string link_path;

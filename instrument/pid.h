@@ -3,6 +3,7 @@
 
 namespace instrument {
 
+// What a controller is tuned by.
 struct PidSettings {
   double band = 0.0;             // proportional band in degrees; 0 switches between 0 and 100 %
   double integral_time = 0.0;    // seconds; 0 means no integral action

@@ -37,11 +37,15 @@ bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double 
   return false;
 }
 
+void ShowNotConnected(Dialogs& dialogs) {
+  ShowMessage(dialogs, "Tavrel connected ?", kTitle, kQuestionKind);
+}
+
 bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {
   if (link.IsGood(inet)) {
     return true;
   }
-  ShowMessage(dialogs, "Tavrel connected ?", kTitle, kQuestionKind);
+  ShowNotConnected(dialogs);
   return false;
 }
 

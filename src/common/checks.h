@@ -19,6 +19,9 @@ void ShowMessage(Dialogs& dialogs, const std::string& text, const std::string& t
 [[nodiscard]] bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double lower,
                               double upper);
 
+// Tells the user that an instrument does not answer.
+void ShowNotConnected(Dialogs& dialogs);
+
 // True if the last exchange with instrument `inet` was good.
 [[nodiscard]] bool CheckConnected(Dialogs& dialogs, const Link& link, int inet);
 

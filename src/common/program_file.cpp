@@ -2,9 +2,10 @@
 
 namespace tavrel {
 
-bool ChooseProgramFile(RunState& state, Dialogs& dialogs) {
+bool ChooseProgramFile(RunState& state, Dialogs& dialogs, FileMode mode) {
   SettingsValues& settings = state.Settings;
   FileChoice choice;
+  choice.Mode = mode;
   choice.Directory = settings.ProgPath;
   choice.FileName = settings.ProgFile;
   choice.DefaultExtension = "prg";

@@ -6,10 +6,11 @@
 
 namespace tavrel {
 
-// Lets the user choose an existing file of a controller program. True if one was chosen: the
-// settings ProgPath (with a separator at its end) and ProgFile then name it, and are saved at
-// exit if they changed. After Cancel they stay as they were.
-[[nodiscard]] bool ChooseProgramFile(RunState& state, Dialogs& dialogs);
+// Lets the user choose the file of a controller program: one that exists, or a name to save it
+// under. True if one was chosen: the settings ProgPath (with a separator at its end) and ProgFile
+// then name it, and are saved at exit if they changed. After Cancel they stay as they were.
+[[nodiscard]] bool ChooseProgramFile(RunState& state, Dialogs& dialogs,
+                                     FileMode mode = FileMode::kOpen);
 
 }  // namespace tavrel
 

@@ -31,6 +31,7 @@ void RecordingEngine::StartRecording(int slot) {
   screens_.Show(View::kTavWait);
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
   state_.SampleSeen[slot].fill(false);
+  state_.ColumnsInDoubt[slot] = false;
   state_.WriteFailed[slot] = false;
   state_.Unit[slot].UnitRecOn = 1;
   state_.ReadState[slot] = ReadState::kReading;
@@ -89,6 +90,7 @@ void RecordingEngine::StopInFile(int slot) {
   state_.ReadState[slot] = ReadState::kIdle;
   state_.WriteFailed[slot] = false;
   HideBacklog(slot);
+  files_.DropHeldSet(slot);
   files_.WriteHeader(slot);
 }
 
@@ -122,6 +124,15 @@ void RecordingEngine::OrderStop(int slot) {
   state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
 }
 
+void RecordingEngine::DropStopOrder(int inet, int controller) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const StopOrder& order = stop_orders_[slot];
+    if (order.inet == inet && order.controller == controller) {
+      state_.StopPending[slot] = false;
+    }
+  }
+}
+
 // At every moment of this the settings on the disk name a file whose header says that the
 // recording is on, so that it goes on after a crash: first the next file is made, then the
 // settings name it, and only then the full one is marked as stopped.
@@ -141,6 +152,7 @@ void RecordingEngine::GoOnInNextFile(int slot) {
   state_.SlotFile[slot] = next;
   files_.OpenRecordingFile(slot);
   state_.SampleSeen[slot] = seen;
+  state_.ColumnsInDoubt[slot] = false;
   if (slot == state_.SelSlot && state_.ActiveView == View::kTavGraph) {
     state_.GraphMustClose = true;
   }

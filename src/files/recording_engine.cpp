@@ -4,6 +4,7 @@
 #include <string>
 
 #include "files/recording_format.h"
+#include "link/registers.h"
 
 namespace tavrel {
 
@@ -24,7 +25,8 @@ RecordingEngine::RecordingEngine(const Parts& parts)
       settings_(parts.settings),
       messages_(parts.messages),
       dialogs_(parts.dialogs),
-      screens_(parts.screens) {}
+      screens_(parts.screens),
+      clock_(parts.clock) {}
 
 void RecordingEngine::PumpOnce() {
   const Messages::Deferral deferral(messages_);
@@ -41,6 +43,10 @@ void RecordingEngine::PumpOnce() {
   }
   if (IsSetComplete(state_.PumpSlot)) {
     WriteSet(state_.PumpSlot);
+    return;
+  }
+  if (state_.ColumnsInDoubt[state_.PumpSlot]) {
+    CompareColumns(state_.PumpSlot);
     return;
   }
   ReadOneSample();
@@ -74,6 +80,9 @@ bool RecordingEngine::SlotHasWork() {
   if (IsSetComplete(slot)) {
     return true;
   }
+  if (state_.ColumnsInDoubt[slot]) {
+    return DoubtColumns(slot);
+  }
   while (state_.PumpChannel >= 1) {
     if (unit.IsRecorded(state_.PumpChannel) && !state_.SampleSeen[slot][state_.PumpChannel]) {
       return true;
@@ -97,11 +106,15 @@ void RecordingEngine::ReadOneSample() {
   const int slot = state_.PumpSlot;
   const int channel = state_.PumpChannel;
   link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = "X";
+  link_.ComLetter = reg::kOldestValue;
   link_.ComIndex = static_cast<std::int16_t>(channel);
+  // The instrument hands the value over whether or not its reply arrives.
+  files_.KeepHeldSet(slot, channel);
   link_.ReadReg();
-  if (!link_.IsGood(link_.ComInet)) {
+  if (!link_.EndsWithReply()) {
     state_.ReadState[slot] = ReadState::kWaiting;
+    state_.ColumnsInDoubt[slot] = link_.ComResult != LinkResult::kRejected;
+    state_.AskedInput[slot] = channel;
     return;
   }
   const int simulated_word = channel * 10;
@@ -113,13 +126,16 @@ void RecordingEngine::ReadOneSample() {
 void RecordingEngine::TakeSample(int slot, int channel, std::int16_t word) {
   if (word == kNoData) {
     state_.ReadState[slot] = ReadState::kWaiting;
+    files_.KeepHeldSet(slot, 0);
     return;
   }
   state_.SampleSeen[slot][channel] = true;
   state_.SampleValue[slot][channel] = word;
   if (IsSetComplete(slot)) {
     WriteSet(slot);
+    return;
   }
+  files_.KeepHeldSet(slot, 0);
 }
 
 bool RecordingEngine::IsSetComplete(int slot) const {
@@ -150,6 +166,7 @@ bool RecordingEngine::HoldsSet(int slot) const {
 void RecordingEngine::WriteSet(int slot) {
   if (!AppendSet(slot)) {
     state_.ReadState[slot] = ReadState::kWaiting;
+    files_.KeepHeldSet(slot, 0);
     return;
   }
   if (state_.ReadState[slot] == ReadState::kLastSet) {
@@ -218,6 +235,7 @@ void RecordingEngine::TenSecondTick() {
     if (state_.WriteFailed[slot] || !state_.SlotFileNo[slot].IsOpen()) {
       ReopenFile(slot);
     }
+    WatchHeldSet(slot);
     if (state_.ReadState[slot] == ReadState::kWaiting) {
       state_.ReadState[slot] = ReadState::kReading;
     }

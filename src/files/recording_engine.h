@@ -5,10 +5,12 @@
 #include <optional>
 
 #include "common/messages.h"
+#include "files/column_check.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
 #include "link/link.h"
+#include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
 
@@ -27,6 +29,7 @@ class RecordingEngine {
     Messages& messages;
     Dialogs& dialogs;
     Screens& screens;
+    const Clock& clock;
   };
   explicit RecordingEngine(const Parts& parts);
 
@@ -55,6 +58,10 @@ class RecordingEngine {
   // recording goes on in a next file, ReadState is kReading afterwards, else kIdle.
   void EndOfRecording(int slot);
 
+  // The user has switched that controller with success, or given it to a program: an end action
+  // that still waits to switch it off must not do so any more.
+  void DropStopOrder(int inet, int controller);
+
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
   // that could not be written yet.
   [[nodiscard]] bool HoldsSet(int slot) const;
@@ -72,6 +79,14 @@ class RecordingEngine {
   void CountBacklogDown(int slot);
   void HideBacklog(int slot);
   void ReopenFile(int slot);
+
+  // The columns: what to do about values that were lost on the line.
+  [[nodiscard]] bool DoubtColumns(int slot);
+  void WatchHeldSet(int slot);
+  void CompareColumns(int slot);
+  void EndComparison(int slot);
+  [[nodiscard]] bool FillColumn(int slot, int input);
+  [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
 
   // Start, stop and end.
   [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
@@ -97,6 +112,17 @@ class RecordingEngine {
   Messages& messages_;
   Dialogs& dialogs_;
   Screens& screens_;
+  const Clock& clock_;
+
+  // A set that stays half-read over several ten-second ticks.
+  struct Unfinished {
+    std::int32_t sample_count = -1;
+    int ticks = 0;
+  };
+
+  BySlot<ColumnCheck> column_checks_;
+  BySlot<Unfinished> unfinished_;
+  BySlot<bool> was_told_of_loss_{};
   BySlot<StopOrder> stop_orders_{};
 };
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/text.h"
+#include "files/held_set.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
@@ -124,14 +125,79 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.RecInterval[slot] = RecIntervalOf(unit);
   state_.SampleLimit[slot] = SampleLimitOf(unit);
   state_.SampleSeen[slot].fill(false);
+  state_.ColumnsInDoubt[slot] = false;
+  state_.AskedInput[slot] = 0;
   state_.WriteFailed[slot] = false;
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
   state_.ReadState[slot] = goes_on ? ReadState::kReading : ReadState::kIdle;
+  if (goes_on) {
+    TakeHeldSet(slot);
+  }
   const bool is_header_short = state_.SlotFileNo[slot].Size() < kHeaderBytes;
   if (goes_on && is_header_short) {
     WriteHeader(slot);  // the rows need a whole header before them
   }
+}
+
+// A recording that was cut off goes on with what it held. While nobody looked the instrument may
+// have lost values of the same set, so the columns are compared before the next value is read.
+void RecordingFiles::TakeHeldSet(int slot) {
+  const std::string path = HeldSetPath(slot);
+  RandomFile file;
+  HeldSetBytes bytes{};
+  if (!file.Open(path, FileAccess::kRead) ||
+      file.ReadAt(0, std::as_writable_bytes(std::span(bytes))) != kHeldSetBytes) {
+    return;
+  }
+  const auto held = DecodeHeldSet(bytes);
+  if (!held || held->SampleCount != state_.SampleCount[slot]) {
+    return;
+  }
+  bool any_seen = false;
+  for (int input = 1; input <= kInputs; ++input) {
+    const bool is_seen = held->Seen[input] && state_.Unit[slot].IsRecorded(input);
+    state_.SampleSeen[slot][input] = is_seen;
+    state_.SampleValue[slot][input] = held->Value[input];
+    any_seen = any_seen || is_seen;
+  }
+  state_.AskedInput[slot] = held->AskedInput;
+  state_.ColumnsInDoubt[slot] = any_seen || held->AskedInput != 0;
+}
+
+std::string RecordingFiles::HeldSetPath(int slot) const {
+  return JoinPath(state_.SlotPath[slot], HeldSetName(state_.SlotFile[slot]));
+}
+
+void RecordingFiles::KeepHeldSet(int slot, int asked_input) {
+  RandomFile& file = held_set_files_[slot];
+  if (!file.IsOpen() && !file.Open(HeldSetPath(slot), FileAccess::kCreate)) {
+    return;
+  }
+  const HeldSetBytes bytes = EncodeHeldSet(
+      {state_.SampleCount[slot], asked_input, state_.SampleSeen[slot], state_.SampleValue[slot]});
+  if (!file.WriteAt(0, std::as_bytes(std::span(bytes)))) {
+    file.Close();
+  }
+}
+
+// What is held goes along into the next file.
+void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
+  const HeldSetBytes bytes =
+      EncodeHeldSet({0, 0, state_.SampleSeen[slot], state_.SampleValue[slot]});
+  RandomFile file;
+  if (file.Open(JoinPath(state_.SlotPath[slot], HeldSetName(name)), FileAccess::kCreate)) {
+    static_cast<void>(file.WriteAt(0, std::as_bytes(std::span(bytes))));
+  }
+}
+
+void RecordingFiles::DropHeldSet(int slot) {
+  held_set_files_[slot].Close();
+  if (state_.SlotFile[slot].empty()) {
+    return;
+  }
+  // A file that stays where it cannot be deleted is out of date with the next row.
+  static_cast<void>(DeleteFile(HeldSetPath(slot)));
 }
 
 void RecordingFiles::WriteHeader(int slot) {
@@ -228,6 +294,7 @@ std::string RecordingFiles::MakeNextFile(int slot) {
     return "";
   }
   state_.IndexValid = false;
+  HandHeldSetOn(slot, name);
   return name;
 }
 
@@ -252,6 +319,7 @@ bool RecordingFiles::IsNameTaken(int slot, const std::string& name) const {
 void RecordingFiles::CloseRecordingFile(int slot) {
   if (IsTableSlot(slot)) {
     state_.SlotFileNo[slot].Close();
+    held_set_files_[slot].Close();
   }
 }
 
@@ -260,6 +328,7 @@ void RecordingFiles::DeleteRecordingFile(int slot) {
     return;
   }
   CloseRecordingFile(slot);
+  DropHeldSet(slot);
   const auto path = FindFile(state_.SlotPath[slot], state_.SlotFile[slot]);
   if (!path) {
     return;

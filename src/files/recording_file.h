@@ -66,6 +66,14 @@ class RecordingFiles {
   // a file that was cut meanwhile.
   [[nodiscard]] bool AppendRow(int slot, std::span<const std::int16_t> words, int copies);
 
+  // Keeps what has arrived of the next set beside the recording, and the input that is about to
+  // be asked for its value (0 for none). A medium that refuses this costs the safety of the
+  // half-read set, not the recording.
+  void KeepHeldSet(int slot, int asked_input);
+
+  // The recording is over: nothing is held any more.
+  void DropHeldSet(int slot);
+
   // One sample: `row` from 0, `column` from 1. Empty outside the file.
   [[nodiscard]] std::optional<std::int16_t> ReadSample(int slot, std::int32_t row, int column);
 
@@ -84,6 +92,9 @@ class RecordingFiles {
   [[nodiscard]] bool HoldsRowsOfSlot(int slot);
   [[nodiscard]] bool IsNameTaken(int slot, const std::string& name) const;
   void DeriveValues(int slot);
+  void TakeHeldSet(int slot);
+  void HandHeldSetOn(int slot, const std::string& name);
+  [[nodiscard]] std::string HeldSetPath(int slot) const;
   void Refuse(int slot, const char* title, const std::string& text);
   void ForgetShown(int slot);
   bool Fail(std::string text);
@@ -91,6 +102,7 @@ class RecordingFiles {
   RunState& state_;
   const Clock& clock_;
   Messages& messages_;
+  BySlot<RandomFile> held_set_files_;  // opened with the first set that is held
   std::string error_;
 };
 

@@ -72,7 +72,7 @@ class MainCycle {
   [[nodiscard]] bool ServeScreen();
   void BlinkTrigger();
   void DoFreeWork();
-  void StepPrograms();
+  void StepPrograms() const;
 
   Parts parts_;
   Guests guests_;

@@ -13,6 +13,10 @@ namespace {
 constexpr float kPassPause = 5;              // seconds between two passes
 constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
 
+constexpr BothLanguages kWriteFailedNote{
+    " the last set could not be written, it is kept and tried again ",
+    " der letzte Satz konnte nicht geschrieben werden, er wird behalten und neu versucht "};
+
 struct Status {
   const char* word = "";
   Colour colour;
@@ -215,6 +219,7 @@ void MainSheet::RefreshRecording(int slot) {
     const Status status = RecordingStatus(rec_on, is_full, write_failed);
     row.lb_Rstat = status.word;
     row.sh_Rstat = status.colour;
+    row.RstatNote = write_failed ? kWriteFailedNote.In(values_.TipLanguage) : "";
   }
   if (state.SampleCount[slot] != shown.sample_count) {
     shown.sample_count = state.SampleCount[slot];

@@ -16,6 +16,7 @@ inline constexpr int kViewedFile = 0;          // slot number of the file opened
 inline constexpr int kSlotTable = kSlots + 1;  // tables by slot: 0 the viewed file, 1..12
 inline constexpr int kInetTable = 8;           // tables by INET: 0..7, 1..6 are in use
 inline constexpr int kInets = 6;
+inline constexpr int kControllers = 4;           // of an instrument, counted from 1
 inline constexpr std::int16_t kNoData = -32768;  // "no value" in all register tables
 
 // What the pump does for a slot.
@@ -50,8 +51,22 @@ struct RunState {
   BySlot<bool> ProgRunning{};                          // a controller program runs on this slot
   BySlot<std::array<bool, kInputs + 1>> SampleSeen{};  // by input 1..15: arrived
   BySlot<std::array<std::int16_t, kInputs + 1>> SampleValue{};  // and its word
-  BySlot<bool> WriteFailed{};  // the set in hand could not be written yet
-  BySlot<bool> StopPending{};  // Z = 0 of the end action is not acknowledged yet
+  BySlot<bool> ColumnsInDoubt{};  // a value of the next set may be lost: compare the columns first
+  BySlot<int> AskedInput{};       // input whose reading was cut off, 0 for none
+  BySlot<bool> WriteFailed{};     // the set in hand could not be written yet
+  BySlot<bool> StopPending{};     // Z = 0 of the end action is not acknowledged yet
+
+  // Controllers that the output test has in its hands, by INET and controller 1..4. It sets the
+  // flag of a controller when it takes it and clears it when it gives it back; programs leave a
+  // held controller alone.
+  std::array<std::array<bool, kControllers + 1>, kInetTable> OutputTestHolds{};
+
+  // True for a controller that is held; false for numbers that are none.
+  [[nodiscard]] bool IsHeld(int inet, int ctrl) const {
+    const bool exists = inet >= 0 && inet < kInetTable && ctrl >= 1 && ctrl <= kControllers;
+    return exists &&
+           OutputTestHolds[static_cast<std::size_t>(inet)][static_cast<std::size_t>(ctrl)];
+  }
 
   // Selection and screen.
   int SelSlot = 0;     // slot on the worksheet and graph, 0 the viewed file

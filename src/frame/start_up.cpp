@@ -15,7 +15,6 @@ constexpr const char* kLockFile = "TAVREL.LCK";
 constexpr const char* kDefaultFile = "M011111A.NEW";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr float kFlushSeconds = 1200;
-constexpr int kControllers = 4;
 
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};

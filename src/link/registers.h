@@ -17,6 +17,18 @@ inline constexpr const char* kSampling = "S";         // sampling interval of an
 inline constexpr const char* kOldestValue = "X";      // handed over once; no-data when none
 inline constexpr const char* kPresentValue = "Y";     // of an input
 inline constexpr const char* kControllerState = "Z";  // of controllers 1..4
+// Of controllers 1..4 as well:
+inline constexpr const char* kLowerLimit = "G";
+inline constexpr const char* kUpperLimit = "H";
+inline constexpr const char* kIncrement = "I";   // of the ramp
+inline constexpr const char* kFinalValue = "M";  // where the ramp ends
+inline constexpr const char* kSetpoint = "W";
+inline constexpr const char* kProportional = "P";
+inline constexpr const char* kIntegralTime = "N";
+inline constexpr const char* kDerivativeTime = "V";
+inline constexpr const char* kSetpointFilter = "T";
+// Of the instrument as a whole:
+inline constexpr const char* kKind = "T";  // index 0: 1 is a fast instrument
 }  // namespace reg
 
 // What register Z of a controller says.

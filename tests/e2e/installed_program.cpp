@@ -33,7 +33,8 @@ std::int16_t WordAt(const std::string& bytes, std::size_t place) {
 }  // namespace
 
 VirtualScreen::VirtualScreen()
-    : server_({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"}) {
+    : server_({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+               "-noreset"}) {
   number_ = server_.ReadLine(seconds(20));
   setenv("DISPLAY", (":" + number_).c_str(), 1);
   setenv("QT_QPA_PLATFORM", "xcb", 1);

@@ -37,7 +37,7 @@ struct PumpRoom : RecordingRoom {
   Link link{port, clock};
   SettingsStore settings{state};
   FakeScreens screens;
-  RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens}};
+  RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens, clock}};
 
   PumpRoom() {
     port.answer = [this](const std::string& command) { return line.Answer(command); };

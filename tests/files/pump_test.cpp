@@ -75,11 +75,11 @@ TEST(Pump, SleepsAfterNoDataUntilTheTenSecondTick) {
 TEST(Pump, KeepsItsChannelAfterAFailedReadAndLowersItAfterNoData) {
   PumpRoom room;
   room.Open(12, kName, BytesOf(Running(HeaderOf(1, {2, 5}))));
-  room.line.silent.insert(1);
+  room.line.refused.insert('X');
   room.engine.PumpOnce();
   EXPECT_EQ(room.state.ReadState[12], ReadState::kWaiting);
   EXPECT_EQ(room.state.PumpChannel, 5);
-  room.line.silent.clear();
+  room.line.refused.clear();
   room.engine.TenSecondTick();
   room.engine.PumpOnce();
   EXPECT_EQ(room.state.ReadState[12], ReadState::kWaiting);
@@ -94,10 +94,10 @@ TEST(Pump, KeepsChannelsThatArrivedBeforeAFailedRead) {
     room.Store(1, input, {input, input + 10});
   }
   room.engine.PumpOnce();  // channel 3
-  room.line.silent.insert(1);
-  room.engine.PumpOnce();  // channel 2 does not answer
+  room.line.refused.insert('X');
+  room.engine.PumpOnce();  // channel 2 is refused
   EXPECT_TRUE(room.engine.HoldsSet(12));
-  room.line.silent.clear();
+  room.line.refused.clear();
   room.engine.TenSecondTick();
   room.Pump(2);
   EXPECT_EQ(room.port.sent, (Telegrams{"X03?", "X02?", "X02?", "X01?"}));

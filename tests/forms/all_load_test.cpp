@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include "tests/support/wait_until.h"
+
 namespace tavrel {
 namespace {
 
@@ -73,7 +75,7 @@ TEST_F(Splash, LeavesByItselfAfterAMinute) {
   EXPECT_EQ(timer->interval(), 60000);
   EXPECT_TRUE(timer->isActive());
   timer->setInterval(1);
-  EXPECT_TRUE(left.wait(5000));
+  EXPECT_TRUE(WaitUntil([this] { return left.count() == 1; }));
 }
 
 TEST_F(Splash, StandsInTheMiddleOneTenthBelowTheTop) {

@@ -28,6 +28,7 @@ class Boxes : public testing::Test {
         text = box->text();
         title = box->windowTitle();
         icon = box->icon();
+        format = box->textFormat();
         deed(box);
       }
     });
@@ -54,6 +55,7 @@ class Boxes : public testing::Test {
   QString text;
   QString title;
   QMessageBox::Icon icon = QMessageBox::NoIcon;
+  Qt::TextFormat format = Qt::AutoText;
 };
 
 TEST_F(Boxes, SayTheirTextAsItIs) {
@@ -62,6 +64,7 @@ TEST_F(Boxes, SayTheirTextAsItIs) {
   EXPECT_EQ(text, "<b>M260314A.OVN</b>  not found !");
   EXPECT_EQ(title, "Read  file");
   EXPECT_EQ(icon, QMessageBox::Warning);
+  EXPECT_EQ(format, Qt::PlainText);
 }
 
 TEST_F(Boxes, MessageIsLeftByEscape) {

@@ -72,6 +72,12 @@ TEST_P(EachOven, SampleLagsBehindTheChamber) {
   EXPECT_LT(oven.Sample(), oven.Chamber() - 2.0);
 }
 
+TEST_P(EachOven, SampleComesToTheChambersTemperature) {
+  Heat(oven, 40.0, 8.0 * 3600.0);
+  EXPECT_GT(oven.Sample(), 100.0);
+  EXPECT_NEAR(oven.Sample(), oven.Chamber(), 0.5);
+}
+
 TEST_P(EachOven, SensorSeesTheHeatAfterItsDelay) {
   const double delay = oven.Build().sensor_delay;
   Heat(oven, 100.0, delay - 0.5);

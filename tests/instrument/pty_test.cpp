@@ -186,6 +186,16 @@ TEST(Program, LeavesALinkThatPointsElsewhere) {
   EXPECT_TRUE(std::filesystem::is_symlink(program.Path("COM1")));
 }
 
+TEST(Program, LineIsRawBeforeAnyHostSetsIt) {
+  Program program({});
+  const FileDescriptor port(::open(program.Path("COM1").c_str(), O_RDWR | O_NOCTTY));
+  termios settings{};
+  ASSERT_EQ(::tcgetattr(port.Get(), &settings), 0);
+  EXPECT_EQ(settings.c_lflag & (ECHO | ICANON | ISIG), 0U);
+  EXPECT_EQ(settings.c_iflag & (ICRNL | IXON), 0U);
+  EXPECT_EQ(settings.c_oflag & OPOST, 0U);
+}
+
 TEST(Program, HostMayCloseAndOpenItsPort) {
   Program program({"--line-speed", "none"});
   EXPECT_EQ(HostPort(program.Path("COM1")).Ask("W01=3E8\r"), ".");
@@ -237,6 +247,17 @@ TEST(Program, UnplugHangsUpAndPlugBringsTheLineBack) {
   const HostPort again(program.Path("COM1"));
   ASSERT_TRUE(again.IsOpen());
   EXPECT_EQ(again.Ask("W01?"), "03E8\r");
+}
+
+TEST(Program, HalfACommandDoesNotOutliveTheUnplugging) {
+  Program program({"--line-speed", "none"});
+  HostPort(program.Path("COM1")).Send("W0");
+  // The second answer comes from a later round of the program, which has read the line by then.
+  ASSERT_NE(program.Command("status"), "");
+  ASSERT_NE(program.Command("status"), "");
+  ASSERT_EQ(program.Command("unplug"), "ok");
+  ASSERT_EQ(program.Command("plug"), "ok");
+  EXPECT_EQ(HostPort(program.Path("COM1")).Ask("W01?"), "0000\r");
 }
 
 TEST(Program, LineMayBeginUnplugged) {

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 #include <ctime>
 #include <filesystem>
 #include <memory>
-#include <thread>
 
+#include "tests/support/later.h"
 #include "tests/support/pseudo_terminal.h"
 #include "tests/support/temporary_directory.h"
 #include "tests/support/wait_until.h"
@@ -121,28 +123,20 @@ TEST_F(Port, SleepsWhileItWaitsAndKeepsTheLimit) {
 
 TEST_F(Port, WakesAtTheFirstCharacter) {
   Open();
-  std::thread answer([this] {
-    std::this_thread::sleep_for(milliseconds(30));
-    far->Send(".");
-  });
+  const Later answer(milliseconds(30), [this] { far->Send("."); });
   QElapsedTimer passed;
   passed.start();
   port.WaitForData(milliseconds(5000));
   EXPECT_LT(passed.elapsed(), 2500);
   EXPECT_EQ(port.ReadAll(), ".");
-  answer.join();
 }
 
 TEST_F(Port, ReportsAndClosesWhenTheDeviceVanishesDuringAWait) {
   Open();
-  std::thread hand([this] {
-    std::this_thread::sleep_for(milliseconds(30));
-    far->Vanish();
-  });
+  const Later hand(milliseconds(30), [this] { far->Vanish(); });
   QElapsedTimer passed;
   passed.start();
   port.WaitForData(milliseconds(5000));
-  hand.join();
   EXPECT_LT(passed.elapsed(), 2500);
   EXPECT_FALSE(port.IsOpen());
   EXPECT_GT(port.TakeEvent(), kLastHarmlessPortEvent);
@@ -171,11 +165,9 @@ TEST_F(Port, DoesNotSpinWhenTheDeviceVanishesWhileTheProgramIsIdle) {
   EXPECT_TRUE(WaitUntil([this] { return !port.IsOpen(); }));
   EXPECT_GT(port.TakeEvent(), kLastHarmlessPortEvent);
   const double cpu_before = CpuMilliseconds();
-  const QDeadlineTimer end(300);
-  while (!end.hasExpired()) {
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    std::this_thread::sleep_for(milliseconds(5));
-  }
+  QEventLoop idle;
+  QTimer::singleShot(300, &idle, &QEventLoop::quit);
+  idle.exec();
   EXPECT_LT(CpuMilliseconds() - cpu_before, 100);
   EXPECT_EQ(port.TakeEvent(), 0);
 }

@@ -16,6 +16,14 @@ GlyphButton::GlyphButton(Glyph glyph, QWidget* parent) : QAbstractButton(parent)
   setFocusPolicy(Qt::StrongFocus);
 }
 
+void GlyphButton::SetLatched(bool latched) {
+  if (latched != latched_) {
+    latched_ = latched;
+    setAccessibleDescription(latched ? "on" : "off");
+    update();
+  }
+}
+
 QSize GlyphButton::sizeHint() const {
   const int height = fontMetrics().height() + 14;
   if (text().isEmpty()) {
@@ -32,8 +40,7 @@ int GlyphButton::GlyphSide() const {
 void GlyphButton::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   DrawFrame(painter);
-  const QColor ink = isEnabled() ? palette().color(QPalette::ButtonText)
-                                 : palette().color(QPalette::Disabled, QPalette::ButtonText);
+  const QColor ink = InkNow();
   const int side = glyph_ == nullptr ? 0 : GlyphSide();
   const int text_width = fontMetrics().horizontalAdvance(text());
   const int gap = side > 0 && text_width > 0 ? kGap : 0;
@@ -47,6 +54,14 @@ void GlyphButton::paintEvent(QPaintEvent* /*event*/) {
                    static_cast<int>(Qt::AlignVCenter) | Qt::TextSingleLine, text());
 }
 
+QColor GlyphButton::InkNow() const {
+  if (latched_) {
+    return palette().color(QPalette::HighlightedText);
+  }
+  return isEnabled() ? palette().color(QPalette::ButtonText)
+                     : palette().color(QPalette::Disabled, QPalette::ButtonText);
+}
+
 void GlyphButton::DrawFrame(QPainter& painter) const {
   const bool awake = isEnabled() && (underMouse() || hasFocus() || isDown());
   if (flat_ && !awake) {
@@ -54,20 +69,25 @@ void GlyphButton::DrawFrame(QPainter& painter) const {
   }
   painter.setRenderHint(QPainter::Antialiasing);
   const QColor accent = palette().color(QPalette::Highlight);
-  const QColor fill = palette().color(QPalette::Button);
+  const QColor fill = palette().color(latched_ ? QPalette::Highlight : QPalette::Button);
   if (!flat_) {
     painter.setBrush(isDown() ? Blend(fill, accent, 0.35)
                               : (awake && underMouse() ? Blend(fill, accent, 0.15) : fill));
   }
   const qreal width = hasFocus() ? 2 : 1;
-  painter.setPen(QPen(awake ? accent : EdgeOf(palette()), width));
+  // A latched button is filled with the accent, so its frame needs another ink to be seen.
+  const QColor lively = latched_ ? palette().color(QPalette::WindowText) : accent;
+  painter.setPen(QPen(awake ? lively : EdgeOf(palette()), width));
   const qreal inset = width / 2;
   painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
 }
 
 void GlyphButton::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    click();
+    // A key that is still held down from the window before presses nothing here.
+    if (!event->isAutoRepeat()) {
+      click();
+    }
     return;
   }
   QAbstractButton::keyPressEvent(event);

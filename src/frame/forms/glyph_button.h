@@ -18,6 +18,11 @@ class GlyphButton : public QAbstractButton {
   // Without a frame while nobody points at it: for a button that is a cell of a table.
   void SetFlat(bool flat) { flat_ = flat; }
 
+  // The down picture, filled, while what the button stands for is the case; a click does not
+  // change it by itself.
+  void SetLatched(bool latched);
+  [[nodiscard]] bool IsLatched() const { return latched_; }
+
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
@@ -28,10 +33,12 @@ class GlyphButton : public QAbstractButton {
 
  private:
   void DrawFrame(QPainter& painter) const;
+  [[nodiscard]] QColor InkNow() const;
   [[nodiscard]] int GlyphSide() const;
 
   Glyph glyph_;
   bool flat_ = false;
+  bool latched_ = false;
 };
 
 }  // namespace tavrel

@@ -2,36 +2,11 @@
 
 #include <QPainterPath>
 
+#include "frame/forms/glyph_grid.h"
+
 namespace tavrel {
-namespace {
-
-// Glyphs are designed on a square of 16 units.
-constexpr qreal kGrid = 16;
-
-// The painter's state within one glyph: its own grid, one pen, smooth edges.
-class OnGrid {
- public:
-  OnGrid(QPainter& painter, const QRectF& place, const QColor& ink, qreal width)
-      : painter_(painter) {
-    painter_.save();
-    painter_.setRenderHint(QPainter::Antialiasing);
-    painter_.translate(place.topLeft());
-    painter_.scale(place.width() / kGrid, place.height() / kGrid);
-    painter_.setPen(QPen(ink, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter_.setBrush(Qt::NoBrush);
-  }
-  ~OnGrid() { painter_.restore(); }
-  OnGrid(const OnGrid&) = delete;
-  OnGrid& operator=(const OnGrid&) = delete;
-
- private:
-  QPainter& painter_;
-};
-
-}  // namespace
-
 void DrawCurveGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
-  const OnGrid grid(painter, place, ink, 1.4);
+  const OnGlyphGrid grid(painter, place, ink, 1.4);
   QPainterPath axes(QPointF(2, 1.5));
   axes.lineTo(2, 14);
   axes.lineTo(14.5, 14);
@@ -43,7 +18,7 @@ void DrawCurveGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
 }
 
 void DrawFolderGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
-  const OnGrid grid(painter, place, ink, 1.3);
+  const OnGlyphGrid grid(painter, place, ink, 1.3);
   QPainterPath back(QPointF(1.5, 13));
   back.lineTo(1.5, 3.5);
   back.lineTo(6, 3.5);
@@ -60,7 +35,7 @@ void DrawFolderGlyph(QPainter& painter, const QRectF& place, const QColor& ink) 
 }
 
 void DrawSelectGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
-  const OnGrid grid(painter, place, ink, 1);
+  const OnGlyphGrid grid(painter, place, ink, 1);
   QPainterPath arrow(QPointF(5, 3));
   arrow.lineTo(12, 8);
   arrow.lineTo(5, 13);
@@ -70,7 +45,7 @@ void DrawSelectGlyph(QPainter& painter, const QRectF& place, const QColor& ink) 
 }
 
 void DrawWarningGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
-  const OnGrid grid(painter, place, ink, 1.4);
+  const OnGlyphGrid grid(painter, place, ink, 1.4);
   QPainterPath triangle(QPointF(8, 2));
   triangle.lineTo(15, 14);
   triangle.lineTo(1, 14);

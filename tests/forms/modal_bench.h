@@ -1,5 +1,5 @@
-#ifndef TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
-#define TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
+#ifndef TAVREL_TESTS_FORMS_MODAL_BENCH_H_
+#define TAVREL_TESTS_FORMS_MODAL_BENCH_H_
 
 #include <gtest/gtest.h>
 
@@ -18,9 +18,9 @@ namespace tavrel {
 
 // Modal forms driven by mouse and keys while they run. Deeds are done one after another, each to
 // the modal form that is then in front; widgets are found in it by name.
-class ModalBench : public testing::Test, public SettingsBench {
+class ModalDeeds : public testing::Test {
  protected:
-  ModalBench() {
+  ModalDeeds() {
     poll.callOnTimeout([this] { DoNext(); });
   }
 
@@ -76,6 +76,9 @@ class ModalBench : public testing::Test, public SettingsBench {
   int idle = 0;
 };
 
+// The same for the settings dialog and what belongs to it.
+class ModalBench : public ModalDeeds, public SettingsBench {};
+
 }  // namespace tavrel
 
-#endif  // TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
+#endif  // TAVREL_TESTS_FORMS_MODAL_BENCH_H_

@@ -1,0 +1,30 @@
+#include "work/colour_choice.h"
+
+namespace tavrel {
+
+std::optional<int> ColourChoice::Ask(int input, int code) {
+  input_ = input;
+  present_code_ = code;
+  chosen_.reset();
+  screen_.emplace(state_, View::kTavColor);
+  screens_.Show(View::kTavColor);
+  screen_.reset();
+  return chosen_;
+}
+
+void ColourChoice::PicColor_Click(double y) {
+  if (!IsOpen() || !(y >= 0 && y < kRows)) {
+    return;
+  }
+  const int code = static_cast<int>(y) + 1;
+  chosen_ = code == kRows ? 0 : code;
+  screen_->Leave();
+}
+
+void ColourChoice::CmdCancel_Click() {
+  if (screen_) {
+    screen_->Leave();
+  }
+}
+
+}  // namespace tavrel

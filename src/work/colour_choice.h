@@ -1,0 +1,50 @@
+#ifndef TAVREL_WORK_COLOUR_CHOICE_H_
+#define TAVREL_WORK_COLOUR_CHOICE_H_
+
+#include <optional>
+
+#include "frame/run_state.h"
+#include "frame/screen_in_front.h"
+#include "platform/screens.h"
+
+namespace tavrel {
+
+// TavColor, the choice of the colour of a curve: one line sample in each row, and an empty row
+// for none. One instance for the life of the program; its form is open at most once.
+class ColourChoice {
+ public:
+  static constexpr int kRows = 15;  // codes 1..14 and the empty row; the height of PicColor
+
+  // All outlive this.
+  ColourChoice(RunState& state, Screens& screens) : state_(state), screens_(screens) {}
+
+  // Shows the form for `input`, whose code is `code`. The chosen code, 0 for no colour; nothing
+  // if the user left without a choice.
+  [[nodiscard]] std::optional<int> Ask(int input, int code);
+
+  // The input and its code as asked.
+  [[nodiscard]] int Input() const { return input_; }
+  [[nodiscard]] int PresentCode() const { return present_code_; }
+
+  // False: the form closes.
+  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
+
+  // A click at height `y` of the picture, 0 at its top and kRows at its bottom. Nothing is
+  // chosen outside of it.
+  void PicColor_Click(double y);
+
+  // The button, the Escape key and the close box: nothing is chosen.
+  void CmdCancel_Click();
+
+ private:
+  RunState& state_;
+  Screens& screens_;
+  std::optional<ScreenInFront> screen_;
+  std::optional<int> chosen_;
+  int input_ = 0;
+  int present_code_ = 0;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_COLOUR_CHOICE_H_

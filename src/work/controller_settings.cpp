@@ -1,0 +1,232 @@
+#include "work/controller_settings.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "common/checks.h"
+#include "common/number.h"
+#include "link/registers.h"
+
+namespace tavrel {
+
+// A register of the dialog, its copy in the header and the box that stands for it.
+struct ControllerField {
+  const char* letter;
+  std::int16_t UnitRecord::*header;
+  int box;
+};
+
+namespace {
+
+constexpr ControllerField kUpper{reg::kUpperLimit, &UnitRecord::UnitUpper, kUpperBox};
+constexpr ControllerField kFinal{reg::kFinalValue, &UnitRecord::UnitFinal, kFinalBox};
+constexpr ControllerField kIncrement{reg::kIncrement, &UnitRecord::UnitIncrement,
+                                     kSecondIncrementBox};
+constexpr ControllerField kSetpoint{reg::kSetpoint, &UnitRecord::UnitSetpoint, kSetpointBox};
+constexpr ControllerField kLower{reg::kLowerLimit, &UnitRecord::UnitLower, kLowerBox};
+
+constexpr std::array kReadOrder = {kSetpoint, kUpper, kFinal, kIncrement, kLower};
+constexpr std::array kWriteOrder = {kUpper, kFinal, kIncrement, kSetpoint, kLower};
+
+constexpr double kStepsPerDegree = 20;
+constexpr double kGap = 10;  // degrees between a limit and what it limits
+constexpr const char* kTemperatureMask = "####0.0";
+
+// The two boxes of the increment, by the kind of the instruments. The register has `per_unit`
+// steps in a unit of each box.
+struct IncrementUnits {
+  std::array<double, 2> per_unit;
+  std::array<const char*, 2> mask;
+  std::array<const char*, 2> caption;
+  const char* name;  // in the box of the range check
+};
+
+// Steps of 0.01 degrees per second: degrees per minute and per second.
+constexpr IncrementUnits kPerSecond{{1 / 0.6, 100},
+                                    {"####0.00", "####0.00"},
+                                    {"increment     °C / min", "increment     °C / sec"},
+                                    "increment (°C/sec)"};
+// Steps of 0.1 degrees per hour: degrees per hour and per minute.
+constexpr IncrementUnits kPerHour{{10, 600},
+                                  {"####0.0", "####0.000"},
+                                  {"increment     °C / h", "increment     °C / min"},
+                                  "increment (°C/h)"};
+
+const IncrementUnits& UnitsOf(bool hourly) {
+  return hourly ? kPerHour : kPerSecond;
+}
+
+bool IsIncrementBox(int box) {
+  return box == kFirstIncrementBox || box == kSecondIncrementBox;
+}
+
+double PerUnit(bool hourly, int box) {
+  return IsIncrementBox(box)
+             ? UnitsOf(hourly).per_unit.at(static_cast<std::size_t>(box - kFirstIncrementBox))
+             : kStepsPerDegree;
+}
+
+const char* MaskOf(bool hourly, int box) {
+  return IsIncrementBox(box)
+             ? UnitsOf(hourly).mask.at(static_cast<std::size_t>(box - kFirstIncrementBox))
+             : kTemperatureMask;
+}
+
+}  // namespace
+
+ControllerSettings::ControllerSettings(const Parts& parts)
+    : parts_(parts),
+      slot_(parts.state.SelSlot),
+      hourly_(parts.state.Settings.VerType.starts_with('H')),
+      screen_(parts.state, View::kTavCtrl) {
+  if (!IsSlot(slot_)) {
+    screen_.Leave();
+    return;
+  }
+  for (const ControllerField& field : kReadOrder) {
+    ReadField(field);
+  }
+}
+
+void ControllerSettings::ReadField(const ControllerField& field) {
+  Link& link = parts_.link;
+  link.ComInet = Unit().UnitInet;
+  link.ComLetter = field.letter;
+  link.ComIndex = Unit().UnitCtrl;
+  link.ReadReg();
+  if (link.IsGood(link.ComInet)) {
+    Unit().*field.header = link.ComValue;
+    ShowField(field, link.ComValue);
+    return;
+  }
+  ctrl_failed_ = true;
+  boxes_.at(static_cast<std::size_t>(field.box)) = {kUnknownText, std::nullopt};
+  if (field.box == kSecondIncrementBox) {
+    boxes_[kFirstIncrementBox] = {kUnknownText, std::nullopt};
+  }
+}
+
+void ControllerSettings::ShowField(const ControllerField& field, std::int16_t raw) {
+  const auto show = [this, raw](int box) {
+    const double value = raw / PerUnit(hourly_, box);
+    boxes_.at(static_cast<std::size_t>(box)) = {FormatMask(value, MaskOf(hourly_, box)), raw};
+  };
+  show(field.box);
+  if (field.box == kSecondIncrementBox) {
+    show(kFirstIncrementBox);
+  }
+}
+
+const std::string& ControllerSettings::TBox(int index) const {
+  return boxes_.at(static_cast<std::size_t>(index)).Text();
+}
+
+const char* ControllerSettings::IncrementCaption(int index) const {
+  return UnitsOf(hourly_).caption.at(static_cast<std::size_t>(index - kFirstIncrementBox));
+}
+
+void ControllerSettings::TBox_Change(int index, const std::string& text) {
+  NumberBox& box = boxes_.at(static_cast<std::size_t>(index));
+  if (text == box.Text()) {
+    return;
+  }
+  box.SetText(text);
+  if (IsIncrementBox(index)) {
+    edited_increment_ = index;
+  }
+}
+
+// Both boxes show one value. A box that shows what it showed at opening brings the other one
+// back to that, too, so that nothing is lost by the fewer digits of the texts.
+void ControllerSettings::TBox_LostFocus(int index) {
+  if (index != edited_increment_ || !IsIncrementBox(index)) {
+    return;
+  }
+  edited_increment_ = -1;
+  const int other = index == kFirstIncrementBox ? kSecondIncrementBox : kFirstIncrementBox;
+  const double value = Value(index);
+  if (!std::isnan(value)) {
+    const double shown = value * PerUnit(hourly_, index) / PerUnit(hourly_, other);
+    boxes_.at(static_cast<std::size_t>(other)).SetText(FormatMask(shown, MaskOf(hourly_, other)));
+  }
+}
+
+double ControllerSettings::Value(int box) const {
+  return boxes_.at(static_cast<std::size_t>(box)).Value(PerUnit(hourly_, box));
+}
+
+// What another box is limited by. One without a number counts as 0, so that it is refused by its
+// own name and not by that of its neighbour.
+double ControllerSettings::Limit(int box) const {
+  const double value = Value(box);
+  return std::isnan(value) ? 0 : value;
+}
+
+bool ControllerSettings::Check(int box, const char* name, double lower, double upper) {
+  // Sums of tenths of a degree: what is beyond the ninth digit is none of the user's.
+  const auto tidy = [](double limit) { return std::round(limit * 1e6) / 1e6; };
+  if (CheckRange(parts_.dialogs, name, Value(box), tidy(lower), tidy(upper))) {
+    return true;
+  }
+  refused_ = box;
+  return false;
+}
+
+bool ControllerSettings::CheckBoxes() {
+  const double below_upper = std::min(Limit(kUpperBox) - kGap, 1000.0);
+  const double above_lower = Limit(kLowerBox) + kGap;
+  return Check(kUpperBox, "upper limit", Limit(kFinalBox) + kGap, 1100) &&
+         Check(kFinalBox, "final value", above_lower, below_upper) &&
+         Check(kSecondIncrementBox, UnitsOf(hourly_).name, 0, 1) &&
+         Check(kSetpointBox, "setpoint", above_lower, below_upper) &&
+         Check(kLowerBox, "lower limit", -500, std::min(Limit(kSetpointBox) - kGap, 500.0));
+}
+
+void ControllerSettings::CmdOK_Click() {
+  refused_ = -1;
+  TBox_LostFocus(edited_increment_);
+  if (!CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
+    return;
+  }
+  for (const ControllerField& field : kWriteOrder) {
+    if (!SendField(field)) {
+      static_cast<void>(CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet));
+      return;
+    }
+  }
+  parts_.state.SlotDirty[slot_] = true;
+  Quit();
+}
+
+// True if the instrument has the value of the box. The header's copy is what the instrument is
+// known to have; a value that was not told at opening is sent in any case.
+bool ControllerSettings::SendField(const ControllerField& field) {
+  NumberBox& box = boxes_.at(static_cast<std::size_t>(field.box));
+  const std::int16_t raw = box.Raw(PerUnit(hourly_, field.box));
+  if (box.Told() && raw == Unit().*field.header) {
+    return true;
+  }
+  Link& link = parts_.link;
+  link.ComInet = Unit().UnitInet;
+  link.ComLetter = field.letter;
+  link.ComIndex = Unit().UnitCtrl;
+  link.ComValue = raw;
+  link.WriteReg();
+  if (!link.IsGood(link.ComInet)) {
+    return false;
+  }
+  Unit().*field.header = raw;
+  box.Tell(raw);
+  parts_.state.SlotDirty[slot_] = true;
+  return true;
+}
+
+void ControllerSettings::cmdPID_Click() {
+  parts_.screens.Show(View::kTavPid);
+}
+
+void ControllerSettings::Quit() {
+  screen_.Leave();
+}
+
+}  // namespace tavrel

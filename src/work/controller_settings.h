@@ -1,0 +1,97 @@
+#ifndef TAVREL_WORK_CONTROLLER_SETTINGS_H_
+#define TAVREL_WORK_CONTROLLER_SETTINGS_H_
+
+#include <array>
+#include <string>
+
+#include "frame/run_state.h"
+#include "frame/screen_in_front.h"
+#include "link/link.h"
+#include "platform/dialogs.h"
+#include "platform/screens.h"
+#include "work/number_box.h"
+
+namespace tavrel {
+
+inline constexpr int kControllerBoxes = 6;
+
+// The boxes of TavCtrl by their index in TBox.
+enum ControllerBox : int {
+  kUpperBox = 0,
+  kFinalBox = 1,
+  kFirstIncrementBox = 2,   // the increment twice: the same value in two units
+  kSecondIncrementBox = 3,  // this one is stored
+  kSetpointBox = 4,
+  kLowerBox = 5,
+};
+
+struct ControllerField;
+
+// TavCtrl, the settings of the controller of the selected slot: limits, setpoint, final value and
+// the ramp. One object is one showing of the form. The values live in the instrument, are
+// mirrored in the header of the slot, and are sent only if they changed.
+class ControllerSettings {
+ public:
+  struct Parts {  // all outlive the dialog
+    RunState& state;
+    Link& link;
+    Dialogs& dialogs;
+    Screens& screens;
+  };
+
+  // Reads the five values from the instrument; what it tells goes into the header. What it does
+  // not tell shows as "?". Without a selected slot the dialog is closed at once.
+  explicit ControllerSettings(const Parts& parts);
+
+  // False: the form closes.
+  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+
+  // What the form shows.
+  [[nodiscard]] const std::string& TBox(int index) const;
+  [[nodiscard]] const char* IncrementCaption(int index) const;  // of the boxes 2 and 3
+  [[nodiscard]] bool HasPid() const { return parts_.screens.Has(View::kTavPid); }
+
+  // The box that was refused last, -1 for none: the keyboard belongs there.
+  [[nodiscard]] int RefusedBox() const { return refused_; }
+
+  // At least one value was not told when the dialog opened.
+  [[nodiscard]] bool CtrlFailed() const { return ctrl_failed_; }
+
+  // The user changes a text; the user leaves a box. One of the increments that was changed gives
+  // the other when it is left.
+  void TBox_Change(int index, const std::string& text);
+  void TBox_LostFocus(int index);
+
+  // The button and the Enter key: checks the boxes, sends what changed, and closes. A value that
+  // is refused, or that the instrument does not acknowledge, keeps the dialog open; the header
+  // then has what was acknowledged.
+  void CmdOK_Click();
+
+  void cmdPID_Click();
+
+  // Escape and the close box.
+  void Quit();
+
+ private:
+  void ReadField(const ControllerField& field);
+  void ShowField(const ControllerField& field, std::int16_t raw);
+  [[nodiscard]] bool CheckBoxes();
+  [[nodiscard]] bool Check(int box, const char* name, double lower, double upper);
+  [[nodiscard]] double Value(int box) const;
+  [[nodiscard]] double Limit(int box) const;
+  [[nodiscard]] bool SendField(const ControllerField& field);
+  [[nodiscard]] UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
+
+  Parts parts_;
+  int slot_;
+  bool hourly_;  // the instruments count the ramp by the hour
+  std::array<NumberBox, kControllerBoxes> boxes_;
+  int edited_increment_ = -1;  // the increment box that was changed and not left yet
+  int refused_ = -1;
+  bool ctrl_failed_ = false;
+  ScreenInFront screen_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_CONTROLLER_SETTINGS_H_

@@ -1,0 +1,98 @@
+#include "work/forms/tav_coord.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "frame/forms/muted_label.h"
+#include "frame/forms/tavsett.h"
+#include "work/forms/work_glyphs.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kMargin = 20;
+constexpr int kNumberCharacters = 12;
+constexpr int kPictureSide = 96;
+
+// The picture of the form: a pair of axes.
+class AxesPicture : public QWidget {
+ public:
+  explicit AxesPicture(QWidget* parent) : QWidget(parent) {
+    setFixedSize(kPictureSide, kPictureSide);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    DrawCoordinatesGlyph(painter, rect(), palette().color(QPalette::Highlight));
+  }
+};
+
+}  // namespace
+
+TavCoord::TavCoord(Coordinates& coordinates)
+    : ModalForm("TavCoord", "coordinates"), coordinates_(coordinates) {
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(kMargin);
+  grid->setVerticalSpacing(10);
+  AddBox(*grid, "Y max", "°C", Coordinates::kYmax);
+  AddBox(*grid, "Y min", "°C", Coordinates::kYmin);
+  AddBox(*grid, "X max", "h", Coordinates::kXmax);
+  AddResolution(*grid);
+  auto* cmd_ok = new QPushButton("OK", this);
+  cmd_ok->setObjectName("CmdOK");
+  cmd_ok->setAccessibleName("OK");
+  cmd_ok->setDefault(true);
+  connect(cmd_ok, &QPushButton::clicked, this, [this] {
+    coordinates_.CmdOK_Click();
+    AfterEvent();
+  });
+  auto* line = new QHBoxLayout;
+  line->setSpacing(kMargin);
+  line->addWidget(new AxesPicture(this), 0, Qt::AlignTop);
+  line->addLayout(grid);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  column->setSpacing(kMargin);
+  column->addLayout(line);
+  column->addWidget(cmd_ok, 0, Qt::AlignRight);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void TavCoord::AddBox(QGridLayout& grid, const char* text, const char* unit, std::size_t box) {
+  auto* edit = new SelectingEdit(this);
+  edit->setObjectName(QString("TBox_%1").arg(box));
+  edit->setAccessibleName(QString("%1, %2").arg(text, unit));
+  edit->setText(QtText(coordinates_.TBox(box)));
+  edit->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
+  connect(edit, &QLineEdit::textChanged, this, [this, box](const QString& now) {
+    coordinates_.TBox_Change(box, now.toStdString());
+    AfterEvent();
+  });
+  const int row = grid.rowCount();
+  grid.addWidget(new MutedLabel(text, this), row, 0);
+  grid.addWidget(edit, row, 1);
+  grid.addWidget(new MutedLabel(unit, this), row, 2);
+}
+
+void TavCoord::AddResolution(QGridLayout& grid) {
+  auto* list = new QComboBox(this);
+  list->setObjectName("CboRes");
+  list->setAccessibleName("X resolution");
+  for (const std::string_view item : kResolutionItems) {
+    list->addItem(QtText(item));
+  }
+  list->setCurrentIndex(coordinates_.CboRes());
+  connect(list, &QComboBox::currentIndexChanged, this, [this](int row) {
+    coordinates_.CboRes_Click(row);
+    AfterEvent();
+  });
+  const int row = grid.rowCount();
+  grid.addWidget(new MutedLabel("X resolution", this), row, 0);
+  grid.addWidget(list, row, 1);
+}
+
+}  // namespace tavrel

@@ -1,0 +1,32 @@
+#ifndef TAVREL_WORK_FORMS_TAV_COORD_H_
+#define TAVREL_WORK_FORMS_TAV_COORD_H_
+
+#include "common/forms/modal_form.h"
+#include "work/coordinates.h"
+
+class QGridLayout;
+
+namespace tavrel {
+
+// TavCoord, the form of the graph's coordinates.
+class TavCoord : public ModalForm {
+  Q_OBJECT
+ public:
+  // `coordinates` outlives the form and is open when Run is called.
+  explicit TavCoord(Coordinates& coordinates);
+
+ protected:
+  void Show() override {}  // the values change by the user's own typing only
+  [[nodiscard]] bool IsOpen() const override { return coordinates_.IsOpen(); }
+  void Leave() override { coordinates_.Leave(); }
+
+ private:
+  void AddBox(QGridLayout& grid, const char* text, const char* unit, std::size_t box);
+  void AddResolution(QGridLayout& grid);
+
+  Coordinates& coordinates_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_FORMS_TAV_COORD_H_

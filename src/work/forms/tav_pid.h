@@ -1,0 +1,41 @@
+#ifndef TAVREL_WORK_FORMS_TAV_PID_H_
+#define TAVREL_WORK_FORMS_TAV_PID_H_
+
+#include <QComboBox>
+#include <array>
+
+#include "common/forms/modal_form.h"
+#include "work/forms/number_edit.h"
+#include "work/pid_parameters.h"
+
+class QGridLayout;
+class QPushButton;
+
+namespace tavrel {
+
+// TavPid, the form of the controller's PID parameters.
+class TavPid : public ModalForm {
+  Q_OBJECT
+ public:
+  // `parameters` outlives the form.
+  explicit TavPid(PidParameters& parameters);
+
+ protected:
+  void Show() override;
+  [[nodiscard]] bool IsOpen() const override { return parameters_.IsOpen(); }
+  void Leave() override { parameters_.Quit(); }
+
+ private:
+  void MakeList(QGridLayout& grid);
+  void AddBox(QGridLayout& grid, int index);
+  QPushButton* MakeOk();
+  void PressOk();
+
+  PidParameters& parameters_;
+  QComboBox* cbo_ = nullptr;
+  std::array<NumberEdit*, kPidBoxes> boxes_{};
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_FORMS_TAV_PID_H_

@@ -1,0 +1,37 @@
+#include "work/forms/tav_wait.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+namespace tavrel {
+namespace {
+
+constexpr int kMargin = 24;
+constexpr int kBarCharacters = 50;
+
+}  // namespace
+
+TavWait::TavWait(WaitBar& bar) : ModalForm("TavWait", "Tavrel"), bar_(bar) {
+  setWindowFlag(Qt::WindowCloseButtonHint, false);
+  setCursor(Qt::WaitCursor);
+  auto* text = new QLabel("The instrument takes in its new settings.", this);
+  prg_wait_ = new QProgressBar(this);
+  prg_wait_->setObjectName("prgWait");
+  prg_wait_->setAccessibleName("wait");
+  prg_wait_->setRange(0, WaitBar::kFull);
+  prg_wait_->setTextVisible(false);
+  prg_wait_->setMinimumWidth(fontMetrics().averageCharWidth() * kBarCharacters);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  column->setSpacing(kMargin / 2);
+  column->addWidget(text);
+  column->addWidget(prg_wait_);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void TavWait::Show() {
+  prg_wait_->setValue(bar_.prgWait());
+}
+
+}  // namespace tavrel

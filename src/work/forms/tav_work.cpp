@@ -1,0 +1,330 @@
+#include "work/forms/tav_work.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QVBoxLayout>
+
+#include "frame/forms/muted_label.h"
+#include "work/forms/work_glyphs.h"
+#include "work/work_tips.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kMargin = 14;
+constexpr int kGap = 8;
+constexpr qreal kGlyphSize = 1.35;  // of the type, so that the pictures tell themselves apart
+constexpr qreal kValueSize = 1.3;
+constexpr int kValueCharacters = 8;
+
+void ShowText(QLabel* label, const std::string& utf8) {
+  const QString text = QtText(utf8);
+  if (label->text() != text) {
+    label->setText(text);
+  }
+}
+
+QFont Sized(QFont font, qreal size) {
+  font.setPointSizeF(font.pointSizeF() * size);
+  return font;
+}
+
+ColourCell* MakeChip(QLabel* word, QWidget* parent) {
+  auto* chip = new ColourCell(parent);
+  auto* box = new QHBoxLayout(chip);
+  box->setContentsMargins(10, 2, 10, 2);
+  box->addWidget(word);
+  word->setParent(chip);
+  word->setTextFormat(Qt::PlainText);
+  return chip;
+}
+
+}  // namespace
+
+TavWork::TavWork(Worksheet& worksheet) : ModalForm("TavWork", ""), worksheet_(worksheet) {
+  // Keys belong to the form itself until the user goes to a control.
+  setFocusPolicy(Qt::ClickFocus);
+  MakeHead();
+  MakeTable();
+  MakeRecording();
+  MakeController();
+  MakeProgram();
+  MakeExits();
+  Arrange();
+}
+
+void TavWork::MakeHead() {
+  tavc_no_ = new QLabel;
+  tavc_no_->setObjectName("TavcNo");
+  tavc_no_->setFont(Sized(tavc_no_->font(), kValueSize));
+  tavc_cell_ = MakeChip(tavc_no_, this);
+  tavc_cell_->setObjectName("TavcCell");
+  tav_file_ = new MutedLabel("", this);
+  tav_file_->setObjectName("TavFile");
+}
+
+void TavWork::MakeTable() {
+  sheet_ = new WorkTable(this);
+  connect(sheet_, &WorkTable::ProdEdited, this, [this](int input, const QString& text) {
+    worksheet_.Prod_Change(input, text.toStdString());
+    AfterEvent();
+  });
+  connect(sheet_, &WorkTable::CommentsEdited, this, [this](int input, const QString& text) {
+    worksheet_.Comments_Change(input, text.toStdString());
+    AfterEvent();
+  });
+  connect(sheet_, &WorkTable::ColorClicked, this, [this](int input) {
+    worksheet_.Color_Click(input);
+    AfterEvent();
+  });
+}
+
+GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph) {
+  auto* button = new GlyphButton(glyph, this);
+  button->setObjectName(name);
+  button->setAccessibleName(spoken);
+  button->setFont(Sized(button->font(), kGlyphSize));
+  const QSize size = button->sizeHint();
+  button->setFixedSize(size.width() * 5 / 4, size.height());
+  return button;
+}
+
+GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph, Press press) {
+  GlyphButton* button = MakeButton(name, spoken, glyph);
+  connect(button, &GlyphButton::clicked, this, [this, press] {
+    (worksheet_.*press)();
+    AfterEvent();
+  });
+  return button;
+}
+
+GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph,
+                                 PressIndex press, int index) {
+  GlyphButton* button = MakeButton(name, spoken, glyph);
+  connect(button, &GlyphButton::clicked, this, [this, press, index] {
+    (worksheet_.*press)(index);
+    AfterEvent();
+  });
+  return button;
+}
+
+TavWork::Reading TavWork::MakeReading(const char* name, const char* words) {
+  Reading reading{new QLabel(this), new MutedLabel(words, this)};
+  reading.value->setObjectName(name);
+  reading.value->setTextFormat(Qt::PlainText);
+  reading.value->setFont(Sized(reading.value->font(), kValueSize));
+  reading.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  reading.value->setMinimumWidth(QFontMetrics(reading.value->font()).averageCharWidth() *
+                                 kValueCharacters);
+  reading.words->setObjectName(QString(name) + "_words");
+  reading.words->setMinimumWidth(fontMetrics().horizontalAdvance("min   until next step"));
+  return reading;
+}
+
+void TavWork::AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind) {
+  auto* line = new QHBoxLayout;
+  line->setSpacing(kGap);
+  line->addWidget(reading.value);
+  line->addWidget(reading.words);
+  line->addStretch(1);
+  if (behind != nullptr) {
+    line->addWidget(behind);
+  }
+  column.addLayout(line);
+}
+
+void TavWork::MakeRecording() {
+  fr_recording_ = new QGroupBox("recording", this);
+  fr_recording_->setObjectName("frRecording");
+  cmd_rec_ = {
+      MakeButton("cmd_Rec_1", "recording on", DrawRecordOnGlyph, &Worksheet::cmd_Rec_Click, 1),
+      MakeButton("cmd_Rec_2", "recording off", DrawRecordOffGlyph, &Worksheet::cmd_Rec_Click, 2)};
+  rec_buttons_ = new QWidget(this);
+  auto* line = new QHBoxLayout(rec_buttons_);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->setSpacing(kGap);
+  line->addWidget(cmd_rec_[0]);
+  line->addWidget(cmd_rec_[1]);
+  line->addStretch(1);
+  line->addWidget(MakeButton("cmd_New", "new file", DrawNewFileGlyph, &Worksheet::cmd_New_Click));
+  line->addWidget(MakeButton("cmd_SetRec", "properties of recording", DrawSettingsGlyph,
+                             &Worksheet::cmd_SetRec_Click));
+  rec_state_ = new QLabel;
+  rec_state_->setObjectName("Lbl_RecState");
+  rec_state_cell_ = MakeChip(rec_state_, this);
+  rec_ = MakeReading("Lbl_rec", "min   recorded");
+  sampl_ = MakeReading("Lbl_sampl", "s     sampling time");
+  auto* column = new QVBoxLayout(fr_recording_);
+  column->addWidget(rec_buttons_);
+  AddReading(*column, rec_, rec_state_cell_);
+  AddReading(*column, sampl_);
+}
+
+void TavWork::MakeController() {
+  fr_controller_ = new QGroupBox("controller", this);
+  fr_controller_->setObjectName("frController");
+  const auto press = &Worksheet::cmd_Ctrl_Click;
+  cmd_ctrl_ = {MakeButton("cmd_Ctrl_0", "controller isothermal", DrawIsothermGlyph, press, 0),
+               MakeButton("cmd_Ctrl_1", "controller dynamic", DrawRampGlyph, press, 1),
+               MakeButton("cmd_Ctrl_2", "controller off", DrawPowerGlyph, press, 2)};
+  cmd_prog_on_ =
+      MakeButton("cmd_ProgOn", "program", DrawProgramGlyph, &Worksheet::cmd_ProgOn_Click);
+  cmd_set_ctrl_ = MakeButton("cmd_setCtrl", "properties of controller", DrawSettingsGlyph,
+                             &Worksheet::cmd_setCtrl_Click);
+  auto* line = new QHBoxLayout;
+  line->setSpacing(kGap);
+  for (GlyphButton* button : cmd_ctrl_) {
+    line->addWidget(button);
+  }
+  line->addWidget(cmd_prog_on_);
+  line->addStretch(1);
+  line->addWidget(cmd_set_ctrl_);
+  setpoint_ = MakeReading("Lbl_setpoint", "°C     setpoint");
+  auto* column = new QVBoxLayout(fr_controller_);
+  column->addLayout(line);
+  AddReading(*column, setpoint_);
+}
+
+void TavWork::MakeProgram() {
+  fr_prog_ = new QGroupBox("", this);
+  fr_prog_->setObjectName("frProg");
+  cmd_prog_off_ = MakeButton("cmd_ProgOff", "end of program", DrawStopProgramGlyph,
+                             &Worksheet::cmd_ProgOff_Click);
+  step_ = MakeReading("Lbl_Step", "step");
+  time_ = MakeReading("Lbl_Time", "min   until next step");
+  auto* column = new QVBoxLayout(fr_prog_);
+  AddReading(*column, step_, cmd_prog_off_);
+  AddReading(*column, time_);
+}
+
+void TavWork::MakeExits() {
+  cmd_coord_ =
+      MakeButton("cmd_Coord", "coordinates", DrawCoordinatesGlyph, &Worksheet::cmd_Coord_Click);
+  cmd_ok_ = MakeButton("CmdOK", "show the graph", DrawCurveGlyph, &Worksheet::CmdOK_Click);
+  cmd_exit_ = MakeButton("cmdExit", "exit", DrawExitGlyph, &Worksheet::cmdExit_Click);
+}
+
+void TavWork::Arrange() {
+  auto* head = new QHBoxLayout;
+  head->setSpacing(kMargin);
+  head->addWidget(tavc_cell_);
+  head->addWidget(tav_file_);
+  head->addStretch(1);
+  auto* exits = new QHBoxLayout;
+  exits->setSpacing(kGap);
+  exits->addWidget(cmd_coord_);
+  exits->addWidget(cmd_ok_);
+  exits->addStretch(1);
+  exits->addWidget(cmd_exit_);
+  auto* side = new QVBoxLayout;
+  side->setSpacing(kMargin);
+  side->addLayout(head);
+  side->addWidget(fr_recording_);
+  side->addWidget(fr_controller_);
+  side->addWidget(fr_prog_);
+  side->addStretch(1);
+  side->addLayout(exits);
+  auto* all = new QHBoxLayout(this);
+  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  all->setSpacing(kMargin);
+  all->addWidget(sheet_, 1, Qt::AlignTop);
+  all->addLayout(side);
+}
+
+void TavWork::ShowRefresh() {
+  if (isVisible()) {
+    AfterEvent();
+  }
+}
+
+void TavWork::Show() {
+  const WorksheetValues& now = worksheet_.Values();
+  if (windowTitle() != QtText(now.Caption)) {
+    setWindowTitle(QtText(now.Caption));
+  }
+  ShowHead(now);
+  sheet_->Show(now);
+  ShowRecording(now);
+  ShowController(now);
+  ShowProgram(now);
+  cmd_coord_->setEnabled(now.cmd_CoordEnabled);
+  cmd_ok_->setEnabled(now.CmdOKEnabled);
+}
+
+void TavWork::ShowHead(const WorksheetValues& now) {
+  ShowText(tavc_no_, now.TavcNo);
+  ShowText(tav_file_, now.TavFile);
+  const Colour answering = now.OfSlot ? kYellow : kGrey;
+  tavc_cell_->SetColour(now.NoAnswer ? kOrange : answering);
+  tavc_no_->setAccessibleDescription(now.NoAnswer ? "no answer" : "");
+  tavc_no_->setToolTip(now.NoAnswer ? " no answer " : "");
+}
+
+void TavWork::ShowRecording(const WorksheetValues& now) {
+  rec_buttons_->setVisible(now.OfSlot);
+  cmd_rec_[0]->SetLatched(now.RecOnDown);
+  cmd_rec_[1]->SetLatched(now.RecOffDown);
+  ShowText(rec_state_, now.RecState);
+  rec_state_cell_->setVisible(!now.RecState.empty());
+  rec_state_cell_->SetColour(now.RecState == "end" ? kYellow : kOrange);
+  ShowText(rec_.value, now.Lbl_rec);
+  ShowText(rec_.words, now.RecUnit);
+  ShowText(sampl_.value, now.Lbl_sampl);
+}
+
+void TavWork::ShowController(const WorksheetValues& now) {
+  fr_controller_->setVisible(now.OfSlot);
+  for (std::size_t index = 0; index < cmd_ctrl_.size(); ++index) {
+    cmd_ctrl_.at(index)->SetLatched(static_cast<int>(now.CtrlDown) == static_cast<int>(index));
+  }
+  cmd_prog_on_->SetLatched(now.ProgDown);
+  cmd_set_ctrl_->setEnabled(now.cmd_setCtrlEnabled);
+  ShowText(setpoint_.value, now.Lbl_setpoint);
+}
+
+void TavWork::ShowProgram(const WorksheetValues& now) {
+  if (!now.frProg && cmd_prog_off_->hasFocus()) {
+    setFocus();
+  }
+  fr_prog_->setVisible(now.frProg);
+  if (fr_prog_->title() != QtText(now.frProgCaption)) {
+    fr_prog_->setTitle(QtText(now.frProgCaption));
+  }
+  ShowText(step_.value, now.Lbl_Step);
+  ShowText(time_.value, now.Lbl_Time);
+  if (now.ProgOffFocusCalls != focus_calls_) {
+    focus_calls_ = now.ProgOffFocusCalls;
+    cmd_prog_off_->setFocus();
+  }
+}
+
+void TavWork::ShowTips(Language language) {
+  for (const ToolTip& tip : kWorksheetTips) {
+    auto* control = findChild<QWidget*>(QtText(tip.Control));
+    if (control != nullptr) {
+      control->setToolTip(QtText(tip.Text.In(language)));
+    }
+  }
+}
+
+// The form is shown again for another slot: it begins as a new one would.
+void TavWork::showEvent(QShowEvent* event) {
+  ModalForm::showEvent(event);
+  if (!event->spontaneous()) {
+    ShowTips(worksheet_.Values().TipLanguage);
+    setFocus();
+  }
+}
+
+void TavWork::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && !event->isAutoRepeat()) {
+    worksheet_.CmdOK_Click();
+    AfterEvent();
+    return;
+  }
+  ModalForm::keyPressEvent(event);
+}
+
+}  // namespace tavrel

@@ -1,0 +1,54 @@
+#ifndef TAVREL_WORK_FORMS_WORK_TABLE_H_
+#define TAVREL_WORK_FORMS_WORK_TABLE_H_
+
+#include <QLabel>
+#include <QWidget>
+#include <array>
+
+#include "work/forms/cell_edit.h"
+#include "work/forms/curve_sample.h"
+#include "work/worksheet_values.h"
+
+class QGridLayout;
+
+namespace tavrel {
+
+// The worksheet's table of the 15 inputs. Its widgets are named after the column and the input:
+// Actual_3, Prod_3, Color_3, Comments_3.
+class WorkTable : public QWidget {
+  Q_OBJECT
+ public:
+  explicit WorkTable(QWidget* parent);
+
+  void Show(const WorksheetValues& now);
+
+ signals:
+  void ProdEdited(int input, const QString& text);
+  void CommentsEdited(int input, const QString& text);
+  void ColorClicked(int input);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  // The cells of an input.
+  struct Cells {
+    QLabel* number = nullptr;
+    QLabel* actual = nullptr;
+    CellEdit* prod = nullptr;
+    CurveSampleButton* color = nullptr;
+    CellEdit* comments = nullptr;
+  };
+
+  void MakeHeads(QGridLayout& grid);
+  void MakeRow(QGridLayout& grid, int input);
+  [[nodiscard]] CellEdit* MakeEdit(const char* column, const char* spoken, int input);
+  void ShowRow(int input, const WorksheetRow& row);
+
+  std::array<QLabel*, 5> heads_{};
+  std::array<Cells, kInputs> rows_{};
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_FORMS_WORK_TABLE_H_

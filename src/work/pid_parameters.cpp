@@ -1,0 +1,171 @@
+#include "work/pid_parameters.h"
+
+#include <algorithm>
+
+#include "common/checks.h"
+#include "common/number.h"
+#include "link/registers.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kTitle = "controller";
+constexpr std::int16_t kSwitchControllerOff = 1;  // end action
+
+std::string TextOf(const PidParameter& parameter, std::int16_t raw) {
+  return FormatMask(raw / parameter.PerUnit, parameter.Mask);
+}
+
+// The recording has come to its end while the form was waiting, and with it the controller's work.
+bool HasEndedByItself(const UnitRecord& before, const UnitRecord& now) {
+  return before.UnitRecOn == 1 && now.UnitRecOn == 0 && now.UnitEndAction == kSwitchControllerOff;
+}
+
+}  // namespace
+
+PidParameters::PidParameters(const Parts& parts)
+    : parts_(parts), slot_(parts.state.SelSlot), screen_(parts.state, View::kTavPid) {
+  if (!IsSlot(slot_)) {
+    screen_.Leave();
+    return;
+  }
+  for (std::size_t place = 0; place < kPidParameters.size(); ++place) {
+    const PidParameter& parameter = kPidParameters.at(place);
+    const auto raw = Read(parameter.Letter);
+    boxes_.at(place) = {raw ? TextOf(parameter, *raw) : kUnknownText, raw};
+  }
+}
+
+const std::string& PidParameters::TBox(int index) const {
+  return boxes_.at(static_cast<std::size_t>(index - 1)).Text();
+}
+
+void PidParameters::TBox_Change(int index, const std::string& text) {
+  boxes_.at(static_cast<std::size_t>(index - 1)).SetText(text);
+}
+
+void PidParameters::Cbo_Click(int row) {
+  if (row < 0 || row >= static_cast<int>(kPidPresets.size())) {
+    return;
+  }
+  cbo_ = row;
+  if (row == 0) {
+    return;
+  }
+  const PidPreset& preset = kPidPresets.at(static_cast<std::size_t>(row));
+  for (std::size_t place = 0; place < boxes_.size(); ++place) {
+    boxes_.at(place).SetText(TextOf(kPidParameters.at(place), preset.Raw.at(place)));
+  }
+}
+
+void PidParameters::CmdOK_Click() {
+  refused_ = 0;
+  if (!CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
+    return;
+  }
+  const bool to_send =
+      AnyChanged() && parts_.dialogs.AskOk({"new parameters", kTitle, BoxIcon::kQuestion});
+  if (!to_send || Transfer()) {
+    Quit();
+  }
+}
+
+bool PidParameters::CheckBoxes() {
+  for (std::size_t place = 0; place < boxes_.size(); ++place) {
+    const PidParameter& parameter = kPidParameters.at(place);
+    const double value = boxes_.at(place).Value(parameter.PerUnit);
+    if (!CheckRange(parts_.dialogs, parameter.Name, value, parameter.Lower, parameter.Upper)) {
+      refused_ = static_cast<int>(place) + 1;
+      return false;
+    }
+  }
+  return true;
+}
+
+bool PidParameters::IsChanged(int place) const {
+  const auto index = static_cast<std::size_t>(place);
+  const auto told = boxes_.at(index).Told();
+  return !told || *told != boxes_.at(index).Raw(kPidParameters.at(index).PerUnit);
+}
+
+bool PidParameters::AnyChanged() const {
+  for (int place = 0; place < kPidBoxes; ++place) {
+    if (IsChanged(place)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// True if the instrument has all parameters. The instrument needs the wait to take them in
+// before its controller starts again. What was not acknowledged may have arrived all the same,
+// so the controller's state is brought back however far the exchange went.
+bool PidParameters::Transfer() {
+  const UnitRecord before = Unit();
+  const auto controller_state = Read(reg::kControllerState);
+  if (!controller_state) {
+    static_cast<void>(CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet));
+    return false;
+  }
+  const bool is_off = Write(reg::kControllerState, controller::kOff);
+  const bool is_sent = is_off && SendChanged();
+  if (is_off) {
+    parts_.screens.Show(View::kTavWait);
+  }
+  if (!HasEndedByItself(before, Unit())) {
+    BringBack(*controller_state);
+  }
+  if (!is_sent) {
+    ShowNotConnected(parts_.dialogs);
+  }
+  return is_sent;
+}
+
+bool PidParameters::SendChanged() {
+  for (int place = 0; place < kPidBoxes; ++place) {
+    const auto index = static_cast<std::size_t>(place);
+    const PidParameter& parameter = kPidParameters.at(index);
+    const std::int16_t raw = boxes_.at(index).Raw(parameter.PerUnit);
+    if (!IsChanged(place)) {
+      continue;
+    }
+    if (!Write(parameter.Letter, raw)) {
+      return false;
+    }
+    boxes_.at(index).Tell(raw);
+  }
+  return true;
+}
+
+void PidParameters::BringBack(std::int16_t controller_state) {
+  if (Write(reg::kControllerState, controller_state) ||
+      Write(reg::kControllerState, controller_state) || controller_state == controller::kOff) {
+    return;
+  }
+  parts_.dialogs.Message({"controller is off", kTitle, BoxIcon::kWarning});
+}
+
+std::optional<std::int16_t> PidParameters::Read(const char* letter) {
+  Link& link = parts_.link;
+  link.ComInet = Unit().UnitInet;
+  link.ComLetter = letter;
+  link.ComIndex = Unit().UnitCtrl;
+  link.ReadReg();
+  return link.IsGood(link.ComInet) ? std::optional(link.ComValue) : std::nullopt;
+}
+
+bool PidParameters::Write(const char* letter, std::int16_t value) {
+  Link& link = parts_.link;
+  link.ComInet = Unit().UnitInet;
+  link.ComLetter = letter;
+  link.ComIndex = Unit().UnitCtrl;
+  link.ComValue = value;
+  link.WriteReg();
+  return link.IsGood(link.ComInet);
+}
+
+void PidParameters::Quit() {
+  screen_.Leave();
+}
+
+}  // namespace tavrel

@@ -1,0 +1,114 @@
+#ifndef TAVREL_WORK_PID_PARAMETERS_H_
+#define TAVREL_WORK_PID_PARAMETERS_H_
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "frame/run_state.h"
+#include "frame/screen_in_front.h"
+#include "link/link.h"
+#include "platform/dialogs.h"
+#include "platform/screens.h"
+#include "work/number_box.h"
+
+namespace tavrel {
+
+inline constexpr int kPidBoxes = 4;  // counted from 1
+
+// A line of the list of recommended values; the words are those of the registers.
+struct PidPreset {
+  const char* Text;
+  std::array<std::int16_t, kPidBoxes> Raw;  // P, N, V, T
+};
+
+inline constexpr std::array kPidPresets = {
+    PidPreset{"   ---", {0, 0, 0, 0}},
+    PidPreset{"   Tarn - oven", {2000, 900, 160, 0}},
+    PidPreset{"   Hesk - oven", {260, 400, 20, 0}},
+    PidPreset{"   Wolm - oven", {240, 600, 30, 0}},
+    PidPreset{"   Warm-hold - oven", {500, 780, 40, 0}},
+    PidPreset{"   Micro-autoclave", {1800, 1050, 180, 1300}},
+};
+
+// A parameter as its box shows it.
+struct PidParameter {
+  const char* Label;
+  const char* Unit;    // behind the box, empty for none
+  const char* Letter;  // of the register
+  double PerUnit;      // steps of the register in a unit of the box
+  const char* Mask;
+  double Lower;
+  double Upper;
+  const char* Name;  // in the box of the range check
+};
+
+inline constexpr std::array<PidParameter, kPidBoxes> kPidParameters = {{
+    {"P:   proportional   band", "", "P", 20, "####0.0", 1, 500, "proportional"},
+    {"I:     integral time", "sec", "N", 1, "#####0", 0, 10000, "integral"},
+    {"D:   derivative time", "sec", "V", 1, "#####0", 0, 10000, "derivative"},
+    {"       filter for the setpoint", "sec", "T", 1, "#####0", 0, 10000, "filter for setpoint"},
+}};
+
+// TavPid, the parameters of the controller of the selected slot. One object is one showing of
+// the form. The instrument alone keeps them. While they are changed the controller is off, for
+// about ten seconds.
+class PidParameters {
+ public:
+  struct Parts {  // all outlive the dialog
+    RunState& state;
+    Link& link;
+    Dialogs& dialogs;
+    Screens& screens;
+  };
+
+  // Reads the four parameters; what the instrument does not tell shows as "?". Without a
+  // selected slot the dialog is closed at once.
+  explicit PidParameters(const Parts& parts);
+
+  // False: the form closes.
+  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+
+  // What the form shows; `index` 1..4.
+  [[nodiscard]] const std::string& TBox(int index) const;
+  [[nodiscard]] int Cbo() const { return cbo_; }
+
+  // The box that was refused last, 0 for none: the keyboard belongs there.
+  [[nodiscard]] int RefusedBox() const { return refused_; }
+
+  void TBox_Change(int index, const std::string& text);
+
+  // A line of the list was chosen: its values fill the boxes. The first line changes nothing.
+  void Cbo_Click(int row);
+
+  // The button and the Enter key: checks the boxes, asks, and sends what changed. The dialog
+  // stays open if a value is refused or not acknowledged. If the controller cannot be brought
+  // back to its state afterwards, a box says that it is off.
+  void CmdOK_Click();
+
+  // Escape and the close box.
+  void Quit();
+
+ private:
+  [[nodiscard]] bool CheckBoxes();
+  [[nodiscard]] bool IsChanged(int place) const;
+  [[nodiscard]] bool AnyChanged() const;
+  [[nodiscard]] bool Transfer();
+  [[nodiscard]] bool SendChanged();
+  void BringBack(std::int16_t controller_state);
+  [[nodiscard]] std::optional<std::int16_t> Read(const char* letter);
+  [[nodiscard]] bool Write(const char* letter, std::int16_t value);
+  [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
+
+  Parts parts_;
+  int slot_;
+  std::array<NumberBox, kPidBoxes> boxes_;
+  int cbo_ = 0;
+  int refused_ = 0;
+  ScreenInFront screen_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_PID_PARAMETERS_H_

@@ -1,0 +1,291 @@
+#include "work/program_editor.h"
+
+#include <algorithm>
+
+#include "common/checks.h"
+#include "common/number.h"
+#include "common/program_file.h"
+#include "common/text.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kCheckTitle = "check of program";
+constexpr const char* kReadTitle = "Read  file";
+constexpr const char* kWriteTitle = "Write file";
+
+constexpr Colour kYellowCell{0xFF, 0xFF, 0xC0};
+constexpr Colour kOrangeCell{0xFF, 0xE0, 0xC0};
+constexpr Colour kGreenCell{0xC0, 0xFF, 0xC0};
+constexpr Colour kGreyCell{0xE0, 0xE0, 0xE0};
+constexpr Colour kWhiteCell{0xFF, 0xFF, 0xFF};
+
+// A column of numbers: how its words are shown and what may be typed.
+struct NumberColumn {
+  const char* name;  // in the box of the range check
+  double per_unit;   // steps of the word in a shown unit
+  const char* mask;
+  double upper;  // in shown units; the lower limit is 0
+  Colour background;
+};
+
+constexpr NumberColumn kTime{"time", 1, "#####0", 30000, kYellowCell};
+constexpr NumberColumn kSetpoint{"setpoint", 20, "###0.0", 500, kWhiteCell};
+constexpr NumberColumn kIncrement{"increment", 100, "#0.00", 1, kGreyCell};
+
+const NumberColumn& NumbersOf(int column) {
+  switch (column) {
+    case kTimeColumn:
+      return kTime;
+    case kSetpointColumn:
+      return kSetpoint;
+    default:
+      return kIncrement;
+  }
+}
+
+ProgramCell NumberCell(std::int16_t word, const NumberColumn& column) {
+  if (word < 1) {
+    return {};
+  }
+  return {FormatMask(word / column.per_unit, column.mask), column.background};
+}
+
+// The controller's states that a program may give, in the order of the list.
+constexpr std::array<std::int16_t, kStatusItems.size()> kStatusOfLine = {kEmptyCell, 0, 2, 3};
+
+int LineOf(std::int16_t status) {
+  const auto* const found = std::find(kStatusOfLine.begin(), kStatusOfLine.end(), status);
+  return found == kStatusOfLine.end() ? 0 : static_cast<int>(found - kStatusOfLine.begin());
+}
+
+// A status that the list does not have comes from a file of another origin. It would go out as
+// it is, so it is not hidden.
+ProgramCell StatusCell(std::int16_t status) {
+  switch (status) {
+    case 0:
+      return {"off", kOrangeCell};
+    case 2:
+      return {"iso", kGreenCell};
+    case 3:
+      return {"dyn", kGreenCell};
+    default:
+      return status < 0 ? ProgramCell{} : ProgramCell{std::to_string(status), kWhiteCell};
+  }
+}
+
+bool IsCell(int row, int column) {
+  return row >= 1 && row <= kProgramRows && column >= kTimeColumn && column <= kIncrementColumn;
+}
+
+}  // namespace
+
+ProgramEditor::ProgramEditor(const Parts& parts)
+    : parts_(parts), screen_(parts.state, View::kTavProg) {}
+
+Language ProgramEditor::TipLanguage() const {
+  return LanguageOf(parts_.state.Settings.HelpLang);
+}
+
+std::int16_t& ProgramEditor::WordAt(int row, int column) {
+  ProgramStep& step = rows_.at(static_cast<std::size_t>(row - 1));
+  switch (column) {
+    case kTimeColumn:
+      return step.Time;
+    case kSetpointColumn:
+      return step.Setpoint;
+    case kStatusColumn:
+      return step.Status;
+    default:
+      return step.Increment;
+  }
+}
+
+ProgramCell ProgramEditor::Cell(int row, int column) const {
+  if (!IsCell(row, column)) {
+    return {};
+  }
+  const ProgramStep& step = rows_.at(static_cast<std::size_t>(row - 1));
+  switch (column) {
+    case kTimeColumn:
+      return NumberCell(step.Time, kTime);
+    case kSetpointColumn:
+      return NumberCell(step.Setpoint, kSetpoint);
+    case kStatusColumn:
+      return StatusCell(step.Status);
+    default:
+      return NumberCell(step.Increment, kIncrement);
+  }
+}
+
+void ProgramEditor::Grid_Click(int row, int column) {
+  const bool is_here = edit_.Row == row && edit_.Column == column;
+  if (is_here || !CloseEdit() || !IsCell(row, column)) {
+    return;
+  }
+  text_before_ = column == kStatusColumn ? "" : Cell(row, column).Text;
+  line_before_ = column == kStatusColumn ? LineOf(WordAt(row, column)) : 0;
+  edit_ = {row, column, text_before_, line_before_};
+}
+
+void ProgramEditor::MoveEdit(int rows, int columns) {
+  if (!edit_.IsOpen()) {
+    return;
+  }
+  const CellInEdit from = edit_;
+  if (!CloseEdit()) {
+    return;
+  }
+  constexpr int kCellsOfRow = kIncrementColumn - kTimeColumn + 1;
+  const int place =
+      (from.Row + rows - 1) * kCellsOfRow + (from.Column - kTimeColumn) + columns;  // from 0
+  if (place >= 0 && place < kProgramRows * kCellsOfRow) {
+    Grid_Click(place / kCellsOfRow + 1, place % kCellsOfRow + kTimeColumn);
+  }
+}
+
+// True if no value is left that was refused.
+bool ProgramEditor::CloseEdit() {
+  if (!edit_.IsOpen()) {
+    return true;
+  }
+  if (edit_.IsList()) {
+    TakeStatus();
+  } else if (!TakeNumber()) {
+    return false;
+  }
+  edit_ = {};
+  return true;
+}
+
+void ProgramEditor::TakeStatus() {
+  const bool is_line = edit_.Cstat >= 0 && edit_.Cstat < static_cast<int>(kStatusOfLine.size());
+  if (is_line && edit_.Cstat != line_before_) {
+    Store(kStatusOfLine.at(static_cast<std::size_t>(edit_.Cstat)));
+  }
+}
+
+// A text that was not changed keeps its word to the last step; one that was deleted empties the
+// cell.
+bool ProgramEditor::TakeNumber() {
+  if (edit_.txtEdit == text_before_) {
+    return true;
+  }
+  if (Trim(edit_.txtEdit).empty()) {
+    Store(kEmptyCell);
+    return true;
+  }
+  const NumberColumn& column = NumbersOf(edit_.Column);
+  const double value = ReadNumber(edit_.txtEdit);
+  if (!CheckRange(parts_.dialogs, column.name, value, 0, column.upper)) {
+    return false;
+  }
+  Store(ToWord(value * column.per_unit));
+  return true;
+}
+
+void ProgramEditor::Store(std::int16_t word) {
+  std::int16_t& stored = WordAt(edit_.Row, edit_.Column);
+  prog_changed_ = prog_changed_ || stored != word;
+  stored = word;
+}
+
+void ProgramEditor::cmdNew_Click() {
+  if (!CloseEdit() || !MayGoOn()) {
+    return;
+  }
+  rows_ = {};
+  caption_ = " new program";
+  prog_changed_ = false;
+}
+
+void ProgramEditor::cmdOpen_Click() {
+  if (CloseEdit() && MayGoOn() &&
+      ChooseProgramFile(parts_.state, parts_.dialogs, FileMode::kOpen)) {
+    Open();
+  }
+}
+
+void ProgramEditor::cmdSave_Click() {
+  if (CloseEdit()) {
+    static_cast<void>(Save());
+  }
+}
+
+// Changes are saved if the user wants so; false if that came to nothing.
+bool ProgramEditor::MayGoOn() {
+  const bool to_save =
+      prog_changed_ && parts_.dialogs.AskYes({"Save Program ?", "program", BoxIcon::kQuestion});
+  return !to_save || Save();
+}
+
+void ProgramEditor::Open() {
+  const SettingsValues& settings = parts_.state.Settings;
+  const ProgramFile file = ReadProgramFile(JoinPath(settings.ProgPath, settings.ProgFile));
+  std::string objection;
+  if (!file.Problem.empty()) {
+    objection = ": " + file.Problem;
+  } else if (file.Records < 1 || file.Records > kProgramRecords) {
+    objection = "  is not a program file !";
+  }
+  if (!objection.empty()) {
+    parts_.dialogs.Message({settings.ProgFile + objection, kReadTitle, BoxIcon::kWarning});
+    return;
+  }
+  Take(file);
+  caption_ = " " + LowerCase(settings.ProgFile);
+}
+
+void ProgramEditor::Take(const ProgramFile& file) {
+  rows_ = {};
+  std::copy(file.Steps.begin(), file.Steps.end(), rows_.begin());
+  prog_changed_ = false;
+}
+
+bool ProgramEditor::Check() {
+  const auto finding = ProgramFinding(rows_);
+  if (!finding) {
+    return true;
+  }
+  parts_.dialogs.Message({*finding, kCheckTitle, BoxIcon::kWarning});
+  prog_changed_ = prog_changed_ && !IsEmptyProgram(rows_);
+  return false;
+}
+
+bool ProgramEditor::Save() {
+  if (!Check() || !ChooseProgramFile(parts_.state, parts_.dialogs, FileMode::kSave)) {
+    return false;
+  }
+  const SettingsValues& settings = parts_.state.Settings;
+  const std::string path = JoinPath(settings.ProgPath, settings.ProgFile);
+  const std::string problem = IsInUse(path) ? "The file is in use as a recording file."
+                                            : ReplaceFile(path, ProgramFileBytes(rows_));
+  if (!problem.empty()) {
+    parts_.dialogs.Message({settings.ProgFile + ": " + problem, kWriteTitle, BoxIcon::kWarning});
+    return false;
+  }
+  caption_ = " " + LowerCase(settings.ProgFile);
+  prog_changed_ = false;
+  return true;
+}
+
+// A slot has the file open: a recording would be lost.
+bool ProgramEditor::IsInUse(const std::string& path) const {
+  const RunState& state = parts_.state;
+  for (int slot = 0; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() &&
+        IsSameFile(path, JoinPath(state.SlotPath[slot], state.SlotFile[slot]))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void ProgramEditor::Quit() {
+  if (CloseEdit() && MayGoOn()) {
+    screen_.Leave();
+  }
+}
+
+}  // namespace tavrel

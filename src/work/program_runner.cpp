@@ -1,0 +1,154 @@
+#include "work/program_runner.h"
+
+#include <utility>
+
+#include "common/checks.h"
+#include "common/program_file.h"
+#include "link/registers.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kReadTitle = "Read  file";
+
+}  // namespace
+
+ProgramStart ProgramRunner::Start(int slot) {
+  RunState& state = parts_.state;
+  if (!IsSlot(slot) || state.SlotFile[slot].empty()) {
+    return ProgramStart::kNotStarted;
+  }
+  if (state.ProgRunning[slot]) {
+    parts_.events.Beep();
+    return ProgramStart::kRunsAlready;
+  }
+  if (!CheckConnected(parts_.dialogs, parts_.link, state.Unit[slot].UnitInet)) {
+    return ProgramStart::kNotStarted;
+  }
+  // A name without a point can only be a rest of an older file.
+  if (state.Unit[slot].UnitProgName.Get().find('.') == std::string::npos) {
+    state.Unit[slot].UnitProgName.Set("");
+  }
+  return ChooseProgramFile(state, parts_.dialogs) ? Load(slot) : ProgramStart::kNotStarted;
+}
+
+ProgramStart ProgramRunner::Load(int slot) {
+  const SettingsValues& settings = parts_.state.Settings;
+  ProgramFile file = ReadProgramFile(JoinPath(settings.ProgPath, settings.ProgFile));
+  const std::int64_t steps = file.Records - 1;
+  std::string objection;
+  if (!file.Problem.empty()) {
+    objection = ": " + file.Problem;
+  } else if (steps < 1) {
+    objection = "  is damaged !";
+  } else if (steps > kMostSteps) {
+    objection = "  is too big !";
+  }
+  if (!objection.empty()) {
+    parts_.dialogs.Message({settings.ProgFile + objection, kReadTitle, BoxIcon::kWarning});
+    return ProgramStart::kNotStarted;
+  }
+  Begin(slot, std::move(file.Steps));
+  return ProgramStart::kStarted;
+}
+
+void ProgramRunner::Begin(int slot, std::vector<ProgramStep> steps) {
+  RunState& state = parts_.state;
+  ProgTable[slot] = std::move(steps);
+  UnitRecord& unit = state.Unit[slot];
+  unit.UnitProgName.Set(state.Settings.ProgFile);
+  unit.UnitProgWait = 0;
+  unit.UnitProgStep = 0;
+  state.ProgRunning[slot] = true;
+  state.SlotDirty[slot] = true;
+  state.TickMinute = static_cast<float>(parts_.clock.Timer());
+}
+
+bool ProgramRunner::Stop(int slot) {
+  if (!IsSlot(slot) || !parts_.state.ProgRunning[slot]) {
+    return true;
+  }
+  if (!parts_.dialogs.AskOk({"terminate program", " ", BoxIcon::kQuestion})) {
+    return !parts_.state.ProgRunning[slot];  // it may have ended beneath the box
+  }
+  parts_.state.ProgRunning[slot] = false;
+  return true;
+}
+
+int ProgramRunner::ProgSteps(int slot) const {
+  return IsSlot(slot) ? static_cast<int>(ProgTable[slot].size()) : 0;
+}
+
+bool ProgramRunner::MayStep(int slot) const {
+  const RunState& state = parts_.state;
+  if (!IsSlot(slot) || !state.ProgRunning[slot] || !state.SlotFileNo[slot].IsOpen()) {
+    return false;
+  }
+  const UnitRecord& unit = state.Unit[slot];
+  return parts_.link.IsGood(unit.UnitInet) && !state.IsHeld(unit.UnitInet, unit.UnitCtrl);
+}
+
+void ProgramRunner::StepProgram(int slot) {
+  if (!MayStep(slot)) {
+    return;
+  }
+  UnitRecord& unit = parts_.state.Unit[slot];
+  if (unit.UnitProgWait > 1) {
+    --unit.UnitProgWait;
+    return;
+  }
+  unit.UnitProgWait = 0;  // also where a file or an older header holds a time below 0
+  const auto done = static_cast<std::size_t>(unit.UnitProgStep);
+  if (unit.UnitProgStep < 0 || done >= ProgTable[slot].size()) {
+    parts_.state.ProgRunning[slot] = false;
+    return;
+  }
+  const ProgramStep& step = ProgTable[slot][done];
+  if (!SendStep(slot, step)) {
+    unit.UnitProgWait = 1;
+    return;
+  }
+  unit.UnitProgStep = static_cast<std::int16_t>(done + 1);
+  unit.UnitProgWait = step.Time;
+  parts_.state.SlotDirty[slot] = true;
+  // The user's program has the controller now: an older order to switch it off is void.
+  if (done == 0) {
+    parts_.engine.DropStopOrder(unit.UnitInet, unit.UnitCtrl);
+  }
+}
+
+bool ProgramRunner::SendStep(int slot, const ProgramStep& step) {
+  const UnitRecord& unit = parts_.state.Unit[slot];
+  parts_.link.ComInet = unit.UnitInet;
+  parts_.link.ComIndex = unit.UnitCtrl;
+  if (step.Status >= controller::kDynamic) {
+    return SendRamp(step);
+  }
+  return Write(reg::kSetpoint, step.Setpoint) && Write(reg::kControllerState, step.Status);
+}
+
+// The ramp starts at the actual value, so that it does not begin with a jump.
+bool ProgramRunner::SendRamp(const ProgramStep& step) {
+  if (!Write(reg::kFinalValue, step.Setpoint) || !Read(reg::kPresentValue)) {
+    return false;
+  }
+  const std::int16_t actual = parts_.link.ComValue;
+  return Write(reg::kSetpoint, actual) && Write(reg::kIncrement, step.Increment) &&
+         Write(reg::kControllerState, step.Status);
+}
+
+bool ProgramRunner::Write(const char* letter, std::int16_t value) {
+  parts_.link.ComLetter = letter;
+  parts_.link.ComValue = value;
+  parts_.link.WriteReg();
+  return parts_.link.IsGood(parts_.link.ComInet);
+}
+
+bool ProgramRunner::Read(const char* letter) {
+  parts_.link.ComLetter = letter;
+  parts_.link.ReadReg();
+  return parts_.link.IsGood(parts_.link.ComInet);
+}
+
+}  // namespace tavrel

@@ -1,0 +1,71 @@
+#ifndef TAVREL_WORK_PROGRAM_RUNNER_H_
+#define TAVREL_WORK_PROGRAM_RUNNER_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "files/recording_engine.h"
+#include "frame/run_state.h"
+#include "link/link.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "work/program.h"
+
+namespace tavrel {
+
+// How the start of a program ended.
+enum class ProgramStart {
+  kStarted,      // ProgRunning is true; step 1 goes out on the next free tick
+  kRunsAlready,  // it beeped: the keyboard belongs on cmd_ProgOff
+  kNotStarted,   // not connected, Cancel, or a box has told why
+};
+
+// Steps controller programs, minute by minute. The instrument knows only its present setpoint,
+// state and ramp, so a program runs only while this process does; where it stands is told by
+// UnitProgName, UnitProgStep and UnitProgWait of the slot's header.
+class ProgramRunner {
+ public:
+  struct Parts {  // all outlive the runner
+    RunState& state;
+    Link& link;
+    RecordingEngine& engine;
+    Dialogs& dialogs;
+    Events& events;
+    const Clock& clock;
+  };
+  explicit ProgramRunner(const Parts& parts) : parts_(parts) {}
+
+  // cmd_ProgOn: lets the user choose a program file and starts it on `slot` 1..12. What does not
+  // start leaves the slot as it was. No register is touched yet.
+  ProgramStart Start(int slot);
+
+  // cmd_ProgOff: asks, and stops the program. True if none runs afterwards. No register is
+  // written: the controller goes on with what the last step gave it.
+  bool Stop(int slot);
+
+  // The work of one minute, called by the measuring cycle for the slots 1..12 in turn. A slot
+  // is passed over, and its waiting time stands still, while it has no open file, while its
+  // instrument does not answer, and while the output test holds its controller.
+  void StepProgram(int slot);
+
+  // Steps of the program that was started last on the slot, 0 before the first.
+  [[nodiscard]] int ProgSteps(int slot) const;
+
+ private:
+  [[nodiscard]] ProgramStart Load(int slot);
+  void Begin(int slot, std::vector<ProgramStep> steps);
+  [[nodiscard]] bool MayStep(int slot) const;
+  [[nodiscard]] bool SendStep(int slot, const ProgramStep& step);
+  [[nodiscard]] bool SendRamp(const ProgramStep& step);
+  [[nodiscard]] bool Write(const char* letter, std::int16_t value);
+  [[nodiscard]] bool Read(const char* letter);
+
+  Parts parts_;
+  BySlot<std::vector<ProgramStep>> ProgTable;  // the programs as they were loaded
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_PROGRAM_RUNNER_H_

@@ -1,0 +1,47 @@
+#ifndef TAVREL_WORK_WAIT_BAR_H_
+#define TAVREL_WORK_WAIT_BAR_H_
+
+#include <optional>
+
+#include "frame/run_state.h"
+#include "frame/screen_in_front.h"
+#include "platform/clock.h"
+#include "platform/events.h"
+
+namespace tavrel {
+
+// TavWait, the bar of ten seconds that is shown while an instrument takes in new parameters.
+// Nothing but the measuring cycle closes it.
+class WaitBar {
+ public:
+  static constexpr int kFull = 100;
+
+  // All outlive this.
+  WaitBar(RunState& state, Events& events, const Clock& clock)
+      : state_(state), events_(events), clock_(clock) {}
+
+  // Before the form is shown: the bar is empty and the pointer waits.
+  void Open();
+
+  // A step of the cycle, once a second: the bar rises by a tenth, and a full one goes. So it is
+  // full after nine seconds and is seen full for one.
+  void Advance();
+
+  [[nodiscard]] int prgWait() const { return value_; }  // 0..kFull
+
+  // False: the form closes.
+  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
+
+ private:
+  void Unload();
+
+  RunState& state_;
+  Events& events_;
+  const Clock& clock_;
+  std::optional<ScreenInFront> screen_;
+  int value_ = 0;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WORK_WAIT_BAR_H_

@@ -1,0 +1,157 @@
+#include "common/checks.h"
+#include "work/header_edit.h"
+#include "work/worksheet.h"
+
+// What the user does on the worksheet; what it shows is in worksheet.cpp.
+namespace tavrel {
+
+bool Worksheet::IsConnected() {
+  return CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet);
+}
+
+// A program owns the controller until it ends.
+bool Worksheet::IsProgramInTheWay() {
+  if (!parts_.state.ProgRunning.at(Slot())) {
+    return false;
+  }
+  parts_.events.Beep();
+  CallProgOff();
+  return true;
+}
+
+// Beneath a box or a dialog the measuring goes on, and the slot may have got another file.
+void Worksheet::AfterDialog() {
+  parts_.state.WorkReset = false;
+  parts_.state.TickRefresh = 0;
+  ShowSheet();
+}
+
+void Worksheet::cmd_Rec_Click(int index) {
+  if (!IsSlotInUse() || !IsConnected()) {
+    return;
+  }
+  if (index == 1) {
+    parts_.events.SetPointer(Pointer::kHourglass);
+    parts_.engine.StartRecording(parts_.state.SelSlot);
+    parts_.events.SetPointer(Pointer::kNormal);
+  } else {
+    parts_.engine.StopRecording(parts_.state.SelSlot);
+  }
+  AfterDialog();
+  ShowRecording();
+}
+
+void Worksheet::cmd_New_Click() {
+  if (!IsSlotInUse() || !IsConnected()) {
+    return;
+  }
+  parts_.recording.RunNewFile();
+  AfterDialog();
+  ShowRecording();
+}
+
+void Worksheet::cmd_SetRec_Click() {
+  if (!IsSlotInUse()) {
+    return;
+  }
+  parts_.recording.RunSettings();
+  AfterDialog();
+}
+
+void Worksheet::cmd_Ctrl_Click(int index) {
+  if (!IsSlotInUse() || index < 0 || index > 2 || !IsConnected() || IsProgramInTheWay()) {
+    return;
+  }
+  const auto button = static_cast<CtrlButton>(index);
+  if (SwitchController(parts_.link, parts_.dialogs, Unit(), button)) {
+    values_.CtrlDown = button;
+  }
+}
+
+void Worksheet::cmd_setCtrl_Click() {
+  if (!IsSlotInUse() || parts_.state.ProgRunning.at(Slot())) {
+    return;
+  }
+  parts_.screens.Show(View::kTavCtrl);
+  AfterDialog();
+}
+
+void Worksheet::cmd_ProgOn_Click() {
+  if (!IsSlotInUse()) {
+    return;
+  }
+  if (parts_.programs.Start(parts_.state.SelSlot) == ProgramStart::kRunsAlready) {
+    CallProgOff();
+  }
+  AfterDialog();
+}
+
+void Worksheet::cmd_ProgOff_Click() {
+  if (!IsSlotInUse()) {
+    return;
+  }
+  static_cast<void>(parts_.programs.Stop(parts_.state.SelSlot));
+  AfterDialog();
+}
+
+void Worksheet::cmd_Coord_Click() {
+  parts_.coordinates.Run();
+  AfterDialog();
+}
+
+void Worksheet::CmdOK_Click() {
+  if (!values_.CmdOKEnabled) {
+    return;
+  }
+  parts_.screens.Show(View::kTavGraph);
+  AfterDialog();
+}
+
+void Worksheet::cmdExit_Click() {
+  if (screen_) {
+    screen_->Leave();
+  }
+}
+
+bool Worksheet::IsRowLive(int input) const {
+  return IsOpen() && input >= 1 && input <= kInputs && Unit().IsRecorded(input);
+}
+
+void Worksheet::Color_Click(int input) {
+  if (!IsRowLive(input)) {
+    return;
+  }
+  const auto place = static_cast<std::size_t>(input - 1);
+  const std::optional<int> code = parts_.colours.Ask(input, Unit().UnitColour.at(place));
+  if (code) {
+    EditHeader(parts_.state, parts_.state.SelSlot, [place, code](UnitRecord& header) {
+      header.UnitColour.at(place) = static_cast<std::int16_t>(*code);
+    });
+    parts_.state.OverPrepared = false;
+    parts_.state.PartPrepared = false;
+  }
+  AfterDialog();
+}
+
+void Worksheet::Prod_Change(int input, const std::string& text) {
+  if (!IsRowLive(input) || text == Row(input).Prod) {
+    return;
+  }
+  Row(input).Prod = text;
+  EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
+    header.UnitInputName.at(static_cast<std::size_t>(input - 1)).Set(text);
+  });
+  parts_.state.OverPrepared = false;  // the legend names the input
+}
+
+void Worksheet::Comments_Change(int input, const std::string& text) {
+  if (!IsRowLive(input) || text == Row(input).Comments) {
+    return;
+  }
+  Row(input).Comments = text;
+  EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
+    header.UnitInputNote.at(static_cast<std::size_t>(input - 1)).Set(text);
+  });
+}
+
+}  // namespace tavrel

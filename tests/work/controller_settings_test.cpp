@@ -1,0 +1,334 @@
+#include "work/controller_settings.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+#include "tests/support/control_bench.h"
+
+namespace tavrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Settings : public testing::Test, public ControlBench {
+ protected:
+  Settings() {
+    Register('H') = 20 * 300;
+    Register('M') = 20 * 250;
+    Register('I') = 37;
+    Register('W') = 20 * 200;
+    Register('G') = 20 * 5;
+  }
+  ControllerSettings& Open() {
+    dialog.reset();
+    dialog.emplace(
+        ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens});
+    Count();
+    return *dialog;
+  }
+  // Opens, types, presses OK; the last box.
+  std::string Ok(const std::vector<std::pair<int, std::string>>& typed) {
+    bench.dialogs.boxes.clear();
+    ControllerSettings& now = Open();
+    for (const auto& [box, text] : typed) {
+      now.TBox_Change(box, text);
+      now.TBox_LostFocus(box);
+    }
+    now.CmdOK_Click();
+    return LastBox();
+  }
+
+  std::optional<ControllerSettings> dialog;
+};
+
+TEST_F(Settings, ShowsWhatTheInstrumentTells) {
+  const ControllerSettings& now = Open();
+  EXPECT_EQ(now.TBox(kUpperBox), "300.0");
+  EXPECT_EQ(now.TBox(kFinalBox), "250.0");
+  EXPECT_EQ(now.TBox(kFirstIncrementBox), "22.20");
+  EXPECT_EQ(now.TBox(kSecondIncrementBox), "0.37");
+  EXPECT_EQ(now.TBox(kSetpointBox), "200.0");
+  EXPECT_EQ(now.TBox(kLowerBox), "5.0");
+  EXPECT_FALSE(now.CtrlFailed());
+  EXPECT_EQ(Unit().UnitSetpoint, 4000);
+  EXPECT_EQ(Unit().UnitIncrement, 37);
+  EXPECT_FALSE(bench.state.SlotDirty[1]);
+  EXPECT_EQ(bench.state.ActiveView, View::kTavCtrl);
+}
+
+TEST_F(Settings, CountsTheRampByTheHourForInstrumentsOfThatKind) {
+  bench.state.Settings.VerType = "H-series";
+  Register('I') = 123;
+  const ControllerSettings& now = Open();
+  EXPECT_EQ(now.TBox(kFirstIncrementBox), "12.3");
+  EXPECT_EQ(now.TBox(kSecondIncrementBox), "0.205");
+  EXPECT_STREQ(now.IncrementCaption(kFirstIncrementBox), "increment     °C / h");
+  EXPECT_STREQ(now.IncrementCaption(kSecondIncrementBox), "increment     °C / min");
+}
+
+TEST_F(Settings, KeepsBothIncrementsTogether) {
+  ControllerSettings& now = Open();
+  now.TBox_Change(kFirstIncrementBox, "30");
+  EXPECT_EQ(now.TBox(kSecondIncrementBox), "0.37") << "not before the box is left";
+  now.TBox_LostFocus(kFirstIncrementBox);
+  EXPECT_EQ(now.TBox(kSecondIncrementBox), "0.50");
+  now.TBox_Change(kSecondIncrementBox, "0,25");
+  now.TBox_LostFocus(kSecondIncrementBox);
+  EXPECT_EQ(now.TBox(kFirstIncrementBox), "15.00");
+}
+
+TEST_F(Settings, KeepsBothIncrementsTogetherByTheHour) {
+  bench.state.Settings.VerType = "H";
+  ControllerSettings& now = Open();
+  now.TBox_Change(kFirstIncrementBox, "0.1");
+  now.TBox_LostFocus(kFirstIncrementBox);
+  EXPECT_EQ(now.TBox(kSecondIncrementBox), "0.002");
+  now.TBox_Change(kSecondIncrementBox, "0.5");
+  now.TBox_LostFocus(kSecondIncrementBox);
+  EXPECT_EQ(now.TBox(kFirstIncrementBox), "30.0");
+}
+
+TEST_F(Settings, StoresTheIncrementThroughTheSecondUnit) {
+  EXPECT_EQ(Ok({{kFirstIncrementBox, "30.4"}}), "");
+  EXPECT_EQ(Register('I'), 51) << "30.4 / 60 shows as 0.51";
+  bench.state.Settings.VerType = "H";
+  EXPECT_EQ(Ok({{kSecondIncrementBox, "0.002"}}), "");
+  EXPECT_EQ(Register('I'), 1) << "0.002 x 600 = 1.2";
+}
+
+TEST_F(Settings, TakesAnIncrementThatIsStillInEdit) {
+  ControllerSettings& now = Open();
+  now.TBox_Change(kFirstIncrementBox, "30");
+  now.CmdOK_Click();
+  EXPECT_EQ(Register('I'), 50);
+}
+
+TEST_F(Settings, SendsNothingWhenNothingWasTouched) {
+  Register('W') = 4001;  // 200.05 shows as 200.1
+  Register('I') = 1;
+  const UnitRecord before = Unit();
+  EXPECT_EQ(Ok({}), "");
+  EXPECT_THAT(Sent(), IsEmpty());
+  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
+  EXPECT_EQ(Unit().UnitSetpoint, 4001);
+  EXPECT_EQ(Unit().UnitRole, before.UnitRole);
+}
+
+TEST_F(Settings, LimitsTheSetpointByTheUpperLimit) {
+  Register('M') = 20 * 900;
+  EXPECT_EQ(Ok({{kUpperBox, "1100"}, {kSetpointBox, "1000"}}), "");
+  EXPECT_EQ(Register('W'), 20000);
+  EXPECT_EQ(Ok({{kUpperBox, "1005"}}), "check: setpoint:\n15 ... 995");
+  EXPECT_EQ(Ok({{kUpperBox, "1100"}, {kSetpointBox, "1000.1"}}), "check: setpoint:\n15 ... 1000");
+  EXPECT_EQ(dialog->RefusedBox(), kSetpointBox);
+  EXPECT_TRUE(dialog->IsOpen());
+  EXPECT_EQ(Ok({{kSetpointBox, "14.9"}}), "check: setpoint:\n15 ... 1000");
+  EXPECT_EQ(Ok({{kUpperBox, "1100.1"}}), "check: upper limit:\n910 ... 1100");
+}
+
+TEST_F(Settings, WantsTheUpperLimitAboveAFinalValueThatIsNotUsed) {
+  EXPECT_EQ(Ok({{kUpperBox, "259.9"}}), "check: upper limit:\n260 ... 1100");
+  EXPECT_EQ(Ok({{kUpperBox, "260"}}), "");
+  EXPECT_EQ(Register('H'), 5200);
+}
+
+TEST_F(Settings, HoldsTheFinalValueBetweenTheLimits) {
+  EXPECT_EQ(Ok({{kFinalBox, "14.9"}}), "check: final value:\n15 ... 290");
+  EXPECT_EQ(Ok({{kFinalBox, "15"}}), "");
+  EXPECT_EQ(Ok({{kFinalBox, "290.1"}}), "check: upper limit:\n300.1 ... 1100");
+}
+
+TEST_F(Settings, AllowsALowerLimitOfMinus500AndNotATenthBelow) {
+  Register('W') = 20 * 20;
+  EXPECT_EQ(Ok({{kLowerBox, "-500"}}), "");
+  EXPECT_EQ(Register('G'), -10000);
+  EXPECT_EQ(Ok({{kLowerBox, "-500.1"}}), "check: lower limit:\n-500 ... 10");
+  EXPECT_EQ(Ok({{kLowerBox, "10.1"}}), "check: setpoint:\n20.1 ... 290");
+}
+
+TEST_F(Settings, HoldsTheIncrementBetweenNothingAndOne) {
+  EXPECT_EQ(Ok({{kSecondIncrementBox, "1.01"}}), "check: increment (°C/sec):\n0 ... 1");
+  EXPECT_EQ(Ok({{kSecondIncrementBox, "1"}}), "");
+  EXPECT_EQ(Ok({{kSecondIncrementBox, "-0.01"}}), "check: increment (°C/sec):\n0 ... 1");
+  bench.state.Settings.VerType = "H";
+  EXPECT_EQ(Ok({{kSecondIncrementBox, "1.001"}}), "check: increment (°C/h):\n0 ... 1");
+}
+
+TEST_F(Settings, RefusesAnUnknownValueByItsOwnName) {
+  const std::vector<std::pair<int, std::string>> names = {{1, "setpoint:\n15 ... 290"},
+                                                          {2, "upper limit:\n260 ... 1100"},
+                                                          {3, "final value:\n15 ... 290"},
+                                                          {4, "increment (°C/sec):\n0 ... 1"},
+                                                          {5, "lower limit:\n-500 ... 190"}};
+  for (const auto& [exchange, text] : names) {
+    exchanges = 0;
+    fail_at = exchange;
+    ControllerSettings& now = Open();
+    fail_at = 0;
+    Greet();
+    EXPECT_TRUE(now.CtrlFailed());
+    now.CmdOK_Click();
+    EXPECT_EQ(LastBox(), "check: " + text);
+    EXPECT_TRUE(now.IsOpen());
+  }
+  EXPECT_EQ(Ok({{kSetpointBox, "?"}}), "check: setpoint:\n15 ... 290");
+}
+
+TEST_F(Settings, SendsAValueThatWasNotToldEvenIfTheHeaderHasIt) {
+  Unit().UnitSetpoint = 3000;
+  exchanges = 0;
+  fail_at = 1;
+  ControllerSettings& now = Open();
+  fail_at = 0;
+  EXPECT_EQ(now.TBox(kSetpointBox), "?");
+  EXPECT_EQ(Unit().UnitSetpoint, 3000);
+  now.TBox_Change(kSetpointBox, "150");
+  now.CmdOK_Click();
+  EXPECT_THAT(Sent(), ElementsAre("W22=BB8\r"));
+  EXPECT_EQ(Register('W'), 3000);
+}
+
+TEST_F(Settings, AsksForTheInstrumentBeforeAnythingElse) {
+  fail_from = 1;
+  EXPECT_EQ(Ok({}), "check: Tavrel connected ?");
+  EXPECT_THAT(Sent(), IsEmpty());
+  EXPECT_TRUE(dialog->IsOpen());
+}
+
+TEST_F(Settings, ChangesNothingOnEscape) {
+  ControllerSettings& now = Open();
+  now.TBox_Change(kSetpointBox, "100");
+  now.Quit();
+  EXPECT_THAT(Sent(), IsEmpty());
+  EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
+  EXPECT_EQ(Unit().UnitSetpoint, 4000);
+}
+
+TEST_F(Settings, OpensThePidParameters) {
+  ControllerSettings& now = Open();
+  EXPECT_TRUE(now.HasPid());
+  now.cmdPID_Click();
+  EXPECT_THAT(bench.screens.shown, ElementsAre(View::kTavPid));
+}
+
+TEST_F(Settings, TouchesNothingForTheViewedFile) {
+  bench.state.SelSlot = kViewedFile;
+  const ControllerSettings now({bench.state, bench.link, bench.dialogs, bench.screens});
+  EXPECT_FALSE(now.IsOpen());
+  EXPECT_THAT(Sent(), IsEmpty());
+}
+
+// The telegrams of an opening and of an OK that changes all values.
+struct Line {
+  bool plugin;
+  std::vector<std::string> reads;
+  std::vector<std::string> writes;
+};
+
+class SettingsOnTheWire : public testing::TestWithParam<Line> {
+ protected:
+  SettingsOnTheWire() : control(GetParam().plugin) {
+    control.Register('H') = 6000;
+    control.Register('M') = 5000;
+    control.Register('I') = 37;
+    control.Register('W') = 4000;
+    control.Register('G') = 100;
+  }
+  void Open() {
+    control.Count();
+    dialog.emplace(ControllerSettings::Parts{control.bench.state, control.bench.link,
+                                             control.bench.dialogs, control.bench.screens});
+  }
+  void TypeAll() {
+    dialog->TBox_Change(kUpperBox, "500");
+    dialog->TBox_Change(kFinalBox, "400");
+    dialog->TBox_Change(kSecondIncrementBox, "0.5");
+    dialog->TBox_Change(kSetpointBox, "300");
+    dialog->TBox_Change(kLowerBox, "-10");
+  }
+
+  ControlBench control;
+  std::optional<ControllerSettings> dialog;
+};
+
+TEST_P(SettingsOnTheWire, ReadsAndWritesInTheirOrder) {
+  Open();
+  EXPECT_EQ(control.Sent(), GetParam().reads);
+  TypeAll();
+  control.Count();
+  dialog->CmdOK_Click();
+  EXPECT_EQ(control.Sent(), GetParam().writes);
+  EXPECT_TRUE(control.bench.state.SlotDirty[1]);
+  EXPECT_EQ(control.Unit().UnitLower, -200);
+}
+
+TEST_P(SettingsOnTheWire, ShowsAQuestionMarkForEachReadThatFails) {
+  constexpr std::array kBoxes = {kSetpointBox, kUpperBox, kFinalBox, kSecondIncrementBox,
+                                 kLowerBox};
+  for (int exchange = 1; exchange <= 5; ++exchange) {
+    control.fail_at = exchange;
+    dialog.reset();
+    Open();
+    EXPECT_EQ(control.Sent(), GetParam().reads);
+    for (int read = 1; read <= 5; ++read) {
+      const bool failed = dialog->TBox(kBoxes.at(static_cast<std::size_t>(read - 1))) == "?";
+      EXPECT_EQ(failed, read == exchange) << exchange;
+    }
+  }
+}
+
+TEST_P(SettingsOnTheWire, StopsAtTheFirstWriteThatIsNotAcknowledged) {
+  const auto copies = [this] {
+    const UnitRecord& unit = control.Unit();
+    return std::vector<int>{unit.UnitUpper, unit.UnitFinal, unit.UnitIncrement, unit.UnitSetpoint,
+                            unit.UnitLower};
+  };
+  const std::vector<int> old = {6000, 5000, 37, 4000, 100};
+  const std::vector<int> wanted = {10000, 8000, 50, 6000, -200};
+  const std::vector<std::string>& all = GetParam().writes;
+  for (int exchange = 1; exchange <= 5; ++exchange) {
+    control.Register('H') = 6000;
+    control.Register('M') = 5000;
+    control.Register('I') = 37;
+    control.Register('W') = 4000;
+    control.Register('G') = 100;
+    control.fail_at = 0;
+    dialog.reset();
+    Open();
+    TypeAll();
+    control.Count();
+    control.fail_at = exchange;
+    dialog->CmdOK_Click();
+    EXPECT_EQ(control.Sent(), std::vector<std::string>(all.begin(), all.begin() + exchange));
+    EXPECT_EQ(control.LastBox(), "check: Tavrel connected ?");
+    ASSERT_TRUE(dialog->IsOpen());
+    std::vector<int> expected = wanted;
+    std::copy(old.begin() + exchange - 1, old.end(), expected.begin() + exchange - 1);
+    EXPECT_EQ(copies(), expected) << exchange;
+
+    control.fail_at = 0;
+    control.Greet();
+    control.Count();
+    dialog->CmdOK_Click();
+    EXPECT_EQ(control.Sent(), std::vector<std::string>(all.begin() + exchange - 1, all.end()));
+    EXPECT_EQ(copies(), wanted);
+    EXPECT_FALSE(dialog->IsOpen());
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, SettingsOnTheWire,
+                         testing::Values(Line{false,
+                                              {"W22?", "H22?", "M22?", "I22?", "G22?"},
+                                              {"H22=2710\r", "M22=1F40\r", "I22=32\r", "W22=1770\r",
+                                               "G22=FF38\r"}},
+                                         Line{true,
+                                              {"n2p2?", "n2v12?", "n2v62?", "n2v22?", "n2v2?"},
+                                              {"n2v12=2710\r", "n2v62=1F40\r", "n2v22=32\r",
+                                               "n2p2=1770\r", "n2v2=FF38\r"}}),
+                         [](const auto& line) { return line.param.plugin ? "plugin" : "direct"; });
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,325 @@
+#include "work/program_runner.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/support/control_bench.h"
+
+namespace tavrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Runner : public ControlBench {
+ public:
+  explicit Runner(bool plugin = false) : ControlBench(plugin) {
+    Register('Y') = 500;
+    Greet();
+    bench.state.TickMinute = 0;
+  }
+  ProgramStart Start(const std::vector<std::vector<int>>& steps) {
+    return StartFile("A.PRG", ProgramBytes(steps));
+  }
+  ProgramStart StartFile(const std::string& name, const std::string& bytes) {
+    bench.home.Write(name, bytes);
+    bench.dialogs.chosen_file = bench.home.File(name);
+    const ProgramStart result = runner.Start(1);
+    Count();
+    return result;
+  }
+  // The work of one minute; what was sent in it.
+  std::vector<std::string> Minute() {
+    Count();
+    runner.StepProgram(1);
+    return Sent();
+  }
+  bool Runs() const { return bench.state.ProgRunning[1]; }
+
+  ProgramRunner runner{
+      {bench.state, bench.link, bench.engine, bench.dialogs, bench.events, bench.clock}};
+};
+
+class Running : public testing::Test, public Runner {};
+
+TEST_F(Running, TakesAProgramIntoTheSlot) {
+  Unit().UnitProgStep = 7;
+  Unit().UnitProgWait = 9;
+  EXPECT_EQ(StartFile("Anneal.PRG", ProgramBytes({{2, -1, 4000, 30}})), ProgramStart::kStarted);
+  EXPECT_TRUE(Runs());
+  EXPECT_EQ(runner.ProgSteps(1), 1);
+  EXPECT_EQ(Unit().UnitProgName.Get(), "Anneal.PRG");
+  EXPECT_EQ(Unit().UnitProgStep, 0);
+  EXPECT_EQ(Unit().UnitProgWait, 0);
+  EXPECT_TRUE(bench.state.SlotDirty[1]);
+  EXPECT_EQ(bench.state.TickMinute, static_cast<float>(bench.clock.Timer()));
+  EXPECT_EQ(bench.state.Settings.ProgFile, "Anneal.PRG");
+  EXPECT_TRUE(bench.state.SettingsChanged);
+  EXPECT_EQ(bench.dialogs.file_dialogs.back().Mode, FileMode::kOpen);
+  EXPECT_THAT(Sent(), IsEmpty());
+}
+
+TEST_F(Running, CutsALongName) {
+  StartFile("A program with a long name.prg", ProgramBytes({{2, -1, 4000, 30}}));
+  EXPECT_EQ(Unit().UnitProgName.Get(), "A program with a lon");
+}
+
+TEST_F(Running, BeepsIfAProgramRunsAlready) {
+  Start({{2, -1, 4000, 30}});
+  EXPECT_EQ(runner.Start(1), ProgramStart::kRunsAlready);
+  EXPECT_EQ(bench.events.beeps, 1);
+  EXPECT_EQ(bench.dialogs.file_dialogs.size(), 1U);
+}
+
+TEST_F(Running, DoesNotStartWithoutTheInstrument) {
+  bench.line.silent = {kInet};
+  Greet();
+  EXPECT_EQ(Start({{2, -1, 4000, 30}}), ProgramStart::kNotStarted);
+  EXPECT_EQ(LastBox(), "check: Tavrel connected ?");
+  EXPECT_FALSE(Runs());
+}
+
+TEST_F(Running, DoesNotStartOnCancelNorWithoutASlot) {
+  EXPECT_EQ(runner.Start(1), ProgramStart::kNotStarted);
+  EXPECT_FALSE(bench.state.SettingsChanged);
+  EXPECT_EQ(runner.Start(0), ProgramStart::kNotStarted);
+  EXPECT_EQ(runner.Start(13), ProgramStart::kNotStarted);
+  EXPECT_EQ(runner.Start(2), ProgramStart::kNotStarted) << "no file";
+  EXPECT_THAT(bench.dialogs.boxes, IsEmpty());
+}
+
+TEST_F(Running, ForgetsARestOfAnOlderFile) {
+  Unit().UnitProgName.Set("old rest");
+  static_cast<void>(runner.Start(1));
+  EXPECT_EQ(Unit().UnitProgName.Get(), "");
+  Unit().UnitProgName.Set("a.prg");
+  static_cast<void>(runner.Start(1));
+  EXPECT_EQ(Unit().UnitProgName.Get(), "a.prg");
+}
+
+TEST_F(Running, RefusesFilesByTheirNumberOfSteps) {
+  EXPECT_EQ(StartFile("A.PRG", std::string(8, '\0')), ProgramStart::kNotStarted);
+  EXPECT_EQ(LastBox(), "Read  file: A.PRG  is damaged !");
+  EXPECT_EQ(StartFile("A.PRG", ""), ProgramStart::kNotStarted);
+  EXPECT_EQ(LastBox(), "Read  file: A.PRG  is damaged !");
+  std::vector<std::vector<int>> steps(50, {2, -1, 4000, 30});
+  EXPECT_EQ(Start(steps), ProgramStart::kNotStarted);
+  EXPECT_EQ(LastBox(), "Read  file: A.PRG  is too big !");
+  EXPECT_EQ(bench.dialogs.boxes.back().Icon, BoxIcon::kWarning);
+  bench.dialogs.chosen_file = bench.home.File("NONE.PRG");
+  EXPECT_EQ(runner.Start(1), ProgramStart::kNotStarted);
+  EXPECT_EQ(LastBox(), "Read  file: NONE.PRG: No such file or directory");
+  EXPECT_FALSE(Runs());
+  steps.pop_back();
+  EXPECT_EQ(Start(steps), ProgramStart::kStarted);
+  EXPECT_EQ(runner.ProgSteps(1), 49);
+}
+
+TEST_F(Running, WaitsTheTimeOfEachStep) {
+  Start({{2, -1, 4000, 3}, {0, -1, 20, 1}});
+  EXPECT_THAT(Minute(), ElementsAre("W22=FA0\r", "Z22=2\r"));
+  EXPECT_EQ(Unit().UnitProgStep, 1);
+  EXPECT_EQ(Unit().UnitProgWait, 3);
+  EXPECT_THAT(Minute(), IsEmpty());
+  EXPECT_EQ(Unit().UnitProgWait, 2);
+  EXPECT_THAT(Minute(), IsEmpty());
+  EXPECT_THAT(Minute(), ElementsAre("W22=14\r", "Z22=0\r"));
+  EXPECT_EQ(Unit().UnitProgStep, 2);
+  EXPECT_TRUE(Runs());
+  EXPECT_THAT(Minute(), IsEmpty());
+  EXPECT_FALSE(Runs()) << "the last step has been waited out";
+  EXPECT_EQ(Register('W'), 20);
+}
+
+TEST_F(Running, FollowsAStepWithoutTimeAMinuteLater) {
+  Start({{2, -1, 4000, 0}, {2, -1, 5000, -5}, {0, -1, 20, 1}});
+  Minute();
+  EXPECT_THAT(Minute(), ElementsAre("W22=1388\r", "Z22=2\r"));
+  EXPECT_THAT(Minute(), ElementsAre("W22=14\r", "Z22=0\r"));
+}
+
+TEST_F(Running, StartsARampAtTheActualValue) {
+  Start({{3, 25, 8000, 10}});
+  Register('W') = 7000;
+  EXPECT_THAT(Minute(), ElementsAre("M22=1F40\r", "Y22?", "W22=1F4\r", "I22=19\r", "Z22=3\r"));
+  EXPECT_EQ(Register('W'), 500);
+  EXPECT_EQ(Register('Z'), 3);
+}
+
+TEST_F(Running, TakesEveryStatusFrom3OnForARamp) {
+  Start({{4, 25, 8000, 10}});
+  EXPECT_EQ(Minute().back(), "Z22=4\r");
+  EXPECT_EQ(Register('M'), 8000);
+}
+
+TEST_F(Running, StandsStillWhileTheInstrumentIsAway) {
+  Start({{2, -1, 4000, 5}, {0, -1, 20, 1}});
+  Minute();
+  Minute();
+  bench.line.silent = {kInet};
+  Greet();
+  for (int minute = 0; minute < 3; ++minute) {
+    EXPECT_THAT(Minute(), IsEmpty());
+    EXPECT_EQ(Unit().UnitProgWait, 4);
+  }
+  bench.line.silent.clear();
+  Greet();
+  Minute();
+  EXPECT_EQ(Unit().UnitProgWait, 3) << "the lost minutes are not made up";
+  EXPECT_THAT(bench.dialogs.boxes, IsEmpty());
+}
+
+TEST_F(Running, NeverAdvancesWithoutAnOpenFile) {
+  Start({{2, -1, 4000, 5}});
+  bench.state.SlotFileNo[1].Close();
+  EXPECT_THAT(Minute(), IsEmpty());
+  EXPECT_EQ(Unit().UnitProgStep, 0);
+  EXPECT_TRUE(Runs());
+}
+
+TEST_F(Running, LeavesAControllerAloneThatTheOutputTestHolds) {
+  Start({{2, -1, 4000, 5}});
+  bench.state.OutputTestHolds[kInet][kCtrl] = true;
+  EXPECT_THAT(Minute(), IsEmpty());
+  EXPECT_EQ(Unit().UnitProgWait, 0);
+  bench.state.OutputTestHolds[kInet][kCtrl] = false;
+  bench.state.OutputTestHolds[kInet][kCtrl + 1] = true;
+  EXPECT_THAT(Minute(), ElementsAre("W22=FA0\r", "Z22=2\r"));
+}
+
+TEST_F(Running, TouchesNoSlotThatRunsNoProgram) {
+  for (int slot = -1; slot <= 14; ++slot) {
+    runner.StepProgram(slot);
+  }
+  Count();
+  EXPECT_THAT(Minute(), IsEmpty());
+}
+
+TEST_F(Running, AsksBeforeItStopsAndWritesNothing) {
+  Start({{2, -1, 4000, 5}});
+  Minute();
+  Count();
+  bench.dialogs.ok = false;
+  EXPECT_FALSE(runner.Stop(1));
+  EXPECT_TRUE(Runs());
+  EXPECT_EQ(LastBox(), " : terminate program");
+  EXPECT_EQ(bench.dialogs.boxes.back().Icon, BoxIcon::kQuestion);
+  bench.dialogs.ok = true;
+  EXPECT_TRUE(runner.Stop(1));
+  EXPECT_FALSE(Runs());
+  EXPECT_THAT(Sent(), IsEmpty());
+  const std::size_t boxes = bench.dialogs.boxes.size();
+  EXPECT_TRUE(runner.Stop(1)) << "none runs: no question";
+  EXPECT_EQ(bench.dialogs.boxes.size(), boxes);
+}
+
+// The end action's order is told again each ten seconds until it is acknowledged.
+TEST_F(Running, MakesAnOlderOrderToSwitchOffVoid) {
+  Unit().UnitEndAction = 1;
+  fail_from = 1;
+  bench.engine.EndOfRecording(1);
+  ASSERT_TRUE(bench.state.StopPending[1]);
+  fail_from = 0;
+  Greet();
+  Start({{2, -1, 4000, 5}});
+  Minute();
+  EXPECT_FALSE(bench.state.StopPending[1]);
+  Count();
+  bench.engine.TenSecondTick();
+  EXPECT_THAT(Sent(), IsEmpty());
+}
+
+TEST_F(Running, LeavesTheOrderForAnotherControllerInForce) {
+  Unit().UnitEndAction = 1;
+  fail_from = 1;
+  bench.engine.EndOfRecording(1);
+  fail_from = 0;
+  Unit().UnitCtrl = 4;
+  Greet();
+  Start({{2, -1, 4000, 5}});
+  Minute();
+  EXPECT_TRUE(bench.state.StopPending[1]);
+}
+
+TEST_F(Running, SendsTheFirstStepOnTheNextFreeTickOfTheCycle) {
+  MainCycle::Guests guests;
+  guests.step_program = [this](int slot) { runner.StepProgram(slot); };
+  bench.cycle.SetGuests(guests);
+  bench.cycle.Start();
+  bench.state.ActiveView = View::kTavProg;
+  Start({{2, -1, 4000, 2}, {0, -1, 20, 1}});
+  bench.Run(1);
+  EXPECT_EQ(Unit().UnitProgStep, 1);
+  bench.Run(118);
+  EXPECT_EQ(Unit().UnitProgStep, 1);
+  bench.Run(2);
+  EXPECT_EQ(Unit().UnitProgStep, 2) << "two minutes of the grid later";
+  bench.Run(60);
+  EXPECT_FALSE(Runs());
+}
+
+TEST_F(Running, GoesOnOverMidnight) {
+  MainCycle::Guests guests;
+  guests.step_program = [this](int slot) { runner.StepProgram(slot); };
+  bench.cycle.SetGuests(guests);
+  bench.cycle.Start();
+  bench.state.ActiveView = View::kTavProg;
+  bench.clock.timer_at_start = 86280;
+  bench.Run(1);
+  Start({{2, -1, 4000, 3}, {0, -1, 20, 1}});
+  bench.Run(5);
+  EXPECT_EQ(Unit().UnitProgStep, 1);
+  bench.Run(120 + 170);
+  EXPECT_EQ(Unit().UnitProgWait, 1) << "two minutes of the new day";
+  bench.Run(60);
+  EXPECT_EQ(Unit().UnitProgStep, 2);
+}
+
+struct Line {
+  bool plugin;
+  std::vector<std::string> ramp;
+  std::vector<std::string> hold;
+};
+
+class RunningOnTheWire : public testing::TestWithParam<Line> {
+ protected:
+  // The step is told again whole, a minute after an exchange of it failed.
+  void ExpectRetry(const std::vector<int>& step, const std::vector<std::string>& telegrams) {
+    for (std::size_t exchange = 1; exchange <= telegrams.size(); ++exchange) {
+      Runner slot(GetParam().plugin);
+      slot.Start({step});
+      slot.fail_at = static_cast<int>(exchange);
+      EXPECT_EQ(slot.Minute(),
+                std::vector<std::string>(telegrams.begin(),
+                                         telegrams.begin() + static_cast<long>(exchange)));
+      EXPECT_EQ(slot.Unit().UnitProgStep, 0);
+      EXPECT_EQ(slot.Unit().UnitProgWait, 1);
+      slot.fail_at = 0;
+      EXPECT_THAT(slot.Minute(), IsEmpty()) << "nothing was heard of it since";
+      slot.Greet();
+      EXPECT_EQ(slot.Minute(), telegrams);
+      EXPECT_EQ(slot.Unit().UnitProgStep, 1);
+      EXPECT_EQ(slot.Unit().UnitProgWait, step.back());
+    }
+  }
+};
+
+TEST_P(RunningOnTheWire, SendsARampInItsOrderAndAgainAfterEachFailure) {
+  ExpectRetry({3, 25, 8000, 10}, GetParam().ramp);
+}
+
+TEST_P(RunningOnTheWire, SendsAHoldInItsOrderAndAgainAfterEachFailure) {
+  ExpectRetry({2, -1, 4000, 30}, GetParam().hold);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BothKindsOfLine, RunningOnTheWire,
+    testing::Values(Line{false,
+                         {"M22=1F40\r", "Y22?", "W22=1F4\r", "I22=19\r", "Z22=3\r"},
+                         {"W22=FA0\r", "Z22=2\r"}},
+                    Line{true,
+                         {"n2v62=1F40\r", "n2p22?", "n2p2=1F4\r", "n2v22=19\r", "n2p32=3\r"},
+                         {"n2p2=FA0\r", "n2p32=2\r"}}),
+    [](const auto& line) { return line.param.plugin ? "plugin" : "direct"; });
+
+}  // namespace
+}  // namespace tavrel

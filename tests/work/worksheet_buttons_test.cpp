@@ -1,0 +1,247 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/work_bench.h"
+#include "work/worksheet.h"
+
+namespace tavrel {
+namespace {
+
+using Telegrams = std::vector<std::string>;
+
+// A button, what it sends on either line, and what the ramp's start reads.
+struct ButtonCase {
+  const char* name;
+  std::function<void(Worksheet&)> press;
+  Telegrams direct;
+  Telegrams plug_in;
+};
+
+std::vector<ButtonCase> Buttons() {
+  return {
+      {"isothermal", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(0); }, {"Z13=2\r"}, {"n1p33=2\r"}},
+      {"ramp",
+       [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(1); },
+       {"Z13=3\r", "Y13?", "W13=1C9\r"},
+       {"n1p33=3\r", "n1p23?", "n1p3=1C9\r"}},
+      {"off", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(2); }, {"Z13=0\r"}, {"n1p33=0\r"}},
+      {"start",
+       [](Worksheet& sheet) { sheet.cmd_Rec_Click(1); },
+       {"S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
+       {"n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"}},
+      {"stop", [](Worksheet& sheet) { sheet.cmd_Rec_Click(2); }, {}, {}}};
+}
+
+// Room for one button on one kind of line.
+class ButtonBench : public WorkBench {
+ public:
+  explicit ButtonBench(int com_mode) {
+    header.UnitIncrement = 5;
+    header.UnitFinal = 2000;
+    Register('Y', 3) = 0x1C9;
+    StartProgram({}, com_mode);
+    OpenSheet();
+    Forget();
+  }
+};
+
+TEST(WorksheetButton, SendsItsTelegramsInTheirOrderOnBothKindsOfLine) {
+  for (const ButtonCase& button : Buttons()) {
+    ButtonBench direct(0);
+    button.press(direct.worksheet);
+    EXPECT_EQ(direct.bench.port.sent, button.direct) << button.name;
+    for (const int com_mode : {1, 2}) {
+      ButtonBench plug_in(com_mode);
+      button.press(plug_in.worksheet);
+      EXPECT_EQ(plug_in.bench.port.sent, button.plug_in) << button.name << com_mode;
+    }
+  }
+}
+
+TEST(WorksheetButton, StopsAtTheFirstExchangeThatFails) {
+  for (const ButtonCase& button : Buttons()) {
+    for (std::size_t failing = 1; failing <= button.direct.size(); ++failing) {
+      ButtonBench bench(0);
+      const CtrlButton before = bench.Shown().CtrlDown;
+      bench.fail_at = static_cast<int>(failing);
+      button.press(bench.worksheet);
+      const auto end = button.direct.begin() + static_cast<std::ptrdiff_t>(failing);
+      EXPECT_EQ(bench.bench.port.sent, Telegrams(button.direct.begin(), end)) << button.name;
+      EXPECT_EQ(bench.Shown().CtrlDown, before) << button.name << failing;
+      EXPECT_FALSE(bench.Shown().RecOnDown) << button.name << failing;
+      EXPECT_EQ(bench.Unit().UnitRecOn, 0);
+    }
+  }
+}
+
+TEST(WorksheetButton, AsksForTheConnectionFirst) {
+  std::vector<std::function<void(Worksheet&)>> presses;
+  for (const ButtonCase& button : Buttons()) {
+    presses.push_back(button.press);
+  }
+  presses.push_back([](Worksheet& sheet) { sheet.cmd_New_Click(); });
+  presses.push_back([](Worksheet& sheet) { sheet.cmd_ProgOn_Click(); });
+  for (const auto& press : presses) {
+    ButtonBench bench(0);
+    bench.bench.line.silent = {WorkBench::kInet};
+    bench.Refresh();
+    bench.Forget();
+    press(bench.worksheet);
+    EXPECT_TRUE(bench.bench.port.sent.empty());
+    EXPECT_EQ(bench.BoxTexts(), Telegrams{"check|Tavrel connected ?"});
+    EXPECT_TRUE(bench.bench.screens.shown.empty());
+  }
+}
+
+class WorksheetButtons : public testing::Test, public WorkBench {
+ protected:
+  void Open() {
+    StartAndOpen();
+    Forget();
+  }
+};
+
+TEST_F(WorksheetButtons, ShowTheControllerAtOnceWhenItAnswered) {
+  header.UnitIncrement = 1;
+  header.UnitFinal = 1;
+  Open();
+  worksheet.cmd_Ctrl_Click(0);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kIsotherm);
+  worksheet.cmd_Ctrl_Click(1);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kDynamic);
+  worksheet.cmd_Ctrl_Click(2);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kOff);
+  worksheet.cmd_Ctrl_Click(3);
+  worksheet.cmd_Ctrl_Click(-1);
+  EXPECT_EQ(bench.port.sent.size(), 5U);
+}
+
+TEST_F(WorksheetButtons, RefuseARampWithoutIncrementOrFinalValue) {
+  header.UnitIncrement = 0;
+  header.UnitFinal = 0;
+  Open();
+  worksheet.cmd_Ctrl_Click(1);
+  EXPECT_EQ(BoxTexts(), Telegrams{"Check settings:|increment ?"});
+  Unit().UnitIncrement = 1;
+  Forget();
+  worksheet.cmd_Ctrl_Click(1);
+  EXPECT_EQ(BoxTexts(), Telegrams{"Check settings:|final value ?"});
+  EXPECT_TRUE(bench.port.sent.empty());
+}
+
+TEST_F(WorksheetButtons, BeepDuringAProgramAndPointToItsEnd) {
+  Open();
+  bench.state.ProgRunning[1] = true;
+  worksheet.cmd_Ctrl_Click(0);
+  EXPECT_EQ(bench.events.beeps, 1);
+  EXPECT_EQ(Shown().ProgOffFocusCalls, 1);
+  worksheet.cmd_ProgOn_Click();
+  EXPECT_EQ(bench.events.beeps, 2);
+  EXPECT_EQ(Shown().ProgOffFocusCalls, 2);
+  worksheet.cmd_setCtrl_Click();
+  EXPECT_TRUE(bench.screens.shown.empty());
+  EXPECT_TRUE(bench.port.sent.empty());
+}
+
+TEST_F(WorksheetButtons, EndAProgramOnlyAfterTheQuestion) {
+  Open();
+  bench.state.ProgRunning[1] = true;
+  Refresh();
+  Forget();
+  bench.dialogs.ok = false;
+  worksheet.cmd_ProgOff_Click();
+  EXPECT_TRUE(Shown().frProg);
+  bench.dialogs.ok = true;
+  worksheet.cmd_ProgOff_Click();
+  EXPECT_EQ(BoxTexts(), (Telegrams{" |terminate program", " |terminate program"}));
+  EXPECT_FALSE(Shown().frProg);
+  EXPECT_TRUE(Shown().cmd_setCtrlEnabled);
+  EXPECT_TRUE(bench.port.sent.empty());
+}
+
+TEST_F(WorksheetButtons, StartARecordingBehindTheWaitBar) {
+  Open();
+  const auto before = bench.clock.Elapsed();
+  worksheet.cmd_Rec_Click(1);
+  EXPECT_EQ(bench.screens.shown, std::vector<View>{View::kTavWait});
+  EXPECT_GE(bench.clock.Elapsed() - before, std::chrono::seconds(10));
+  EXPECT_LE(bench.clock.Elapsed() - before, std::chrono::seconds(12));
+  EXPECT_TRUE(Shown().RecOnDown);
+  EXPECT_FALSE(Shown().RecOffDown);
+  EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
+  EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
+}
+
+TEST_F(WorksheetButtons, StayUpWhenARecordingDoesNotStart) {
+  Open();
+  bench.line.refused = {'R'};
+  worksheet.cmd_Rec_Click(1);
+  EXPECT_EQ(BoxTexts(), Telegrams{"start recording|failed"});
+  EXPECT_FALSE(Shown().RecOnDown);
+  EXPECT_TRUE(Shown().RecOffDown);
+  EXPECT_TRUE(bench.screens.shown.empty());
+}
+
+TEST_F(WorksheetButtons, TellThatAFileIsFull) {
+  Open();
+  bench.state.SampleCount[1] = 8;
+  bench.state.SampleLimit[1] = 8;
+  worksheet.cmd_Rec_Click(1);
+  EXPECT_EQ(BoxTexts(), Telegrams{"Check:|max. length of file"});
+  EXPECT_TRUE(bench.port.sent.empty());
+}
+
+TEST_F(WorksheetButtons, StopARecordingOnlyAfterTheQuestion) {
+  header.UnitRecOn = 1;
+  Open();
+  bench.dialogs.ok = false;
+  worksheet.cmd_Rec_Click(2);
+  EXPECT_EQ(BoxTexts(), Telegrams{" |stop acquisition"});
+  EXPECT_TRUE(Shown().RecOnDown);
+  bench.dialogs.ok = true;
+  worksheet.cmd_Rec_Click(2);
+  EXPECT_FALSE(Shown().RecOnDown);
+  EXPECT_TRUE(Shown().RecOffDown);
+  EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
+}
+
+TEST_F(WorksheetButtons, ShowWhatTheCycleDidBeneathABox) {
+  header.UnitRecOn = 1;
+  header.UnitEndAction = 2;
+  Open();
+  bench.dialogs.ok = false;
+  bench.dialogs.on_box = [this] { bench.engine.EndOfRecording(1); };
+  worksheet.cmd_Rec_Click(2);
+  EXPECT_EQ(Shown().TavFile, "m260314b.ovn");
+  EXPECT_TRUE(Shown().RecOnDown);
+}
+
+TEST_F(WorksheetButtons, OpenTheDialogsOfTheSlot) {
+  Open();
+  std::vector<bool> faces;
+  dialog[View::kTavRec] = [&] {
+    EXPECT_EQ(bench.state.ActiveView, View::kTavRec);
+    faces.push_back(recording.Values().RecNewMode);
+  };
+  worksheet.cmd_New_Click();
+  worksheet.cmd_SetRec_Click();
+  worksheet.cmd_Coord_Click();
+  worksheet.cmd_setCtrl_Click();
+  EXPECT_EQ(faces, (std::vector<bool>{true, false}));
+  EXPECT_EQ(bench.screens.shown,
+            (std::vector<View>{View::kTavRec, View::kTavRec, View::kTavCoord, View::kTavCtrl}));
+  EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
+}
+
+TEST_F(WorksheetButtons, ServeASlotWithoutAFileNoMore) {
+  Open();
+  bench.state.SlotFile[1].clear();
+  worksheet.cmd_Rec_Click(1);
+  worksheet.cmd_New_Click();
+  worksheet.cmd_Ctrl_Click(0);
+  Refresh();
+  EXPECT_TRUE(bench.port.sent.empty());
+  EXPECT_TRUE(bench.screens.shown.empty());
+}
+
+}  // namespace
+}  // namespace tavrel
