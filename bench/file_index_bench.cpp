@@ -81,6 +81,7 @@ void Index(benchmark::State& state) {
   run_state.Settings.OpenPath = Files().Path();
   run_state.Settings.SortKey = state.range(0) == 0 ? "FD" : "PA";
   run_state.Settings.TypeSel = 4;
+  run_state.Settings.ActiveFiles.fill("M991231A.OVN");
   FakeEvents events;
   const SystemClock clock;
   FileIndex index({run_state, events, clock});

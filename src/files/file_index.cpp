@@ -94,7 +94,10 @@ std::optional<Notice> FileIndex::Build(const std::function<void(int percent)>& p
 std::string FileIndex::Scan(const std::function<void(int percent)>& progress) {
   const SettingsValues& settings = parts_.state.Settings;
   const IndexRule& rule = IndexRuleOf(settings.TypeSel);
-  const std::vector<std::string> active(settings.ActiveFiles.begin(), settings.ActiveFiles.end());
+  std::vector<std::string> active;
+  for (const std::string& file : settings.ActiveFiles) {
+    active.push_back(UpperCase(file));
+  }
   std::vector<Found> found;
   ProgressMeter meter(parts_.clock, progress);
   ScanRequest request;

@@ -31,10 +31,10 @@ char CapitalOf(char letter) {
   return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-bool IsActive(std::string_view name, const std::vector<std::string>& active_files) {
-  return std::any_of(active_files.begin(), active_files.end(), [&](const std::string& active) {
-    return !active.empty() && EqualNoCase(active, name);
-  });
+bool IsActive(std::string_view name, const std::vector<std::string>& active_capitals) {
+  const std::string capitals = UpperCase(name);
+  return std::find(active_capitals.begin(), active_capitals.end(), capitals) !=
+         active_capitals.end();
 }
 
 }  // namespace
@@ -51,7 +51,7 @@ const IndexRule& IndexRuleOf(int type_sel) {
 }
 
 bool IsIndexed(const IndexRule& rule, std::string_view name,
-               const std::vector<std::string>& active_files) {
+               const std::vector<std::string>& active_capitals) {
   if (name.empty()) {
     return false;
   }
@@ -61,7 +61,7 @@ bool IsIndexed(const IndexRule& rule, std::string_view name,
     return is_recording;
   }
   return (is_recording || letter == kSubfileLetter) && IsDataFileName(name) &&
-         !IsActive(name, active_files);
+         !IsActive(name, active_capitals);
 }
 
 std::string ContentsOf(const IndexRule& rule, std::string_view piece) {

@@ -22,10 +22,11 @@ struct IndexRule {
 // The rule for `type_sel`. Any value without a rule of its own gets that of this system, 4.
 [[nodiscard]] const IndexRule& IndexRuleOf(int type_sel);
 
-// True if a file may be listed by its name alone, without a directory. `active_files` are those
-// that slots record to; they cannot be opened for viewing. The case does not count.
+// True if a file may be listed by its name alone, without a directory and in any case.
+// `active_capitals` are the names, in capitals, that slots record to; they cannot be opened for
+// viewing.
 [[nodiscard]] bool IsIndexed(const IndexRule& rule, std::string_view name,
-                             const std::vector<std::string>& active_files);
+                             const std::vector<std::string>& active_capitals);
 
 // The text of a row from what was read of the file, in UTF-8. Bytes that no text has, such as
 // line ends, become blanks.
