@@ -3,12 +3,13 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "frame/forms/muted_label.h"
+#include "frame/forms/shades.h"
 #include "frame/forms/tavsett.h"
-#include "work/forms/work_glyphs.h"
 
 namespace tavrel {
 namespace {
@@ -17,7 +18,7 @@ constexpr int kMargin = 20;
 constexpr int kNumberCharacters = 12;
 constexpr int kPictureSide = 96;
 
-// The picture of the form: a pair of axes.
+// The picture of the form: a curve in its axes.
 class AxesPicture : public QWidget {
  public:
   explicit AxesPicture(QWidget* parent) : QWidget(parent) {
@@ -27,8 +28,25 @@ class AxesPicture : public QWidget {
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    DrawCoordinatesGlyph(painter, rect(), palette().color(QPalette::Highlight));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(width() / kUnits, height() / kUnits);
+    painter.setPen(QPen(MutedOf(palette()), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QPolygonF({{16, 4}, {16, 80}, {92, 80}}));
+    painter.drawPolyline(QPolygonF({{11, 11}, {16, 4}, {21, 11}}));
+    painter.drawPolyline(QPolygonF({{85, 75}, {92, 80}, {85, 85}}));
+    for (const qreal tick : {28.0, 46.0, 64.0}) {
+      painter.drawLine(QPointF(12, tick), QPointF(16, tick));
+      painter.drawLine(QPointF(96 - tick, 80), QPointF(96 - tick, 84));
+    }
+    QPainterPath curve(QPointF(17, 72));
+    curve.cubicTo(36, 72, 34, 28, 52, 28);
+    curve.cubicTo(66, 28, 66, 46, 86, 46);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawPath(curve);
   }
+
+ private:
+  static constexpr qreal kUnits = 96;
 };
 
 }  // namespace
