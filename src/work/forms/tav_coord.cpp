@@ -56,9 +56,9 @@ TavCoord::TavCoord(Coordinates& coordinates)
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kMargin);
   grid->setVerticalSpacing(10);
-  AddBox(*grid, "Y max", "°C", Coordinates::kYmax);
-  AddBox(*grid, "Y min", "°C", Coordinates::kYmin);
-  AddBox(*grid, "X max", "h", Coordinates::kXmax);
+  AddBox(*grid, "Y max     °C", Coordinates::kYmax);
+  AddBox(*grid, "Y min     °C", Coordinates::kYmin);
+  AddBox(*grid, "X max     h", Coordinates::kXmax);
   AddResolution(*grid);
   auto* cmd_ok = new QPushButton("OK", this);
   cmd_ok->setObjectName("CmdOK");
@@ -80,10 +80,10 @@ TavCoord::TavCoord(Coordinates& coordinates)
   column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void TavCoord::AddBox(QGridLayout& grid, const char* text, const char* unit, std::size_t box) {
+void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
   auto* edit = new SelectingEdit(this);
   edit->setObjectName(QString("TBox_%1").arg(box));
-  edit->setAccessibleName(QString("%1, %2").arg(text, unit));
+  edit->setAccessibleName(QString(text).simplified());
   edit->setText(QtText(coordinates_.TBox(box)));
   edit->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
   connect(edit, &QLineEdit::textChanged, this, [this, box](const QString& now) {
@@ -93,7 +93,6 @@ void TavCoord::AddBox(QGridLayout& grid, const char* text, const char* unit, std
   const int row = grid.rowCount();
   grid.addWidget(new MutedLabel(text, this), row, 0);
   grid.addWidget(edit, row, 1);
-  grid.addWidget(new MutedLabel(unit, this), row, 2);
 }
 
 void TavCoord::AddResolution(QGridLayout& grid) {

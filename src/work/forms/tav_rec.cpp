@@ -114,6 +114,7 @@ void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, cons
   }
   control->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
   auto* value = new QHBoxLayout;
+  value->setSpacing(kMargin / 2);
   value->addWidget(control);
   value->addWidget(new MutedLabel(unit, this));
   value->addStretch(1);

@@ -234,7 +234,7 @@ void TavWork::Arrange() {
   auto* all = new QHBoxLayout(this);
   all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   all->setSpacing(kMargin);
-  all->addWidget(sheet_, 1, Qt::AlignTop);
+  all->addWidget(sheet_, 1);
   all->addLayout(side);
 }
 
