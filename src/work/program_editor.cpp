@@ -23,10 +23,10 @@ constexpr Colour kWhiteCell{0xFF, 0xFF, 0xFF};
 
 // A column of numbers: how its words are shown and what may be typed.
 struct NumberColumn {
-  const char* name;  // in the box of the range check
-  double per_unit;   // steps of the word in a shown unit
-  const char* mask;
-  double upper;  // in shown units; the lower limit is 0
+  const char* name = "";  // in the box of the range check
+  double per_unit = 1;    // steps of the word in a shown unit
+  const char* mask = "";
+  double upper = 0;  // in shown units; the lower limit is 0
   Colour background;
 };
 

@@ -55,8 +55,8 @@ ProgramStart ProgramRunner::Load(int slot) {
 
 void ProgramRunner::Begin(int slot, std::vector<ProgramStep> steps) {
   RunState& state = parts_.state;
-  ProgTable[slot] = std::move(steps);
   UnitRecord& unit = state.Unit[slot];
+  ProgTable[slot] = {std::move(steps), unit.UnitInet, unit.UnitCtrl};
   unit.UnitProgName.Set(state.Settings.ProgFile);
   unit.UnitProgWait = 0;
   unit.UnitProgStep = 0;
@@ -77,7 +77,14 @@ bool ProgramRunner::Stop(int slot) {
 }
 
 int ProgramRunner::ProgSteps(int slot) const {
-  return IsSlot(slot) ? static_cast<int>(ProgTable[slot].size()) : 0;
+  return IsSlot(slot) ? static_cast<int>(ProgTable[slot].steps.size()) : 0;
+}
+
+bool ProgramRunner::HasStepLeft(int slot) const {
+  const UnitRecord& unit = parts_.state.Unit[slot];
+  const Loaded& program = ProgTable[slot];
+  const bool is_meant = program.inet == unit.UnitInet && program.ctrl == unit.UnitCtrl;
+  return is_meant && unit.UnitProgStep >= 0 && unit.UnitProgStep < ProgSteps(slot);
 }
 
 bool ProgramRunner::MayStep(int slot) const {
@@ -99,12 +106,12 @@ void ProgramRunner::StepProgram(int slot) {
     return;
   }
   unit.UnitProgWait = 0;  // also where a file or an older header holds a time below 0
-  const auto done = static_cast<std::size_t>(unit.UnitProgStep);
-  if (unit.UnitProgStep < 0 || done >= ProgTable[slot].size()) {
+  if (!HasStepLeft(slot)) {
     parts_.state.ProgRunning[slot] = false;
     return;
   }
-  const ProgramStep& step = ProgTable[slot][done];
+  const auto done = static_cast<std::size_t>(unit.UnitProgStep);
+  const ProgramStep& step = ProgTable[slot].steps.at(done);
   if (!SendStep(slot, step)) {
     unit.UnitProgWait = 1;
     return;

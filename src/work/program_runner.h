@@ -47,23 +47,32 @@ class ProgramRunner {
 
   // The work of one minute, called by the measuring cycle for the slots 1..12 in turn. A slot
   // is passed over, and its waiting time stands still, while it has no open file, while its
-  // instrument does not answer, and while the output test holds its controller.
+  // instrument does not answer, and while the output test holds its controller. A program ends if
+  // its slot was given to another controller: that one was not meant.
   void StepProgram(int slot);
 
   // Steps of the program that was started last on the slot, 0 before the first.
   [[nodiscard]] int ProgSteps(int slot) const;
 
  private:
+  // A program as it was loaded, and the controller that it was started for.
+  struct Loaded {
+    std::vector<ProgramStep> steps;
+    std::int16_t inet = 0;
+    std::int16_t ctrl = 0;
+  };
+
   [[nodiscard]] ProgramStart Load(int slot);
   void Begin(int slot, std::vector<ProgramStep> steps);
   [[nodiscard]] bool MayStep(int slot) const;
+  [[nodiscard]] bool HasStepLeft(int slot) const;
   [[nodiscard]] bool SendStep(int slot, const ProgramStep& step);
   [[nodiscard]] bool SendRamp(const ProgramStep& step);
   [[nodiscard]] bool Write(const char* letter, std::int16_t value);
   [[nodiscard]] bool Read(const char* letter);
 
   Parts parts_;
-  BySlot<std::vector<ProgramStep>> ProgTable;  // the programs as they were loaded
+  BySlot<Loaded> ProgTable;
 };
 
 }  // namespace tavrel

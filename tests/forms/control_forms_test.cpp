@@ -136,6 +136,7 @@ TEST_F(ControlForms, ShowQuestionMarksForASilentInstrument) {
     }
     Click("CmdOK");
     EXPECT_TRUE(Form()->isVisible());
+    Find("TBox_0")->setFocus();
     Type("5");
     EXPECT_EQ(TextOf("TBox_0"), "5") << "typing replaces the question mark";
     Form()->close();
@@ -307,6 +308,21 @@ TEST_F(ProgramForm, KeepsTheEditOnItsCellWhileTheTableScrolls) {
     Grid()->scrollToBottom();
     const QRect place = Grid()->visualRect(Grid()->model()->index(2, kTimeColumn));
     EXPECT_EQ(Find("txtEdit")->geometry(), place);
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  RunProg();
+}
+
+TEST_F(ProgramForm, DoesNotChangeAStateByTheWheel) {
+  Then("TavProg", [] {
+    ClickCell(1, kStatusColumn);
+    auto* list = Find<QComboBox>("Cstat");
+    const QPointF place = list->rect().center();
+    QWheelEvent wheel(place, list->mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(list, &wheel);
+    EXPECT_EQ(list->currentIndex(), 0);
     Key(Qt::Key_Escape);
     Key(Qt::Key_Escape);
   });

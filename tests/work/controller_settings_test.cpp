@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <optional>
+#include <ostream>
 
 #include "tests/support/control_bench.h"
 
@@ -228,6 +229,10 @@ struct Line {
   std::vector<std::string> writes;
 };
 
+std::ostream& operator<<(std::ostream& out, const Line& line) {
+  return out << (line.plugin ? "plugin" : "direct");
+}
+
 class SettingsOnTheWire : public testing::TestWithParam<Line> {
  protected:
   SettingsOnTheWire() : control(GetParam().plugin) {
@@ -328,7 +333,7 @@ INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, SettingsOnTheWire,
                                               {"n2p2?", "n2v12?", "n2v62?", "n2v22?", "n2v2?"},
                                               {"n2v12=2710\r", "n2v62=1F40\r", "n2v22=32\r",
                                                "n2p2=1770\r", "n2v2=FF38\r"}}),
-                         [](const auto& line) { return line.param.plugin ? "plugin" : "direct"; });
+                         testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace tavrel

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <optional>
+#include <ostream>
 
 #include "tests/support/control_bench.h"
 
@@ -146,6 +147,10 @@ struct Line {
   std::vector<std::string> writes;  // the state read and written, four parameters, the state
 };
 
+std::ostream& operator<<(std::ostream& out, const Line& line) {
+  return out << (line.plugin ? "plugin" : "direct");
+}
+
 class PidOnTheWire : public testing::TestWithParam<Line> {
  protected:
   PidOnTheWire() : control(GetParam().plugin) {
@@ -256,7 +261,7 @@ INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, PidOnTheWire,
                                               {"n2v92?", "n2v72?", "n2vF2?", "n2vD2?"},
                                               {"n2p32?", "n2p32=0\r", "n2v92=708\r", "n2v72=41A\r",
                                                "n2vF2=B4\r", "n2vD2=514\r", "n2p32=2\r"}}),
-                         [](const auto& line) { return line.param.plugin ? "plugin" : "direct"; });
+                         testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace tavrel

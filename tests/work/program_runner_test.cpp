@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <ostream>
+
 #include "tests/support/control_bench.h"
 
 namespace tavrel {
@@ -186,6 +188,14 @@ TEST_F(Running, LeavesAControllerAloneThatTheOutputTestHolds) {
   EXPECT_THAT(Minute(), ElementsAre("W22=FA0\r", "Z22=2\r"));
 }
 
+TEST_F(Running, EndsWhenTheSlotWasGivenToAnotherController) {
+  Start({{2, -1, 4000, 1}, {2, -1, 5000, 1}});
+  Minute();
+  Unit().UnitCtrl = 3;
+  EXPECT_THAT(Minute(), IsEmpty());
+  EXPECT_FALSE(Runs());
+}
+
 TEST_F(Running, TouchesNoSlotThatRunsNoProgram) {
   for (int slot = -1; slot <= 14; ++slot) {
     runner.StepProgram(slot);
@@ -280,6 +290,10 @@ struct Line {
   std::vector<std::string> hold;
 };
 
+std::ostream& operator<<(std::ostream& out, const Line& line) {
+  return out << (line.plugin ? "plugin" : "direct");
+}
+
 class RunningOnTheWire : public testing::TestWithParam<Line> {
  protected:
   // The step is told again whole, a minute after an exchange of it failed.
@@ -319,7 +333,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Line{true,
                          {"n2v62=1F40\r", "n2p22?", "n2p2=1F4\r", "n2v22=19\r", "n2p32=3\r"},
                          {"n2p2=FA0\r", "n2p32=2\r"}}),
-    [](const auto& line) { return line.param.plugin ? "plugin" : "direct"; });
+    testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace tavrel

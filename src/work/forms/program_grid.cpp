@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QSignalBlocker>
 
 #include "common/forms/modal_form.h"
 #include "frame/forms/colour_cell.h"
@@ -126,6 +127,7 @@ void ProgramGrid::ShowEdit(const CellInEdit& edit) {
   const bool is_new = edit.Row != shown_.Row || edit.Column != shown_.Column;
   shown_ = edit;
   txt_edit_->ShowText(edit.txtEdit);
+  const QSignalBlocker quiet(cstat_);
   cstat_->setCurrentIndex(edit.Cstat);
   txt_edit_->setVisible(edit.IsOpen() && !edit.IsList());
   cstat_->setVisible(edit.IsList());
@@ -184,6 +186,11 @@ void ProgramGrid::keyPressEvent(QKeyEvent* event) {
 }
 
 bool ProgramGrid::eventFilter(QObject* watched, QEvent* event) {
+  // The wheel scrolls the table, never a state.
+  if (event->type() == QEvent::Wheel && watched == cstat_) {
+    event->ignore();
+    return true;
+  }
   if (event->type() == QEvent::KeyPress && (watched == txt_edit_ || watched == cstat_)) {
     return TakeKey(*static_cast<QKeyEvent*>(event), watched == cstat_);
   }

@@ -40,6 +40,7 @@ TavCtrl::TavCtrl(ControllerSettings& settings)
   column->addLayout(grid);
   column->addLayout(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);
+  boxes_.front()->setFocus();
 }
 
 void TavCtrl::AddBox(QGridLayout& grid, int index, const QString& caption) {
