@@ -178,6 +178,7 @@ void App::Wait() {
     waited.push_back({fd, POLLIN, 0});
   }
   if (pty_.IsPlugged()) {
+    pty_.Unlock();
     waited.push_back({pty_.Fd(), POLLIN, 0});
   }
   const Moment before = Now();

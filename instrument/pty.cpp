@@ -96,10 +96,11 @@ void Pty::Unplug() {
   path_.clear();
 }
 
-std::string Pty::Read() {
-  // A host that claims the port for itself and is killed would leave it locked, because this
-  // end keeps it open. It has its port by now, so the lock has done its duty.
+void Pty::Unlock() {
   ::ioctl(slave_.Get(), TIOCNXCL);
+}
+
+std::string Pty::Read() {
   std::array<char, 4096> bytes{};
   const ssize_t count = ::read(master_.Get(), bytes.data(), bytes.size());
   return count > 0 ? std::string(bytes.data(), static_cast<std::size_t>(count)) : std::string();

@@ -1,25 +1,14 @@
 #include <QApplication>
 #include <memory>
-#include <utility>
 
-#include "common/choose_directory.h"
+#include "common/forms/all_copy.h"
 #include "common/forms/all_dir.h"
 #include "common/forms/all_msg.h"
-#include "common/message_form.h"
-#include "common/messages.h"
-#include "files/recording_engine.h"
-#include "files/recording_file.h"
+#include "common/forms/all_open.h"
 #include "frame/forms/all_load.h"
 #include "frame/forms/tavrel.h"
 #include "frame/forms/tavsett.h"
-#include "frame/main_cycle.h"
-#include "frame/main_sheet.h"
-#include "frame/main_window.h"
-#include "frame/run_state.h"
 #include "frame/settings_dialog.h"
-#include "frame/settings_store.h"
-#include "frame/start_up.h"
-#include "link/link.h"
 #include "platform/file_system.h"
 #include "platform/qt/instance_lock.h"
 #include "platform/qt/qt_dialogs.h"
@@ -29,7 +18,7 @@
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
-#include "work/colour_choice.h"
+#include "program_logic.h"
 #include "work/controller_settings.h"
 #include "work/coordinates.h"
 #include "work/forms/tav_color.h"
@@ -42,10 +31,6 @@
 #include "work/forms/tav_work.h"
 #include "work/pid_parameters.h"
 #include "work/program_editor.h"
-#include "work/program_runner.h"
-#include "work/recording_settings.h"
-#include "work/wait_bar.h"
-#include "work/worksheet.h"
 
 namespace tavrel {
 namespace {
@@ -60,12 +45,12 @@ class Program {
       }
     });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { window_.Close(); });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { logic_.window.Close(); });
     AddForms();
     AddWorkForms();
     AddControlForms();
-    cycle_.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
-                      [this](int slot) { runner_.StepProgram(slot); }});
+    logic_.cycle.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
+                            [this](int slot) { logic_.runner.StepProgram(slot); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -74,13 +59,13 @@ class Program {
       lock_ = std::make_unique<InstanceLock>(path);
       return lock_->Take();
     };
-    if (!start_up_.SplashLoad(ProgramDirectory(), take_lock)) {
+    if (!logic_.start_up.SplashLoad(ProgramDirectory(), take_lock)) {
       return false;
     }
     splash_ = std::make_unique<AllLoad>();
     QObject::connect(splash_.get(), &AllLoad::Left, [this] { ShowMainForm(); });
     splash_->show();
-    splash_->Show(start_up_.SplashShow());
+    splash_->Show(logic_.start_up.SplashShow());
     return true;
   }
 
@@ -90,28 +75,45 @@ class Program {
   void AddForms() {
     screens_.Add(View::kTavSett, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      SettingsDialog dialog({state_, link_, settings_, window_, directory_, dialogs_, shell_});
+      SettingsDialog dialog({logic_.state, logic_.link, logic_.settings, logic_.window,
+                             logic_.directory, dialogs_, shell_});
       TavSett(dialog).Run();
     });
     screens_.Add(View::kAllDir, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      AllDir(directory_).Run();
+      AllDir(logic_.directory).Run();
     });
     screens_.Add(View::kAllMsg, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      AllMsg(message_).Run();
+      AllMsg(logic_.message).Run();
+    });
+    AddFileForms();
+  }
+
+  // These show the hourglass themselves while they search and copy.
+  void AddFileForms() {
+    screens_.Add(View::kAllOpen, [this] {
+      logic_.open_file.Load();
+      AllOpen(logic_.open_file).Run();
+      if (logic_.open_file.IsOpen()) {
+        logic_.open_file.cmdBack_Click();  // the program ends, nobody has chosen
+      }
+    });
+    screens_.Add(View::kAllCopy, [this] {
+      logic_.copy_files.Load();
+      AllCopy(logic_.copy_files).Run();
     });
   }
 
   // The worksheet and its dialogs. The wait bar keeps the pointer that its rule has set.
   void AddWorkForms() {
     screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
-    screens_.Add(View::kTavRec, [this] { TavRec(recording_settings_).Run(); });
-    screens_.Add(View::kTavCoord, [this] { TavCoord(coordinates_).Run(); });
-    screens_.Add(View::kTavColor, [this] { TavColor(colours_).Run(); });
+    screens_.Add(View::kTavRec, [this] { TavRec(logic_.recording_settings).Run(); });
+    screens_.Add(View::kTavCoord, [this] { TavCoord(logic_.coordinates).Run(); });
+    screens_.Add(View::kTavColor, [this] { TavColor(logic_.colours).Run(); });
     screens_.Add(View::kTavWait, [this] {
-      wait_bar_.Open();
-      TavWait form(wait_bar_);
+      logic_.wait_bar.Open();
+      TavWait form(logic_.wait_bar);
       wait_form_ = &form;
       form.Run();
       wait_form_ = nullptr;
@@ -119,22 +121,22 @@ class Program {
   }
 
   void ShowWorksheet() {
-    worksheet_.Open();
+    logic_.worksheet.Open();
     if (work_form_ == nullptr) {
-      work_form_ = std::make_unique<TavWork>(worksheet_);
+      work_form_ = std::make_unique<TavWork>(logic_.worksheet);
     }
     work_form_->Run();
   }
 
   void RefreshWorksheet() {
-    worksheet_.Refresh();
+    logic_.worksheet.Refresh();
     if (work_form_ != nullptr) {
       work_form_->ShowRefresh();
     }
   }
 
   void AdvanceWaitBar() {
-    wait_bar_.Advance();
+    logic_.wait_bar.Advance();
     if (wait_form_ != nullptr) {
       wait_form_->ShowStep();
     }
@@ -144,17 +146,17 @@ class Program {
   void AddControlForms() {
     screens_.Add(View::kTavCtrl, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      ControllerSettings settings({state_, link_, dialogs_, screens_});
+      ControllerSettings settings({logic_.state, logic_.link, dialogs_, screens_});
       TavCtrl(settings).Run();
     });
     screens_.Add(View::kTavPid, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      PidParameters parameters({state_, link_, dialogs_, screens_});
+      PidParameters parameters({logic_.state, logic_.link, dialogs_, screens_});
       TavPid(parameters).Run();
     });
     screens_.Add(View::kTavProg, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      ProgramEditor editor({state_, dialogs_});
+      ProgramEditor editor({logic_.state, dialogs_});
       TavProg(editor).Run();
     });
   }
@@ -166,12 +168,12 @@ class Program {
     QApplication::setQuitOnLastWindowClosed(false);
     splash_->hide();
     splash_.release()->deleteLater();
-    if (!start_up_.MainFormLoad()) {
+    if (!logic_.start_up.MainFormLoad()) {
       QCoreApplication::quit();
       return;
     }
-    form_ =
-        std::make_unique<Tavrel>(Tavrel::Parts{sheet_, window_, cycle_, start_up_}, ExpectedRows());
+    form_ = std::make_unique<Tavrel>(
+        Tavrel::Parts{logic_.sheet, logic_.window, logic_.cycle, logic_.start_up}, ExpectedRows());
     form_->PlaceAt(top);
     form_->show();
   }
@@ -186,13 +188,12 @@ class Program {
 
   [[nodiscard]] int ExpectedRows() const {
     int rows = 0;
-    for (const std::string& file : state_.Settings.ActiveFiles) {
+    for (const std::string& file : logic_.state.Settings.ActiveFiles) {
       rows += file.empty() ? 0 : 1;
     }
     return rows;
   }
 
-  RunState state_;
   SystemClock clock_;
   QtEvents events_;
   QtDialogs dialogs_{events_};
@@ -200,27 +201,7 @@ class Program {
   QtShell shell_;
   QtSignals signals_;
   QtSerialPort port_{ProgramDirectory()};
-  Link link_{port_, clock_};
-  Messages messages_{dialogs_};
-  SettingsStore settings_{state_};
-  RecordingFiles files_{state_, clock_, messages_};
-  RecordingEngine engine_{
-      {state_, link_, files_, settings_, messages_, dialogs_, screens_, clock_}};
-  MainSheet sheet_{{state_, link_, clock_, screens_, events_}};
-  MainCycle cycle_{{state_, link_, engine_, sheet_, messages_, clock_}};
-  MainWindow window_{{state_, link_, files_, engine_, settings_, sheet_, cycle_, dialogs_, screens_,
-                      events_, shell_, clock_}};
-  StartUp start_up_{{state_, link_, files_, settings_, sheet_, cycle_, window_, messages_, dialogs_,
-                     screens_, events_, clock_}};
-  ProgramRunner runner_{{state_, link_, engine_, dialogs_, events_, clock_}};
-  DirectoryChoice directory_{state_, screens_};
-  MessageForm message_{state_, screens_};
-  RecordingSettings recording_settings_{{state_, files_, settings_, messages_, dialogs_, screens_}};
-  Coordinates coordinates_{state_, dialogs_, screens_};
-  ColourChoice colours_{state_, screens_};
-  WaitBar wait_bar_{state_, events_, clock_};
-  Worksheet worksheet_{{state_, link_, engine_, runner_, recording_settings_, coordinates_,
-                        colours_, dialogs_, screens_, events_, clock_}};
+  ProgramLogic logic_{{port_, clock_, dialogs_, screens_, events_, shell_}};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;

@@ -59,7 +59,7 @@ void RecordingEngine::CompareColumns(int slot) {
   link_.ComLetter = reg::kBuffered;
   link_.ComIndex = static_cast<std::int16_t>(check.NextInput(clock_.Elapsed()));
   link_.ReadReg();
-  if (link_.IsGood(link_.ComInet)) {
+  if (link_.EndsWithReply()) {
     check.Take(link_.ComValue, clock_.Elapsed());
   } else if (link_.ComResult == LinkResult::kRejected) {
     check.GiveUp();

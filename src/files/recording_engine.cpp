@@ -111,7 +111,7 @@ void RecordingEngine::ReadOneSample() {
   // The instrument hands the value over whether or not its reply arrives.
   files_.KeepHeldSet(slot, channel);
   link_.ReadReg();
-  if (!link_.IsGood(link_.ComInet)) {
+  if (!link_.EndsWithReply()) {
     state_.ReadState[slot] = ReadState::kWaiting;
     state_.ColumnsInDoubt[slot] = link_.ComResult != LinkResult::kRejected;
     state_.AskedInput[slot] = channel;

@@ -40,7 +40,7 @@ void MainCycle::Tick() {
 void MainCycle::RunTick() {
   const KeepLinkArguments keep(parts_.link);
   const Messages::Deferral deferral(parts_.messages);
-  if (StandsAtMidnight()) {
+  if (StandsAtMidnight() || !parts_.link.IsSettled()) {
     return;
   }
   const bool is_free = ServeScreen();
@@ -121,7 +121,9 @@ void MainCycle::DoFreeWork() {
     parts_.link.ReopenIfLost();
     parts_.engine.TenSecondTick();
   }
-  parts_.engine.PumpOnce();
+  if (parts_.link.IsSettled()) {
+    parts_.engine.PumpOnce();
+  }
   if (IsPast(state.TickMinute)) {
     state.TickMinute += 60;
     StepPrograms();

@@ -13,6 +13,10 @@ namespace {
 constexpr float kPassPause = 5;              // seconds between two passes
 constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
 
+constexpr BothLanguages kWriteFailedNote{
+    " the last set could not be written, it is kept and tried again ",
+    " der letzte Satz konnte nicht geschrieben werden, er wird behalten und neu versucht "};
+
 struct Status {
   const char* word = "";
   Colour colour;
@@ -62,6 +66,14 @@ int RecordingState(int rec_on, bool is_full, bool write_failed) {
 
 std::string Degrees(int raw) {
   return raw == kNoData ? std::string() : FormatMask(raw * kDegreesPerStep, "#####0.0");
+}
+
+std::string ShownFileName(const std::string& slot_file) {
+  return LowerCase(FirstCharacters(slot_file, kFileCharacters));
+}
+
+std::string ShownHours(std::int32_t sample_count, std::int32_t rec_interval) {
+  return FormatMask(RecordedHours(sample_count, rec_interval), "####0.00");
 }
 
 }  // namespace
@@ -186,8 +198,7 @@ void MainSheet::RefreshStatus(int slot) {
 }
 
 void MainSheet::RefreshFile(int slot) {
-  const std::string& slot_file = parts_.state.SlotFile[slot];
-  const std::string file = LowerCase(FirstCharacters(slot_file, kFileCharacters));
+  const std::string file = ShownFileName(parts_.state.SlotFile[slot]);
   if (file != Shown(slot).file) {
     Shown(slot).file = file;
     Row(slot).lb_File = file;
@@ -208,10 +219,11 @@ void MainSheet::RefreshRecording(int slot) {
     const Status status = RecordingStatus(rec_on, is_full, write_failed);
     row.lb_Rstat = status.word;
     row.sh_Rstat = status.colour;
+    row.RstatNote = write_failed ? kWriteFailedNote.In(values_.TipLanguage) : "";
   }
   if (state.SampleCount[slot] != shown.sample_count) {
     shown.sample_count = state.SampleCount[slot];
-    row.lb_Rec = FormatMask(RecordedHours(shown.sample_count, state.RecInterval[slot]), "####0.00");
+    row.lb_Rec = ShownHours(shown.sample_count, state.RecInterval[slot]);
   }
 }
 
@@ -262,6 +274,58 @@ void MainSheet::cmd_Work_Click(int slot) {
   parts_.screens.Show(View::kTavWork);
   state.TickRefresh = 0;
   state.SheetSlot = 0;
+}
+
+void MainSheet::cmd_Open_Click() {
+  RunState& state = parts_.state;
+  SaveViewedFile();
+  state.PendingFile = state.Settings.OpenFile;
+  parts_.screens.Show(View::kAllOpen);
+  if (!state.Settings.OpenFile.empty()) {
+    OpenViewedFile();
+  }
+}
+
+// A header that was edited would be lost with the change of the file.
+void MainSheet::SaveViewedFile() {
+  const RunState& state = parts_.state;
+  if (state.SlotFile[kViewedFile].empty() || !state.SlotDirty[kViewedFile]) {
+    return;
+  }
+  parts_.files.WriteHeader(kViewedFile);
+  if (state.SlotFile[kViewedFile].empty()) {
+    HideRow(kViewedFile);
+  }
+}
+
+void MainSheet::OpenViewedFile() {
+  RunState& state = parts_.state;
+  parts_.files.CloseRecordingFile(kViewedFile);
+  state.SlotFile[kViewedFile] = state.Settings.OpenFile;
+  state.SlotPath[kViewedFile] = state.Settings.OpenPath;
+  parts_.files.OpenRecordingFile(kViewedFile);
+  if (state.SlotFile[kViewedFile].empty()) {
+    HideRow(kViewedFile);
+    return;
+  }
+  state.SelSlot = kViewedFile;
+  state.WorkReset = false;
+  state.OverPrepared = false;
+  state.PartPrepared = false;
+  ShowViewedFile();
+  if (Row(kViewedFile).cmd_WorkEnabled) {
+    cmd_Work_Click(kViewedFile);
+  }
+}
+
+// No pass comes by row 0: it is filled once and for all.
+void MainSheet::ShowViewedFile() {
+  const RunState& state = parts_.state;
+  ShowRow(kViewedFile);
+  SheetRow& row = Row(kViewedFile);
+  row.lb_TavNo = std::to_string(state.Unit[kViewedFile].UnitInet);
+  row.lb_File = ShownFileName(state.SlotFile[kViewedFile]);
+  row.lb_Rec = ShownHours(state.SampleCount[kViewedFile], state.RecInterval[kViewedFile]);
 }
 
 void MainSheet::LeaveFront() {

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "files/recording_file.h"
 #include "frame/run_state.h"
 #include "frame/sheet_values.h"
 #include "link/link.h"
@@ -22,6 +23,7 @@ class MainSheet {
     const Clock& clock;
     Screens& screens;
     Events& events;
+    RecordingFiles& files;
   };
   explicit MainSheet(const Parts& parts) : parts_(parts) {}
 
@@ -50,6 +52,10 @@ class MainSheet {
   void tx_Des_Change(int slot, const std::string& text);
   void cmd_Work_Click(int slot);
 
+  // Lets the user choose a recording file to look at and opens it in row 0 and on the worksheet.
+  // Cancel leaves the row as it was; a file that is refused leaves it dark.
+  void cmd_Open_Click();
+
   // The main form is no longer in front: the count of the backlog has been seen.
   void LeaveFront();
 
@@ -75,6 +81,9 @@ class MainSheet {
   void RefreshStatus(int slot);
   void RefreshFile(int slot);
   void RefreshRecording(int slot);
+  void SaveViewedFile();
+  void OpenViewedFile();
+  void ShowViewedFile();
 
   SheetRow& Row(int slot) { return values_.Rows.at(slot); }
   ShownRaw& Shown(int slot) { return shown_.at(slot); }

@@ -21,11 +21,14 @@ constexpr milliseconds kReplyLimit{100};  // wait for a reply, from the end of t
 // 4800 baud, 11 bits a character (5 x 11 / 4800 s = 11.5 ms), with the command before it.
 constexpr milliseconds kQuiet{40};
 
-// An exchange that failed is followed by this pause before the next command. A reply that is
-// only a little late arrives in it and is seen, instead of being taken for the next answer. It
-// is short so that a silent line stays a responsive program; cycles rarely notice it, their
-// ticks are 50 ms apart.
-constexpr milliseconds kSettle{30};
+// An exchange that failed is followed by this pause before the next command. A reply that comes
+// up to 260 ms after its command arrives in it and is seen, instead of being taken for the next
+// answer. Cycles do not wait for its end but leave their ticks out: IsSettled().
+constexpr milliseconds kSettle{150};
+
+// How long a line is watched for characters behind a good reply: several characters' time at 4800
+// baud (2.3 ms each), so that the second one of two replies is seen.
+constexpr milliseconds kTail{15};
 
 int PortNumber(const std::string& comm_port) {
   const std::string trimmed = Trim(comm_port);
@@ -216,9 +219,28 @@ void Link::Finish(LinkResult result) {
   if (ComInet >= 0 && ComInet < static_cast<int>(com_status_.size())) {
     com_status_[static_cast<std::size_t>(ComInet)] = result;
   }
-  if (!Simulated && result != LinkResult::kGood) {
+  if (PortOpen && !Simulated && result != LinkResult::kGood) {
     quiet_until_ = clock_.Elapsed() + kSettle;
   }
+}
+
+bool Link::IsSettled() const {
+  return !PortOpen || Simulated || clock_.Elapsed() >= quiet_until_;
+}
+
+bool Link::EndsWithReply() {
+  if (Simulated || ComResult != LinkResult::kGood) {
+    return ComResult == LinkResult::kGood;
+  }
+  const std::size_t length = rx_buffer_.size();
+  port_.WaitForData(kTail);
+  LinkPoll();
+  if (rx_buffer_.size() == length) {
+    return true;
+  }
+  GatherUntilQuiet();
+  Finish(LinkResult::kLength);
+  return false;
 }
 
 // Good once the command is on its way. A command is not sent while characters of an older

@@ -60,6 +60,16 @@ class Link : public LinkArguments {
   void ReadPort();
   void WritePort();
 
+  // False for a short time after an exchange that failed, in which a late reply may still come.
+  // An exchange that is begun meanwhile waits for the end of that time, with the user interface
+  // standing still; what can wait asks first.
+  [[nodiscard]] bool IsSettled() const;
+
+  // Call it after a good reply that must not be taken for a wrong one: waits 15 ms for further
+  // characters. False if some come: one of two replies belongs to an older command, and nobody
+  // can tell which; the result of the exchange is then kLength.
+  [[nodiscard]] bool EndsWithReply();
+
   // Result of the last exchange with that address; kNone for an address outside 0..7.
   [[nodiscard]] LinkResult ComStatus(int inet) const;
   [[nodiscard]] bool IsGood(int inet) const { return ComStatus(inet) == LinkResult::kGood; }

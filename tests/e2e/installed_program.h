@@ -60,6 +60,9 @@ class InstalledProgram {
   // Kills it in the middle of whatever it does.
   void Kill();
 
+  void Signal(int number) const { program_.Signal(number); }
+  [[nodiscard]] pid_t Pid() const { return program_.Pid(); }
+
   // Samples of a recording, rows of `channels` words.
   [[nodiscard]] std::vector<std::vector<std::int16_t>> Rows(const std::string& file,
                                                             int channels) const;

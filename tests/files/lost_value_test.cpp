@@ -181,6 +181,26 @@ TEST_F(LostValue, IsNotSuspectedWhenTheRestOfASetComesLate) {
   EXPECT_TRUE(room.Announced().empty());
 }
 
+TEST_F(LostValue, BehindACopyOfTheReplyBeforeIsFoundThoughTheCopyLooksGood) {
+  Sample(1, 1);
+  Run(1);
+  const auto answer = room.port.answer;
+  bool is_copied = false;
+  room.port.answer = [this, answer, &is_copied](const std::string& command) {
+    const std::string reply = answer(command);
+    if (is_copied || command != "X02?" || room.line.buffers[{1, 3}].size() > 1) {
+      return reply;
+    }
+    is_copied = true;
+    room.port.Arrive(std::chrono::milliseconds(20), reply);
+    return std::string("8000\r");
+  };
+  Sample(2, 3);
+  Run(40);
+  EXPECT_TRUE(is_copied);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303}));
+}
+
 TEST_F(LostValue, OfAHalfReadSetDoesNotHappenWhenTheProgramIsKilled) {
   Sample(1, 3);
   for (int killed_after = 1; killed_after <= 8; ++killed_after) {

@@ -39,12 +39,10 @@ class Choosers : public testing::Test {
     });
     poll->start(1);
   }
-  void Type(
-      const QString& name, std::function<void()> then = [] {}) {
-    WhenItComes<QFileDialog>([this, name, then](QFileDialog* dialog) {
+  void Type(const QString& name) {
+    WhenItComes<QFileDialog>([this, name](QFileDialog* dialog) {
       title = dialog->windowTitle();
       filters = dialog->nameFilters();
-      then();
       auto* edit = dialog->findChild<QLineEdit*>("fileNameEdit");
       offered = edit->text();
       edit->setText(name);

@@ -3,7 +3,7 @@
 
 #include "common/forms/all_dir.h"
 #include "common/forms/all_msg.h"
-#include "tests/support/modal_bench.h"
+#include "tests/forms/modal_bench.h"
 
 namespace tavrel {
 namespace {

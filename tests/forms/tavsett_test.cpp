@@ -5,7 +5,7 @@
 
 #include "common/forms/all_dir.h"
 #include "frame/tool_tips.h"
-#include "tests/support/modal_bench.h"
+#include "tests/forms/modal_bench.h"
 
 namespace tavrel {
 namespace {

@@ -108,11 +108,14 @@ TEST_F(Sheet, TellsTheRecordingByWordAndColour) {
   Pass();
   EXPECT_EQ(bench.Row(1).lb_Rstat, "disk !");
   EXPECT_EQ(bench.Row(1).sh_Rstat, kOrange);
+  EXPECT_EQ(bench.Row(1).RstatNote,
+            " the last set could not be written, it is kept and tried again ");
   bench.state.WriteFailed[1] = false;
   bench.state.Unit[1].UnitRecOn = 7;
   Pass();
   EXPECT_EQ(bench.Row(1).lb_Rstat, "");
   EXPECT_EQ(bench.Row(1).sh_Rstat, kGrey);
+  EXPECT_EQ(bench.Row(1).RstatNote, "");
 }
 
 TEST_F(Sheet, ShowsRecordedHoursFromTheFirstSetOn) {

@@ -192,6 +192,58 @@ TEST_F(LinkOnALine, WaitsForALateReplyBeforeTheNextCommand) {
   EXPECT_EQ(port.sent.size(), 1U);
 }
 
+TEST_F(LinkOnALine, WaitsForAReplyThatIsAQuarterOfASecondLate) {
+  Open(0);
+  port.answer = [this](const std::string&) {
+    port.Arrive(milliseconds(250), "1111\r");
+    return "";
+  };
+  Ask(1, "X", 5);
+  EXPECT_FALSE(link.IsSettled());
+  port.answer = [](const std::string&) { return "2222\r"; };
+  Ask(1, "X", 6);
+  EXPECT_EQ(link.ComResult, LinkResult::kLength);
+  EXPECT_EQ(port.sent.size(), 1U);
+}
+
+TEST_F(LinkOnALine, IsSettledAgainAfterATime) {
+  Open(0);
+  EXPECT_TRUE(link.IsSettled());
+  Ask(1, "Y", 1);
+  clock.AdvanceSeconds(0.149);
+  EXPECT_FALSE(link.IsSettled());
+  clock.AdvanceSeconds(0.002);
+  EXPECT_TRUE(link.IsSettled());
+}
+
+TEST_F(LinkOnALine, IsNotUnsettledByAPortThatIsGone) {
+  Open(0);
+  port.Vanish();
+  Ask(1, "Y", 1);
+  EXPECT_EQ(link.ComResult, LinkResult::kPortError);
+  EXPECT_TRUE(link.IsSettled());
+}
+
+TEST_F(LinkOnALine, SeesThatASecondReplyFollowsAGoodOne) {
+  Open(0);
+  port.answer = [this](const std::string&) {
+    port.Arrive(milliseconds(22), "2222\r");
+    return "1111\r";
+  };
+  Ask(1, "X", 5);
+  ASSERT_EQ(link.ComResult, LinkResult::kGood);
+  EXPECT_FALSE(link.EndsWithReply());
+  EXPECT_EQ(link.ComStatus(1), LinkResult::kLength);
+}
+
+TEST_F(LinkOnALine, TrustsAReplyThatStandsAlone) {
+  Open(0);
+  port.answer = [](const std::string&) { return "1111\r"; };
+  Ask(1, "X", 5);
+  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.EndsWithReply()); }), milliseconds(15));
+  EXPECT_EQ(link.ComValue, 0x1111);
+}
+
 TEST_F(LinkOnALine, EndsOnALineThatNeverFallsSilent) {
   Open(0);
   for (int at = 0; at < 5000; at += 5) {

@@ -6,16 +6,7 @@
 #include <vector>
 
 #include "common/help.h"
-#include "common/messages.h"
-#include "files/recording_engine.h"
-#include "files/recording_file.h"
-#include "frame/main_cycle.h"
-#include "frame/main_sheet.h"
-#include "frame/main_window.h"
-#include "frame/run_state.h"
-#include "frame/settings_store.h"
-#include "frame/start_up.h"
-#include "link/link.h"
+#include "program_logic.h"
 #include "tests/support/direct_line.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_port.h"
@@ -30,11 +21,25 @@ class FakeShell : public Shell {
   void OpenDocument(const std::string& path) override { opened.push_back(path); }
 };
 
-// The whole program without its forms, on a bench: real logic and real files in a directory of
-// its own, a scripted line, a clock that the test moves.
-class BenchProgram {
+// What a test gives the program for a machine: a directory of its own, a scripted line, boxes
+// that answer at once, a clock that the test moves.
+struct BenchMachine {
+  TemporaryDirectory home;
+  FakeClock clock;
+  FakePort port{clock};
+  DirectLine line;
+  FakeDialogs dialogs;
+  FakeScreens screens;
+  FakeEvents events;
+  FakeShell shell;
+
+  [[nodiscard]] Machine All() { return {port, clock, dialogs, screens, events, shell}; }
+};
+
+// The whole program without its forms, on a bench: real logic and real files.
+class BenchProgram : public BenchMachine, public ProgramLogic {
  public:
-  BenchProgram() {
+  BenchProgram() : ProgramLogic(All()) {
     port.answer = [this](const std::string& command) { return line.Answer(command); };
     home.Write(kGermanManual, "manual");
     std::filesystem::create_directory(home.File("tavdat"));
@@ -93,27 +98,6 @@ class BenchProgram {
     std::memcpy(words.data(), bytes.data() + sizeof(UnitRecord), words.size() * 2);
     return words;
   }
-
-  TemporaryDirectory home;
-  RunState state;
-  FakeClock clock;
-  FakePort port{clock};
-  DirectLine line;
-  FakeDialogs dialogs;
-  FakeScreens screens;
-  FakeEvents events;
-  FakeShell shell;
-  Link link{port, clock};
-  Messages messages{dialogs};
-  RecordingFiles files{state, clock, messages};
-  SettingsStore settings{state};
-  RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens, clock}};
-  MainSheet sheet{{state, link, clock, screens, events}};
-  MainCycle cycle{{state, link, engine, sheet, messages, clock}};
-  MainWindow window{
-      {state, link, files, engine, settings, sheet, cycle, dialogs, screens, events, shell, clock}};
-  StartUp start_up{{state, link, files, settings, sheet, cycle, window, messages, dialogs, screens,
-                    events, clock}};
 };
 
 }  // namespace tavrel

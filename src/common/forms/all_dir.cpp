@@ -29,7 +29,7 @@ AllDir::AllDir(DirectoryChoice& choice) : ModalForm("ALL_DIR", " Select ..."), c
   column->setSpacing(12);
   column->addWidget(view_, 1);
   column->addLayout(foot);
-  view_->setFocus();
+  view_->FocusDirectories();
 }
 
 void AllDir::Show() {

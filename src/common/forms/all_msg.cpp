@@ -71,6 +71,7 @@ void AllMsg::MakeButtons() {
 void AllMsg::Arrange() {
   auto* lines = new QVBoxLayout;
   lines->setSpacing(2);
+  lines->addStretch(1);
   for (QLabel* line : msg_) {
     lines->addWidget(line);
   }

@@ -13,6 +13,8 @@ namespace {
 constexpr int kLineRole = Qt::UserRole;
 constexpr int kShownLines = 14;
 constexpr int kShownCharacters = 62;
+constexpr int kFewestLines = 4;  // on a small screen
+constexpr int kFewestCharacters = 20;
 
 int LineOf(const QTreeWidgetItem* item) {
   return item == nullptr ? -1 : item->data(0, kLineRole).toInt();
@@ -35,10 +37,17 @@ DirectoryTree::DirectoryTree(QWidget* parent) : QTreeWidget(parent) {
   setUniformRowHeights(true);
   setIndentation(fontMetrics().averageCharWidth() * 2);
   setTextElideMode(Qt::ElideMiddle);
-  setMinimumSize(fontMetrics().averageCharWidth() * kShownCharacters,
-                 (fontMetrics().height() + 4) * kShownLines);
+  setMinimumSize(SizeOf(kFewestCharacters, kFewestLines));
   connect(this, &QTreeWidget::itemDoubleClicked, this,
           [this](const QTreeWidgetItem* item) { emit Opened(LineOf(item)); });
+}
+
+QSize DirectoryTree::SizeOf(int characters, int lines) const {
+  return {fontMetrics().averageCharWidth() * characters, (fontMetrics().height() + 4) * lines};
+}
+
+QSize DirectoryTree::sizeHint() const {
+  return SizeOf(kShownCharacters, kShownLines);
 }
 
 void DirectoryTree::keyPressEvent(QKeyEvent* event) {
@@ -62,7 +71,6 @@ DirectoryView::DirectoryView(DirectoryLists& lists, QWidget* parent)
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(drv_list_);
   column->addWidget(dir_list_, 1);
-  setFocusProxy(dir_list_);
   ConnectLists();
 }
 

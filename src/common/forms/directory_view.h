@@ -29,12 +29,17 @@ class DirectoryTree : public QTreeWidget {
  public:
   explicit DirectoryTree(QWidget* parent);
 
+  [[nodiscard]] QSize sizeHint() const override;
+
  signals:
   void Opened(int line);
   void ParentWanted();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  [[nodiscard]] QSize SizeOf(int characters, int lines) const;
 };
 
 // The two lists of directories, one above the other. `lists` outlives the view.
@@ -42,6 +47,9 @@ class DirectoryView : public QWidget {
   Q_OBJECT
  public:
   DirectoryView(DirectoryLists& lists, QWidget* parent);
+
+  // The keyboard goes to the directories. (A focus proxy would hide DrvList from the Tab key.)
+  void FocusDirectories() { dir_list_->setFocus(); }
 
   // Copies what the lists say to the widgets. Cheap while nothing has changed.
   void Show();

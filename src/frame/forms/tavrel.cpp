@@ -144,6 +144,10 @@ void Tavrel::ConnectSheet() {
     parts_.sheet.cmd_Work_Click(row);
     AfterEvent();
   });
+  connect(table_, &SheetTable::OpenClicked, this, [this] {
+    parts_.sheet.cmd_Open_Click();
+    AfterEvent();
+  });
 }
 
 // Only another window of the program takes the form from the front; another program does not.

@@ -1,5 +1,5 @@
-#ifndef TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
-#define TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
+#ifndef TAVREL_TESTS_FORMS_MODAL_BENCH_H_
+#define TAVREL_TESTS_FORMS_MODAL_BENCH_H_
 
 #include <gtest/gtest.h>
 
@@ -89,4 +89,4 @@ class ModalBench : public ModalDeeds, public SettingsBench {};
 
 }  // namespace tavrel
 
-#endif  // TAVREL_TESTS_SUPPORT_MODAL_BENCH_H_
+#endif  // TAVREL_TESTS_FORMS_MODAL_BENCH_H_

@@ -1,0 +1,99 @@
+// Recording files beside the bare calls to the system that they cannot do without.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "bench/bench_home.h"
+#include "bench/promise.h"
+#include "common/messages.h"
+#include "files/recording_file.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/fake_screen.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kSlot = 1;
+constexpr int kChannels = 15;
+constexpr int kFullRows = kMaxSampleWords / kChannels;  // 2133 rows, 65 kB with the header
+constexpr int kRounds = 101;
+
+// Recording files of slot 1, over a directory with full files.
+struct FileBench {
+  FileBench() {
+    state.SlotPath.at(kSlot) = home.File("tavdat");
+    state.SlotFile.at(kSlot) = BenchHome::NameOf(kSlot);
+    files.OpenRecordingFile(kSlot);
+  }
+
+  BenchHome home{"----", {kChannels, kFullRows, true}};
+  FakeClock clock;
+  FakeDialogs dialogs;
+  RunState state;
+  Messages messages{dialogs};
+  RecordingFiles files{state, clock, messages};
+};
+
+void AppendOfARow(benchmark::State& state) {
+  FileBench bench;
+  const std::array<std::int16_t, kChannels> row{};
+  const std::string other = bench.home.File("tavdat/" + BenchHome::NameOf(kSlot + 1));
+  const int handle = open(other.c_str(), O_RDWR | O_CLOEXEC);
+  Promise promise("us");
+  for (auto unused : state) {
+    bench.state.SampleCount.at(kSlot) = 0;
+    const double product = TimeOf<std::milli>([&] {
+      for (int count = 0; count < kFullRows; ++count) {
+        benchmark::DoNotOptimize(bench.files.AppendRow(kSlot, row, 1));
+      }
+    });
+    const double bare = TimeOf<std::milli>([&] {
+      for (int count = 0; count < kFullRows; ++count) {
+        benchmark::DoNotOptimize(
+            pwrite(handle, row.data(), sizeof row, SampleByte(kChannels, count, 1)));
+      }
+    });
+    promise.Measured(product * 1000 / kFullRows);
+    promise.Limit(bare * 1000 / kFullRows);
+  }
+  close(handle);
+  if (bench.state.SampleCount.at(kSlot) != kFullRows) {
+    state.SkipWithError("rows were not written");
+    return;
+  }
+  promise.MustBeWithin(4);
+  promise.Report(state);
+}
+BENCHMARK(AppendOfARow)->Name("append of a row")->Iterations(kRounds);
+
+// What cannot be spared: the file is opened, its length asked for, its header read.
+void BareOpen(const std::string& path) {
+  std::array<char, kHeaderBytes> header{};
+  struct stat status {};
+  const int handle = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  benchmark::DoNotOptimize(fstat(handle, &status));
+  benchmark::DoNotOptimize(pread(handle, header.data(), header.size(), 0));
+  close(handle);
+}
+
+void OpeningOfAFile(benchmark::State& state) {
+  FileBench bench;
+  const std::string path = bench.home.File("tavdat/" + BenchHome::NameOf(kSlot));
+  Promise promise("us");
+  for (auto unused : state) {
+    promise.Measured(TimeOf<std::micro>([&] { bench.files.OpenRecordingFile(kSlot); }));
+    promise.Limit(TimeOf<std::micro>([&] { BareOpen(path); }));
+  }
+  if (bench.state.SampleCount.at(kSlot) != kFullRows) {
+    state.SkipWithError("the file did not open");
+    return;
+  }
+  promise.MustBeAtMost(1000);
+  promise.Report(state);
+}
+BENCHMARK(OpeningOfAFile)->Name("opening a file of 65 kB")->Iterations(kRounds);
+
+}  // namespace
+}  // namespace tavrel

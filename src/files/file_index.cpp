@@ -1,0 +1,152 @@
+#include "files/file_index.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+#include "common/progress_meter.h"
+#include "common/text.h"
+#include "files/index_rules.h"
+#include "files/recording_format.h"
+#include "frame/settings_store.h"
+#include "platform/directory_scan.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kDefaultSort = "FD";
+
+// A row while the index is being built, with the spelling that the disk has.
+struct Found {
+  IndexRow Row;
+  std::string Spelling;
+};
+
+// Of names that differ in case only, the one stays that opening by this name would find: that in
+// capitals, else the least spelling.
+void DropSpellings(std::vector<Found>& found) {
+  std::sort(found.begin(), found.end(), [](const Found& left, const Found& right) {
+    const auto rank = [](const Found& file) {
+      return std::tuple(std::string_view(file.Row.Name), file.Spelling != file.Row.Name,
+                        std::string_view(file.Spelling));
+    };
+    return rank(left) < rank(right);
+  });
+  const auto same_name = [](const Found& left, const Found& right) {
+    return left.Row.Name == right.Row.Name;
+  };
+  found.erase(std::unique(found.begin(), found.end(), same_name), found.end());
+}
+
+std::vector<IndexRow> RowsOf(std::vector<Found>& found) {
+  const bool all_in_capitals = std::all_of(
+      found.begin(), found.end(), [](const Found& file) { return file.Spelling == file.Row.Name; });
+  if (!all_in_capitals) {
+    DropSpellings(found);
+  }
+  std::vector<IndexRow> rows;
+  rows.reserve(found.size());
+  for (Found& file : found) {
+    rows.push_back(std::move(file.Row));
+  }
+  return rows;
+}
+
+bool ByName(const IndexRow& left, const IndexRow& right) {
+  return left.Name < right.Name;
+}
+
+bool ByContents(const IndexRow& left, const IndexRow& right) {
+  return std::tie(left.ContentsKey, left.Name) < std::tie(right.ContentsKey, right.Name);
+}
+
+}  // namespace
+
+std::string FileIndex::ListedDirectory() const {
+  const std::string& open_path = parts_.state.Settings.OpenPath;
+  return open_path.empty() ? DataDirectory(parts_.state) : open_path;
+}
+
+bool FileIndex::IsValid() const {
+  return parts_.state.IndexValid && directory_ == ListedDirectory();
+}
+
+std::optional<Notice> FileIndex::Build(const std::function<void(int percent)>& progress) {
+  rows_.clear();
+  ++revision_;
+  directory_ = ListedDirectory();
+  parts_.state.IndexValid = false;
+  parts_.events.SetPointer(Pointer::kHourglass);
+  const std::string problem = Scan(progress);
+  parts_.events.SetPointer(Pointer::kNormal);
+  if (!problem.empty()) {
+    rows_.clear();
+    return Notice{problem, "Creation of Index", BoxIcon::kInformation};
+  }
+  Sort();
+  parts_.state.IndexValid = true;
+  if (rows_.empty()) {
+    return Notice{"No data-files in  ...\n" + directory_, "Open", BoxIcon::kInformation};
+  }
+  return std::nullopt;
+}
+
+std::string FileIndex::Scan(const std::function<void(int percent)>& progress) {
+  const SettingsValues& settings = parts_.state.Settings;
+  const IndexRule& rule = IndexRuleOf(settings.TypeSel);
+  const std::vector<std::string> active(settings.ActiveFiles.begin(), settings.ActiveFiles.end());
+  std::vector<Found> found;
+  ProgressMeter meter(parts_.clock, progress);
+  ScanRequest request;
+  request.Directory = directory_;
+  request.Wants = [&](std::string_view name) { return IsIndexed(rule, name, active); };
+  request.LeastBytes = kHeaderBytes;
+  request.Offset = rule.Offset;
+  request.Bytes = rule.Bytes;
+  request.Found = [&](std::string_view name, std::string_view piece) {
+    std::string contents = ContentsOf(rule, piece);
+    std::string key = UpperCase(contents);
+    found.push_back({{UpperCase(name), std::move(contents), std::move(key)}, std::string(name)});
+  };
+  request.Progress = [&](std::size_t done, std::size_t of) { meter.Step(done, of); };
+  std::string problem = ScanDirectory(request);
+  rows_ = RowsOf(found);
+  return problem;
+}
+
+std::optional<std::size_t> FileIndex::RowOf(std::string_view name) const {
+  const std::string wanted = UpperCase(Trim(name));
+  const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                [&](const IndexRow& other) { return other.Name == wanted; });
+  return row == rows_.end() ? std::nullopt
+                            : std::optional(static_cast<std::size_t>(row - rows_.begin()));
+}
+
+void FileIndex::Sort() {
+  std::string key = UpperCase(Trim(parts_.state.Settings.SortKey));
+  if (key != "FA" && key != "FD" && key != "PA" && key != "PD") {
+    key = kDefaultSort;
+  }
+  SetSortKey(key);
+  const auto less = key.front() == 'F' ? ByName : ByContents;
+  std::sort(rows_.begin(), rows_.end(), less);
+  if (key.back() == 'D') {
+    std::reverse(rows_.begin(), rows_.end());
+  }
+  ++revision_;
+}
+
+void FileIndex::Toggle(const char* down, const char* up) {
+  SetSortKey(parts_.state.Settings.SortKey == down ? up : down);
+  Sort();
+}
+
+void FileIndex::SetSortKey(const std::string& key) {
+  std::string& sort_key = parts_.state.Settings.SortKey;
+  if (sort_key != key) {
+    sort_key = key;
+    parts_.state.SettingsChanged = true;
+  }
+}
+
+}  // namespace tavrel

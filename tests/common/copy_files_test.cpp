@@ -1,0 +1,255 @@
+#include "common/copy_files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "common/text.h"
+#include "tests/files/recording_room.h"
+#include "tests/support/file_bench.h"
+
+namespace tavrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class CopyDialog : public testing::Test {
+ protected:
+  CopyDialog() {
+    target = bench.MakeDirectory("Backup");
+    state.Settings.DestPath = target;
+    for (const char* name : {"M260101A.OVN", "M260102A.OVN", "M260103A.OVN"}) {
+      bench.WriteFile("tavdat", name, name);
+    }
+    state.ActiveView = View::kMainSheet;
+  }
+  // Selects all files and goes to the form.
+  void Open() {
+    bench.open_file.Load();
+    bench.open_file.Display([] {});
+    bench.open_file.Select(0, {0, static_cast<int>(bench.open_file.Rows().size()) - 1});
+    form.Load();
+  }
+  void Copy() {
+    Open();
+    form.cmdCopy_Click([] {});
+  }
+  [[nodiscard]] std::string Copied(const std::string& name) const {
+    return bench.program.home.Read("Backup/" + name);
+  }
+  [[nodiscard]] std::string Source(const std::string& name) const {
+    return bench.program.home.Read("tavdat/" + name);
+  }
+  [[nodiscard]] std::vector<std::string> Boxes() const {
+    std::vector<std::string> texts;
+    for (const Notice& box : bench.program.dialogs.boxes) {
+      EXPECT_EQ(box.Title, "Copy");
+      texts.push_back(box.Text);
+    }
+    return texts;
+  }
+  [[nodiscard]] std::string Question() const { return "Copy file(s) to:\n" + LowerCase(target); }
+
+  using List = std::vector<std::string>;
+
+  FileBench bench;
+  RunState& state = bench.program.state;
+  CopyFiles& form = bench.copy_files;
+  std::string target;
+};
+
+TEST_F(CopyDialog, CopiesTheSelectedFilesAfterAQuestion) {
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "3  file(s) copied"}));
+  EXPECT_EQ(bench.program.dialogs.boxes[1].Icon, BoxIcon::kInformation);
+  EXPECT_EQ(Copied("M260101A.OVN"), Source("M260101A.OVN"));
+  EXPECT_EQ(Copied("M260103A.OVN"), Source("M260103A.OVN"));
+  EXPECT_FALSE(state.IndexValid);
+  EXPECT_FALSE(form.IsOpen());
+  EXPECT_EQ(state.ActiveView, View::kAllOpen);
+}
+
+TEST_F(CopyDialog, CopiesTheBlockOnly) {
+  Open();
+  bench.open_file.Select(1, {1, 1});
+  form.Load();
+  EXPECT_EQ(form.Values().noFiles, "1");
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(Boxes().back(), "1  file(s) copied");
+  EXPECT_FALSE(bench.program.home.Exists("Backup/M260101A.OVN"));
+  EXPECT_TRUE(bench.program.home.Exists("Backup/M260102A.OVN"));
+}
+
+TEST_F(CopyDialog, DoesNothingOnCancel) {
+  state.SettingsChanged = false;
+  bench.program.dialogs.ok = false;
+  Copy();
+  EXPECT_EQ(Boxes(), List{Question()});
+  EXPECT_TRUE(fs::is_empty(target));
+  EXPECT_TRUE(form.IsOpen());
+  EXPECT_TRUE(state.IndexValid);
+  EXPECT_FALSE(state.SettingsChanged);
+}
+
+TEST_F(CopyDialog, WritesItsNumberAndGivesTheOldOneBack) {
+  Open();
+  EXPECT_EQ(state.ActiveView, View::kAllCopy);
+  form.Leave();
+  EXPECT_EQ(state.ActiveView, View::kAllOpen);
+  EXPECT_FALSE(form.IsOpen());
+}
+
+TEST_F(CopyDialog, BeginsAtTheLastDestination) {
+  Open();
+  EXPECT_EQ(form.Values().lbPath, target);
+  EXPECT_EQ(form.Values().noFiles, "3");
+}
+
+TEST_F(CopyDialog, BeginsSomewhereThatExistsWhenTheLastDestinationIsGone) {
+  state.Settings.DestPath = "A:";
+  Open();
+  EXPECT_TRUE(fs::is_directory(form.Values().lbPath));
+}
+
+TEST_F(CopyDialog, RemembersTheDestination) {
+  bench.MakeDirectory("Backup/Deep");
+  Open();
+  const auto& lines = form.Lists().Lines();
+  form.Lists().SelectLine(static_cast<int>(lines.size()) - 1);
+  form.Lists_Change();
+  EXPECT_EQ(form.Values().lbPath, target + "/Deep");
+  state.SettingsChanged = false;
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(state.Settings.DestPath, target + "/Deep");
+  EXPECT_TRUE(state.SettingsChanged);
+  EXPECT_TRUE(bench.program.home.Exists("Backup/Deep/M260102A.OVN"));
+}
+
+TEST_F(CopyDialog, RefusesEachFileOntoItself) {
+  state.Settings.DestPath = bench.Data();
+  target = bench.Data();
+  const std::string before = Source("M260102A.OVN");
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "Cannot copy:M260101A.OVN\nSource = Destination",
+                           "Cannot copy:M260102A.OVN\nSource = Destination",
+                           "Cannot copy:M260103A.OVN\nSource = Destination", "0  file(s) copied"}));
+  EXPECT_EQ(Source("M260102A.OVN"), before);
+  EXPECT_TRUE(form.IsOpen());
+}
+
+TEST_F(CopyDialog, SeesThroughLinksAndHardLinks) {
+  fs::create_symlink(bench.Data(), bench.program.home.File("Backup/link"));
+  fs::create_hard_link(bench.program.home.File("tavdat/M260101A.OVN"), target + "/M260101A.OVN");
+  fs::create_symlink(bench.program.home.File("tavdat/M260102A.OVN"), target + "/M260102A.OVN");
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "Cannot copy:M260101A.OVN\nSource = Destination",
+                           "Cannot copy:M260102A.OVN\nSource = Destination", "1  file(s) copied"}));
+  state.Settings.DestPath = target + "/link";
+  bench.program.dialogs.boxes.clear();
+  Copy();
+  EXPECT_EQ(Boxes().size(), 5U);
+  EXPECT_EQ(Boxes().back(), "0  file(s) copied");
+}
+
+TEST_F(CopyDialog, ReplacesAFileOfThatNameSilently) {
+  bench.program.home.Write("Backup/M260101A.OVN", "old");
+  bench.program.home.Write("Backup/m260102a.ovn", "old too");
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "3  file(s) copied"}));
+  EXPECT_EQ(Copied("M260101A.OVN"), Source("M260101A.OVN"));
+  EXPECT_EQ(Copied("m260102a.ovn"), Source("M260102A.OVN"));
+  EXPECT_FALSE(bench.program.home.Exists("Backup/M260102A.OVN"));
+}
+
+TEST_F(CopyDialog, CopiesAFileWhateverTheCaseOnTheDisk) {
+  bench.WriteFile("tavdat", "m260104a.ovn", "small letters");
+  Copy();
+  EXPECT_EQ(Boxes().back(), "4  file(s) copied");
+  EXPECT_EQ(Copied("M260104A.OVN"), Source("m260104a.ovn"));
+}
+
+TEST_F(CopyDialog, NeverReplacesAFileThatASlotHasOpen) {
+  bench.WriteFile("Backup", "M260102A.OVN", "recorded to");
+  bench.WriteFile("Backup", "M260103A.OVN", "looked at");
+  state.SlotPath[4] = target;
+  state.SlotFile[4] = "m260102a.ovn";
+  state.SlotPath[0] = target + "/.";
+  state.SlotFile[0] = "M260103A.OVN";
+  const std::string recorded = Copied("M260102A.OVN");
+  const std::string looked_at = Copied("M260103A.OVN");
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "Cannot copy:M260102A.OVN\nFile is in use",
+                           "Cannot copy:M260103A.OVN\nFile is in use", "1  file(s) copied"}));
+  EXPECT_EQ(Copied("M260102A.OVN"), recorded);
+  EXPECT_EQ(Copied("M260103A.OVN"), looked_at);
+}
+
+TEST_F(CopyDialog, TellsWhyAFileCannotBeCopiedAndGoesOn) {
+  Open();
+  fs::remove(bench.program.home.File("tavdat/M260102A.OVN"));
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(Boxes(), (List{Question(), "Cannot copy:M260102A.OVN\nNo such file or directory",
+                           "2  file(s) copied"}));
+}
+
+TEST_F(CopyDialog, EndsAtAFailureIfTheUserHasEnough) {
+  Open();
+  fs::remove(bench.program.home.File("tavdat/M260101A.OVN"));
+  bench.program.dialogs.on_box = [this] {
+    bench.program.dialogs.ok = bench.program.dialogs.boxes.size() == 1;
+  };
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(Boxes().back(), "0  file(s) copied");
+  EXPECT_FALSE(bench.program.home.Exists("Backup/M260102A.OVN"));
+}
+
+TEST_F(CopyDialog, LeavesTheOldFileWholeOnAFullDisk) {
+  bench.program.home.Write("Backup/M260101A.OVN", "old");
+  Open();
+  {
+    const FullDisk full(500);
+    form.cmdCopy_Click([] {});
+  }
+  EXPECT_EQ(Boxes().back(), "0  file(s) copied");
+  EXPECT_EQ(Copied("M260101A.OVN"), "old");
+  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 1);
+}
+
+TEST_F(CopyDialog, ServesTheProgramBetweenFilesAndMayBeStopped) {
+  Open();
+  bool was_copying = false;
+  const auto stop_after_one = [&] {
+    was_copying = was_copying || form.Values().IsCopying;
+    if (bench.program.events.pumps == 1) {
+      form.cmdCopy_Click([] {});
+      form.Leave();
+    }
+  };
+  form.cmdCopy_Click(stop_after_one);
+  EXPECT_TRUE(was_copying);
+  EXPECT_EQ(bench.program.events.pumps, 2);
+  EXPECT_EQ(Boxes(), (List{Question(), "2  file(s) copied"}));
+  EXPECT_FALSE(form.IsOpen());
+}
+
+TEST_F(CopyDialog, ShowsHowFarItIsWhenItTakesLong) {
+  Open();
+  std::vector<int> percents;
+  form.cmdCopy_Click([&] {
+    percents.push_back(form.Values().Progress);
+    bench.program.clock.AdvanceSeconds(0.3);
+  });
+  EXPECT_EQ(percents, (std::vector<int>{kNoProgress, kNoProgress, 66, kNoProgress}));
+}
+
+TEST_F(CopyDialog, CopiesTheFileOfCurvesInTheVariantThatHasOne) {
+  bench.program.home.Write("tavdat/K260101A.OVN", std::string(1000, 'k'));
+  bench.program.home.Write("tavdat/C260101A.OVN", "curves");
+  state.Settings.TypeSel = 3;
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "1  data-file(s)\n1  curve-file(s)"}));
+  EXPECT_EQ(Copied("C260101A.OVN"), "curves");
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,259 @@
+#include "common/open_file.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/file_bench.h"
+
+namespace tavrel {
+namespace {
+
+using List = std::vector<std::string>;
+
+class OpenDialog : public testing::Test {
+ protected:
+  void Open() {
+    state.ActiveView = View::kMainSheet;
+    form.Load();
+    form.Display([] {});
+  }
+  // Goes to the directory `name` in the list of directories.
+  void SelectDirectory(const std::string& name) {
+    DirectoryLists& lists = form.Lists();
+    for (std::size_t line = 0; line < lists.Lines().size(); ++line) {
+      if (lists.Lines()[line].Name == name) {
+        lists.SelectLine(static_cast<int>(line));
+        return;
+      }
+    }
+    ADD_FAILURE() << "no directory " << name;
+  }
+  void SelectRow(int row) { form.Select(row, {row, row}); }
+
+  FileBench bench;
+  RunState& state = bench.program.state;
+  OpenFile& form = bench.open_file;
+  std::vector<Notice>& boxes = bench.program.dialogs.boxes;
+};
+
+TEST_F(OpenDialog, WritesItsNumberAndGivesTheOldOneBack) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  Open();
+  EXPECT_EQ(state.ActiveView, View::kAllOpen);
+  EXPECT_TRUE(form.IsOpen());
+  form.cmdOpen_Click();
+  EXPECT_EQ(state.ActiveView, View::kMainSheet);
+  EXPECT_FALSE(form.IsOpen());
+  Open();
+  form.cmdBack_Click();
+  EXPECT_EQ(state.ActiveView, View::kMainSheet);
+}
+
+TEST_F(OpenDialog, BuildsTheIndexWhenItIsNotValidOnly) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  Open();
+  EXPECT_EQ(bench.Names(), List{"M260101A.OVN"});
+  EXPECT_EQ(form.Values().noFiles, "1");
+  form.cmdOpen_Click();
+  bench.WriteFile("tavdat", "M260102A.OVN");
+  Open();
+  EXPECT_EQ(form.Values().noFiles, "1");
+  form.cmdOpen_Click();
+  state.IndexValid = false;
+  Open();
+  EXPECT_EQ(bench.Names(), (List{"M260101A.OVN", "M260102A.OVN"}));
+  EXPECT_EQ(form.Values().noFiles, "2");
+}
+
+TEST_F(OpenDialog, TakesTheSelectedFile) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  bench.WriteFile("tavdat", "M260102A.OVN");
+  Open();
+  SelectRow(1);
+  state.SettingsChanged = false;
+  form.cmdOpen_Click();
+  EXPECT_EQ(state.Settings.OpenFile, "M260102A.OVN");
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data());
+  EXPECT_TRUE(state.SettingsChanged);
+  EXPECT_TRUE(state.IndexValid);
+}
+
+TEST_F(OpenDialog, BeginsOnTheFileOpenedLast) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  bench.WriteFile("tavdat", "M260102A.OVN");
+  bench.WriteFile("tavdat", "M260103A.OVN");
+  state.Settings.OpenFile = "m260102a.ovn";
+  Open();
+  EXPECT_EQ(form.Values().CurrentRow, 1);
+  form.cmdBack_Click();
+  state.SlotFile[0] = "M260103A.OVN";
+  Open();
+  EXPECT_EQ(form.Values().CurrentRow, 2);
+  state.Settings.OpenFile = "M250101A.OVN";
+  Open();
+  EXPECT_EQ(form.Values().CurrentRow, 0);
+}
+
+TEST_F(OpenDialog, LeavesNoNameAfterCancel) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  state.Settings.OpenFile = "M260101A.OVN";
+  Open();
+  form.cmdBack_Click();
+  EXPECT_EQ(state.Settings.OpenFile, "");
+  EXPECT_FALSE(state.IndexValid);
+  EXPECT_TRUE(state.SettingsChanged);
+}
+
+TEST_F(OpenDialog, SaysThatADirectoryIsEmptyAndStaysOpen) {
+  List shown;
+  bench.program.dialogs.on_box = [&] { shown.push_back(form.Values().noFiles); };
+  Open();
+  ASSERT_EQ(boxes.size(), 1U);
+  EXPECT_EQ(boxes[0].Text, "No data-files in  ...\n" + bench.Data());
+  EXPECT_EQ(boxes[0].Title, "Open");
+  EXPECT_EQ(shown, List{"0"});
+  EXPECT_TRUE(form.IsOpen());
+  EXPECT_EQ(form.Values().CurrentRow, -1);
+  EXPECT_FALSE(form.Values().cmdCopyEnabled);
+}
+
+TEST_F(OpenDialog, TakesTheEmptyRowAsCancel) {
+  state.Settings.OpenFile = "M260101A.OVN";
+  Open();
+  form.cmdOpen_Click();
+  EXPECT_EQ(state.Settings.OpenFile, "");
+  EXPECT_FALSE(form.IsOpen());
+  EXPECT_FALSE(state.IndexValid);
+}
+
+TEST_F(OpenDialog, ListsAnotherDirectoryOnlyWhenAskedTo) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  const std::string other = bench.MakeDirectory("tavdat/old");
+  bench.WriteFile("tavdat/old", "M250101A.OVN");
+  Open();
+  SelectDirectory("old");
+  EXPECT_EQ(bench.Names(), List{"M260101A.OVN"});
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data());
+  state.SettingsChanged = false;
+  form.cmdNew_Click([] {});
+  EXPECT_EQ(bench.Names(), List{"M250101A.OVN"});
+  EXPECT_EQ(state.Settings.OpenPath, other);
+  EXPECT_EQ(form.Lists().Path(), other);
+  EXPECT_TRUE(state.SettingsChanged);
+  EXPECT_TRUE(form.IsOpen());
+}
+
+TEST_F(OpenDialog, BuildsAnewForTheSameDirectoryToo) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  Open();
+  bench.WriteFile("tavdat", "M260102A.OVN");
+  form.cmdNew_Click([] {});
+  EXPECT_EQ(form.Values().noFiles, "2");
+}
+
+TEST_F(OpenDialog, BeginsInTheDataDirectoryAgainAfterCancel) {
+  const std::string other = bench.MakeDirectory("other");
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  bench.WriteFile("other", "M250101A.OVN");
+  state.Settings.OpenPath = other;
+  Open();
+  EXPECT_EQ(bench.Names(), List{"M250101A.OVN"});
+  EXPECT_EQ(form.Lists().Path(), other);
+  form.cmdBack_Click();
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data());
+  Open();
+  EXPECT_EQ(bench.Names(), List{"M260101A.OVN"});
+}
+
+TEST_F(OpenDialog, StaysInAnotherDirectoryAfterOpening) {
+  const std::string other = bench.MakeDirectory("other");
+  bench.WriteFile("other", "M250101A.OVN");
+  state.Settings.OpenPath = other;
+  Open();
+  form.cmdOpen_Click();
+  EXPECT_EQ(state.Settings.OpenPath, other);
+  EXPECT_EQ(state.Settings.OpenFile, "M250101A.OVN");
+}
+
+TEST_F(OpenDialog, KeepsAnotherSpellingOfTheDataDirectoryOnCancel) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  state.Settings.OpenPath = bench.Data() + "/.";
+  Open();
+  form.cmdBack_Click();
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data() + "/.");
+}
+
+TEST_F(OpenDialog, NamesTheDataDirectoryWhenNoPathIsSet) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  state.Settings.OpenPath.clear();
+  state.Settings.DefPath.clear();
+  Open();
+  form.cmdOpen_Click();
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data());
+  EXPECT_EQ(state.Settings.OpenFile, "M260101A.OVN");
+}
+
+TEST_F(OpenDialog, KeepsTheFileSelectedThroughASort) {
+  bench.WriteFile("tavdat", "M260101A.OVN", "Zeta");
+  bench.WriteFile("tavdat", "M260102A.OVN", "Alpha");
+  bench.WriteFile("tavdat", "M260103A.OVN", "Beta");
+  Open();
+  SelectRow(2);
+  const int revision = form.Values().Revision;
+  form.cmdProduct_Click();
+  EXPECT_EQ(form.Values().SortKey, "PD");
+  EXPECT_EQ(bench.Names(), (List{"M260101A.OVN", "M260103A.OVN", "M260102A.OVN"}));
+  EXPECT_EQ(form.Values().CurrentRow, 1);
+  EXPECT_GT(form.Values().Revision, revision);
+  form.cmdFile_Click();
+  EXPECT_EQ(form.Values().SortKey, "FD");
+  EXPECT_EQ(form.Values().CurrentRow, 0);
+}
+
+TEST_F(OpenDialog, KeepsTheBlockForTheCopy) {
+  for (const char* name : {"M260101A.OVN", "M260102A.OVN", "M260103A.OVN", "M260104A.OVN"}) {
+    bench.WriteFile("tavdat", name);
+  }
+  Open();
+  form.Select(2, {1, 2});
+  List names;
+  bench.program.screens.on_show = [&](View view) {
+    EXPECT_EQ(view, View::kAllCopy);
+    names = form.SelectedNames();
+  };
+  form.cmdCopy_Click();
+  EXPECT_EQ(names, (List{"M260102A.OVN", "M260103A.OVN"}));
+  EXPECT_TRUE(form.IsOpen());
+}
+
+TEST_F(OpenDialog, TakesNoRowOutsideOfTheIndex) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  bench.WriteFile("tavdat", "M260102A.OVN");
+  Open();
+  form.Select(7, {0, 9});
+  EXPECT_EQ(form.Values().CurrentRow, -1);
+  EXPECT_TRUE(form.SelectedNames().empty());
+  form.Select(1, {-5, 99});
+  EXPECT_EQ(form.SelectedNames(), (List{"M260101A.OVN", "M260102A.OVN"}));
+  form.Select(-1, {});
+  EXPECT_TRUE(form.SelectedNames().empty());
+  EXPECT_FALSE(form.Values().cmdCopyEnabled);
+}
+
+TEST_F(OpenDialog, TellsItsLanguage) {
+  state.Settings.HelpLang = "german";
+  Open();
+  EXPECT_EQ(form.Values().TipLanguage, Language::kGerman);
+}
+
+TEST_F(OpenDialog, TellsADirectoryThatHasGone) {
+  bench.WriteFile("tavdat", "M260101A.OVN");
+  state.Settings.OpenPath = bench.program.home.File("gone");
+  Open();
+  ASSERT_EQ(boxes.size(), 1U);
+  EXPECT_EQ(boxes[0].Title, "Creation of Index");
+  EXPECT_EQ(form.Lists().Path(), bench.program.home.Path());
+  EXPECT_TRUE(form.IsOpen());
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,373 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <QTreeWidget>
+#include <functional>
+
+#include "common/forms/all_copy.h"
+#include "common/forms/all_open.h"
+#include "tests/support/file_bench.h"
+#include "tests/support/wait_until.h"
+
+namespace tavrel {
+namespace {
+
+using List = std::vector<std::string>;
+
+// The forms of files over real directories. They are modal, so what the user does is queued
+// before a form opens and runs while it is open.
+class FileForms : public testing::Test {
+ protected:
+  FileForms() {
+    bench.program.screens.on_show = [this](View view) {
+      if (view == View::kAllCopy) {
+        bench.copy_files.Load();
+        AllCopy form(bench.copy_files);
+        RunWith(form, use_copy);
+      }
+    };
+  }
+
+  // Shows ALL_OPEN, lets `use` act on it once its files are listed, and returns when it is closed.
+  void Open(const std::function<void()>& use) {
+    bench.open_file.Load();
+    AllOpen form(bench.open_file);
+    RunWith(form, [&] {
+      EXPECT_TRUE(WaitUntil([&] { return bench.open_file.Values().Revision >= 0; }));
+      use();
+    });
+  }
+  void RunWith(ModalForm& form, const std::function<void()>& use) {
+    QWidget* const before = front;
+    front = &form;
+    QTimer::singleShot(0, &form, [&] {
+      use();
+      EXPECT_FALSE(form.isVisible()) << "the test left the form open";
+      form.done(0);
+    });
+    form.Run();
+    front = before;
+  }
+
+  template <typename Widget = QWidget>
+  Widget* Find(const char* name) {
+    auto* widget = front->findChild<Widget*>(name);
+    EXPECT_NE(widget, nullptr) << "no " << name;
+    return widget;
+  }
+  QTableView* Grid() { return Find<QTableView>("FGrid"); }
+  QTreeWidget* Directories() { return Find<QTreeWidget>("DirList"); }
+  void Click(const char* name) { QTest::mouseClick(Find(name), Qt::LeftButton); }
+  // To the widget that has the keyboard, as from a keyboard.
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget* focus = front->focusWidget();
+    QTest::keyClick(focus != nullptr ? focus : front, key, modifiers);
+  }
+  // Presses Tab until that widget has the keyboard.
+  void TabTo(const char* name) {
+    for (int tabs = 0; tabs < 20 && front->focusWidget() != Find(name); ++tabs) {
+      Press(Qt::Key_Tab);
+    }
+    EXPECT_EQ(front->focusWidget(), Find(name)) << name << " cannot be reached";
+  }
+  QPoint RowPlace(int row) { return Grid()->visualRect(Grid()->model()->index(row, 0)).center(); }
+  void ClickRow(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::mouseClick(Grid()->viewport(), Qt::LeftButton, modifiers, RowPlace(row));
+  }
+  void DoubleClickRow(int row) {
+    ClickRow(row);
+    QTest::mouseDClick(Grid()->viewport(), Qt::LeftButton, {}, RowPlace(row));
+  }
+  List ShownNames() {
+    List names;
+    const QAbstractItemModel* rows = Grid()->model();
+    for (int row = 0; row < rows->rowCount(); ++row) {
+      names.push_back(rows->index(row, 0).data().toString().toStdString());
+    }
+    return names;
+  }
+  void WriteThree() {
+    bench.WriteFile("tavdat", "M260101A.OVN", "Zeta");
+    bench.WriteFile("tavdat", "M260102A.OVN", "Alpha");
+    bench.WriteFile("tavdat", "M260103A.OVN", "Beta");
+  }
+
+  FileBench bench;
+  RunState& state = bench.program.state;
+  QWidget* front = nullptr;
+  std::function<void()> use_copy = [] {};
+};
+
+TEST_F(FileForms, ListNamesAndContentsWithTheirCount) {
+  WriteThree();
+  Open([this] {
+    EXPECT_EQ(front->windowTitle(), " Files");
+    EXPECT_EQ(front->windowModality(), Qt::ApplicationModal);
+    EXPECT_EQ(ShownNames(), (List{"M260101A.OVN", "M260102A.OVN", "M260103A.OVN"}));
+    EXPECT_EQ(Grid()->model()->index(1, 1).data().toString(), "Alpha");
+    EXPECT_EQ(Find<QLabel>("noFiles")->text(), "3");
+    EXPECT_FALSE(Find<QProgressBar>("PbIndex")->isVisible());
+    Click("cmdBack");
+  });
+}
+
+TEST_F(FileForms, GiveTheColumnsTheirShares) {
+  WriteThree();
+  Open([this] {
+    const double width = Grid()->viewport()->width();
+    EXPECT_NEAR(Grid()->columnWidth(0) / width, 0.28, 0.005);
+    EXPECT_NEAR(Grid()->columnWidth(1) / width, 0.72, 0.005);
+    EXPECT_EQ(Find("cmdFile")->width(), Grid()->columnWidth(0));
+    Click("cmdBack");
+  });
+}
+
+TEST_F(FileForms, OpenTheRowByTheButton) {
+  WriteThree();
+  Open([this] {
+    ClickRow(1);
+    Click("cmdOpen");
+  });
+  EXPECT_EQ(state.Settings.OpenFile, "M260102A.OVN");
+}
+
+TEST_F(FileForms, OpenTheRowByADoubleClick) {
+  WriteThree();
+  Open([this] { DoubleClickRow(2); });
+  EXPECT_EQ(state.Settings.OpenFile, "M260103A.OVN");
+}
+
+TEST_F(FileForms, OpenTheRowByTheEnterKey) {
+  WriteThree();
+  Open([this] {
+    Press(Qt::Key_Down);
+    Press(Qt::Key_Return);
+  });
+  EXPECT_EQ(state.Settings.OpenFile, "M260102A.OVN");
+}
+
+TEST_F(FileForms, CancelByTheEscapeKeyAndTheCloseBox) {
+  WriteThree();
+  state.Settings.OpenFile = "M260101A.OVN";
+  Open([this] { Press(Qt::Key_Escape); });
+  EXPECT_EQ(state.Settings.OpenFile, "");
+  EXPECT_FALSE(state.IndexValid);
+  state.Settings.OpenFile = "M260101A.OVN";
+  Open([this] { front->close(); });
+  EXPECT_EQ(state.Settings.OpenFile, "");
+  EXPECT_FALSE(bench.open_file.IsOpen());
+}
+
+TEST_F(FileForms, SelectTheFileOpenedLast) {
+  WriteThree();
+  state.Settings.OpenFile = "M260103A.OVN";
+  Open([this] {
+    EXPECT_EQ(Grid()->currentIndex().row(), 2);
+    EXPECT_TRUE(Grid()->selectionModel()->isRowSelected(2, {}));
+    Click("cmdBack");
+  });
+}
+
+TEST_F(FileForms, SortByTheHeads) {
+  WriteThree();
+  Open([this] {
+    EXPECT_EQ(Find<SortHead>("cmdFile")->Mark(), SortMark::kUp);
+    Click("cmdFile");
+    EXPECT_EQ(ShownNames(), (List{"M260103A.OVN", "M260102A.OVN", "M260101A.OVN"}));
+    EXPECT_EQ(Find<SortHead>("cmdFile")->Mark(), SortMark::kDown);
+    EXPECT_EQ(Grid()->currentIndex().row(), 2);
+    TabTo("cmdProduct");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(ShownNames(), (List{"M260101A.OVN", "M260103A.OVN", "M260102A.OVN"}));
+    EXPECT_EQ(Find<SortHead>("cmdFile")->Mark(), SortMark::kNone);
+    Press(Qt::Key_Space);
+    EXPECT_EQ(Find<SortHead>("cmdProduct")->Mark(), SortMark::kUp);
+    Press(Qt::Key_Escape);
+  });
+  EXPECT_EQ(state.Settings.SortKey, "PA");
+}
+
+TEST_F(FileForms, SelectABlockByMouseAndByKeyboard) {
+  WriteThree();
+  Open([this] {
+    ClickRow(0);
+    ClickRow(1, Qt::ShiftModifier);
+    EXPECT_EQ(bench.open_file.SelectedNames(), (List{"M260101A.OVN", "M260102A.OVN"}));
+    ClickRow(2);
+    EXPECT_EQ(bench.open_file.SelectedNames(), List{"M260103A.OVN"});
+    Press(Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(bench.open_file.SelectedNames(), (List{"M260102A.OVN", "M260103A.OVN"}));
+    Press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(bench.open_file.SelectedNames().size(), 3U);
+    Press(Qt::Key_Escape);
+  });
+}
+
+TEST_F(FileForms, ListAnotherDirectoryByTheKeyboardAlone) {
+  WriteThree();
+  bench.MakeDirectory("tavdat/old");
+  bench.WriteFile("tavdat/old", "M250101A.OVN", "Old");
+  Open([this] {
+    TabTo("DirList");
+    Press(Qt::Key_Down);
+    EXPECT_TRUE(Find<QPushButton>("cmdNew")->isDefault());
+    EXPECT_EQ(ShownNames().size(), 3U);
+    Press(Qt::Key_Return);
+    EXPECT_EQ(ShownNames(), List{"M250101A.OVN"});
+    EXPECT_TRUE(Find<QPushButton>("cmdOpen")->isDefault());
+    EXPECT_EQ(front->focusWidget(), Grid());
+    Press(Qt::Key_Return);
+  });
+  EXPECT_EQ(state.Settings.OpenFile, "M250101A.OVN");
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data() + "/old");
+}
+
+TEST_F(FileForms, ListAnotherDirectoryByTheMouseAlone) {
+  WriteThree();
+  bench.MakeDirectory("tavdat/old");
+  bench.WriteFile("tavdat/old", "M250101A.OVN", "Old");
+  Open([this] {
+    QTreeWidgetItem* old = Directories()->findItems("old", Qt::MatchRecursive).value(0);
+    ASSERT_NE(old, nullptr);
+    QTest::mouseClick(Directories()->viewport(), Qt::LeftButton, {},
+                      Directories()->visualItemRect(old).center());
+    Click("cmdNew");
+    EXPECT_EQ(ShownNames(), List{"M250101A.OVN"});
+    Click("cmdBack");
+  });
+  EXPECT_EQ(state.Settings.OpenPath, bench.Data());
+}
+
+TEST_F(FileForms, SayThatADirectoryIsEmptyAndStayOpen) {
+  Open([this] {
+    EXPECT_EQ(bench.program.dialogs.boxes.size(), 1U);
+    EXPECT_TRUE(front->isVisible());
+    EXPECT_EQ(Find<QLabel>("noFiles")->text(), "0");
+    EXPECT_FALSE(Find("cmdCopy")->isEnabled());
+    Press(Qt::Key_Return);
+  });
+  EXPECT_EQ(state.Settings.OpenFile, "");
+}
+
+TEST_F(FileForms, HaveTheirToolTipsInBothLanguages) {
+  WriteThree();
+  const auto tip = [this](const char* name) { return Find(name)->toolTip(); };
+  use_copy = [&] {
+    EXPECT_EQ(tip("cmdCopy"), " Copy file(s)  ");
+    Press(Qt::Key_Escape);
+  };
+  Open([&] {
+    EXPECT_EQ(tip("cmdOpen"), " open file   (enter-key) ");
+    EXPECT_EQ(tip("cmdBack"), " cancel   (esc-key) ");
+    EXPECT_EQ(tip("cmdNew"), " ok   (enter-key) ");
+    EXPECT_EQ(tip("cmdCopy"), " copy file(s) ");
+    EXPECT_EQ(tip("cmdFile"), " sort by filename ");
+    EXPECT_EQ(tip("cmdProduct"), " sort by contents ");
+    Click("cmdCopy");
+    Click("cmdBack");
+  });
+  state.Settings.HelpLang = "German";
+  use_copy = [&] {
+    EXPECT_EQ(tip("cmdCopy"), " Datei(en) kopieren ");
+    Press(Qt::Key_Escape);
+  };
+  Open([&] {
+    EXPECT_EQ(tip("cmdOpen"), " Datei öffnen  (Eingabe-Taste) ");
+    EXPECT_EQ(tip("cmdBack"), " Abbrechen  (Esc-Taste) ");
+    EXPECT_EQ(tip("cmdNew"), " OK  (Eingabe-Taste) ");
+    EXPECT_EQ(tip("cmdCopy"), " Datei(en) kopieren ");
+    EXPECT_EQ(tip("cmdFile"), " nach Dateinamen sortieren ");
+    EXPECT_EQ(tip("cmdProduct"), " nach Inhalt sortieren ");
+    Click("cmdCopy");
+    Click("cmdBack");
+  });
+}
+
+TEST_F(FileForms, CopyABlockByTheKeyboardAlone) {
+  WriteThree();
+  state.Settings.DestPath = bench.MakeDirectory("Backup");
+  use_copy = [this] {
+    EXPECT_EQ(front->windowTitle(), " Copy");
+    EXPECT_EQ(state.ActiveView, View::kAllCopy);
+    EXPECT_EQ(Find<QLabel>("noFiles")->text(), "2");
+    EXPECT_EQ(Find<QLabel>("lbPath")->toolTip().toStdString(), state.Settings.DestPath);
+    Press(Qt::Key_Return);
+  };
+  Open([this] {
+    Press(Qt::Key_Down, Qt::ShiftModifier);
+    TabTo("cmdCopy");
+    Press(Qt::Key_Space);
+    EXPECT_EQ(state.ActiveView, View::kAllOpen);
+    EXPECT_TRUE(front->isVisible());
+    Press(Qt::Key_Escape);
+  });
+  EXPECT_TRUE(bench.program.home.Exists("Backup/M260101A.OVN"));
+  EXPECT_TRUE(bench.program.home.Exists("Backup/M260102A.OVN"));
+  EXPECT_FALSE(bench.program.home.Exists("Backup/M260103A.OVN"));
+}
+
+TEST_F(FileForms, CopyIntoADirectoryChosenByTheMouse) {
+  WriteThree();
+  state.Settings.DestPath = bench.MakeDirectory("Backup");
+  bench.MakeDirectory("Backup/Deep");
+  use_copy = [this] {
+    QTreeWidgetItem* deep = Directories()->findItems("Deep", Qt::MatchRecursive).value(0);
+    ASSERT_NE(deep, nullptr);
+    QTest::mouseClick(Directories()->viewport(), Qt::LeftButton, {},
+                      Directories()->visualItemRect(deep).center());
+    EXPECT_TRUE(Find<QLabel>("lbPath")->toolTip().endsWith("/Backup/Deep"));
+    Click("cmdCopy");
+  };
+  Open([this] {
+    ClickRow(1);
+    Click("cmdCopy");
+    Click("cmdBack");
+  });
+  EXPECT_TRUE(bench.program.home.Exists("Backup/Deep/M260102A.OVN"));
+}
+
+TEST_F(FileForms, StayFastWithTenThousandFiles) {
+  for (int number = 0; number < 10000; ++number) {
+    bench.WriteFile("tavdat", "M260101A" + std::to_string(number) + ".OVN");
+  }
+  Open([this] {
+    EXPECT_EQ(Grid()->model()->rowCount(), 10000);
+    QElapsedTimer time;
+    time.start();
+    for (int press = 0; press < 100; ++press) {
+      Press(Qt::Key_PageDown);
+      QCoreApplication::processEvents();
+    }
+    Press(Qt::Key_End);
+    Press(Qt::Key_A, Qt::ControlModifier);
+    Click("cmdFile");
+    EXPECT_LT(time.elapsed(), 5000);
+    Press(Qt::Key_Escape);
+  });
+}
+
+TEST_F(FileForms, NameEveryControl) {
+  WriteThree();
+  Open([this] {
+    for (const char* name : {"FGrid", "noFiles", "DrvList", "DirList", "frPath", "cmdOpen",
+                             "cmdBack", "cmdNew", "cmdCopy", "cmdFile", "cmdProduct"}) {
+      EXPECT_NE(Find(name), nullptr) << name;
+    }
+    for (const char* name : {"FGrid", "DrvList", "DirList", "cmdOpen", "cmdBack", "cmdNew",
+                             "cmdCopy", "cmdFile", "cmdProduct"}) {
+      EXPECT_FALSE(Find(name)->accessibleName().isEmpty()) << name;
+      TabTo(name);
+    }
+    Press(Qt::Key_Escape);
+  });
+}
+
+}  // namespace
+}  // namespace tavrel

@@ -1,0 +1,138 @@
+#include "tests/truth/truth_cases.h"
+
+#include <csignal>
+#include <string>
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+using Deed = std::function<void(TruthRun&, int)>;
+
+// A fault of the line for so many seconds.
+Deed Faults(const std::string& fault) {
+  return [fault](TruthRun& run, int duration) {
+    run.Tell("fault all " + fault);
+    run.GoOn(seconds(duration));
+    run.Tell("fault all none");
+  };
+}
+
+// Several faults one after the other, each for so many seconds.
+Deed FaultsInTurn(const std::vector<std::string>& faults) {
+  return [faults](TruthRun& run, int duration) {
+    for (const std::string& fault : faults) {
+      Faults(fault)(run, duration);
+    }
+  };
+}
+
+void RestartInstrument(TruthRun& run, int times) {
+  for (int time = 0; time < times; ++time) {
+    run.GoOn(milliseconds(700 + run.Draw(2000)));
+    run.Tell("restart 1");
+  }
+}
+
+// The program finds its port again on its ten-second tick.
+void Replug(TruthRun& run, int times) {
+  for (int time = 0; time < times; ++time) {
+    run.GoOn(milliseconds(run.Draw(1500)));
+    run.Tell("unplug");
+    run.NoteCut();
+    run.GoOn(milliseconds(run.Draw(1500)));
+    run.Tell("plug");
+    run.GoOnUntilRowsCome(seconds(40));
+  }
+}
+
+void KillAndStart(TruthRun& run, int times) {
+  for (int time = 0; time < times; ++time) {
+    run.GoOn(milliseconds(run.Draw(1200)));
+    run.Kill();
+    run.Start();
+  }
+}
+
+void FillDisk(TruthRun& run, int times) {
+  for (int time = 0; time < times; ++time) {
+    run.FillDisk();
+    run.GoOn(milliseconds(8000 + run.Draw(3000)));
+    run.FreeDisk();
+    run.GoOnUntilRowsCome(seconds(40));
+  }
+}
+
+// Killed in the middle of it, too: what waits in the hand is in no row yet.
+void FillDiskAndKill(TruthRun& run, int times) {
+  for (int time = 0; time < times; ++time) {
+    run.FillDisk();
+    run.GoOn(milliseconds(3000 + run.Draw(1000)));
+    run.Kill();
+    run.FreeDisk();
+    run.Start();
+    run.GoOnUntilRowsCome(seconds(40));
+  }
+}
+
+void TakeDataAway(TruthRun& run, int duration) {
+  run.RenameData("tavdat", "tavdat.away");
+  run.GoOn(seconds(duration));
+  run.RenameData("tavdat.away", "tavdat");
+}
+
+void Stop(TruthRun& run, int duration) {
+  run.Signal(SIGSTOP);
+  run.GoOn(seconds(duration));
+  run.Signal(SIGCONT);
+}
+
+// Nothing but the recording, which has enough to do.
+void Watch(TruthRun& run, int) {
+  run.GoOn(seconds(1));
+}
+
+}  // namespace
+
+const std::vector<TruthCase>& TruthCases() {
+  static const std::vector<TruthCase> cases = {
+      {"nothing bad", Watch, 1, 1, {}},
+      {"lost requests", Faults("lost-request 0.2"), 8, 120, {}},
+      {"lost replies", Faults("lost-reply 0.2"), 8, 120, {}},
+      {"garbage", Faults("garbage 0.2"), 8, 120, {}},
+      {"wrong length", Faults("wrong-length 0.2"), 8, 120, {}},
+      {"non-hex", Faults("non-hex 0.2"), 8, 120, {}},
+      {"refusals", Faults("refusal 0.2"), 8, 120, {}},
+      {"stale replies", Faults("stale 0.2"), 8, 120, {}},
+      {"late replies", Faults("late-reply 150"), 8, 60, {}},
+      {"just late replies",
+       FaultsInTurn({"late-reply 105", "late-reply 118", "late-reply 130"}),
+       4,
+       40,
+       {}},
+      {"byte by byte", FaultsInTurn({"byte-by-byte 8", "byte-by-byte 18"}), 4, 40, {}},
+      {"silent 10 minutes", Faults("silence on"), 10, 10, {.interval = 60, .speedup = 60}},
+      {"instrument restarted", RestartInstrument, 4, 40, {}},
+      {"port pulled", Replug, 1, 20, {}},
+      {"killed", KillAndStart, 8, 200, {}},
+      {"disk full", FillDisk, 1, 8, {.small_disk = true}},
+      {"disk full and killed", FillDiskAndKill, 2, 10, {.small_disk = true}},
+      {"data away", TakeDataAway, 12, 30, {}},
+      {"asleep an hour", Stop, 12, 12, {.interval = 300, .speedup = 300}},
+      {"backlog of 20 on 15",
+       Watch,
+       1,
+       1,
+       {.interval = 60, .speedup = 1, .backlog = 20, .wide = true}},
+      {"backlog of 896 on 15",
+       Watch,
+       0,
+       1,
+       {.interval = 300, .speedup = 10, .backlog = 896, .wide = true}},
+  };
+  return cases;
+}
+
+}  // namespace tavrel

@@ -1,0 +1,82 @@
+#ifndef TAVREL_TESTS_TRUTH_TRUTH_RUN_H_
+#define TAVREL_TESTS_TRUTH_TRUTH_RUN_H_
+
+#include <chrono>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/e2e/installed_program.h"
+#include "tests/truth/comparison.h"
+
+namespace tavrel {
+
+// Where and how fast a case records.
+struct Bench {
+  std::string line = "direct";  // or "plugin"
+  int interval = 10;            // seconds of the instruments between two sets
+  int speedup = 10;
+  int backlog = 8;          // sets that wait at the start
+  bool wide = false;        // one slot of 15 channels in place of three small ones
+  bool small_disk = false;  // the data stand on a small file system of their own
+};
+
+// The installed program beside two instruments, recording; what a case does to them; and the
+// comparison with the truth at the end.
+class TruthRun {
+ public:
+  explicit TruthRun(Bench bench);
+  ~TruthRun();
+  TruthRun(const TruthRun&) = delete;
+  TruthRun& operator=(const TruthRun&) = delete;
+
+  // Installs, starts the instruments and the program and waits for the first rows. False with
+  // Problem() if something does not come up.
+  [[nodiscard]] bool Begin();
+
+  // Drains what the instruments hold, ends the program as its close box does, and compares.
+  // False with Problem() if the recording does not catch up or the program does not end.
+  [[nodiscard]] bool End(Findings& findings);
+
+  // What a case may do.
+  void Tell(const std::string& command);  // to the instruments
+  void GoOn(std::chrono::milliseconds duration);
+  void GoOnUntilRowsCome(std::chrono::seconds limit);
+  void Kill();
+  void Start();
+  void Signal(int number);
+  // No file can become longer than it is now, as on a full disk; and no longer so.
+  void FillDisk();
+  void FreeDisk();
+  void RenameData(const std::string& from, const std::string& to);
+  // Marks that whatever is on its way now has no one to take it.
+  void NoteCut();
+  [[nodiscard]] int Draw(int below);
+  void Fail(const std::string& problem);
+
+  [[nodiscard]] const std::string& Problem() const { return problem_; }
+  [[nodiscard]] LineTruth Truth() const;
+
+ private:
+  [[nodiscard]] bool MountData();
+  [[nodiscard]] std::vector<std::string> InstrumentOptions() const;
+  [[nodiscard]] std::string Samples(const RecordedSlot& slot) const;
+  [[nodiscard]] int Rows(const RecordedSlot& slot) const;
+  [[nodiscard]] std::vector<int> RowsOfAll() const;
+  [[nodiscard]] bool HasGrown(const std::vector<int>& before, int by) const;
+  [[nodiscard]] bool HasCaughtUp() const;
+
+  Bench bench_;
+  std::vector<RecordedSlot> slots_;
+  VirtualScreen screen_;
+  InstalledProgram program_;
+  std::vector<int> cuts_;
+  std::mt19937 random_{7};
+  bool is_mounted_ = false;
+  std::string problem_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_TESTS_TRUTH_TRUTH_RUN_H_
