@@ -54,13 +54,20 @@ class ModalDeeds : public testing::Test {
  private:
   void DoNext() {
     QWidget* form = QApplication::activeModalWidget();
+    if (is_pending) {
+      return;  // the form in front may be that of the deed which has not begun yet
+    }
     if (deeds.empty()) {
       poll.stop();
     } else if (form != nullptr && form->objectName().toStdString() == deeds.front().first) {
       const auto deed = std::move(deeds.front().second);
       deeds.pop_front();
       // Not inside this timer's own event: a deed may open a form that waits for the next one.
-      QTimer::singleShot(0, form, deed);
+      is_pending = true;
+      QTimer::singleShot(0, form, [this, deed] {
+        is_pending = false;
+        deed();
+      });
     } else if (++idle > kPatience) {
       poll.stop();
       ADD_FAILURE() << deeds.front().first << " never came";
@@ -74,6 +81,7 @@ class ModalDeeds : public testing::Test {
   std::deque<std::pair<std::string, std::function<void()>>> deeds;
   QTimer poll;
   int idle = 0;
+  bool is_pending = false;
 };
 
 // The same for the settings dialog and what belongs to it.

@@ -41,7 +41,7 @@ void CurveSampleButton::SetCode(int code) {
   }
   code_ = code;
   const CurveColour* colour = CurveColourOf(code);
-  setAccessibleDescription(colour == nullptr ? QString("no colour") : QtText(colour->Name));
+  setAccessibleDescription(colour == nullptr ? QString("no color") : QtText(colour->Name));
   update();
 }
 

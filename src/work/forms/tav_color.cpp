@@ -24,7 +24,7 @@ constexpr int kIndent = 8;
 
 QString NameOf(int row) {
   const CurveColour* colour = CurveColourOf(row + 1);
-  return colour == nullptr ? QString("no colour") : QtText(colour->Name);
+  return colour == nullptr ? QString("no color") : QtText(colour->Name);
 }
 
 }  // namespace

@@ -3,12 +3,13 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include "frame/forms/muted_label.h"
+#include "frame/forms/shades.h"
 #include "frame/forms/tavsett.h"
-#include "work/forms/work_glyphs.h"
 
 namespace tavrel {
 namespace {
@@ -17,7 +18,7 @@ constexpr int kMargin = 20;
 constexpr int kNumberCharacters = 12;
 constexpr int kPictureSide = 96;
 
-// The picture of the form: a pair of axes.
+// The picture of the form: a curve in its axes.
 class AxesPicture : public QWidget {
  public:
   explicit AxesPicture(QWidget* parent) : QWidget(parent) {
@@ -27,8 +28,25 @@ class AxesPicture : public QWidget {
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    DrawCoordinatesGlyph(painter, rect(), palette().color(QPalette::Highlight));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(width() / kUnits, height() / kUnits);
+    painter.setPen(QPen(MutedOf(palette()), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QPolygonF({{16, 4}, {16, 80}, {92, 80}}));
+    painter.drawPolyline(QPolygonF({{11, 11}, {16, 4}, {21, 11}}));
+    painter.drawPolyline(QPolygonF({{85, 75}, {92, 80}, {85, 85}}));
+    for (const qreal tick : {28.0, 46.0, 64.0}) {
+      painter.drawLine(QPointF(12, tick), QPointF(16, tick));
+      painter.drawLine(QPointF(96 - tick, 80), QPointF(96 - tick, 84));
+    }
+    QPainterPath curve(QPointF(17, 72));
+    curve.cubicTo(36, 72, 34, 28, 52, 28);
+    curve.cubicTo(66, 28, 66, 46, 86, 46);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawPath(curve);
   }
+
+ private:
+  static constexpr qreal kUnits = 96;
 };
 
 }  // namespace
@@ -38,9 +56,9 @@ TavCoord::TavCoord(Coordinates& coordinates)
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kMargin);
   grid->setVerticalSpacing(10);
-  AddBox(*grid, "Y max", "°C", Coordinates::kYmax);
-  AddBox(*grid, "Y min", "°C", Coordinates::kYmin);
-  AddBox(*grid, "X max", "h", Coordinates::kXmax);
+  AddBox(*grid, "Y max     °C", Coordinates::kYmax);
+  AddBox(*grid, "Y min     °C", Coordinates::kYmin);
+  AddBox(*grid, "X max     h", Coordinates::kXmax);
   AddResolution(*grid);
   auto* cmd_ok = new QPushButton("OK", this);
   cmd_ok->setObjectName("CmdOK");
@@ -62,10 +80,10 @@ TavCoord::TavCoord(Coordinates& coordinates)
   column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void TavCoord::AddBox(QGridLayout& grid, const char* text, const char* unit, std::size_t box) {
+void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
   auto* edit = new SelectingEdit(this);
   edit->setObjectName(QString("TBox_%1").arg(box));
-  edit->setAccessibleName(QString("%1, %2").arg(text, unit));
+  edit->setAccessibleName(QString(text).simplified());
   edit->setText(QtText(coordinates_.TBox(box)));
   edit->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
   connect(edit, &QLineEdit::textChanged, this, [this, box](const QString& now) {
@@ -75,7 +93,6 @@ void TavCoord::AddBox(QGridLayout& grid, const char* text, const char* unit, std
   const int row = grid.rowCount();
   grid.addWidget(new MutedLabel(text, this), row, 0);
   grid.addWidget(edit, row, 1);
-  grid.addWidget(new MutedLabel(unit, this), row, 2);
 }
 
 void TavCoord::AddResolution(QGridLayout& grid) {

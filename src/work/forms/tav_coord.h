@@ -21,7 +21,7 @@ class TavCoord : public ModalForm {
   void Leave() override { coordinates_.Leave(); }
 
  private:
-  void AddBox(QGridLayout& grid, const char* text, const char* unit, std::size_t box);
+  void AddBox(QGridLayout& grid, const char* text, std::size_t box);
   void AddResolution(QGridLayout& grid);
 
   Coordinates& coordinates_;

@@ -1,6 +1,7 @@
 #include "work/forms/tav_rec.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -107,13 +108,17 @@ void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, cons
   grid.setVerticalSpacing(10);
   grid.addWidget(new MutedLabel(text, this), row, 0);
   control->setAccessibleName(text);
-  control->setMinimumWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
   if (*unit == '\0') {
-    grid.addWidget(control, row, 1, 1, 2);
+    grid.addWidget(control, row, 1);
     return;
   }
-  grid.addWidget(control, row, 1);
-  grid.addWidget(new MutedLabel(unit, this), row, 2);
+  control->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
+  auto* value = new QHBoxLayout;
+  value->setSpacing(kMargin / 2);
+  value->addWidget(control);
+  value->addWidget(new MutedLabel(unit, this));
+  value->addStretch(1);
+  grid.addLayout(value, row, 1);
 }
 
 // Texts that the user edits are in the widgets already.

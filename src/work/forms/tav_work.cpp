@@ -17,6 +17,7 @@ constexpr int kGap = 8;
 constexpr qreal kGlyphSize = 1.35;  // of the type, so that the pictures tell themselves apart
 constexpr qreal kValueSize = 1.3;
 constexpr int kValueCharacters = 8;
+constexpr int kRoomForAlarm = 24;  // behind the number of an instrument
 
 void ShowText(QLabel* label, const std::string& utf8) {
   const QString text = QtText(utf8);
@@ -60,6 +61,8 @@ void TavWork::MakeHead() {
   tavc_no_->setFont(Sized(tavc_no_->font(), kValueSize));
   tavc_cell_ = MakeChip(tavc_no_, this);
   tavc_cell_->setObjectName("TavcCell");
+  tavc_cell_->layout()->setContentsMargins(10, 2, kRoomForAlarm, 2);
+  tavc_cell_->SetAlarmGlyph(DrawWarningGlyph);
   tav_file_ = new MutedLabel("", this);
   tav_file_->setObjectName("TavFile");
 }
@@ -189,6 +192,9 @@ void TavWork::MakeController() {
 void TavWork::MakeProgram() {
   fr_prog_ = new QGroupBox("", this);
   fr_prog_->setObjectName("frProg");
+  QSizePolicy keeps_its_place = fr_prog_->sizePolicy();
+  keeps_its_place.setRetainSizeWhenHidden(true);
+  fr_prog_->setSizePolicy(keeps_its_place);
   cmd_prog_off_ = MakeButton("cmd_ProgOff", "end of program", DrawStopProgramGlyph,
                              &Worksheet::cmd_ProgOff_Click);
   step_ = MakeReading("Lbl_Step", "step");
@@ -228,7 +234,7 @@ void TavWork::Arrange() {
   auto* all = new QHBoxLayout(this);
   all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   all->setSpacing(kMargin);
-  all->addWidget(sheet_, 1, Qt::AlignTop);
+  all->addWidget(sheet_, 1);
   all->addLayout(side);
 }
 

@@ -50,7 +50,7 @@ void WorkTable::MakeHeads(QGridLayout& grid) {
                                   : Qt::AlignHCenter) |
                        Qt::AlignVCenter);
     head->setIndent(is_text ? 6 : 0);
-    head->setFixedHeight(fontMetrics().height() + kRowAir);
+    head->setMinimumHeight(fontMetrics().height() + kRowAir);
     heads_.at(place) = head;
     grid.addWidget(head, 0, column);
   }
@@ -61,7 +61,9 @@ void WorkTable::MakeRow(QGridLayout& grid, int input) {
   row.number = new MutedLabel(QString::number(input), this);
   row.number->setObjectName(QString("No_%1").arg(input));
   row.number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  row.number->setFixedHeight(fontMetrics().height() + kRowAir);
+  row.number->setMinimumHeight(fontMetrics().height() + kRowAir);
+  // The numbers share the height of the table out among the rows.
+  row.number->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
   row.actual = new QLabel(this);
   row.actual->setObjectName(QString("Actual_%1").arg(input));
   row.actual->setTextFormat(Qt::PlainText);
