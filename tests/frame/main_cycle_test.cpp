@@ -224,6 +224,18 @@ TEST_F(Cycle, OpensALostPortAgainOnTheTenSecondTick) {
   EXPECT_TRUE(bench.dialogs.boxes.empty());
 }
 
+TEST_F(Cycle, LeavesTicksOutWhileALateReplyMayCome) {
+  StartRecordingSlot(3);
+  bench.state.ActiveView = View::kTavRec;
+  bench.line.silent = {1};
+  EXPECT_EQ(Exchanges(), 1);
+  bench.line.silent.clear();
+  bench.state.ReadState[1] = ReadState::kReading;
+  EXPECT_EQ(Exchanges(), 0);
+  bench.clock.AdvanceSeconds(0.151);
+  EXPECT_EQ(Exchanges(), 1);
+}
+
 TEST_F(Cycle, DropsATickThatComesWhileOneRuns) {
   StartRecordingSlot(2);
   int nested = 0;

@@ -21,6 +21,7 @@ class Sheet : public testing::Test {
     bench.state.TickRefresh = 0;
     bench.state.SheetSlot = 0;
     do {
+      bench.clock.Advance(std::chrono::milliseconds(kTickMilliseconds));
       bench.cycle.Tick();
     } while (bench.state.SheetSlot != 0);
   }
