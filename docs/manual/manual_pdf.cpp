@@ -40,5 +40,5 @@ int main(int count, char** arguments) {
     return 2;
   }
   return WritePdf(QString::fromLocal8Bit(arguments[1]), QString::fromLocal8Bit(arguments[2])) ? 0
-                                                                                             : 1;
+                                                                                              : 1;
 }
