@@ -57,12 +57,14 @@ class WorkBench {
     StartProgram(samples);
     OpenSheet();
   }
-  // One whole refresh, however many ticks it takes. Returns the ticks.
+  // One whole refresh, however many ticks it takes: after an exchange that fails the line needs
+  // some time to settle. Returns the ticks.
   int Refresh() {
     bench.state.TickRefresh = 0;
     int ticks = 0;
     do {
       bench.cycle.Tick();
+      bench.clock.Advance(std::chrono::milliseconds(kTickMilliseconds));
       ++ticks;
     } while (bench.state.TickRefresh == 0 && ticks < 100);
     return ticks;

@@ -92,7 +92,7 @@ TEST_F(TheWorksheet, AsksInOneTickAndComesAgainFiveSecondsLater) {
   worksheet.Open();
   EXPECT_EQ(Refresh(), 1);
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?", "Z13?", "W13?", "Y11?", "Y12?"}));
-  EXPECT_NEAR(bench.state.TickRefresh - bench.clock.Timer(), 5, 0.05);
+  EXPECT_NEAR(bench.state.TickRefresh - bench.clock.Timer(), 5, 0.1);
 }
 
 TEST_F(TheWorksheet, AsksByAddressOnAPlugInLine) {
@@ -112,9 +112,7 @@ TEST_F(TheWorksheet, EndsTheTickAtASilentExchangeAndGoesOnBehindIt) {
   bench.cycle.Tick();
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?"}));
   EXPECT_LT(bench.clock.Elapsed() - before, std::chrono::milliseconds(120));
-  bench.cycle.Tick();
-  bench.cycle.Tick();
-  bench.cycle.Tick();
+  bench.Run(2);
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?", "Z13?", "W13?"}));
   EXPECT_GT(bench.state.TickRefresh, bench.clock.Timer());
 }
