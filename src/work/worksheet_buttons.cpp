@@ -65,6 +65,8 @@ void Worksheet::cmd_Ctrl_Click(int index) {
   const auto button = static_cast<CtrlButton>(index);
   if (SwitchController(parts_.link, parts_.dialogs, Unit(), button)) {
     values_.CtrlDown = button;
+    // The user's word is the last one: an end action that is still to switch off is over.
+    parts_.engine.DropStopOrder(Unit().UnitInet, Unit().UnitCtrl);
   }
 }
 

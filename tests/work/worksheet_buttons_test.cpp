@@ -115,6 +115,21 @@ TEST_F(WorksheetButtons, ShowTheControllerAtOnceWhenItAnswered) {
   EXPECT_EQ(bench.port.sent.size(), 5U);
 }
 
+TEST_F(WorksheetButtons, AreTheLastWordBeforeAStopThatWasNotAcknowledged) {
+  header.UnitEndAction = 1;
+  Open();
+  bench.line.refused = {'Z'};
+  bench.engine.EndOfRecording(bench.state.SelSlot);
+  ASSERT_TRUE(bench.state.StopPending[bench.state.SelSlot]);
+  bench.line.refused.clear();
+  bench.clock.AdvanceSeconds(1);
+  worksheet.cmd_Ctrl_Click(0);
+  bench.clock.AdvanceSeconds(1);
+  Forget();
+  bench.engine.TenSecondTick();
+  EXPECT_TRUE(bench.port.sent.empty());
+}
+
 TEST_F(WorksheetButtons, RefuseARampWithoutIncrementOrFinalValue) {
   header.UnitIncrement = 0;
   header.UnitFinal = 0;
