@@ -59,6 +59,9 @@ class ColumnCheck {
   // How many more values wait for `input` than for the base input.
   [[nodiscard]] int Surplus(int input) const;
 
+  // How many values waited for the base input at its last reading.
+  [[nodiscard]] int BaseCount() const { return base_count_; }
+
   [[nodiscard]] const std::vector<int>& Doubted() const { return doubted_; }
   [[nodiscard]] int Base() const { return base_; }
 

@@ -13,8 +13,8 @@ namespace tavrel {
 
 namespace {
 
-// A set that stays half-read over so many ticks is compared: its rest is not late, it is gone.
-constexpr int kTicksUntilDoubt = 3;
+// The rest of a set that has not come after so many ticks is not late, it is gone.
+constexpr int kTicksUntilLost = 3;
 
 }  // namespace
 
@@ -73,9 +73,12 @@ void RecordingEngine::CompareColumns(int slot) {
 void RecordingEngine::EndComparison(int slot) {
   ColumnCheck& check = column_checks_[slot];
   const int expected = state_.SampleSeen[slot][check.Base()] ? 0 : -1;
+  // Where nothing waits for any input, the rest of the set may still be sampled.
+  const int ticks = unfinished_[slot].ticks;
+  const bool may_be_late = ticks > 0 && ticks < kTicksUntilLost && check.BaseCount() == 0;
   for (const int input : check.Doubted()) {
-    const bool is_lost =
-        check.HasVerdict() && !state_.SampleSeen[slot][input] && check.Surplus(input) == expected;
+    const bool is_lost = check.HasVerdict() && !may_be_late && !state_.SampleSeen[slot][input] &&
+                         check.Surplus(input) == expected;
     if (is_lost && !FillColumn(slot, input)) {
       state_.ReadState[slot] = ReadState::kWaiting;
       return;
@@ -123,20 +126,19 @@ std::optional<std::int16_t> RecordingEngine::ValueBefore(int slot, int input) {
   return has_value ? std::optional(link_.ComValue) : std::nullopt;
 }
 
-// Called on the ten-second tick. The rest of a half-read set comes with the next reading, unless
-// the instrument was switched off in between and has forgotten it.
+// Called on the ten-second tick. A slot that fell asleep in the middle of a set found nothing
+// for one of its inputs, though all are sampled in the same instants: the instrument may have
+// been switched off in between. Its next values would be of a later set, so the columns are
+// compared before any is read.
 void RecordingEngine::WatchHeldSet(int slot) {
   Unfinished& unfinished = unfinished_[slot];
-  if (!HoldsSet(slot) || IsSetComplete(slot) || state_.ColumnsInDoubt[slot]) {
-    unfinished = Unfinished();
-    return;
+  const bool is_half_read = HoldsSet(slot) && !IsSetComplete(slot);
+  if (!is_half_read || unfinished.sample_count != state_.SampleCount[slot]) {
+    unfinished = {state_.SampleCount[slot], 0, is_half_read && unfinished.misses_rest};
   }
-  if (unfinished.sample_count != state_.SampleCount[slot]) {
-    unfinished = {state_.SampleCount[slot], 0};
-  }
-  ++unfinished.ticks;
-  if (unfinished.ticks == kTicksUntilDoubt) {
-    unfinished = Unfinished();
+  if (unfinished.misses_rest && !state_.ColumnsInDoubt[slot]) {
+    ++unfinished.ticks;
+    unfinished.misses_rest = false;
     state_.ColumnsInDoubt[slot] = true;
     state_.AskedInput[slot] = 0;
   }

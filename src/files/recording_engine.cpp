@@ -125,6 +125,7 @@ void RecordingEngine::ReadOneSample() {
 
 void RecordingEngine::TakeSample(int slot, int channel, std::int16_t word) {
   if (word == kNoData) {
+    unfinished_[slot].misses_rest = HoldsSet(slot);
     state_.ReadState[slot] = ReadState::kWaiting;
     files_.KeepHeldSet(slot, 0);
     return;

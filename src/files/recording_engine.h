@@ -118,6 +118,7 @@ class RecordingEngine {
   struct Unfinished {
     std::int32_t sample_count = -1;
     int ticks = 0;
+    bool misses_rest = false;  // an input of it had no data
   };
 
   BySlot<ColumnCheck> column_checks_;

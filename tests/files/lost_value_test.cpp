@@ -168,6 +168,20 @@ TEST_F(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
             Words({101, 102, 103, 101, 102, 103, 101, 102, 203, 501, 502, 503, 601, 602, 603}));
 }
 
+TEST_F(LostValue, ByARestartIsFoundThoughTheInstrumentSamplesAgainAtOnce) {
+  Sample(1, 1);
+  Run(1);
+  Sample(2, 2);
+  ReadOne();
+  ASSERT_TRUE(room.engine.HoldsSet(kSlot));
+  room.line.buffers.clear();
+  Run(2);  // finds no rest of the set
+  Sample(5, 7);
+  Run(40);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 101, 102, 203, 501, 502, 503, 601, 602,
+                           603, 701, 702, 703}));
+}
+
 TEST_F(LostValue, IsNotSuspectedWhenTheRestOfASetComesLate) {
   Sample(1, 1);
   Run(1);
