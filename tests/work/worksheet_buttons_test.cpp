@@ -123,8 +123,8 @@ TEST_F(WorksheetButtons, AreTheLastWordBeforeAStopThatWasNotAcknowledged) {
   ASSERT_TRUE(bench.state.StopPending[bench.state.SelSlot]);
   bench.line.refused.clear();
   bench.clock.AdvanceSeconds(1);
+  Refresh();
   worksheet.cmd_Ctrl_Click(0);
-  bench.clock.AdvanceSeconds(1);
   Forget();
   bench.engine.TenSecondTick();
   EXPECT_TRUE(bench.port.sent.empty());
