@@ -1,8 +1,8 @@
 #include <QAction>
 #include <QPushButton>
 
+#include "tests/forms/modal_bench.h"
 #include "tests/support/control_bench.h"
-#include "tests/support/modal_bench.h"
 #include "work/forms/tav_ctrl.h"
 #include "work/forms/tav_pid.h"
 #include "work/forms/tav_prog.h"

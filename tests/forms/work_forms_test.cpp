@@ -2,7 +2,7 @@
 #include <QProgressBar>
 
 #include "frame/forms/tavsett.h"
-#include "tests/support/modal_bench.h"
+#include "tests/forms/modal_bench.h"
 #include "tests/support/work_bench.h"
 #include "work/forms/tav_color.h"
 #include "work/forms/tav_coord.h"
