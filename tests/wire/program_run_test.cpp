@@ -195,7 +195,7 @@ class ProgramRun : public testing::Test {
   RecordingFiles files{state, fast, messages};
   SettingsStore settings{state};
   RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens, fast}};
-  MainSheet sheet{{state, link, fast, screens, events}};
+  MainSheet sheet{{state, link, fast, screens, events, files}};
   MainCycle cycle{{state, link, engine, sheet, messages, fast}};
   ProgramRunner runner{{state, link, engine, dialogs, events, fast}};
   std::vector<Minute> minutes;
