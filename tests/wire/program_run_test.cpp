@@ -240,8 +240,11 @@ TEST_F(ProgramRun, DrivesAnOvenThroughFiveStepsWithAnInstrumentThatWasAway) {
   for (const std::size_t place : {10, 11, 12}) {
     ExpectOnRamp(10, place, 200 * kDegree, 0.25);
   }
+  // The ramp of the step before is still on and moves the new setpoint for the moment between
+  // the two telegrams, W and then Z, which the speed-up stretches.
+  const double moment = 0.25 * kDegree * kJitter;
   for (const std::size_t place : {13, 14}) {
-    EXPECT_EQ(minutes.at(place).setpoint, 20 * kDegree);
+    EXPECT_NEAR(minutes.at(place).setpoint, 20 * kDegree, moment);
     EXPECT_EQ(minutes.at(place).state, 0);
   }
   EXPECT_TRUE(dialogs.boxes.empty());
