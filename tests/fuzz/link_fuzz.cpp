@@ -17,7 +17,7 @@ using std::chrono::nanoseconds;
 constexpr int kExchanges = 8;
 constexpr std::int16_t kBefore = 0x5A5A;  // what ComValue holds before a read
 
-constexpr milliseconds kSettle{30};        // pause behind a failed exchange
+constexpr milliseconds kSettle{150};       // pause behind a failed exchange
 constexpr milliseconds kOneExchange{110};  // 10 ms pause and 100 ms wait
 // A wait never ends before its limit, and at most a nanosecond behind it.
 constexpr nanoseconds kSlack{2};
