@@ -154,10 +154,12 @@ QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeInd
   auto* list = new QComboBox(this);
   list->setObjectName(name);
   list->addItems(items);
-  connect(list, &QComboBox::currentIndexChanged, this, [this, take](int index) {
+  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
+  const auto act = [this, take](int index) {
     (dialog_.*take)(index);
     AfterEvent();
-  });
+  };
+  connect(list, &QComboBox::currentIndexChanged, this, act);
   return list;
 }
 
@@ -165,10 +167,12 @@ SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
   auto* edit = new SelectingEdit(this);
   edit->setObjectName(name);
   edit->setTextMargins(kTextMargin, 0, kTextMargin, 0);
-  connect(edit, &QLineEdit::textChanged, this, [this, take](const QString& text) {
+  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
+  const auto act = [this, take](const QString& text) {
     (dialog_.*take)(text.toStdString());
     AfterEvent();
-  });
+  };
+  connect(edit, &QLineEdit::textChanged, this, act);
   return edit;
 }
 
@@ -176,10 +180,12 @@ QPushButton* TavSett::MakeButton(const char* name, Press press) {
   auto* button = new QPushButton(this);
   button->setObjectName(name);
   button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, [this, press] {
+  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
+  const auto act = [this, press] {
     (dialog_.*press)();
     AfterEvent();
-  });
+  };
+  connect(button, &QPushButton::clicked, this, act);
   return button;
 }
 

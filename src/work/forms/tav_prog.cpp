@@ -72,10 +72,12 @@ void TavProg::MakeEntry(QMenu& menu, const char* name, const char* caption,
   QAction* action = menu.addAction(caption);
   action->setObjectName(name);
   action->setShortcut(shortcut);
-  connect(action, &QAction::triggered, this, [this, press] {
+  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
+  const auto act = [this, press] {
     (editor_.*press)();
     AfterEvent();
-  });
+  };
+  connect(action, &QAction::triggered, this, act);
 }
 
 QPushButton* TavProg::MakeButton(const char* name, const char* caption, Press press) {
@@ -83,10 +85,12 @@ QPushButton* TavProg::MakeButton(const char* name, const char* caption, Press pr
   button->setObjectName(name);
   button->setAccessibleName(caption);
   button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, [this, press] {
+  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
+  const auto act = [this, press] {
     (editor_.*press)();
     AfterEvent();
-  });
+  };
+  connect(button, &QPushButton::clicked, this, act);
   return button;
 }
 
