@@ -80,12 +80,10 @@ QPushButton* AllOpen::MakeButton(const char* name, const char* caption, void (Op
   auto* button = new QPushButton(caption, this);
   button->setObjectName(name);
   button->setAccessibleName(caption);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, click] {
+  connect(button, &QPushButton::clicked, this, [this, click] {
     (open_file_.*click)();
     AfterEvent();
-  };
-  connect(button, &QPushButton::clicked, this, act);
+  });
   return button;
 }
 

@@ -154,12 +154,10 @@ QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeInd
   auto* list = new QComboBox(this);
   list->setObjectName(name);
   list->addItems(items);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, take](int index) {
+  connect(list, &QComboBox::currentIndexChanged, this, [this, take](int index) {
     (dialog_.*take)(index);
     AfterEvent();
-  };
-  connect(list, &QComboBox::currentIndexChanged, this, act);
+  });
   return list;
 }
 
@@ -167,12 +165,10 @@ SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
   auto* edit = new SelectingEdit(this);
   edit->setObjectName(name);
   edit->setTextMargins(kTextMargin, 0, kTextMargin, 0);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, take](const QString& text) {
+  connect(edit, &QLineEdit::textChanged, this, [this, take](const QString& text) {
     (dialog_.*take)(text.toStdString());
     AfterEvent();
-  };
-  connect(edit, &QLineEdit::textChanged, this, act);
+  });
   return edit;
 }
 
@@ -180,12 +176,10 @@ QPushButton* TavSett::MakeButton(const char* name, Press press) {
   auto* button = new QPushButton(this);
   button->setObjectName(name);
   button->setAutoDefault(false);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, press] {
+  connect(button, &QPushButton::clicked, this, [this, press] {
     (dialog_.*press)();
     AfterEvent();
-  };
-  connect(button, &QPushButton::clicked, this, act);
+  });
   return button;
 }
 

@@ -70,13 +70,11 @@ QPushButton* TavCtrl::MakeButton(const char* name, const char* caption,
   button->setObjectName(name);
   button->setAccessibleName(caption);
   button->setAutoDefault(false);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, press] {
+  connect(button, &QPushButton::clicked, this, [this, press] {
     (settings_.*press)();
     AfterEvent();
     GoToRefused();
-  };
-  connect(button, &QPushButton::clicked, this, act);
+  });
   return button;
 }
 

@@ -72,12 +72,10 @@ void TavProg::MakeEntry(QMenu& menu, const char* name, const char* caption,
   QAction* action = menu.addAction(caption);
   action->setObjectName(name);
   action->setShortcut(shortcut);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, press] {
+  connect(action, &QAction::triggered, this, [this, press] {
     (editor_.*press)();
     AfterEvent();
-  };
-  connect(action, &QAction::triggered, this, act);
+  });
 }
 
 QPushButton* TavProg::MakeButton(const char* name, const char* caption, Press press) {
@@ -85,12 +83,10 @@ QPushButton* TavProg::MakeButton(const char* name, const char* caption, Press pr
   button->setObjectName(name);
   button->setAccessibleName(caption);
   button->setAutoDefault(false);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, press] {
+  connect(button, &QPushButton::clicked, this, [this, press] {
     (editor_.*press)();
     AfterEvent();
-  };
-  connect(button, &QPushButton::clicked, this, act);
+  });
   return button;
 }
 

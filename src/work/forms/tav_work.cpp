@@ -95,24 +95,20 @@ GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph gly
 
 GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph, Press press) {
   GlyphButton* button = MakeButton(name, spoken, glyph);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, press] {
+  connect(button, &GlyphButton::clicked, this, [this, press] {
     (worksheet_.*press)();
     AfterEvent();
-  };
-  connect(button, &GlyphButton::clicked, this, act);
+  });
   return button;
 }
 
 GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph,
                                  PressIndex press, int index) {
   GlyphButton* button = MakeButton(name, spoken, glyph);
-  // A named closure: g++ 12 with sanitizers loses a temporary one that holds a pointer to a member.
-  const auto act = [this, press, index] {
+  connect(button, &GlyphButton::clicked, this, [this, press, index] {
     (worksheet_.*press)(index);
     AfterEvent();
-  };
-  connect(button, &GlyphButton::clicked, this, act);
+  });
   return button;
 }
 
