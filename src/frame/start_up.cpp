@@ -1,6 +1,7 @@
 #include "frame/start_up.h"
 
 #include <array>
+#include <chrono>
 #include <string>
 
 #include "common/help.h"
@@ -15,6 +16,8 @@ constexpr const char* kLockFile = "TAVREL.LCK";
 constexpr const char* kDefaultFile = "M011111A.NEW";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr float kFlushSeconds = 1200;
+constexpr std::chrono::milliseconds kPortInUseRetry{100};
+constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
 
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
@@ -64,7 +67,7 @@ bool StartUp::MainFormLoad() {
   if (parts_.window.HasEnded()) {
     return false;
   }
-  parts_.window.LinkOpen();
+  OpenLine();
   if (parts_.link.PortError != 0) {
     parts_.dialogs.Message(parts_.window.PortErrorNotice(BoxIcon::kInformation));
     parts_.window.MnuSettings();
@@ -72,6 +75,15 @@ bool StartUp::MainFormLoad() {
   parts_.sheet.SetCaptionAndTips();
   state.ActiveInet = 0;
   return !parts_.window.HasEnded();
+}
+
+// A program that was killed just now may keep its port for a moment.
+void StartUp::OpenLine() {
+  parts_.window.LinkOpen();
+  for (int retry = 0; parts_.link.PortInUse && retry < kPortInUseRetries; ++retry) {
+    parts_.events.Rest(kPortInUseRetry);
+    parts_.window.LinkOpen();
+  }
 }
 
 void StartUp::MainFormShow() {

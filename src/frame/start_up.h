@@ -60,6 +60,7 @@ class StartUp {
   void MainFormShow();
 
  private:
+  void OpenLine();
   void AttachFiles();
   void AttachSlot(int slot);
   void MakeDefaultSlot();

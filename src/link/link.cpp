@@ -47,6 +47,7 @@ void Link::LinkOpen(const LineChoice& choice) {
   LinkClose();
   PortError = 0;
   PortErrorText.clear();
+  PortInUse = false;
   port_number_ = PortNumber(choice.CommPort);
   Simulated = port_number_ < 1;
   mode_ = ChooseLineMode(mode_, choice.TypeSel, choice.ComMode);
@@ -62,6 +63,7 @@ void Link::OpenPort() {
   const PortOpening opening = port_.Open(port_number_, mode_.PortSettings);
   PortError = opening.Error;
   PortErrorText = opening.Text;
+  PortInUse = opening.InUse;
   if (PortError != 0) {
     LinkClose();
     return;

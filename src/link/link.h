@@ -83,6 +83,7 @@ class Link : public LinkArguments {
   std::string PortLabel;  // "(simulated)", or port and settings: "COM1: 4800,n,8,2"
   int PortError = 0;      // platform's error number of the last opening, 0 if it went well
   std::string PortErrorText;
+  bool PortInUse = false;  // it failed because another process has the port
 
  private:
   enum class Acknowledge { kWait, kUnseen };

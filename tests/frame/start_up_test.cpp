@@ -9,6 +9,8 @@
 namespace tavrel {
 namespace {
 
+using std::chrono::milliseconds;
+
 class Start : public testing::Test {
  protected:
   BenchProgram bench;
@@ -207,6 +209,35 @@ TEST_F(Start, TellsOfAPortThatDoesNotOpenAndLetsTheUserMendIt) {
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");
   EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kInformation);
   EXPECT_TRUE(bench.link.PortOpen);
+}
+
+TEST_F(Start, WaitsAMomentForAPortThatAProgramJustKilledStillHas) {
+  bench.port.open_error = 2;
+  bench.port.open_text = "in use";
+  bench.port.in_use = true;
+  milliseconds waited{0};
+  bench.events.on_rest = [this, &waited](milliseconds time) {
+    waited += time;
+    bench.port.open_error = waited < milliseconds(1500) ? 2 : 0;
+    bench.port.in_use = bench.port.open_error != 0;
+  };
+  bench.Start();
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+  EXPECT_TRUE(bench.link.PortOpen);
+  EXPECT_GE(waited, milliseconds(1500));
+}
+
+TEST_F(Start, TellsOfAPortThatStaysInUseAfterTwoSeconds) {
+  bench.screens.built = {View::kTavSett};
+  bench.port.open_error = 2;
+  bench.port.in_use = true;
+  milliseconds waited{0};
+  bench.events.on_rest = [&waited](milliseconds time) { waited += time; };
+  bench.state.SettingsRead = true;
+  EXPECT_FALSE(bench.start_up.MainFormLoad());
+  ASSERT_FALSE(bench.dialogs.boxes.empty());
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");
+  EXPECT_EQ(waited, milliseconds(2000));
 }
 
 TEST_F(Start, EndsWhenTheUserGivesUpOnThePort) {
