@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
@@ -114,14 +115,27 @@ void RecordingEngine::EndOfRecording(int slot) {
 
 void RecordingEngine::SwitchControllerOff(int slot) {
   const UnitRecord& unit = state_.Unit[slot];
-  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl};
+  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl, false};
   OrderStop(slot);
 }
 
-// Without an acknowledge the order is repeated on the ten-second tick.
+// Without an acknowledge the order is due again on the ten-second tick.
 void RecordingEngine::OrderStop(int slot) {
   link_.ComInet = stop_orders_[slot].inet;
   state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
+}
+
+// The waits for several silent instruments must not add up in one step: only the first order that
+// is due is sent. False if there is none.
+bool RecordingEngine::RepeatStopOrder() {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const bool is_due = std::exchange(stop_orders_[slot].is_due, false);
+    if (is_due && state_.StopPending[slot]) {
+      OrderStop(slot);
+      return true;
+    }
+  }
+  return false;
 }
 
 void RecordingEngine::DropStopOrder(int inet, int controller) {

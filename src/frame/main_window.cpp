@@ -124,9 +124,17 @@ void MainWindow::ReadOut() {
     if (AllWait() && !ReviveHeldSets()) {
       return;
     }
+    LetLineSettle();
     parts_.engine.PumpOnce();
     parts_.sheet.RefreshInfo();
     parts_.events.Repaint();
+  }
+}
+
+void MainWindow::LetLineSettle() {
+  const std::chrono::milliseconds time = parts_.link.SettleTime();
+  if (time.count() > 0) {
+    parts_.events.Rest(time);
   }
 }
 

@@ -43,6 +43,10 @@ class MainWindow {
   // Opens the line that the settings name, and says in the caption if it is simulated.
   void LinkOpen();
 
+  // Waits until the next exchange can begin at once, and paints meanwhile. Without it the
+  // exchange itself waits, with the user interface standing still.
+  void LetLineSettle();
+
   // What to tell the user after a LinkOpen that failed.
   [[nodiscard]] Notice PortErrorNotice(BoxIcon icon) const;
 

@@ -100,6 +100,9 @@ void StartUp::MainFormShow() {
   }
   ReadBacklog();
   SweepControllers();
+  if (parts_.window.HasEnded()) {
+    return;  // closed while the sweep painted
+  }
   state.ActiveView = View::kMainSheet;
   parts_.sheet.ShowPanel();
   parts_.sheet.RefreshInfo();
@@ -174,7 +177,7 @@ void StartUp::ReadBacklog() {
     link.ComInet = unit.UnitInet;
     link.ComLetter = reg::kBuffered;
     link.ComIndex = unit.UnitRef;
-    link.ReadReg();
+    Exchange(&Link::ReadReg);
     const bool reads = state.ReadState[slot] >= ReadState::kReading;
     if (reads && link.IsGood(unit.UnitInet) && link.ComValue > state.BacklogCount) {
       state.BacklogCount = link.ComValue;
@@ -209,9 +212,17 @@ void StartUp::SweepControllers() {
       link.ComLetter = reg::kControllerState;
       link.ComIndex = ctrl;
       link.ComValue = controller::kOff;
-      link.WriteReg();
+      Exchange(&Link::WriteReg);
     }
   }
+}
+
+// Each silent instrument costs a good tenth of a second and a pause behind it: the form is
+// painted in between.
+void StartUp::Exchange(void (Link::*access)()) {
+  parts_.window.LetLineSettle();
+  (parts_.link.*access)();
+  parts_.events.Repaint();
 }
 
 }  // namespace tavrel

@@ -66,6 +66,7 @@ class StartUp {
   void MakeDefaultSlot();
   void ReadBacklog();
   void SweepControllers();
+  void Exchange(void (Link::*access)());
 
   Parts parts_;
 };

@@ -226,8 +226,10 @@ void Link::Finish(LinkResult result) {
   }
 }
 
-bool Link::IsSettled() const {
-  return !PortOpen || Simulated || clock_.Elapsed() >= quiet_until_;
+milliseconds Link::SettleTime() const {
+  const nanoseconds left = quiet_until_ - clock_.Elapsed();
+  const bool is_settled = !PortOpen || Simulated || left.count() <= 0;
+  return is_settled ? milliseconds(0) : std::chrono::ceil<milliseconds>(left);
 }
 
 bool Link::EndsWithReply() {

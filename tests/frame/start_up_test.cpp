@@ -240,6 +240,44 @@ TEST_F(Start, TellsOfAPortThatStaysInUseAfterTwoSeconds) {
   EXPECT_EQ(waited, milliseconds(2000));
 }
 
+TEST_F(Start, IsPaintedAgainWithinATenthOfASecondOrSoBesideSilentInstruments) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    bench.Install(slot, "M260314" + std::string(1, static_cast<char>('A' + slot)) + ".OVN",
+                  BenchProgram::Header((slot + 1) / 2, 1, 2, true));
+    bench.line.silent.insert((slot + 1) / 2);
+  }
+  std::chrono::nanoseconds longest{0};
+  auto painted = bench.clock.Elapsed();
+  const auto paint = [&] {
+    longest = std::max(longest, bench.clock.Elapsed() - painted);
+    painted = bench.clock.Elapsed();
+  };
+  bench.events.on_repaint = paint;
+  bench.events.on_rest = [&](milliseconds time) {
+    paint();
+    bench.clock.Advance(time);
+    painted = bench.clock.Elapsed();
+  };
+  bench.Start();
+  EXPECT_EQ(bench.port.sent.size(), 12U);
+  EXPECT_GE(longest, milliseconds(110));
+  EXPECT_LE(longest, milliseconds(112));
+}
+
+TEST_F(Start, DoesNotRunItsCycleIfItIsClosedWhileItLooksForItsInstruments) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  bench.Install(2, "M260314B.OVN", BenchProgram::Header(2, 1, 2, true));
+  bench.line.silent = {1, 2};
+  bench.events.on_rest = [this](milliseconds time) {
+    bench.clock.Advance(time);
+    bench.window.Close();
+  };
+  bench.Start();
+  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_FALSE(bench.cycle.IsEnabled());
+  EXPECT_EQ(bench.port.sent.size(), 1U);
+}
+
 TEST_F(Start, EndsWhenTheUserGivesUpOnThePort) {
   bench.state.SettingsRead = true;
   bench.port.open_error = 2;

@@ -72,17 +72,22 @@ class FakeScreens : public Screens {
   }
 };
 
-// Levers: on_rest runs in place of a sleep, to move a clock.
+// Levers: on_rest runs in place of a sleep, to move a clock; on_repaint while the screen is
+// painted.
 class FakeEvents : public Events {
  public:
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
+  std::function<void()> on_repaint = [] {};
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
   std::vector<Pointer> pointers;  // every pointer that was set, in its order
 
   void Pump() override { ++pumps; }
-  void Repaint() override { ++repaints; }
+  void Repaint() override {
+    ++repaints;
+    on_repaint();
+  }
   void Rest(std::chrono::milliseconds time) override { on_rest(time); }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
   void Beep() override { ++beeps; }

@@ -127,6 +127,7 @@ TEST_F(WorksheetButtons, AreTheLastWordBeforeAStopThatWasNotAcknowledged) {
   worksheet.cmd_Ctrl_Click(0);
   Forget();
   bench.engine.TenSecondTick();
+  bench.engine.PumpOnce();
   EXPECT_TRUE(bench.port.sent.empty());
 }
 
