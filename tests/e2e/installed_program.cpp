@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -64,8 +65,29 @@ bool InstalledProgram::Tell(const std::string& command) const {
                      command}) == 0;
 }
 
+// In one step: the program looks at it all the time.
+void InstalledProgram::SetClock(seconds ahead) const {
+  const std::string number = std::to_string(ahead.count());
+  directory_.Write("clock.new", (ahead.count() < 0 ? "" : "+") + number);
+  std::filesystem::rename(directory_.File("clock.new"), directory_.File("clock.txt"));
+}
+
+std::vector<std::string> InstalledProgram::StartCommand() const {
+  const std::string program = directory_.File("tavrel");
+  if (clock_ == OwnClock::kNone) {
+    return {program};
+  }
+  return {"env",
+          "LD_PRELOAD=" FAKETIME_LIBRARY,
+          "FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"),
+          "FAKETIME_NO_CACHE=1",
+          clock_ == OwnClock::kWall ? "DONT_FAKE_MONOTONIC=1" : "DONT_FAKE_MONOTONIC=0",
+          "TZ=CET-1CEST,M3.5.0,M10.5.0/3",
+          program};
+}
+
 bool InstalledProgram::Start() {
-  program_ = Process({directory_.File("tavrel")});
+  program_ = Process(StartCommand());
   const auto splash_is_left = [this] {
     const std::string splash = WindowOf(program_.Pid(), ".");
     if (!splash.empty()) {
