@@ -3,6 +3,7 @@
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
+#include "frame/unfinished_work.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
 namespace tavrel {
@@ -25,6 +26,9 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message(*objection);
     return;
   }
+  // The instrument samples from its preparation on, so the file has to tell it before the program
+  // ends.
+  const UnfinishedWork start(state_);
   if (!PrepareInstrument(state_.Unit[slot])) {
     dialogs_.Message({"failed", kStartTitle, BoxIcon::kWarning});
     return;

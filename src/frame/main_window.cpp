@@ -91,7 +91,7 @@ void MainWindow::MnuExit() {
 }
 
 void MainWindow::Close() {
-  if (ended_) {
+  if (ended_ || parts_.state.Unfinished > 0) {
     return;
   }
   ended_ = true;

@@ -57,7 +57,9 @@ class MainWindow {
   // Asks and shuts down; nothing happens on Cancel.
   void MnuExit();
 
-  // The close box and the end of the session: shuts down without a question.
+  // The close box and the end of the session: shuts down without a question. While a rule has to
+  // finish what it has begun on an instrument nothing happens; that takes as long as the wait bar,
+  // and whoever wants the end asks again.
   void Close();
 
   // The program has been shut down; the process may end.
