@@ -6,6 +6,7 @@
 
 #include "graph/graph_marks.h"
 #include "graph/sample_reader.h"
+#include "work/header_edit.h"
 
 namespace tavrel {
 namespace {
@@ -162,13 +163,13 @@ void GraphTools::TakePartRange() {
   if (is_large) {
     std::tie(graph.PartX1, graph.PartX2) = std::minmax({band1_.X, band2_.X});
     std::tie(graph.PartY1, graph.PartY2) = std::minmax({band1_.Y, band2_.Y});
-    UnitRecord& unit = Unit();
     const ViewFrame& view = graph.Shown();
-    unit.UnitView = {CodeX(view, graph.PartX1), CodeY(view, graph.PartY1),
-                     CodeX(view, graph.PartX2), CodeY(view, graph.PartY2)};
-    unit.UnitMarks = 0;
+    EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
+      header.UnitView = {CodeX(view, graph.PartX1), CodeY(view, graph.PartY1),
+                         CodeX(view, graph.PartX2), CodeY(view, graph.PartY2)};
+      header.UnitMarks = 0;
+    });
     parts_.state.PartPrepared = false;
-    parts_.state.SlotDirty.at(static_cast<std::size_t>(parts_.state.SelSlot)) = true;
   }
   parts_.plotter.PartFrame(parts_.plotter.Shown().ImgC);
   parts_.plotter.RestorePicture(kOverview);
