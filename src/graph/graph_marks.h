@@ -1,6 +1,8 @@
 #ifndef TAVREL_GRAPH_GRAPH_MARKS_H_
 #define TAVREL_GRAPH_GRAPH_MARKS_H_
 
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -12,6 +14,8 @@
 #include "platform/dialogs.h"
 
 namespace tavrel {
+
+inline constexpr std::size_t kMarkCodes = 4;  // X and Y of the cross, X and Y of the text
 
 // The marks of the part view: up to five crosses with their coordinates, and comments. They are
 // kept in the header of the recording and are written with it when the graph closes.
@@ -43,7 +47,21 @@ class GraphMarks {
   void ShowMarks();
 
  private:
+  void DeleteLast();
+  void BeginPoint();
+  void BeginComment();
+  void Refuse();
+  void LabelFollowsFrom(PlotPoint at, const std::string& text);
+  void Keep(const std::array<std::int16_t, kMarkCodes>& codes, const std::string& text);
+  [[nodiscard]] PlotPoint TextPlace() const;
+  [[nodiscard]] std::string LabelOfPoint() const;
+  [[nodiscard]] const ViewFrame& View() const;
+  [[nodiscard]] std::size_t Slot() const;
+  [[nodiscard]] UnitRecord& Unit() const;
+  [[nodiscard]] Surface& ImgC() const;
+
   Parts parts_;
+  PlotPoint first_;  // of the coordinate mark that is being made
 };
 
 }  // namespace tavrel
