@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/help.h"
+#include "work/header_edit.h"
 
 namespace tavrel {
 namespace {
@@ -178,9 +179,10 @@ void Graph::CboXY_Click(int index) {
     return;
   }
   tools_.CancelTool();
-  Unit().UnitMarks = 0;
-  Unit().UnitGraphMode = static_cast<std::int16_t>(index);
-  parts_.state.SlotDirty.at(static_cast<std::size_t>(parts_.state.SelSlot)) = true;
+  EditHeader(parts_.state, parts_.state.SelSlot, [index](UnitRecord& header) {
+    header.UnitMarks = 0;
+    header.UnitGraphMode = static_cast<std::int16_t>(index);
+  });
   parts_.state.PartPrepared = false;
   values_.CboXY = index;
   cmdPart_Click();

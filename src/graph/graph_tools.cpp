@@ -6,6 +6,7 @@
 
 #include "graph/graph_marks.h"
 #include "graph/sample_reader.h"
+#include "work/header_edit.h"
 
 namespace tavrel {
 namespace {
@@ -115,8 +116,9 @@ void GraphTools::BandMove(PlotPoint at) {
 void GraphTools::BandDraw() {
   const Tool tool = parts_.graph.ToolState;
   const Segment band{band1_.X, band1_.Y, band2_.X, band2_.Y, kBlack};
-  if (tool != Tool::kPartRange && !IsBaseline(tool)) {
-    return;
+  const bool has_band = tool == Tool::kPartRange || IsBaseline(tool);
+  if (!has_band || band1_ == band2_) {
+    return;  // a band that has not begun would leave a dot behind
   }
   PicC().SetPen({PenMode::kInvert, PenStyle::kSolid, 1});
   if (tool == Tool::kPartRange) {
@@ -162,13 +164,13 @@ void GraphTools::TakePartRange() {
   if (is_large) {
     std::tie(graph.PartX1, graph.PartX2) = std::minmax({band1_.X, band2_.X});
     std::tie(graph.PartY1, graph.PartY2) = std::minmax({band1_.Y, band2_.Y});
-    UnitRecord& unit = Unit();
     const ViewFrame& view = graph.Shown();
-    unit.UnitView = {CodeX(view, graph.PartX1), CodeY(view, graph.PartY1),
-                     CodeX(view, graph.PartX2), CodeY(view, graph.PartY2)};
-    unit.UnitMarks = 0;
+    EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
+      header.UnitView = {CodeX(view, graph.PartX1), CodeY(view, graph.PartY1),
+                         CodeX(view, graph.PartX2), CodeY(view, graph.PartY2)};
+      header.UnitMarks = 0;
+    });
     parts_.state.PartPrepared = false;
-    parts_.state.SlotDirty.at(static_cast<std::size_t>(parts_.state.SelSlot)) = true;
   }
   parts_.plotter.PartFrame(parts_.plotter.Shown().ImgC);
   parts_.plotter.RestorePicture(kOverview);
