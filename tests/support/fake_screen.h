@@ -72,10 +72,11 @@ class FakeScreens : public Screens {
   }
 };
 
-// Levers: on_rest runs in place of a sleep, to move a clock; on_repaint while the screen is
-// painted.
+// Levers: on_rest runs in place of a sleep, to move a clock; on_pump is what the user does while
+// events are served; on_repaint runs while the screen is painted.
 class FakeEvents : public Events {
  public:
+  std::function<void()> on_pump = [] {};
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
   std::function<void()> on_repaint = [] {};
   int pumps = 0;
@@ -83,7 +84,10 @@ class FakeEvents : public Events {
   int beeps = 0;
   std::vector<Pointer> pointers;  // every pointer that was set, in its order
 
-  void Pump() override { ++pumps; }
+  void Pump() override {
+    ++pumps;
+    on_pump();
+  }
   void Repaint() override {
     ++repaints;
     on_repaint();

@@ -1,0 +1,110 @@
+#ifndef TAVREL_GRAPH_GRAPH_H_
+#define TAVREL_GRAPH_GRAPH_H_
+
+#include <optional>
+#include <string>
+
+#include "files/recording_file.h"
+#include "frame/run_state.h"
+#include "frame/screen_in_front.h"
+#include "graph/graph_marks.h"
+#include "graph/graph_plotter.h"
+#include "graph/graph_state.h"
+#include "graph/graph_tools.h"
+#include "graph/graph_values.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "platform/shell.h"
+
+namespace tavrel {
+
+// How the keyboard moves the cursor of the read-out.
+enum class CursorMove { kLeft, kRight, kUp, kDown, kToStart, kToEnd };
+
+// TavGraph, the form of the curves of SelSlot: the overview, whose extent stands in the header,
+// and the part view, a rectangle that the user drew on it. One instance for the life of the
+// program. The pictures grow with the recording at every tick of Timer_Graph.
+class Graph {
+ public:
+  struct Parts {  // all outlive this
+    RunState& state;
+    RecordingFiles& files;
+    Dialogs& dialogs;
+    Events& events;
+    Shell& shell;
+  };
+  explicit Graph(const Parts& parts);
+  Graph(const Graph&) = delete;
+  Graph& operator=(const Graph&) = delete;
+
+  // The pictures to paint on, before Open; they live until Attach(nullptr).
+  void Attach(GraphSurfaces* surfaces) { plotter_.Attach(surfaces); }
+
+  // Before the form is shown. No effect while the graph is in front.
+  void Open();
+
+  // False: the form hides.
+  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
+
+  // Closes at once, with the header written: the program ends, or the form is gone.
+  void CloseNow();
+
+  // What the form shows now. The form reads it after every event.
+  [[nodiscard]] const GraphValues& Values() const { return values_; }
+  [[nodiscard]] const GraphState& Inside() const { return graph_; }
+
+  // Every 100 ms while TimerOn. Draws what is new; serves events meanwhile.
+  void Timer_Graph_Timer();
+
+  // The pictures may get another size or resolution now; never in the middle of a drawing. They
+  // are white afterwards, and Resized has all painted anew.
+  [[nodiscard]] bool MayResize() const { return !graph_.GraphBusy; }
+  void Resized();
+
+  void cmdPart_Click();
+  void cmdOver_Click();
+  void cmdExit_Click();  // also the close box: the next tick closes the form
+  void CboXY_Click(int index);
+  void KeyEnter();
+  void KeyEscape();
+  void MnuHelp_Click();
+
+  // The mouse on PicC of the view in front, in its resting scale, and on the legend.
+  void PicC_MouseDown(PlotPoint at);
+  void PicC_MouseMove(PlotPoint at);
+  void PicC_MouseUp(PlotPoint at);
+  void PicC_MouseLeave();
+  void PicColor_MouseUp(double height);  // 0 top, 1 bottom
+
+  // The keyboard instead of the mouse: a cursor that moves by drawn points (left, right) or by
+  // hundredths of the height (up, down), `times` of them.
+  void MoveCursor(CursorMove move, int times);
+  // Takes a point, or begins and ends a drag, or chooses the curve that is next to the cursor.
+  void PressCursor();
+
+  void PbEval_Click(int index);  // 0 difference, 1 integral
+  void PbMark_Click(int index);  // 0 delete the last mark, 1 coordinates, 2 comment
+  void Txt_for_Mark_Change(const std::string& text) { values_.Txt_for_Mark = text; }
+
+ private:
+  void ResetValues();
+  void BuildCurves();
+  void BringToFront(int view);
+  void Leave();
+  [[nodiscard]] bool CanBeShown() const;
+  void PlaceCursor();
+  [[nodiscard]] bool IsLive() const { return IsOpen() && graph_.GraphLoaded && !graph_.GraphBusy; }
+  [[nodiscard]] UnitRecord& Unit() const;
+
+  Parts parts_;
+  GraphState graph_;
+  GraphValues values_;
+  GraphPlotter plotter_;
+  GraphMarks marks_;
+  GraphTools tools_;
+  std::optional<ScreenInFront> screen_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_GRAPH_GRAPH_H_

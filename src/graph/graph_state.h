@@ -1,0 +1,90 @@
+#ifndef TAVREL_GRAPH_GRAPH_STATE_H_
+#define TAVREL_GRAPH_GRAPH_STATE_H_
+
+#include <array>
+
+#include "graph/axis_ticks.h"
+#include "graph/curve_list.h"
+#include "graph/view_frame.h"
+#include "platform/surface.h"
+
+namespace tavrel {
+
+inline constexpr int kLeaveGraph = 2;  // ViewWanted: the form closes with the next tick
+
+// What the mouse does on the plot. The numbers are the system's own.
+enum class Tool : int {
+  kResult = -1,     // a result stands in Lbl_Instr, the mouse does nothing
+  kNone = 0,        // part view at rest
+  kPartRange = 2,   // overview: drag a new part range
+  kFirstPoint = 3,  // of the difference
+  kSecondPoint = 4,
+  kChooseCurve = 5,  // on the legend, not on the plot
+  kBaseline1 = 6,    // the four parts of the baseline
+  kBaseline2 = 7,
+  kBaseline3 = 8,
+  kBaseline4 = 9,
+  kMarkPoint = 10,     // point of a coordinate mark
+  kMarkLocation = 11,  // and the place of its text
+  kComment = 12,       // typing a comment
+  kCommentLocation = 13,
+};
+
+// What the parts of the graph share: which curves, which views, which tool. Plain data.
+struct GraphState {
+  CurveList Curves;
+  std::array<ViewFrame, kViews> Views;
+  ReferenceTicks AxisTicks;
+
+  int ViewShown = kOverview;
+  int ViewWanted = kOverview;  // kOverview, kPartView or kLeaveGraph
+  Tool ToolState = Tool::kPartRange;
+  bool DragOn = false;     // a press was accepted and its release is awaited
+  bool GraphBusy = false;  // a drawing or an integral is going on: events must not touch this
+  bool GraphLoaded = false;
+  bool OverPainted = false;
+  bool PartPainted = false;
+
+  // The part range as the user drew it, minutes and degrees.
+  double PartX1 = 0;
+  double PartX2 = 0;
+  double PartY1 = 0;
+  double PartY2 = 0;
+
+  [[nodiscard]] ViewFrame& Shown() { return Views.at(static_cast<std::size_t>(ViewShown)); }
+  [[nodiscard]] const ViewFrame& Shown() const {
+    return Views.at(static_cast<std::size_t>(ViewShown));
+  }
+};
+
+// The pictures of one view. On the screen PicC is what the user sees and ImgC its copy in
+// memory, which keeps the permanent strokes only.
+struct ViewSurfaces {
+  Surface& PicC;
+  Surface& ImgC;
+  Surface& PicX;
+  Surface& PicY;
+};
+
+// All pictures of the form.
+struct GraphSurfaces {
+  std::array<ViewSurfaces, kViews> Views;
+  Surface& PicColor;  // line samples of the legend, scale (0, 0) to (1, 1)
+  Surface& PicProd;   // its names, the same scale
+};
+
+// True while it lives: no event may start a second drawing.
+class BusyGraph {
+ public:
+  explicit BusyGraph(GraphState& state) : state_(state) { state_.GraphBusy = true; }
+  ~BusyGraph() { state_.GraphBusy = false; }
+  BusyGraph(const BusyGraph&) = delete;
+  BusyGraph& operator=(const BusyGraph&) = delete;
+
+ private:
+  GraphState& state_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_GRAPH_GRAPH_STATE_H_

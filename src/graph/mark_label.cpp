@@ -1,0 +1,41 @@
+#include "graph/mark_label.h"
+
+namespace tavrel {
+namespace {
+
+constexpr double kSecondsBelow = 16;  // minutes
+constexpr double kHoursAbove = 60;    // minutes
+constexpr double kMinute = 60;        // seconds
+constexpr double kHour = 60;          // minutes
+
+std::string TimeText(double minutes) {
+  if (minutes < kSecondsBelow) {
+    return ValueText(minutes * kMinute) + " sec";
+  }
+  return minutes < kHoursAbove ? ValueText(minutes) + " min" : ValueText(minutes / kHour) + " h";
+}
+
+}  // namespace
+
+std::string MarkLabel(const MarkedPoint& point) {
+  const std::string value = ValueText(point.At.Y);
+  if (point.GraphMode < 1) {
+    return value + " / " + TimeText(point.At.X);
+  }
+  if (!point.Reference) {
+    return value;
+  }
+  const double in_bracket = point.GraphMode == 1 ? *point.Reference + point.At.Y : *point.Reference;
+  return value + " (" + ValueText(in_bracket) + ")";
+}
+
+std::optional<int> RecordAt(const ViewFrame& view, double minutes, int rec_interval, int channels) {
+  const double row = RowAt(minutes, rec_interval, channels);
+  if (row >= MaxRow(channels)) {
+    return std::nullopt;
+  }
+  const int record = RecordOfRow(row, channels);
+  return record < view.RecEnd ? std::optional<int>(record) : std::nullopt;
+}
+
+}  // namespace tavrel
