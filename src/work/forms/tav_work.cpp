@@ -305,20 +305,11 @@ void TavWork::ShowProgram(const WorksheetValues& now) {
   }
 }
 
-void TavWork::ShowTips(Language language) {
-  for (const ToolTip& tip : kWorksheetTips) {
-    auto* control = findChild<QWidget*>(QtText(tip.Control));
-    if (control != nullptr) {
-      control->setToolTip(QtText(tip.Text.In(language)));
-    }
-  }
-}
-
 // The form is shown again for another slot: it begins as a new one would.
 void TavWork::showEvent(QShowEvent* event) {
   ModalForm::showEvent(event);
   if (!event->spontaneous()) {
-    ShowTips(worksheet_.Values().TipLanguage);
+    ShowTips(kWorksheetTips, worksheet_.Values().TipLanguage);
     setFocus();
   }
 }
