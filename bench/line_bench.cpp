@@ -134,6 +134,7 @@ void Silence(benchmark::State& state) {
   Promise promise("ms");
   for (auto unused : state) {
     promise.Limit(TimeOf<std::milli>(WaitBare));
+    poll(nullptr, 0, static_cast<int>(link.SettleTime().count()));
     promise.Measured(TimeOf<std::milli>([&] { ReadOnce(link); }));
     if (link.ComResult != LinkResult::kTimeOut) {
       state.SkipWithError("the line was not silent");

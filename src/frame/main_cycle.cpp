@@ -121,9 +121,7 @@ void MainCycle::DoFreeWork() {
     parts_.link.ReopenIfLost();
     parts_.engine.TenSecondTick();
   }
-  if (parts_.link.IsSettled()) {
-    parts_.engine.PumpOnce();
-  }
+  parts_.engine.PumpOnce();
   if (IsPast(state.TickMinute) && next_program_ > kSlots) {
     state.TickMinute += 60;
     next_program_ = 1;

@@ -94,6 +94,14 @@ TEST(OutgoingBytes, SampleIsLateIfItsReplyTakesLongerThanAHostWaits) {
   EXPECT_EQ(FateAfter(milliseconds(43), milliseconds(92)), Fate::kLate);
 }
 
+TEST(OutgoingBytes, SampleThatIsSpoiledStaysSoHoweverLateItIs) {
+  OutgoingBytes bytes(milliseconds(2));
+  Reply reply = HandingReply();
+  reply.handed->fate = Fate::kSpoiled;
+  bytes.Add(reply, kStart);
+  EXPECT_EQ(bytes.TakeDue(kStart + milliseconds(200)).handed.at(0).fate, Fate::kSpoiled);
+}
+
 TEST(OutgoingBytes, SampleIsLateIfTheMachineSendsItsReplyTooLate) {
   EXPECT_EQ(FateAfter(milliseconds(0), milliseconds(91)), Fate::kLate);
 }

@@ -173,7 +173,7 @@ const std::vector<TruthCase>& TruthCases() {
        {.clock = OwnClock::kAll, .begins_at = kMidnight - hours(12)}},
       {"clock set",
        SetTheClock,
-       2,
+       1,
        20,
        {.clock = OwnClock::kWall, .begins_at = kEndOfSummerTime - hours(2)}},
       {"midnight",
