@@ -61,12 +61,12 @@ std::vector<LiveInstrument::Row> LiveInstrument::Rows() const {
   std::size_t number = 0;
   for (std::string line; std::getline(lines, line);) {
     std::istringstream fields(line);
-    std::string time;
+    double seconds = 0;
     std::string direction;
     std::string text;
-    fields >> time >> direction >> text;
+    fields >> seconds >> direction >> text;
     if (number++ >= forgotten_) {
-      rows.push_back({direction == ">", Decoded(text)});
+      rows.push_back({seconds, direction == ">", Decoded(text)});
     }
   }
   return rows;
@@ -97,6 +97,14 @@ std::string LiveInstrument::LastReply(const std::string& command) const {
     }
   }
   return reply;
+}
+
+double LiveInstrument::LastTime(const std::string& command) const {
+  double seconds = 0;
+  for (const Row& row : Rows()) {
+    seconds = row.from_host && row.text == command ? row.seconds : seconds;
+  }
+  return seconds;
 }
 
 }  // namespace tavrel

@@ -31,9 +31,13 @@ class LiveInstrument {
   // empty if there was none.
   [[nodiscard]] std::string LastReply(const std::string& command) const;
 
+  // When `command` arrived last, in true seconds since the instrument's start; 0 if it did not.
+  [[nodiscard]] double LastTime(const std::string& command) const;
+
  private:
   // A row of the log: who spoke and what.
   struct Row {
+    double seconds = 0;
     bool from_host = false;
     std::string text;
   };
