@@ -15,6 +15,7 @@
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
 #include "frame/start_up.h"
+#include "graph/graph.h"
 #include "link/link.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
@@ -69,6 +70,7 @@ struct ProgramLogic {
   WaitBar wait_bar{state, machine.events, machine.clock};
   Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
                        machine.dialogs, machine.screens, machine.events, machine.clock}};
+  Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
   MainCycle cycle{{state, link, engine, sheet, messages, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,

@@ -56,7 +56,9 @@ class Graph {
   // Every 100 ms while TimerOn. Draws what is new; serves events meanwhile.
   void Timer_Graph_Timer();
 
-  // The pictures have another size or resolution, and are white: all is painted anew.
+  // The pictures may get another size or resolution now; never in the middle of a drawing. They
+  // are white afterwards, and Resized has all painted anew.
+  [[nodiscard]] bool MayResize() const { return !graph_.GraphBusy; }
   void Resized();
 
   void cmdPart_Click();
@@ -77,17 +79,20 @@ class Graph {
   // The keyboard instead of the mouse: a cursor that moves by drawn points (left, right) or by
   // hundredths of the height (up, down), `times` of them.
   void MoveCursor(CursorMove move, int times);
-  void PressCursor();  // takes a point, or begins and ends a drag
+  // Takes a point, or begins and ends a drag, or chooses the curve that is next to the cursor.
+  void PressCursor();
 
   void PbEval_Click(int index);  // 0 difference, 1 integral
   void PbMark_Click(int index);  // 0 delete the last mark, 1 coordinates, 2 comment
   void Txt_for_Mark_Change(const std::string& text) { values_.Txt_for_Mark = text; }
 
  private:
-  void ShowView(int view);
+  void ResetValues();
+  void BuildCurves();
   void BringToFront(int view);
-  void DrawShownView();
   void Leave();
+  [[nodiscard]] bool CanBeShown() const;
+  void PlaceCursor();
   [[nodiscard]] bool IsLive() const { return IsOpen() && graph_.GraphLoaded && !graph_.GraphBusy; }
   [[nodiscard]] UnitRecord& Unit() const;
 

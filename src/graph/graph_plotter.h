@@ -68,15 +68,14 @@ class GraphPlotter {
   // The scale beneath the plot in the mode that puts the reference on the X axis.
   struct ReferenceScale {
     bool is_on = false;
-    double next = 0;  // value of the next tick
-    double step = 1;
+    std::int32_t next = 0;  // the next tick, in steps from 0 degrees
+    double step = 1;        // degrees
     double last_right = 0;  // right edge of the last label, a record
   };
 
   void FrameOverview();
   void FramePartView();
   void TakeStartPoints();
-  void CentreOnReference();
   void PaintEmptyPlot();
   void DrawAxes();
   void DrawTimeAxis(const ViewSurfaces& to);
@@ -84,9 +83,11 @@ class GraphPlotter {
   void DrawRows();
   void SetToolsWhileDrawing(bool is_over);
   [[nodiscard]] ReferenceScale ScanReference(SampleReader& reader);
-  void DrawReferenceTick(ReferenceScale& scale, int record);
-  void DrawRow(SampleReader& reader, const ReferenceScale& scale);
+  void DrawReferenceTick(ReferenceScale& scale, SampleReader& reader);
+  void DrawRow(SampleReader& reader);
   [[nodiscard]] UnitRecord& Unit() const;
+
+  static constexpr int kRowsToPump = 5;  // drawn between two turns of the event loop
 
   Parts parts_;
   GraphSurfaces* surfaces_ = nullptr;

@@ -36,6 +36,9 @@ class GraphTools {
   // On the legend; `height` 0 at its top, 1 at its bottom.
   void LegendUp(double height);
 
+  // The same by the keyboard: the curve that is next to a point of the plot.
+  void ChooseCurveAt(PlotPoint at);
+
   // PbEval: 0 the difference, 1 the integral.
   void Start(int index);
 
@@ -47,6 +50,7 @@ class GraphTools {
   void BeginTool();
 
  private:
+  void TakeCurve(int place);
   void BandMove(PlotPoint at);
   void BandDraw();
   void TakePartRange();

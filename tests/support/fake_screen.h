@@ -72,16 +72,21 @@ class FakeScreens : public Screens {
   }
 };
 
-// Levers: on_rest runs in place of a sleep, to move a clock.
+// Levers: on_rest runs in place of a sleep, to move a clock; on_pump is what the user does while
+// events are served.
 class FakeEvents : public Events {
  public:
+  std::function<void()> on_pump = [] {};
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
   std::vector<Pointer> pointers;  // every pointer that was set, in its order
 
-  void Pump() override { ++pumps; }
+  void Pump() override {
+    ++pumps;
+    on_pump();
+  }
   void Repaint() override { ++repaints; }
   void Rest(std::chrono::milliseconds time) override { on_rest(time); }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }

@@ -1,0 +1,334 @@
+#include "graph/graph.h"
+
+#include <algorithm>
+
+#include "common/help.h"
+#include "work/header_edit.h"
+
+namespace tavrel {
+namespace {
+
+constexpr double kCursorUp = 100;  // steps of the keyboard's cursor in the height of the plot
+
+}  // namespace
+
+Graph::Graph(const Parts& parts)
+    : parts_(parts),
+      plotter_({parts.state, graph_, values_, parts.events}),
+      marks_({parts.state, graph_, values_, plotter_, parts.dialogs,
+              [this] { tools_.CancelTool(); }, [this] { cmdPart_Click(); }}),
+      tools_({parts.state, graph_, values_, plotter_, marks_, parts.dialogs}) {
+  plotter_.SetMarks([this] { marks_.ShowMarks(); });
+}
+
+UnitRecord& Graph::Unit() const {
+  return parts_.state.Unit.at(static_cast<std::size_t>(parts_.state.SelSlot));
+}
+
+// A row without words or time has no place on an axis.
+bool Graph::CanBeShown() const {
+  const UnitRecord& unit = Unit();
+  const int interval = parts_.state.RecInterval.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  return plotter_.IsAttached() && unit.UnitChannels >= 1 && unit.UnitChannels <= kInputs &&
+         interval >= 1;
+}
+
+void Graph::Open() {
+  if (IsOpen() || !CanBeShown()) {
+    return;
+  }
+  screen_.emplace(parts_.state, View::kTavGraph);
+  parts_.state.GraphMustClose = false;
+  ResetValues();
+  if (!parts_.state.OverPrepared) {
+    BuildCurves();
+  }
+  graph_.OverPainted = graph_.OverPainted && parts_.state.OverPrepared;
+  graph_.PartPainted = graph_.PartPainted && parts_.state.PartPrepared;
+  graph_.GraphLoaded = true;
+  parts_.state.GraphIdle = false;
+  values_.TimerOn = true;
+  parts_.events.SetPointer(Pointer::kNormal);
+}
+
+void Graph::ResetValues() {
+  graph_.DragOn = false;
+  graph_.ToolState = Tool::kPartRange;
+  graph_.GraphBusy = false;
+  graph_.GraphLoaded = false;
+  graph_.ViewShown = kOverview;
+  graph_.ViewWanted = kOverview;
+  GraphValues fresh;
+  fresh.Caption = Unit().ApparatusName();
+  fresh.CboXY = std::clamp<int>(Unit().UnitGraphMode, 0, kCboXYItems.size() - 1);
+  fresh.lblRes = values_.lblRes;
+  fresh.LblAxis = values_.LblAxis;
+  fresh.FocusCalls = values_.FocusCalls;
+  values_ = fresh;
+}
+
+void Graph::BuildCurves() {
+  BuildCurveList(Unit(), graph_.Curves);
+  plotter_.BuildLegend();
+}
+
+void Graph::Timer_Graph_Timer() {
+  if (!IsOpen() || !values_.TimerOn || graph_.GraphBusy) {
+    return;
+  }
+  values_.TimerOn = false;
+  parts_.state.GraphIdle = false;
+  if (parts_.state.GraphMustClose) {
+    cmdExit_Click();
+  }
+  if (graph_.ViewWanted != kLeaveGraph) {
+    graph_.ViewShown = graph_.ViewWanted;
+    plotter_.PrepareView();
+    plotter_.DrawCurves();
+  }
+  if (graph_.ViewWanted == kLeaveGraph) {
+    Leave();
+  } else {
+    values_.TimerOn = true;
+  }
+  parts_.state.GraphIdle = true;
+}
+
+void Graph::Leave() {
+  const int slot = parts_.state.SelSlot;
+  if (parts_.state.SlotDirty.at(static_cast<std::size_t>(slot))) {
+    parts_.files.WriteHeader(slot);
+  }
+  parts_.state.GraphIdle = true;
+  parts_.state.GraphMustClose = false;
+  graph_.GraphLoaded = false;
+  screen_->Leave();
+}
+
+void Graph::CloseNow() {
+  if (!IsOpen()) {
+    return;
+  }
+  values_.TimerOn = false;
+  graph_.ViewWanted = kLeaveGraph;
+  Leave();
+}
+
+void Graph::Resized() {
+  parts_.state.OverPrepared = false;
+  parts_.state.PartPrepared = false;
+  if (!IsOpen()) {
+    return;
+  }
+  tools_.CancelTool();
+  graph_.DragOn = false;
+  graph_.OverPainted = false;
+  graph_.PartPainted = false;
+  plotter_.BuildLegend();
+}
+
+// The view comes to the eye at once as far as it is painted; the next tick draws what it lacks.
+void Graph::BringToFront(int view) {
+  const bool is_part = view == kPartView;
+  graph_.DragOn = false;
+  values_.lbX.clear();
+  values_.lbY.clear();
+  values_.KeyCursorShown = false;
+  graph_.ToolState = is_part ? Tool::kNone : Tool::kPartRange;
+  plotter_.RestorePicture(view);
+  values_.frCurve = view;
+  values_.EnableTools(is_part);
+  values_.cmdOverShown = is_part;
+  values_.cmdPartShown = !is_part;
+  values_.CboXYShown = is_part;
+  values_.MnuOutputEnabled = is_part;
+  graph_.ViewWanted = view;
+}
+
+void Graph::cmdPart_Click() {
+  if (IsOpen() && graph_.OverPainted && graph_.ViewWanted != kLeaveGraph) {
+    BringToFront(kPartView);
+  }
+}
+
+void Graph::cmdOver_Click() {
+  if (!IsOpen() || !graph_.PartPainted || graph_.ViewWanted == kLeaveGraph) {
+    return;
+  }
+  tools_.CancelTool();
+  values_.Txt_for_MarkShown = false;
+  values_.picXYShown = true;
+  BringToFront(kOverview);
+}
+
+void Graph::cmdExit_Click() {
+  if (!IsOpen()) {
+    return;
+  }
+  tools_.CancelTool();
+  plotter_.RestorePicture(kOverview);
+  plotter_.RestorePicture(kPartView);
+  graph_.ViewWanted = kLeaveGraph;
+}
+
+// Marks are coded against the Y range, which changes with the mode.
+void Graph::CboXY_Click(int index) {
+  const bool is_change = IsLive() && index >= 0 && index < static_cast<int>(kCboXYItems.size()) &&
+                         index != Unit().UnitGraphMode;
+  if (!is_change) {
+    return;
+  }
+  tools_.CancelTool();
+  EditHeader(parts_.state, parts_.state.SelSlot, [index](UnitRecord& header) {
+    header.UnitMarks = 0;
+    header.UnitGraphMode = static_cast<std::int16_t>(index);
+  });
+  parts_.state.PartPrepared = false;
+  values_.CboXY = index;
+  cmdPart_Click();
+}
+
+void Graph::KeyEnter() {
+  if (!IsOpen()) {
+    return;
+  }
+  if (graph_.ToolState == Tool::kComment) {
+    marks_.TakeComment();
+  } else if (values_.frCurve == kPartView) {
+    cmdOver_Click();
+  } else {
+    cmdPart_Click();
+  }
+}
+
+void Graph::KeyEscape() {
+  if (graph_.ViewShown == kPartView && static_cast<int>(graph_.ToolState) > 0) {
+    tools_.CancelTool();
+  } else {
+    cmdExit_Click();
+  }
+}
+
+void Graph::MnuHelp_Click() {
+  ShowHelp(parts_.dialogs, parts_.shell, parts_.state.AppPath, parts_.state.Settings.HelpLang);
+}
+
+void Graph::PicC_MouseDown(PlotPoint at) {
+  if (IsLive()) {
+    values_.KeyCursorShown = false;
+    tools_.MouseDown(at);
+  }
+}
+
+void Graph::PicC_MouseMove(PlotPoint at) {
+  if (IsLive()) {
+    values_.KeyCursorShown = false;
+    tools_.MouseMove(at);
+  }
+}
+
+void Graph::PicC_MouseUp(PlotPoint at) {
+  if (IsLive()) {
+    tools_.MouseUp(at);
+  }
+}
+
+void Graph::PicC_MouseLeave() {
+  tools_.MouseLeave();
+}
+
+void Graph::PicColor_MouseUp(double height) {
+  if (IsLive()) {
+    tools_.LegendUp(height);
+  }
+}
+
+// Where the cursor is not shown yet it comes up in the middle.
+void Graph::PlaceCursor() {
+  const ViewFrame& view = graph_.Shown();
+  const auto hold = [](double value, double edge, double other_edge) {
+    return std::clamp(value, std::min(edge, other_edge), std::max(edge, other_edge));
+  };
+  if (!values_.KeyCursorShown) {
+    values_.KeyCursorX = (view.XLeft + view.XRight) / 2;
+    values_.KeyCursorY = (view.YTop + view.YBottom) / 2;
+  }
+  values_.KeyCursorShown = true;
+  values_.KeyCursorX = hold(values_.KeyCursorX, view.XLeft, view.XRight);
+  values_.KeyCursorY = hold(values_.KeyCursorY, view.YBottom, view.YTop);
+}
+
+void Graph::MoveCursor(CursorMove move, int times) {
+  if (!IsLive()) {
+    return;
+  }
+  PlaceCursor();
+  const ViewFrame& view = graph_.Shown();
+  const int channels = Unit().UnitChannels;
+  const int interval = parts_.state.RecInterval.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  const double point = MinutesOfRecord(view.RecFirst + view.RecStep, interval, channels) -
+                       MinutesOfRecord(view.RecFirst, interval, channels);
+  const double up = (view.YTop - view.YBottom) / kCursorUp;
+  switch (move) {
+    case CursorMove::kLeft:
+      values_.KeyCursorX -= times * point;
+      break;
+    case CursorMove::kRight:
+      values_.KeyCursorX += times * point;
+      break;
+    case CursorMove::kUp:
+      values_.KeyCursorY += times * up;
+      break;
+    case CursorMove::kDown:
+      values_.KeyCursorY -= times * up;
+      break;
+    case CursorMove::kToStart:
+      values_.KeyCursorX = view.XLeft;
+      break;
+    case CursorMove::kToEnd:
+      values_.KeyCursorX = view.XRight;
+      break;
+  }
+  PlaceCursor();
+  tools_.MouseMove({values_.KeyCursorX, values_.KeyCursorY});
+}
+
+void Graph::PressCursor() {
+  if (!IsLive() || !values_.KeyCursorShown) {
+    return;
+  }
+  const PlotPoint at{values_.KeyCursorX, values_.KeyCursorY};
+  if (graph_.ToolState == Tool::kChooseCurve) {
+    tools_.ChooseCurveAt(at);
+    return;
+  }
+  const bool is_drag =
+      graph_.ToolState == Tool::kPartRange ||
+      (graph_.ToolState >= Tool::kBaseline1 && graph_.ToolState <= Tool::kBaseline4);
+  if (!graph_.DragOn) {
+    tools_.MouseDown(at);
+    if (is_drag) {
+      return;
+    }
+  }
+  tools_.MouseUp(at);
+}
+
+void Graph::PbEval_Click(int index) {
+  if (IsLive() && graph_.ViewShown == kPartView) {
+    tools_.Start(index);
+  }
+}
+
+void Graph::PbMark_Click(int index) {
+  if (!IsLive() || graph_.ViewShown != kPartView || index < 0 || index > 2) {
+    return;
+  }
+  values_.PbMarkEnabled.at(static_cast<std::size_t>(index)) = false;
+  values_.Lbl_InstrShown = false;
+  values_.Up_ArrowShown = false;
+  tools_.BeginTool();
+  marks_.Start(index);
+}
+
+}  // namespace tavrel
