@@ -1,0 +1,154 @@
+#include "platform/qt/painter_surface.h"
+
+#include <QFontMetricsF>
+#include <QPaintDevice>
+#include <QPen>
+#include <array>
+#include <cmath>
+
+namespace tavrel {
+namespace {
+
+constexpr qreal kPointsPerInch = 72;
+
+// The painter's state within one call, given back when this goes.
+class KeptPainter {
+ public:
+  explicit KeptPainter(QPainter& painter) : painter_(painter) { painter_.save(); }
+  ~KeptPainter() { painter_.restore(); }
+  KeptPainter(const KeptPainter&) = delete;
+  KeptPainter& operator=(const KeptPainter&) = delete;
+
+ private:
+  QPainter& painter_;
+};
+
+Qt::PenStyle StyleOf(PenStyle style) {
+  switch (style) {
+    case PenStyle::kDash:
+      return Qt::DashLine;
+    case PenStyle::kDot:
+      return Qt::DotLine;
+    case PenStyle::kDashDot:
+      return Qt::DashDotLine;
+    case PenStyle::kDashDotDot:
+      return Qt::DashDotDotLine;
+    case PenStyle::kSolid:
+      break;
+  }
+  return Qt::SolidLine;
+}
+
+QString TextOf(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+}  // namespace
+
+PainterSurface::PainterSurface(QPainter& painter, const QRectF& place, qreal units_per_point)
+    : painter_(painter),
+      place_(place),
+      edges_{place.left(), place.top(), place.right(), place.bottom()},
+      units_per_point_(units_per_point),
+      font_(painter.font()),
+      map_(scale_, edges_) {}
+
+void PainterSurface::Clear() {
+  painter_.fillRect(place_, Qt::white);
+}
+
+void PainterSurface::SetScale(const Scale& scale) {
+  scale_ = scale;
+  map_ = ScaleMap(scale, edges_);
+}
+
+QPen PainterSurface::PenOf(Colour ink) const {
+  const bool is_solid = pen_.Style == PenStyle::kSolid;
+  QPen pen(QColor(ink.Red, ink.Green, ink.Blue), pen_.Width * units_per_point_,
+           StyleOf(pen_.Style));
+  pen.setCapStyle(is_solid ? Qt::RoundCap : Qt::FlatCap);
+  return pen;
+}
+
+void PainterSurface::Stroke(const Segment& line) {
+  DotLine dots = map_.Dots(line);
+  if (CutLine(dots, edges_)) {
+    painter_.drawLine(QPointF(dots.X1, dots.Y1), QPointF(dots.X2, dots.Y2));
+  }
+}
+
+void PainterSurface::Line(const Segment& line) {
+  Lines({&line, 1});
+}
+
+void PainterSurface::Lines(std::span<const Segment> lines) {
+  const KeptPainter kept(painter_);
+  const Segment* inked = nullptr;  // the last line whose ink was set
+  for (const Segment& line : lines) {
+    if (inked == nullptr || !(inked->Ink == line.Ink)) {
+      painter_.setPen(PenOf(line.Ink));
+      inked = &line;
+    }
+    Stroke(line);
+  }
+}
+
+void PainterSurface::Box(const Segment& diagonal) {
+  const auto& [x1, y1, x2, y2, ink] = diagonal;
+  const std::array<Segment, 4> sides = {
+      {{x1, y1, x2, y1, ink}, {x2, y1, x2, y2, ink}, {x2, y2, x1, y2, ink}, {x1, y2, x1, y1, ink}}};
+  Lines(sides);
+}
+
+void PainterSurface::FillBox(const Segment& diagonal) {
+  DotLine dots = map_.Dots(diagonal);
+  const auto is_finite = [](double value) { return std::isfinite(value); };
+  if (!is_finite(dots.X1) || !is_finite(dots.Y1) || !is_finite(dots.X2) || !is_finite(dots.Y2)) {
+    return;
+  }
+  const QRectF box(QPointF(dots.X1, dots.Y1), QPointF(dots.X2, dots.Y2));
+  painter_.fillRect(box.normalized() & place_,
+                    QColor(diagonal.Ink.Red, diagonal.Ink.Green, diagonal.Ink.Blue));
+}
+
+// The size of a font on a device is points of that device; the painter may be scaled.
+void PainterSurface::SetFont(const std::string& family, double points) {
+  if (!family.empty()) {
+    font_.setFamily(TextOf(family));
+  }
+  if (points > 0) {
+    const qreal units = points * units_per_point_;
+    font_.setPointSizeF(units * kPointsPerInch / painter_.device()->logicalDpiY());
+  }
+}
+
+QFontMetricsF PainterSurface::Metrics() const {
+  return {font_, painter_.device()};
+}
+
+void PainterSurface::Print(double x, double y, std::string_view text) {
+  const QPointF corner(map_.DotX(x), map_.DotY(y));
+  const QRectF around = place_.adjusted(-place_.width(), -place_.height(), place_.width(), 0);
+  if (!around.contains(corner)) {  // also what is not a number
+    return;
+  }
+  const KeptPainter kept(painter_);
+  const QFontMetricsF metrics = Metrics();
+  const QRectF room(corner, QSizeF(metrics.horizontalAdvance(TextOf(text)), metrics.height()));
+  if (!place_.contains(room)) {
+    painter_.setClipRect(place_, Qt::IntersectClip);
+  }
+  painter_.setFont(font_);
+  painter_.setPen(Qt::black);
+  painter_.drawText(QPointF(corner.x(), corner.y() + metrics.ascent()), TextOf(text));
+}
+
+double PainterSurface::TextWidth(std::string_view text) const {
+  return Metrics().horizontalAdvance(TextOf(text)) / std::abs(map_.DotsPerX());
+}
+
+double PainterSurface::TextHeight() const {
+  return Metrics().height() / map_.DotsPerY();
+}
+
+}  // namespace tavrel
