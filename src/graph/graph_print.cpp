@@ -29,6 +29,7 @@ void GraphOutput::MnuPrint_Click() {
 void GraphOutput::Print() {
   const std::string file = File();
   PrintChoice choice;
+  choice.Document = file;
   choice.PrinterName = parts_.state.Settings.PrintName;
   if (!parts_.printer.Choose(choice)) {
     return;

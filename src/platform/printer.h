@@ -9,6 +9,7 @@ namespace tavrel {
 
 // What a print dialog begins with, and what the user chose in it.
 struct PrintChoice {
+  std::string Document;     // name of what is printed
   std::string PrinterName;  // as the system calls it
   int Copies = 1;
   bool IsColour = true;    // what the printer says of itself
