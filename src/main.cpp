@@ -9,6 +9,7 @@
 #include "frame/forms/tavrel.h"
 #include "frame/forms/tavsett.h"
 #include "frame/settings_dialog.h"
+#include "graph/forms/tav_graph.h"
 #include "platform/file_system.h"
 #include "platform/qt/instance_lock.h"
 #include "platform/qt/qt_clipboard.h"
@@ -51,6 +52,7 @@ class Program {
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { logic_.window.Close(); });
     AddForms();
     AddWorkForms();
+    screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
     AddControlForms();
     logic_.cycle.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
                             [this](int slot) { logic_.runner.StepProgram(slot); }});
@@ -129,6 +131,16 @@ class Program {
       work_form_ = std::make_unique<TavWork>(logic_.worksheet);
     }
     work_form_->Run();
+  }
+
+  // The graph keeps its pictures while it is hidden.
+  void ShowGraph() {
+    if (graph_form_ == nullptr) {
+      graph_form_ = std::make_unique<TavGraph>(logic_.graph);
+    }
+    logic_.graph.Open();
+    graph_form_->Run();
+    logic_.graph.CloseNow();
   }
 
   void RefreshWorksheet() {
@@ -212,8 +224,9 @@ class Program {
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;
-  std::unique_ptr<TavWork> work_form_;  // a child of form_: goes before it
-  TavWait* wait_form_ = nullptr;        // while it is shown
+  std::unique_ptr<TavWork> work_form_;    // a child of form_: goes before it
+  std::unique_ptr<TavGraph> graph_form_;  // a child of work_form_: goes before that
+  TavWait* wait_form_ = nullptr;          // while it is shown
 };
 
 }  // namespace

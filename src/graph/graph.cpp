@@ -60,6 +60,7 @@ void Graph::ResetValues() {
   graph_.ViewWanted = kOverview;
   GraphValues fresh;
   fresh.Caption = Unit().ApparatusName();
+  fresh.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
   fresh.CboXY = std::clamp<int>(Unit().UnitGraphMode, 0, kCboXYItems.size() - 1);
   fresh.lblRes = values_.lblRes;
   fresh.LblAxis = values_.LblAxis;

@@ -116,8 +116,9 @@ void GraphTools::BandMove(PlotPoint at) {
 void GraphTools::BandDraw() {
   const Tool tool = parts_.graph.ToolState;
   const Segment band{band1_.X, band1_.Y, band2_.X, band2_.Y, kBlack};
-  if (tool != Tool::kPartRange && !IsBaseline(tool)) {
-    return;
+  const bool has_band = tool == Tool::kPartRange || IsBaseline(tool);
+  if (!has_band || band1_ == band2_) {
+    return;  // a band that has not begun would leave a dot behind
   }
   PicC().SetPen({PenMode::kInvert, PenStyle::kSolid, 1});
   if (tool == Tool::kPartRange) {

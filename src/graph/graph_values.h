@@ -4,13 +4,15 @@
 #include <array>
 #include <string>
 
+#include "common/language.h"
 #include "graph/view_frame.h"
 
 namespace tavrel {
 
 // What TavGraph shows beside its pictures. The form copies it to the widgets after each event.
 struct GraphValues {
-  std::string Caption;      // name of the apparatus
+  std::string Caption;  // name of the apparatus
+  Language TipLanguage = Language::kEnglish;
   int frCurve = kOverview;  // the view that is in front
   bool TimerOn = false;     // Timer_Graph, every 100 ms
 

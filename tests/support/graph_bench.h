@@ -99,11 +99,11 @@ class GraphBench {
   std::array<StrokeSurface, kViews> img_c;
   std::array<StrokeSurface, kViews> pic_x;
   std::array<StrokeSurface, kViews> pic_y;
-  StrokeSurface samples;
+  StrokeSurface legend;
   StrokeSurface names;
   GraphSurfaces surfaces{
       {{{pic_c[0], img_c[0], pic_x[0], pic_y[0]}, {pic_c[1], img_c[1], pic_x[1], pic_y[1]}}},
-      samples,
+      legend,
       names};
   Graph& graph = program.graph;
 };

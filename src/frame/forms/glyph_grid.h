@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QPainter>
 #include <QPen>
+#include <QPointF>
 #include <QRectF>
 
 namespace tavrel {
@@ -29,6 +30,12 @@ class OnGlyphGrid {
   static constexpr qreal kUnits = 16;
   QPainter& painter_;
 };
+
+// The two strokes of an open arrow head.
+inline void DrawArrowHead(QPainter& painter, QPointF tip, QPointF left, QPointF right) {
+  painter.drawLine(tip, left);
+  painter.drawLine(tip, right);
+}
 
 }  // namespace tavrel
 

@@ -5,6 +5,7 @@
 #include "frame/forms/glyph_grid.h"
 
 namespace tavrel {
+
 void DrawCurveGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
   const OnGlyphGrid grid(painter, place, ink, 1.4);
   QPainterPath axes(QPointF(2, 1.5));
@@ -15,6 +16,20 @@ void DrawCurveGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
   curve.cubicTo(6, 11.5, 6.5, 4, 9, 4);
   curve.cubicTo(11, 4, 11, 8, 14, 8);
   painter.drawPath(curve);
+}
+
+// Out through a door.
+void DrawExitGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
+  const OnGlyphGrid grid(painter, place, ink, 1.4);
+  QPainterPath door(QPointF(9, 4.5));
+  door.lineTo(9, 2);
+  door.lineTo(2, 2);
+  door.lineTo(2, 14);
+  door.lineTo(9, 14);
+  door.lineTo(9, 11.5);
+  painter.drawPath(door);
+  painter.drawLine(QPointF(6, 8), QPointF(14.2, 8));
+  DrawArrowHead(painter, QPointF(14.2, 8), QPointF(11.2, 5), QPointF(11.2, 11));
 }
 
 void DrawFolderGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {

@@ -13,6 +13,7 @@ namespace tavrel {
 using Glyph = void (*)(QPainter& painter, const QRectF& place, const QColor& ink);
 
 void DrawCurveGlyph(QPainter& painter, const QRectF& place, const QColor& ink);    // worksheet
+void DrawExitGlyph(QPainter& painter, const QRectF& place, const QColor& ink);     // leave
 void DrawFolderGlyph(QPainter& painter, const QRectF& place, const QColor& ink);   // open a file
 void DrawSelectGlyph(QPainter& painter, const QRectF& place, const QColor& ink);   // selected
 void DrawWarningGlyph(QPainter& painter, const QRectF& place, const QColor& ink);  // no answer

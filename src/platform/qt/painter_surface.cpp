@@ -1,6 +1,5 @@
 #include "platform/qt/painter_surface.h"
 
-#include <QFontMetricsF>
 #include <QPaintDevice>
 #include <QPen>
 #include <array>

@@ -2,6 +2,7 @@
 #define TAVREL_PLATFORM_QT_PAINTER_SURFACE_H_
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QRectF>
 

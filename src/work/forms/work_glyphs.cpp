@@ -10,11 +10,6 @@ namespace {
 
 constexpr qreal kPen = 1.4;
 
-void DrawArrowHead(QPainter& painter, QPointF tip, QPointF left, QPointF right) {
-  painter.drawLine(tip, left);
-  painter.drawLine(tip, right);
-}
-
 void DrawStairs(QPainter& painter) {
   QPainterPath stairs(QPointF(1.5, 13));
   stairs.lineTo(4.5, 13);
@@ -112,20 +107,6 @@ void DrawCoordinatesGlyph(QPainter& painter, const QRectF& place, const QColor& 
   DrawArrowHead(painter, QPointF(14.2, 12.5), QPointF(11.8, 10.5), QPointF(11.8, 14.5));
   painter.drawLine(QPointF(7, 11.6), QPointF(7, 12.5));
   painter.drawLine(QPointF(3.5, 8.5), QPointF(4.4, 8.5));
-}
-
-// Out through a door.
-void DrawExitGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
-  const OnGlyphGrid grid(painter, place, ink, kPen);
-  QPainterPath door(QPointF(9, 4.5));
-  door.lineTo(9, 2);
-  door.lineTo(2, 2);
-  door.lineTo(2, 14);
-  door.lineTo(9, 14);
-  door.lineTo(9, 11.5);
-  painter.drawPath(door);
-  painter.drawLine(QPointF(6, 8), QPointF(14.2, 8));
-  DrawArrowHead(painter, QPointF(14.2, 8), QPointF(11.2, 5), QPointF(11.2, 11));
 }
 
 }  // namespace tavrel

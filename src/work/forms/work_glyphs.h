@@ -18,7 +18,6 @@ void DrawPowerGlyph(QPainter& painter, const QRectF& place, const QColor& ink);
 void DrawProgramGlyph(QPainter& painter, const QRectF& place, const QColor& ink);
 void DrawStopProgramGlyph(QPainter& painter, const QRectF& place, const QColor& ink);
 void DrawCoordinatesGlyph(QPainter& painter, const QRectF& place, const QColor& ink);
-void DrawExitGlyph(QPainter& painter, const QRectF& place, const QColor& ink);
 
 }  // namespace tavrel
 

@@ -1,0 +1,116 @@
+#include "graph/forms/plot_view.h"
+
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <algorithm>
+#include <chrono>
+
+namespace tavrel {
+namespace {
+
+constexpr std::chrono::milliseconds kRepaint{40};
+constexpr int kCrosshairWidth = 3;  // with a light edge on both sides
+constexpr QColor kCrosshairInk(0x20, 0x50, 0xA0);
+constexpr QColor kCrosshairEdge(0xFF, 0xFF, 0xFF, 0xB0);
+
+}  // namespace
+
+PlotView::PlotView(PlotSurface& surface, QWidget* parent) : QWidget(parent), surface_(surface) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  repaint_.setSingleShot(true);
+  repaint_.setInterval(kRepaint);
+  repaint_.callOnTimeout(this, [this] { UpdateChanges(); });
+  surface_.Watch([this] { repaint_.start(); }, [this] { UpdateChanges(); });
+}
+
+QSize PlotView::DotsNow() const {
+  const qreal scale = devicePixelRatioF();
+  return {qRound(width() * scale), qRound(height() * scale)};
+}
+
+bool PlotView::Fits() const {
+  return surface_.Picture().size() == DotsNow() && surface_.DeviceScale() == devicePixelRatioF();
+}
+
+QPointF PlotView::UserAt(QPointF position) const {
+  const QPointF dot = position * surface_.DeviceScale();
+  return {surface_.Map().UserX(dot.x()), surface_.Map().UserY(dot.y())};
+}
+
+QPoint PlotView::PositionOf(QPointF user) const {
+  const QPointF dot(surface_.Map().DotX(user.x()), surface_.Map().DotY(user.y()));
+  const QPointF position = dot / surface_.DeviceScale();
+  return {qRound(std::clamp<qreal>(position.x(), 0, width() - 1)),
+          qRound(std::clamp<qreal>(position.y(), 0, height() - 1))};
+}
+
+void PlotView::UpdateChanges() {
+  repaint_.stop();
+  const QRect dots = surface_.TakeChanges();
+  const qreal scale = surface_.DeviceScale();
+  update(QRectF(QPointF(dots.topLeft()) / scale, QSizeF(dots.size()) / scale).toAlignedRect());
+}
+
+void PlotView::ShowCrosshair(std::optional<QPoint> position) {
+  if (position == crosshair_) {
+    return;
+  }
+  UpdateCrosshair();
+  crosshair_ = position;
+  UpdateCrosshair();
+}
+
+void PlotView::UpdateCrosshair() {
+  if (!crosshair_) {
+    return;
+  }
+  const QPoint at = *crosshair_;
+  update(QRect(at.x() - kCrosshairWidth, 0, 2 * kCrosshairWidth, height()));
+  update(QRect(0, at.y() - kCrosshairWidth, width(), 2 * kCrosshairWidth));
+}
+
+void PlotView::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  if (!Fits()) {
+    painter.fillRect(event->rect(), Qt::white);
+    emit SizeChanged();
+  }
+  painter.drawImage(QPointF(0, 0), surface_.Picture());
+  if (!crosshair_) {
+    return;
+  }
+  const QPoint at = *crosshair_;
+  const int aside = kCrosshairWidth / 2;
+  painter.fillRect(at.x() - aside, 0, kCrosshairWidth, height(), kCrosshairEdge);
+  painter.fillRect(0, at.y() - aside, width(), kCrosshairWidth, kCrosshairEdge);
+  painter.fillRect(at.x(), 0, 1, height(), kCrosshairInk);
+  painter.fillRect(0, at.y(), width(), 1, kCrosshairInk);
+}
+
+void PlotView::resizeEvent(QResizeEvent* /*event*/) {
+  emit SizeChanged();
+}
+
+void PlotView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    setFocus(Qt::MouseFocusReason);
+    emit Pressed(UserAt(event->position()));
+  }
+}
+
+void PlotView::mouseMoveEvent(QMouseEvent* event) {
+  emit Moved(UserAt(event->position()));
+}
+
+void PlotView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    emit Released(UserAt(event->position()));
+  }
+}
+
+void PlotView::leaveEvent(QEvent* /*event*/) {
+  emit Left();
+}
+
+}  // namespace tavrel

@@ -1,0 +1,64 @@
+#ifndef TAVREL_GRAPH_FORMS_PLOT_VIEW_H_
+#define TAVREL_GRAPH_FORMS_PLOT_VIEW_H_
+
+#include <QTimer>
+#include <QWidget>
+#include <optional>
+
+#include "platform/qt/plot_surface.h"
+
+namespace tavrel {
+
+// Shows a picture of the graph and tells where the mouse is on it. While the picture grows it is
+// painted again at most every 40 ms, and only where it changed.
+class PlotView : public QWidget {
+  Q_OBJECT
+ public:
+  // `surface` outlives the view. The picture fits when FitSurface was called after the last
+  // change of the view's size.
+  PlotView(PlotSurface& surface, QWidget* parent);
+
+  // Dots of the device that the view has now.
+  [[nodiscard]] QSize DotsNow() const;
+  [[nodiscard]] bool Fits() const;
+
+  // A position of the view in the user scale of the picture, and back.
+  [[nodiscard]] QPointF UserAt(QPointF position) const;
+  [[nodiscard]] QPoint PositionOf(QPointF user) const;
+
+  // Two lines across the whole view through a position, over the picture.
+  void ShowCrosshair(std::optional<QPoint> position);
+
+  [[nodiscard]] QSize minimumSizeHint() const override { return least_; }
+  [[nodiscard]] QSize sizeHint() const override { return least_; }
+  void SetLeastSize(QSize size) { least_ = size; }
+
+ signals:
+  void SizeChanged();
+  // The left button and the move, in the user scale.
+  void Pressed(QPointF user);
+  void Moved(QPointF user);
+  void Released(QPointF user);
+  void Left();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  void UpdateChanges();
+  void UpdateCrosshair();
+
+  PlotSurface& surface_;
+  QTimer repaint_;
+  QSize least_{1, 1};
+  std::optional<QPoint> crosshair_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_GRAPH_FORMS_PLOT_VIEW_H_

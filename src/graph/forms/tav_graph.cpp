@@ -1,0 +1,505 @@
+#include "graph/forms/tav_graph.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "files/unit_record.h"
+#include "frame/forms/muted_label.h"
+#include "graph/forms/graph_glyphs.h"
+#include "graph/graph_tips.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kMargin = 10;
+constexpr int kGap = 6;
+constexpr int kGroupGap = 18;  // between groups of buttons
+constexpr qreal kGlyphSize = 1.35;
+constexpr qreal kPromptSize = 1.15;
+constexpr QSize kFirstSize(1040, 680);
+constexpr std::chrono::milliseconds kTimerGraph{100};
+// After a change of size, until the pictures follow. A user who drags an edge sees them follow in
+// steps.
+constexpr std::chrono::milliseconds kFit{60};
+constexpr int kManySteps = 10;  // of the cursor, with Shift
+
+void ShowText(QLabel* label, const std::string& utf8) {
+  const QString text = QtText(utf8);
+  if (label->text() != text) {
+    label->setText(text);
+  }
+}
+
+QFont Sized(QFont font, qreal size) {
+  font.setPointSizeF(font.pointSizeF() * size);
+  return font;
+}
+
+PlotPoint PointOf(QPointF user) {
+  return {user.x(), user.y()};
+}
+
+bool IsEnter(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+bool IsEnterOrEscape(const QKeyEvent& event) {
+  return IsEnter(event) || event.key() == Qt::Key_Escape;
+}
+
+}  // namespace
+
+TavGraph::TavGraph(Graph& graph)
+    : ModalForm("TavGraph", ""),
+      graph_(graph),
+      frames_{new CurveFrame(kOverview, this), new CurveFrame(kPartView, this)},
+      legend_(new GraphLegend(this)),
+      surfaces_{{frames_[kOverview]->Surfaces(), frames_[kPartView]->Surfaces()},
+                legend_->Samples(),
+                legend_->Names()} {
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  MakeMenu();
+  MakeTools();
+  MakePrompts();
+  ConnectPictures();
+  MakeTimers();
+  Arrange();
+  WatchKeys();
+  graph_.Attach(&surfaces_);
+}
+
+TavGraph::~TavGraph() {
+  graph_.CloseNow();
+  graph_.Attach(nullptr);
+}
+
+void TavGraph::ConnectPictures() {
+  for (CurveFrame* frame : frames_) {
+    connect(frame, &CurveFrame::SizeChanged, this, &TavGraph::FitSoon);
+    PlotView* plot = &frame->Plot();
+    connect(plot, &PlotView::Pressed, this, [this](QPointF at) {
+      graph_.PicC_MouseDown(PointOf(at));
+      AfterEvent();
+    });
+    connect(plot, &PlotView::Moved, this, [this](QPointF at) {
+      graph_.PicC_MouseMove(PointOf(at));
+      AfterEvent();
+    });
+    connect(plot, &PlotView::Released, this, [this](QPointF at) {
+      graph_.PicC_MouseUp(PointOf(at));
+      AfterEvent();
+    });
+    connect(plot, &PlotView::Left, this, [this] {
+      graph_.PicC_MouseLeave();
+      AfterEvent();
+    });
+  }
+  connect(legend_, &GraphLegend::SizeChanged, this, &TavGraph::FitSoon);
+  connect(legend_, &GraphLegend::Clicked, this, [this](double height) {
+    graph_.PicColor_MouseUp(height);
+    AfterEvent();
+  });
+}
+
+void TavGraph::MakeMenu() {
+  menu_ = new QMenuBar(this);
+  QMenu* output = menu_->addMenu("Output  ");
+  mnu_output_ = output->menuAction();
+  mnu_output_->setObjectName("MnuOutput");
+  const std::array<std::pair<const char*, const char*>, 5> entries = {
+      {{"MnuPrint", "Printer"},
+       {"MnuSubFile", "Sub - file"},
+       {"MnuASCII", "ASCII - file"},
+       {"MnuData", "Clipboard:  Data"},
+       {"MnuGraph", "Clipboard:  Graphics "}}};
+  for (const auto& [name, caption] : entries) {
+    QAction* entry = output->addAction(caption);
+    entry->setObjectName(name);
+    entry->setEnabled(false);
+  }
+  QAction* help = menu_->addAction("Help");
+  help->setObjectName("MnuHelp");
+  help->setShortcut(QKeySequence::HelpContents);
+  connect(help, &QAction::triggered, this, [this] {
+    graph_.MnuHelp_Click();
+    AfterEvent();
+  });
+}
+
+GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph) {
+  auto* button = new GlyphButton(glyph, this);
+  button->setObjectName(name);
+  button->setAccessibleName(spoken);
+  button->setFont(Sized(button->font(), kGlyphSize));
+  const QSize size = button->sizeHint();
+  button->setFixedSize(size.width() * 5 / 4, size.height());
+  return button;
+}
+
+GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                  Press press) {
+  GlyphButton* button = MakeButton(name, spoken, glyph);
+  connect(button, &GlyphButton::clicked, this, [this, press] {
+    (graph_.*press)();
+    AfterPress();
+  });
+  return button;
+}
+
+GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                  PressIndex press, int index) {
+  GlyphButton* button = MakeButton(name, spoken, glyph);
+  connect(button, &GlyphButton::clicked, this, [this, press, index] {
+    (graph_.*press)(index);
+    AfterPress();
+  });
+  return button;
+}
+
+void TavGraph::MakeTools() {
+  pb_print_ = MakeButton("PbPrint", "print", DrawPrinterGlyph);
+  pb_save_ = MakeButton("PbSave", "sub-file", DrawSubFileGlyph);
+  pb_copy_ = MakeButton("PbCopy", "copy to the clipboard", DrawClipboardGlyph);
+  const auto eval = &Graph::PbEval_Click;
+  pb_eval_ = {MakeButton("PbEval_0", "measure a distance", DrawDistanceGlyph, eval, 0),
+              MakeButton("PbEval_1", "integrate", DrawIntegralGlyph, eval, 1)};
+  const auto mark = &Graph::PbMark_Click;
+  pb_mark_ = {MakeButton("PbMark_0", "delete last mark", DrawDeleteMarkGlyph, mark, 0),
+              MakeButton("PbMark_1", "add coordinates", DrawPointMarkGlyph, mark, 1),
+              MakeButton("PbMark_2", "add a comment", DrawCommentGlyph, mark, 2)};
+  cmd_over_ = MakeButton("cmdOver", "overview", DrawOverviewGlyph, &Graph::cmdOver_Click);
+  cmd_part_ = MakeButton("cmdPart", "part view", DrawPartViewGlyph, &Graph::cmdPart_Click);
+  cmd_exit_ = MakeButton("cmdExit", "exit", DrawExitGlyph, &Graph::cmdExit_Click);
+  cbo_xy_ = new QComboBox(this);
+  cbo_xy_->setObjectName("CboXY");
+  cbo_xy_->setAccessibleName("axes of the part view");
+  for (const char* item : kCboXYItems) {
+    cbo_xy_->addItem(item);
+  }
+  connect(cbo_xy_, &QComboBox::activated, this, [this](int index) {
+    graph_.CboXY_Click(index);
+    AfterPress();
+  });
+}
+
+void TavGraph::MakePrompts() {
+  pic_xy_ = new QWidget(this);
+  pic_xy_->setObjectName("picXY");
+  auto* read_out = new QHBoxLayout(pic_xy_);
+  read_out->setContentsMargins(0, 0, 0, 0);
+  for (QLabel** label : {&lb_x_, &lb_y_}) {
+    *label = new QLabel(pic_xy_);
+    (*label)->setTextFormat(Qt::PlainText);
+    (*label)->setMinimumWidth(fontMetrics().horizontalAdvance("x = 00000.00 "));
+    read_out->addWidget(*label);
+  }
+  lb_x_->setObjectName("lbX");
+  lb_y_->setObjectName("lbY");
+  txt_for_mark_ = new QLineEdit(this);
+  txt_for_mark_->setObjectName("Txt_for_Mark");
+  txt_for_mark_->setAccessibleName("comment");
+  txt_for_mark_->setMaxLength(kTextLength);
+  connect(txt_for_mark_, &QLineEdit::textEdited, this,
+          [this](const QString& text) { graph_.Txt_for_Mark_Change(text.toStdString()); });
+  lbl_instr_ = new QLabel(this);
+  lbl_instr_->setObjectName("Lbl_Instr");
+  lbl_instr_->setTextFormat(Qt::PlainText);
+  lbl_instr_->setFont(Sized(lbl_instr_->font(), kPromptSize));
+  lbl_res_ = new QLabel(this);
+  lbl_res_->setObjectName("lblRes");
+  lbl_res_->setTextFormat(Qt::PlainText);
+}
+
+void TavGraph::MakeTimers() {
+  timer_graph_.setInterval(kTimerGraph);
+  timer_graph_.callOnTimeout(this, [this] { Tick(); });
+  fit_.setSingleShot(true);
+  fit_.setInterval(kFit);
+  fit_.callOnTimeout(this, [this] { FitPictures(); });
+}
+
+void TavGraph::Arrange() {
+  stack_ = new QStackedLayout;
+  for (CurveFrame* frame : frames_) {
+    stack_->addWidget(frame);
+  }
+  auto* middle = new QHBoxLayout;
+  middle->setSpacing(kMargin);
+  middle->addLayout(stack_, 1);
+  middle->addWidget(legend_);
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  all->setSpacing(kMargin);
+  all->setMenuBar(menu_);
+  all->addLayout(ArrangeTools());
+  all->addLayout(middle, 1);
+  all->addLayout(ArrangePrompts());
+  resize(kFirstSize);
+}
+
+QHBoxLayout* TavGraph::ArrangeTools() {
+  auto* line = new QHBoxLayout;
+  line->setSpacing(kGap);
+  const auto add = [line](QWidget* control) { line->addWidget(control); };
+  add(pb_print_);
+  add(pb_save_);
+  add(pb_copy_);
+  line->addSpacing(kGroupGap);
+  add(pb_eval_[0]);
+  add(pb_eval_[1]);
+  line->addSpacing(kGroupGap);
+  add(pb_mark_[1]);
+  add(pb_mark_[2]);
+  add(pb_mark_[0]);
+  line->addSpacing(kGroupGap);
+  add(cbo_xy_);
+  line->addStretch(1);
+  add(cmd_over_);
+  add(cmd_part_);
+  line->addSpacing(kGroupGap);
+  add(cmd_exit_);
+  return line;
+}
+
+QHBoxLayout* TavGraph::ArrangePrompts() {
+  // Always as high as with the text field in it, so that nothing moves when that comes.
+  auto* line = new QHBoxLayout;
+  line->setSpacing(kMargin);
+  line->addStrut(std::max(txt_for_mark_->sizeHint().height(), lbl_instr_->sizeHint().height()));
+  auto* one_place = new QGridLayout;
+  one_place->addWidget(pic_xy_, 0, 0);
+  one_place->addWidget(txt_for_mark_, 0, 0);
+  one_place->setColumnMinimumWidth(0, pic_xy_->sizeHint().width());
+  line->addLayout(one_place);
+  line->addWidget(lbl_instr_);
+  line->addStretch(1);
+  line->addWidget(new MutedLabel("resolution", this));
+  line->addWidget(lbl_res_);
+  return line;
+}
+
+void TavGraph::FitSoon() {
+  if (!fit_.isActive()) {
+    fit_.start();
+  }
+}
+
+// The frame behind has the size of that in front when it comes there.
+void TavGraph::FitPictures() {
+  CurveFrame& front = FrameInFront();
+  const bool fit =
+      legend_->Fits() && frames_[kOverview]->FitsTo(front) && frames_[kPartView]->FitsTo(front);
+  if (fit || !isVisible()) {
+    return;
+  }
+  if (!graph_.MayResize()) {
+    FitSoon();
+    return;
+  }
+  legend_->Fit();
+  for (CurveFrame* frame : frames_) {
+    frame->FitTo(front);
+  }
+  graph_.Resized();
+  Tick();
+}
+
+CurveFrame& TavGraph::FrameInFront() {
+  return *frames_.at(static_cast<std::size_t>(graph_.Values().frCurve));
+}
+
+void TavGraph::Tick() {
+  graph_.Timer_Graph_Timer();
+  if (isVisible()) {
+    AfterEvent();
+  }
+}
+
+// The keyboard goes on with the plot.
+void TavGraph::AfterPress() {
+  AfterEvent();
+  if (!txt_for_mark_->hasFocus()) {
+    FrameInFront().Plot().setFocus();
+  }
+}
+
+void TavGraph::Show() {
+  const GraphValues& now = graph_.Values();
+  if (windowTitle() != QtText(now.Caption)) {
+    setWindowTitle(QtText(now.Caption));
+  }
+  stack_->setCurrentIndex(now.frCurve);
+  for (CurveFrame* frame : frames_) {
+    frame->Show(now);
+    if (graph_.MayResize()) {
+      frame->ShowPlaces(now);
+    }
+  }
+  legend_->ShowArrow(now.Up_ArrowShown);
+  ShowTools(now);
+  ShowPrompts(now);
+  if (now.TimerOn != timer_graph_.isActive()) {
+    now.TimerOn ? timer_graph_.start() : timer_graph_.stop();
+  }
+}
+
+void TavGraph::ShowTools(const GraphValues& now) {
+  mnu_output_->setEnabled(now.MnuOutputEnabled);
+  pb_print_->setEnabled(now.PbPrintEnabled);
+  pb_save_->setEnabled(now.PbSaveEnabled);
+  pb_copy_->setEnabled(now.PbCopyEnabled);
+  for (std::size_t index = 0; index < pb_eval_.size(); ++index) {
+    pb_eval_.at(index)->setEnabled(now.PbEvalEnabled.at(index));
+  }
+  for (std::size_t index = 0; index < pb_mark_.size(); ++index) {
+    pb_mark_.at(index)->setEnabled(now.PbMarkEnabled.at(index));
+  }
+  cbo_xy_->setVisible(now.CboXYShown);
+  cbo_xy_->setCurrentIndex(now.CboXY);
+  cmd_over_->setVisible(now.cmdOverShown);
+  cmd_part_->setVisible(now.cmdPartShown);
+}
+
+void TavGraph::ShowPrompts(const GraphValues& now) {
+  pic_xy_->setVisible(now.picXYShown);
+  ShowText(lb_x_, now.lbX);
+  ShowText(lb_y_, now.lbY);
+  lbl_instr_->setVisible(now.Lbl_InstrShown);
+  ShowText(lbl_instr_, now.Lbl_Instr);
+  ShowText(lbl_res_, now.lblRes);
+  ShowComment(now);
+}
+
+// While its place is chosen the text stands there as on a button.
+void TavGraph::ShowComment(const GraphValues& now) {
+  if (!now.Txt_for_MarkShown && txt_for_mark_->hasFocus()) {
+    FrameInFront().Plot().setFocus();
+  }
+  txt_for_mark_->setVisible(now.Txt_for_MarkShown);
+  if (txt_for_mark_->text() != QtText(now.Txt_for_Mark)) {
+    txt_for_mark_->setText(QtText(now.Txt_for_Mark));
+  }
+  if (txt_for_mark_->isReadOnly() != now.Txt_for_MarkTaken) {
+    txt_for_mark_->setReadOnly(now.Txt_for_MarkTaken);
+    QPalette look = palette();
+    look.setColor(QPalette::Base,
+                  look.color(now.Txt_for_MarkTaken ? QPalette::Button : QPalette::Base));
+    txt_for_mark_->setPalette(look);
+    FrameInFront().Plot().setFocus();
+  }
+  if (now.FocusCalls != focus_calls_) {
+    focus_calls_ = now.FocusCalls;
+    txt_for_mark_->setFocus();
+  }
+}
+
+void TavGraph::ShowTips(Language language) {
+  for (const ToolTip& tip : kGraphTips) {
+    auto* control = findChild<QWidget*>(QtText(tip.Control));
+    if (control != nullptr) {
+      control->setToolTip(QtText(tip.Text.In(language)));
+    }
+  }
+}
+
+// The form is shown again for another slot: it begins as a new one would.
+void TavGraph::showEvent(QShowEvent* event) {
+  ModalForm::showEvent(event);
+  if (!event->spontaneous()) {
+    ShowTips(graph_.Values().TipLanguage);
+    FrameInFront().Plot().setFocus();
+    layout()->activate();
+    FitPictures();
+  }
+}
+
+// Enter and Escape belong to the form, whichever control has the keyboard.
+void TavGraph::WatchKeys() {
+  for (QWidget* control : findChildren<QWidget*>()) {
+    if (control->focusPolicy() != Qt::NoFocus) {
+      control->installEventFilter(this);
+    }
+  }
+}
+
+bool TavGraph::eventFilter(QObject* watched, QEvent* event) {
+  const bool is_key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+  if (!is_key || !IsEnterOrEscape(*static_cast<QKeyEvent*>(event))) {
+    return ModalForm::eventFilter(watched, event);
+  }
+  if (event->type() == QEvent::KeyPress) {
+    keyPressEvent(static_cast<QKeyEvent*>(event));
+  }
+  return true;
+}
+
+void TavGraph::keyPressEvent(QKeyEvent* event) {
+  if (!TakeKey(*event)) {
+    ModalForm::keyPressEvent(event);
+    return;
+  }
+  event->accept();
+  AfterEvent();
+}
+
+void TavGraph::keyReleaseEvent(QKeyEvent* event) {
+  if (IsEnterOrEscape(*event)) {
+    event->accept();
+    return;
+  }
+  ModalForm::keyReleaseEvent(event);
+}
+
+// A key that is still held down from the window before does nothing here.
+bool TavGraph::TakeKey(const QKeyEvent& event) {
+  if (IsEnterOrEscape(event)) {
+    if (!event.isAutoRepeat()) {
+      IsEnter(event) ? graph_.KeyEnter() : graph_.KeyEscape();
+    }
+    return true;
+  }
+  return !txt_for_mark_->hasFocus() && TakeCursorKey(event);
+}
+
+bool TavGraph::TakeCursorKey(const QKeyEvent& event) {
+  const int times = (event.modifiers() & Qt::ShiftModifier) != 0 ? kManySteps : 1;
+  switch (event.key()) {
+    case Qt::Key_Left:
+      graph_.MoveCursor(CursorMove::kLeft, times);
+      return true;
+    case Qt::Key_Right:
+      graph_.MoveCursor(CursorMove::kRight, times);
+      return true;
+    case Qt::Key_Up:
+      graph_.MoveCursor(CursorMove::kUp, times);
+      return true;
+    case Qt::Key_Down:
+      graph_.MoveCursor(CursorMove::kDown, times);
+      return true;
+    case Qt::Key_Home:
+      graph_.MoveCursor(CursorMove::kToStart, 1);
+      return true;
+    case Qt::Key_End:
+      graph_.MoveCursor(CursorMove::kToEnd, 1);
+      return true;
+    case Qt::Key_Space:
+      if (!event.isAutoRepeat()) {
+        graph_.PressCursor();
+      }
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace tavrel

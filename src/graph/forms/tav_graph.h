@@ -1,0 +1,101 @@
+#ifndef TAVREL_GRAPH_FORMS_TAV_GRAPH_H_
+#define TAVREL_GRAPH_FORMS_TAV_GRAPH_H_
+
+#include <QLabel>
+#include <QTimer>
+#include <array>
+
+#include "common/forms/modal_form.h"
+#include "frame/forms/glyph_button.h"
+#include "graph/forms/curve_frame.h"
+#include "graph/forms/graph_legend.h"
+#include "graph/graph.h"
+
+class QComboBox;
+class QHBoxLayout;
+class QLineEdit;
+class QMenuBar;
+class QStackedLayout;
+
+namespace tavrel {
+
+// TavGraph, the curves of a slot. One instance, shown again for each slot; it owns the pictures
+// that the graph paints on.
+class TavGraph : public ModalForm {
+  Q_OBJECT
+ public:
+  // `graph` outlives the form and is opened between the making of the form and each Run.
+  explicit TavGraph(Graph& graph);
+  ~TavGraph() override;
+  TavGraph(const TavGraph&) = delete;
+  TavGraph& operator=(const TavGraph&) = delete;
+
+ protected:
+  void Show() override;
+  [[nodiscard]] bool IsOpen() const override { return graph_.IsOpen(); }
+  void Leave() override { graph_.cmdExit_Click(); }
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  using Press = void (Graph::*)();
+  using PressIndex = void (Graph::*)(int index);
+
+  void MakeMenu();
+  void MakeTools();
+  void MakePrompts();
+  void ConnectPictures();
+  void MakeTimers();
+  void Arrange();
+  [[nodiscard]] QHBoxLayout* ArrangeTools();
+  [[nodiscard]] QHBoxLayout* ArrangePrompts();
+  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph);
+  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                        Press press);
+  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                        PressIndex press, int index);
+  void WatchKeys();
+  [[nodiscard]] CurveFrame& FrameInFront();
+  bool TakeKey(const QKeyEvent& event);
+  bool TakeCursorKey(const QKeyEvent& event);
+  void FitSoon();
+  void FitPictures();
+  void Tick();
+  void AfterPress();
+  void ShowTools(const GraphValues& now);
+  void ShowPrompts(const GraphValues& now);
+  void ShowComment(const GraphValues& now);
+  void ShowTips(Language language);
+
+  Graph& graph_;
+  std::array<CurveFrame*, kViews> frames_;
+  GraphLegend* legend_;
+  GraphSurfaces surfaces_;
+  QStackedLayout* stack_ = nullptr;
+  QMenuBar* menu_ = nullptr;
+  QAction* mnu_output_ = nullptr;
+  GlyphButton* pb_print_ = nullptr;
+  GlyphButton* pb_save_ = nullptr;
+  GlyphButton* pb_copy_ = nullptr;
+  std::array<GlyphButton*, 2> pb_eval_{};
+  std::array<GlyphButton*, 3> pb_mark_{};
+  QComboBox* cbo_xy_ = nullptr;
+  GlyphButton* cmd_over_ = nullptr;
+  GlyphButton* cmd_part_ = nullptr;
+  GlyphButton* cmd_exit_ = nullptr;
+  QWidget* pic_xy_ = nullptr;
+  QLabel* lb_x_ = nullptr;
+  QLabel* lb_y_ = nullptr;
+  QLineEdit* txt_for_mark_ = nullptr;
+  QLabel* lbl_instr_ = nullptr;
+  QLabel* lbl_res_ = nullptr;
+  QTimer timer_graph_;
+  QTimer fit_;
+  int focus_calls_ = 0;  // of the graph, that have been followed
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_GRAPH_FORMS_TAV_GRAPH_H_
