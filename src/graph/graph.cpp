@@ -74,7 +74,7 @@ void Graph::BuildCurves() {
 }
 
 void Graph::Timer_Graph_Timer() {
-  if (!IsOpen() || !values_.TimerOn || graph_.GraphBusy) {
+  if (!IsOpen() || !values_.TimerOn) {
     return;
   }
   values_.TimerOn = false;

@@ -164,7 +164,7 @@ void GraphPlotter::PaintEmptyPlot() {
   to.PicY.Refresh();
 }
 
-void GraphPlotter::PartFrame(Surface& target) {
+void GraphPlotter::PartFrame(Surface& target) const {
   const GraphState& graph = parts_.graph;
   target.SetPen({PenMode::kInvert, PenStyle::kDot, 1});
   target.Box({graph.PartX1, graph.PartY1, graph.PartX2, graph.PartY2, kBlack});

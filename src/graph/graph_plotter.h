@@ -51,7 +51,7 @@ class GraphPlotter {
   void BuildLegend();
 
   // The dotted rectangle of the part range, on the overview. A second one wipes the first.
-  void PartFrame(Surface& target);
+  void PartFrame(Surface& target) const;
 
   // What the user sees becomes what is permanent; all transient strokes are gone.
   void RestorePicture(int view);

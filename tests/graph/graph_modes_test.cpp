@@ -82,6 +82,13 @@ TEST(ReferenceMode, PrintsTheReferenceAtTheRowsThatReachIt) {
   EXPECT_EQ(ticks.AxisTickText.at(7), "180 ");
 }
 
+TEST(ReferenceMode, LeavesOutALabelThatWouldTouchTheOneBefore) {
+  GraphBench bench;
+  bench.pic_x[1].dots_wide = 200;  // a label is 28 dots, a step of 10 rows 20 dots
+  OpenPart(bench, 2, Rising(90));
+  EXPECT_THAT(bench.PicX(kPartView).Texts(), ElementsAre("110 ", "130 ", "150 ", "170 "));
+}
+
 TEST(ReferenceMode, DrawsItsGridInPlaceOfTheTimeGrid) {
   GraphBench bench;
   OpenPart(bench, 2, Rising(90));

@@ -153,14 +153,28 @@ TEST_F(GraphTool, IntegralHatchesEveryRowOnTheScreenOnly) {
   EXPECT_EQ(bench.ImgC(kPartView).strokes, before);
 }
 
-TEST_F(GraphTool, IntegralIsOfEveryRowInLowResolutionToo) {
-  bench.Unit().UnitRes = 54;
-  bench.program.state.PartPrepared = false;
+TEST(Integral, IsOfEveryRowInLowResolutionToo) {
+  GraphBench bench;
+  bench.header.UnitRes = 54;
+  bench.header.UnitXmax = 1000;
+  bench.header.UnitView = {7689, 4692, 29211, 28083};
+  // Every tenth row is 100 degrees above the others, which the drawing of every ninth cannot see.
+  std::vector<double> degrees;
+  for (int row = 0; row < 1000; ++row) {
+    degrees.insert(degrees.end(), {row % 10 == 0 ? 400.0 : 300.0, 0, 0});
+  }
+  bench.LoadAndOpen(GraphBench::Words(degrees));
+  bench.Tick();
+  bench.graph.cmdPart_Click();
   bench.Tick();
   bench.graph.PbEval_Click(1);
-  ChooseCurve(2);
-  DrawBaseline({{{20, 300}, {30, 300}, {40, 300}, {50, 300}, {60, 300}}});
-  EXPECT_EQ(bench.Shown().Lbl_Instr, "Integral =  4000 °C·min");
+  bench.graph.PicColor_MouseUp(1 / 15.0);
+  bench.Drag({100, 300}, {200, 300});
+  bench.Click({300, 300});
+  bench.Click({400, 300});
+  bench.Click({500, 300});
+  EXPECT_EQ(bench.View(kPartView).RecStep, 27);
+  EXPECT_EQ(bench.Shown().Lbl_Instr, "Integral =  4000 °C·min");  // 40 rows of 100 degrees
 }
 
 TEST_F(GraphTool, IntegralOfAModeIsOfTheDifferenceFromTheReference) {
@@ -253,6 +267,12 @@ TEST_F(GraphTool, ReadOutFollowsTheMouseAndGoesWithIt) {
   bench.graph.PicC_MouseLeave();
   EXPECT_EQ(bench.Shown().lbX, "");
   EXPECT_EQ(bench.Shown().lbY, "");
+}
+
+TEST_F(GraphTool, ReadOutIsHeldInThePlot) {
+  bench.graph.PicC_MouseMove({-3, 5000});
+  EXPECT_EQ(bench.Shown().lbX, "x = 10.00");
+  EXPECT_EQ(bench.Shown().lbY, "y = 900.0");
 }
 
 TEST_F(GraphTool, ReadOutHasNoXOnAReferenceAxis) {
