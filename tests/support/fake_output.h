@@ -14,6 +14,23 @@
 
 namespace tavrel {
 
+// A text on paper, in points from the upper left corner of the sheet.
+struct PrintedText {
+  std::string Text;
+  double Left = 0;
+  double Top = 0;
+  double Right = 0;
+  double Bottom = 0;
+  bool IsBold = false;
+  double Points = 0;
+
+  [[nodiscard]] bool Overlaps(const PrintedText& other) const {
+    constexpr double kTouch = 0.001;  // points
+    return Left + kTouch < other.Right && other.Left + kTouch < Right &&
+           Top + kTouch < other.Bottom && other.Top + kTouch < Bottom;
+  }
+};
+
 // A sheet of paper, a dot to the point. Texts grow with their font: at 11 points a character is 7
 // points wide, a line 14 high; a font that was never set is one of 11 points.
 class PaperSurface : public StrokeSurface {
@@ -22,6 +39,22 @@ class PaperSurface : public StrokeSurface {
     dots_wide = width;
     dots_high = height;
     SetScale({0, 0, width, height});
+  }
+  std::vector<PrintedText> printed;
+
+  // In points from the left and the upper edge.
+  [[nodiscard]] double PointsX(double x) const {
+    return (x - GetScale().Left) / (GetScale().Right - GetScale().Left) * dots_wide;
+  }
+  [[nodiscard]] double PointsY(double y) const {
+    return (y - GetScale().Top) / (GetScale().Bottom - GetScale().Top) * dots_high;
+  }
+  void Print(double x, double y, std::string_view text) override {
+    StrokeSurface::Print(x, y, text);
+    const double width = std::abs(TextWidth(text) / (GetScale().Right - GetScale().Left));
+    const double height = std::abs(TextHeight() / (GetScale().Bottom - GetScale().Top));
+    printed.push_back({std::string(text), PointsX(x), PointsY(y), PointsX(x) + width * dots_wide,
+                       PointsY(y) + height * dots_high, is_bold, points});
   }
   [[nodiscard]] double TextWidth(std::string_view text) const override {
     return StrokeSurface::TextWidth(text) * Growth();
