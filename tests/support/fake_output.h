@@ -69,12 +69,14 @@ class PaperSurface : public StrokeSurface {
 
 // A printer that keeps its pages.
 // Levers: chosen is what the user chooses in the dialog (none: leaves it), on_choose runs while
-// it is open, fail_page the page, from 1, that cannot be ended, no_page the one that cannot be
-// begun, fail_job the end of the job; paper is the size of the printable area in points.
+// it is open, on_page when a page begins, fail_page the page, from 1, that cannot be ended, no_page
+// the one that cannot be begun, fail_job the end of the job; paper is the size of the printable
+// area in points.
 class FakePrinter : public Printer {
  public:
   std::optional<PrintChoice> chosen = PrintChoice();
   std::function<void()> on_choose = [] {};
+  std::function<void()> on_page = [] {};
   std::size_t fail_page = 0;
   std::size_t no_page = 0;
   bool fail_job = false;
@@ -90,6 +92,7 @@ class FakePrinter : public Printer {
     return chosen.has_value();
   }
   [[nodiscard]] Surface* BeginPage() override {
+    on_page();
     if (pages.size() + 1 == no_page) {
       return nullptr;
     }
