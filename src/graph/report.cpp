@@ -22,6 +22,7 @@ constexpr int kUsualWidth = 2;     // points
 // Logical units, see PageLayout.
 constexpr double kHeaderText = 3;
 constexpr double kHeaderMargin = 2;
+constexpr double kHeaderGap = 2;   // between the texts of the header
 constexpr double kTickLong = 0.3;  // beneath the plot
 constexpr double kTickWide = 0.7;  // left of it
 constexpr double kLabelAway = 1;   // from the plot to the labels of both axes
@@ -124,7 +125,7 @@ void Report::PrintHeaderTexts() {
   const double middle = page_.WidthOf(name) / 2;
   page_.On().SetBold(false);
   const double outer = std::max(page_.WidthOf(style_.Plant), page_.WidthOf(file));
-  font_.Fit(middle + outer, (right - left) / 2 - kGap);
+  font_.Fit(middle + outer, (right - left) / 2 - kHeaderGap);
   page_.PrintLeft(left, kHeaderText, style_.Plant);
   page_.PrintRight(right, kHeaderText, file);
   page_.On().SetBold(true);

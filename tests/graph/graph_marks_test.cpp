@@ -234,7 +234,10 @@ TEST_F(TheMarks, KeepACrossInTheLowerLeftCorner) {
   EXPECT_EQ(Code(1, 0), 7689);
   EXPECT_EQ(Code(1, 1), 4692);
   LastTexts();
-  EXPECT_EQ(ImgC(kPartView).LinesOf(kBlack).size(), 2U);
+  const auto lines = ImgC(kPartView).LinesOf(kBlack);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[0].At, (Segment{10, 100, 10 + 50.0 / 70, 100, kBlack}));
+  EXPECT_EQ(lines[1].At, (Segment{10, 100, 10, 110, kBlack}));
 }
 
 TEST_F(TheMarks, AreAtMostFiveWhateverTheHeaderSays) {
