@@ -31,6 +31,7 @@ constexpr std::chrono::milliseconds kTimerGraph{100};
 // After a change of size, until the pictures follow. A user who drags an edge sees them follow in
 // steps.
 constexpr std::chrono::milliseconds kFit{60};
+constexpr int kLeastCommentWidth = 160;
 constexpr int kManySteps = 10;  // of the cursor, with Shift
 
 void ShowText(QLabel* label, const std::string& utf8) {
@@ -276,11 +277,13 @@ QHBoxLayout* TavGraph::ArrangePrompts() {
   auto* line = new QHBoxLayout;
   line->setSpacing(kMargin);
   line->addStrut(std::max(txt_for_mark_->sizeHint().height(), lbl_instr_->sizeHint().height()));
-  auto* one_place = new QGridLayout;
-  one_place->addWidget(pic_xy_, 0, 0);
-  one_place->addWidget(txt_for_mark_, 0, 0);
-  one_place->setColumnMinimumWidth(0, pic_xy_->sizeHint().width());
-  line->addLayout(one_place);
+  auto* one_place = new QWidget(this);
+  one_place->setFixedWidth(std::max(pic_xy_->sizeHint().width(), kLeastCommentWidth));
+  auto* grid = new QGridLayout(one_place);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->addWidget(pic_xy_, 0, 0);
+  grid->addWidget(txt_for_mark_, 0, 0);
+  line->addWidget(one_place);
   line->addWidget(lbl_instr_);
   line->addStretch(1);
   line->addWidget(new MutedLabel("resolution", this));
@@ -325,9 +328,19 @@ void TavGraph::Tick() {
   }
 }
 
+// A view that has just come to the front is drawn without waiting for the next tick, so that it
+// does not flash white and the mouse meets its scale.
+void TavGraph::AfterSwitch() {
+  if (graph_.Values().frCurve != graph_.Inside().ViewShown) {
+    Tick();
+  } else {
+    AfterEvent();
+  }
+}
+
 // The keyboard goes on with the plot.
 void TavGraph::AfterPress() {
-  AfterEvent();
+  AfterSwitch();
   if (!txt_for_mark_->hasFocus()) {
     FrameInFront().Plot().setFocus();
   }
@@ -449,7 +462,7 @@ void TavGraph::keyPressEvent(QKeyEvent* event) {
     return;
   }
   event->accept();
-  AfterEvent();
+  AfterSwitch();
 }
 
 void TavGraph::keyReleaseEvent(QKeyEvent* event) {

@@ -63,6 +63,7 @@ class TavGraph : public ModalForm {
   void FitSoon();
   void FitPictures();
   void Tick();
+  void AfterSwitch();
   void AfterPress();
   void ShowTools(const GraphValues& now);
   void ShowPrompts(const GraphValues& now);
