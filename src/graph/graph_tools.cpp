@@ -46,8 +46,12 @@ Tool After(Tool tool) {
 void DrawCross(const ViewFrame& view, PlotPoint at, Surface& target, Colour ink) {
   const double across = (view.XRight - view.XLeft) / kArmsAcross;
   const double up = (view.YTop - view.YBottom) / kArmsUp;
-  target.Line({at.X - across, at.Y, at.X + across, at.Y, ink});
-  target.Line({at.X, at.Y - up, at.X, at.Y + up, ink});
+  const double left = std::max(at.X - across, view.XLeft);
+  const double right = std::min(at.X + across, view.XRight);
+  const double bottom = std::max(at.Y - up, view.YBottom);
+  const double top = std::min(at.Y + up, view.YTop);
+  target.Line({left, at.Y, right, at.Y, ink});
+  target.Line({at.X, bottom, at.X, top, ink});
 }
 
 UnitRecord& GraphTools::Unit() const {
