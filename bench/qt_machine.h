@@ -4,8 +4,11 @@
 #include <string>
 
 #include "bench/live_program.h"
+#include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_events.h"
+#include "platform/qt/qt_printer.h"
+#include "platform/qt/qt_regional.h"
 #include "platform/qt/qt_screens.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_shell.h"
@@ -17,7 +20,9 @@ namespace tavrel {
 struct QtMachine {
   explicit QtMachine(const std::string& home) : port(home) {}
 
-  [[nodiscard]] Machine All() { return {port, clock, dialogs, screens, events, shell}; }
+  [[nodiscard]] Machine All() {
+    return {port, clock, dialogs, screens, events, shell, printer, clipboard, regional};
+  }
 
   SystemClock clock;
   QtEvents events;
@@ -25,6 +30,9 @@ struct QtMachine {
   QtScreens screens;
   QtShell shell;
   QtSerialPort port;
+  QtPrinter printer{events};
+  QtClipboard clipboard;
+  QtRegional regional;
 };
 
 }  // namespace tavrel

@@ -13,8 +13,11 @@
 #include "graph/forms/tav_graph.h"
 #include "platform/file_system.h"
 #include "platform/qt/instance_lock.h"
+#include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_events.h"
+#include "platform/qt/qt_printer.h"
+#include "platform/qt/qt_regional.h"
 #include "platform/qt/qt_screens.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_shell.h"
@@ -134,7 +137,7 @@ class Program {
   // The graph keeps its pictures while it is hidden.
   void ShowGraph() {
     if (graph_form_ == nullptr) {
-      graph_form_ = std::make_unique<TavGraph>(logic_.graph);
+      graph_form_ = std::make_unique<TavGraph>(logic_.graph, logic_.graph_output);
     }
     logic_.graph.Open();
     graph_form_->Run();
@@ -228,7 +231,11 @@ class Program {
   QtShell shell_;
   QtSignals signals_;
   QtSerialPort port_{ProgramDirectory()};
-  ProgramLogic logic_{{port_, clock_, dialogs_, screens_, events_, shell_}};
+  QtPrinter printer_{events_};
+  QtClipboard clipboard_;
+  QtRegional regional_;
+  ProgramLogic logic_{
+      {port_, clock_, dialogs_, screens_, events_, shell_, printer_, clipboard_, regional_}};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;

@@ -16,10 +16,14 @@
 #include "frame/settings_store.h"
 #include "frame/start_up.h"
 #include "graph/graph.h"
+#include "graph/graph_output.h"
 #include "link/link.h"
+#include "platform/clipboard.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
+#include "platform/printer.h"
+#include "platform/regional.h"
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
@@ -40,6 +44,9 @@ struct Machine {
   Screens& screens;
   Events& events;
   Shell& shell;
+  Printer& printer;
+  Clipboard& clipboard;
+  const Regional& regional;
 };
 
 // The logic of the whole program, joined: one instance for the life of the process. The program
@@ -71,6 +78,8 @@ struct ProgramLogic {
   Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
                        machine.dialogs, machine.screens, machine.events, machine.clock}};
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
+  GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
+                            machine.clipboard, machine.regional, machine.clock}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
   MainCycle cycle{{state, link, engine, sheet, messages, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "common/text.h"
+#include "files/open_slots.h"
 #include "platform/file_system.h"
 
 namespace tavrel {
@@ -100,7 +101,7 @@ CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string
     Refuse(name, "Source = Destination");
     return Outcome::kNot;
   }
-  if (IsOpenInSlot(to)) {
+  if (IsOpenInSlot(parts_.state, to)) {
     Refuse(name, "File is in use");
     return Outcome::kNot;
   }
@@ -119,17 +120,6 @@ void CopyFiles::Refuse(const std::string& name, const std::string& reason) {
 }
 
 // A slot would go on with the old file, which then has no name any more.
-bool CopyFiles::IsOpenInSlot(const std::string& path) const {
-  const RunState& state = parts_.state;
-  for (int slot = 0; slot <= kSlots; ++slot) {
-    const std::string& file = state.SlotFile[slot];
-    if (!file.empty() && IsSameFile(PlaceOf(state.SlotPath[slot], file), path)) {
-      return true;
-    }
-  }
-  return false;
-}
-
 bool CopyFiles::HasCompanions() const {
   return parts_.state.Settings.TypeSel == kTypeWithCompanions;
 }

@@ -72,7 +72,6 @@ class CopyFiles {
   [[nodiscard]] Counts CopyAll(const std::string& target, const std::function<void()>& show);
   [[nodiscard]] Outcome CopyOne(const std::string& name, const std::string& target);
   void Refuse(const std::string& name, const std::string& reason);
-  [[nodiscard]] bool IsOpenInSlot(const std::string& path) const;
   [[nodiscard]] bool HasCompanions() const;
   void SetDestPath(const std::string& path);
 

@@ -203,7 +203,7 @@ void Graph::KeyEnter() {
 }
 
 void Graph::KeyEscape() {
-  if (graph_.ViewShown == kPartView && static_cast<int>(graph_.ToolState) > 0) {
+  if (values_.frCurve == kPartView && static_cast<int>(graph_.ToolState) > 0) {
     tools_.CancelTool();
   } else {
     cmdExit_Click();

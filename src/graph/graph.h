@@ -86,6 +86,14 @@ class Graph {
   void PbMark_Click(int index);  // 0 delete the last mark, 1 coordinates, 2 comment
   void Txt_for_Mark_Change(const std::string& text) { values_.Txt_for_Mark = text; }
 
+  // For the outputs of the part view (GraphOutput). False: the part view is not in front, or it is
+  // being drawn.
+  [[nodiscard]] bool HasOutput() const {
+    return IsLive() && graph_.ViewShown == kPartView && graph_.ViewWanted == kPartView;
+  }
+  [[nodiscard]] GraphValues& ValuesForOutput() { return values_; }
+  void CancelTool() { tools_.CancelTool(); }
+
  private:
   void ResetValues();
   void BuildCurves();

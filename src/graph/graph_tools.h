@@ -73,7 +73,7 @@ class GraphTools {
   int sel_curve_ = 0;  // place of the curve to integrate, from 1; 0 none
 };
 
-// A cross at a point of the plot, of a size that the view gives.
+// A cross at a point of the plot, of a size that the view gives. Its arms end at the plot's edges.
 void DrawCross(const ViewFrame& view, PlotPoint at, Surface& target, Colour ink);
 
 }  // namespace tavrel

@@ -16,6 +16,7 @@ struct FileChoice {
   std::string DefaultExtension;  // put behind a name without one, without its point: "prg"
   std::string Filter;            // texts and patterns in turn: "program  (*.prg)|*.prg"
   std::string FullName;          // after a choice Directory and FileName, after Cancel empty
+  std::string Title;             // of the dialog; empty: the usual one of its mode
 
   // The user chose the file of that full path.
   void Take(const std::string& full_name);

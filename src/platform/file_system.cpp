@@ -269,6 +269,10 @@ std::string ReplaceFile(const std::string& path, std::string_view bytes) {
   return replacement.Error();
 }
 
+std::string WhyNotReplaceable(const std::string& path) {
+  return Replacement(path).Error();
+}
+
 std::string CopyFileTo(const std::string& from, const std::string& to) {
   RandomFile source;
   if (!source.Open(from, FileAccess::kRead)) {

@@ -48,6 +48,10 @@ namespace tavrel {
 // devices and write-protected files are refused. The permissions of the old file are kept.
 [[nodiscard]] std::string ReplaceFile(const std::string& path, std::string_view bytes);
 
+// Why ReplaceFile cannot even begin with `path`: it is tried, and nothing is left of it. Empty
+// text if it can; the disk may be full nevertheless.
+[[nodiscard]] std::string WhyNotReplaceable(const std::string& path);
+
 // Copies a plain file with the same care. A file is never copied onto itself, by whatever name.
 // Empty text on success.
 [[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);

@@ -71,7 +71,8 @@ class Surface {
 
   virtual void Line(const Segment& line) = 0;
 
-  // The same as Line for each, in their order. The pen must be solid, in copy mode.
+  // The same as Line for each, in their order. The pen must be in copy mode, and on a screen also
+  // solid; on paper its pattern runs on over lines that begin where the one before ended.
   virtual void Lines(std::span<const Segment> lines) = 0;
 
   // The outline of the rectangle of which `diagonal` is one.

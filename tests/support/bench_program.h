@@ -9,6 +9,7 @@
 #include "program_logic.h"
 #include "tests/support/direct_line.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/fake_output.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"
@@ -32,8 +33,13 @@ struct BenchMachine {
   FakeScreens screens;
   FakeEvents events;
   FakeShell shell;
+  FakePrinter printer;
+  FakeClipboard clipboard;
+  FakeRegional regional;
 
-  [[nodiscard]] Machine All() { return {port, clock, dialogs, screens, events, shell}; }
+  [[nodiscard]] Machine All() {
+    return {port, clock, dialogs, screens, events, shell, printer, clipboard, regional};
+  }
 };
 
 // The whole program without its forms, on a bench: real logic and real files.

@@ -54,16 +54,16 @@ class GraphBench {
     return words;
   }
 
-  void Load(const std::vector<std::int16_t>& samples) {
-    program.Install(kSlot, kName, header, samples);
+  void Load(const std::vector<std::int16_t>& words) {
+    program.Install(kSlot, kName, header, words);
     program.state.SlotPath[kSlot] = program.home.File("tavdat") + "/";
     program.state.SlotFile[kSlot] = kName;
     program.files.OpenRecordingFile(kSlot);
     program.state.SelSlot = kSlot;
     graph.Attach(&surfaces);
   }
-  void LoadAndOpen(const std::vector<std::int16_t>& samples) {
-    Load(samples);
+  void LoadAndOpen(const std::vector<std::int16_t>& words) {
+    Load(words);
     graph.Open();
   }
   void Tick() { graph.Timer_Graph_Timer(); }

@@ -1,10 +1,12 @@
 #include "graph/forms/curve_frame.h"
 
+#include <QApplication>
 #include <QGridLayout>
 #include <QPainter>
 #include <algorithm>
 
 #include "common/forms/modal_form.h"
+#include "frame/forms/shades.h"
 
 namespace tavrel {
 namespace {
@@ -144,6 +146,8 @@ void CurveFrame::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setPen(kEdge);
   painter.drawRect(view_c_->geometry().adjusted(-1, -1, 0, 0));
+  painter.setPen(EdgeOf(QApplication::palette()));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 }  // namespace tavrel

@@ -12,8 +12,8 @@ namespace {
 constexpr int kRows = 16;  // one more than there can be curves
 constexpr int kBetweenRows = 3;
 constexpr int kSampleWidth = 44;
-constexpr int kNameCharacters = 20;
-constexpr qreal kArrowSize = 2;  // in heights of a line
+constexpr const char* kLongName = "nnnnnnnnnnnnnnnnnnnn";  // of 20 characters, most are narrower
+constexpr qreal kArrowSize = 2;                            // in heights of a line
 
 // A picture in the accent of the desktop.
 class Arrow : public QWidget {
@@ -43,7 +43,7 @@ GraphLegend::GraphLegend(QWidget* parent) : QWidget(parent) {
   view_color_->setFixedSize(kSampleWidth, height);
   view_color_->setAccessibleName("colours of the curves");
   view_prod_ = MakeView("PicProd", pic_prod_);
-  view_prod_->setFixedSize(fontMetrics().averageCharWidth() * kNameCharacters, height);
+  view_prod_->setFixedSize(fontMetrics().horizontalAdvance(kLongName), height);
   view_prod_->setAccessibleName("names of the curves");
   up_arrow_ = new Arrow(this);
   auto* grid = new QGridLayout(this);

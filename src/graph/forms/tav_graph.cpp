@@ -11,7 +11,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
-#include <utility>
 
 #include "files/unit_record.h"
 #include "frame/forms/muted_label.h"
@@ -31,7 +30,22 @@ constexpr std::chrono::milliseconds kTimerGraph{100};
 // After a change of size, until the pictures follow. A user who drags an edge sees them follow in
 // steps.
 constexpr std::chrono::milliseconds kFit{60};
+constexpr int kLeastCommentWidth = 160;
 constexpr int kManySteps = 10;  // of the cursor, with Shift
+
+// An entry of the menu "Output".
+struct Entry {
+  const char* name;
+  const char* caption;
+  void (GraphOutput::*command)();
+};
+
+constexpr std::array<Entry, 5> kEntries = {
+    {{"MnuPrint", "Printer", &GraphOutput::MnuPrint_Click},
+     {"MnuSubFile", "Sub - file", &GraphOutput::MnuSubFile_Click},
+     {"MnuASCII", "ASCII - file", &GraphOutput::MnuASCII_Click},
+     {"MnuData", "Clipboard:  Data", &GraphOutput::MnuData_Click},
+     {"MnuGraph", "Clipboard:  Graphics ", &GraphOutput::MnuGraph_Click}}};
 
 void ShowText(QLabel* label, const std::string& utf8) {
   const QString text = QtText(utf8);
@@ -59,9 +73,10 @@ bool IsEnterOrEscape(const QKeyEvent& event) {
 
 }  // namespace
 
-TavGraph::TavGraph(Graph& graph)
+TavGraph::TavGraph(Graph& graph, GraphOutput& output)
     : ModalForm("TavGraph", ""),
       graph_(graph),
+      output_(output),
       frames_{new CurveFrame(kOverview, this), new CurveFrame(kPartView, this)},
       legend_(new GraphLegend(this)),
       surfaces_{{frames_[kOverview]->Surfaces(), frames_[kPartView]->Surfaces()},
@@ -116,16 +131,10 @@ void TavGraph::MakeMenu() {
   QMenu* output = menu_->addMenu("Output  ");
   mnu_output_ = output->menuAction();
   mnu_output_->setObjectName("MnuOutput");
-  const std::array<std::pair<const char*, const char*>, 5> entries = {
-      {{"MnuPrint", "Printer"},
-       {"MnuSubFile", "Sub - file"},
-       {"MnuASCII", "ASCII - file"},
-       {"MnuData", "Clipboard:  Data"},
-       {"MnuGraph", "Clipboard:  Graphics "}}};
-  for (const auto& [name, caption] : entries) {
-    QAction* entry = output->addAction(caption);
-    entry->setObjectName(name);
-    entry->setEnabled(false);
+  for (const Entry& entry : kEntries) {
+    QAction* action = output->addAction(entry.caption);
+    action->setObjectName(entry.name);
+    connect(action, &QAction::triggered, this, [this, &entry] { Execute(entry.command); });
   }
   QAction* help = menu_->addAction("Help");
   help->setObjectName("MnuHelp");
@@ -166,10 +175,23 @@ GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph
   return button;
 }
 
+GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                  Command command) {
+  GlyphButton* button = MakeButton(name, spoken, glyph);
+  connect(button, &GlyphButton::clicked, this, [this, command] { Execute(command); });
+  return button;
+}
+
+void TavGraph::Execute(Command command) {
+  (output_.*command)();
+  AfterPress();
+}
+
 void TavGraph::MakeTools() {
-  pb_print_ = MakeButton("PbPrint", "print", DrawPrinterGlyph);
-  pb_save_ = MakeButton("PbSave", "sub-file", DrawSubFileGlyph);
-  pb_copy_ = MakeButton("PbCopy", "copy to the clipboard", DrawClipboardGlyph);
+  pb_print_ = MakeButton("PbPrint", "print", DrawPrinterGlyph, &GraphOutput::MnuPrint_Click);
+  pb_save_ = MakeButton("PbSave", "sub-file", DrawSubFileGlyph, &GraphOutput::MnuSubFile_Click);
+  pb_copy_ = MakeButton("PbCopy", "copy to the clipboard", DrawClipboardGlyph,
+                        &GraphOutput::MnuGraph_Click);
   const auto eval = &Graph::PbEval_Click;
   pb_eval_ = {MakeButton("PbEval_0", "measure a distance", DrawDistanceGlyph, eval, 0),
               MakeButton("PbEval_1", "integrate", DrawIntegralGlyph, eval, 1)};
@@ -276,11 +298,13 @@ QHBoxLayout* TavGraph::ArrangePrompts() {
   auto* line = new QHBoxLayout;
   line->setSpacing(kMargin);
   line->addStrut(std::max(txt_for_mark_->sizeHint().height(), lbl_instr_->sizeHint().height()));
-  auto* one_place = new QGridLayout;
-  one_place->addWidget(pic_xy_, 0, 0);
-  one_place->addWidget(txt_for_mark_, 0, 0);
-  one_place->setColumnMinimumWidth(0, pic_xy_->sizeHint().width());
-  line->addLayout(one_place);
+  auto* one_place = new QWidget(this);
+  one_place->setFixedWidth(std::max(pic_xy_->sizeHint().width(), kLeastCommentWidth));
+  auto* grid = new QGridLayout(one_place);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->addWidget(pic_xy_, 0, 0);
+  grid->addWidget(txt_for_mark_, 0, 0);
+  line->addWidget(one_place);
   line->addWidget(lbl_instr_);
   line->addStretch(1);
   line->addWidget(new MutedLabel("resolution", this));
@@ -325,9 +349,19 @@ void TavGraph::Tick() {
   }
 }
 
+// A view that has just come to the front is drawn without waiting for the next tick, so that it
+// does not flash white and the mouse meets its scale.
+void TavGraph::AfterSwitch() {
+  if (graph_.Values().frCurve != graph_.Inside().ViewShown) {
+    Tick();
+  } else {
+    AfterEvent();
+  }
+}
+
 // The keyboard goes on with the plot.
 void TavGraph::AfterPress() {
-  AfterEvent();
+  AfterSwitch();
   if (!txt_for_mark_->hasFocus()) {
     FrameInFront().Plot().setFocus();
   }
@@ -440,7 +474,7 @@ void TavGraph::keyPressEvent(QKeyEvent* event) {
     return;
   }
   event->accept();
-  AfterEvent();
+  AfterSwitch();
 }
 
 void TavGraph::keyReleaseEvent(QKeyEvent* event) {

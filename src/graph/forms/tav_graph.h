@@ -10,6 +10,7 @@
 #include "graph/forms/curve_frame.h"
 #include "graph/forms/graph_legend.h"
 #include "graph/graph.h"
+#include "graph/graph_output.h"
 
 class QComboBox;
 class QHBoxLayout;
@@ -24,8 +25,8 @@ namespace tavrel {
 class TavGraph : public ModalForm {
   Q_OBJECT
  public:
-  // `graph` outlives the form and is opened between the making of the form and each Run.
-  explicit TavGraph(Graph& graph);
+  // Both outlive the form; `graph` is opened between the making of the form and each Run.
+  TavGraph(Graph& graph, GraphOutput& output);
   ~TavGraph() override;
   TavGraph(const TavGraph&) = delete;
   TavGraph& operator=(const TavGraph&) = delete;
@@ -42,6 +43,7 @@ class TavGraph : public ModalForm {
  private:
   using Press = void (Graph::*)();
   using PressIndex = void (Graph::*)(int index);
+  using Command = void (GraphOutput::*)();
 
   void MakeMenu();
   void MakeTools();
@@ -56,6 +58,9 @@ class TavGraph : public ModalForm {
                                         Press press);
   [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
                                         PressIndex press, int index);
+  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                        Command command);
+  void Execute(Command command);
   void WatchKeys();
   [[nodiscard]] CurveFrame& FrameInFront();
   bool TakeKey(const QKeyEvent& event);
@@ -63,12 +68,14 @@ class TavGraph : public ModalForm {
   void FitSoon();
   void FitPictures();
   void Tick();
+  void AfterSwitch();
   void AfterPress();
   void ShowTools(const GraphValues& now);
   void ShowPrompts(const GraphValues& now);
   void ShowComment(const GraphValues& now);
 
   Graph& graph_;
+  GraphOutput& output_;
   std::array<CurveFrame*, kViews> frames_;
   GraphLegend* legend_;
   GraphSurfaces surfaces_;

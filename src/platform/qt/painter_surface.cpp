@@ -2,6 +2,7 @@
 
 #include <QPaintDevice>
 #include <QPen>
+#include <QPolygonF>
 #include <array>
 #include <cmath>
 
@@ -66,30 +67,39 @@ QPen PainterSurface::PenOf(Colour ink) const {
   QPen pen(QColor(ink.Red, ink.Green, ink.Blue), pen_.Width * units_per_point_,
            StyleOf(pen_.Style));
   pen.setCapStyle(is_solid ? Qt::RoundCap : Qt::FlatCap);
+  pen.setJoinStyle(Qt::RoundJoin);
   return pen;
-}
-
-void PainterSurface::Stroke(const Segment& line) {
-  DotLine dots = map_.Dots(line);
-  if (CutLine(dots, edges_)) {
-    painter_.drawLine(QPointF(dots.X1, dots.Y1), QPointF(dots.X2, dots.Y2));
-  }
 }
 
 void PainterSurface::Line(const Segment& line) {
   Lines({&line, 1});
 }
 
+// Lines that begin where the one before ended are one stroke, so that its pattern runs on.
 void PainterSurface::Lines(std::span<const Segment> lines) {
   const KeptPainter kept(painter_);
-  const Segment* inked = nullptr;  // the last line whose ink was set
+  QPolygonF stroke;
+  Colour ink;
+  const auto draw = [&] {
+    painter_.setPen(PenOf(ink));
+    painter_.drawPolyline(stroke);
+    stroke.clear();
+  };
   for (const Segment& line : lines) {
-    if (inked == nullptr || !(inked->Ink == line.Ink)) {
-      painter_.setPen(PenOf(line.Ink));
-      inked = &line;
+    DotLine dots = map_.Dots(line);
+    if (!CutLine(dots, edges_)) {
+      continue;
     }
-    Stroke(line);
+    const QPointF from(dots.X1, dots.Y1);
+    const bool goes_on = !stroke.isEmpty() && stroke.back() == from && line.Ink == ink;
+    if (!goes_on) {
+      draw();
+      stroke << from;
+    }
+    ink = line.Ink;
+    stroke << QPointF(dots.X2, dots.Y2);
   }
+  draw();
 }
 
 void PainterSurface::Box(const Segment& diagonal) {

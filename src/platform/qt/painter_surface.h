@@ -40,7 +40,6 @@ class PainterSurface : public Surface {
   void Refresh() override {}
 
  private:
-  void Stroke(const Segment& line);
   [[nodiscard]] QPen PenOf(Colour ink) const;
   [[nodiscard]] QFontMetricsF Metrics() const;
 

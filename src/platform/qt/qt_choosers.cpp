@@ -20,7 +20,8 @@ QString Text(const std::string& utf8) {
 void Prepare(QFileDialog& dialog, const FileChoice& choice) {
   const bool saves = choice.Mode == FileMode::kSave;
   dialog.setObjectName("FileDialog");
-  dialog.setWindowTitle(saves ? "Save As" : "Open");
+  const QString usual_title = saves ? "Save As" : "Open";
+  dialog.setWindowTitle(choice.Title.empty() ? usual_title : Text(choice.Title));
   dialog.setAcceptMode(saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked without regard to case instead

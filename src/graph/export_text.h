@@ -1,0 +1,50 @@
+#ifndef TAVREL_GRAPH_EXPORT_TEXT_H_
+#define TAVREL_GRAPH_EXPORT_TEXT_H_
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "files/unit_record.h"
+#include "graph/sample_reader.h"
+
+// The rows of the part view as text, for a file and for the clipboard. Lines end in CR LF. The
+// time is that of the export, not of the recording: the first row reads one interval.
+namespace tavrel {
+
+// A column of values: its place in a row, from 1, and the name of its input.
+struct ExportColumn {
+  int Column = 0;
+  HeaderText Name{};
+};
+
+// What is exported. The rows are those of the records FirstRecord, FirstRecord + Channels and so
+// on up to and including LastRecord; none if that is smaller.
+struct ExportTable {
+  std::string FileName;  // of the recording, UTF-8
+  int RecInterval = 1;   // seconds
+  int Channels = 1;      // words in a row, 1..15
+  int FirstRecord = 0;
+  int LastRecord = 0;
+  std::vector<ExportColumn> Columns;
+};
+
+// The whole content of the text file, Windows-1252. Each line of values ends in a separator.
+// `decimal_mark` is UTF-8.
+[[nodiscard]] std::string AsciiText(const ExportTable& table, const std::string& decimal_mark,
+                                    SampleReader& reader);
+
+inline constexpr std::size_t kClipboardLimit = 64000;  // characters
+
+// The same for the clipboard, UTF-8: fields parted by tabs. Empty if a row takes the text beyond
+// kClipboardLimit.
+[[nodiscard]] std::optional<std::string> ClipboardText(const ExportTable& table,
+                                                       const std::string& decimal_mark,
+                                                       SampleReader& reader);
+
+// 0.05 x `word` with two decimals and `decimal_mark`, added to `text`.
+void AppendDegrees(std::string& text, int word, const std::string& decimal_mark);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_GRAPH_EXPORT_TEXT_H_

@@ -1,0 +1,228 @@
+#include "graph/graph_output.h"
+
+#include "common/text.h"
+#include "files/open_slots.h"
+#include "graph/output_pause.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kAsciiTitle = "ASCII - file";
+constexpr const char* kClipboardTitle = "clipboard";
+constexpr const char* kSubfileTitle = "Subfile";
+constexpr const char* kWriteTitle = "write subfile";
+constexpr std::size_t kExtensionLength = 3;
+constexpr int kSubfileRecord = kSlotTable;  // the work header in RunState::Unit
+
+std::string ExtensionOf(const UnitRecord& unit) {
+  return Trim(FirstCharacters(unit.UnitDesignation.Get(), kExtensionLength));
+}
+
+}  // namespace
+
+void GraphOutput::MnuSubFile_Click() {
+  if (is_at_work_ || !parts_.graph.HasOutput()) {
+    return;
+  }
+  const HeldFlag at_work(is_at_work_, true);
+  const DisabledButton button(parts_.graph, &GraphValues::PbSaveEnabled);
+  SaveSubfile();
+}
+
+void GraphOutput::MnuASCII_Click() {
+  if (is_at_work_ || !parts_.graph.HasOutput()) {
+    return;
+  }
+  const HeldFlag at_work(is_at_work_, true);
+  SaveText();
+}
+
+void GraphOutput::MnuData_Click() {
+  if (is_at_work_ || !parts_.graph.HasOutput()) {
+    return;
+  }
+  const HeldFlag at_work(is_at_work_, true);
+  CopyText();
+}
+
+void GraphOutput::MnuGraph_Click() {
+  if (is_at_work_ || !parts_.graph.HasOutput()) {
+    return;
+  }
+  const HeldFlag at_work(is_at_work_, true);
+  const DisabledButton button(parts_.graph, &GraphValues::PbCopyEnabled);
+  CopyPicture();
+}
+
+void GraphOutput::Warn(const char* title, const std::string& text) {
+  parts_.dialogs.Message({text, title, BoxIcon::kWarning});
+}
+
+bool GraphOutput::HasCurves(const char* title) {
+  if (parts_.graph.Inside().Curves.CurveCount > 0) {
+    return true;
+  }
+  Warn(title, "no colors selected");
+  return false;
+}
+
+bool GraphOutput::IsStill(const std::string& file) const {
+  return parts_.graph.HasOutput() && File() == file;
+}
+
+std::string GraphOutput::Target(const FileChoice& choice, const char* title) {
+  std::string path =
+      FindFile(StripSeparator(choice.Directory), choice.FileName).value_or(choice.FullName);
+  if (IsOpenInSlot(parts_.state, path)) {
+    Warn(title, choice.FileName + "\nFile is in use");
+    return "";
+  }
+  return path;
+}
+
+void GraphOutput::SaveText() {
+  if (!HasCurves(kAsciiTitle)) {
+    return;
+  }
+  const std::string file = File();
+  FileChoice choice;
+  choice.Mode = FileMode::kSave;
+  choice.Directory = parts_.state.Settings.DefPath;
+  choice.FileName = file + ".ASC";
+  choice.DefaultExtension = "asc";
+  choice.Filter = "ASCII-files  (*.asc)|*.asc";
+  parts_.dialogs.FileDialog(choice);
+  if (choice.FullName.empty() || !IsStill(file)) {
+    return;
+  }
+  const std::string target = Target(choice, kAsciiTitle);
+  if (target.empty() || !WhyNotReplaceable(target).empty()) {
+    return;  // a file that cannot be opened ends this without a word, as ever
+  }
+  std::string problem;
+  {
+    const OutputPause pause(parts_.state, parts_.graph, parts_.events);
+    SampleReader reader(parts_.state.SlotFileNo.at(Slot()));
+    problem = ReplaceFile(target, AsciiText(Table(), parts_.regional.DecimalMark(), reader));
+  }
+  if (!problem.empty()) {
+    Warn(kAsciiTitle, choice.FileName + "\n" + problem);
+  }
+}
+
+ExportTable GraphOutput::Table() const {
+  ExportTable table;
+  table.FileName = File();
+  table.RecInterval = parts_.state.RecInterval.at(Slot());
+  table.Channels = Unit().UnitChannels;
+  table.FirstRecord = View().RecFirst;
+  table.LastRecord = View().RecEnd;
+  const CurveList& curves = parts_.graph.Inside().Curves;
+  for (int k = 0; k < curves.CurveCount; ++k) {
+    const Curve& curve = curves.At(k);
+    const auto place = static_cast<std::size_t>(curve.CurveInput - 1);
+    table.Columns.push_back({curve.CurveColumn, Unit().UnitInputName.at(place)});
+  }
+  return table;
+}
+
+void GraphOutput::CopyText() {
+  if (!HasCurves(kClipboardTitle)) {
+    return;
+  }
+  const std::string file = File();
+  const int rows = (View().RecEnd - View().RecFirst) / Unit().UnitChannels;
+  const int columns = parts_.graph.Inside().Curves.CurveCount + 1;
+  const bool is_wanted = parts_.dialogs.AskOk({"columns · rows = " + std::to_string(columns) +
+                                                   " · " + std::to_string(rows) + "\ncontinue ?",
+                                               "clipboard:  data", BoxIcon::kQuestion});
+  if (!is_wanted || !IsStill(file)) {
+    return;
+  }
+  std::optional<std::string> text;
+  {
+    const OutputPause pause(parts_.state, parts_.graph, parts_.events);
+    SampleReader reader(parts_.state.SlotFileNo.at(Slot()));
+    text = ClipboardText(Table(), parts_.regional.DecimalMark(), reader);
+    if (text) {
+      parts_.clipboard.SetText(*text);
+    }
+  }
+  if (!text) {
+    parts_.dialogs.Message({"Too much data", "Clipboard", BoxIcon::kCritical});
+  }
+}
+
+void GraphOutput::CopyPicture() {
+  if (!HasCurves(kClipboardTitle)) {
+    return;
+  }
+  const OutputPause pause(parts_.state, parts_.graph, parts_.events);
+  parts_.clipboard.SetPicture(
+      [this](Surface& to) { DrawReport(Content(), Style(true), kPicture, to); });
+}
+
+void GraphOutput::SaveSubfile() {
+  const std::string file = File();
+  FileChoice choice;
+  choice.Mode = FileMode::kSave;
+  choice.Title = "Create a Subfile ...";
+  choice.Directory = parts_.state.Settings.DefPath;
+  choice.FileName = SubfileName(file);
+  choice.DefaultExtension = ExtensionOf(Unit());
+  choice.Filter = "(S*.*)  all subfiles|S*.*";
+  parts_.dialogs.FileDialog(choice);
+  if (choice.FullName.empty() || !IsStill(file)) {
+    return;
+  }
+  if (!IsSubfileName(choice.FileName)) {
+    Warn(kSubfileTitle, "Filename must start with 'S'");
+    return;
+  }
+  if (HasCurves(kSubfileTitle)) {
+    WriteSubfile(choice);
+  }
+}
+
+// A new subfile is in capitals as all recordings are.
+void GraphOutput::WriteSubfile(const FileChoice& choice) {
+  std::string target = Target(choice, kWriteTitle);
+  if (target.empty()) {
+    return;
+  }
+  if (!FindFile(StripSeparator(choice.Directory), choice.FileName)) {
+    target = JoinPath(choice.Directory, UpperCase(choice.FileName));
+  }
+  RunState& state = parts_.state;
+  std::string problem;
+  {
+    const OutputPause pause(state, parts_.graph, parts_.events);
+    UnitRecord& header = state.Unit.at(kSubfileRecord);
+    header = SubfileHeader(Unit(), Cut());
+    SampleReader reader(state.SlotFileNo.at(Slot()));
+    problem = ReplaceFile(target, SubfileBytes(Unit(), header, Cut(), reader));
+    state.IndexValid = false;
+  }
+  if (!problem.empty()) {
+    Warn(kWriteTitle, problem + "\n" + choice.FileName);
+  }
+}
+
+SubfileCut GraphOutput::Cut() const {
+  return {View().RecFirst, View().RecEnd, View().XRight - View().XLeft, File()};
+}
+
+ReportContent GraphOutput::Content() const {
+  const GraphState& graph = parts_.graph.Inside();
+  return {Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo.at(Slot()),
+          File()};
+}
+
+ReportStyle GraphOutput::Style(bool is_colour) const {
+  const SettingsValues& settings = parts_.state.Settings;
+  return {settings.Plant, settings.PFontName,  static_cast<double>(settings.PFontSize),
+          is_colour,      settings.PDrawWidth, parts_.regional.ShortDate(parts_.clock.Now())};
+}
+
+}  // namespace tavrel

@@ -1,0 +1,364 @@
+#include "graph/report.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "common/number.h"
+#include "common/text.h"
+#include "graph/graph_plotter.h"
+#include "graph/mark_drawing.h"
+#include "graph/sample_reader.h"
+
+namespace tavrel {
+namespace {
+
+constexpr Colour kBar{0xE0, 0xE0, 0xE0};
+constexpr Colour kShadow{0xC0, 0xC0, 0xC0};
+constexpr int kRelative = 1;       // UnitGraphMode from here on: difference from the reference
+constexpr int kReferenceAxis = 2;  // and from here on the reference beneath the plot
+constexpr int kUsualWidth = 2;     // points
+
+// Logical units, see PageLayout.
+constexpr double kHeaderText = 3;
+constexpr double kHeaderMargin = 2;
+constexpr double kHeaderGap = 2;   // between the texts of the header
+constexpr double kTickLong = 0.3;  // beneath the plot
+constexpr double kTickWide = 0.7;  // left of it
+constexpr double kLabelAway = 1;   // from the plot to the labels of both axes
+constexpr double kUnitAway = 0.5;  // from the plot to the unit of the X axis
+constexpr double kGap = 0.5;       // between texts
+constexpr double kSampleLeft = 5;  // of the legend left of the plot
+constexpr double kSampleRight = 10;
+constexpr double kNameLeft = 12;
+constexpr double kTableTop = 29;  // row 0 of the table
+constexpr double kTableNumber = 12;
+constexpr double kTableSampleLeft = 18;
+constexpr double kTableSampleRight = 25;
+constexpr double kTableName = 28;
+constexpr double kTableNote = 56;
+
+// One drawing.
+class Report {
+ public:
+  Report(const ReportContent& content, const ReportStyle& style, const PageLayout& layout,
+         Surface& surface)
+      : content_(content),
+        style_(style),
+        page_(layout, content.View, surface),
+        font_(page_, style.FontName, style.FontSize) {}
+
+  void Draw() {
+    page_.On().SetPen(Pen());
+    DrawHeader();
+    DrawAxes();
+    DrawLegend();
+    DrawFoot();
+    ShowMarksOf(content_.Unit, content_.View, page_.On());
+    DrawCurves();
+  }
+
+ private:
+  void DrawHeader();
+  void PrintHeaderTexts();
+  void DrawAxes();
+  void DrawTimeTicks();
+  void DrawReferenceTicks();
+  void DrawValueTicks();
+  void GridLineAt(double x);
+  void PrintBelow(double x, const std::string& text);
+  void DrawLegend();
+  void DrawLegendBeside();
+  void DrawLegendTable();
+  void DrawTableRow(int input);
+  void DrawSample(const Curve& curve, double left, double right, double y);
+  void DrawFoot();
+  void DrawCurves();
+  [[nodiscard]] std::vector<Segment> SegmentsOf(const Curve& curve, SampleReader& reader) const;
+  [[nodiscard]] double MinutesOf(double record) const;
+  [[nodiscard]] bool IsInRange(double y) const;
+
+  [[nodiscard]] const Curve* CurveOf(int input) const;
+  [[nodiscard]] Pen PenOf(const Curve& curve) const;
+  [[nodiscard]] Colour InkOf(const Curve& curve) const {
+    return style_.IsColour ? curve.CurveColor : kBlack;
+  }
+  [[nodiscard]] std::string NameOf(int input) const {
+    return content_.Unit.UnitInputName.at(static_cast<std::size_t>(input - 1)).Get();
+  }
+  [[nodiscard]] std::string NoteOf(int input) const {
+    return content_.Unit.UnitInputNote.at(static_cast<std::size_t>(input - 1)).Get();
+  }
+  [[nodiscard]] const PageLayout& Layout() const { return page_.Layout(); }
+
+  const ReportContent& content_;
+  const ReportStyle& style_;
+  Page page_;
+  PageFont font_;
+  double labels_left_ = 0;  // left end of the longest label of the Y axis
+};
+
+// A grey bar with a shadow.
+void Report::DrawHeader() {
+  constexpr double kTop = 2;
+  constexpr double kBottom = 3.85;
+  constexpr double kShadowBottom = 4;
+  constexpr double kShadowWide = 0.3;
+  if (!Layout().HasHeader) {
+    return;
+  }
+  const double left = Layout().Left;
+  const double right = Layout().Right;
+  page_.Fill(left, kTop, right - kShadowWide, kBottom, kBar);
+  page_.Fill(left, kShadowBottom, right - kShadowWide, kBottom, kShadow);
+  page_.Fill(right, kTop, right - kShadowWide, kShadowBottom, kShadow);
+  PrintHeaderTexts();
+}
+
+// All three get smaller together where one of the outer ones would run into the middle one.
+void Report::PrintHeaderTexts() {
+  const double left = Layout().Left + kHeaderMargin;
+  const double right = Layout().Right - kHeaderMargin;
+  const std::string name = content_.Unit.ApparatusName();
+  const std::string file = LowerCase(content_.FileName);
+  page_.On().SetBold(true);
+  const double middle = page_.WidthOf(name) / 2;
+  page_.On().SetBold(false);
+  const double outer = std::max(page_.WidthOf(style_.Plant), page_.WidthOf(file));
+  font_.Fit(middle + outer, (right - left) / 2 - kHeaderGap);
+  page_.PrintLeft(left, kHeaderText, style_.Plant);
+  page_.PrintRight(right, kHeaderText, file);
+  page_.On().SetBold(true);
+  page_.PrintCentred(left, right, kHeaderText, name);
+  page_.On().SetBold(false);
+  font_.Restore();
+}
+
+// The frame comes last, so that no grid line lies on it.
+void Report::DrawAxes() {
+  const ViewFrame& view = content_.View;
+  const bool is_reference_axis = content_.Unit.UnitGraphMode >= kReferenceAxis;
+  if (is_reference_axis) {
+    DrawReferenceTicks();
+  } else {
+    DrawTimeTicks();
+  }
+  DrawValueTicks();
+  page_.PrintLeft(Layout().PlotRight + kUnitAway, Layout().PlotBottom + kLabelAway,
+                  TrimRight(AxisUnit(view, is_reference_axis)));
+  if (content_.Unit.UnitGraphMode >= kRelative) {
+    page_.On().Line({view.XLeft, 0, view.XRight, 0, kBlack});
+  }
+  page_.On().Box({view.XLeft, view.YTop, view.XRight, view.YBottom, kBlack});
+}
+
+void Report::GridLineAt(double x) {
+  page_.On().Line({x, content_.View.YBottom, x, content_.View.YTop, kShadow});
+}
+
+// A label beneath the plot with its tick.
+void Report::PrintBelow(double x, const std::string& text) {
+  const double logical = Layout().PlotLeft + (x - content_.View.XLeft) / page_.PerX();
+  const double bottom = Layout().PlotBottom;
+  page_.Line(logical, bottom, logical, bottom + kTickLong);
+  page_.PrintCentred(logical, logical, bottom + kLabelAway, text);
+}
+
+void Report::DrawTimeTicks() {
+  const ViewFrame& view = content_.View;
+  const auto width_of = [this](std::string_view text) { return page_.On().TextWidth(text); };
+  for (const AxisTick& tick : TimeTicks(view, width_of)) {
+    if (tick.At < view.XLeft || tick.At > view.XRight) {
+      continue;
+    }
+    GridLineAt(tick.At);
+    if (!tick.Text.empty()) {
+      PrintBelow(tick.At, tick.Text);
+    }
+  }
+}
+
+// The ticks are those of the screen. Which labels have room depends on the page.
+void Report::DrawReferenceTicks() {
+  const ViewFrame& view = content_.View;
+  const ReferenceTicks& ticks = content_.AxisTicks;
+  double last_right = view.XLeft;
+  for (std::size_t place = 0; place < static_cast<std::size_t>(ticks.AxisTickCount); ++place) {
+    const double x = MinutesOf(ticks.AxisTickX.at(place));
+    const std::string text = Trim(ticks.AxisTickText.at(place));
+    const double half = page_.On().TextWidth(text) / 2;
+    GridLineAt(x);
+    if (x - half > last_right && x + half < view.XRight) {
+      PrintBelow(x, text);
+      last_right = x + half + kGap * page_.PerX();
+    }
+  }
+}
+
+void Report::DrawValueTicks() {
+  const ViewFrame& view = content_.View;
+  const double height = page_.LineHeight() * page_.PerY();
+  const double labels_right = Layout().PlotLeft - kLabelAway;
+  labels_left_ = labels_right;
+  const auto width_of = [this](std::string_view text) { return page_.WidthOf(text); };
+  for (const AxisTick& tick : ValueTicks(view, height, width_of)) {
+    if (tick.At < view.YBottom || tick.At > view.YTop) {
+      continue;
+    }
+    page_.On().Line({view.XLeft, tick.At, view.XRight, tick.At, kShadow});
+    if (tick.Text.empty()) {
+      continue;
+    }
+    const double y = Layout().PlotTop + (view.YTop - tick.At) / page_.PerY();
+    page_.PrintRight(labels_right, y, tick.Text);
+    page_.Line(Layout().PlotLeft - kTickWide, y, Layout().PlotLeft, y);
+    labels_left_ = std::min(labels_left_, labels_right - tick.Width);
+  }
+}
+
+void Report::DrawLegend() {
+  if (Layout().HasTable) {
+    DrawLegendTable();
+  } else {
+    DrawLegendBeside();
+  }
+  font_.Restore();
+}
+
+// All names in one size, so that the longest ends left of the labels of the Y axis.
+void Report::DrawLegendBeside() {
+  const CurveList& curves = content_.Curves;
+  double longest = 0;
+  for (int k = 0; k < curves.CurveCount; ++k) {
+    longest = std::max(longest, page_.WidthOf(NameOf(curves.At(k).CurveInput)));
+  }
+  font_.Fit(longest, labels_left_ - kGap - kNameLeft);
+  for (int k = 0; k < curves.CurveCount; ++k) {
+    const double y = Layout().PlotTop + k + 1;
+    DrawSample(curves.At(k), kSampleLeft, kSampleRight, y);
+    page_.PrintLeft(kNameLeft, y, NameOf(curves.At(k).CurveInput));
+  }
+}
+
+void Report::DrawLegendTable() {
+  page_.Line(Layout().Left, kTableTop, Layout().Right, kTableTop);
+  for (int input = 1; input <= kInputs; ++input) {
+    DrawTableRow(input);
+  }
+}
+
+void Report::DrawTableRow(int input) {
+  const double y = kTableTop + input;
+  page_.PrintLeft(kTableNumber, y, Hex(static_cast<std::int16_t>(input)));
+  const Curve* curve = CurveOf(input);
+  if (curve != nullptr) {
+    DrawSample(*curve, kTableSampleLeft, kTableSampleRight, y);
+    font_.Fit(page_.WidthOf(NameOf(input)), kTableNote - kGap - kTableName);
+    page_.PrintLeft(kTableName, y, NameOf(input));
+    font_.Restore();
+  }
+  font_.Fit(page_.WidthOf(NoteOf(input)), Layout().Right - kTableNote);
+  page_.PrintLeft(kTableNote, y, NoteOf(input));
+  font_.Restore();
+}
+
+void Report::DrawSample(const Curve& curve, double left, double right, double y) {
+  page_.On().SetPen(PenOf(curve));
+  page_.On().Line({page_.X(left), page_.Y(y), page_.X(right), page_.Y(y), InkOf(curve)});
+  page_.On().SetPen(Pen());
+}
+
+void Report::DrawFoot() {
+  if (Layout().FootLine <= 0) {
+    return;
+  }
+  const UnitRecord& unit = content_.Unit;
+  const std::string instrument =
+      "Tavrel-" + FormatMask(unit.UnitInet, "0") + (unit.UnitFast == 1 ? "F" : "");
+  page_.Line(Layout().Left, Layout().FootLine, Layout().Right, Layout().FootLine);
+  page_.PrintLeft(Layout().Left, Layout().FootText, instrument);
+  page_.PrintRight(Layout().Right, Layout().FootText, style_.Date);
+}
+
+void Report::DrawCurves() {
+  SampleReader reader(content_.File);
+  for (int k = 0; k < content_.Curves.CurveCount; ++k) {
+    const Curve& curve = content_.Curves.At(k);
+    page_.On().SetPen(PenOf(curve));
+    page_.On().Lines(SegmentsOf(curve, reader));
+  }
+  page_.On().SetPen(Pen());
+}
+
+// A point outside of the range of the plot is left out: the line goes from the last one inside to
+// the next.
+std::vector<Segment> Report::SegmentsOf(const Curve& curve, SampleReader& reader) const {
+  const ViewFrame& view = content_.View;
+  const bool is_relative = content_.Unit.UnitGraphMode >= kRelative;
+  std::vector<Segment> segments;
+  std::optional<PlotPoint> last;
+  for (int record = view.RecFirst; record < view.RecEnd; record += view.RecStep) {
+    const double reference = is_relative ? reader.Degrees(record + content_.Curves.RefColumn) : 0;
+    const PlotPoint point{MinutesOf(record),
+                          reader.Degrees(record + curve.CurveColumn) - reference};
+    if (!IsInRange(point.Y)) {
+      continue;
+    }
+    if (last) {
+      segments.push_back({last->X, last->Y, point.X, point.Y, InkOf(curve)});
+    }
+    last = point;
+  }
+  return segments;
+}
+
+double Report::MinutesOf(double record) const {
+  const ViewFrame& view = content_.View;
+  const int records = view.RecLast - view.RecFirst;
+  if (records == 0) {
+    return view.XLeft;
+  }
+  return (record - view.RecFirst) * (view.XRight - view.XLeft) / records + view.XLeft;
+}
+
+bool Report::IsInRange(double y) const {
+  return y >= content_.View.YBottom && y <= content_.View.YTop;
+}
+
+const Curve* Report::CurveOf(int input) const {
+  const auto end = content_.Curves.Curves.begin() + content_.Curves.CurveCount;
+  const auto found = std::find_if(content_.Curves.Curves.begin(), end, [input](const Curve& curve) {
+    return curve.CurveInput == input;
+  });
+  return found == end ? nullptr : &*found;
+}
+
+Pen Report::PenOf(const Curve& curve) const {
+  const auto place = static_cast<std::size_t>(curve.CurveInput - 1);
+  return PenOfCurve(content_.Unit.UnitColour.at(place), style_);
+}
+
+}  // namespace
+
+Pen PenOfCurve(int colour_code, const ReportStyle& style) {
+  if (style.IsColour) {
+    const int width = style.DrawWidth < 1 ? kUsualWidth : style.DrawWidth;
+    return {PenMode::kCopy, PenStyle::kSolid, static_cast<double>(width)};
+  }
+  constexpr int kFirstPattern = 2;  // colour codes 2 to 13
+  constexpr int kLastPattern = 13;
+  if (colour_code < kFirstPattern || colour_code > kLastPattern) {
+    return {};
+  }
+  constexpr std::array<PenStyle, 4> kPatterns = {PenStyle::kDash, PenStyle::kDot,
+                                                 PenStyle::kDashDot, PenStyle::kDashDotDot};
+  const auto turn = static_cast<std::size_t>(colour_code - kFirstPattern) % kPatterns.size();
+  return {PenMode::kCopy, kPatterns.at(turn), 1};
+}
+
+void DrawReport(const ReportContent& content, const ReportStyle& style, const PageLayout& layout,
+                Surface& surface) {
+  Report(content, style, layout, surface).Draw();
+}
+
+}  // namespace tavrel
