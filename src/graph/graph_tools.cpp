@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <tuple>
+#include <vector>
 
 #include "graph/graph_marks.h"
 #include "graph/sample_reader.h"
@@ -298,6 +299,8 @@ double GraphTools::SumRows(int start, int end) {
   const double tolerance = std::abs(view.XRight - view.XLeft) / kTolerance;
   SampleReader reader(parts_.state.SlotFileNo.at(slot));
   PicC().SetScale(view.RecordScale());
+  std::vector<Segment> hatch;
+  hatch.reserve(static_cast<std::size_t>((end - start) / channels + 1));
   float sum = 0;
   double base = 0;
   for (int record = start; record < end; record += channels) {
@@ -305,10 +308,10 @@ double GraphTools::SumRows(int start, int end) {
     const double y = parts_.plotter.ValueAt(reader, record, curve.CurveColumn);
     base = baseline_.At(x, tolerance, base);
     const auto at = static_cast<double>(record);
-    const Segment hatch{at, base, at, y, curve.CurveColor};
-    PicC().Lines({&hatch, 1});
+    hatch.push_back({at, base, at, y, curve.CurveColor});
     sum += static_cast<float>(std::abs(y - base));
   }
+  PicC().Lines(hatch);
   PicC().SetScale(view.RestingScale());
   return static_cast<double>(sum);
 }

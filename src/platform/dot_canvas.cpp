@@ -51,7 +51,7 @@ void DotCanvas::Patch(Dot corner, Dot opposite, const DotStroke& stroke) const {
 }
 
 // Each step of the longer direction gets a patch across it, so that no dot is drawn twice.
-void DotCanvas::Line(Dot from, Dot to, const DotStroke& stroke) const {
+void DotCanvas::WideLine(Dot from, Dot to, const DotStroke& stroke) const {
   const int across = std::abs(to.X - from.X);
   const int down = std::abs(to.Y - from.Y);
   const bool is_level = across >= down;
@@ -60,6 +60,14 @@ void DotCanvas::Line(Dot from, Dot to, const DotStroke& stroke) const {
   const Dot step{to.X < from.X ? -1 : 1, to.Y < from.Y ? -1 : 1};
   const int before = stroke.Width / 2;
   const int after = stroke.Width - 1 - before;
+  if (minor == 0 && stroke.Style == PenStyle::kSolid) {
+    const Dot aside = is_level ? Dot{0, 1} : Dot{1, 0};
+    const Dot least{std::min(from.X, to.X), std::min(from.Y, to.Y)};
+    const Dot most{std::max(from.X, to.X), std::max(from.Y, to.Y)};
+    Patch({least.X - before * aside.X, least.Y - before * aside.Y},
+          {most.X + after * aside.X, most.Y + after * aside.Y}, stroke);
+    return;
+  }
   int error = major / 2;
   Dot at = from;
   for (int n = 0; n <= major; ++n) {

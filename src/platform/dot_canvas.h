@@ -50,7 +50,14 @@ class DotCanvas {
   }
 
   // A line as the stroke says. Both ends must lie inside; what the width adds is cut.
-  void Line(Dot from, Dot to, const DotStroke& stroke) const;
+  void Line(Dot from, Dot to, const DotStroke& stroke) const {
+    const bool is_covering = stroke.Mode == PenMode::kCopy && stroke.Style == PenStyle::kSolid;
+    if (is_covering && stroke.Width == 1) {
+      ThinLine(from, to, stroke.Ink);
+    } else {
+      WideLine(from, to, stroke);
+    }
+  }
 
   // The outline of a rectangle, no dot of it drawn twice. It may lie outside: what does is cut.
   void Box(Dot corner, Dot opposite, const DotStroke& stroke) const;
@@ -81,6 +88,7 @@ class DotCanvas {
     }
   }
 
+  void WideLine(Dot from, Dot to, const DotStroke& stroke) const;
   void Patch(Dot corner, Dot opposite, const DotStroke& stroke) const;
   void Side(Dot corner, Dot opposite, bool is_level, const DotStroke& stroke) const;
 

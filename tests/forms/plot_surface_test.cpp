@@ -69,6 +69,28 @@ TEST_F(OnThePlot, DrawsEqualStrokesAloneOrInARow) {
   EXPECT_EQ(alone.Picture(), surface.Picture());
 }
 
+TEST_F(OnThePlot, DrawsAHatchedAreaLikeItsLines) {
+  std::vector<Segment> lines;
+  for (int n = 0; n < 2000; ++n) {
+    const double x = n / 20.0;
+    const Colour ink = n % 300 < 150 ? kRed : kBlue;
+    const double gap = n % 7 == 0 ? 20 : 0;
+    lines.push_back({x, 10 + gap + n % 13, x, 12 + gap + n % 5, ink});
+  }
+  for (const double width : {1.0, 3.0}) {
+    PlotSurface alone;
+    alone.Resize(QSize(101, 51), 1);
+    alone.SetScale({0, 50, 100, 0});
+    alone.SetPen({PenMode::kCopy, PenStyle::kSolid, width});
+    surface.SetPen({PenMode::kCopy, PenStyle::kSolid, width});
+    surface.Lines(lines);
+    for (const Segment& line : lines) {
+      alone.Line(line);
+    }
+    EXPECT_EQ(alone.Picture(), surface.Picture());
+  }
+}
+
 TEST_F(OnThePlot, ComesBackFromTwoInvertingStrokes) {
   surface.FillBox({20, 40, 60, 10, kRed});
   const QImage before = surface.Picture().copy();

@@ -95,14 +95,14 @@ TEST(DotCanvas, DrawsTheDotsNextToTheTrueLine) {
   }
 }
 
-TEST(DotCanvas, DrawsAStrokeOfOneDotAsTheThinLine) {
+TEST(DotCanvas, DrawsAnInvertingStrokeWhereTheCoveringOneIs) {
   for (int x = 0; x < 12; ++x) {
     for (int y = 0; y < 12; ++y) {
       Sheet thin(12, 12);
       Sheet stroke(12, 12);
       thin.Canvas().ThinLine({5, 7}, {x, y}, kRed);
-      stroke.Canvas().Line({5, 7}, {x, y}, {kRed});
-      EXPECT_EQ(stroke.dots, thin.dots) << x << " " << y;
+      stroke.Canvas().Line({5, 7}, {x, y}, {0, 1, PenMode::kInvert, PenStyle::kSolid});
+      EXPECT_EQ(stroke.Inked(), thin.Inked()) << x << " " << y;
     }
   }
 }

@@ -24,6 +24,45 @@ bool IsInside(double dot, double last) {
   return dot >= 0 && dot <= last;  // false for what is not a number
 }
 
+// Upright lines that lie in one column of dots and touch each other, as a hatched area has many:
+// they are joined and drawn once. Only for strokes that cover without gaps.
+class Column {
+ public:
+  Column(const DotCanvas& canvas, const DotStroke& stroke) : canvas_(canvas), stroke_(stroke) {}
+
+  // `from` and `to` have the same X.
+  void Add(Dot from, Dot to, std::uint32_t ink) {
+    const auto [top, bottom] = std::minmax(from.Y, to.Y);
+    const bool touches =
+        is_open_ && from.X == x_ && ink == stroke_.Ink && top <= bottom_ + 1 && bottom >= top_ - 1;
+    if (touches) {
+      top_ = std::min(top_, top);
+      bottom_ = std::max(bottom_, bottom);
+      return;
+    }
+    Draw();
+    is_open_ = true;
+    x_ = from.X;
+    top_ = top;
+    bottom_ = bottom;
+    stroke_.Ink = ink;
+  }
+  void Draw() {
+    if (is_open_) {
+      canvas_.Line({x_, top_}, {x_, bottom_}, stroke_);
+      is_open_ = false;
+    }
+  }
+
+ private:
+  const DotCanvas& canvas_;
+  DotStroke stroke_;
+  bool is_open_ = false;
+  int x_ = 0;
+  int top_ = 0;
+  int bottom_ = 0;
+};
+
 QString TextOf(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
@@ -114,8 +153,8 @@ void PlotSurface::Line(const Segment& line) {
 void PlotSurface::Lines(std::span<const Segment> lines) {
   const DotCanvas canvas = Canvas();
   DotStroke stroke = StrokeIn({});
-  const bool is_thin =
-      stroke.Width == 1 && stroke.Mode == PenMode::kCopy && stroke.Style == PenStyle::kSolid;
+  const bool is_covering = stroke.Mode == PenMode::kCopy && stroke.Style == PenStyle::kSolid;
+  Column column(canvas, stroke);
   Dot least{picture_.width(), picture_.height()};
   Dot most{-1, -1};
   for (const Segment& line : lines) {
@@ -125,14 +164,16 @@ void PlotSurface::Lines(std::span<const Segment> lines) {
       continue;
     }
     stroke.Ink = InkOf(line.Ink);
-    if (is_thin) {
-      canvas.ThinLine(from, to, stroke.Ink);
+    if (is_covering && from.X == to.X) {
+      column.Add(from, to, stroke.Ink);
     } else {
+      column.Draw();
       canvas.Line(from, to, stroke);
     }
     least = {std::min({least.X, from.X, to.X}), std::min({least.Y, from.Y, to.Y})};
     most = {std::max({most.X, from.X, to.X}), std::max({most.Y, from.Y, to.Y})};
   }
+  column.Draw();
   if (most.X >= 0) {
     ChangeBox(least, most);
   }

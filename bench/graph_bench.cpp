@@ -1,0 +1,307 @@
+// The drawing of curves beside what the toolkit needs for the same strokes.
+#include <QApplication>
+#include <QPainter>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "bench/promise.h"
+#include "common/messages.h"
+#include "files/recording_format.h"
+#include "graph/forms/plot_view.h"
+#include "graph/graph.h"
+#include "platform/qt/qt_events.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/fake_screen.h"
+#include "tests/support/temporary_directory.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kSlot = 1;
+constexpr int kRounds = 101;
+constexpr int kMinute = 60;                           // seconds
+constexpr QSize kPlot(1100, 600);                     // dots
+constexpr int kFullRows = kMaxSampleWords / kInputs;  // 2133
+constexpr double kTop = 1000;                         // degrees
+const char* const kName = "M260314A.OVE";
+
+// Degrees of an input in a row: a slow wave, as of an oven.
+double Smooth(int row, int input) {
+  return 500 + 30 * input * std::sin(row / 150.0 + input);
+}
+
+class NoShell : public Shell {
+ public:
+  void OpenDocument(const std::string& /*path*/) override {}
+};
+
+// The graph of one full recording with a row to each minute, on pictures of a usual size.
+struct DrawingBench {
+  DrawingBench(int inputs, Events& served)
+      : channels(inputs), graph({state, files, dialogs, served, shell}) {
+    home.Write(kName, FileBytes());
+    state.SlotPath[kSlot] = home.Path() + "/";
+    state.SlotFile[kSlot] = kName;
+    files.OpenRecordingFile(kSlot);
+    state.SelSlot = kSlot;
+    for (PlotSurface* surface : {&pic_c[0], &pic_c[1], &img_c[0], &img_c[1], &strip, &legend}) {
+      surface->Resize(kPlot, 1);
+    }
+    graph.Attach(&surfaces);
+    graph.Open();
+    graph.Timer_Graph_Timer();
+  }
+  ~DrawingBench() {
+    graph.CloseNow();
+    graph.Attach(nullptr);
+  }
+  DrawingBench(const DrawingBench&) = delete;
+  DrawingBench& operator=(const DrawingBench&) = delete;
+
+  [[nodiscard]] int Rows() const { return kMaxSampleWords / channels; }
+  [[nodiscard]] bool IsDrawn() const {
+    const ViewFrame& view = graph.Inside().Views[kOverview];
+    return view.RecDrawn >= view.RecEnd && view.RecEnd > Rows();
+  }
+
+  std::string FileBytes() const {
+    UnitRecord unit = DefaultUnitRecord();
+    unit.UnitChannels = static_cast<std::int16_t>(channels);
+    unit.UnitInterval = 6;
+    unit.UnitXmax = static_cast<std::int16_t>(Rows());
+    unit.UnitYmax = static_cast<std::int16_t>(kTop);
+    unit.UnitYmin = 0;
+    unit.UnitRes = 0;
+    unit.UnitRole.fill(0);
+    std::vector<std::int16_t> words;
+    for (int row = 0; row < Rows(); ++row) {
+      for (int input = 0; input < channels; ++input) {
+        unit.UnitRole.at(static_cast<std::size_t>(input)) = 1;
+        unit.UnitColour.at(static_cast<std::size_t>(input)) =
+            static_cast<std::int16_t>(input % 14 + 1);
+        words.push_back(static_cast<std::int16_t>(std::lround(Smooth(row, input) * 20)));
+      }
+    }
+    std::string bytes(sizeof unit + 2 * words.size(), '\0');
+    std::memcpy(bytes.data(), &unit, sizeof unit);
+    std::memcpy(bytes.data() + sizeof unit, words.data(), 2 * words.size());
+    return bytes;
+  }
+
+  int channels;
+  TemporaryDirectory home;
+  FakeClock clock;
+  FakeDialogs dialogs;
+  NoShell shell;
+  RunState state;
+  Messages messages{dialogs};
+  RecordingFiles files{state, clock, messages};
+  std::array<PlotSurface, kViews> pic_c;
+  std::array<PlotSurface, kViews> img_c;
+  PlotSurface strip;
+  PlotSurface legend;
+  GraphSurfaces surfaces{
+      {{{pic_c[0], img_c[0], strip, strip}, {pic_c[1], img_c[1], strip, strip}}}, legend, legend};
+  Graph graph;
+};
+
+// The drawing without the events: what the overview gains from nothing to the full file.
+struct PlotterBench : DrawingBench {
+  PlotterBench(int inputs, Events& served)
+      : DrawingBench(inputs, served), plotter({state, inside, values, served}) {
+    BuildCurveList(state.Unit[kSlot], inside.Curves);
+    plotter.Attach(&surfaces);
+  }
+  void Prepare() {
+    state.OverPrepared = false;
+    plotter.PrepareView();
+  }
+  [[nodiscard]] bool IsDrawn() const {
+    return inside.Views[kOverview].RecDrawn >= (kFullRows - 1) * kInputs + 500;
+  }
+
+  GraphState inside;
+  GraphValues values;
+  GraphPlotter plotter;
+};
+
+// The same curves as the toolkit draws them fastest: one polyline each, on one picture, with a
+// clip rectangle.
+class Polylines {
+ public:
+  Polylines() : image_(kPlot, QImage::Format_RGB32) {
+    for (int input = 0; input < kInputs; ++input) {
+      QPolygonF& curve = curves_.at(static_cast<std::size_t>(input));
+      for (int row = 0; row < kFullRows; ++row) {
+        curve << QPointF(row * (kPlot.width() - 1.0) / kFullRows,
+                         (kTop - Smooth(row, input)) * (kPlot.height() - 1) / kTop);
+      }
+    }
+  }
+  void Draw() {
+    QPainter painter(&image_);
+    painter.setClipRect(image_.rect());
+    for (const QPolygonF& curve : curves_) {
+      painter.setPen(Qt::red);
+      painter.drawPolyline(curve);
+    }
+  }
+
+ private:
+  QImage image_;
+  std::array<QPolygonF, kInputs> curves_;
+};
+
+void FullFile(benchmark::State& state) {
+  FakeEvents events;
+  PlotterBench bench(kInputs, events);
+  Polylines polylines;
+  Promise promise("ms");
+  for (auto unused : state) {
+    bench.Prepare();
+    promise.Measured(TimeOf<std::milli>([&] { bench.plotter.DrawCurves(); }));
+    promise.Limit(TimeOf<std::milli>([&] { polylines.Draw(); }));
+  }
+  if (!bench.IsDrawn()) {
+    state.SkipWithError("the file was not drawn");
+    return;
+  }
+  promise.MustBeWithin(2);
+  promise.Report(state);
+}
+BENCHMARK(FullFile)->Name("full file onto both images")->Iterations(kRounds);
+
+// The strokes of one row by a painter for each tick and picture.
+void DrawRowBare(QImage& image, int row) {
+  QPainter painter(&image);
+  painter.setClipRect(image.rect());
+  for (int input = 0; input < kInputs; ++input) {
+    painter.setPen(Qt::red);
+    const auto at = [&](int place) {
+      return QPoint(place * (kPlot.width() - 1) / kFullRows,
+                    static_cast<int>((kTop - Smooth(0, input)) * (kPlot.height() - 1) / kTop));
+    };
+    painter.drawLine(at(row - 1), at(row));
+  }
+}
+
+void OneRow(benchmark::State& state) {
+  FakeEvents events;
+  PlotterBench bench(kInputs, events);
+  std::array<QImage, 2> images = {QImage(kPlot, QImage::Format_RGB32),
+                                  QImage(kPlot, QImage::Format_RGB32)};
+  Promise promise("us");
+  for (auto unused : state) {
+    bench.state.SampleCount[kSlot] = 2;
+    bench.Prepare();
+    const double product = TimeOf<std::micro>([&] {
+      for (int rows = 3; rows <= kFullRows; ++rows) {
+        bench.state.SampleCount[kSlot] = rows;
+        bench.plotter.DrawCurves();
+      }
+    });
+    const double bare = TimeOf<std::micro>([&] {
+      for (int row = 3; row <= kFullRows; ++row) {
+        DrawRowBare(images[0], row);
+        DrawRowBare(images[1], row);
+      }
+    });
+    promise.Measured(product / (kFullRows - 2));
+    promise.Limit(bare / (kFullRows - 2));
+  }
+  if (!bench.IsDrawn()) {
+    state.SkipWithError("the rows were not drawn");
+    return;
+  }
+  promise.MustBeWithin(1.5);
+  promise.Report(state);
+}
+BENCHMARK(OneRow)->Name("one new row, both images")->Iterations(kRounds);
+
+// With a window on the screen that shows the picture while it grows.
+void PumpedDrawing(benchmark::State& state) {
+  QtEvents events;
+  PlotterBench bench(kInputs, events);
+  PlotView view(bench.pic_c[kOverview], nullptr);
+  view.resize(kPlot);
+  view.show();
+  Polylines polylines;
+  Promise promise("ms");
+  for (auto unused : state) {
+    bench.Prepare();
+    promise.Measured(TimeOf<std::milli>([&] {
+      bench.plotter.DrawCurves();
+      events.Pump();
+    }));
+    promise.Limit(TimeOf<std::milli>([&] { polylines.Draw(); }));
+  }
+  if (!bench.IsDrawn()) {
+    state.SkipWithError("the file was not drawn");
+    return;
+  }
+  promise.MustBeWithin(4);
+  promise.Report(state);
+}
+BENCHMARK(PumpedDrawing)->Name("drawing with pump every 5 rows")->Iterations(kRounds);
+
+// The last stroke of the baseline, with which a curve of 32000 words is summed and hatched.
+void Drag(Graph& graph, double from, double to) {
+  graph.PicC_MouseDown({from, 1});
+  graph.PicC_MouseUp({to, 1});
+}
+
+double TimeOfIntegral(Graph& graph, double right) {
+  graph.PbEval_Click(1);
+  graph.PicColor_MouseUp(1.0 / kInputs);
+  Drag(graph, 1, right / 4);
+  Drag(graph, right / 4, right / 2);
+  Drag(graph, right / 2, right * 3 / 4);
+  graph.PicC_MouseDown({right * 3 / 4, 1});
+  return TimeOf<std::milli>([&] { graph.PicC_MouseUp({right, 1}); });
+}
+
+void Integral(benchmark::State& state) {
+  FakeEvents events;
+  DrawingBench bench(1, events);
+  Graph& graph = bench.graph;
+  graph.PicC_MouseDown({0, 0});
+  graph.PicC_MouseMove({kMaxSampleWords, kTop});
+  graph.PicC_MouseUp({kMaxSampleWords, kTop});
+  graph.cmdPart_Click();
+  graph.Timer_Graph_Timer();
+  std::vector<std::int16_t> words(kMaxSampleWords);
+  Promise promise("ms");
+  for (auto unused : state) {
+    promise.Measured(TimeOfIntegral(graph, kMaxSampleWords));
+    promise.Limit(TimeOf<std::milli>([&] {
+      RandomFile& file = bench.state.SlotFileNo[kSlot];
+      benchmark::DoNotOptimize(file.ReadAt(kHeaderBytes, std::as_writable_bytes(std::span(words))));
+      double sum = 0;
+      for (const std::int16_t word : words) {
+        sum += std::abs(word / 20.0 - 1);
+      }
+      benchmark::DoNotOptimize(sum);
+    }));
+  }
+  if (!graph.Values().Lbl_Instr.starts_with("Integral") ||
+      graph.Values().Lbl_Instr.find("  0 ") != std::string::npos) {
+    state.SkipWithError("nothing was summed");
+    return;
+  }
+  promise.MustBeAtMost(2);
+  promise.Report(state);
+}
+BENCHMARK(Integral)->Name("integral of 32000 words")->Iterations(kRounds);
+
+}  // namespace
+}  // namespace tavrel
+
+int main(int count, char** arguments) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(count, arguments);
+  benchmark::Initialize(&count, arguments);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
