@@ -136,7 +136,7 @@ class Program {
   // The graph keeps its pictures while it is hidden.
   void ShowGraph() {
     if (graph_form_ == nullptr) {
-      graph_form_ = std::make_unique<TavGraph>(logic_.graph);
+      graph_form_ = std::make_unique<TavGraph>(logic_.graph, logic_.graph_output);
     }
     logic_.graph.Open();
     graph_form_->Run();

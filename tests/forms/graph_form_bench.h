@@ -28,7 +28,7 @@ class GraphFormBench : public ModalDeeds, public GraphBench {
   }
   void Run() {
     if (form == nullptr) {
-      form = std::make_unique<TavGraph>(graph);
+      form = std::make_unique<TavGraph>(graph, program.graph_output);
     }
     graph.Open();
     form->Run();

@@ -60,9 +60,10 @@ bool IsEnterOrEscape(const QKeyEvent& event) {
 
 }  // namespace
 
-TavGraph::TavGraph(Graph& graph)
+TavGraph::TavGraph(Graph& graph, GraphOutput& output)
     : ModalForm("TavGraph", ""),
       graph_(graph),
+      output_(output),
       frames_{new CurveFrame(kOverview, this), new CurveFrame(kPartView, this)},
       legend_(new GraphLegend(this)),
       surfaces_{{frames_[kOverview]->Surfaces(), frames_[kPartView]->Surfaces()},
@@ -117,22 +118,25 @@ void TavGraph::MakeMenu() {
   QMenu* output = menu_->addMenu("Output  ");
   mnu_output_ = output->menuAction();
   mnu_output_->setObjectName("MnuOutput");
-  const std::array<std::pair<const char*, const char*>, 5> entries = {
-      {{"MnuPrint", "Printer"},
-       {"MnuSubFile", "Sub - file"},
-       {"MnuASCII", "ASCII - file"},
-       {"MnuData", "Clipboard:  Data"},
-       {"MnuGraph", "Clipboard:  Graphics "}}};
-  for (const auto& [name, caption] : entries) {
-    QAction* entry = output->addAction(caption);
-    entry->setObjectName(name);
-    entry->setEnabled(false);
-  }
+  AddEntry(*output, "MnuPrint", "Printer", &GraphOutput::MnuPrint_Click);
+  AddEntry(*output, "MnuSubFile", "Sub - file", &GraphOutput::MnuSubFile_Click);
+  AddEntry(*output, "MnuASCII", "ASCII - file", &GraphOutput::MnuASCII_Click);
+  AddEntry(*output, "MnuData", "Clipboard:  Data", &GraphOutput::MnuData_Click);
+  AddEntry(*output, "MnuGraph", "Clipboard:  Graphics ", &GraphOutput::MnuGraph_Click);
   QAction* help = menu_->addAction("Help");
   help->setObjectName("MnuHelp");
   help->setShortcut(QKeySequence::HelpContents);
   connect(help, &QAction::triggered, this, [this] {
     graph_.MnuHelp_Click();
+    AfterEvent();
+  });
+}
+
+void TavGraph::AddEntry(QMenu& menu, const char* name, const char* caption, Command command) {
+  QAction* entry = menu.addAction(caption);
+  entry->setObjectName(name);
+  connect(entry, &QAction::triggered, this, [this, command] {
+    (output_.*command)();
     AfterEvent();
   });
 }
@@ -167,10 +171,21 @@ GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph
   return button;
 }
 
+GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                  Command command) {
+  GlyphButton* button = MakeButton(name, spoken, glyph);
+  connect(button, &GlyphButton::clicked, this, [this, command] {
+    (output_.*command)();
+    AfterPress();
+  });
+  return button;
+}
+
 void TavGraph::MakeTools() {
-  pb_print_ = MakeButton("PbPrint", "print", DrawPrinterGlyph);
-  pb_save_ = MakeButton("PbSave", "sub-file", DrawSubFileGlyph);
-  pb_copy_ = MakeButton("PbCopy", "copy to the clipboard", DrawClipboardGlyph);
+  pb_print_ = MakeButton("PbPrint", "print", DrawPrinterGlyph, &GraphOutput::MnuPrint_Click);
+  pb_save_ = MakeButton("PbSave", "sub-file", DrawSubFileGlyph, &GraphOutput::MnuSubFile_Click);
+  pb_copy_ = MakeButton("PbCopy", "copy to the clipboard", DrawClipboardGlyph,
+                        &GraphOutput::MnuGraph_Click);
   const auto eval = &Graph::PbEval_Click;
   pb_eval_ = {MakeButton("PbEval_0", "measure a distance", DrawDistanceGlyph, eval, 0),
               MakeButton("PbEval_1", "integrate", DrawIntegralGlyph, eval, 1)};

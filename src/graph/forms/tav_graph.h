@@ -10,10 +10,12 @@
 #include "graph/forms/curve_frame.h"
 #include "graph/forms/graph_legend.h"
 #include "graph/graph.h"
+#include "graph/graph_output.h"
 
 class QComboBox;
 class QHBoxLayout;
 class QLineEdit;
+class QMenu;
 class QMenuBar;
 class QStackedLayout;
 
@@ -24,8 +26,8 @@ namespace tavrel {
 class TavGraph : public ModalForm {
   Q_OBJECT
  public:
-  // `graph` outlives the form and is opened between the making of the form and each Run.
-  explicit TavGraph(Graph& graph);
+  // Both outlive the form; `graph` is opened between the making of the form and each Run.
+  TavGraph(Graph& graph, GraphOutput& output);
   ~TavGraph() override;
   TavGraph(const TavGraph&) = delete;
   TavGraph& operator=(const TavGraph&) = delete;
@@ -42,6 +44,7 @@ class TavGraph : public ModalForm {
  private:
   using Press = void (Graph::*)();
   using PressIndex = void (Graph::*)(int index);
+  using Command = void (GraphOutput::*)();
 
   void MakeMenu();
   void MakeTools();
@@ -56,6 +59,9 @@ class TavGraph : public ModalForm {
                                         Press press);
   [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
                                         PressIndex press, int index);
+  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
+                                        Command command);
+  void AddEntry(QMenu& menu, const char* name, const char* caption, Command command);
   void WatchKeys();
   [[nodiscard]] CurveFrame& FrameInFront();
   bool TakeKey(const QKeyEvent& event);
@@ -71,6 +77,7 @@ class TavGraph : public ModalForm {
   void ShowTips(Language language);
 
   Graph& graph_;
+  GraphOutput& output_;
   std::array<CurveFrame*, kViews> frames_;
   GraphLegend* legend_;
   GraphSurfaces surfaces_;
