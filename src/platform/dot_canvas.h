@@ -22,6 +22,8 @@ struct DotStroke {
   int Width = 1;          // at least 1
   PenMode Mode = PenMode::kCopy;
   PenStyle Style = PenStyle::kSolid;
+
+  [[nodiscard]] bool operator==(const DotStroke&) const = default;
 };
 
 // Draws with whole dots, 32 bits each, into scan lines that somebody else owns. The same stroke

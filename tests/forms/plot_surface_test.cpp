@@ -93,25 +93,49 @@ TEST_F(OnThePlot, DrawsAHatchedAreaLikeItsLines) {
 
 TEST_F(OnThePlot, ComesBackFromTwoInvertingStrokes) {
   surface.FillBox({20, 40, 60, 10, kRed});
-  const QImage before = surface.Picture().copy();
+  const QImage before = surface.Seen().copy();
   surface.SetPen(kInvertPen);
   for (int pass = 0; pass < 2; ++pass) {
     surface.Line({-20, 3, 70.5, 44, kBlue});
     surface.Box({33.3, -10, 77.7, 21, kBlue});
-    surface.Line({100, 0, 100, 50, kBlue});
+    surface.Line({100, 0, 100, 50, kRed});
     if (pass == 0) {
-      EXPECT_NE(surface.Picture(), before);
+      EXPECT_NE(surface.Seen(), before);
     }
   }
-  EXPECT_EQ(surface.Picture(), before);
+  EXPECT_EQ(surface.Seen(), before);
 }
 
 TEST_F(OnThePlot, TurnsADotIntoItsOpposite) {
   surface.FillBox({0, 50, 50, 0, kRed});
   surface.SetPen(kInvertPen);
   surface.Line({0, 25, 100, 25, kBlue});
-  EXPECT_EQ(At(10, 25), QColor(Qt::cyan));
-  EXPECT_EQ(At(90, 25), QColor(Qt::black));
+  EXPECT_EQ(surface.Seen().pixelColor(10, 25), QColor(Qt::cyan));
+  EXPECT_EQ(surface.Seen().pixelColor(90, 25), QColor(Qt::black));
+  EXPECT_EQ(At(10, 25), QColor(Qt::red));
+}
+
+TEST_F(OnThePlot, ComesBackAlsoFromWhatWasDrawnBeneathAnInvertingStroke) {
+  surface.SetPen(kInvertPen);
+  surface.Box({10, 10, 90, 40, kBlue});
+  surface.SetPen(Pen{});
+  surface.Line({0, 25, 100, 25, kRed});
+  surface.SetPen(kInvertPen);
+  surface.Box({10, 10, 90, 40, kBlue});
+  EXPECT_EQ(surface.Seen().pixelColor(10, 25), QColor(Qt::red));
+  EXPECT_EQ(surface.Seen().pixelColor(10, 30), QColor(Qt::white));
+}
+
+TEST_F(OnThePlot, GivesItsInvertingStrokesAwayWithItsPicture) {
+  PlotSurface other;
+  other.Resize(QSize(101, 51), 1);
+  surface.SetPen(kInvertPen);
+  surface.Box({10, 10, 90, 40, kBlue});
+  other.TakePicture(surface);
+  EXPECT_EQ(other.Seen(), surface.Seen());
+  EXPECT_NE(other.Seen(), other.Picture());
+  surface.Clear();
+  EXPECT_EQ(surface.Seen(), surface.Picture());
 }
 
 TEST_F(OnThePlot, StandsAnyNumber) {

@@ -6,10 +6,8 @@
 #include <array>
 
 #include "platform/qt/plot_surface.h"
-#include "platform/qt/qt_serial_port.h"
-#include "platform/system_clock.h"
 #include "tests/e2e/process.h"
-#include "tests/support/bench_program.h"
+#include "tests/wire/wire_program.h"
 
 namespace tavrel {
 namespace {
@@ -49,13 +47,13 @@ struct Pictures {
 class GraphLive : public testing::Test {
  protected:
   void SetUp() override {
-    home.Write(kGermanManual, "manual");
-    std::filesystem::create_directory(home.File("tavdat"));
+    on.home.Write(kGermanManual, "manual");
+    std::filesystem::create_directory(on.home.File("tavdat"));
     instrument = Process({TAVREL_BUILD_DIRECTORY "/instrument/tavrel-instrument", "--link",
-                          home.File("COM1"), "--sample", "1=10", "--line-speed", "none",
+                          on.home.File("COM1"), "--sample", "1=10", "--line-speed", "none",
                           "--speedup", std::to_string(kSpeedUp)});
     ASSERT_NE(instrument.ReadLine(seconds(20)).find("ready"), std::string::npos);
-    logic.state.AppPath = home.Path() + "/";
+    logic.state.AppPath = on.home.Path() + "/";
     logic.state.DataHome = logic.state.AppPath;
     logic.state.Settings.CommPort = "COM1";
     logic.state.Settings.TypeSel = 4;
@@ -66,7 +64,7 @@ class GraphLive : public testing::Test {
     logic.start_up.MainFormShow();
     logic.state.SelSlot = 1;
     logic.graph.Attach(&live.surfaces);
-    events.on_pump = [] { QCoreApplication::processEvents(); };
+    on.events.on_pump = [] { QCoreApplication::processEvents(); };
   }
   void TearDown() override { logic.graph.Attach(nullptr); }
 
@@ -81,7 +79,7 @@ class GraphLive : public testing::Test {
     unit.UnitView = {7689, 4692, 25000, 20000};
     std::string bytes(sizeof unit, '\0');
     std::memcpy(bytes.data(), &unit, sizeof unit);
-    home.Write(std::string("tavdat/") + kName, bytes);
+    on.home.Write(std::string("tavdat/") + kName, bytes);
   }
 
   // Runs the timers of both forms and changes the view every second.
@@ -110,15 +108,9 @@ class GraphLive : public testing::Test {
     logic.graph.Timer_Graph_Timer();
   }
 
-  TemporaryDirectory home;
+  WireMachine on{1};
   Process instrument;
-  SystemClock clock;
-  QtSerialPort port{home.Path()};
-  FakeDialogs dialogs;
-  FakeScreens screens;
-  FakeEvents events;
-  FakeShell shell;
-  ProgramLogic logic{{port, clock, dialogs, screens, events, shell}};
+  ProgramLogic logic{on.All()};
   Pictures live;
   Pictures anew;
 };

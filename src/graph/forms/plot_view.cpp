@@ -76,7 +76,7 @@ void PlotView::paintEvent(QPaintEvent* event) {
     painter.fillRect(event->rect(), Qt::white);
     emit SizeChanged();
   }
-  painter.drawImage(QPointF(0, 0), surface_.Picture());
+  painter.drawImage(QPointF(0, 0), surface_.Seen());
   if (!crosshair_) {
     return;
   }

@@ -22,6 +22,12 @@ int Whole(double dot) {
   return static_cast<int>(dot + kHalf);
 }
 
+DotCanvas CanvasOf(QImage& picture) {
+  constexpr std::ptrdiff_t kDotBytes = 4;
+  return {reinterpret_cast<std::uint32_t*>(picture.bits()), picture.bytesPerLine() / kDotBytes,
+          picture.width(), picture.height()};
+}
+
 bool IsInside(double dot, double last) {
   return dot >= 0 && dot <= last;  // false for what is not a number
 }
@@ -120,6 +126,7 @@ void PlotSurface::Clear() {
 
 void PlotSurface::Whiten() {
   picture_.fill(Qt::white);
+  over_.clear();
   Change(picture_.rect());
 }
 
@@ -129,9 +136,34 @@ void PlotSurface::SetScale(const Scale& scale) {
 }
 
 DotCanvas PlotSurface::Canvas() {
-  constexpr std::ptrdiff_t kDotBytes = 4;
-  return {reinterpret_cast<std::uint32_t*>(picture_.bits()), picture_.bytesPerLine() / kDotBytes,
-          picture_.width(), picture_.height()};
+  return CanvasOf(picture_);
+}
+
+QImage PlotSurface::Seen() const {
+  QImage seen = picture_;
+  if (over_.empty()) {
+    return seen;
+  }
+  const DotCanvas canvas = CanvasOf(seen);
+  for (const OverStroke& over : over_) {
+    if (over.is_box) {
+      canvas.Box(over.from, over.to, over.stroke);
+    } else {
+      canvas.Line(over.from, over.to, over.stroke);
+    }
+  }
+  return seen;
+}
+
+// The second of two equal strokes takes the first away.
+void PlotSurface::Invert(const OverStroke& over) {
+  const auto twin = std::find(over_.begin(), over_.end(), over);
+  if (twin == over_.end()) {
+    over_.push_back(over);
+  } else {
+    over_.erase(twin);
+  }
+  ChangeBox(over.from, over.to);
 }
 
 DotStroke PlotSurface::StrokeIn(Colour ink) const {
@@ -157,9 +189,13 @@ void PlotSurface::Line(const Segment& line) {
 }
 
 void PlotSurface::Lines(std::span<const Segment> lines) {
+  if (pen_.Mode == PenMode::kInvert) {
+    InvertLines(lines);
+    return;
+  }
   const DotCanvas canvas = Canvas();
   DotStroke stroke = StrokeIn({});
-  const bool is_covering = stroke.Mode == PenMode::kCopy && stroke.Style == PenStyle::kSolid;
+  const bool is_solid = stroke.Style == PenStyle::kSolid;
   Column column(canvas, stroke);
   Dot least{picture_.width(), picture_.height()};
   Dot most{-1, -1};
@@ -170,7 +206,7 @@ void PlotSurface::Lines(std::span<const Segment> lines) {
       continue;
     }
     stroke.Ink = InkOf(line.Ink);
-    if (is_covering && from.X == to.X) {
+    if (is_solid && from.X == to.X) {
       column.Add(from, to, stroke.Ink);
     } else {
       column.Draw();
@@ -182,6 +218,16 @@ void PlotSurface::Lines(std::span<const Segment> lines) {
   column.Draw();
   if (most.X >= 0) {
     ChangeBox(least, most);
+  }
+}
+
+void PlotSurface::InvertLines(std::span<const Segment> lines) {
+  for (const Segment& line : lines) {
+    Dot from;
+    Dot to;
+    if (FindDots(line, from, to)) {
+      Invert({false, from, to, StrokeIn({})});
+    }
   }
 }
 
@@ -201,10 +247,15 @@ bool PlotSurface::FindCorners(const Segment& diagonal, Dot& corner, Dot& opposit
 void PlotSurface::Box(const Segment& diagonal) {
   Dot corner;
   Dot opposite;
-  if (FindCorners(diagonal, corner, opposite)) {
-    Canvas().Box(corner, opposite, StrokeIn(diagonal.Ink));
-    ChangeBox(corner, opposite);
+  if (!FindCorners(diagonal, corner, opposite)) {
+    return;
   }
+  if (pen_.Mode == PenMode::kInvert) {
+    Invert({true, corner, opposite, StrokeIn({})});
+    return;
+  }
+  Canvas().Box(corner, opposite, StrokeIn(diagonal.Ink));
+  ChangeBox(corner, opposite);
 }
 
 void PlotSurface::FillBox(const Segment& diagonal) {
@@ -262,6 +313,7 @@ void PlotSurface::TakePicture(const Surface& other) {
   }
   std::memcpy(picture_.bits(), source->picture_.constBits(),
               static_cast<std::size_t>(picture_.sizeInBytes()));
+  over_ = source->over_;
   Change(picture_.rect());
 }
 

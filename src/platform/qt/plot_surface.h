@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QRect>
 #include <functional>
+#include <vector>
 
 #include "platform/dot_canvas.h"
 #include "platform/scale_map.h"
@@ -29,6 +30,11 @@ class PlotSurface : public Surface {
 
   // Whoever keeps the picture makes a copy() of it: it changes in place.
   [[nodiscard]] const QImage& Picture() const { return picture_; }
+
+  // The picture with the inverting strokes, which lie over it and never become part of it: what
+  // is drawn beneath such a stroke would not come back from the second one.
+  [[nodiscard]] QImage Seen() const;
+
   [[nodiscard]] const ScaleMap& Map() const { return map_; }
   [[nodiscard]] qreal DeviceScale() const { return picture_.devicePixelRatio(); }
 
@@ -56,10 +62,22 @@ class PlotSurface : public Surface {
   void Refresh() override;
 
  private:
+  // An inverting stroke over the picture.
+  struct OverStroke {
+    bool is_box = false;
+    Dot from;
+    Dot to;
+    DotStroke stroke;
+
+    [[nodiscard]] bool operator==(const OverStroke&) const = default;
+  };
+
   [[nodiscard]] DotCanvas Canvas();
   [[nodiscard]] DotStroke StrokeIn(Colour ink) const;
   [[nodiscard]] bool FindDots(const Segment& line, Dot& from, Dot& to) const;
   [[nodiscard]] bool FindCorners(const Segment& diagonal, Dot& corner, Dot& opposite) const;
+  void InvertLines(std::span<const Segment> lines);
+  void Invert(const OverStroke& over);
   void FindMap();
   void Whiten();
   void Change(const QRect& dots);
@@ -68,6 +86,7 @@ class PlotSurface : public Surface {
 
   Upright upright_;
   QImage picture_;
+  std::vector<OverStroke> over_;
   QRect changes_;
   std::function<void()> changed_ = [] {};
   std::function<void()> refresh_ = [] {};
