@@ -131,12 +131,13 @@ struct PlotterBench : DrawingBench {
 // clip rectangle.
 class Polylines {
  public:
-  Polylines() : image_(kPlot, QImage::Format_RGB32) {
+  explicit Polylines(int device_scale)
+      : image_(kPlot * device_scale, QImage::Format_RGB32), pen_(Qt::red, device_scale) {
     for (int input = 0; input < kInputs; ++input) {
       QPolygonF& curve = curves_.at(static_cast<std::size_t>(input));
       for (int row = 0; row < kFullRows; ++row) {
-        curve << QPointF(row * (kPlot.width() - 1.0) / kFullRows,
-                         (kTop - Smooth(row, input)) * (kPlot.height() - 1) / kTop);
+        curve << QPointF(row * (image_.width() - 1.0) / kFullRows,
+                         (kTop - Smooth(row, input)) * (image_.height() - 1) / kTop);
       }
     }
   }
@@ -144,20 +145,24 @@ class Polylines {
     QPainter painter(&image_);
     painter.setClipRect(image_.rect());
     for (const QPolygonF& curve : curves_) {
-      painter.setPen(Qt::red);
+      painter.setPen(pen_);
       painter.drawPolyline(curve);
     }
   }
 
  private:
   QImage image_;
+  QPen pen_;
   std::array<QPolygonF, kInputs> curves_;
 };
 
-void FullFile(benchmark::State& state) {
+void FullFileAt(benchmark::State& state, int device_scale) {
   FakeEvents events;
   PlotterBench bench(kInputs, events);
-  Polylines polylines;
+  for (PlotSurface* surface : {&bench.pic_c[kOverview], &bench.img_c[kOverview]}) {
+    surface->Resize(kPlot * device_scale, device_scale);
+  }
+  Polylines polylines(device_scale);
   Promise promise("ms");
   for (auto unused : state) {
     bench.Prepare();
@@ -171,7 +176,17 @@ void FullFile(benchmark::State& state) {
   promise.MustBeWithin(2);
   promise.Report(state);
 }
+
+void FullFile(benchmark::State& state) {
+  FullFileAt(state, 1);
+}
 BENCHMARK(FullFile)->Name("full file onto both images")->Iterations(kRounds);
+
+// Four times the dots, and strokes of two of them.
+void FullFileFine(benchmark::State& state) {
+  FullFileAt(state, 2);
+}
+BENCHMARK(FullFileFine)->Name("the same on a screen of twice the scale")->Iterations(kRounds);
 
 // The strokes of one row by a painter for each tick and picture.
 void DrawRowBare(QImage& image, int row) {
@@ -227,7 +242,7 @@ void PumpedDrawing(benchmark::State& state) {
   PlotView view(bench.pic_c[kOverview], nullptr);
   view.resize(kPlot);
   view.show();
-  Polylines polylines;
+  Polylines polylines(1);
   Promise promise("ms");
   for (auto unused : state) {
     bench.Prepare();

@@ -426,6 +426,36 @@ TEST_F(GraphForms, HaveTheMenuOfTheGraph) {
   ASSERT_EQ(program.shell.opened.size() + program.dialogs.boxes.size(), 1U);
 }
 
+TEST_F(GraphForms, BringThePartViewOutByButtonsAndMenu) {
+  program.state.Settings.DefPath = program.home.File("tavdat");
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    Click("PbCopy");
+    EXPECT_TRUE(program.clipboard.picture.has_value());
+    EXPECT_EQ(QApplication::focusWidget(), Find("PicC_1"));
+    program.clipboard.picture.reset();
+    Entry("MnuGraph")->trigger();
+    EXPECT_TRUE(program.clipboard.picture.has_value());
+    Entry("MnuData")->trigger();
+    EXPECT_FALSE(program.clipboard.text.empty());
+    Click("PbPrint");
+    EXPECT_EQ(program.printer.jobs, 1);
+    Entry("MnuPrint")->trigger();
+    EXPECT_EQ(program.printer.jobs, 2);
+    program.dialogs.chosen_file = program.home.File("tavdat/S260314A.OVN");
+    Click("PbSave");
+    EXPECT_TRUE(program.home.Exists("tavdat/S260314A.OVN"));
+    program.dialogs.chosen_file = program.home.File("tavdat/S260314B.OVN");
+    Entry("MnuSubFile")->trigger();
+    EXPECT_TRUE(program.home.Exists("tavdat/S260314B.OVN"));
+    program.dialogs.chosen_file = program.home.File("tavdat/curves.asc");
+    Entry("MnuASCII")->trigger();
+    EXPECT_TRUE(program.home.Exists("tavdat/curves.asc"));
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
 TEST_F(GraphForms, SpeakTheLanguageOfTheHelp) {
   Then("TavGraph", [] {
     for (const ToolTip& tip : kGraphTips) {

@@ -11,7 +11,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
-#include <utility>
 
 #include "files/unit_record.h"
 #include "frame/forms/muted_label.h"
@@ -33,6 +32,20 @@ constexpr std::chrono::milliseconds kTimerGraph{100};
 constexpr std::chrono::milliseconds kFit{60};
 constexpr int kLeastCommentWidth = 160;
 constexpr int kManySteps = 10;  // of the cursor, with Shift
+
+// An entry of the menu "Output".
+struct Entry {
+  const char* name;
+  const char* caption;
+  void (GraphOutput::*command)();
+};
+
+constexpr std::array<Entry, 5> kEntries = {
+    {{"MnuPrint", "Printer", &GraphOutput::MnuPrint_Click},
+     {"MnuSubFile", "Sub - file", &GraphOutput::MnuSubFile_Click},
+     {"MnuASCII", "ASCII - file", &GraphOutput::MnuASCII_Click},
+     {"MnuData", "Clipboard:  Data", &GraphOutput::MnuData_Click},
+     {"MnuGraph", "Clipboard:  Graphics ", &GraphOutput::MnuGraph_Click}}};
 
 void ShowText(QLabel* label, const std::string& utf8) {
   const QString text = QtText(utf8);
@@ -118,25 +131,16 @@ void TavGraph::MakeMenu() {
   QMenu* output = menu_->addMenu("Output  ");
   mnu_output_ = output->menuAction();
   mnu_output_->setObjectName("MnuOutput");
-  AddEntry(*output, "MnuPrint", "Printer", &GraphOutput::MnuPrint_Click);
-  AddEntry(*output, "MnuSubFile", "Sub - file", &GraphOutput::MnuSubFile_Click);
-  AddEntry(*output, "MnuASCII", "ASCII - file", &GraphOutput::MnuASCII_Click);
-  AddEntry(*output, "MnuData", "Clipboard:  Data", &GraphOutput::MnuData_Click);
-  AddEntry(*output, "MnuGraph", "Clipboard:  Graphics ", &GraphOutput::MnuGraph_Click);
+  for (const Entry& entry : kEntries) {
+    QAction* action = output->addAction(entry.caption);
+    action->setObjectName(entry.name);
+    connect(action, &QAction::triggered, this, [this, &entry] { Execute(entry.command); });
+  }
   QAction* help = menu_->addAction("Help");
   help->setObjectName("MnuHelp");
   help->setShortcut(QKeySequence::HelpContents);
   connect(help, &QAction::triggered, this, [this] {
     graph_.MnuHelp_Click();
-    AfterEvent();
-  });
-}
-
-void TavGraph::AddEntry(QMenu& menu, const char* name, const char* caption, Command command) {
-  QAction* entry = menu.addAction(caption);
-  entry->setObjectName(name);
-  connect(entry, &QAction::triggered, this, [this, command] {
-    (output_.*command)();
     AfterEvent();
   });
 }
@@ -174,11 +178,13 @@ GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph
 GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
                                   Command command) {
   GlyphButton* button = MakeButton(name, spoken, glyph);
-  connect(button, &GlyphButton::clicked, this, [this, command] {
-    (output_.*command)();
-    AfterPress();
-  });
+  connect(button, &GlyphButton::clicked, this, [this, command] { Execute(command); });
   return button;
+}
+
+void TavGraph::Execute(Command command) {
+  (output_.*command)();
+  AfterPress();
 }
 
 void TavGraph::MakeTools() {

@@ -15,7 +15,6 @@
 class QComboBox;
 class QHBoxLayout;
 class QLineEdit;
-class QMenu;
 class QMenuBar;
 class QStackedLayout;
 
@@ -61,7 +60,7 @@ class TavGraph : public ModalForm {
                                         PressIndex press, int index);
   [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
                                         Command command);
-  void AddEntry(QMenu& menu, const char* name, const char* caption, Command command);
+  void Execute(Command command);
   void WatchKeys();
   [[nodiscard]] CurveFrame& FrameInFront();
   bool TakeKey(const QKeyEvent& event);

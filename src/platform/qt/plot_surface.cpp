@@ -15,9 +15,11 @@ std::uint32_t InkOf(Colour ink) {
   return qRgb(ink.Red, ink.Green, ink.Blue);
 }
 
-// For places that are not negative.
+// For places that are not negative, where cutting the fraction off is rounding down. A call of
+// the library would take longer than the stroke.
 int Whole(double dot) {
-  return static_cast<int>(dot + 0.5);
+  constexpr double kHalf = 0.5;
+  return static_cast<int>(dot + kHalf);
 }
 
 bool IsInside(double dot, double last) {
@@ -79,7 +81,7 @@ void PlotSurface::Resize(QSize dots, qreal device_scale) {
   picture_ = QImage(dots.expandedTo(QSize(1, 1)), QImage::Format_RGB32);
   picture_.setDevicePixelRatio(device_scale);
   FindMap();
-  Clear();
+  Whiten();
 }
 
 void PlotSurface::FindMap() {
@@ -113,6 +115,10 @@ void PlotSurface::ChangeBox(Dot from, Dot to) {
 }
 
 void PlotSurface::Clear() {
+  Whiten();
+}
+
+void PlotSurface::Whiten() {
   picture_.fill(Qt::white);
   Change(picture_.rect());
 }

@@ -61,6 +61,7 @@ class PlotSurface : public Surface {
   [[nodiscard]] bool FindDots(const Segment& line, Dot& from, Dot& to) const;
   [[nodiscard]] bool FindCorners(const Segment& diagonal, Dot& corner, Dot& opposite) const;
   void FindMap();
+  void Whiten();
   void Change(const QRect& dots);
   void ChangeBox(Dot from, Dot to);
   [[nodiscard]] QFontMetricsF Metrics() const;
