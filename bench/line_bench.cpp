@@ -9,60 +9,41 @@
 #include <functional>
 
 #include "bench/bare_line.h"
+#include "bench/instrument_line.h"
 #include "bench/promise.h"
 #include "frame/main_cycle.h"
 #include "link/link.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/system_clock.h"
-#include "tests/e2e/process.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {
 namespace {
 
-constexpr int kDirect = 0;
-constexpr int kPlugin = 1;
 constexpr int kBlock = 20;  // exchanges in a row, before the other side has its turn
 constexpr int kBlocks = 5;
 constexpr int kSilences = 21;
 constexpr int kTicks = 200;  // 10 s
 
-// One instrument on a line at its true speed.
-class InstrumentLine {
+// One instrument, COM1 of a directory of its own.
+class Bench {
  public:
-  explicit InstrumentLine(int mode, const std::vector<std::string>& options = {})
-      : mode_(mode), instrument_(Command(mode, options)) {
-    is_up_ = instrument_.ReadLine(std::chrono::seconds(20)).starts_with("ready");
-  }
+  explicit Bench(int mode, const std::vector<std::string>& options = {})
+      : mode_(mode), line(mode, directory_.File("COM1"), options) {}
 
-  // The link, open on this line; empty if it did not open.
+  // The link, open on this line; false if it did not open.
   bool Open(Link& link) const {
     link.LinkOpen({"COM1", mode_});
-    return is_up_ && link.PortOpen && !link.Simulated;
+    return line.IsUp() && link.PortOpen && !link.Simulated;
   }
   [[nodiscard]] const std::string& Directory() const { return directory_.Path(); }
-  [[nodiscard]] std::string Device() const { return directory_.File("COM1"); }
-  // The read of register Y with index 1, in the words of the line.
-  [[nodiscard]] const char* Read() const { return mode_ == kDirect ? "Y01?" : "np21?"; }
 
  private:
-  [[nodiscard]] std::vector<std::string> Command(int mode,
-                                                 const std::vector<std::string>& more) const {
-    std::vector<std::string> command = {TAVREL_INSTRUMENT,
-                                        "--mode",
-                                        mode == kDirect ? "direct" : "plugin",
-                                        "--line-speed",
-                                        mode == kDirect ? "4800" : "9600",
-                                        "--link",
-                                        Device()};
-    command.insert(command.end(), more.begin(), more.end());
-    return command;
-  }
-
   int mode_;
   TemporaryDirectory directory_;
-  Process instrument_;
-  bool is_up_ = false;
+
+ public:
+  InstrumentLine line;
 };
 
 bool ReadOnce(Link& link) {
@@ -86,17 +67,17 @@ bool Block(const std::function<bool()>& exchange, const std::function<void(doubl
 }
 
 void ExchangeAtLineSpeed(benchmark::State& state) {
-  const InstrumentLine line(static_cast<int>(state.range(0)));
+  const Bench bench(static_cast<int>(state.range(0)));
   SystemClock clock;
-  QtSerialPort port(line.Directory());
+  QtSerialPort port(bench.Directory());
   Link link(port, clock);
   Promise promise("ms");
   for (auto unused : state) {
-    bool is_good = line.Open(link) && Block([&] { return ReadOnce(link); },
-                                            [&](double time) { promise.Measured(time); });
+    bool is_good = bench.Open(link) && Block([&] { return ReadOnce(link); },
+                                             [&](double time) { promise.Measured(time); });
     link.LinkClose();
-    BareLine bare(line.Device());
-    is_good = is_good && Block([&] { return bare.Exchange(line.Read()); },
+    BareLine bare(bench.line.Device());
+    is_good = is_good && Block([&] { return bare.Exchange(bench.line.Read()); },
                                [&](double time) { promise.Limit(time); });
     if (!is_good) {
       state.SkipWithError("an exchange failed");
@@ -123,17 +104,18 @@ void WaitBare() {
 
 // Between two silences the line rests for longer than a late reply is waited for.
 void Silence(benchmark::State& state) {
-  const InstrumentLine line(kDirect, {"--fault", "silence"});
+  const Bench bench(kDirect, {"--fault", "silence"});
   SystemClock clock;
-  QtSerialPort port(line.Directory());
+  QtSerialPort port(bench.Directory());
   Link link(port, clock);
-  if (!line.Open(link)) {
+  if (!bench.Open(link)) {
     state.SkipWithError("the line did not open");
     return;
   }
   Promise promise("ms");
   for (auto unused : state) {
     promise.Limit(TimeOf<std::milli>(WaitBare));
+    poll(nullptr, 0, static_cast<int>(link.SettleTime().count()));
     promise.Measured(TimeOf<std::milli>([&] { ReadOnce(link); }));
     if (link.ComResult != LinkResult::kTimeOut) {
       state.SkipWithError("the line was not silent");
@@ -173,16 +155,16 @@ double LoadOf(const std::function<bool()>& exchange) {
 }
 
 void LoadOfOneExchangePerTick(benchmark::State& state) {
-  const InstrumentLine line(kDirect);
+  const Bench bench(kDirect);
   SystemClock clock;
-  QtSerialPort port(line.Directory());
+  QtSerialPort port(bench.Directory());
   Link link(port, clock);
   Promise promise("% of a core");
   for (auto unused : state) {
-    const double product = line.Open(link) ? LoadOf([&] { return ReadOnce(link); }) : 0;
+    const double product = bench.Open(link) ? LoadOf([&] { return ReadOnce(link); }) : 0;
     link.LinkClose();
-    BareLine bare(line.Device());
-    const double floor = LoadOf([&] { return bare.Exchange(line.Read()); });
+    BareLine bare(bench.line.Device());
+    const double floor = LoadOf([&] { return bare.Exchange(bench.line.Read()); });
     if (product == 0 || floor == 0) {
       state.SkipWithError("an exchange failed");
       return;

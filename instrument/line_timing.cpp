@@ -30,7 +30,7 @@ void OutgoingBytes::Add(const Reply& reply, Moment asked) {
   for (std::size_t i = 0; i < reply.bytes.size(); ++i) {
     when += char_time_ + (i > 0 ? reply.pause : std::chrono::milliseconds(0));
     const bool last = i + 1 == reply.bytes.size();
-    items_.emplace(when, Item{reply.bytes[i], last ? reply.handed : std::nullopt});
+    items_.emplace(when, Item{reply.bytes[i], last ? reply.handed : std::nullopt, asked});
   }
   if (!late) {
     busy_until_ = when;
@@ -43,11 +43,19 @@ OutgoingBytes::Due OutgoingBytes::TakeDue(Moment now) {
     const auto first = items_.begin();
     due.bytes.push_back({first->first, first->second.byte});
     if (first->second.completes) {
-      due.handed.push_back(*first->second.completes);
+      due.handed.push_back(HandedAt(now, first->second));
     }
     items_.erase(first);
   }
   return due;
+}
+
+HandedSample OutgoingBytes::HandedAt(Moment now, const Item& item) {
+  HandedSample handed = *item.completes;
+  if (handed.fate == Fate::kGood && now > item.asked + kInTime) {
+    handed.fate = Fate::kLate;
+  }
+  return handed;
 }
 
 std::optional<Moment> OutgoingBytes::NextDue() const {

@@ -23,6 +23,10 @@ using CharTime = std::chrono::nanoseconds;
   return baud > 0 ? CharTime(kBits * 1'000'000'000 / baud) : CharTime(0);
 }
 
+// A host waits 100 ms for the end of a reply, from the end of its command on. What is complete
+// later than this counts as late: the rest may pass between the machine's line and its programs.
+inline constexpr std::chrono::milliseconds kInTime{90};
+
 // A byte and the moment at which its last bit is over.
 struct TimedByte {
   Moment when;
@@ -47,7 +51,8 @@ class IncomingBytes {
 };
 
 // Bytes of replies, each with the moment at which the host is to see it. A reply waits for the
-// one before it, but a late one lets others pass: the two may then mix, as on a real line.
+// one before it, but a late one lets others pass: the two may then mix, as on a real line. A
+// sample whose reply is complete only after kInTime is handed over late, whatever the cause.
 class OutgoingBytes {
  public:
   struct Due {
@@ -67,7 +72,10 @@ class OutgoingBytes {
   struct Item {
     char byte = 0;
     std::optional<HandedSample> completes;
+    Moment asked;
   };
+
+  [[nodiscard]] static HandedSample HandedAt(Moment now, const Item& item);
 
   CharTime char_time_;
   Moment busy_until_{};

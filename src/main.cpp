@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QTimer>
 #include <memory>
 
 #include "common/forms/all_copy.h"
@@ -49,7 +50,7 @@ class Program {
       }
     });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { logic_.window.Close(); });
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     AddForms();
     AddWorkForms();
     screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
@@ -193,12 +194,26 @@ class Program {
     form_->show();
   }
 
-  // A signal from outside ends the program as its close box does.
+  // A signal from outside ends the program as its close box does, later if a rule has to finish
+  // something on an instrument first.
   void End() {
     if (form_ != nullptr) {
+      logic_.window.Close();
+      if (!logic_.window.HasEnded()) {
+        QTimer::singleShot(kTickMilliseconds, qApp, [this] { End(); });
+        return;
+      }
       form_->close();
     }
     QCoreApplication::quit();
+  }
+
+  // Whoever ends the session tells the program afterwards to quit.
+  void EndSession() {
+    logic_.window.Close();
+    if (!logic_.window.HasEnded()) {
+      End();
+    }
   }
 
   [[nodiscard]] int ExpectedRows() const {

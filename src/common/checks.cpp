@@ -1,6 +1,7 @@
 #include "common/checks.h"
 
 #include "common/number.h"
+#include "link/registers.h"
 
 namespace tavrel {
 namespace {
@@ -8,6 +9,7 @@ namespace {
 constexpr const char* kTitle = "check";
 constexpr int kQuestionKind = 1;
 constexpr int kWarningKind = 2;
+constexpr int kGreetings = 2;
 
 BoxIcon IconOf(int kind) {
   switch (kind) {
@@ -47,6 +49,16 @@ bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {
   }
   ShowNotConnected(dialogs);
   return false;
+}
+
+bool CheckAnswers(Dialogs& dialogs, Link& link, std::int16_t inet) {
+  for (int greeting = 0; greeting < kGreetings && !link.IsGood(inet); ++greeting) {
+    link.ComInet = inet;
+    link.ComLetter = reg::kKind;
+    link.ComIndex = 0;
+    link.ReadReg();
+  }
+  return CheckConnected(dialogs, link, inet);
 }
 
 }  // namespace tavrel

@@ -1,6 +1,7 @@
 #ifndef TAVREL_COMMON_CHECKS_H_
 #define TAVREL_COMMON_CHECKS_H_
 
+#include <cstdint>
 #include <string>
 
 #include "link/link.h"
@@ -24,6 +25,11 @@ void ShowNotConnected(Dialogs& dialogs);
 
 // True if the last exchange with instrument `inet` was good.
 [[nodiscard]] bool CheckConnected(Dialogs& dialogs, const Link& link, int inet);
+
+// The same for a form beneath which nothing else uses the line: the last exchange may be old. If
+// it failed, the instrument is asked for its kind, and once more, for a late reply spoils the
+// exchange behind it. The arguments of the link are not kept.
+[[nodiscard]] bool CheckAnswers(Dialogs& dialogs, Link& link, std::int16_t inet);
 
 }  // namespace tavrel
 

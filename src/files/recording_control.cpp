@@ -1,7 +1,9 @@
 #include <string>
+#include <utility>
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
+#include "frame/unfinished_work.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
 namespace tavrel {
@@ -24,6 +26,9 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message(*objection);
     return;
   }
+  // The instrument samples from its preparation on, so the file has to tell it before the program
+  // ends.
+  const UnfinishedWork start(state_);
   if (!PrepareInstrument(state_.Unit[slot])) {
     dialogs_.Message({"failed", kStartTitle, BoxIcon::kWarning});
     return;
@@ -114,14 +119,27 @@ void RecordingEngine::EndOfRecording(int slot) {
 
 void RecordingEngine::SwitchControllerOff(int slot) {
   const UnitRecord& unit = state_.Unit[slot];
-  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl};
+  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl, false};
   OrderStop(slot);
 }
 
-// Without an acknowledge the order is repeated on the ten-second tick.
+// Without an acknowledge the order is due again on the ten-second tick.
 void RecordingEngine::OrderStop(int slot) {
   link_.ComInet = stop_orders_[slot].inet;
   state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
+}
+
+// The waits for several silent instruments must not add up in one step: only the first order that
+// is due is sent. False if there is none.
+bool RecordingEngine::RepeatStopOrder() {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const bool is_due = std::exchange(stop_orders_[slot].is_due, false);
+    if (is_due && state_.StopPending[slot]) {
+      OrderStop(slot);
+      return true;
+    }
+  }
+  return false;
 }
 
 void RecordingEngine::DropStopOrder(int inet, int controller) {

@@ -30,6 +30,9 @@ RecordingEngine::RecordingEngine(const Parts& parts)
 
 void RecordingEngine::PumpOnce() {
   const Messages::Deferral deferral(messages_);
+  if (RepeatStopOrder()) {
+    return;
+  }
   if (!IsSlot(state_.PumpSlot)) {
     state_.PumpSlot = 1;
   }
@@ -225,9 +228,7 @@ void RecordingEngine::HideBacklog(int slot) {
 void RecordingEngine::TenSecondTick() {
   const Messages::Deferral deferral(messages_);
   for (int slot = 1; slot <= kSlots; ++slot) {
-    if (state_.StopPending[slot]) {
-      OrderStop(slot);
-    }
+    stop_orders_[slot].is_due = state_.StopPending[slot];
     if (state_.SlotFile[slot].empty() || state_.ReadState[slot] == ReadState::kIdle) {
       continue;
     }

@@ -33,13 +33,14 @@ class RecordingEngine {
   };
   explicit RecordingEngine(const Parts& parts);
 
-  // One step of the pump: finds the wanted slot and channel, downward, and reads one register.
-  // A set that is complete but could not be written is tried again without an exchange.
+  // One step of the pump: repeats one order to switch a controller off that is due; if there is
+  // none, finds the wanted slot and channel, downward, and reads one register. A set that is
+  // complete but could not be written is tried again without an exchange.
   void PumpOnce();
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
-  // written is opened once more, and a controller that the end action could not switch off is
-  // told once more while StopPending(slot) is true.
+  // written is opened once more, and for each StopPending(slot) an order to switch the controller
+  // off becomes due, which the pump then sends. Makes no exchange itself.
   void TenSecondTick();
 
   // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
@@ -94,6 +95,7 @@ class RecordingEngine {
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
   void OrderStop(int slot);
+  [[nodiscard]] bool RepeatStopOrder();
   void GoOnInNextFile(int slot);
   void SaveSettings(int slot);
   void StopInFile(int slot);
@@ -103,6 +105,7 @@ class RecordingEngine {
   struct StopOrder {
     std::int16_t inet = 0;
     std::int16_t controller = 0;
+    bool is_due = false;  // to be repeated at the next step of the pump
   };
 
   RunState& state_;

@@ -121,25 +121,26 @@ void MainCycle::DoFreeWork() {
     parts_.link.ReopenIfLost();
     parts_.engine.TenSecondTick();
   }
-  if (parts_.link.IsSettled()) {
-    parts_.engine.PumpOnce();
-  }
-  if (IsPast(state.TickMinute)) {
+  parts_.engine.PumpOnce();
+  if (IsPast(state.TickMinute) && next_program_ > kSlots) {
     state.TickMinute += 60;
-    StepPrograms();
+    next_program_ = 1;
   }
+  StepPrograms();
   if (IsPast(state.TickFlush)) {
     state.TickFlush = Timer() + 1200;
     parts_.engine.FlushFiles();
   }
 }
 
-void MainCycle::StepPrograms() const {
-  if (!guests_.step_program) {
-    return;
-  }
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    guests_.step_program(slot);
+// Behind a step that failed the others wait for one of the next ticks, instead of holding up the
+// user interface until the line has settled.
+void MainCycle::StepPrograms() {
+  while (next_program_ <= kSlots && parts_.link.IsSettled()) {
+    if (guests_.step_program) {
+      guests_.step_program(next_program_);
+    }
+    ++next_program_;
   }
 }
 

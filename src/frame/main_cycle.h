@@ -72,13 +72,14 @@ class MainCycle {
   [[nodiscard]] bool ServeScreen();
   void BlinkTrigger();
   void DoFreeWork();
-  void StepPrograms() const;
+  void StepPrograms();
 
   Parts parts_;
   Guests guests_;
   bool enabled_ = false;
   bool in_tick_ = false;
-  double last_timer_ = 0;  // seconds since midnight at the tick before
+  int next_program_ = kSlots + 1;  // slot whose program is stepped next; none is beyond the slots
+  double last_timer_ = 0;          // seconds since midnight at the tick before
 };
 
 }  // namespace tavrel

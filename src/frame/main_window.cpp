@@ -91,7 +91,7 @@ void MainWindow::MnuExit() {
 }
 
 void MainWindow::Close() {
-  if (ended_) {
+  if (ended_ || parts_.state.Unfinished > 0) {
     return;
   }
   ended_ = true;
@@ -124,9 +124,17 @@ void MainWindow::ReadOut() {
     if (AllWait() && !ReviveHeldSets()) {
       return;
     }
+    LetLineSettle();
     parts_.engine.PumpOnce();
     parts_.sheet.RefreshInfo();
     parts_.events.Repaint();
+  }
+}
+
+void MainWindow::LetLineSettle() {
+  const std::chrono::milliseconds time = parts_.link.SettleTime();
+  if (time.count() > 0) {
+    parts_.events.Rest(time);
   }
 }
 

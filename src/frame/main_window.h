@@ -43,6 +43,10 @@ class MainWindow {
   // Opens the line that the settings name, and says in the caption if it is simulated.
   void LinkOpen();
 
+  // Waits until the next exchange can begin at once, and paints meanwhile. Without it the
+  // exchange itself waits, with the user interface standing still.
+  void LetLineSettle();
+
   // What to tell the user after a LinkOpen that failed.
   [[nodiscard]] Notice PortErrorNotice(BoxIcon icon) const;
 
@@ -53,7 +57,9 @@ class MainWindow {
   // Asks and shuts down; nothing happens on Cancel.
   void MnuExit();
 
-  // The close box and the end of the session: shuts down without a question.
+  // The close box and the end of the session: shuts down without a question. While a rule has to
+  // finish what it has begun on an instrument nothing happens; that takes as long as the wait bar,
+  // and whoever wants the end asks again.
   void Close();
 
   // The program has been shut down; the process may end.

@@ -72,6 +72,7 @@ struct RunState {
   int SelSlot = 0;     // slot on the worksheet and graph, 0 the viewed file
   int ActiveInet = 0;  // instrument selected for service, 0 before the first refresh
   View ActiveView = View::kNone;
+  int Unfinished = 0;  // rules that have to finish something on an instrument before the end
 
   // Cursors of the cycle.
   int PumpSlot = 0;

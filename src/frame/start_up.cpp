@@ -1,6 +1,7 @@
 #include "frame/start_up.h"
 
 #include <array>
+#include <chrono>
 #include <string>
 
 #include "common/help.h"
@@ -15,6 +16,8 @@ constexpr const char* kLockFile = "TAVREL.LCK";
 constexpr const char* kDefaultFile = "M011111A.NEW";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr float kFlushSeconds = 1200;
+constexpr std::chrono::milliseconds kPortInUseRetry{100};
+constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
 
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
@@ -64,7 +67,7 @@ bool StartUp::MainFormLoad() {
   if (parts_.window.HasEnded()) {
     return false;
   }
-  parts_.window.LinkOpen();
+  OpenLine();
   if (parts_.link.PortError != 0) {
     parts_.dialogs.Message(parts_.window.PortErrorNotice(BoxIcon::kInformation));
     parts_.window.MnuSettings();
@@ -72,6 +75,15 @@ bool StartUp::MainFormLoad() {
   parts_.sheet.SetCaptionAndTips();
   state.ActiveInet = 0;
   return !parts_.window.HasEnded();
+}
+
+// A program that was killed just now may keep its port for a moment.
+void StartUp::OpenLine() {
+  parts_.window.LinkOpen();
+  for (int retry = 0; parts_.link.PortInUse && retry < kPortInUseRetries; ++retry) {
+    parts_.events.Rest(kPortInUseRetry);
+    parts_.window.LinkOpen();
+  }
 }
 
 void StartUp::MainFormShow() {
@@ -88,6 +100,9 @@ void StartUp::MainFormShow() {
   }
   ReadBacklog();
   SweepControllers();
+  if (parts_.window.HasEnded()) {
+    return;  // closed while the sweep painted
+  }
   state.ActiveView = View::kMainSheet;
   parts_.sheet.ShowPanel();
   parts_.sheet.RefreshInfo();
@@ -162,7 +177,7 @@ void StartUp::ReadBacklog() {
     link.ComInet = unit.UnitInet;
     link.ComLetter = reg::kBuffered;
     link.ComIndex = unit.UnitRef;
-    link.ReadReg();
+    Exchange(&Link::ReadReg);
     const bool reads = state.ReadState[slot] >= ReadState::kReading;
     if (reads && link.IsGood(unit.UnitInet) && link.ComValue > state.BacklogCount) {
       state.BacklogCount = link.ComValue;
@@ -197,9 +212,17 @@ void StartUp::SweepControllers() {
       link.ComLetter = reg::kControllerState;
       link.ComIndex = ctrl;
       link.ComValue = controller::kOff;
-      link.WriteReg();
+      Exchange(&Link::WriteReg);
     }
   }
+}
+
+// Each silent instrument costs a good tenth of a second and a pause behind it: the form is
+// painted in between.
+void StartUp::Exchange(void (Link::*access)()) {
+  parts_.window.LetLineSettle();
+  (parts_.link.*access)();
+  parts_.events.Repaint();
 }
 
 }  // namespace tavrel

@@ -60,11 +60,13 @@ class StartUp {
   void MainFormShow();
 
  private:
+  void OpenLine();
   void AttachFiles();
   void AttachSlot(int slot);
   void MakeDefaultSlot();
   void ReadBacklog();
   void SweepControllers();
+  void Exchange(void (Link::*access)());
 
   Parts parts_;
 };

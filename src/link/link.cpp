@@ -47,6 +47,7 @@ void Link::LinkOpen(const LineChoice& choice) {
   LinkClose();
   PortError = 0;
   PortErrorText.clear();
+  PortInUse = false;
   port_number_ = PortNumber(choice.CommPort);
   Simulated = port_number_ < 1;
   mode_ = ChooseLineMode(mode_, choice.TypeSel, choice.ComMode);
@@ -62,6 +63,7 @@ void Link::OpenPort() {
   const PortOpening opening = port_.Open(port_number_, mode_.PortSettings);
   PortError = opening.Error;
   PortErrorText = opening.Text;
+  PortInUse = opening.InUse;
   if (PortError != 0) {
     LinkClose();
     return;
@@ -224,8 +226,10 @@ void Link::Finish(LinkResult result) {
   }
 }
 
-bool Link::IsSettled() const {
-  return !PortOpen || Simulated || clock_.Elapsed() >= quiet_until_;
+milliseconds Link::SettleTime() const {
+  const nanoseconds left = quiet_until_ - clock_.Elapsed();
+  const bool is_settled = !PortOpen || Simulated || left.count() <= 0;
+  return is_settled ? milliseconds(0) : std::chrono::ceil<milliseconds>(left);
 }
 
 bool Link::EndsWithReply() {

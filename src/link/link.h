@@ -63,7 +63,10 @@ class Link : public LinkArguments {
   // False for a short time after an exchange that failed, in which a late reply may still come.
   // An exchange that is begun meanwhile waits for the end of that time, with the user interface
   // standing still; what can wait asks first.
-  [[nodiscard]] bool IsSettled() const;
+  [[nodiscard]] bool IsSettled() const { return SettleTime().count() == 0; }
+
+  // How long it takes until IsSettled(), rounded up; 0 if it is so now.
+  [[nodiscard]] std::chrono::milliseconds SettleTime() const;
 
   // Call it after a good reply that must not be taken for a wrong one: waits 15 ms for further
   // characters. False if some come: one of two replies belongs to an older command, and nobody
@@ -83,6 +86,7 @@ class Link : public LinkArguments {
   std::string PortLabel;  // "(simulated)", or port and settings: "COM1: 4800,n,8,2"
   int PortError = 0;      // platform's error number of the last opening, 0 if it went well
   std::string PortErrorText;
+  bool PortInUse = false;  // it failed because another process has the port
 
  private:
   enum class Acknowledge { kWait, kUnseen };

@@ -8,10 +8,12 @@
 namespace tavrel {
 
 // What came of opening a port: Error is 0 if it went well, else the platform's error number,
-// and Text says what is wrong and what the user can do about it.
+// and Text says what is wrong and what the user can do about it. InUse: the port is there, but
+// another process has it, which may pass.
 struct PortOpening {
   int Error = 0;
   std::string Text;
+  bool InUse = false;
 };
 
 // Event numbers: above this a port has reported an error.

@@ -185,7 +185,7 @@ bool ControllerSettings::CheckBoxes() {
 void ControllerSettings::CmdOK_Click() {
   refused_ = -1;
   TBox_LostFocus(edited_increment_);
-  if (!CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
+  if (!CheckAnswers(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
     return;
   }
   for (const ControllerField& field : kWriteOrder) {

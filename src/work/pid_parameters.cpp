@@ -4,6 +4,7 @@
 
 #include "common/checks.h"
 #include "common/number.h"
+#include "frame/unfinished_work.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -11,6 +12,8 @@ namespace {
 
 constexpr const char* kTitle = "controller";
 constexpr std::int16_t kSwitchControllerOff = 1;  // end action
+constexpr int kTries = 2;
+constexpr int kMostAttempts = 2 * kTries;
 
 std::string TextOf(const PidParameter& parameter, std::int16_t raw) {
   return FormatMask(raw / parameter.PerUnit, parameter.Mask);
@@ -60,7 +63,7 @@ void PidParameters::Cbo_Click(int row) {
 
 void PidParameters::CmdOK_Click() {
   refused_ = 0;
-  if (!CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
+  if (!CheckAnswers(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
     return;
   }
   const bool to_send =
@@ -107,6 +110,7 @@ bool PidParameters::Transfer() {
     static_cast<void>(CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet));
     return false;
   }
+  const UnfinishedWork change(parts_.state);
   const bool is_off = Write(reg::kControllerState, controller::kOff);
   const bool is_sent = is_off && SendChanged();
   if (is_off) {
@@ -138,11 +142,22 @@ bool PidParameters::SendChanged() {
 }
 
 void PidParameters::BringBack(std::int16_t controller_state) {
-  if (Write(reg::kControllerState, controller_state) ||
-      Write(reg::kControllerState, controller_state) || controller_state == controller::kOff) {
+  if (SwitchBack(controller_state) || controller_state == controller::kOff) {
     return;
   }
   parts_.dialogs.Message({"controller is off", kTitle, BoxIcon::kWarning});
+}
+
+// Tries it twice. A try that the late reply to another one kept off the line does not count.
+bool PidParameters::SwitchBack(std::int16_t controller_state) {
+  int sent = 0;
+  for (int attempt = 0; attempt < kMostAttempts && sent < kTries; ++attempt) {
+    if (Write(reg::kControllerState, controller_state)) {
+      return true;
+    }
+    sent += parts_.link.ComResult == LinkResult::kLength ? 0 : 1;
+  }
+  return false;
 }
 
 std::optional<std::int16_t> PidParameters::Read(const char* letter) {

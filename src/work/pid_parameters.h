@@ -97,6 +97,7 @@ class PidParameters {
   [[nodiscard]] bool Transfer();
   [[nodiscard]] bool SendChanged();
   void BringBack(std::int16_t controller_state);
+  [[nodiscard]] bool SwitchBack(std::int16_t controller_state);
   [[nodiscard]] std::optional<std::int16_t> Read(const char* letter);
   [[nodiscard]] bool Write(const char* letter, std::int16_t value);
   [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }

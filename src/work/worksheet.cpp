@@ -9,6 +9,9 @@ namespace tavrel {
 namespace {
 
 constexpr float kRefreshPause = 5;  // seconds
+// At 4800 baud two exchanges of 20.6 ms fill a tick of 50 ms, and a key that is pressed when the
+// first of them begins and the second finds nobody there (110 ms) waits no longer than 131 ms.
+constexpr int kExchangesPerTick = 2;
 constexpr std::int32_t kSecondsPerHour = 3600;
 constexpr double kMinutesPerHour = 60;
 constexpr std::int32_t kStepSeconds = 10;     // a normal instrument counts in tens of seconds
@@ -99,9 +102,11 @@ void Worksheet::Refresh() {
 }
 
 void Worksheet::AskInstrument() {
+  exchanges_ = 0;
   while (next_step_ < kSteps) {
     const bool is_done = TakeStep(next_step_++);
-    if (!is_done && next_step_ < kSteps) {
+    const bool is_enough = !is_done || exchanges_ == kExchangesPerTick;
+    if (is_enough && next_step_ < kSteps) {
       return;
     }
   }
@@ -135,6 +140,7 @@ std::int16_t Worksheet::ReadFrom(const char* letter, int index) {
   link.ComLetter = letter;
   link.ComIndex = static_cast<std::int16_t>(index);
   link.ReadReg();
+  ++exchanges_;
   return Answers() ? link.ComValue : kNoData;
 }
 

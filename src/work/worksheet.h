@@ -51,9 +51,9 @@ class Worksheet {
   // What the form shows now. The form reads it after every event.
   [[nodiscard]] const WorksheetValues& Values() const { return values_; }
 
-  // A tick of the cycle when TickRefresh is due: asks the instrument for all that the form shows
-  // and sets TickRefresh 5 s ahead. An exchange that fails ends the tick, for a silent instrument
-  // must not hold up the keyboard; the next tick goes on behind it.
+  // A tick of the cycle when TickRefresh is due: asks the instrument for what the form shows, and
+  // sets TickRefresh 5 s ahead when it has asked for all of it. A tick makes two exchanges at most,
+  // and one that fails ends it, for nothing may hold up the keyboard; the next tick goes on behind.
   void Refresh();
 
   // The buttons.
@@ -122,6 +122,7 @@ class Worksheet {
   ShownRaw shown_;
   std::optional<ScreenInFront> screen_;
   int next_step_ = kKind;  // of the refresh that is going on
+  int exchanges_ = 0;      // in this tick
   bool answers_ = false;   // the instrument has answered in it
 };
 

@@ -54,6 +54,48 @@ TEST(CheckConnected, IsTrueForAGoodStatusOnly) {
   EXPECT_EQ(dialogs.boxes[0].Icon, BoxIcon::kQuestion);
 }
 
+// An instrument that is silent for the first exchanges.
+class CheckAnswersOf : public testing::Test {
+ protected:
+  CheckAnswersOf() {
+    link.LinkOpen({"COM1", 0, 4});
+    port.answer = [this](const std::string&) {
+      return port.sent.size() <= silent_exchanges ? "" : "000A\r";
+    };
+  }
+
+  FakeClock clock;
+  FakePort port{clock};
+  Link link{port, clock};
+  FakeDialogs dialogs;
+  std::size_t silent_exchanges = 0;
+};
+
+TEST_F(CheckAnswersOf, AsksNothingIfTheLastExchangeWasGood) {
+  link.ComInet = 3;
+  link.ComLetter = "Y";
+  link.ReadReg();
+  port.sent.clear();
+  EXPECT_TRUE(CheckAnswers(dialogs, link, 3));
+  EXPECT_TRUE(port.sent.empty());
+}
+
+TEST_F(CheckAnswersOf, AsksTwiceAtMost) {
+  EXPECT_TRUE(CheckAnswers(dialogs, link, 3));
+  EXPECT_EQ(port.sent, std::vector<std::string>{"T20?"});
+  port.sent.clear();
+  silent_exchanges = 1;
+  EXPECT_TRUE(CheckAnswers(dialogs, link, 2));
+  EXPECT_EQ(port.sent, (std::vector<std::string>{"T10?", "T10?"}));
+  EXPECT_TRUE(dialogs.boxes.empty());
+  port.sent.clear();
+  silent_exchanges = 2;
+  EXPECT_FALSE(CheckAnswers(dialogs, link, 1));
+  EXPECT_EQ(port.sent.size(), 2U);
+  ASSERT_EQ(dialogs.boxes.size(), 1U);
+  EXPECT_EQ(dialogs.boxes[0].Text, "Tavrel connected ?");
+}
+
 TEST(ShowMessage, HasTheIconOfItsKind) {
   FakeDialogs dialogs;
   for (const int kind : {1, 2, 0, 3}) {

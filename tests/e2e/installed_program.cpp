@@ -1,9 +1,13 @@
 #include "tests/e2e/installed_program.h"
 
+#include <semaphore.h>
 #include <signal.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -15,12 +19,21 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr int kHeader = 1000;  // bytes
+constexpr int kBeforeOthers = -10;
 
 // The window of the program with `pid`, as the screen's number for it; empty if there is none.
 std::string WindowOf(pid_t pid, const std::string& name) {
   Process search({"xdotool", "search", "--onlyvisible", "--all", "--pid", std::to_string(pid),
                   "--name", name});
   return search.ReadLine(seconds(5));
+}
+
+// What the library of the clock keeps for a process, and does not remove if that is killed: another
+// process of the same number could not start.
+void RemoveRestsOfClock(pid_t pid) {
+  const std::string number = std::to_string(pid);
+  sem_unlink(("/faketime_sem_" + number).c_str());
+  shm_unlink(("/faketime_shm_" + number).c_str());
 }
 
 // Two bytes of a sample, little-endian.
@@ -56,6 +69,10 @@ bool InstalledProgram::StartInstruments(const std::vector<std::string>& options)
       directory_.File("control"),           "--truth", directory_.File("truth.txt")};
   command.insert(command.end(), options.begin(), options.end());
   instruments_ = Process(command);
+  // Instruments have a processor of their own. Those of a busy machine would take commands in too
+  // late to say of a reply whether it comes in time. Where the rights are missing all stays as it
+  // is.
+  setpriority(PRIO_PROCESS, static_cast<id_t>(instruments_.Pid()), kBeforeOthers);
   return instruments_.ReadLine(seconds(20)).rfind("ready", 0) == 0;
 }
 
@@ -64,8 +81,29 @@ bool InstalledProgram::Tell(const std::string& command) const {
                      command}) == 0;
 }
 
+// In one step: the program looks at it all the time.
+void InstalledProgram::SetClock(seconds ahead) const {
+  const std::string number = std::to_string(ahead.count());
+  directory_.Write("clock.new", (ahead.count() < 0 ? "" : "+") + number);
+  std::filesystem::rename(directory_.File("clock.new"), directory_.File("clock.txt"));
+}
+
+std::vector<std::string> InstalledProgram::StartCommand() const {
+  const std::string program = directory_.File("tavrel");
+  if (clock_ == OwnClock::kNone) {
+    return {program};
+  }
+  return {"env",
+          "LD_PRELOAD=" FAKETIME_LIBRARY,
+          "FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"),
+          "FAKETIME_NO_CACHE=1",
+          clock_ == OwnClock::kWall ? "DONT_FAKE_MONOTONIC=1" : "DONT_FAKE_MONOTONIC=0",
+          "TZ=CET-1CEST,M3.5.0,M10.5.0/3",
+          program};
+}
+
 bool InstalledProgram::Start() {
-  program_ = Process({directory_.File("tavrel")});
+  program_ = Process(StartCommand());
   const auto splash_is_left = [this] {
     const std::string splash = WindowOf(program_.Pid(), ".");
     if (!splash.empty()) {
@@ -82,7 +120,11 @@ bool InstalledProgram::End() {
 }
 
 void InstalledProgram::Kill() {
+  const pid_t pid = program_.Pid();
   program_ = Process();
+  if (clock_ != OwnClock::kNone) {
+    RemoveRestsOfClock(pid);
+  }
 }
 
 std::vector<std::vector<std::int16_t>> InstalledProgram::Rows(const std::string& file,

@@ -34,6 +34,13 @@ struct Truth {
   int overruns = 0;
 };
 
+// Which clocks of a program a test can set.
+enum class OwnClock {
+  kNone,  // the program runs by the machine's clocks
+  kWall,  // the time of day alone, as a user or summer time does
+  kAll,   // the time since boot too, as if the machine had slept
+};
+
 // The program as a user gets it: installed into a directory of its own, with settings and
 // recording files, started beside a line of virtual instruments.
 class InstalledProgram {
@@ -50,6 +57,12 @@ class InstalledProgram {
 
   // One control command; true if it was answered by ok.
   [[nodiscard]] bool Tell(const std::string& command) const;
+
+  // From the next start on the program has a clock that SetClock sets, in a place of the world
+  // with summer time: Central Europe.
+  void UseClock(OwnClock clock) { clock_ = clock; }
+  // How far that clock is ahead of the machine's from this moment on; negative: behind.
+  void SetClock(std::chrono::seconds ahead) const;
 
   // Starts the program and leaves its splash as a user does; true once the main form is there.
   [[nodiscard]] bool Start();
@@ -69,7 +82,10 @@ class InstalledProgram {
   [[nodiscard]] Truth ReadTruth() const;
 
  private:
+  [[nodiscard]] std::vector<std::string> StartCommand() const;
+
   TemporaryDirectory directory_;
+  OwnClock clock_ = OwnClock::kNone;
   Process instruments_;
   Process program_;
 };

@@ -127,7 +127,9 @@ int Process::Wait(milliseconds limit) {
 }
 
 int RunCommand(const std::vector<std::string>& command) {
-  const pid_t pid = Spawn(command, -1);
+  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  const pid_t pid = Spawn(command, nowhere);
+  close(nowhere);
   int status = 0;
   if (pid < 0 || waitpid(pid, &status, 0) != pid) {
     return -1;

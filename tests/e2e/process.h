@@ -41,7 +41,7 @@ class Process {
   int status_ = -1;
 };
 
-// Runs a command to its end; the exit status.
+// Runs a command to its end, its standard output going nowhere; the exit status.
 int RunCommand(const std::vector<std::string>& command);
 
 // Looks again and again until `condition` holds; false if it does not within `limit`.

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <utility>
+#include <vector>
 
 namespace tavrel {
 namespace {
@@ -30,6 +33,29 @@ TEST(HeldSet, IsRefusedWithAnyByteChangedOrMissing) {
     changed[place] ^= std::byte{0x40};
     EXPECT_FALSE(DecodeHeldSet(changed)) << place;
     EXPECT_FALSE(DecodeHeldSet(std::span(bytes).first(place))) << place;
+  }
+}
+
+TEST(HeldSet, IsRefusedWithMoreBehindIt) {
+  std::vector<std::byte> bytes(kHeldSetBytes + 1);
+  const HeldSetBytes good = EncodeHeldSet(Example());
+  std::copy(good.begin(), good.end(), bytes.begin());
+  EXPECT_FALSE(DecodeHeldSet(bytes));
+}
+
+// The sum of the words does not see that the mark is another one.
+TEST(HeldSet, IsRefusedWithTheHalvesOfItsMarkExchanged) {
+  HeldSetBytes bytes = EncodeHeldSet(Example());
+  std::swap(bytes[0], bytes[2]);
+  std::swap(bytes[1], bytes[3]);
+  EXPECT_FALSE(DecodeHeldSet(bytes));
+}
+
+TEST(HeldSet, IsRefusedIfItAsksForAnInputThatIsNone) {
+  HeldSet held = Example();
+  for (const int input : {-1, kInputs + 1}) {
+    held.AskedInput = input;
+    EXPECT_FALSE(DecodeHeldSet(EncodeHeldSet(held))) << input;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <set>
+#include <span>
 
 #include "files/held_set.h"
 #include "tests/files/pump_room.h"
@@ -64,6 +65,17 @@ class LostValue : public testing::Test {
     room.state.ReadState = {};
     room.Name(kSlot, kName);
     room.files.OpenRecordingFile(kSlot);
+  }
+
+  // What the file beside the recording holds now.
+  [[nodiscard]] HeldSet Held() const {
+    const std::string bytes = room.directory.Read(kHeldName);
+    return DecodeHeldSet(std::as_bytes(std::span(bytes))).value_or(HeldSet{-1, -1, {}, {}});
+  }
+  void Hold(const HeldSet& held) {
+    const auto bytes = EncodeHeldSet(held);
+    room.directory.Write(kHeldName,
+                         std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
 
   std::set<std::string> swallowed;
@@ -278,12 +290,170 @@ TEST_F(LostValue, IsNotSoughtWithTheHeldSetOfAnotherRow) {
   EXPECT_FALSE(room.state.ColumnsInDoubt[kSlot]);
 }
 
+TEST_F(LostValue, OfTheFirstInputOfASetIsSoughtAfterAKillToo) {
+  Sample(1, 1);
+  Run(1);
+  Sample(2, 3);
+  room.line.buffers[{1, 3}].pop_front();
+  Hold({2, 3, {}, {}});
+  KillAndStart();
+  Run(20);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 103, 301, 302, 303}));
+}
+
+TEST_F(LostValue, IsNotSoughtForAnInputThatIsNotRecorded) {
+  Sample(1, 1);
+  Run(1);
+  HeldSet held{2, 0, {}, {}};
+  held.Seen[9] = true;
+  Hold(held);
+  KillAndStart();
+  EXPECT_FALSE(room.state.ColumnsInDoubt[kSlot]);
+  EXPECT_FALSE(room.state.SampleSeen[kSlot][9]);
+}
+
+TEST_F(LostValue, IsPreparedForBeforeTheValueIsAskedFor) {
+  std::vector<int> asked;
+  const auto answer = room.port.answer;
+  room.port.answer = [this, answer, &asked](const std::string& command) {
+    asked.push_back(Held().AskedInput);
+    return answer(command);
+  };
+  Sample(1, 1);
+  room.Pump(3);
+  EXPECT_EQ(asked, (std::vector<int>{3, 2, 1}));
+  EXPECT_EQ(Held().SampleCount, 0);
+  room.Pump(1);
+  EXPECT_EQ(asked.back(), 3);
+  EXPECT_EQ(Held(), (HeldSet{2, 0, {}, room.state.SampleValue[kSlot]}))
+      << "nothing is doubted after an answer without data";
+}
+
+TEST_F(LostValue, DoesNotHappenToAWholeSetOnAFullDiskWhenTheProgramIsKilled) {
+  Sample(1, 1);
+  Run(1);
+  Sample(2, 3);
+  {
+    const FullDisk full(kHeaderBytes + static_cast<std::size_t>(Rows().size()));
+    Run(12);
+    EXPECT_TRUE(room.state.WriteFailed[kSlot]);
+    KillAndStart();
+  }
+  Run(20);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203, 301, 302, 303}));
+}
+
+TEST_F(LostValue, IsFoundWithoutAnotherSetBehindIt) {
+  Sample(1, 1);
+  Run(1);
+  swallowed = {"X02?"};
+  Sample(2, 2);
+  Run(25);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203}));
+}
+
+TEST_F(LostValue, IsFoundAmongInputsThatAreNoNeighbours) {
+  constexpr const char* kApart = "M260314B.OVN";
+  room.Open(kSlot, kApart, BytesOf(Running(HeaderOf(1, {1, 5, 9}))));
+  for (const int set : {1, 2}) {
+    for (const int input : {1, 5, 9}) {
+      room.Store(1, input, {100 * set + input});
+    }
+    Run(12);
+    swallowed = {"X05?"};
+  }
+  Run(30);
+  EXPECT_EQ(room.SamplesInFile(kApart), Words({101, 105, 109, 101, 105, 109, 201, 105, 209}));
+}
+
+TEST_F(LostValue, IsNotSuspectedWhileTheRestOfASetMayStillBeSampled) {
+  Sample(1, 1);
+  Run(1);
+  room.Store(1, 3, {203});
+  ReadOne();
+  Run(25);
+  EXPECT_TRUE(room.engine.HoldsSet(kSlot)) << "two ticks";
+  Run(14);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 101, 102, 203})) << "three ticks";
+}
+
+TEST_F(LostValue, IsNotFilledByAnInstrumentThatCannotCount) {
+  Sample(1, 1);
+  Run(1);
+  Sample(2, 2);
+  ReadOne();
+  room.line.refused = {'R'};
+  room.line.silent = {1};
+  Run(1);
+  room.line.silent.clear();
+  Run(25);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203}));
+}
+
+TEST_F(LostValue, OfTheVeryFirstSetWaitsForAPresentOne) {
+  room.line.registers[{1, 'Y', 2}] = kNoData;
+  swallowed = {"X02?"};
+  Sample(1, 2);
+  Run(30);
+  EXPECT_EQ(Rows(), "");
+  room.line.registers[{1, 'Y', 2}] = 777;
+  Run(30);
+  EXPECT_EQ(Rows(), Words({101, 777, 103, 101, 777, 103, 201, 202, 203}));
+}
+
+// Of two replies nobody can tell which one is the answer.
+TEST_F(LostValue, IsSuspectedIfASecondReplyFollows) {
+  const auto answer = room.port.answer;
+  room.port.answer = [this, answer](const std::string& command) {
+    room.port.Arrive(std::chrono::milliseconds(20), "0FFF\r");
+    return answer(command);
+  };
+  Sample(1, 1);
+  room.Pump(1);
+  EXPECT_FALSE(room.state.SampleSeen[kSlot][3]);
+  EXPECT_TRUE(room.state.ColumnsInDoubt[kSlot]);
+  EXPECT_EQ(room.state.ReadState[kSlot], ReadState::kWaiting);
+}
+
+TEST_F(LostValue, IsNotJudgedByACountBehindWhichASecondReplyFollows) {
+  Sample(1, 1);
+  Run(1);
+  swallowed = {"X02?"};
+  Sample(2, 3);
+  const auto answer = room.port.answer;
+  int copies = 0;
+  room.port.answer = [this, answer, &copies](const std::string& command) {
+    if (command != "R02?" || copies == 2) {
+      return answer(command);
+    }
+    ++copies;
+    room.port.Arrive(std::chrono::milliseconds(20), answer(command));
+    return std::string("0002\r");
+  };
+  Run(60);
+  EXPECT_EQ(copies, 2);
+  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303}));
+}
+
 TEST_F(LostValue, LeavesNoFileBehindARecordingThatIsOver) {
   Sample(1, 1);
   Run(1);
   EXPECT_TRUE(room.directory.Exists(kHeldName));
   room.engine.StopRecording(kSlot);
   EXPECT_FALSE(room.directory.Exists(kHeldName));
+}
+
+TEST_F(LostValue, IsSoughtInTheNextFileThoughTheProgramIsKilledBeforeItReads) {
+  room.Store(1, 3, {103});
+  room.Pump(1);
+  room.state.Unit[kSlot].UnitEndAction = 2;
+  room.engine.EndOfRecording(kSlot);
+  ASSERT_EQ(room.state.SlotFile[kSlot], "M260314B.OVN");
+  room.state.SampleSeen = {};
+  room.files.CloseRecordingFile(kSlot);
+  room.files.OpenRecordingFile(kSlot);
+  EXPECT_TRUE(room.state.SampleSeen[kSlot][3]);
+  EXPECT_EQ(room.state.SampleValue[kSlot][3], 103);
 }
 
 TEST_F(LostValue, GoesOnLookingInTheNextFile) {

@@ -76,17 +76,20 @@ TEST(EndOfRecording, SwitchesTheControllerOff) {
   EXPECT_EQ(room.state.SlotFile[12], kName);
 }
 
-TEST(EndOfRecording, RepeatsTheStopOncePerTickUntilItIsAcknowledged) {
+TEST(EndOfRecording, RepeatsTheStopOnceForEachTenSecondsUntilItIsAcknowledged) {
   ShortFile room(1, kName, 4);
   room.line.silent.insert(2);
   room.Pump(5);
   EXPECT_TRUE(room.state.StopPending[12]);
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r"}));
   room.engine.TenSecondTick();
+  room.Pump(5);
   EXPECT_EQ(room.port.sent.size(), 2U);
   room.line.silent.clear();
   room.engine.TenSecondTick();
+  room.Pump(5);
   room.engine.TenSecondTick();
+  room.Pump(5);
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r", "Z13=0\r", "Z13=0\r"}));
   EXPECT_FALSE(room.state.StopPending[12]);
 }
@@ -97,8 +100,40 @@ TEST(EndOfRecording, RepeatsTheStopToTheSameControllerWhateverTheSlotHoldsSince)
   room.Pump(1);
   room.Open(12, "M020202A.NEW", BytesOf(HeaderOf(5, {1})));
   room.engine.TenSecondTick();
+  room.Pump(1);
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r", "Z13=0\r"}));
   EXPECT_TRUE(room.state.StopPending[12]);
+}
+
+TEST(EndOfRecording, RepeatsTheStopsOfSeveralSilentInstrumentsOneAStep) {
+  PumpRoom room;
+  room.line.silent = {1, 2, 3};
+  for (const int slot : {1, 2, 3}) {
+    UnitRecord unit = HeaderOf(slot, {1});
+    unit.UnitCtrl = 1;
+    unit.UnitEndAction = 1;
+    room.Open(slot, "M011111A.NE" + std::to_string(slot), BytesOf(unit));
+    room.engine.EndOfRecording(slot);
+  }
+  room.port.sent.clear();
+  room.engine.TenSecondTick();
+  EXPECT_EQ(room.port.sent, Texts{});
+  room.Pump(1);
+  EXPECT_EQ(room.port.sent, (Texts{"Z01=0\r"}));
+  room.Pump(1);
+  EXPECT_EQ(room.port.sent, (Texts{"Z01=0\r", "Z11=0\r"}));
+  room.Pump(3);
+  EXPECT_EQ(room.port.sent, (Texts{"Z01=0\r", "Z11=0\r", "Z21=0\r"}));
+}
+
+TEST(EndOfRecording, DoesNotRepeatAStopThatTheUserHasMadeVoid) {
+  ShortFile room(1, kName, 4);
+  room.line.silent.insert(2);
+  room.Pump(1);
+  room.engine.TenSecondTick();
+  room.engine.DropStopOrder(2, 3);
+  room.Pump(2);
+  EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r"}));
 }
 
 TEST(EndOfRecording, SwitchesTheControllerOffEvenIfTheHeaderCannotBeWritten) {

@@ -54,6 +54,14 @@ TEST(StartRecording, DropsAHalfReadSetOfAnEarlierRecording) {
   EXPECT_EQ(room.SamplesInFile(kName), Words({1, 2, 1, 2}));
 }
 
+TEST(StartRecording, DoubtsNothingOfAnEarlierRecording) {
+  PumpRoom room;
+  room.Open(12, kName, BytesOf(HeaderOf(1, {1, 2})));
+  room.state.ColumnsInDoubt[12] = true;
+  room.engine.StartRecording(12);
+  EXPECT_FALSE(room.state.ColumnsInDoubt[12]);
+}
+
 TEST(StartRecording, DoesNothingWhenItIsOnAlready) {
   PumpRoom room;
   room.Open(4, kName, BytesOf(Running(HeaderOf(1, {1}))));

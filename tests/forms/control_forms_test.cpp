@@ -396,6 +396,31 @@ TEST_F(ProgramForm, OpensAProgramByItsMenu) {
   RunProg();
 }
 
+TEST_F(ProgramForm, ShowsTheValueOfTheCurrentCellInItsColour) {
+  control.bench.home.Write("B.PRG", ProgramBytes({{3, 25, 8000, 60}, {0, -1, 400, 1}}));
+  control.bench.dialogs.chosen_file = control.bench.home.File("B.PRG");
+  Then("TavProg", [] {
+    Click("cmdOpen");
+    EXPECT_EQ(Grid()->currentRow(), 0);
+    EXPECT_EQ(Grid()->currentColumn(), kTimeColumn);
+    const QRect place = Grid()->visualRect(Grid()->model()->index(0, kTimeColumn));
+    const QImage picture = Grid()->viewport()->grab(place.adjusted(3, 3, -3, -3)).toImage();
+    int paper = 0;
+    int ink = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+      for (int x = 0; x < picture.width(); ++x) {
+        const QColor pixel = picture.pixelColor(x, y);
+        paper += pixel == QColor(0xFF, 0xFF, 0xC0) ? 1 : 0;
+        ink += pixel.lightness() < 100 ? 1 : 0;
+      }
+    }
+    EXPECT_GT(paper, picture.width() * picture.height() / 2);
+    EXPECT_GT(ink, 10);
+    Key(Qt::Key_Escape);
+  });
+  RunProg();
+}
+
 TEST_F(ProgramForm, ShowsItsTipsInBothLanguages) {
   for (const char* language : {"English", "German"}) {
     control.bench.state.Settings.HelpLang = language;

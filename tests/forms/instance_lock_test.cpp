@@ -44,7 +44,14 @@ class OtherProcess {
       child_ = -1;
     }
   }
+  // Dead, but its number stays taken until somebody asks for its end.
+  void CrashUnnoticed() const {
+    kill(child_, SIGKILL);
+    siginfo_t info{};
+    waitid(P_PID, static_cast<id_t>(child_), &info, WEXITED | WNOWAIT);
+  }
   bool HasLock() const { return has_lock_; }
+  pid_t Pid() const { return child_; }
 
  private:
   pid_t child_ = -1;
@@ -75,6 +82,34 @@ TEST_F(Lock, IsFreeAfterACrash) {
   ASSERT_TRUE(other.HasLock());
   other.Crash();
   EXPECT_TRUE(home.Exists("tavrel.lock"));
+  InstanceLock lock(path);
+  EXPECT_TRUE(lock.Take());
+}
+
+TEST_F(Lock, IsFreeAfterACrashThatNobodyHasNoticed) {
+  const OtherProcess other(path);
+  ASSERT_TRUE(other.HasLock());
+  other.CrashUnnoticed();
+  InstanceLock lock(path);
+  EXPECT_TRUE(lock.Take());
+}
+
+TEST_F(Lock, IsFreeIfItsFileWasTornByACrash) {
+  for (const char* torn : {"", "999999999\nTAVREL\n"}) {
+    home.Write("tavrel.lock", torn);
+    InstanceLock lock(path);
+    EXPECT_TRUE(lock.Take()) << torn;
+  }
+}
+
+TEST_F(Lock, IsFreeIfAnotherCopyHasTheNumberOfTheOneThatCrashed) {
+  OtherProcess crashed(path);
+  const OtherProcess living(home.File("another.lock"));
+  const std::string number = std::to_string(crashed.Pid());
+  crashed.Crash();
+  std::string file = home.Read("tavrel.lock");
+  ASSERT_EQ(file.compare(0, number.size(), number), 0);
+  home.Write("tavrel.lock", file.replace(0, number.size(), std::to_string(living.Pid())));
   InstanceLock lock(path);
   EXPECT_TRUE(lock.Take());
 }

@@ -4,11 +4,7 @@
 #include "frame/forms/tavsett.h"
 #include "tests/forms/modal_bench.h"
 #include "tests/support/work_bench.h"
-#include "work/forms/tav_color.h"
-#include "work/forms/tav_coord.h"
-#include "work/forms/tav_rec.h"
-#include "work/forms/tav_wait.h"
-#include "work/forms/tav_work.h"
+#include "tests/support/work_screens.h"
 #include "work/work_tips.h"
 
 namespace tavrel {
@@ -18,47 +14,17 @@ namespace {
 class WorkForms : public ModalDeeds, public WorkBench {
  protected:
   WorkForms() {
-    bench.screens.on_show = [this](View view) { RunForm(view); };
-    bench.cycle.SetGuests({[this] { RefreshSheet(); }, [this] { Advance(); },
+    bench.screens.on_show = [this](View view) { screens.Run(view); };
+    bench.cycle.SetGuests({[this] { screens.Refresh(); }, [this] { screens.Advance(); },
                            [this](int slot) { programs.StepProgram(slot); }});
   }
 
   // The worksheet of slot 1, until it closes. The deeds that were told run in it.
   void Run() { bench.screens.Show(View::kTavWork); }
 
-  void RunForm(View view) {
-    if (view == View::kTavWork) {
-      worksheet.Open();
-      if (work_form == nullptr) {
-        work_form = std::make_unique<TavWork>(worksheet);
-      }
-      work_form->Run();
-    } else if (view == View::kTavRec) {
-      TavRec(recording).Run();
-    } else if (view == View::kTavCoord) {
-      TavCoord(coordinates).Run();
-    } else if (view == View::kTavColor) {
-      TavColor(colours).Run();
-    } else if (view == View::kTavWait) {
-      wait_bar.Open();
-      TavWait form(wait_bar);
-      wait_form = &form;
-      form.Run();
-      wait_form = nullptr;
-    }
-  }
-  void RefreshSheet() {
-    worksheet.Refresh();
-    work_form->ShowRefresh();
-  }
-  void Advance() {
-    wait_bar.Advance();
-    wait_form->ShowStep();
-  }
   static bool IsDown(const char* name) { return Find<GlyphButton>(name)->IsLatched(); }
 
-  std::unique_ptr<TavWork> work_form;
-  TavWait* wait_form = nullptr;
+  WorkScreens screens{{worksheet, recording, coordinates, colours, wait_bar}};
 };
 
 TEST_F(WorkForms, ShowTheSlotAndWhatItsInstrumentSays) {
@@ -101,10 +67,10 @@ TEST_F(WorkForms, LeaveTheWorksheetByEscapeAndShowItAgain) {
   StartProgram();
   Then("TavWork", [] { Key(Qt::Key_Escape); });
   Run();
-  const TavWork* first = work_form.get();
+  const TavWork* first = screens.WorkForm();
   Then("TavWork", [] { Form()->close(); });
   Run();
-  EXPECT_EQ(work_form.get(), first);
+  EXPECT_EQ(screens.WorkForm(), first);
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
 }
 

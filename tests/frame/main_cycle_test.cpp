@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/bench_program.h"
 
 namespace tavrel {
@@ -169,6 +171,45 @@ TEST_F(Cycle, StepsProgramsOnAFixedGridOfMinutes) {
   Tick();
   EXPECT_EQ(stepped.size(), 36U);
   EXPECT_FLOAT_EQ(bench.state.TickMinute, grid + 180);
+}
+
+TEST_F(Cycle, StepsProgramsOfSeveralSilentInstrumentsInTicksOfTheirOwn) {
+  bench.Start();
+  bench.line.silent = {1, 2, 3, 4, 5, 6};
+  std::vector<int> stepped;
+  bench.cycle.SetGuests({{}, {}, [this, &stepped](int slot) {
+                           stepped.push_back(slot);
+                           bench.link.ComInet = static_cast<std::int16_t>((slot + 1) / 2);
+                           bench.link.WriteReg();
+                         }});
+  bench.state.ActiveView = View::kTavProg;
+  bench.state.TickMinute = static_cast<float>(bench.clock.Timer()) - 60;  // two minutes are due
+  std::chrono::nanoseconds longest{0};
+  for (int tick = 0; tick < 200; ++tick) {
+    bench.clock.Advance(std::chrono::milliseconds(kTickMilliseconds));
+    const auto before = bench.clock.Elapsed();
+    Tick();
+    longest = std::max(longest, bench.clock.Elapsed() - before);
+  }
+  EXPECT_EQ(stepped, (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12,
+                                       1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+  EXPECT_LE(longest, std::chrono::milliseconds(112));
+}
+
+TEST_F(Cycle, LeavesItsTicksOutWhileALateReplyMayStillCome) {
+  StartRecordingSlot(5);
+  bench.line.silent = {1};
+  Tick();
+  ASSERT_FALSE(bench.link.IsSettled());
+  const auto before = bench.clock.Elapsed();
+  EXPECT_EQ(Exchanges(), 0);
+  bench.clock.Advance(std::chrono::milliseconds(140));
+  EXPECT_EQ(Exchanges(), 0);
+  EXPECT_EQ(bench.clock.Elapsed() - before, std::chrono::milliseconds(140));
+  bench.clock.Advance(std::chrono::milliseconds(10));
+  bench.state.SheetSlot = 0;
+  bench.state.TickRefresh = 0;
+  EXPECT_EQ(Exchanges(), 1);
 }
 
 TEST_F(Cycle, WakesAWaitingSlotEveryTenSeconds) {

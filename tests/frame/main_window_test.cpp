@@ -71,6 +71,30 @@ TEST_F(Window, DropsASlotWhoseInstrumentFallsSilentDuringTheReadOut) {
   EXPECT_LT(CloseTakes(), 1.0);
 }
 
+TEST_F(Window, IsPaintedAgainWithinATenthOfASecondOrSoDuringTheReadOut) {
+  StartRecording(3);
+  Hold(1, 1);
+  Hold(2, 1);
+  Hold(3, 1);
+  std::chrono::nanoseconds longest{0};
+  auto painted = bench.clock.Elapsed();
+  const auto paint = [&] {
+    longest = std::max(longest, bench.clock.Elapsed() - painted);
+    painted = bench.clock.Elapsed();
+  };
+  bench.events.on_repaint = paint;
+  bench.events.on_rest = [&](std::chrono::milliseconds time) {
+    paint();
+    bench.clock.Advance(time);
+    painted = bench.clock.Elapsed();
+  };
+  bench.line.silent = {2, 3};
+  bench.window.Close();
+  EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
+  EXPECT_GE(longest, std::chrono::milliseconds(110));
+  EXPECT_LE(longest, std::chrono::milliseconds(112));
+}
+
 TEST_F(Window, EndsAtOnceWhenNothingIsWaiting) {
   StartRecording(1);
   EXPECT_LT(CloseTakes(), 1.0);

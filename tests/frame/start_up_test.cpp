@@ -9,8 +9,31 @@
 namespace tavrel {
 namespace {
 
+using std::chrono::milliseconds;
+
 class Start : public testing::Test {
  protected:
+  // Starts with twelve slots on six instruments.
+  std::chrono::nanoseconds LongestTimeWithoutPaint() {
+    for (int slot = 1; slot <= kSlots; ++slot) {
+      bench.Install(slot, "M260314" + std::string(1, static_cast<char>('A' + slot)) + ".OVN",
+                    BenchProgram::Header((slot + 1) / 2, 1 + slot % 2, 2, true));
+    }
+    std::chrono::nanoseconds longest{0};
+    auto painted = bench.clock.Elapsed();
+    bench.events.on_repaint = [&] {
+      longest = std::max(longest, bench.clock.Elapsed() - painted);
+      painted = bench.clock.Elapsed();
+    };
+    bench.events.on_rest = [&](milliseconds time) {
+      bench.events.on_repaint();
+      bench.clock.Advance(time);
+      painted = bench.clock.Elapsed();
+    };
+    bench.Start();
+    return longest;
+  }
+
   BenchProgram bench;
 };
 
@@ -207,6 +230,62 @@ TEST_F(Start, TellsOfAPortThatDoesNotOpenAndLetsTheUserMendIt) {
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");
   EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kInformation);
   EXPECT_TRUE(bench.link.PortOpen);
+}
+
+TEST_F(Start, WaitsAMomentForAPortThatAProgramJustKilledStillHas) {
+  bench.port.open_error = 2;
+  bench.port.open_text = "in use";
+  bench.port.in_use = true;
+  milliseconds waited{0};
+  bench.events.on_rest = [this, &waited](milliseconds time) {
+    waited += time;
+    bench.port.open_error = waited < milliseconds(1500) ? 2 : 0;
+    bench.port.in_use = bench.port.open_error != 0;
+  };
+  bench.Start();
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+  EXPECT_TRUE(bench.link.PortOpen);
+  EXPECT_GE(waited, milliseconds(1500));
+}
+
+TEST_F(Start, TellsOfAPortThatStaysInUseAfterTwoSeconds) {
+  bench.screens.built = {View::kTavSett};
+  bench.port.open_error = 2;
+  bench.port.in_use = true;
+  milliseconds waited{0};
+  bench.events.on_rest = [&waited](milliseconds time) { waited += time; };
+  bench.state.SettingsRead = true;
+  EXPECT_FALSE(bench.start_up.MainFormLoad());
+  ASSERT_FALSE(bench.dialogs.boxes.empty());
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");
+  EXPECT_EQ(waited, milliseconds(2000));
+}
+
+TEST_F(Start, IsPaintedAgainWithinATenthOfASecondOrSoBesideSilentInstruments) {
+  bench.line.silent = {1, 2, 3, 4, 5, 6};
+  const auto longest = LongestTimeWithoutPaint();
+  EXPECT_EQ(bench.port.sent.size(), 12U);
+  EXPECT_GE(longest, milliseconds(110));
+  EXPECT_LE(longest, milliseconds(112));
+}
+
+TEST_F(Start, IsPaintedBehindEachExchange) {
+  EXPECT_EQ(LongestTimeWithoutPaint(), milliseconds(10));
+  EXPECT_EQ(bench.port.sent.size(), 12U + 6 * 2) << "two slots use two of four controllers";
+}
+
+TEST_F(Start, DoesNotRunItsCycleIfItIsClosedWhileItLooksForItsInstruments) {
+  bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  bench.Install(2, "M260314B.OVN", BenchProgram::Header(2, 1, 2, true));
+  bench.line.silent = {1, 2};
+  bench.events.on_rest = [this](milliseconds time) {
+    bench.clock.Advance(time);
+    bench.window.Close();
+  };
+  bench.Start();
+  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_FALSE(bench.cycle.IsEnabled());
+  EXPECT_EQ(bench.port.sent.size(), 1U);
 }
 
 TEST_F(Start, EndsWhenTheUserGivesUpOnThePort) {

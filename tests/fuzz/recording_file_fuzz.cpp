@@ -15,13 +15,12 @@ constexpr int kDeeds = 12;
 constexpr const char* kName = "M260314A.OVE";
 constexpr const char* kForeign = "M260314B.OVE";  // beside it, and none of the slot's
 
-using Files = std::map<std::string, std::string>;  // bytes by name
+using Files = std::map<std::string, std::uintmax_t>;  // lengths by name
 
 Files FilesIn(const TemporaryDirectory& directory) {
   Files files;
   for (const auto& entry : std::filesystem::directory_iterator(directory.Path())) {
-    const std::string name = entry.path().filename().string();
-    files[name] = directory.Read(name);
+    files[entry.path().filename().string()] = entry.file_size();
   }
   return files;
 }
@@ -46,6 +45,7 @@ class FileUnderFire {
         CheckDerived();
       }
     }
+    Require(room_.directory.Read(kForeign) == "none of yours", "foreign files stay untouched");
   }
 
  private:
@@ -54,6 +54,7 @@ class FileUnderFire {
   [[nodiscard]] std::size_t Index() const { return static_cast<std::size_t>(slot_); }
   [[nodiscard]] std::int32_t Rows() const { return room_.state.SampleCount.at(Index()); }
   bool IsOpen() { return !SlotFile().empty(); }
+  std::string PathOfSlot() { return room_.directory.File(SlotFile()); }
 
   // Most replies are good; some are missing, refused, without data or nonsense.
   std::string Answer(const std::string& command) {
@@ -99,7 +100,7 @@ class FileUnderFire {
     Require(state.RecInterval.at(Index()) >= 1, "no division by an interval fails");
     const std::int32_t limit = state.SampleLimit.at(Index());
     Require(limit >= 0 && limit * unit.UnitChannels <= kMaxSampleWords, "at most 32000 words");
-    const auto bytes = static_cast<std::int64_t>(room_.directory.Read(SlotFile()).size());
+    const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(PathOfSlot()));
     Require(Rows() == 0 || SampleByte(unit.UnitChannels, Rows(), 1) <= bytes,
             "every counted row stands in the file");
     const bool reads = state.ReadState.at(Index()) != ReadState::kIdle;
@@ -110,15 +111,14 @@ class FileUnderFire {
   // Deleting an empty file is the user's own deed and not among these.
   void CheckNothingLost(const Files& before) {
     const Files now = FilesIn(room_.directory);
-    for (const auto& [name, bytes] : before) {
+    for (const auto& [name, length] : before) {
       if (name.ends_with(".set")) {
         continue;  // what is held of a set goes with the recording
       }
       const auto found = now.find(name);
       Require(found != now.end(), "no file vanishes");
-      Require(found->second.size() >= bytes.size() || !IsRecording(name), "no file is cut");
+      Require(found->second >= length || !IsRecording(name), "no file is cut");
     }
-    Require(now.at(kForeign) == "none of yours", "foreign files stay untouched");
     for (const auto& entry : now) {
       Require(!entry.first.starts_with(".tavrel"), "no temporary file is left");
     }

@@ -75,7 +75,7 @@ TEST(Curves, RunFromRowOneToTheRowBeforeTheLast) {
               ElementsAre(Segment{503, 201, 503, 201, kRed}, Segment{503, 201, 506, 202, kRed}));
   EXPECT_THAT(Segments(bench.PicC(kOverview).LinesOf(kRed)),
               Segments(bench.ImgC(kOverview).LinesOf(kRed)));
-  const Stroke& stroke = bench.ImgC(kOverview).LinesOf(kGreen).front();
+  const Stroke stroke = bench.ImgC(kOverview).LinesOf(kGreen).front();
   EXPECT_EQ(stroke.In, (Scale{503, 1000, 800, 0}));
   EXPECT_EQ(stroke.With, Pen{});
 }

@@ -80,6 +80,32 @@ TEST(OutgoingBytes, SampleIsHandedWithTheLastByte) {
   EXPECT_EQ(bytes.TakeDue(kStart + milliseconds(6)).handed.at(0).place.number, 3);
 }
 
+// What became of the sample in a reply of three characters of 2 ms, with that pause between them.
+Fate FateAfter(milliseconds pause, milliseconds looked_at) {
+  OutgoingBytes bytes(milliseconds(2));
+  Reply reply = HandingReply();
+  reply.pause = pause;
+  bytes.Add(reply, kStart);
+  return bytes.TakeDue(kStart + looked_at).handed.at(0).fate;
+}
+
+TEST(OutgoingBytes, SampleIsLateIfItsReplyTakesLongerThanAHostWaits) {
+  EXPECT_EQ(FateAfter(milliseconds(42), milliseconds(90)), Fate::kGood);
+  EXPECT_EQ(FateAfter(milliseconds(43), milliseconds(92)), Fate::kLate);
+}
+
+TEST(OutgoingBytes, SampleThatIsSpoiledStaysSoHoweverLateItIs) {
+  OutgoingBytes bytes(milliseconds(2));
+  Reply reply = HandingReply();
+  reply.handed->fate = Fate::kSpoiled;
+  bytes.Add(reply, kStart);
+  EXPECT_EQ(bytes.TakeDue(kStart + milliseconds(200)).handed.at(0).fate, Fate::kSpoiled);
+}
+
+TEST(OutgoingBytes, SampleIsLateIfTheMachineSendsItsReplyTooLate) {
+  EXPECT_EQ(FateAfter(milliseconds(0), milliseconds(91)), Fate::kLate);
+}
+
 TEST(OutgoingBytes, SampleInADroppedReplyIsLost) {
   OutgoingBytes bytes(milliseconds(2));
   bytes.Add(HandingReply(), kStart);

@@ -70,6 +70,16 @@ TEST(Frame, WritesNegativeValuesAsFourDigitsAndSmallOnesAsFew) {
   EXPECT_EQ(RegisterWriteFrame(mode, {1, 0}, {"W", 1}, -32768), "W01=8000\r");
 }
 
+// No choice of variant and interface makes these; the numbers belong to the variant in force.
+TEST(Frame, NumbersInstrumentsOnADirectLineOnlyInTheVariantInForce) {
+  LineMode mode = Mode(3, 0);
+  mode.LinkPlugin = true;
+  EXPECT_EQ(RegisterReadFrame(mode, {3, 0}, {"Y", 1}), "Y1?");
+  mode = Mode(4, 0);
+  mode.LinkPlugin = false;
+  EXPECT_EQ(RegisterReadFrame(mode, {3, 0}, {"Y", 1}), "Y1?");
+}
+
 TEST(Frame, ReachesMemoryAndPortsOnADirectLineWithoutANumber) {
   const LineMode mode = Mode(4, 0);
   EXPECT_EQ(SpaceReadFrame(mode, {3, 0}, Space::kMemory, "8000"), "8000<");

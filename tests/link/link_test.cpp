@@ -71,6 +71,15 @@ TEST_F(LinkOnALine, KeepsTheErrorOfAPortThatDoesNotOpen) {
   EXPECT_EQ(link.PortError, 0);
 }
 
+TEST_F(LinkOnALine, RemembersThatAPortIsInUseUntilItIsOpenedAnew) {
+  port.open_error = 2;
+  port.in_use = true;
+  Open(0);
+  EXPECT_TRUE(link.PortInUse);
+  link.LinkOpen({"----", 0, 4});
+  EXPECT_FALSE(link.PortInUse);
+}
+
 TEST_F(LinkOnALine, SimulatesWithoutAPortNumber) {
   for (const char* comm_port : {"----", "", "COM", "C1", "COMx", "COM0", "COM-4"}) {
     link.LinkOpen({comm_port, 0, 4});
@@ -211,9 +220,53 @@ TEST_F(LinkOnALine, IsSettledAgainAfterATime) {
   EXPECT_TRUE(link.IsSettled());
   Ask(1, "Y", 1);
   clock.AdvanceSeconds(0.149);
+  EXPECT_EQ(link.SettleTime(), milliseconds(1));
+  clock.AdvanceSeconds(0.0005);
   EXPECT_FALSE(link.IsSettled());
-  clock.AdvanceSeconds(0.002);
+  clock.AdvanceSeconds(0.001);
   EXPECT_TRUE(link.IsSettled());
+}
+
+TEST_F(LinkOnALine, IsUnsettledByEveryKindOfFailure) {
+  Open(0);
+  for (const char* reply : {"", "?", "123\r", "12G4\r"}) {
+    LetTheLineRest();
+    port.answer = [reply](const std::string&) { return reply; };
+    Ask(1, "Y", 1);
+    EXPECT_FALSE(link.IsSettled()) << reply;
+  }
+}
+
+// A reply that comes in pieces spoils one exchange and not each one in which a piece arrives.
+TEST_F(LinkOnALine, GathersAllPiecesOfALateReply) {
+  Open(0);
+  port.answer = [this](const std::string&) {
+    port.Arrive(milliseconds(250), "11");
+    port.Arrive(milliseconds(275), "1");
+    port.Arrive(milliseconds(300), "1\r");
+    return "";
+  };
+  Ask(1, "X", 5);
+  Ask(1, "X", 6);
+  EXPECT_EQ(link.ComResult, LinkResult::kLength);
+  port.answer = [](const std::string&) { return "2222\r"; };
+  Ask(1, "X", 6);
+  EXPECT_EQ(link.ComResult, LinkResult::kGood);
+  EXPECT_EQ(link.ComValue, 0x2222);
+}
+
+TEST_F(LinkOnALine, GathersAllPiecesOfASecondReply) {
+  Open(0);
+  port.answer = [this](const std::string&) {
+    port.Arrive(milliseconds(22), "22");
+    port.Arrive(milliseconds(50), "22\r");
+    return "1111\r";
+  };
+  Ask(1, "X", 5);
+  EXPECT_FALSE(link.EndsWithReply());
+  port.answer = [](const std::string&) { return "3333\r"; };
+  Ask(1, "X", 6);
+  EXPECT_EQ(link.ComValue, 0x3333);
 }
 
 TEST_F(LinkOnALine, IsNotUnsettledByAPortThatIsGone) {

@@ -37,6 +37,11 @@ TEST(JudgeValue, RefusesAGoodReplyBehindGarbage) {
   EXPECT_EQ(ResultOf("12\r1234\r"), LinkResult::kLength);
 }
 
+TEST(JudgeValue, RefusesAGoodReplyWithMoreBehindIt) {
+  EXPECT_EQ(ResultOf("1234\r1"), LinkResult::kLength);
+  EXPECT_EQ(ResultOf("12\r123"), LinkResult::kLength);
+}
+
 TEST(JudgeValue, LetsACarriageReturnWinOverARejection) {
   EXPECT_EQ(ResultOf("12\r?"), LinkResult::kGood);
   EXPECT_EQ(ResultOf("?\r"), LinkResult::kLength);

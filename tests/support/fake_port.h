@@ -18,7 +18,7 @@ namespace tavrel {
 // Levers:
 //   answer(command)  what the line says to a command, at once; the empty text is silence
 //   Arrive(delay, text)  characters that come `delay` after now, whatever is sent
-//   open_error, open_text  how the next Open ends
+//   open_error, open_text, in_use  how the next Open ends
 //   Vanish()         the device goes away
 class FakePort : public SerialPort {
  public:
@@ -29,6 +29,7 @@ class FakePort : public SerialPort {
   };
   int open_error = 0;
   std::string open_text;
+  bool in_use = false;
 
   std::vector<std::string> sent;                    // every command, in its order
   std::vector<std::pair<int, std::string>> opened;  // every Open: number and settings
@@ -48,7 +49,7 @@ class FakePort : public SerialPort {
     opened.emplace_back(number, settings);
     open_ = open_error == 0;
     settings_ = settings;
-    return {open_error, open_text};
+    return {open_error, open_text, in_use};
   }
   void Close() override { open_ = false; }
   [[nodiscard]] bool IsOpen() const override { return open_; }

@@ -73,11 +73,12 @@ class FakeScreens : public Screens {
 };
 
 // Levers: on_rest runs in place of a sleep, to move a clock; on_pump is what the user does while
-// events are served.
+// events are served; on_repaint runs while the screen is painted.
 class FakeEvents : public Events {
  public:
   std::function<void()> on_pump = [] {};
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
+  std::function<void()> on_repaint = [] {};
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
@@ -87,7 +88,10 @@ class FakeEvents : public Events {
     ++pumps;
     on_pump();
   }
-  void Repaint() override { ++repaints; }
+  void Repaint() override {
+    ++repaints;
+    on_repaint();
+  }
   void Rest(std::chrono::milliseconds time) override { on_rest(time); }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
   void Beep() override { ++beeps; }

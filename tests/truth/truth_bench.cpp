@@ -17,13 +17,15 @@ namespace tavrel {
 namespace {
 
 using std::chrono::hours;
+using std::chrono::seconds;
+using std::chrono::steady_clock;
 
 constexpr std::array<const char*, 2> kLines = {"direct", "plugin"};
 
 void PrintHeading() {
-  std::printf("%-22s %-7s %6s %6s %5s %5s %5s %6s %6s %6s %5s %5s  %s\n", "case", "line", "rows",
-              "wrong", "torn", "lost", "twice", "shift", "handed", "onLine", "diff", "over",
-              "verdict");
+  std::printf("%-22s %-7s %5s %6s %6s %5s %5s %5s %6s %6s %6s %7s %5s  %s\n", "case", "line",
+              "secs", "rows", "wrong", "torn", "lost", "twice", "shift", "handed", "onLine",
+              "excused", "over", "verdict");
   std::fflush(stdout);
 }
 
@@ -33,17 +35,19 @@ bool RunHere(const TruthCase& truth_case, const std::string& line, bool is_long)
   bench.line = line;
   TruthRun run(bench);
   Findings found;
+  const auto begin = steady_clock::now();
   bool is_good = run.Begin();
   if (is_good) {
     truth_case.deed(run, is_long ? truth_case.long_amount : truth_case.short_amount);
     is_good = run.End(found);
   }
+  const auto took = std::chrono::duration_cast<seconds>(steady_clock::now() - begin);
   const LineTruth truth = run.Truth();
   is_good = is_good && found.IsTrue();
-  std::printf("%-22s %-7s %6d %6d %5d %5d %5d %6d %6d %6d %5d %5d  %s %s\n", truth_case.name,
-              line.c_str(), found.rows, found.wrong, found.torn, found.lost, found.doubled,
-              found.shifted, truth.handed, truth.lost, found.excused, truth.overruns,
-              is_good ? "true" : "BROKEN", run.Problem().c_str());
+  std::printf("%-22s %-7s %5d %6d %6d %5d %5d %5d %6d %6d %6d %7d %5d  %s %s\n", truth_case.name,
+              line.c_str(), static_cast<int>(took.count()), found.rows, found.wrong, found.torn,
+              found.lost, found.doubled, found.shifted, truth.handed, truth.lost, found.excused,
+              truth.overruns, is_good ? "true" : "BROKEN", run.Problem().c_str());
   for (const std::string& detail : found.details) {
     std::printf("    %s\n", detail.c_str());
   }

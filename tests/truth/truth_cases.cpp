@@ -1,13 +1,23 @@
 #include "tests/truth/truth_cases.h"
 
+#include <array>
 #include <csignal>
 #include <string>
 
 namespace tavrel {
 namespace {
 
+using namespace std::chrono_literals;
+using std::chrono::days;
+using std::chrono::hours;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+using std::chrono::sys_days;
+
+// Moments of Central Europe, in universal time.
+constexpr std::chrono::sys_seconds kEndOfSummerTime = sys_days(2026y / 10 / 25) + hours(1);
+constexpr std::chrono::sys_seconds kBeginOfSummerTime = sys_days(2027y / 3 / 28) + hours(1);
+constexpr std::chrono::sys_seconds kMidnight = sys_days(2026y / 3 / 14) + hours(23);
 
 using Deed = std::function<void(TruthRun&, int)>;
 
@@ -77,10 +87,43 @@ void FillDiskAndKill(TruthRun& run, int times) {
   }
 }
 
+// For so long that the files are to be closed and opened again meanwhile.
 void TakeDataAway(TruthRun& run, int duration) {
   run.RenameData("tavdat", "tavdat.away");
-  run.GoOn(seconds(duration));
+  run.GoOn(seconds(duration / 2));
+  run.PassTime(seconds(1201));
+  run.GoOn(seconds(duration - duration / 2));
   run.RenameData("tavdat.away", "tavdat");
+}
+
+// Somebody sets the clock, or summer time does. The recording does not go by it.
+void SetTheClock(TruthRun& run, int times) {
+  constexpr std::array kMoments = {kEndOfSummerTime, kEndOfSummerTime - hours(1),
+                                   kEndOfSummerTime + hours(21), kBeginOfSummerTime};
+  for (int time = 0; time < times; ++time) {
+    run.SetClock(kMoments.at(static_cast<std::size_t>(time) % kMoments.size()) - seconds(1));
+    run.GoOn(seconds(2));
+    run.GoOnUntilRowsCome(seconds(40));
+  }
+  run.Kill();
+  run.SetClock(kEndOfSummerTime - hours(1));
+  run.Start();
+  run.GoOnUntilRowsCome(seconds(40));
+}
+
+// The cycle stands still for the last minutes of a day. Over the first midnight the program
+// sleeps, over the second one it wakes, and it is started just before the third.
+void PassMidnight(TruthRun& run, int) {
+  run.SetClock(kMidnight - seconds(60));
+  run.GoOn(seconds(2));
+  run.SetClock(kMidnight + seconds(1));
+  run.GoOnUntilRowsCome(seconds(40));
+  run.SetClock(kMidnight + days(1) - seconds(2));
+  run.GoOnUntilRowsCome(seconds(40));
+  run.Kill();
+  run.SetClock(kMidnight + days(2) - seconds(4));
+  run.Start();
+  run.GoOnUntilRowsCome(seconds(40));
 }
 
 void Stop(TruthRun& run, int duration) {
@@ -112,14 +155,32 @@ const std::vector<TruthCase>& TruthCases() {
        4,
        40,
        {}},
-      {"byte by byte", FaultsInTurn({"byte-by-byte 8", "byte-by-byte 18"}), 4, 40, {}},
+      {"byte by byte",
+       FaultsInTurn({"byte-by-byte 8", "byte-by-byte 18", "byte-by-byte 30"}),
+       4,
+       40,
+       {}},
       {"silent 10 minutes", Faults("silence on"), 10, 10, {.interval = 60, .speedup = 60}},
       {"instrument restarted", RestartInstrument, 4, 40, {}},
       {"port pulled", Replug, 1, 20, {}},
       {"killed", KillAndStart, 8, 200, {}},
       {"disk full", FillDisk, 1, 8, {.small_disk = true}},
       {"disk full and killed", FillDiskAndKill, 2, 10, {.small_disk = true}},
-      {"data away", TakeDataAway, 12, 30, {}},
+      {"data away",
+       TakeDataAway,
+       12,
+       30,
+       {.clock = OwnClock::kAll, .begins_at = kMidnight - hours(12)}},
+      {"clock set",
+       SetTheClock,
+       1,
+       20,
+       {.clock = OwnClock::kWall, .begins_at = kEndOfSummerTime - hours(2)}},
+      {"midnight",
+       PassMidnight,
+       1,
+       1,
+       {.clock = OwnClock::kAll, .begins_at = kMidnight - hours(1)}},
       {"asleep an hour", Stop, 12, 12, {.interval = 300, .speedup = 300}},
       {"backlog of 20 on 15",
        Watch,

@@ -72,6 +72,10 @@ bool TruthRun::Begin() {
     Fail("no installation");
     return false;
   }
+  program_.UseClock(bench_.clock);
+  if (bench_.clock != OwnClock::kNone) {
+    SetClock(bench_.begins_at);
+  }
   Start();
   const std::vector<int> none(slots_.size(), 0);
   if (!WaitUntil([&] { return HasGrown(none, kFirstRows); }, kFirstRowsLimit)) {
@@ -246,6 +250,19 @@ void TruthRun::FreeDisk() {
   }
   std::error_code ignored;
   std::filesystem::remove(program_.Directory() + "/" + kBallast, ignored);
+}
+
+void TruthRun::SetClock(std::chrono::sys_seconds now) {
+  const auto machine = std::chrono::floor<seconds>(std::chrono::system_clock::now());
+  clock_ahead_ = now - machine;
+  PassTime(seconds(0));
+}
+
+// An exchange that is under way meanwhile may end for the program.
+void TruthRun::PassTime(seconds time) {
+  clock_ahead_ += time;
+  program_.SetClock(clock_ahead_);
+  NoteCut();
 }
 
 void TruthRun::RenameData(const std::string& from, const std::string& to) {

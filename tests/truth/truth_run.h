@@ -20,6 +20,8 @@ struct Bench {
   int backlog = 8;          // sets that wait at the start
   bool wide = false;        // one slot of 15 channels in place of three small ones
   bool small_disk = false;  // the data stand on a small file system of their own
+  OwnClock clock = OwnClock::kNone;
+  std::chrono::sys_seconds begins_at{};  // what that clock shows at first
 };
 
 // The installed program beside two instruments, recording; what a case does to them; and the
@@ -49,6 +51,9 @@ class TruthRun {
   // No file can become longer than it is now, as on a full disk; and no longer so.
   void FillDisk();
   void FreeDisk();
+  // What the clock of the program shows from this moment on, and how far it jumps ahead.
+  void SetClock(std::chrono::sys_seconds now);
+  void PassTime(std::chrono::seconds time);
   void RenameData(const std::string& from, const std::string& to);
   // Marks that whatever is on its way now has no one to take it.
   void NoteCut();
@@ -72,6 +77,7 @@ class TruthRun {
   VirtualScreen screen_;
   InstalledProgram program_;
   std::vector<int> cuts_;
+  std::chrono::seconds clock_ahead_{0};
   std::mt19937 random_{7};
   bool is_mounted_ = false;
   std::string problem_;

@@ -1,50 +1,30 @@
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QTimer>
-#include <algorithm>
+#include <QComboBox>
 #include <cmath>
-#include <cstring>
 
-#include "files/recording_engine.h"
-#include "frame/main_cycle.h"
-#include "frame/main_sheet.h"
-#include "frame/settings_store.h"
-#include "link/link.h"
-#include "platform/qt/qt_serial_port.h"
-#include "platform/system_clock.h"
-#include "tests/e2e/process.h"
-#include "tests/support/control_bench.h"
-#include "work/program_editor.h"
-#include "work/program_runner.h"
+#include "link/registers.h"
+#include "tests/forms/modal_bench.h"
+#include "tests/support/wait_until.h"
+#include "tests/wire/live_instrument.h"
+#include "tests/wire/wire_program.h"
+#include "work/forms/tav_prog.h"
 
 namespace tavrel {
 namespace {
 
-using std::chrono::seconds;
+using Telegrams = std::vector<std::string>;
 
-constexpr int kSpeedUp = 30;    // a minute of the instrument passes in two seconds
-constexpr int kDegree = 20;     // steps of a degree
-constexpr double kJitter = 12;  // seconds of the instrument that an exchange may take
+constexpr int kSpeedUp = 60;  // a minute of the instrument passes in a second
+constexpr int kDegree = 20;   // steps of a degree
+constexpr double kMinute = 60;
+// Seconds of the instrument: a twentieth of a true one, in which a telegram is worked on.
+constexpr double kMoment = kSpeedUp / 20.0;
+// The work of a minute may wait for a tick and for an exchange with a silent instrument.
+constexpr double kLate = kSpeedUp / 3.0;
 
-// The machine's clock, so fast that the minutes of the cycle are those of the instrument.
-class FastClock : public Clock {
- public:
-  [[nodiscard]] double Timer() const override {
-    return 36000 + kSpeedUp * std::chrono::duration<double>(clock_.Elapsed() - begin_).count();
-  }
-  [[nodiscard]] std::chrono::nanoseconds Elapsed() const override { return clock_.Elapsed(); }
-  [[nodiscard]] WallTime Now() const override { return clock_.Now(); }
-
- private:
-  SystemClock clock_;
-  std::chrono::nanoseconds begin_ = clock_.Elapsed();
-};
-
-// What the instrument and the slot say right after the work of a minute.
+// What went out in a minute, and what the instrument and the slot say right after it.
 struct Minute {
-  double time = 0;  // seconds of the instrument
+  double time = 0;  // seconds of the day, as fast as those of the instrument
+  Telegrams telegrams;
   bool answers = false;
   int state = 0;
   int setpoint = 0;
@@ -53,203 +33,215 @@ struct Minute {
   int step = 0;
   int wait = 0;
   bool runs = false;
+  // True seconds of the instrument.
+  double setpoint_read = 0;
+  double ramp_start = 0;    // when the telegram came that switches the ramp on
+  std::string ramp_actual;  // what the instrument gave as the value to start from
 };
 
-class ProgramRun : public testing::Test {
+// A program of five steps on the virtual oven 1 of instrument 1, from the editor to its end. The
+// instrument goes away after the sixth minute and comes back after the ninth.
+class ProgramRun : public ModalDeeds, public testing::WithParamInterface<bool> {
  protected:
   void SetUp() override {
-    const std::string directory = home.Path();
-    instrument = Process({TAVREL_BUILD_DIRECTORY "/instrument/tavrel-instrument", "--link",
-                          directory + "/COM1", "--control", directory + "/control", "--speedup",
-                          std::to_string(kSpeedUp)});
-    ASSERT_NE(instrument.ReadLine(seconds(20)).find("ready"), std::string::npos);
-    link.LinkOpen({"COM1", 0, 4});
-    ASSERT_EQ(link.PortError, 0);
-    state.Unit[1] = BenchProgram::Header(1, 1, 2, false);
-    state.SlotFile[1] = "M260314A.OVN";
-    state.SlotPath[1] = directory;
-    state.RecInterval[1] = 10;
-    state.SampleLimit[1] = 1000;
-    std::string header(sizeof(UnitRecord), '\0');
-    std::memcpy(header.data(), &state.Unit[1], header.size());
-    home.Write("M260314A.OVN", header);
-    ASSERT_TRUE(state.SlotFileNo[1].Open(home.File("M260314A.OVN"), FileAccess::kUpdate));
-    state.SelSlot = 1;
-    state.ActiveView = View::kMainSheet;
+    ASSERT_TRUE(instrument.IsUp());
+    program.Start(GetParam(), "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
     ASSERT_TRUE(Write("G", 0));
     ASSERT_TRUE(Write("H", 300 * kDegree));
-  }
-
-  [[nodiscard]] bool Tell(const std::string& command) const {
-    return RunCommand({TAVREL_BUILD_DIRECTORY "/instrument/tavrel-instrument", "--send",
-                       home.File("control"), command}) == 0;
+    MainCycle::Guests guests;
+    guests.step_program = [this](int slot) { StepAndLook(slot); };
+    program.cycle.SetGuests(guests);
   }
 
   bool Write(const char* letter, int value) {
-    link.ComInet = 1;
-    link.ComLetter = letter;
-    link.ComIndex = 1;
-    link.ComValue = static_cast<std::int16_t>(value);
-    link.WriteReg();
-    return link.IsGood(1);
+    Address(letter);
+    program.link.ComValue = static_cast<std::int16_t>(value);
+    program.link.WriteReg();
+    return program.link.IsGood(1);
   }
   int Read(const char* letter) {
-    link.ComInet = 1;
-    link.ComLetter = letter;
-    link.ComIndex = 1;
-    link.ReadReg();
-    return link.IsGood(1) ? link.ComValue : kNoData;
+    Address(letter);
+    program.link.ReadReg();
+    return program.link.IsGood(1) ? program.link.ComValue : kNoData;
+  }
+  void Address(const char* letter) {
+    program.link.ComInet = 1;
+    program.link.ComLetter = letter;
+    program.link.ComIndex = 1;
   }
 
-  // A program of five steps, typed into the editor and saved.
+  // Types the program into the form by mouse and keys and saves it.
   void EditProgram() {
-    constexpr std::array<std::array<const char*, 3>, 5> kNumbers = {{{"2", "60", ""},
-                                                                     {"3", "140", "0.5"},
-                                                                     {"2", "150", ""},
-                                                                     {"3", "200", "0.25"},
-                                                                     {"1", "20", ""}}};
-    constexpr std::array kLines = {2, 3, 2, 3, 1};
-    ProgramEditor editor({state, dialogs});
-    const auto type = [&editor](int row, int column, const char* text) {
-      editor.Grid_Click(row, column);
-      editor.txtEdit_Change(text);
-    };
-    for (int row = 1; row <= 5; ++row) {
-      const auto place = static_cast<std::size_t>(row - 1);
-      type(row, kTimeColumn, kNumbers.at(place)[0]);
-      type(row, kSetpointColumn, kNumbers.at(place)[1]);
-      type(row, kIncrementColumn, kNumbers.at(place)[2]);
-      editor.Grid_Click(row, kStatusColumn);
-      editor.Cstat_Click(kLines.at(place));
+    program.dialogs.chosen_file = program.home.File("FIVE.PRG");
+    Then("TavProg", [] {
+      TypeStep(1, {"2", "60", ""}, 2);
+      TypeStep(2, {"3", "140", "0.5"}, 3);
+      TypeStep(3, {"2", "150", ""}, 2);
+      TypeStep(4, {"3", "200", "0.25"}, 3);
+      TypeStep(5, {"1", "20", ""}, 1);
+      Click("cmdSave");
+      Key(Qt::Key_Escape);
+    });
+    ProgramEditor editor({program.state, program.dialogs});
+    TavProg(editor).Run();
+    ASSERT_TRUE(program.dialogs.boxes.empty());
+  }
+  // Time, setpoint and increment, and the line of the list of states.
+  static void TypeStep(int row, const std::array<const char*, 3>& numbers, int line) {
+    constexpr std::array kColumns = {kTimeColumn, kSetpointColumn, kIncrementColumn};
+    for (std::size_t place = 0; place < numbers.size(); ++place) {
+      ClickCell(row, kColumns.at(place));
+      QTest::keyClicks(QApplication::focusWidget(), numbers.at(place));
     }
-    dialogs.chosen_file = home.File("FIVE.PRG");
-    editor.cmdSave_Click();
-    editor.Quit();
-    ASSERT_TRUE(dialogs.boxes.empty());
+    ClickCell(row, kStatusColumn);
+    Find<QComboBox>("Cstat")->setCurrentIndex(line);
+    ClickCell(row, kStepColumn);
+  }
+  static void ClickCell(int row, int column) {
+    auto* grid = Find<ProgramGrid>("Grid");
+    const QModelIndex cell = grid->model()->index(row - 1, column);
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(cell).center());
   }
 
-  // The guest of the cycle: the step of the minute, and what came of it. The instrument goes
-  // away after the sixth minute and comes back after the ninth.
+  // The guest of the cycle: the step of the minute, and what came of it.
   void StepAndLook(int slot) {
-    runner.StepProgram(slot);
     if (slot != 1 || HasEnded()) {
       return;
     }
-    const UnitRecord& unit = state.Unit[1];
     Minute now;
-    now.time = fast.Timer();
-    now.answers = link.IsGood(1);
-    if (now.answers) {
-      now.setpoint = Read("W");
-      now.state = Read("Z");
-      now.final_value = Read("M");
-      now.increment = Read("I");
+    now.time = program.clock.Timer();
+    instrument.Forget();
+    program.runner.StepProgram(slot);
+    now.telegrams = instrument.Telegrams(0);
+    if (now.telegrams.size() == 5) {
+      now.ramp_actual = instrument.LastReply(now.telegrams.at(1));
+      now.ramp_start = instrument.LastTime(now.telegrams.at(4));
     }
-    now.step = unit.UnitProgStep;
-    now.wait = unit.UnitProgWait;
-    now.runs = state.ProgRunning[1];
+    if (now.telegrams.size() == 2) {
+      setpoint_at = instrument.LastTime(now.telegrams.at(0));
+      off_at = instrument.LastTime(now.telegrams.at(1));
+    }
+    now.answers = program.link.IsGood(1);
+    if (now.answers) {
+      Look(now);
+    }
+    now.step = program.state.Unit[1].UnitProgStep;
+    now.wait = program.state.Unit[1].UnitProgWait;
+    now.runs = program.state.ProgRunning[1];
     minutes.push_back(now);
     if (minutes.size() == 6) {
-      EXPECT_TRUE(Tell("fault 1 silence on"));
+      EXPECT_TRUE(instrument.Tell("fault 1 silence on"));
     } else if (minutes.size() == 9) {
-      EXPECT_TRUE(Tell("fault 1 none"));
+      EXPECT_TRUE(instrument.Tell("fault 1 none"));
     }
+  }
+  void Look(Minute& now) {
+    now.setpoint = Read("W");
+    now.state = Read("Z");
+    now.final_value = Read("M");
+    now.increment = Read("I");
+    now.setpoint_read = instrument.LastTime(Of("W01?", "np1?"));
   }
   [[nodiscard]] bool HasEnded() const { return !minutes.empty() && !minutes.back().runs; }
 
-  // Runs the cycle on its timer until the program has ended.
-  void RunToTheEnd() {
-    QTimer timer_main;
-    timer_main.callOnTimeout([this] { cycle.Tick(); });
-    timer_main.start(kTickMilliseconds);
-    const QDeadlineTimer limit(seconds(90));
-    while (!HasEnded() && !limit.hasExpired()) {
-      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+  static std::string Of(const char* direct, const char* plugin) {
+    return GetParam() ? plugin : direct;
+  }
+  static Telegrams Hold(const char* setpoint, const char* state) {
+    return {Of("W01=", "np1=") + setpoint + "\r", Of("Z01=", "np31=") + state + "\r"};
+  }
+  static Telegrams Ramp(const char* final_value, const std::string& actual, const char* increment) {
+    return {Of("M01=", "nv61=") + final_value + "\r", Of("Y01?", "np21?"),
+            Of("W01=", "np1=") + WithoutZeros(actual) + "\r",
+            Of("I01=", "nv21=") + increment + "\r", Of("Z01=", "np31=") + "3\r"};
+  }
+  static std::string WithoutZeros(const std::string& digits) {
+    return digits.substr(std::min(digits.find_first_not_of('0'), digits.size()));
+  }
+
+  // The minutes `first` to `last` are those of one ramp.
+  void ExpectRamp(std::size_t first, std::size_t last, int final_value, double degrees_a_second) {
+    const Minute& start = minutes.at(first);
+    ASSERT_FALSE(start.ramp_actual.empty());
+    const int begin = std::stoi(start.ramp_actual, nullptr, 16);
+    const double slope = degrees_a_second * kDegree;
+    for (std::size_t place = first; place <= last; ++place) {
+      const Minute& now = minutes.at(place);
+      const double seconds = (now.setpoint_read - start.ramp_start) * kSpeedUp;
+      const double expected = std::min<double>(begin + slope * seconds, final_value);
+      EXPECT_NEAR(now.setpoint, expected, slope * kMoment) << "minute " << place;
+      EXPECT_EQ(now.state, now.setpoint == final_value ? 2 : 3) << "minute " << place;
+      EXPECT_EQ(now.final_value, final_value) << "minute " << place;
+      EXPECT_EQ(now.increment, std::lround(degrees_a_second * 100)) << "minute " << place;
     }
   }
-
-  // The setpoint of a ramp that began in minute `start`, as it must be in minute `now`.
-  void ExpectOnRamp(std::size_t start, std::size_t now, int final_value, double degrees_a_second) {
-    const Minute& first = minutes.at(start);
-    const Minute& minute = minutes.at(now);
-    const double slope = degrees_a_second * kDegree;
-    const double straight = first.setpoint + slope * (minute.time - first.time);
-    const double expected = std::min<double>(straight, final_value);
-    EXPECT_NEAR(minute.setpoint, expected, slope * kJitter) << "minute " << now;
-    EXPECT_EQ(minute.state, minute.setpoint == final_value ? 2 : 3) << "minute " << now;
-    EXPECT_EQ(minute.final_value, final_value);
-    EXPECT_EQ(minute.increment, std::lround(degrees_a_second * 100));
+  void ExpectHold(std::size_t place, int degrees) const {
+    EXPECT_EQ(minutes.at(place).setpoint, degrees * kDegree) << "minute " << place;
+    EXPECT_EQ(minutes.at(place).state, 2) << "minute " << place;
   }
 
-  TemporaryDirectory home;
-  Process instrument;
-  RunState state;
-  SystemClock clock;
-  FastClock fast;
-  QtSerialPort port{home.Path()};
-  FakeDialogs dialogs;
-  FakeScreens screens;
-  FakeEvents events;
-  Link link{port, clock};
-  Messages messages{dialogs};
-  RecordingFiles files{state, fast, messages};
-  SettingsStore settings{state};
-  RecordingEngine engine{{state, link, files, settings, messages, dialogs, screens, fast}};
-  MainSheet sheet{{state, link, fast, screens, events, files}};
-  MainCycle cycle{{state, link, engine, sheet, messages, fast}};
-  ProgramRunner runner{{state, link, engine, dialogs, events, fast}};
+  // The ramp before is still on between the last two telegrams and moves the new setpoint for
+  // as long; nothing moves it afterwards.
+  void ExpectOffAt20() const {
+    const Minute& off = minutes.at(13);
+    const double moved = 0.25 * kDegree * (off_at - setpoint_at) * kSpeedUp;
+    EXPECT_NEAR(off.setpoint, 20 * kDegree + moved, 0.25 * kDegree * kMoment);
+    EXPECT_EQ(off.state, 0);
+    EXPECT_EQ(minutes.at(14).setpoint, off.setpoint);
+    EXPECT_EQ(minutes.at(14).state, 0);
+  }
+
+  WireProgram program{kSpeedUp};
+  LiveInstrument instrument{program.home, GetParam(), {"--speedup", std::to_string(kSpeedUp)}};
   std::vector<Minute> minutes;
+  // When the two telegrams of the last step without a ramp came, in true seconds.
+  double setpoint_at = 0;
+  double off_at = 0;
 };
 
-TEST_F(ProgramRun, DrivesAnOvenThroughFiveStepsWithAnInstrumentThatWasAway) {
+TEST_P(ProgramRun, DrivesAnOvenThroughFiveStepsWithAnInstrumentThatWasAway) {
   EditProgram();
-  MainCycle::Guests guests;
-  guests.step_program = [this](int slot) { StepAndLook(slot); };
-  cycle.SetGuests(guests);
-  ASSERT_GT(Read("Y"), kNoData);
-  ASSERT_EQ(runner.Start(1), ProgramStart::kStarted);
-  cycle.Start();
-  RunToTheEnd();
+  ASSERT_EQ(program.runner.Start(1), ProgramStart::kStarted);
+  program.timer_main.start(kTickMilliseconds);
+  const QDeadlineTimer limit(std::chrono::seconds(60));
+  while (!HasEnded() && !limit.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, kTickMilliseconds);
+  }
 
+  // The step that was sent last and the minutes that are left of it; the minutes in which the
+  // instrument is away do not count.
   const std::vector<std::pair<int, int>> steps_and_waits = {{1, 2}, {1, 1}, {2, 3}, {2, 2}, {2, 1},
                                                             {3, 2}, {3, 2}, {3, 2}, {3, 2}, {3, 1},
                                                             {4, 3}, {4, 2}, {4, 1}, {5, 1}, {5, 0}};
   ASSERT_EQ(minutes.size(), steps_and_waits.size());
+  std::vector<Telegrams> telegrams(minutes.size());
+  telegrams[0] = Hold("4B0", "2");
+  telegrams[2] = Ramp("AF0", minutes[2].ramp_actual, "32");
+  telegrams[5] = Hold("BB8", "2");
+  telegrams[10] = Ramp("FA0", minutes[10].ramp_actual, "19");
+  telegrams[13] = Hold("190", "0");
   for (std::size_t place = 0; place < minutes.size(); ++place) {
     const Minute& now = minutes.at(place);
-    const bool away = place >= 6 && place <= 8;
-    EXPECT_EQ(now.answers, !away) << place;
-    EXPECT_EQ(now.step, steps_and_waits.at(place).first) << place;
-    EXPECT_EQ(now.wait, steps_and_waits.at(place).second) << place;
-    if (place > 0) {
-      EXPECT_NEAR(now.time - minutes.at(place - 1).time, 60, 2 * kJitter) << place;
-    }
+    EXPECT_EQ(now.telegrams, telegrams.at(place)) << place;
+    EXPECT_EQ(now.answers, place < 6 || place > 8) << place;
+    EXPECT_EQ(std::pair(now.step, now.wait), steps_and_waits.at(place)) << place;
+    const double grid = minutes.front().time + kMinute * static_cast<double>(place);
+    EXPECT_GE(now.time, grid - kLate) << place;
+    EXPECT_LE(now.time, grid + kLate) << place;
   }
-  for (const std::size_t place : {0, 1}) {
-    EXPECT_EQ(minutes.at(place).setpoint, 60 * kDegree);
-    EXPECT_EQ(minutes.at(place).state, 2);
-  }
-  EXPECT_LT(minutes.at(2).setpoint, 100 * kDegree) << "the ramp begins at the actual value";
-  for (const std::size_t place : {2, 3, 4}) {
-    ExpectOnRamp(2, place, 140 * kDegree, 0.5);
-  }
-  for (const std::size_t place : {5, 9}) {
-    EXPECT_EQ(minutes.at(place).setpoint, 150 * kDegree);
-    EXPECT_EQ(minutes.at(place).state, 2);
-  }
-  for (const std::size_t place : {10, 11, 12}) {
-    ExpectOnRamp(10, place, 200 * kDegree, 0.25);
-  }
-  // The ramp of the step before is still on and moves the new setpoint for the moment between
-  // the two telegrams, W and then Z, which the speed-up stretches.
-  const double moment = 0.25 * kDegree * kJitter;
-  for (const std::size_t place : {13, 14}) {
-    EXPECT_NEAR(minutes.at(place).setpoint, 20 * kDegree, moment);
-    EXPECT_EQ(minutes.at(place).state, 0);
-  }
-  EXPECT_TRUE(dialogs.boxes.empty());
-  EXPECT_TRUE(dialogs.announced.empty());
+  ExpectHold(0, 60);
+  ExpectHold(1, 60);
+  ExpectRamp(2, 4, 140 * kDegree, 0.5);
+  ExpectHold(5, 150);
+  ExpectHold(9, 150);
+  ExpectRamp(10, 12, 200 * kDegree, 0.25);
+  ExpectOffAt20();
+  EXPECT_TRUE(program.dialogs.boxes.empty());
+  EXPECT_TRUE(program.dialogs.announced.empty());
 }
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, ProgramRun, testing::Bool(),
+                         [](const auto& test) { return test.param ? "plugin" : "direct"; });
 
 }  // namespace
 }  // namespace tavrel

@@ -2,14 +2,24 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <algorithm>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFile>
 #include <QTimer>
+#include <csignal>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 
+#include "platform/qt/serial_device.h"
 #include "tests/support/later.h"
 #include "tests/support/pseudo_terminal.h"
 #include "tests/support/temporary_directory.h"
@@ -22,6 +32,7 @@ using std::chrono::milliseconds;
 using testing::HasSubstr;
 
 constexpr const char* kDirect = "4800,n,8,2";
+constexpr const char* kPlugin = "9600,e,8,1";
 
 // Milliseconds of processor time that the whole process has used.
 double CpuMilliseconds() {
@@ -43,6 +54,27 @@ class Port : public testing::Test {
   void Open() {
     const PortOpening opening = port.Open(1, kDirect);
     ASSERT_EQ(opening.Error, 0) << opening.Text;
+  }
+
+  void KillAProgramThatHasItOpen(const char* settings) const {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t program = fork();
+    if (program == 0) {
+      QtSerialPort own(home.Path());
+      const char mark = own.Open(1, settings).Error == 0 ? 'y' : 'n';
+      if (write(ends[1], &mark, 1) == 1) {
+        pause();
+      }
+      _exit(0);
+    }
+    char mark = 'n';
+    EXPECT_EQ(read(ends[0], &mark, 1), 1);
+    EXPECT_EQ(mark, 'y') << settings;
+    kill(program, SIGKILL);
+    waitpid(program, nullptr, 0);
+    close(ends[0]);
+    close(ends[1]);
   }
 
   TemporaryDirectory home;
@@ -109,14 +141,15 @@ TEST_F(Port, HandsOverWhatCameWithoutAWait) {
 TEST_F(Port, SleepsWhileItWaitsAndKeepsTheLimit) {
   Open();
   const double cpu_before = CpuMilliseconds();
-  QElapsedTimer passed;
-  passed.start();
+  double shortest = 1e9;  // what the machine has to do beside this makes a wait longer, not shorter
   for (int wait = 0; wait < 5; ++wait) {
+    QElapsedTimer passed;
+    passed.start();
     port.WaitForData(std::chrono::microseconds(100300));
+    shortest = std::min(shortest, static_cast<double>(passed.nsecsElapsed()) / 1e6);
   }
-  const double took = static_cast<double>(passed.nsecsElapsed()) / 1e6;
-  EXPECT_GE(took, 501.4);
-  EXPECT_LE(took, 501.5 + 5 * 4);
+  EXPECT_GE(shortest, 100.3);
+  EXPECT_LE(shortest, 100.3 + 4);
   EXPECT_LT(CpuMilliseconds() - cpu_before, 50);
   EXPECT_EQ(port.TakeEvent(), 0);
 }
@@ -197,12 +230,44 @@ TEST_F(Port, OpensAgainWhenTheDeviceIsBack) {
   EXPECT_EQ(far->Receive(4), "Y01?");
 }
 
+// A program that is killed with its port open cleans nothing up.
+TEST_F(Port, OpensAfterAProgramThatWasKilledOnEveryKindOfLine) {
+  for (const char* settings : {kDirect, kPlugin, kPlugin, kDirect}) {
+    KillAProgramThatHasItOpen(settings);
+    const PortOpening opening = port.Open(1, settings);
+    EXPECT_EQ(opening.Error, 0) << settings << ": " << opening.Text;
+    EXPECT_EQ(port.Settings(), settings);
+    port.Close();
+  }
+}
+
+TEST_F(Port, OpensAlthoughAProgramWasKilledWhileItWroteItsLock) {
+  const QString lock = SerialLockFile(QString::fromStdString(far->Device()));
+  std::ofstream(lock.toStdString()).flush();  // empty
+  Open();
+  EXPECT_TRUE(QFile::exists(lock)) << "the lock stands in another place";
+  port.Close();
+  EXPECT_FALSE(QFile::exists(lock));
+}
+
+// Whoever has no special rights cannot open a terminal that is marked as exclusive; the mark
+// outlives a program that is killed.
+TEST_F(Port, LeavesNoMarkOnAPseudoTerminalThatKeepsOthersOut) {
+  KillAProgramThatHasItOpen(kDirect);
+  const int device = open(far->Device().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  int is_exclusive = -1;
+  EXPECT_EQ(ioctl(device, TIOCGEXCL, &is_exclusive), 0);
+  EXPECT_EQ(is_exclusive, 0);
+  close(device);
+}
+
 TEST_F(Port, SaysThatADeviceIsMissing) {
   std::filesystem::remove(home.File("COM1"));
   std::filesystem::create_symlink(home.File("nowhere"), home.File("COM1"));
   const PortOpening opening = port.Open(1, kDirect);
   EXPECT_EQ(opening.Error, QSerialPort::DeviceNotFoundError);
   EXPECT_THAT(opening.Text, HasSubstr("COM1 does not exist"));
+  EXPECT_FALSE(opening.InUse);
   EXPECT_FALSE(port.IsOpen());
   EXPECT_EQ(port.TakeEvent(), 0);
 }
@@ -213,6 +278,7 @@ TEST_F(Port, SaysThatAnotherHasThePortOpen) {
   const PortOpening opening = second.Open(1, kDirect);
   EXPECT_EQ(opening.Error, QSerialPort::PermissionError);
   EXPECT_THAT(opening.Text, HasSubstr("is in use"));
+  EXPECT_TRUE(opening.InUse);
   EXPECT_TRUE(port.IsOpen());
 }
 

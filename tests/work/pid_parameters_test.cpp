@@ -110,6 +110,17 @@ TEST_F(Pid, SendsOnlyWhatChanged) {
   EXPECT_THAT(bench.screens.shown, ElementsAre(View::kTavWait));
 }
 
+TEST_F(Pid, SwitchesOnAgainBeforeTheProgramEnds) {
+  bench.screens.on_show = [this](View) {
+    bench.window.Close();
+    EXPECT_FALSE(bench.window.HasEnded()) << "the controller is off";
+  };
+  Ok(3, "200");
+  EXPECT_EQ(Register('Z'), 2);
+  bench.window.Close();
+  EXPECT_TRUE(bench.window.HasEnded());
+}
+
 TEST_F(Pid, LeavesAControllerOffThatWasOff) {
   Register('Z') = 0;
   Open().TBox_Change(3, "200");

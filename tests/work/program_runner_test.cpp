@@ -235,6 +235,7 @@ TEST_F(Running, MakesAnOlderOrderToSwitchOffVoid) {
   EXPECT_FALSE(bench.state.StopPending[1]);
   Count();
   bench.engine.TenSecondTick();
+  bench.engine.PumpOnce();
   EXPECT_THAT(Sent(), IsEmpty());
 }
 

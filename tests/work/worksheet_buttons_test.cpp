@@ -127,6 +127,7 @@ TEST_F(WorksheetButtons, AreTheLastWordBeforeAStopThatWasNotAcknowledged) {
   worksheet.cmd_Ctrl_Click(0);
   Forget();
   bench.engine.TenSecondTick();
+  bench.engine.PumpOnce();
   EXPECT_TRUE(bench.port.sent.empty());
 }
 
@@ -184,6 +185,35 @@ TEST_F(WorksheetButtons, StartARecordingBehindTheWaitBar) {
   EXPECT_FALSE(Shown().RecOffDown);
   EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
   EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
+}
+
+TEST_F(WorksheetButtons, FinishAStartBeforeTheProgramEnds) {
+  Open();
+  bool has_ended = true;
+  dialog[View::kTavWait] = [&] {
+    bench.window.Close();
+    has_ended = bench.window.HasEnded();
+  };
+  worksheet.cmd_Rec_Click(1);
+  EXPECT_FALSE(has_ended) << "the instrument samples, and the file does not tell it yet";
+  EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
+  for (int input = 1; input <= 2; ++input) {
+    bench.line.buffers[{kInet, input}] = {7, 8};
+  }
+  bench.window.Close();
+  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_EQ(FileHeader(kName).UnitRecOn, 1) << "the next start goes on with it";
+  EXPECT_EQ(bench.Samples(kName), (std::vector<std::int16_t>{7, 7, 7, 7}));
+  EXPECT_FALSE(bench.state.SlotFileNo[1].IsOpen());
+}
+
+TEST_F(WorksheetButtons, DoNotHoldUpTheEndAfterAStartThatFailed) {
+  Open();
+  bench.line.refused = {'R'};
+  worksheet.cmd_Rec_Click(1);
+  bench.window.Close();
+  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
 }
 
 TEST_F(WorksheetButtons, StayUpWhenARecordingDoesNotStart) {

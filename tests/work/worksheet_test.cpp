@@ -86,11 +86,16 @@ TEST_F(TheWorksheet, ShowsTheButtonOfTheControllersState) {
   }
 }
 
-TEST_F(TheWorksheet, AsksInOneTickAndComesAgainFiveSecondsLater) {
+TEST_F(TheWorksheet, AsksTwiceATickAndComesAgainFiveSecondsLater) {
   StartProgram();
   Forget();
   worksheet.Open();
-  EXPECT_EQ(Refresh(), 1);
+  for (const std::size_t sent : {2U, 4U}) {
+    bench.cycle.Tick();
+    EXPECT_EQ(bench.port.sent.size(), sent);
+    EXPECT_EQ(bench.state.TickRefresh, 0);
+  }
+  bench.cycle.Tick();
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?", "Z13?", "W13?", "Y11?", "Y12?"}));
   EXPECT_NEAR(bench.state.TickRefresh - bench.clock.Timer(), 5, 0.1);
 }

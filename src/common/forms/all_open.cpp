@@ -142,16 +142,7 @@ void AllOpen::Show() {
   progress_->setVisible(now.Progress != kNoProgress);
   progress_->setValue(now.Progress);
   cmd_copy_->setEnabled(now.cmdCopyEnabled);
-  ShowTips(now.TipLanguage);
-}
-
-void AllOpen::ShowTips(Language language) {
-  for (const ToolTip& tip : kOpenFileTips) {
-    auto* control = findChild<QWidget*>(QtText(tip.Control));
-    if (control != nullptr) {
-      control->setToolTip(QtText(tip.Text.In(language)));
-    }
-  }
+  ShowTips(kOpenFileTips, now.TipLanguage);
 }
 
 void AllOpen::showEvent(QShowEvent* event) {

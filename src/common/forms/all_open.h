@@ -36,7 +36,6 @@ class AllOpen : public ModalForm {
   void MakeCommands();
   void Arrange();
   void FollowFocus();
-  void ShowTips(Language language);
   QPushButton* MakeButton(const char* name, const char* caption, void (OpenFile::*click)());
 
   OpenFile& open_file_;

@@ -32,6 +32,15 @@ void ModalForm::AfterEvent() {
   }
 }
 
+void ModalForm::ShowTips(std::span<const ToolTip> tips, Language language) {
+  for (const ToolTip& tip : tips) {
+    auto* control = findChild<QWidget*>(QtText(tip.Control));
+    if (control != nullptr) {
+      control->setToolTip(QtText(tip.Text.In(language)));
+    }
+  }
+}
+
 // An Enter key that is still held down from the window before presses nothing here.
 void ModalForm::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

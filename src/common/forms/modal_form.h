@@ -2,7 +2,10 @@
 #define TAVREL_COMMON_FORMS_MODAL_FORM_H_
 
 #include <QDialog>
+#include <span>
 #include <string_view>
+
+#include "frame/tool_tips.h"
 
 namespace tavrel {
 
@@ -26,6 +29,9 @@ class ModalForm : public QDialog {
   virtual void Show() = 0;
   [[nodiscard]] virtual bool IsOpen() const = 0;
   virtual void Leave() = 0;
+
+  // Gives the form's controls their tips, by their names.
+  void ShowTips(std::span<const ToolTip> tips, Language language);
 
   // After each event: closes the form, or shows what has changed.
   void AfterEvent();

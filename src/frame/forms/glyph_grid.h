@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPen>
 #include <QPointF>
+#include <QPolygonF>
 #include <QRectF>
 
 namespace tavrel {
@@ -35,6 +36,12 @@ class OnGlyphGrid {
 inline void DrawArrowHead(QPainter& painter, QPointF tip, QPointF left, QPointF right) {
   painter.drawLine(tip, left);
   painter.drawLine(tip, right);
+}
+
+// A sheet of paper with a folded corner: a file.
+inline void DrawSheet(QPainter& painter) {
+  painter.drawPolyline(QPolygonF(
+      {{9.5, 1.5}, {3, 1.5}, {3, 14.5}, {13, 14.5}, {13, 5}, {9.5, 1.5}, {9.5, 5}, {13, 5}}));
 }
 
 }  // namespace tavrel

@@ -229,7 +229,7 @@ void Tavrel::RunTick() {
 
 void Tavrel::closeEvent(QCloseEvent* event) {
   parts_.window.Close();
-  event->accept();
+  event->setAccepted(parts_.window.HasEnded());
   AfterEvent();
 }
 

@@ -194,15 +194,12 @@ void TavSett::Show() {
   ShowText(*txt_lab_, now.Txt_Lab);
   cmd_font_->setText(QtText(now.CmdFont));
   cmd_path_->setText(QtText(now.cmdPath));
-  ShowTips();
+  ShowTipsAndDevice();
 }
 
-void TavSett::ShowTips() {
+void TavSett::ShowTipsAndDevice() {
   const SettingsControls& now = dialog_.Values();
-  for (const ToolTip& tip : kSettingsTips) {
-    auto* control = findChild<QWidget*>(QtText(tip.Control));
-    control->setToolTip(QtText(tip.Text.In(now.TipLanguage)));
-  }
+  ShowTips(kSettingsTips, now.TipLanguage);
   if (!now.DeviceTip.empty()) {
     cbo_com_->setToolTip(cbo_com_->toolTip() + "\n" + QtText(now.DeviceTip));
   }

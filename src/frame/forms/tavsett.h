@@ -52,7 +52,7 @@ class TavSett : public ModalForm {
   [[nodiscard]] QComboBox* MakeList(const char* name, const QStringList& items, TakeIndex take);
   [[nodiscard]] SelectingEdit* MakeText(const char* name, TakeText take);
   [[nodiscard]] QPushButton* MakeButton(const char* name, Press press);
-  void ShowTips();
+  void ShowTipsAndDevice();
 
   SettingsDialog& dialog_;
   QComboBox* cbo_com_ = nullptr;

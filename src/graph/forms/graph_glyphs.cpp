@@ -39,15 +39,7 @@ void DrawPrinterGlyph(QPainter& painter, const QRectF& place, const QColor& ink)
 // A part of a curve goes into a file of its own.
 void DrawSubFileGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
   const OnGlyphGrid grid(painter, place, ink, kPen);
-  QPainterPath sheet(QPointF(9.5, 1.5));
-  sheet.lineTo(3, 1.5);
-  sheet.lineTo(3, 14.5);
-  sheet.lineTo(13, 14.5);
-  sheet.lineTo(13, 5);
-  sheet.lineTo(9.5, 1.5);
-  sheet.lineTo(9.5, 5);
-  sheet.lineTo(13, 5);
-  painter.drawPath(sheet);
+  DrawSheet(painter);
   painter.drawPath(Hill(QRectF(5, 7, 6, 5)));
 }
 

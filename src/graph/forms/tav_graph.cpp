@@ -437,20 +437,11 @@ void TavGraph::ShowComment(const GraphValues& now) {
   }
 }
 
-void TavGraph::ShowTips(Language language) {
-  for (const ToolTip& tip : kGraphTips) {
-    auto* control = findChild<QWidget*>(QtText(tip.Control));
-    if (control != nullptr) {
-      control->setToolTip(QtText(tip.Text.In(language)));
-    }
-  }
-}
-
 // The form is shown again for another slot: it begins as a new one would.
 void TavGraph::showEvent(QShowEvent* event) {
   ModalForm::showEvent(event);
   if (!event->spontaneous()) {
-    ShowTips(graph_.Values().TipLanguage);
+    ShowTips(kGraphTips, graph_.Values().TipLanguage);
     FrameInFront().Plot().setFocus();
     layout()->activate();
     FitPictures();

@@ -73,7 +73,6 @@ class TavGraph : public ModalForm {
   void ShowTools(const GraphValues& now);
   void ShowPrompts(const GraphValues& now);
   void ShowComment(const GraphValues& now);
-  void ShowTips(Language language);
 
   Graph& graph_;
   GraphOutput& output_;

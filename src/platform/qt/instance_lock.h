@@ -18,6 +18,8 @@ class InstanceLock {
   [[nodiscard]] bool Take();
 
  private:
+  [[nodiscard]] bool TryToTake();
+
   QLockFile file_;
 };
 

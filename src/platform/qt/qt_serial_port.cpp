@@ -5,7 +5,9 @@
 #include <thread>
 #include <utility>
 
+#include "platform/qt/dead_lock.h"
 #include "platform/qt/serial_advice.h"
+#include "platform/qt/serial_device.h"
 #include "platform/serial_names.h"
 
 namespace tavrel {
@@ -35,6 +37,18 @@ QString WithoutLinks(const std::string& device) {
   return real.isEmpty() ? path : real;
 }
 
+// What a process that was killed has left on the device. True if another try is worth while.
+bool ClearAway(const QString& device, QSerialPort::SerialPortError error) {
+  switch (error) {
+    case QSerialPort::PermissionError:
+      return RemoveDeadLock(SerialLockFile(device));
+    case QSerialPort::UnsupportedOperationError:
+      return UnsettleDevice(device);
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 QtSerialPort::QtSerialPort(std::string program_directory)
@@ -56,18 +70,25 @@ PortOpening QtSerialPort::Open(int number, std::string_view settings) {
     return {QSerialPort::DeviceNotFoundError,
             "There is no port COM" + std::to_string(number) + "."};
   }
-  port_.setPortName(WithoutLinks(device));
+  const QString path = WithoutLinks(device);
+  port_.setPortName(path);
   // A change of parity fails on an open port, so everything is set before.
   Apply(*wanted);
+  if (!OpenDevice() && !(ClearAway(path, port_.error()) && OpenDevice())) {
+    const auto error = port_.error();
+    return {error, AdviceFor(number, device, error, port_.errorString().toStdString()),
+            error == QSerialPort::PermissionError && MayBeOpened(device)};
+  }
+  ShareIfPseudoTerminal(path, port_.handle());
+  return {};
+}
+
+bool QtSerialPort::OpenDevice() {
   in_call_ = true;
   const bool opened = port_.open(QIODevice::ReadWrite);
   in_call_ = false;
   failure_ = QSerialPort::NoError;
-  if (!opened) {
-    const auto error = port_.error();
-    return {error, AdviceFor(number, device, error, port_.errorString().toStdString())};
-  }
-  return {};
+  return opened;
 }
 
 void QtSerialPort::Apply(const SerialSettings& settings) {

@@ -33,6 +33,7 @@ class QtSerialPort : public SerialPort {
  private:
   void OnError(QSerialPort::SerialPortError error);
   void Apply(const SerialSettings& settings);
+  [[nodiscard]] bool OpenDevice();
   void Vanish();
   [[nodiscard]] bool WaitOnce(std::chrono::milliseconds limit);
   [[nodiscard]] bool HandOver(std::string_view bytes);

@@ -22,7 +22,7 @@ std::string PortName(int number) {
 }
 
 std::string PermissionAdvice(int number, const std::string& device) {
-  if (access(device.c_str(), R_OK | W_OK) != 0) {
+  if (!MayBeOpened(device)) {
     return NoRightsAdvice(number, device, OwnerGroup(device));
   }
   return PortName(number) + " (" + device + ") is in use.\n\n" +
@@ -30,6 +30,10 @@ std::string PermissionAdvice(int number, const std::string& device) {
 }
 
 }  // namespace
+
+bool MayBeOpened(const std::string& device) {
+  return access(device.c_str(), R_OK | W_OK) == 0;
+}
 
 std::string NoRightsAdvice(int number, const std::string& device, const std::string& group) {
   return "You have no right to open " + PortName(number) + " (" + device + ").\n\n" +

@@ -14,6 +14,9 @@ namespace tavrel {
                                     QSerialPort::SerialPortError error,
                                     const std::string& system_text);
 
+// True if the user has the right to open the device.
+[[nodiscard]] bool MayBeOpened(const std::string& device);
+
 // The text for a device that belongs to `group` and may not be opened.
 [[nodiscard]] std::string NoRightsAdvice(int number, const std::string& device,
                                          const std::string& group);

@@ -2,8 +2,10 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 
 #include "common/forms/modal_form.h"
 #include "frame/forms/colour_cell.h"
@@ -13,6 +15,7 @@ namespace {
 
 constexpr int kRowsInSight = 16;
 constexpr std::array kColumnCharacters = {6, 12, 12, 14, 14};
+constexpr int kFrame = 2;
 constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
 
 QColor QtColour(Colour colour) {
@@ -22,6 +25,26 @@ QColor QtColour(Colour colour) {
 bool IsEnter(int key) {
   return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
+
+// The current cell has a frame; a fill would hide the cell's own colour.
+class FramedCells : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem plain = option;
+    plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    QStyledItemDelegate::paint(painter, plain, index);
+    if ((option.state & QStyle::State_Selected) == 0) {
+      return;
+    }
+    painter->save();
+    painter->setPen(QPen(option.palette.color(QPalette::Highlight), kFrame));
+    painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
+    painter->restore();
+  }
+};
 
 }  // namespace
 
@@ -34,8 +57,7 @@ ProgramGrid::ProgramGrid(QWidget* parent) : QTableWidget(kProgramRows, kProgramC
   setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  // The frame of the current cell is enough; a fill would hide the cell's own colour.
-  setStyleSheet("QTableWidget { selection-background-color: transparent; }");
+  setItemDelegate(new FramedCells(this));
   MakeHeads();
   MakeEdits();
   setCurrentCell(0, kTimeColumn);

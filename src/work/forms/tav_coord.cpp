@@ -9,13 +9,13 @@
 
 #include "frame/forms/muted_label.h"
 #include "frame/forms/shades.h"
-#include "frame/forms/tavsett.h"
+#include "work/forms/number_edit.h"
 
 namespace tavrel {
 namespace {
 
 constexpr int kMargin = 20;
-constexpr int kNumberCharacters = 12;
+constexpr Qt::Alignment kBesideTheValue = Qt::AlignRight | Qt::AlignVCenter;
 constexpr int kPictureSide = 96;
 
 // The picture of the form: a curve in its axes.
@@ -81,17 +81,16 @@ TavCoord::TavCoord(Coordinates& coordinates)
 }
 
 void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
-  auto* edit = new SelectingEdit(this);
-  edit->setObjectName(QString("TBox_%1").arg(box));
+  auto* edit = new NumberEdit(QString("TBox_%1").arg(box), this);
   edit->setAccessibleName(QString(text).simplified());
   edit->setText(QtText(coordinates_.TBox(box)));
-  edit->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
+  edit->selectAll();
   connect(edit, &QLineEdit::textChanged, this, [this, box](const QString& now) {
     coordinates_.TBox_Change(box, now.toStdString());
     AfterEvent();
   });
   const int row = grid.rowCount();
-  grid.addWidget(new MutedLabel(text, this), row, 0);
+  grid.addWidget(new MutedLabel(text, this), row, 0, kBesideTheValue);
   grid.addWidget(edit, row, 1);
 }
 
@@ -108,7 +107,7 @@ void TavCoord::AddResolution(QGridLayout& grid) {
     AfterEvent();
   });
   const int row = grid.rowCount();
-  grid.addWidget(new MutedLabel("X resolution", this), row, 0);
+  grid.addWidget(new MutedLabel("X resolution", this), row, 0, kBesideTheValue);
   grid.addWidget(list, row, 1);
 }
 

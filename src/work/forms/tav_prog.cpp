@@ -18,7 +18,7 @@ TavProg::TavProg(ProgramEditor& editor)
     : ModalForm("TavProg", editor.Caption()), editor_(editor), grid_(new ProgramGrid(this)) {
   ConnectGrid();
   Arrange();
-  ShowTips();
+  ShowTips(kProgramTips, editor_.TipLanguage());
   grid_->setFocus();
 }
 
@@ -94,13 +94,6 @@ void TavProg::Show() {
   setWindowTitle(QtText(editor_.Caption()));
   lb_changed_->setVisible(editor_.ProgChanged());
   grid_->Show(editor_);
-}
-
-void TavProg::ShowTips() {
-  for (const ToolTip& tip : kProgramTips) {
-    auto* control = findChild<QWidget*>(QtText(tip.Control));
-    control->setToolTip(QtText(tip.Text.In(editor_.TipLanguage())));
-  }
 }
 
 }  // namespace tavrel

@@ -32,7 +32,6 @@ class TavProg : public ModalForm {
   void MakeEntry(QMenu& menu, const char* name, const char* caption,
                  QKeySequence::StandardKey shortcut, Press press);
   QPushButton* MakeButton(const char* name, const char* caption, Press press);
-  void ShowTips();
 
   ProgramEditor& editor_;
   ProgramGrid* grid_ = nullptr;

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "frame/forms/muted_label.h"
+#include "work/forms/unit_label.h"
 #include "work/forms/work_glyphs.h"
 #include "work/work_tips.h"
 
@@ -17,7 +18,8 @@ constexpr int kGap = 8;
 constexpr qreal kGlyphSize = 1.35;  // of the type, so that the pictures tell themselves apart
 constexpr qreal kValueSize = 1.3;
 constexpr int kValueCharacters = 8;
-constexpr int kRoomForAlarm = 24;  // behind the number of an instrument
+constexpr const char* kNoTitle = " ";  // keeps the place of one
+constexpr int kRoomForAlarm = 24;      // behind the number of an instrument
 
 void ShowText(QLabel* label, const std::string& utf8) {
   const QString text = QtText(utf8);
@@ -113,7 +115,7 @@ GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph gly
 }
 
 TavWork::Reading TavWork::MakeReading(const char* name, const char* words) {
-  Reading reading{new QLabel(this), new MutedLabel(words, this)};
+  Reading reading{new QLabel(this), new UnitLabel(words, this)};
   reading.value->setObjectName(name);
   reading.value->setTextFormat(Qt::PlainText);
   reading.value->setFont(Sized(reading.value->font(), kValueSize));
@@ -121,7 +123,6 @@ TavWork::Reading TavWork::MakeReading(const char* name, const char* words) {
   reading.value->setMinimumWidth(QFontMetrics(reading.value->font()).averageCharWidth() *
                                  kValueCharacters);
   reading.words->setObjectName(QString(name) + "_words");
-  reading.words->setMinimumWidth(fontMetrics().horizontalAdvance("min   until next step"));
   return reading;
 }
 
@@ -190,7 +191,7 @@ void TavWork::MakeController() {
 }
 
 void TavWork::MakeProgram() {
-  fr_prog_ = new QGroupBox("", this);
+  fr_prog_ = new QGroupBox(kNoTitle, this);
   fr_prog_->setObjectName("frProg");
   QSizePolicy keeps_its_place = fr_prog_->sizePolicy();
   keeps_its_place.setRetainSizeWhenHidden(true);
@@ -294,8 +295,9 @@ void TavWork::ShowProgram(const WorksheetValues& now) {
     setFocus();
   }
   fr_prog_->setVisible(now.frProg);
-  if (fr_prog_->title() != QtText(now.frProgCaption)) {
-    fr_prog_->setTitle(QtText(now.frProgCaption));
+  const QString title = now.frProgCaption.empty() ? kNoTitle : QtText(now.frProgCaption);
+  if (fr_prog_->title() != title) {
+    fr_prog_->setTitle(title);
   }
   ShowText(step_.value, now.Lbl_Step);
   ShowText(time_.value, now.Lbl_Time);
@@ -305,20 +307,11 @@ void TavWork::ShowProgram(const WorksheetValues& now) {
   }
 }
 
-void TavWork::ShowTips(Language language) {
-  for (const ToolTip& tip : kWorksheetTips) {
-    auto* control = findChild<QWidget*>(QtText(tip.Control));
-    if (control != nullptr) {
-      control->setToolTip(QtText(tip.Text.In(language)));
-    }
-  }
-}
-
 // The form is shown again for another slot: it begins as a new one would.
 void TavWork::showEvent(QShowEvent* event) {
   ModalForm::showEvent(event);
   if (!event->spontaneous()) {
-    ShowTips(worksheet_.Values().TipLanguage);
+    ShowTips(kWorksheetTips, worksheet_.Values().TipLanguage);
     setFocus();
   }
 }

@@ -61,7 +61,6 @@ class TavWork : public ModalForm {
   void ShowRecording(const WorksheetValues& now);
   void ShowController(const WorksheetValues& now);
   void ShowProgram(const WorksheetValues& now);
-  void ShowTips(Language language);
 
   Worksheet& worksheet_;
   ColourCell* tavc_cell_ = nullptr;

@@ -36,15 +36,7 @@ void DrawRecordOffGlyph(QPainter& painter, const QRectF& place, const QColor& in
 
 void DrawNewFileGlyph(QPainter& painter, const QRectF& place, const QColor& ink) {
   const OnGlyphGrid grid(painter, place, ink, kPen);
-  QPainterPath sheet(QPointF(9.5, 1.5));
-  sheet.lineTo(3, 1.5);
-  sheet.lineTo(3, 14.5);
-  sheet.lineTo(13, 14.5);
-  sheet.lineTo(13, 5);
-  sheet.lineTo(9.5, 1.5);
-  sheet.lineTo(9.5, 5);
-  sheet.lineTo(13, 5);
-  painter.drawPath(sheet);
+  DrawSheet(painter);
   painter.drawLine(QPointF(8, 7), QPointF(8, 12));
   painter.drawLine(QPointF(5.5, 9.5), QPointF(10.5, 9.5));
 }

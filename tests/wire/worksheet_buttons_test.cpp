@@ -1,0 +1,119 @@
+#include <array>
+
+#include "tests/wire/button_room.h"
+#include "work/controller_settings.h"
+
+namespace tavrel {
+namespace {
+
+class WorksheetOnTheWire : public ButtonsOnTheWire {};
+
+TEST_P(WorksheetOnTheWire, SwitchesTheControllerIsothermalAndOff) {
+  const std::vector<std::tuple<int, Telegrams, CtrlButton, int>> buttons = {
+      {0, Of({"Z13=2\r"}, {"n1p33=2\r"}), CtrlButton::kIsotherm, 2},
+      {2, Of({"Z13=0\r"}, {"n1p33=0\r"}), CtrlButton::kOff, 0}};
+  for (const auto& [index, telegrams, shown, state] : buttons) {
+    const int before = state == 0 ? 2 : 0;
+    Give({{"Z", before}});
+    OpenSheet();
+    const CtrlButton shown_before = Shown().CtrlDown;
+    Forget();
+    fail_at = Fails() ? 1 : 0;
+    program.worksheet.cmd_Ctrl_Click(index);
+    ExpectTelegrams(telegrams);
+    EXPECT_EQ(Shown().CtrlDown, Fails() ? shown_before : shown);
+    EXPECT_EQ(Register("Z"), HowItFails().is_carried_out ? state : before);
+  }
+}
+
+TEST_P(WorksheetOnTheWire, StartsARampFromTheActualValue) {
+  const Telegrams telegrams = Of({"Z13=3\r", "Y13?"}, {"n1p33=3\r", "n1p23?"});
+  const std::string setpoint = Of({"W13="}, {"n1p3="}).front();
+  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 3 : 0); ++failing) {
+    Give({{"Z", 0}, {"W", 1600}});
+    OpenSheet();
+    fail_at = failing;
+    program.worksheet.cmd_Ctrl_Click(1);
+    const int sent = Fails() ? failing : 3;
+    Telegrams expected = First(telegrams, std::min(sent, 2));
+    const std::string actual = instrument.LastReply(telegrams.back());
+    if (sent == 3) {
+      expected.push_back(setpoint + actual.substr(actual.find_first_not_of('0')) + "\r");
+    }
+    ExpectTelegrams(expected);
+    EXPECT_EQ(Shown().CtrlDown, Fails() ? CtrlButton::kOff : CtrlButton::kDynamic) << failing;
+    const bool has_state = failing != 1 || HowItFails().is_carried_out;
+    EXPECT_EQ(Register("Z"), has_state ? 3 : 0) << failing;
+    EXPECT_TRUE(Boxes().empty());
+  }
+}
+
+TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
+  const Telegrams telegrams = Of({"S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
+                                 {"n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"});
+  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 4 : 0); ++failing) {
+    OpenSheet();
+    fail_at = failing;
+    program.worksheet.cmd_Rec_Click(1);
+    ExpectTelegrams(Fails() ? First(telegrams, failing) : telegrams);
+    EXPECT_EQ(Boxes(), Fails() ? Telegrams{"start recording: failed"} : Telegrams{});
+    EXPECT_EQ(Shown().RecOnDown, !Fails());
+    EXPECT_EQ(Shown().RecOffDown, Fails());
+    EXPECT_EQ(FileHeader(kName).UnitRecOn, Fails() ? 0 : 1);
+    EXPECT_EQ(telegrams_before_wait, Fails() ? 0 : 4);
+  }
+}
+
+TEST_P(WorksheetOnTheWire, SendsTheChangedSettingsOfTheController) {
+  const Telegrams reads = Of({"W13?", "H13?", "M13?", "I13?", "G13?"},
+                             {"n1p3?", "n1v13?", "n1v63?", "n1v23?", "n1v3?"});
+  const Telegrams writes =
+      Of({"H13=1B58\r", "M13=1388\r", "I13=32\r", "W13=FA0\r", "G13=C8\r"},
+         {"n1v13=1B58\r", "n1v63=1388\r", "n1v23=32\r", "n1p3=FA0\r", "n1v3=C8\r"});
+  const std::array<const char*, 6> texts = {"350", "250", "30", "0.5", "200", "10"};
+  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 5 : 0); ++failing) {
+    Give(kSettings);
+    dialog = [&] {
+      Forget();
+      ControllerSettings settings({program.state, program.link, program.dialogs, program.screens});
+      ExpectTelegrams(reads);
+      for (int box = 0; box < 6; ++box) {
+        settings.TBox_Change(box, texts.at(static_cast<std::size_t>(box)));
+      }
+      Forget();
+      fail_at = failing;
+      settings.CmdOK_Click();
+      if (!Fails()) {
+        ExpectTelegrams(writes);
+        EXPECT_FALSE(settings.IsOpen());
+        EXPECT_TRUE(Boxes().empty());
+        return;
+      }
+      ExpectTelegrams(First(writes, failing));
+      EXPECT_EQ(Boxes(), Telegrams{"check: Tavrel connected ?"}) << failing;
+      ASSERT_TRUE(settings.IsOpen());
+      // It answers again; nothing but the dialog itself can find that out.
+      instrument.Forget();
+      settings.CmdOK_Click();
+      Telegrams rest = Of({"T10?"}, {"n1vD0?"});
+      rest.insert(rest.end(), writes.begin() + failing - 1, writes.end());
+      ExpectTelegrams(rest);
+      EXPECT_FALSE(settings.IsOpen());
+    };
+    program.worksheet.cmd_setCtrl_Click();
+    EXPECT_EQ(Register("H"), 7000);
+    EXPECT_EQ(Register("M"), 5000);
+    EXPECT_EQ(Register("I"), 50);
+    EXPECT_EQ(Register("W"), 4000);
+    EXPECT_EQ(Register("G"), 200);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, WorksheetOnTheWire,
+                         testing::Combine(testing::Bool(),
+                                          testing::Values(kNone, kLostRequest, kLostReply, kRefusal,
+                                                          kLateReply)),
+                         [](const auto& test) { return NameOf(test.param); });
+
+}  // namespace
+}  // namespace tavrel
