@@ -31,7 +31,7 @@ class FullRecording {
  public:
   FullRecording() {
     UnitRecord unit = DefaultUnitRecord();
-    std::string bytes(sizeof unit + kWordBytes * kWords, '\0');
+    std::string bytes(sizeof unit + std::size_t{kWordBytes} * kWords, '\0');
     std::memcpy(bytes.data(), &unit, sizeof unit);
     for (std::size_t k = 0; k < kWords; ++k) {
       const auto word = static_cast<std::int16_t>(k * 7 % 30000);

@@ -20,7 +20,7 @@ struct MarkCodes {
 };
 
 MarkCodes CodesOf(const UnitRecord& unit, int k) {
-  const auto first = static_cast<std::size_t>(4 * (k - 1));
+  const std::size_t first = static_cast<std::size_t>(k - 1) * 4;
   const auto& codes = unit.UnitMarkPos;
   return {codes.at(first), codes.at(first + 1), codes.at(first + 2), codes.at(first + 3)};
 }

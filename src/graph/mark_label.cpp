@@ -18,7 +18,7 @@ std::string TimeText(double minutes) {
 }  // namespace
 
 std::string MarkLabel(const MarkedPoint& point) {
-  const std::string value = ValueText(point.At.Y);
+  std::string value = ValueText(point.At.Y);
   if (point.GraphMode < 1) {
     return value + " / " + TimeText(point.At.X);
   }

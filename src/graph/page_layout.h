@@ -1,6 +1,7 @@
 #ifndef TAVREL_GRAPH_PAGE_LAYOUT_H_
 #define TAVREL_GRAPH_PAGE_LAYOUT_H_
 
+#include <string>
 #include <string_view>
 
 #include "graph/view_frame.h"

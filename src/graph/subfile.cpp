@@ -30,7 +30,7 @@ std::vector<int> KeptColumns(const UnitRecord& source) {
 }
 
 void AppendWord(std::string& bytes, std::int16_t word) {
-  std::array<char, kWordBytes> raw;
+  std::array<char, kWordBytes> raw{};
   std::memcpy(raw.data(), &word, raw.size());
   bytes.append(raw.data(), raw.size());
 }

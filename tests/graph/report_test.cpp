@@ -420,7 +420,7 @@ TEST_F(TheReport, LetsNothingOverlap) {
     }
     program.state.OverPrepared = false;
     program.state.PartPrepared = false;
-    ShowView(std::vector<std::int16_t>(15 * 80, 2000), {10, 100}, {60, 20000});
+    ShowView(std::vector<std::int16_t>(1200, 2000), {10, 100}, {60, 20000});
     for (const auto& paper : {kPortraitPaper, kLandscapePaper, {400.0, 560.0}, {280.0, 400.0}}) {
       SCOPED_TRACE(testing::Message() << fill.curves << " curves, " << fill.points << " points, "
                                       << paper.first << " wide");

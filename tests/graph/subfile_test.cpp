@@ -37,7 +37,7 @@ class TheSubfile : public testing::Test {
 
   TemporaryDirectory home;
   RandomFile file;
-  UnitRecord source;
+  UnitRecord source{};
   SubfileCut cut{504, 508, 12.4, "M260314A.OVN"};
 };
 

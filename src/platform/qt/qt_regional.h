@@ -10,7 +10,7 @@ namespace tavrel {
 // The region that the desktop is set to.
 class QtRegional : public Regional {
  public:
-  explicit QtRegional(QLocale locale = QLocale::system()) : locale_(std::move(locale)) {}
+  explicit QtRegional(const QLocale& locale = QLocale::system()) : locale_(locale) {}
 
   [[nodiscard]] std::string DecimalMark() const override;
   [[nodiscard]] std::string ShortDate(const WallTime& time) const override;
