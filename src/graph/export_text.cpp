@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 
 #include "common/text.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr const char* kLineEnd = "\r\n";
 constexpr int kHundredthsPerStep = 5;
 constexpr int kHundred = 100;
-constexpr std::size_t kFieldRoom = 12;  // of a value with its separator, an estimate
+constexpr std::size_t kUsualField = 12;  // bytes of a value with its separator, an estimate
 
 // In what the two texts differ.
 struct Style {
@@ -23,11 +24,11 @@ struct Style {
   std::string_view time_name;
   std::string_view equals;
   std::string_view separator;
-  bool ends_in_separator;
+  std::string_view row_end;
 };
 
-constexpr Style kFileStyle{42, "time (sec)          ", " =  ", "; ", true};
-constexpr Style kClipboardStyle{46, "time (sec)", "  ", "\t", false};
+constexpr Style kFileStyle{42, "time (sec)          ", " =  ", "; ", "; \r\n"};
+constexpr Style kClipboardStyle{46, "time (sec)", "  ", "\t", "\r\n"};
 
 // A quote that is part of the text on both sides of a line.
 std::string Quoted(const std::string& line) {
@@ -64,35 +65,69 @@ std::size_t Characters(std::string_view utf8) {
   return static_cast<std::size_t>(std::ranges::count_if(utf8, is_first));
 }
 
-void AppendNumber(std::string& text, std::int64_t number) {
-  std::array<char, 24> digits;
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-  text.append(digits.data(), end);
+constexpr std::size_t kNumberRoom = 24;  // more digits than any number has
+constexpr std::size_t kFieldRoom = 64;   // more than a number and two short texts
+
+// A text of at most eight bytes, that is put in one go: what stands between the numbers.
+class ShortText {
+ public:
+  explicit ShortText(std::string_view text) : size_(std::min(text.size(), bytes_.size())) {
+    std::copy_n(text.begin(), size_, bytes_.begin());
+  }
+  // All eight bytes are written, of which the last ones do not count.
+  char* Put(char* at) const {
+    std::memcpy(at, bytes_.data(), bytes_.size());
+    return at + size_;
+  }
+
+ private:
+  std::array<char, 8> bytes_{};
+  std::size_t size_;
+};
+
+char* PutNumber(char* at, std::int64_t number) {
+  return std::to_chars(at, at + kNumberRoom, number).ptr;
 }
 
-// Writes the rows one by one.
+char* PutDegrees(char* at, int word, const ShortText& decimal_mark) {
+  const int hundredths = std::abs(word) * kHundredthsPerStep;
+  if (word < 0) {
+    *at++ = '-';
+  }
+  at = decimal_mark.Put(PutNumber(at, hundredths / kHundred));
+  *at++ = static_cast<char>('0' + hundredths / 10 % 10);
+  *at++ = static_cast<char>('0' + hundredths % 10);
+  return at;
+}
+
+// Makes the rows one by one.
 class Rows {
  public:
-  Rows(const ExportTable& table, const Style& style, std::string decimal_mark)
-      : table_(table), style_(style), decimal_mark_(std::move(decimal_mark)) {}
+  Rows(const ExportTable& table, const Style& style, std::string_view decimal_mark)
+      : table_(table),
+        separator_(style.separator),
+        row_end_(style.row_end),
+        decimal_mark_(decimal_mark),
+        row_((table.Columns.size() + 2) * kFieldRoom, ' ') {}
 
-  void Append(std::string& text, int record, SampleReader& reader) {
+  // With its line end; valid until the next call.
+  std::string_view Next(int record, SampleReader& reader) {
     time_ += table_.RecInterval;
-    AppendNumber(text, time_);
+    char* at = PutNumber(row_.data(), time_);
     for (const ExportColumn& column : table_.Columns) {
-      text += style_.separator;
-      AppendDegrees(text, reader.Word(record + column.Column), decimal_mark_);
+      at = separator_.Put(at);
+      at = PutDegrees(at, reader.Word(record + column.Column), decimal_mark_);
     }
-    if (style_.ends_in_separator) {
-      text += style_.separator;
-    }
-    text += kLineEnd;
+    at = row_end_.Put(at);
+    return {row_.data(), static_cast<std::size_t>(at - row_.data())};
   }
 
  private:
   const ExportTable& table_;
-  const Style& style_;
-  std::string decimal_mark_;
+  ShortText separator_;
+  ShortText row_end_;
+  ShortText decimal_mark_;
+  std::string row_;
   std::int64_t time_ = 0;  // seconds
 };
 
@@ -103,25 +138,20 @@ std::size_t RowCount(const ExportTable& table) {
 
 }  // namespace
 
-void AppendDegrees(std::string& text, int word, const std::string& decimal_mark) {
-  const int hundredths = std::abs(word) * kHundredthsPerStep;
-  if (word < 0) {
-    text += '-';
-  }
-  AppendNumber(text, hundredths / kHundred);
-  text += decimal_mark;
-  const int decimals = hundredths % kHundred;
-  text += static_cast<char>('0' + decimals / 10);
-  text += static_cast<char>('0' + decimals % 10);
+std::string DegreesText(int word, std::string_view decimal_mark) {
+  std::string text(kFieldRoom, ' ');
+  const char* end = PutDegrees(text.data(), word, ShortText(decimal_mark));
+  text.resize(static_cast<std::size_t>(end - text.data()));
+  return text;
 }
 
 std::string AsciiText(const ExportTable& table, const std::string& decimal_mark,
                       SampleReader& reader) {
   std::string text = ToWindows1252(Head(table, kFileStyle));
-  text.reserve(text.size() + RowCount(table) * (table.Columns.size() + 1) * kFieldRoom);
+  text.reserve(text.size() + RowCount(table) * (table.Columns.size() + 1) * kUsualField);
   Rows rows(table, kFileStyle, ToWindows1252(decimal_mark));
   for (int record = table.FirstRecord; record <= table.LastRecord; record += table.Channels) {
-    rows.Append(text, record, reader);
+    text += rows.Next(record, reader);
   }
   return text;
 }
@@ -132,9 +162,9 @@ std::optional<std::string> ClipboardText(const ExportTable& table, const std::st
   std::size_t characters = Characters(text);
   Rows rows(table, kClipboardStyle, decimal_mark);
   for (int record = table.FirstRecord; record <= table.LastRecord; record += table.Channels) {
-    const std::size_t before = text.size();
-    rows.Append(text, record, reader);
-    characters += Characters(std::string_view(text).substr(before));
+    const std::string_view row = rows.Next(record, reader);
+    text += row;
+    characters += Characters(row);
     if (characters > kClipboardLimit) {
       return std::nullopt;
     }

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "files/unit_record.h"
@@ -30,7 +31,7 @@ struct ExportTable {
 };
 
 // The whole content of the text file, Windows-1252. Each line of values ends in a separator.
-// `decimal_mark` is UTF-8.
+// `decimal_mark` is UTF-8, at most eight bytes, here and below.
 [[nodiscard]] std::string AsciiText(const ExportTable& table, const std::string& decimal_mark,
                                     SampleReader& reader);
 
@@ -42,8 +43,8 @@ inline constexpr std::size_t kClipboardLimit = 64000;  // characters
                                                        const std::string& decimal_mark,
                                                        SampleReader& reader);
 
-// 0.05 x `word` with two decimals and `decimal_mark`, added to `text`.
-void AppendDegrees(std::string& text, int word, const std::string& decimal_mark);
+// 0.05 x `word` with two decimals and `decimal_mark`.
+[[nodiscard]] std::string DegreesText(int word, std::string_view decimal_mark);
 
 }  // namespace tavrel
 

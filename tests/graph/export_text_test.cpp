@@ -38,11 +38,7 @@ class TheExport : public testing::Test {
     SampleReader reader(file);
     return ClipboardText(table, mark, reader);
   }
-  std::string Degrees(int word) {
-    std::string text;
-    AppendDegrees(text, word, mark);
-    return text;
-  }
+  std::string Degrees(int word) { return DegreesText(word, mark); }
 
   TemporaryDirectory home;
   RandomFile file;
