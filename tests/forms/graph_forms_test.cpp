@@ -342,6 +342,21 @@ TEST_F(GraphForms, MeasureByTheKeyboardAlone) {
   Run(Slopes(80));
 }
 
+TEST_F(GraphForms, LeadTheTabKeyFromThePlotAlongTheTools) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    QStringList way;
+    for (int step = 0; step < 11; ++step) {
+      way << QApplication::focusWidget()->objectName();
+      Key(Qt::Key_Tab);
+    }
+    EXPECT_EQ(way, QStringList({"PicC_1", "PbPrint", "PbSave", "PbCopy", "PbEval_0", "PbEval_1",
+                                "PbMark_1", "PbMark_2", "PbMark_0", "CboXY", "cmdOver"}));
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
 TEST_F(GraphForms, ShowACrosshairOnlyForTheKeyboard) {
   Then("TavGraph", [this] {
     ASSERT_TRUE(WaitForOverview());

@@ -132,15 +132,19 @@ class GrowingGraph : public GraphPictures {
 
   Pictures TakePictures() {
     Pictures pictures;
-    graph.cmdOver_Click();
-    Settle();
+    Press("cmdOver");
     pictures.over = PictureOf("PicC_0");
-    graph.cmdPart_Click();
-    Settle();
+    Press("cmdPart");
     pictures.part = PictureOf("PicC_1");
-    graph.cmdOver_Click();
-    Settle();
+    Press("cmdOver");
     return pictures;
+  }
+  // Of the two buttons that replace each other only one is there.
+  void Press(const char* name) {
+    if (IsShown(name)) {
+      Click(name);
+    }
+    Settle();
   }
   void Settle() {
     graph.Timer_Graph_Timer();
@@ -165,8 +169,7 @@ class GrowingGraph : public GraphPictures {
       ASSERT_TRUE(WaitForOverview());
       Settle();
       if (is_part_in_front) {
-        graph.cmdPart_Click();
-        Settle();
+        Press("cmdPart");
       }
       AppendRows(words, first_rows, kRows);
       grown = TakePictures();

@@ -91,6 +91,17 @@ TEST_F(OnThePlot, DrawsAHatchedAreaLikeItsLines) {
   }
 }
 
+TEST_F(OnThePlot, LeavesTheGapBetweenTwoUprightLines) {
+  const std::array<Segment, 4> lines = {{{50, 20, 50, 30, kRed},
+                                         {50, 32, 50, 40, kRed},
+                                         {60, 32, 60, 40, kRed},
+                                         {60, 20, 60, 30, kRed}}};
+  surface.Lines(lines);
+  EXPECT_EQ(At(50, 50 - 31), QColor(Qt::white));
+  EXPECT_EQ(At(60, 50 - 31), QColor(Qt::white));
+  EXPECT_EQ(CountNotWhite(surface), 2 * (11 + 9));
+}
+
 TEST_F(OnThePlot, ComesBackFromTwoInvertingStrokes) {
   surface.FillBox({20, 40, 60, 10, kRed});
   const QImage before = surface.Seen().copy();

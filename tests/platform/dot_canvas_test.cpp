@@ -145,11 +145,16 @@ TEST(DotCanvas, CancelsAnInvertingStrokeByASecondOne) {
 
 TEST(DotCanvas, TurnsEachDotOfABoxOnceOnly) {
   for (const int width : {1, 2, 3}) {
-    Sheet inverted(20, 20);
-    Sheet covered(20, 20);
-    inverted.Canvas().Box({4, 3}, {15, 12}, {0, width, PenMode::kInvert, PenStyle::kSolid});
-    covered.Canvas().Box({4, 3}, {15, 12}, {kRed, width});
-    EXPECT_EQ(inverted.Inked(), covered.Inked()) << width;
+    for (int right = 4; right < 16; ++right) {
+      for (int bottom = 3; bottom < 13; ++bottom) {
+        Sheet inverted(20, 20);
+        Sheet covered(20, 20);
+        const DotStroke inverting{0, width, PenMode::kInvert, PenStyle::kSolid};
+        inverted.Canvas().Box({4, 3}, {right, bottom}, inverting);
+        covered.Canvas().Box({4, 3}, {right, bottom}, {kRed, width});
+        EXPECT_EQ(inverted.Inked(), covered.Inked()) << width << " " << right << " " << bottom;
+      }
+    }
   }
 }
 

@@ -267,6 +267,29 @@ void TavGraph::Arrange() {
   all->addLayout(middle, 1);
   all->addLayout(ArrangePrompts());
   resize(kFirstSize);
+  OrderTabs();
+}
+
+// The plot first, then the tools as they stand, from left to right.
+void TavGraph::OrderTabs() {
+  const std::array<QWidget*, 14> way = {&frames_[kOverview]->Plot(),
+                                        &frames_[kPartView]->Plot(),
+                                        pb_print_,
+                                        pb_save_,
+                                        pb_copy_,
+                                        pb_eval_[0],
+                                        pb_eval_[1],
+                                        pb_mark_[1],
+                                        pb_mark_[2],
+                                        pb_mark_[0],
+                                        cbo_xy_,
+                                        cmd_over_,
+                                        cmd_part_,
+                                        cmd_exit_};
+  for (std::size_t place = 1; place < way.size(); ++place) {
+    setTabOrder(way.at(place - 1), way.at(place));
+  }
+  setTabOrder(cmd_exit_, txt_for_mark_);
 }
 
 QHBoxLayout* TavGraph::ArrangeTools() {
@@ -320,7 +343,8 @@ void TavGraph::FitSoon() {
 
 // The frame behind has the size of that in front when it comes there.
 void TavGraph::FitPictures() {
-  CurveFrame& front = FrameInFront();
+  layout()->activate();
+  const CurveFrame& front = *frames_.at(static_cast<std::size_t>(stack_->currentIndex()));
   const bool fit =
       legend_->Fits() && frames_[kOverview]->FitsTo(front) && frames_[kPartView]->FitsTo(front);
   if (fit || !isVisible()) {

@@ -51,6 +51,7 @@ class TavGraph : public ModalForm {
   void ConnectPictures();
   void MakeTimers();
   void Arrange();
+  void OrderTabs();
   [[nodiscard]] QHBoxLayout* ArrangeTools();
   [[nodiscard]] QHBoxLayout* ArrangePrompts();
   [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph);
