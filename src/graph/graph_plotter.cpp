@@ -7,8 +7,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kRelative = 1;         // UnitGraphMode from here on: difference from the reference
-constexpr int kReferenceAxis = 2;    // and from here on the reference beneath the plot
 constexpr double kStripDepth = 10;   // PicX and PicY across their axis
 constexpr double kLabelTop = 6;      // of a label on PicX
 constexpr double kTickTop = 8;       // of a tick on PicX
@@ -52,11 +50,11 @@ UnitRecord& GraphPlotter::Unit() const {
 }
 
 bool GraphPlotter::IsRelative() const {
-  return parts_.graph.ViewShown == kPartView && Unit().UnitGraphMode >= kRelative;
+  return parts_.graph.ViewShown == kPartView && IsRelativeMode(Unit().UnitGraphMode);
 }
 
 bool GraphPlotter::HasReferenceAxis() const {
-  return parts_.graph.ViewShown == kPartView && Unit().UnitGraphMode >= kReferenceAxis;
+  return parts_.graph.ViewShown == kPartView && IsReferenceMode(Unit().UnitGraphMode);
 }
 
 double GraphPlotter::ValueAt(SampleReader& reader, int record, int column) const {

@@ -19,13 +19,14 @@ std::string TimeText(double minutes) {
 
 std::string MarkLabel(const MarkedPoint& point) {
   std::string value = ValueText(point.At.Y);
-  if (point.GraphMode < 1) {
+  if (!IsRelativeMode(point.GraphMode)) {
     return value + " / " + TimeText(point.At.X);
   }
   if (!point.Reference) {
     return value;
   }
-  const double in_bracket = point.GraphMode == 1 ? *point.Reference + point.At.Y : *point.Reference;
+  const double in_bracket =
+      IsReferenceMode(point.GraphMode) ? *point.Reference : *point.Reference + point.At.Y;
   return value + " (" + ValueText(in_bracket) + ")";
 }
 

@@ -15,9 +15,7 @@ namespace {
 
 constexpr Colour kBar{0xE0, 0xE0, 0xE0};
 constexpr Colour kShadow{0xC0, 0xC0, 0xC0};
-constexpr int kRelative = 1;       // UnitGraphMode from here on: difference from the reference
-constexpr int kReferenceAxis = 2;  // and from here on the reference beneath the plot
-constexpr int kUsualWidth = 2;     // points
+constexpr int kUsualWidth = 2;  // points
 
 // Logical units, see PageLayout.
 constexpr double kHeaderText = 3;
@@ -137,7 +135,7 @@ void Report::PrintHeaderTexts() {
 // The frame comes last, so that no grid line lies on it.
 void Report::DrawAxes() {
   const ViewFrame& view = content_.View;
-  const bool is_reference_axis = content_.Unit.UnitGraphMode >= kReferenceAxis;
+  const bool is_reference_axis = IsReferenceMode(content_.Unit.UnitGraphMode);
   if (is_reference_axis) {
     DrawReferenceTicks();
   } else {
@@ -146,7 +144,7 @@ void Report::DrawAxes() {
   DrawValueTicks();
   page_.PrintLeft(Layout().PlotRight + kUnitAway, Layout().PlotBottom + kLabelAway,
                   TrimRight(AxisUnit(view, is_reference_axis)));
-  if (content_.Unit.UnitGraphMode >= kRelative) {
+  if (IsRelativeMode(content_.Unit.UnitGraphMode)) {
     page_.On().Line({view.XLeft, 0, view.XRight, 0, kBlack});
   }
   page_.On().Box({view.XLeft, view.YTop, view.XRight, view.YBottom, kBlack});
@@ -294,7 +292,7 @@ void Report::DrawCurves() {
 // the next.
 std::vector<Segment> Report::SegmentsOf(const Curve& curve, SampleReader& reader) const {
   const ViewFrame& view = content_.View;
-  const bool is_relative = content_.Unit.UnitGraphMode >= kRelative;
+  const bool is_relative = IsRelativeMode(content_.Unit.UnitGraphMode);
   std::vector<Segment> segments;
   std::optional<PlotPoint> last;
   for (int record = view.RecFirst; record < view.RecEnd; record += view.RecStep) {

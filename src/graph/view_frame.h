@@ -18,6 +18,18 @@ inline constexpr int kOverview = 0;
 inline constexpr int kPartView = 1;
 inline constexpr int kViews = 2;
 
+// UnitGraphMode, the display mode of the part view. A header may hold any number: what lies
+// beyond the list counts as the nearest mode.
+inline constexpr int kRelativeMode = 1;   // Y is the difference from the reference input
+inline constexpr int kReferenceMode = 2;  // and the X axis bears the values of that input
+
+[[nodiscard]] constexpr bool IsRelativeMode(int mode) {
+  return mode >= kRelativeMode;
+}
+[[nodiscard]] constexpr bool IsReferenceMode(int mode) {
+  return mode >= kReferenceMode;
+}
+
 // Most words of samples that are ever shown. More than a recording holds (32000), and with the
 // 500 of the header still a record number of 16 bits.
 inline constexpr int kMaxShownWords = 32200;
