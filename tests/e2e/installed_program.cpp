@@ -94,7 +94,7 @@ std::vector<std::string> InstalledProgram::StartCommand() const {
     return {program};
   }
   return {"env",
-          "LD_PRELOAD=" FAKETIME_LIBRARY,
+          std::string("LD_PRELOAD=") + FAKETIME_LIBRARY,
           "FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"),
           "FAKETIME_NO_CACHE=1",
           clock_ == OwnClock::kWall ? "DONT_FAKE_MONOTONIC=1" : "DONT_FAKE_MONOTONIC=0",
