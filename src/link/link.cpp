@@ -320,6 +320,9 @@ LinkResult Link::WaitFor(Judge judge) {
   LinkPace();
   const nanoseconds end = clock_.Elapsed() + kReplyLimit;
   while (true) {
+    // Found before the last look at the line: on a busy machine the program may stand still behind
+    // that look for longer than the limit, and the reply has come meanwhile.
+    const bool is_over = clock_.Elapsed() > end;
     LinkPoll();
     if (!PortOpen || IsPortFailure(link_event_)) {
       return LinkResult::kPortError;
@@ -327,7 +330,7 @@ LinkResult Link::WaitFor(Judge judge) {
     if (const std::optional<LinkResult> result = judge()) {
       return *result;
     }
-    if (clock_.Elapsed() > end) {
+    if (is_over) {
       return LinkResult::kTimeOut;
     }
     port_.WaitForData(std::max(end - clock_.Elapsed(), nanoseconds(1)));

@@ -1,9 +1,9 @@
 #include "tests/e2e/installed_program.h"
 
+#include <sched.h>
 #include <semaphore.h>
 #include <signal.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -19,7 +19,6 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr int kHeader = 1000;  // bytes
-constexpr int kBeforeOthers = -10;
 
 // The window of the program with `pid`, as the screen's number for it; empty if there is none.
 std::string WindowOf(pid_t pid, const std::string& name) {
@@ -69,10 +68,11 @@ bool InstalledProgram::StartInstruments(const std::vector<std::string>& options)
       directory_.File("control"),           "--truth", directory_.File("truth.txt")};
   command.insert(command.end(), options.begin(), options.end());
   instruments_ = Process(command);
-  // Instruments have a processor of their own. Those of a busy machine would take commands in too
+  // Instruments have a processor of their own. On a busy machine they would take commands in too
   // late to say of a reply whether it comes in time. Where the rights are missing all stays as it
-  // is.
-  setpriority(PRIO_PROCESS, static_cast<id_t>(instruments_.Pid()), kBeforeOthers);
+  // is; a lower niceness would not reach beyond the processes of this session.
+  const sched_param before_others{1};
+  sched_setscheduler(instruments_.Pid(), SCHED_RR, &before_others);
   return instruments_.ReadLine(seconds(20)).rfind("ready", 0) == 0;
 }
 
@@ -94,7 +94,7 @@ std::vector<std::string> InstalledProgram::StartCommand() const {
     return {program};
   }
   return {"env",
-          "LD_PRELOAD=" FAKETIME_LIBRARY,
+          std::string("LD_PRELOAD=") + FAKETIME_LIBRARY,
           "FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"),
           "FAKETIME_NO_CACHE=1",
           clock_ == OwnClock::kWall ? "DONT_FAKE_MONOTONIC=1" : "DONT_FAKE_MONOTONIC=0",

@@ -196,22 +196,6 @@ TEST_F(Cycle, StepsProgramsOfSeveralSilentInstrumentsInTicksOfTheirOwn) {
   EXPECT_LE(longest, std::chrono::milliseconds(112));
 }
 
-TEST_F(Cycle, LeavesItsTicksOutWhileALateReplyMayStillCome) {
-  StartRecordingSlot(5);
-  bench.line.silent = {1};
-  Tick();
-  ASSERT_FALSE(bench.link.IsSettled());
-  const auto before = bench.clock.Elapsed();
-  EXPECT_EQ(Exchanges(), 0);
-  bench.clock.Advance(std::chrono::milliseconds(140));
-  EXPECT_EQ(Exchanges(), 0);
-  EXPECT_EQ(bench.clock.Elapsed() - before, std::chrono::milliseconds(140));
-  bench.clock.Advance(std::chrono::milliseconds(10));
-  bench.state.SheetSlot = 0;
-  bench.state.TickRefresh = 0;
-  EXPECT_EQ(Exchanges(), 1);
-}
-
 TEST_F(Cycle, WakesAWaitingSlotEveryTenSeconds) {
   StartRecordingSlot(0);
   bench.Run(1);

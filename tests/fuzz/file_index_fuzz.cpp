@@ -56,7 +56,7 @@ class DirectoryUnderFire {
         name = "s" + input_.Text(3) + "." + input_.Text(3);
         break;
       default:
-        name = input_.Text(static_cast<std::size_t>(1 + input_.Choice(16)));
+        name = input_.Text(1U + static_cast<std::size_t>(input_.Choice(16)));
     }
     std::replace(name.begin(), name.end(), '/', '_');
     std::replace(name.begin(), name.end(), '\0', '_');

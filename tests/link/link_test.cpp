@@ -147,6 +147,27 @@ TEST_F(LinkOnALine, TakesAnAnswerInTheLastMoment) {
   EXPECT_EQ(link.ComValue, 0x1234);
 }
 
+// On a busy machine the program may stand still at any place.
+TEST_F(LinkOnALine, TakesAnAnswerThatCameWhileTheProgramStoodStill) {
+  Open(0);
+  port.answer = [this](const std::string&) {
+    port.Arrive(milliseconds(60), "1234\r");
+    return "";
+  };
+  for (int stalled = 1; stalled <= 4; ++stalled) {
+    LetTheLineRest();
+    int reads = 0;
+    port.after_read = [this, stalled, &reads] {
+      if (++reads == stalled) {
+        clock.Advance(milliseconds(150));
+      }
+    };
+    Ask(1, "X", 5);
+    EXPECT_EQ(link.ComResult, LinkResult::kGood) << "behind read " << stalled;
+    EXPECT_EQ(link.ComValue, 0x1234);
+  }
+}
+
 TEST_F(LinkOnALine, CollectsAnAnswerThatComesByteByByte) {
   Open(0);
   port.answer = [this](const std::string&) {

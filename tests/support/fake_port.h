@@ -20,6 +20,7 @@ namespace tavrel {
 //   Arrive(delay, text)  characters that come `delay` after now, whatever is sent
 //   open_error, open_text, in_use  how the next Open ends
 //   Vanish()         the device goes away
+//   after_read       runs at the end of each ReadAll, such as a stall of the whole program
 class FakePort : public SerialPort {
  public:
   explicit FakePort(FakeClock& clock) : clock_(clock) {}
@@ -27,6 +28,7 @@ class FakePort : public SerialPort {
   std::function<std::string(const std::string&)> answer = [](const std::string&) {
     return std::string();
   };
+  std::function<void()> after_read = [] {};
   int open_error = 0;
   std::string open_text;
   bool in_use = false;
@@ -71,6 +73,7 @@ class FakePort : public SerialPort {
       all += coming_.front().second;
       coming_.pop_front();
     }
+    after_read();
     return all;
   }
   void WaitForData(std::chrono::nanoseconds limit) override {

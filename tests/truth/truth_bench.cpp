@@ -57,6 +57,7 @@ bool RunHere(const TruthCase& truth_case, const std::string& line, bool is_long)
 // Both kinds of line at the same time, each in a process of its own.
 bool RunBoth(const std::string& program, const TruthCase& truth_case, const char* length) {
   std::vector<Process> runs;
+  runs.reserve(kLines.size());
   for (const char* line : kLines) {
     runs.emplace_back(std::vector<std::string>{program, length, truth_case.name, "--line", line});
   }

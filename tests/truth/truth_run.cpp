@@ -231,7 +231,7 @@ void TruthRun::FillDisk() {
   if (!is_mounted_) {
     const auto rows = RowsOfAll();
     const int most = *std::max_element(rows.begin(), rows.end());
-    const rlim_t size = static_cast<rlim_t>(kHeader + 4 * most);
+    const rlim_t size = static_cast<rlim_t>(kHeader) + 4 * static_cast<rlim_t>(most);
     const rlimit limit{size, RLIM_INFINITY};
     prlimit(program_.Pid(), RLIMIT_FSIZE, &limit, nullptr);
     return;
