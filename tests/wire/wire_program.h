@@ -50,8 +50,13 @@ struct WireMachine {
   FakeScreens screens;
   FakeEvents events;
   FakeShell shell;
+  FakePrinter printer;
+  FakeClipboard clipboard;
+  FakeRegional regional;
 
-  [[nodiscard]] Machine All() { return {port, clock, dialogs, screens, events, shell}; }
+  [[nodiscard]] Machine All() {
+    return {port, clock, dialogs, screens, events, shell, printer, clipboard, regional};
+  }
 };
 
 // The whole program on a real serial port, COM1 of its directory, with forms and boxes of the
