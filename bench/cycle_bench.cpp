@@ -3,7 +3,6 @@
 #include <pty.h>
 #include <unistd.h>
 
-#include <QApplication>
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
@@ -121,11 +120,3 @@ BENCHMARK(KeyBesideSilence)->Name("key beside six silent instruments")->Iteratio
 
 }  // namespace
 }  // namespace tavrel
-
-int main(int count, char** arguments) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(count, arguments);
-  benchmark::Initialize(&count, arguments);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

@@ -1,5 +1,4 @@
 // The drawing of curves beside what the toolkit needs for the same strokes.
-#include <QApplication>
 #include <QPainter>
 #include <array>
 #include <cmath>
@@ -312,11 +311,3 @@ BENCHMARK(Integral)->Name("integral of 32000 words")->Iterations(kRounds);
 
 }  // namespace
 }  // namespace tavrel
-
-int main(int count, char** arguments) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(count, arguments);
-  benchmark::Initialize(&count, arguments);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

@@ -3,7 +3,6 @@
 #include <poll.h>
 #include <sys/resource.h>
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 #include <functional>
@@ -179,10 +178,3 @@ BENCHMARK(LoadOfOneExchangePerTick)->Name("CPU with one exchange per tick")->Ite
 
 }  // namespace
 }  // namespace tavrel
-
-int main(int count, char** arguments) {
-  const QCoreApplication application(count, arguments);
-  benchmark::Initialize(&count, arguments);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

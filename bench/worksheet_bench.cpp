@@ -1,6 +1,5 @@
 // What the worksheet takes of the line and of the user's time, beside bare calls of the system on
 // the same line.
-#include <QApplication>
 #include <QEventLoop>
 #include <QTimer>
 #include <algorithm>
@@ -161,11 +160,3 @@ BENCHMARK_CAPTURE(KeyOnTheWorksheet, silent, "fault all silence on")
 
 }  // namespace
 }  // namespace tavrel
-
-int main(int count, char** arguments) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(count, arguments);
-  benchmark::Initialize(&count, arguments);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
