@@ -151,6 +151,7 @@ void GraphMarks::Keep(const std::array<std::int16_t, kMarkCodes>& codes, const s
   ShowMarkPoint(Unit(), count + 1, View(), ImgC());
   ShowMarkText(Unit(), count + 1, View(), ImgC());
   parts_.plotter.RestorePicture(kPartView);
+  parts_.graph.ToolState = Tool::kNone;
   parts_.cancel_tool();
 }
 

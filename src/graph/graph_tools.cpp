@@ -316,7 +316,15 @@ double GraphTools::SumRows(int start, int end) {
   return static_cast<double>(sum);
 }
 
+// A mark that gets no text leaves its cross in the picture, which is then painted anew.
+void GraphTools::DropMarkPoint() {
+  if (parts_.graph.ToolState == Tool::kMarkLocation) {
+    parts_.state.PartPrepared = false;
+  }
+}
+
 void GraphTools::BeginTool() {
+  DropMarkPoint();
   parts_.values.Txt_for_MarkShown = false;
   parts_.values.picXYShown = true;
   parts_.plotter.RestorePicture(kPartView);
@@ -341,6 +349,7 @@ void GraphTools::CancelTool() {
   if (graph.ViewShown != kPartView) {
     return;
   }
+  DropMarkPoint();
   graph.ToolState = Tool::kNone;
   graph.DragOn = false;
   values.EnableTools(true);

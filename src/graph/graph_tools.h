@@ -50,6 +50,7 @@ class GraphTools {
   void BeginTool();
 
  private:
+  void DropMarkPoint();
   void TakeCurve(int place);
   void BandMove(PlotPoint at);
   void BandDraw();

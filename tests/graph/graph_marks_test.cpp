@@ -101,6 +101,30 @@ TEST_F(TheMarks, KeepACommentWithoutACross) {
   EXPECT_TRUE(program.state.SlotDirty[kSlot]);
 }
 
+TEST_F(TheMarks, TakeTheirCrossBackWhenTheyGetNoText) {
+  const auto before = ImgC(kPartView).strokes;
+  graph.PbMark_Click(1);
+  Click({20, 300});
+  EXPECT_NE(ImgC(kPartView).strokes, before);
+  graph.KeyEscape();
+  Tick();
+  EXPECT_EQ(ImgC(kPartView).strokes, before);
+  graph.PbMark_Click(1);
+  Click({20, 300});
+  graph.PbEval_Click(0);
+  Tick();
+  EXPECT_EQ(ImgC(kPartView).strokes, before);
+  EXPECT_EQ(ToolState(), Tool::kFirstPoint);
+}
+
+TEST_F(TheMarks, ArePutWithoutPaintingTheViewAnew) {
+  const int clears = ImgC(kPartView).clears;
+  Mark({20, 300}, kPlace);
+  Comment("text", kPlace);
+  Tick();
+  EXPECT_EQ(ImgC(kPartView).clears, clears);
+}
+
 TEST_F(TheMarks, AskForTheTextOfAComment) {
   const int focus = Shown().FocusCalls;
   graph.PbMark_Click(2);
