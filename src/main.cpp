@@ -50,6 +50,8 @@ class Program {
       }
     });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
+    end_again_.setSingleShot(true);
+    end_again_.callOnTimeout([this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     AddForms();
     AddWorkForms();
@@ -200,7 +202,7 @@ class Program {
     if (form_ != nullptr) {
       logic_.window.Close();
       if (!logic_.window.HasEnded()) {
-        QTimer::singleShot(kTickMilliseconds, qApp, [this] { End(); });
+        end_again_.start(kTickMilliseconds);
         return;
       }
       form_->close();
@@ -241,6 +243,7 @@ class Program {
   std::unique_ptr<Tavrel> form_;
   std::unique_ptr<TavWork> work_form_;    // a child of form_: goes before it
   std::unique_ptr<TavGraph> graph_form_;  // a child of work_form_: goes before that
+  QTimer end_again_;                      // until no rule is at work on an instrument
   TavWait* wait_form_ = nullptr;          // while it is shown
 };
 

@@ -300,7 +300,8 @@ double GraphTools::SumRows(int start, int end) {
   SampleReader reader(parts_.state.SlotFileNo.at(slot));
   PicC().SetScale(view.RecordScale());
   std::vector<Segment> hatch;
-  hatch.reserve(static_cast<std::size_t>((end - start) / channels + 1));
+  const int rows = (end - start) / channels + 1;
+  hatch.reserve(static_cast<std::size_t>(rows));
   float sum = 0;
   double base = 0;
   for (int record = start; record < end; record += channels) {
