@@ -213,7 +213,7 @@ TEST_F(LostValue, BehindACopyOfTheReplyBeforeIsFoundThoughTheCopyLooksGood) {
   const auto answer = room.port.answer;
   bool is_copied = false;
   room.port.answer = [this, answer, &is_copied](const std::string& command) {
-    const std::string reply = answer(command);
+    std::string reply = answer(command);
     if (is_copied || command != "X02?" || room.line.buffers[{1, 3}].size() > 1) {
       return reply;
     }

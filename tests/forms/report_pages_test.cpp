@@ -206,6 +206,7 @@ TEST_F(TheReportOnPaper, DrawsPatternsOverManyShortLines) {
   surface.SetScale({0, 0, 400, 40});
   surface.SetPen({PenMode::kCopy, PenStyle::kDash, 1});
   std::vector<Segment> lines;
+  lines.reserve(400);
   for (int x = 0; x < 400; ++x) {
     lines.push_back({x + 0.0, 20.5, x + 1.0, 20.5, kBlack});
   }

@@ -23,6 +23,7 @@ double NoWidth(std::string_view /*text*/) {
 
 std::vector<double> Places(const std::vector<AxisTick>& ticks) {
   std::vector<double> places;
+  places.reserve(ticks.size());
   for (const AxisTick& tick : ticks) {
     places.push_back(tick.At);
   }
@@ -31,6 +32,7 @@ std::vector<double> Places(const std::vector<AxisTick>& ticks) {
 
 std::vector<std::string> Texts(const std::vector<AxisTick>& ticks) {
   std::vector<std::string> texts;
+  texts.reserve(ticks.size());
   for (const AxisTick& tick : ticks) {
     texts.push_back(tick.Text);
   }

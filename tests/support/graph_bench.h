@@ -37,6 +37,7 @@ class GraphBench {
   // Degrees for words: one row after the other.
   static std::vector<std::int16_t> Words(const std::vector<double>& degrees) {
     std::vector<std::int16_t> words;
+    words.reserve(degrees.size());
     for (const double value : degrees) {
       words.push_back(static_cast<std::int16_t>(std::lround(value * 20)));
     }
