@@ -58,9 +58,9 @@ std::vector<int> InstrumentLine::Numbers() const {
   return numbers;
 }
 
-void InstrumentLine::Advance(std::int64_t ticks, Instrument::Pace pace) {
+void InstrumentLine::Advance(Instrument::Time time, Instrument::Pace pace) {
   for (Station& station : stations_) {
-    station.instrument.Advance(ticks, pace);
+    station.instrument.Advance(time, pace);
   }
 }
 
