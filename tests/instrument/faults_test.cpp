@@ -68,6 +68,13 @@ TEST_F(FaultyLine, WrongLengthHasThreeDigits) {
   EXPECT_EQ(bench.Say("W01=1\r"), ".");
 }
 
+TEST_F(FaultyLine, CutValueKeepsTheLastHalfOfItsDigits) {
+  Set(1, Fault::kCutValue);
+  EXPECT_EQ(bench.Say("W01?"), "E8\r");
+  EXPECT_EQ(bench.Say("1F@"), "0\r");
+  EXPECT_EQ(bench.Say("W01=1\r"), ".");
+}
+
 TEST_F(FaultyLine, NonHexPutsALetterBeyondF) {
   Set(2, Fault::kNonHex);
   const std::string reply = bench.Say("X11?");
