@@ -35,6 +35,31 @@ void MainCycle::Tick() {
   RunTick();
   in_tick_ = false;
   parts_.messages.ShowKept();
+  GoOnIfPressed();
+}
+
+// Behind an exchange that failed the next tick goes on, once the line has settled.
+void MainCycle::GoOnIfPressed() {
+  if (parts_.engine.IsPressed() && parts_.link.IsSettled()) {
+    parts_.events.WhenIdle([this] { PumpBetweenTicks(); });
+  }
+}
+
+// What takes a tick for itself, or the line, keeps the time between two ticks as well.
+void MainCycle::PumpBetweenTicks() {
+  const View view = parts_.state.ActiveView;
+  const bool is_drawing = view == View::kTavGraph && !parts_.state.GraphIdle;
+  if (!enabled_ || in_tick_ || view == View::kTavNum || is_drawing || StandsAtMidnight()) {
+    return;
+  }
+  in_tick_ = true;
+  {
+    const KeepLinkArguments keep(parts_.link);
+    parts_.engine.PumpOnce();
+  }
+  in_tick_ = false;
+  parts_.messages.ShowKept();
+  GoOnIfPressed();
 }
 
 void MainCycle::RunTick() {
