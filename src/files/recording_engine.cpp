@@ -42,8 +42,9 @@ void RecordingEngine::PumpOnce() {
   if (ServeFirst()) {
     return;
   }
+  const bool is_whole_search = state_.PumpSlot == kSlots && state_.PumpChannel == kInputs;
   if (!FindWork()) {
-    is_pressed_ = false;
+    is_pressed_ = is_pressed_ && !is_whole_search;
     state_.PumpSlot = kSlots;
     state_.PumpChannel = kInputs;
     return;

@@ -38,18 +38,19 @@ void MainCycle::Tick() {
   GoOnIfPressed();
 }
 
-// Behind an exchange that failed the next tick goes on, once the line has settled.
 void MainCycle::GoOnIfPressed() {
-  if (parts_.engine.IsPressed() && parts_.link.IsSettled()) {
+  if (parts_.engine.IsPressed()) {
     parts_.events.WhenIdle([this] { PumpBetweenTicks(); });
   }
 }
 
-// What takes a tick for itself, or the line, keeps the time between two ticks as well.
+// What takes a tick for itself, or the line, keeps the time between two ticks as well. Behind an
+// exchange that failed one of the next ticks goes on, once the line has settled.
 void MainCycle::PumpBetweenTicks() {
   const View view = parts_.state.ActiveView;
   const bool is_drawing = view == View::kTavGraph && !parts_.state.GraphIdle;
-  if (!enabled_ || in_tick_ || view == View::kTavNum || is_drawing || StandsAtMidnight()) {
+  const bool is_taken = in_tick_ || view == View::kTavNum || is_drawing;
+  if (!enabled_ || is_taken || StandsAtMidnight() || !parts_.link.IsSettled()) {
     return;
   }
   in_tick_ = true;
