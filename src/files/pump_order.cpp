@@ -29,6 +29,13 @@ void PumpOrder::TakeSet(int slot, Time now) {
 void PumpOrder::TakeFailure(int slot, Time now) {
   Entry& entry = entries_[slot];
   entry.failing_since = entry.failing_since.value_or(now);
+  turn_ = Below(slot);
+}
+
+bool PumpOrder::MayTryAgain(int slot, Time now) const {
+  const Entry& entry = entries_[slot];
+  const bool is_bad_line = entry.failing_since && now - *entry.failing_since < kBadLine;
+  return is_bad_line && entry.fill.IsInDanger(now);
 }
 
 bool PumpOrder::WantsReading(int slot, Time now) const {

@@ -23,6 +23,10 @@ class PumpOrder {
   // An outage that lasts so long can have filled a buffer; a shorter one costs no exchange.
   static constexpr std::chrono::seconds kOutage{60};
 
+  // After a failed exchange a slot in danger is tried again without waiting for the ten-second
+  // tick, but not for longer than this: then the line is not bad, the instrument is away.
+  static constexpr std::chrono::seconds kBadLine{5};
+
   // The count of the slot's buffer is to be read before its next sample.
   void WantReading(int slot) { entries_[slot].is_wanted = true; }
 
@@ -36,13 +40,17 @@ class PumpOrder {
   // One set of the slot is in its file. The next slot in danger has its turn then.
   void TakeSet(int slot, Time now);
 
-  // How an exchange for the slot has ended: an outage begins with the first one that fails.
+  // How an exchange for the slot has ended: an outage begins with the first one that fails, and
+  // the next slot in danger has its turn.
   void TakeFailure(int slot, Time now);
   void TakeAnswer(int slot) { entries_[slot].failing_since.reset(); }
 
   // True if the count is to be read before anything else of that slot: at the start, and when its
   // instrument may be back after an outage.
   [[nodiscard]] bool WantsReading(int slot, Time now) const;
+
+  // True for a slot in danger whose last exchange has failed on a line that is only bad.
+  [[nodiscard]] bool MayTryAgain(int slot, Time now) const;
 
   // The slots to be served first: those of which a count is wanted, then those in danger from the
   // one on whose turn it is. Only slots that are kReading. Empty: the cursor decides.
@@ -58,7 +66,7 @@ class PumpOrder {
   };
 
   BySlot<Entry> entries_;
-  int turn_ = kSlots;  // the slot in danger that is served next, or the next one below it
+  int turn_ = kSlots;  // it or the next one below it is the slot in danger to be served next
 };
 
 }  // namespace tavrel

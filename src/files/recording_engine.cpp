@@ -59,6 +59,7 @@ bool RecordingEngine::ServeFirst() {
   if (link_.Simulated) {
     return false;
   }
+  WakeThoseInDanger();
   const int slot_before = state_.PumpSlot;
   const int channel_before = state_.PumpChannel;
   for (const int slot : order_.First(state_.ReadState, clock_.Elapsed())) {
@@ -78,6 +79,16 @@ bool RecordingEngine::ServeFirst() {
     }
   }
   return false;
+}
+
+// A set that could not be written is left to the ten-second tick.
+void RecordingEngine::WakeThoseInDanger() {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const bool waits = state_.ReadState[slot] == ReadState::kWaiting && !IsSetComplete(slot);
+    if (waits && order_.MayTryAgain(slot, clock_.Elapsed())) {
+      state_.ReadState[slot] = ReadState::kReading;
+    }
+  }
 }
 
 // One step for the slot under the cursor, which has work.

@@ -82,6 +82,7 @@ class RecordingEngine {
  private:
   // The pump.
   [[nodiscard]] bool ServeFirst();
+  void WakeThoseInDanger();
   [[nodiscard]] bool FindWork();
   [[nodiscard]] bool SlotHasWork();
   void ServeSlot();

@@ -115,6 +115,22 @@ TEST_F(Order, AsksAnInstrumentThatRefusesToCountAgainOnlyAfterTheNextOutage) {
   EXPECT_TRUE(order.WantsReading(5, kNow + seconds(560)));
 }
 
+TEST_F(Order, TriesAgainForAWhileWhatFailsInDanger) {
+  Hold(5, 850);
+  Hold(4, 850);
+  Hold(6, 800);
+  EXPECT_FALSE(order.MayTryAgain(5, kNow));
+  order.TakeFailure(6, kNow);
+  order.TakeFailure(5, kNow);
+  EXPECT_EQ(First(), (std::vector<int>{4, 5})) << "the other one has its turn";
+  EXPECT_TRUE(order.MayTryAgain(5, kNow + milliseconds(4999)));
+  EXPECT_FALSE(order.MayTryAgain(5, kNow + seconds(5)));
+  EXPECT_FALSE(order.MayTryAgain(4, kNow));
+  EXPECT_FALSE(order.MayTryAgain(6, kNow)) << "not in danger";
+  order.TakeAnswer(5);
+  EXPECT_FALSE(order.MayTryAgain(5, kNow));
+}
+
 TEST_F(Order, KnowsTheFillOfEachSlot) {
   Hold(5, 10);
   EXPECT_EQ(order.Fill(5).MostWaiting(kNow), 10);

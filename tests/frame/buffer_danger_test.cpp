@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -238,6 +239,44 @@ TEST_F(BufferDanger, ALostReplyInDangerHoldsUpNoOtherRecording) {
   GridRun run(bench);
   EXPECT_TRUE(run.Until([this] { return AllAreRead(); }, minutes(40)));
   EXPECT_EQ(line.Overrun(), 0);
+}
+
+// Two of five replies never come. By the ten-second tick alone a slot that meets one would make
+// fewer exchanges than its instrument makes samples.
+TEST_F(BufferDanger, ABadLineIsTriedAgainAtOnce) {
+  Install({9, 4, {2, 9}, 10, 860});
+  bench.Start();
+  bench.state.ActiveView = View::kTavProg;
+  const auto answer = bench.port.answer;
+  std::uint32_t dice = 1;
+  bench.port.answer = [&](const std::string& command) {
+    dice = dice * 1664525 + 1013904223;
+    const std::string reply = answer(command);
+    if ((dice >> 16) % 5 < 2) {
+      bench.port.DropComing();
+    }
+    return reply;
+  };
+  GridRun run(bench);
+  run.For(minutes(60));
+  EXPECT_EQ(line.Overrun(), 0);
+  EXPECT_LE(run.LongestWait(), milliseconds(112)) << "one silence";
+}
+
+TEST_F(BufferDanger, ASilentInstrumentIsLeftToTheTenSecondTick) {
+  Install({9, 4, {2, 9}, 10, 860});
+  Install({8, 3, {2, 9}, 10, 860});
+  bench.Start();
+  bench.state.ActiveView = View::kTavProg;
+  line.silent = {4};
+  GridRun run(bench);
+  bench.port.sent.clear();
+  run.For(seconds(20));
+  EXPECT_LE(SentTo(4), 20) << "others have their turn between two tries";
+  bench.port.sent.clear();
+  run.For(seconds(60));
+  EXPECT_LE(SentTo(4), 6);
+  EXPECT_GE(SentTo(4), 5);
 }
 
 TEST_F(BufferDanger, ALastSetAtTheEndIsOneSetOfEachRecording) {
