@@ -87,6 +87,8 @@ class Instrument {
   // Lets its own time run until each sampled input holds `sets` samples. False: no input is
   // sampled, or it would take longer than 40 days.
   [[nodiscard]] bool Fill(int sets);
+  // Lets its own time run on at once, whatever overruns by it.
+  void Pass(std::chrono::seconds time) { Advance(time, Pace::kCoarse); }
   void Connect(int input, const Connection& connection);
   void SetTestResult(int command, std::int16_t result) { tests_.SetResult(command, result); }
 
