@@ -83,13 +83,14 @@ struct ProgramLogic {
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
-  Attachment attachment{{state, files, settings, sheet, messages}};
+  Attachment attachment{{state, files, engine, settings, sheet, messages}};
   SimulationQuestion simulation{state, link, machine.dialogs};
-  MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.clock}};
+  MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
+                   machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                      machine.screens, machine.events, machine.shell, machine.clock}};
-  StartUp start_up{{state, link, files, settings, attachment, sheet, cycle, window, messages,
-                    machine.dialogs, machine.screens, machine.events, machine.clock}};
+  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
+                    messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 
 }  // namespace tavrel

@@ -76,6 +76,7 @@ void Attachment::RetryWaiting() {
     }
     if (Open(slot)) {
       parts_.messages.Recovered(slot);
+      parts_.engine.TakeUp(slot, std::nullopt);
     }
     ShowSlot(slot);
   }

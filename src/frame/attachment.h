@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "common/messages.h"
+#include "files/recording_engine.h"
 #include "files/recording_file.h"
 #include "frame/main_sheet.h"
 #include "frame/run_state.h"
@@ -22,6 +23,7 @@ class Attachment {
   struct Parts {  // all outlive this
     RunState& state;
     RecordingFiles& files;
+    RecordingEngine& engine;
     SettingsStore& settings;
     MainSheet& sheet;
     Messages& messages;

@@ -11,6 +11,7 @@
 #include "frame/simulation_question.h"
 #include "link/link.h"
 #include "platform/clock.h"
+#include "platform/events.h"
 
 namespace tavrel {
 
@@ -18,6 +19,8 @@ inline constexpr int kTickMilliseconds = 50;
 
 // All traffic that the system starts by itself. Each tick decides who may use the line in it:
 // the screen in front first, the sample pump and the work of the minute on what that leaves.
+// While recordings are in danger the pump also runs between the ticks, one exchange after the
+// other, and after each of them the user's events are served.
 class MainCycle {
  public:
   struct Parts {  // all outlive the cycle
@@ -28,6 +31,7 @@ class MainCycle {
     Attachment& attachment;
     SimulationQuestion& simulation;
     Messages& messages;
+    Events& events;
     const Clock& clock;
   };
 
@@ -71,6 +75,8 @@ class MainCycle {
   [[nodiscard]] bool IsPast(float deadline) const { return Timer() > deadline; }
 
   void RunTick();
+  void PumpBetweenTicks();
+  void GoOnIfPressed();
   [[nodiscard]] bool StandsAtMidnight();
   void ArmAll();
   [[nodiscard]] bool ServeScreen();

@@ -31,6 +31,7 @@ class StartUp {
     RunState& state;
     Link& link;
     RecordingFiles& files;
+    RecordingEngine& engine;
     SettingsStore& settings;
     Attachment& attachment;
     MainSheet& sheet;
