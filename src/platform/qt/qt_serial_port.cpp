@@ -1,5 +1,7 @@
 #include "platform/qt/qt_serial_port.h"
 
+#include <sys/stat.h>
+
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <thread>
@@ -51,8 +53,8 @@ bool ClearAway(const QString& device, QSerialPort::SerialPortError error) {
 
 }  // namespace
 
-QtSerialPort::QtSerialPort(std::string program_directory)
-    : program_directory_(std::move(program_directory)) {
+QtSerialPort::QtSerialPort(std::string program_directory, SerialPlaces places)
+    : program_directory_(std::move(program_directory)), places_(std::move(places)) {
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { OnError(error); });
 }
@@ -60,27 +62,63 @@ QtSerialPort::QtSerialPort(std::string program_directory)
 PortOpening QtSerialPort::Open(int number, std::string_view settings) {
   Close();
   event_ = 0;
+  known_.reset();
+  number_ = number;
   const auto wanted = ReadSerialSettings(settings);
   if (!wanted) {
     return {QSerialPort::UnsupportedOperationError,
             "The port cannot be set to \"" + std::string(settings) + "\"."};
   }
-  const std::string device = SerialDevice(number, program_directory_);
+  const std::string device = SerialDevice(number, program_directory_, places_.DeviceDirectory);
   if (device.empty()) {
     return {QSerialPort::DeviceNotFoundError,
             "There is no port COM" + std::to_string(number) + "."};
   }
-  const QString path = WithoutLinks(device);
-  port_.setPortName(path);
   // A change of parity fails on an open port, so everything is set before.
   Apply(*wanted);
+  PortOpening opening = OpenAt(device);
+  if (opening.Error == 0) {
+    known_ = Recognise(device, DeviceNumber(), places_);
+  }
+  return opening;
+}
+
+// Which device it is, is looked at once more when it is open: until then the name may have gone
+// over to another.
+PortOpening QtSerialPort::Reopen() {
+  Close();
+  event_ = 0;
+  const std::string device = known_ ? WhereItIsNow(*known_, places_) : "";
+  if (device.empty()) {
+    return Gone();
+  }
+  PortOpening opening = OpenAt(device);
+  if (opening.Error == 0 && !IsSameDevice(*known_, DeviceNumber(), places_)) {
+    Close();
+    return Gone();
+  }
+  return opening;
+}
+
+PortOpening QtSerialPort::Gone() const {
+  return {QSerialPort::DeviceNotFoundError, GoneAdvice(number_, known_.value_or(KnownDevice{}))};
+}
+
+PortOpening QtSerialPort::OpenAt(const std::string& device) {
+  const QString path = WithoutLinks(device);
+  port_.setPortName(path);
   if (!OpenDevice() && !(ClearAway(path, port_.error()) && OpenDevice())) {
     const auto error = port_.error();
-    return {error, AdviceFor(number, device, error, port_.errorString().toStdString()),
+    return {error, AdviceFor(number_, device, error, port_.errorString().toStdString()),
             error == QSerialPort::PermissionError && MayBeOpened(device)};
   }
   ShareIfPseudoTerminal(path, port_.handle());
   return {};
+}
+
+dev_t QtSerialPort::DeviceNumber() const {
+  struct stat status {};
+  return fstat(port_.handle(), &status) == 0 ? status.st_rdev : dev_t{};
 }
 
 bool QtSerialPort::OpenDevice() {

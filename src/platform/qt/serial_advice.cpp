@@ -41,6 +41,15 @@ std::string NoRightsAdvice(int number, const std::string& device, const std::str
          "sudo usermod -aG " + group + " $USER\n\n" + "and log in again.";
 }
 
+std::string GoneAdvice(int number, const KnownDevice& known) {
+  const bool has_serial = known.Plugged && known.HasItsOwnSerial;
+  const std::string adapter =
+      has_serial ? ", the adapter with the serial number " + known.Plugged->Serial : "";
+  return PortName(number) + " has gone (" + known.Path + adapter + ").\n\n" +
+         "The same device is opened as soon as it is back. " +
+         "For another one confirm the settings.";
+}
+
 std::string AdviceFor(int number, const std::string& device, QSerialPort::SerialPortError error,
                       const std::string& system_text) {
   if (error == QSerialPort::PermissionError) {

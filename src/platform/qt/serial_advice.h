@@ -4,6 +4,8 @@
 #include <QSerialPort>
 #include <string>
 
+#include "platform/known_device.h"
+
 // Why a port does not open, and what the user can do about it, in plain words.
 namespace tavrel {
 
@@ -20,6 +22,9 @@ namespace tavrel {
 // The text for a device that belongs to `group` and may not be opened.
 [[nodiscard]] std::string NoRightsAdvice(int number, const std::string& device,
                                          const std::string& group);
+
+// The text for a port that has vanished while it was in use and is not back.
+[[nodiscard]] std::string GoneAdvice(int number, const KnownDevice& known);
 
 }  // namespace tavrel
 
