@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/qt/dead_lock.h"
+#include "platform/port_lock.h"
 #include "platform/qt/serial_advice.h"
 #include "platform/qt/serial_device.h"
 #include "platform/serial_names.h"
@@ -37,18 +37,6 @@ QString WithoutLinks(const std::string& device) {
   const QString path = QString::fromStdString(device);
   const QString real = QFileInfo(path).canonicalFilePath();
   return real.isEmpty() ? path : real;
-}
-
-// What a process that was killed has left on the device. True if another try is worth while.
-bool ClearAway(const QString& device, QSerialPort::SerialPortError error) {
-  switch (error) {
-    case QSerialPort::PermissionError:
-      return RemoveDeadLock(SerialLockFile(device));
-    case QSerialPort::UnsupportedOperationError:
-      return UnsettleDevice(device);
-    default:
-      return false;
-  }
 }
 
 }  // namespace
@@ -105,15 +93,51 @@ PortOpening QtSerialPort::Gone() const {
 }
 
 PortOpening QtSerialPort::OpenAt(const std::string& device) {
+  PortOpening locked = LockedByOthers(device);
+  if (locked.Error != 0) {
+    return locked;
+  }
   const QString path = WithoutLinks(device);
   port_.setPortName(path);
-  if (!OpenDevice() && !(ClearAway(path, port_.error()) && OpenDevice())) {
-    const auto error = port_.error();
-    return {error, AdviceFor(number_, device, error, port_.errorString().toStdString()),
-            error == QSerialPort::PermissionError && MayBeOpened(device)};
+  const bool is_open = OpenDevice() || (port_.error() == QSerialPort::UnsupportedOperationError &&
+                                        UnsettleDevice(path) && OpenDevice());
+  if (!is_open) {
+    return Refused(device);
   }
   ShareIfPseudoTerminal(path, port_.handle());
   return {};
+}
+
+// The toolkit deletes every lock file that has no program's name in it, and every other that is
+// older than half a minute and not locked by the kernel, whether its process lives or not. So the
+// port is opened only where nothing stands that it could take away from a living program.
+PortOpening QtSerialPort::LockedByOthers(const std::string& device) const {
+  const std::string own = SerialLockFile(WithoutLinks(device)).toStdString();
+  for (const std::string& file : PortLockFiles(DeviceNames(device), places_.DeviceDirectory)) {
+    const PortLock lock = LookAtPortLock(file);
+    const bool is_out_of_the_way =
+        lock.State == LockState::kFree ||
+        (lock.State == LockState::kLeft && (RemovePortLock(file) || file != own));
+    if (!is_out_of_the_way) {
+      return {QSerialPort::PermissionError, LockAdvice(number_, device, file, lock),
+              lock.State == LockState::kHeld};
+    }
+  }
+  return {};
+}
+
+PortOpening QtSerialPort::Refused(const std::string& device) const {
+  const auto error = port_.error();
+  const bool is_forbidden = error == QSerialPort::PermissionError && MayBeOpened(device);
+  if (is_forbidden) {
+    const std::string lock = SerialLockFile(WithoutLinks(device)).toStdString();
+    const std::string reason = WhyNoPortLock(lock);
+    if (!reason.empty()) {
+      return {error, NoLockAdvice(number_, device, lock, reason)};
+    }
+  }
+  return {error, AdviceFor(number_, device, error, port_.errorString().toStdString()),
+          is_forbidden};
 }
 
 dev_t QtSerialPort::DeviceNumber() const {

@@ -37,6 +37,8 @@ class QtSerialPort : public SerialPort {
   void OnError(QSerialPort::SerialPortError error);
   void Apply(const SerialSettings& settings);
   [[nodiscard]] PortOpening OpenAt(const std::string& device);
+  [[nodiscard]] PortOpening LockedByOthers(const std::string& device) const;
+  [[nodiscard]] PortOpening Refused(const std::string& device) const;
   [[nodiscard]] bool OpenDevice();
   [[nodiscard]] dev_t DeviceNumber() const;
   [[nodiscard]] PortOpening Gone() const;
