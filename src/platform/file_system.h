@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/random_file.h"
+
 // What the program asks of directories and whole files. Paths are UTF-8; nothing throws.
 // File names compare without regard to case, also where the disk does not.
 namespace tavrel {
@@ -24,6 +26,13 @@ namespace tavrel {
 // the case of `name`; empty if there is none. The exact spelling wins over others.
 [[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
                                                   std::string_view name);
+
+// True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
+// directory, a device, a link that leads nowhere.
+[[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);
+
+// True if nothing is at `path` for certain. False also where the disk does not say.
+[[nodiscard]] bool IsAbsent(const std::string& path);
 
 // True if `directory` holds at least one plain file (hidden ones do not count).
 [[nodiscard]] bool HoldsAnyFile(const std::string& directory);
@@ -52,15 +61,22 @@ namespace tavrel {
 // text if it can; the disk may be full nevertheless.
 [[nodiscard]] std::string WhyNotReplaceable(const std::string& path);
 
-// Copies a plain file with the same care. A file is never copied onto itself, by whatever name.
+// Copies a plain file with the same care. A file is never copied onto itself, by whatever name. A
+// link at `to` is replaced and what it leads to stays as it is; a link to a directory is refused.
 // Empty text on success.
 [[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);
 
 // Empty text on success; a file that is not there counts as deleted.
 [[nodiscard]] std::string DeleteFile(const std::string& path);
 
+// Takes a symbolic link away; what it leads to, and whatever is no link, stays.
+void DeleteLink(const std::string& path);
+
 // True if both paths lead to the same file, through links and other spellings.
 [[nodiscard]] bool IsSameFile(const std::string& left, const std::string& right);
+
+// Of the file or directory that `path` leads to; empty if there is none.
+[[nodiscard]] std::optional<FileIdentity> IdentityOf(const std::string& path);
 
 // Makes what happened to the names in `directory` (creation, renaming) durable.
 void SyncDirectory(const std::string& directory);
