@@ -50,6 +50,12 @@ std::string MakeFile(RandomFile& file, const std::string& directory, const std::
   return not_deleted.empty() ? problem : problem + ", " + not_deleted;
 }
 
+// For writing. A link in its place goes, so that nobody's file behind it is written over.
+bool OpenHeldSet(RandomFile& file, const std::string& path) {
+  DeleteLink(path);
+  return file.Open(path, FileAccess::kCreate);
+}
+
 // The number of headers that `length` bytes are, to the nearest, ties to even.
 std::int64_t HeadersIn(std::int64_t length) {
   return std::llrint(static_cast<double>(length) / kHeaderBytes);
@@ -223,7 +229,7 @@ void RecordingFiles::KeepHeldSet(int slot, int asked_input) {
     return;
   }
   RandomFile& file = held_set_files_[slot];
-  if (!file.IsOpen() && !file.Open(HeldSetPath(slot), FileAccess::kCreate)) {
+  if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
     return;
   }
   const HeldSetBytes bytes = EncodeHeldSet(
@@ -238,7 +244,7 @@ void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
   const HeldSetBytes bytes =
       EncodeHeldSet({0, 0, state_.SampleSeen[slot], state_.SampleValue[slot]});
   RandomFile file;
-  if (file.Open(JoinPath(state_.SlotPath[slot], HeldSetName(name)), FileAccess::kCreate)) {
+  if (OpenHeldSet(file, JoinPath(state_.SlotPath[slot], HeldSetName(name)))) {
     static_cast<void>(file.WriteAt(0, std::as_bytes(std::span(bytes))));
   }
 }
@@ -365,7 +371,7 @@ bool RecordingFiles::IsNameTaken(int slot, const std::string& name) const {
       return true;
     }
   }
-  return IsTableSlot(slot) && FindFile(state_.SlotPath[slot], name).has_value();
+  return IsTableSlot(slot) && HoldsName(state_.SlotPath[slot], name);
 }
 
 void RecordingFiles::CloseRecordingFile(int slot) {
