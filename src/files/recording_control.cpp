@@ -107,6 +107,7 @@ void RecordingEngine::EndOfRecording(int slot) {
   switch (state_.Unit[slot].UnitEndAction) {
     case kSwitchControllerOff:
       state_.Unit[slot].UnitCtrlState = 0;
+      state_.ProgRunning[slot] = false;  // its next step would switch the controller on again
       StopInFile(slot);
       SwitchControllerOff(slot);
       break;

@@ -68,7 +68,8 @@ class RecordingEngine {
   void StopRecording(int slot);
 
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
-  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle.
+  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle. Where the
+  // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
   // The user has switched that controller with success, or given it to a program: an end action
