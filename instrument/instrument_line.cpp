@@ -11,11 +11,32 @@ constexpr char kRefused = '?';
 // Noise never looks like a carriage return, an ESC, a "." or a "?".
 constexpr std::string_view kNoise = "\x01\x7F\xF0\xFE\x55~#U";
 constexpr int kNoiseBytes = 2;
+constexpr std::uint16_t kNoValue = 0x8000;
 
 // A reply is told worse, never better.
 void Worsen(Reply& reply, Fate fate) {
   if (reply.handed && reply.handed->fate != Fate::kSpoiled) {
     reply.handed->fate = fate;
+  }
+}
+
+// What becomes of the digits of a value.
+void SpoilDigits(FaultBook& faults, Reply& reply) {
+  if (faults.Strikes(Fault::kWrongLength)) {
+    if (reply.bytes.size() > 4) {
+      reply.bytes.erase(0, 1);
+    } else {
+      reply.bytes.insert(0, 1, '0');
+    }
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (faults.Strikes(Fault::kCutValue)) {
+    reply.bytes.erase(0, reply.bytes.size() / 2);
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (faults.Strikes(Fault::kNonHex)) {
+    reply.bytes.at(static_cast<std::size_t>(faults.Draw(2))) = 'G';
+    Worsen(reply, Fate::kSpoiled);
   }
 }
 
@@ -95,6 +116,10 @@ Reply InstrumentLine::Obey(Station& station, const Command& command) {
   }
   Instrument& instrument = station.instrument;
   if (!command.write) {
+    if (MissesValue(station, command)) {
+      reply.bytes = ValueReply(command.access, kNoValue);
+      return reply;
+    }
     return ReadValue(instrument, command);
   }
   const bool done = Write(instrument, command);
@@ -130,6 +155,12 @@ Reply InstrumentLine::ReadValue(Instrument& instrument, const Command& command) 
   return reply;
 }
 
+bool InstrumentLine::MissesValue(Station& station, const Command& command) {
+  const bool is_present_value =
+      command.access == Access::kRegister && LetterOf(command.address) == 'Y';
+  return is_present_value && station.faults.Strikes(Fault::kNoValue);
+}
+
 bool InstrumentLine::Write(Instrument& instrument, const Command& command) {
   switch (command.access) {
     case Access::kRegister:
@@ -151,18 +182,8 @@ bool InstrumentLine::Write(Instrument& instrument, const Command& command) {
 
 void InstrumentLine::Spoil(Station& station, Reply& reply) {
   FaultBook& faults = station.faults;
-  const bool is_value = reply.bytes.back() == '\r';
-  if (is_value && faults.Strikes(Fault::kWrongLength)) {
-    if (reply.bytes.size() > 4) {
-      reply.bytes.erase(0, 1);
-    } else {
-      reply.bytes.insert(0, 1, '0');
-    }
-    Worsen(reply, Fate::kSpoiled);
-  }
-  if (is_value && faults.Strikes(Fault::kNonHex)) {
-    reply.bytes.at(static_cast<std::size_t>(faults.Draw(2))) = 'G';
-    Worsen(reply, Fate::kSpoiled);
+  if (reply.bytes.back() == '\r') {
+    SpoilDigits(faults, reply);
   }
   if (faults.Strikes(Fault::kGarbage)) {
     for (int i = 0; i < kNoiseBytes; ++i) {

@@ -33,6 +33,7 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message({"failed", kStartTitle, BoxIcon::kWarning});
     return;
   }
+  TakeBufferCount(slot, 0, clock_.Elapsed());
   screens_.Show(View::kTavWait);
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
   state_.SampleSeen[slot].fill(false);
@@ -106,6 +107,7 @@ void RecordingEngine::EndOfRecording(int slot) {
   switch (state_.Unit[slot].UnitEndAction) {
     case kSwitchControllerOff:
       state_.Unit[slot].UnitCtrlState = 0;
+      state_.ProgRunning[slot] = false;  // its next step would switch the controller on again
       StopInFile(slot);
       SwitchControllerOff(slot);
       break;

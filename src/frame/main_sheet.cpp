@@ -123,6 +123,17 @@ void MainSheet::RefreshRow() {
   }
 }
 
+// The cells empty with what is remembered of them: an instrument that does not answer any more
+// gives nothing new that would take the place of its old values.
+void MainSheet::EmptyCells(int slot) {
+  SheetRow& row = Row(slot);
+  for (std::string* cell :
+       {&row.lb_Rec, &row.lb_Rstat, &row.RstatNote, &row.lb_Ref, &row.lb_Ctrl, &row.lb_Cstat}) {
+    cell->clear();
+  }
+  row.sh_Rstat = row.sh_Cstat = kGrey;
+}
+
 void MainSheet::BeginPass() {
   parts_.state.SheetSlot = 0;
   values_.Indicator = true;
@@ -142,6 +153,9 @@ void MainSheet::RefreshSlot(int slot) {
   ShownRaw& shown = Shown(slot);
   Link& link = parts_.link;
 
+  if (shown.com_status == kNothingShown) {
+    EmptyCells(slot);
+  }
   link.ComInet = unit.UnitInet;
   link.ComLetter = reg::kPresentValue;
   link.ComIndex = unit.UnitRef;

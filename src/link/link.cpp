@@ -6,7 +6,6 @@
 #include "common/number.h"
 #include "common/text.h"
 #include "link/registers.h"
-#include "link/reply.h"
 
 namespace tavrel {
 namespace {
@@ -124,7 +123,7 @@ void Link::ReadReg() {
     AnswerRead(SimulatedRegister());
     return;
   }
-  ReadValue(RegisterReadFrame(mode_, Address(), {ComLetter, ComIndex}));
+  ReadValue(RegisterReadFrame(mode_, Address(), {ComLetter, ComIndex}), ValueDigits::kFour);
 }
 
 void Link::WriteReg() {
@@ -169,7 +168,8 @@ void Link::WritePort() {
 }
 
 void Link::ReadSpace(Space space) {
-  ReadValue(SpaceReadFrame(mode_, Address(), space, ComLetter));
+  ReadValue(SpaceReadFrame(mode_, Address(), space, ComLetter),
+            space == Space::kPort ? ValueDigits::kTwo : ValueDigits::kTwoOrFour);
 }
 
 // On a direct line nothing acknowledges a memory or port write: it counts as good unseen.
@@ -191,11 +191,11 @@ void Link::AnswerWrite(std::int16_t* word) {
   Finish(LinkResult::kGood);
 }
 
-void Link::ReadValue(const std::string& frame) {
+void Link::ReadValue(const std::string& frame, ValueDigits digits) {
   ReplyText.clear();
   LinkResult result = LinkSend(frame);
   if (result == LinkResult::kGood) {
-    result = WaitValue();
+    result = WaitValue(digits);
   }
   if (result == LinkResult::kGood) {
     ComValue = ReadHex(ReplyText);
@@ -299,9 +299,9 @@ void Link::LinkPace() {
   }
 }
 
-LinkResult Link::WaitValue() {
-  return WaitFor([this]() -> std::optional<LinkResult> {
-    const auto verdict = JudgeValue(rx_buffer_);
+LinkResult Link::WaitValue(ValueDigits digits) {
+  return WaitFor([this, digits]() -> std::optional<LinkResult> {
+    const auto verdict = JudgeValue(rx_buffer_, digits);
     if (!verdict) {
       return std::nullopt;
     }

@@ -8,6 +8,7 @@
 
 #include "link/frame.h"
 #include "link/line_mode.h"
+#include "link/reply.h"
 #include "link/result.h"
 #include "link/simulated_store.h"
 #include "platform/clock.h"
@@ -53,6 +54,8 @@ class Link : public LinkArguments {
   // a direct line and when simulated.
   void LinkAbort();
 
+  // A register has four digits, a port two, memory either; a value of another number of digits is
+  // an exchange that failed.
   void ReadReg();
   void WriteReg();
   void ReadMem();
@@ -97,7 +100,7 @@ class Link : public LinkArguments {
   void WriteSpace(Space space);
   void AnswerRead(const std::int16_t* word);
   void AnswerWrite(std::int16_t* word);
-  void ReadValue(const std::string& frame);
+  void ReadValue(const std::string& frame, ValueDigits digits);
   void WriteValue(const std::string& frame, Acknowledge acknowledge);
   void Finish(LinkResult result);
 
@@ -108,7 +111,7 @@ class Link : public LinkArguments {
   void GatherUntilQuiet();
   void LinkPoll();
   void LinkPace();
-  [[nodiscard]] LinkResult WaitValue();
+  [[nodiscard]] LinkResult WaitValue(ValueDigits digits);
   [[nodiscard]] LinkResult WaitAck();
   template <typename Judge>
   [[nodiscard]] LinkResult WaitFor(Judge judge);

@@ -11,7 +11,6 @@
 namespace tavrel {
 namespace {
 
-constexpr const char* kCheckTitle = "check of program";
 constexpr const char* kReadTitle = "Read  file";
 constexpr const char* kWriteTitle = "Write file";
 
@@ -248,7 +247,7 @@ bool ProgramEditor::Check() {
   if (!finding) {
     return true;
   }
-  parts_.dialogs.Message({*finding, kCheckTitle, BoxIcon::kWarning});
+  parts_.dialogs.Message({*finding, kProgramCheckTitle, BoxIcon::kWarning});
   prog_changed_ = prog_changed_ && !IsEmptyProgram(rows_);
   return false;
 }
