@@ -7,6 +7,7 @@
 
 #include "common/text.h"
 #include "files/held_set.h"
+#include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
@@ -48,6 +49,12 @@ std::string MakeFile(RandomFile& file, const std::string& directory, const std::
   file.Close();
   const std::string not_deleted = DeleteFile(path);
   return not_deleted.empty() ? problem : problem + ", " + not_deleted;
+}
+
+// For writing. A link in its place goes, so that nobody's file behind it is written over.
+bool OpenHeldSet(RandomFile& file, const std::string& path) {
+  DeleteLink(path);
+  return file.Open(path, FileAccess::kCreate);
 }
 
 // The number of headers that `length` bytes are, to the nearest, ties to even.
@@ -114,22 +121,12 @@ std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
 // The slot that has the file at `path` already, or that comes first with a key of the same name
 // and still waits for its file; 0 if there is none. The viewer may look at any file.
 int RecordingFiles::OwnerOf(int slot, const std::string& path) const {
-  const std::string& name = state_.SlotFile[slot];
+  const auto waits_for_it = [&](int other) {
+    return other < slot && state_.SlotFile[other].empty() &&
+           EqualNoCase(state_.Settings.ActiveFiles[other - 1], state_.SlotFile[slot]);
+  };
   for (int other = 1; IsSlot(slot) && other <= kSlots; ++other) {
-    if (other == slot) {
-      continue;
-    }
-    const std::string& other_name = state_.SlotFile[other];
-    if (other_name.empty()) {
-      if (other < slot && EqualNoCase(state_.Settings.ActiveFiles[other - 1], name)) {
-        return other;
-      }
-      continue;
-    }
-    const auto other_path = FindFile(state_.SlotPath[other], other_name);
-    const bool is_same_name =
-        EqualNoCase(other_name, name) && state_.SlotPath[other] == state_.SlotPath[slot];
-    if (is_same_name || (other_path && IsSameFile(*other_path, path))) {
+    if (other != slot && (waits_for_it(other) || IsFileOfSlot(state_, other, path))) {
       return other;
     }
   }
@@ -223,7 +220,7 @@ void RecordingFiles::KeepHeldSet(int slot, int asked_input) {
     return;
   }
   RandomFile& file = held_set_files_[slot];
-  if (!file.IsOpen() && !file.Open(HeldSetPath(slot), FileAccess::kCreate)) {
+  if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
     return;
   }
   const HeldSetBytes bytes = EncodeHeldSet(
@@ -238,7 +235,7 @@ void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
   const HeldSetBytes bytes =
       EncodeHeldSet({0, 0, state_.SampleSeen[slot], state_.SampleValue[slot]});
   RandomFile file;
-  if (file.Open(JoinPath(state_.SlotPath[slot], HeldSetName(name)), FileAccess::kCreate)) {
+  if (OpenHeldSet(file, JoinPath(state_.SlotPath[slot], HeldSetName(name)))) {
     static_cast<void>(file.WriteAt(0, std::as_bytes(std::span(bytes))));
   }
 }
@@ -365,7 +362,7 @@ bool RecordingFiles::IsNameTaken(int slot, const std::string& name) const {
       return true;
     }
   }
-  return IsTableSlot(slot) && FindFile(state_.SlotPath[slot], name).has_value();
+  return IsTableSlot(slot) && HoldsName(state_.SlotPath[slot], name);
 }
 
 void RecordingFiles::CloseRecordingFile(int slot) {

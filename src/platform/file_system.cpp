@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,7 +14,6 @@
 #include <system_error>
 
 #include "common/text.h"
-#include "platform/random_file.h"
 
 namespace tavrel {
 namespace {
@@ -82,8 +82,17 @@ std::string MakeTemporary(const std::string& directory, RandomFile& file) {
   return "";
 }
 
-// The place that a new content goes to: a link stays a link and its file is replaced.
-std::string LinkTarget(const std::string& path) {
+// What becomes of a link in the place of a new content.
+enum class Links {
+  kFollow,   // it stays, and the file that it leads to is replaced
+  kReplace,  // it is replaced itself
+};
+
+// The place that a new content goes to.
+std::string PlaceOf(const std::string& path, Links links) {
+  if (links == Links::kReplace) {
+    return path;
+  }
   std::error_code error;
   const fs::path target = fs::canonical(ToPath(path), error);
   return error ? path : target.string();
@@ -103,6 +112,9 @@ int ReplaceRefusal(const std::string& path) {
   if (fs::is_directory(status)) {
     return EISDIR;
   }
+  if (fs::is_symlink(fs::symlink_status(ToPath(path), error))) {
+    return 0;  // only the link goes
+  }
   if (!fs::is_regular_file(status)) {
     return EOPNOTSUPP;
   }
@@ -113,7 +125,7 @@ int ReplaceRefusal(const std::string& path) {
 // it lives under a temporary name beside its target.
 class Replacement {
  public:
-  explicit Replacement(const std::string& path) : target_(LinkTarget(path)) {
+  Replacement(const std::string& path, Links links) : target_(PlaceOf(path, links)) {
     const int refusal = ReplaceRefusal(target_);
     if (refusal != 0) {
       error_ = ErrorText(refusal);
@@ -163,8 +175,8 @@ class Replacement {
  private:
   void KeepPermissions() const {
     std::error_code error;
-    const fs::file_status old = fs::status(target_, error);
-    if (fs::exists(old)) {
+    const fs::file_status old = fs::symlink_status(target_, error);
+    if (fs::is_regular_file(old)) {
       fs::permissions(temporary_, old.permissions(), error);
     }
   }
@@ -235,6 +247,26 @@ std::optional<std::string> FindFile(const std::string& directory, std::string_vi
     no_answer = {};
   }
   return found;
+}
+
+bool HoldsName(const std::string& directory, const std::string& name) {
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(ToPath(JoinPath(directory, name)), error))) {
+    return true;
+  }
+  bool is_taken = false;
+  const auto visit = [&](const std::string& other) {
+    is_taken = EqualNoCase(other, name);
+    return !is_taken;
+  };
+  NoAnswer unused;
+  ForEachName(directory, visit, unused);
+  return is_taken;
+}
+
+bool IsAbsent(const std::string& path) {
+  std::error_code error;
+  return fs::symlink_status(ToPath(path), error).type() == fs::file_type::not_found;
 }
 
 bool HoldsAnyFile(const std::string& directory) {
@@ -320,14 +352,14 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
 }
 
 std::string ReplaceFile(const std::string& path, std::string_view bytes) {
-  Replacement replacement(path);
+  Replacement replacement(path, Links::kFollow);
   replacement.Append(std::as_bytes(std::span(bytes)));
   replacement.Commit();
   return replacement.Error();
 }
 
 std::string WhyNotReplaceable(const std::string& path) {
-  return Replacement(path).Error();
+  return Replacement(path, Links::kFollow).Error();
 }
 
 std::string CopyFileTo(const std::string& from, const std::string& to) {
@@ -338,7 +370,7 @@ std::string CopyFileTo(const std::string& from, const std::string& to) {
   if (IsSameFile(from, to)) {
     return ErrorText(EEXIST);
   }
-  Replacement replacement(to);
+  Replacement replacement(to, Links::kReplace);
   std::vector<std::byte> block(kCopyBlock);
   std::int64_t place = 0;
   std::int64_t got = source.ReadAt(place, block);
@@ -362,6 +394,13 @@ std::string DeleteFile(const std::string& path) {
   return gone ? "" : ErrorText(errno);
 }
 
+void DeleteLink(const std::string& path) {
+  std::error_code error;
+  if (fs::is_symlink(fs::symlink_status(ToPath(path), error))) {
+    static_cast<void>(DeleteFile(path));
+  }
+}
+
 bool IsSameFile(const std::string& left, const std::string& right) {
   std::error_code error;
   return fs::equivalent(ToPath(left), ToPath(right), error) && !error;
@@ -370,6 +409,14 @@ bool IsSameFile(const std::string& left, const std::string& right) {
 bool IsLink(const std::string& path) {
   std::error_code error;
   return fs::is_symlink(fs::symlink_status(ToPath(path), error));
+}
+
+std::optional<FileIdentity> IdentityOf(const std::string& path) {
+  struct stat status {};
+  if (path.find('\0') != std::string::npos || stat(path.c_str(), &status) != 0) {
+    return std::nullopt;
+  }
+  return FileIdentity{status.st_dev, status.st_ino};
 }
 
 void SyncDirectory(const std::string& directory) {

@@ -36,6 +36,13 @@ struct NoAnswer {
 [[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
                                                   std::string_view name, NoAnswer& no_answer);
 
+// True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
+// directory, a device, a link that leads nowhere.
+[[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);
+
+// True if nothing is at `path` for certain. False also where the disk does not say.
+[[nodiscard]] bool IsAbsent(const std::string& path);
+
 // True if `directory` holds at least one plain file (hidden ones do not count).
 [[nodiscard]] bool HoldsAnyFile(const std::string& directory);
 [[nodiscard]] bool HoldsAnyFile(const std::string& directory, NoAnswer& no_answer);
@@ -69,18 +76,25 @@ struct NoAnswer {
 // text if it can; the disk may be full nevertheless.
 [[nodiscard]] std::string WhyNotReplaceable(const std::string& path);
 
-// Copies a plain file with the same care. A file is never copied onto itself, by whatever name.
+// Copies a plain file with the same care. A file is never copied onto itself, by whatever name. A
+// link at `to` is replaced and what it leads to stays as it is; a link to a directory is refused.
 // Empty text on success.
 [[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);
 
 // Empty text on success; a file that is not there counts as deleted.
 [[nodiscard]] std::string DeleteFile(const std::string& path);
 
+// Takes a symbolic link away; what it leads to, and whatever is no link, stays.
+void DeleteLink(const std::string& path);
+
 // True if both paths lead to the same file, through links and other spellings.
 [[nodiscard]] bool IsSameFile(const std::string& left, const std::string& right);
 
 // True if `path` itself is a symbolic link, wherever it leads.
 [[nodiscard]] bool IsLink(const std::string& path);
+
+// Of the file or directory that `path` leads to; empty if there is none.
+[[nodiscard]] std::optional<FileIdentity> IdentityOf(const std::string& path);
 
 // Makes what happened to the names in `directory` (creation, renaming) durable.
 void SyncDirectory(const std::string& directory);

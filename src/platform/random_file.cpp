@@ -33,7 +33,7 @@ int OpenFlags(FileAccess access) {
     case FileAccess::kUpdate:
       return kAlways | O_RDWR;
     case FileAccess::kCreate:
-      return kAlways | O_RDWR | O_CREAT;
+      return kAlways | O_RDWR | O_CREAT | O_NOFOLLOW;
     case FileAccess::kCreateNew:
       return kAlways | O_RDWR | O_CREAT | O_EXCL;
   }
@@ -118,6 +118,19 @@ void RandomFile::Close() {
   if (handle_ >= 0) {
     close(std::exchange(handle_, -1));
   }
+}
+
+std::optional<FileIdentity> RandomFile::Identity() const {
+  struct stat status {};
+  if (!IsOpen() || fstat(handle_, &status) != 0) {
+    return std::nullopt;
+  }
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+bool RandomFile::IsNameless() const {
+  struct stat status {};
+  return IsOpen() && fstat(handle_, &status) == 0 && status.st_nlink == 0;
 }
 
 // The end of a plain file is its length. Asking for the whole status instead takes longer than

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -24,8 +25,17 @@ enum class Failure {
 enum class FileAccess {
   kRead,       // must exist
   kUpdate,     // must exist, read and write
-  kCreate,     // made if missing, read and write
+  kCreate,     // made if missing, read and write; a symbolic link is refused, not followed
   kCreateNew,  // made, read and write; an existing file is refused
+};
+
+// Which file it is, for all its names and handles alike. The number of a file that was deleted may
+// be given to another one later: it tells only while the file is open or has a name.
+struct FileIdentity {
+  std::uint64_t Device = 0;
+  std::uint64_t Number = 0;
+
+  [[nodiscard]] bool operator==(const FileIdentity&) const = default;
 };
 
 // An open file that is read and written at any place. Owns the operating system's handle and
@@ -48,6 +58,12 @@ class RandomFile {
   [[nodiscard]] bool Open(const std::string& path, FileAccess access);
   void Close();
   [[nodiscard]] bool IsOpen() const { return handle_ >= 0; }
+
+  // Empty while it is closed.
+  [[nodiscard]] std::optional<FileIdentity> Identity() const;
+
+  // True if the file is open but its last name has been deleted: it lives as long as this handle.
+  [[nodiscard]] bool IsNameless() const;
 
   // Length in bytes, -1 on failure.
   [[nodiscard]] std::int64_t Size();

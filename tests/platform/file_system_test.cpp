@@ -89,6 +89,37 @@ TEST_F(FileSystemTest, FindFileDoesNotLeaveTheDirectory) {
   EXPECT_EQ(FindFile(directory_.Path(), "/A.X"), std::nullopt);
 }
 
+TEST_F(FileSystemTest, HoldsNameSeesWhateverBearsTheName) {
+  directory_.Write("file.new", "");
+  fs::create_directory(directory_.File("DIR.NEW"));
+  ASSERT_EQ(mkfifo(directory_.File("Pipe.New").c_str(), 0600), 0);
+  fs::create_symlink("nowhere", directory_.File("link.new"));
+  for (const char* const name : {"FILE.NEW", "DIR.NEW", "PIPE.NEW", "LINK.NEW", "link.new"}) {
+    EXPECT_TRUE(HoldsName(directory_.Path(), name)) << name;
+  }
+  EXPECT_FALSE(HoldsName(directory_.Path(), "OTHER.NEW"));
+  EXPECT_FALSE(HoldsName(directory_.File("missing"), "FILE.NEW"));
+}
+
+TEST_F(FileSystemTest, IsAbsentIsSureOfIt) {
+  directory_.Write("A", "");
+  fs::create_symlink("nowhere", directory_.File("L"));
+  EXPECT_TRUE(IsAbsent(directory_.File("B")));
+  EXPECT_FALSE(IsAbsent(directory_.File("A")));
+  EXPECT_FALSE(IsAbsent(directory_.File("L")));
+  EXPECT_FALSE(IsAbsent(directory_.File(std::string(300, 'x'))));  // the system cannot tell
+}
+
+TEST_F(FileSystemTest, DeleteLinkSparesAllElse) {
+  directory_.Write("A", "abc");
+  fs::create_symlink("A", directory_.File("L"));
+  DeleteLink(directory_.File("L"));
+  DeleteLink(directory_.File("A"));
+  DeleteLink(directory_.File("missing"));
+  EXPECT_EQ(Names(), 1U);
+  EXPECT_EQ(directory_.Read("A"), "abc");
+}
+
 TEST_F(FileSystemTest, HoldsAnyFileCountsPlainVisibleFiles) {
   EXPECT_FALSE(HoldsAnyFile(directory_.Path()));
   fs::create_directory(directory_.File("sub"));
@@ -299,6 +330,32 @@ TEST_F(FileSystemTest, CopyFileToRefusesTheFileItselfUnderAnotherName) {
   fs::create_hard_link(directory_.File("A"), directory_.File("B"));
   EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("B")), "File exists");
   EXPECT_EQ(directory_.Read("A"), "abc");
+}
+
+TEST_F(FileSystemTest, CopyFileToReplacesALinkAndSparesWhatItLeadsTo) {
+  directory_.Write("A", "abc");
+  directory_.Write("kept", "kept");
+  fs::permissions(directory_.File("kept"), fs::perms(0400));
+  for (const char* const target : {"kept", "nowhere", "/dev/null"}) {
+    fs::remove(directory_.File("L"));
+    fs::create_symlink(target, directory_.File("L"));
+    EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("L")), "") << target;
+    EXPECT_FALSE(fs::is_symlink(directory_.File("L")));
+    EXPECT_EQ(directory_.Read("L"), "abc");
+    EXPECT_NE(fs::status(directory_.File("L")).permissions(), fs::perms(0400));
+  }
+  EXPECT_EQ(directory_.Read("kept"), "kept");
+  EXPECT_FALSE(fs::exists(directory_.File("nowhere")));
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(FileSystemTest, CopyFileToLeavesALinkToADirectoryAlone) {
+  directory_.Write("A", "abc");
+  fs::create_directory(directory_.File("D"));
+  fs::create_directory_symlink("D", directory_.File("L"));
+  EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("L")), "Is a directory");
+  EXPECT_TRUE(fs::is_symlink(directory_.File("L")));
+  EXPECT_TRUE(fs::is_empty(directory_.File("D")));
 }
 
 TEST_F(FileSystemTest, CopyFileToSaysWhatIsMissing) {
