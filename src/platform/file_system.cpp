@@ -255,10 +255,12 @@ bool HoldsName(const std::string& directory, const std::string& name) {
     return true;
   }
   bool is_taken = false;
-  ForEachName(directory, [&](const std::string& other) {
+  const auto visit = [&](const std::string& other) {
     is_taken = EqualNoCase(other, name);
     return !is_taken;
-  });
+  };
+  NoAnswer unused;
+  ForEachName(directory, visit, unused);
   return is_taken;
 }
 
