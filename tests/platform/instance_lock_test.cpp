@@ -138,7 +138,7 @@ class NoLockFile : public Lock, public testing::WithParamInterface<const char*> 
  protected:
   void SetUp() override {
     const std::string kind = GetParam();
-    home.Write("other", kOther);
+    home.Write("other", kLikeALock);
     if (kind == "pipe") {
       ASSERT_EQ(mkfifo(path.c_str(), 0644), 0);
     } else if (kind == "device") {
@@ -172,11 +172,15 @@ class NoLockFile : public Lock, public testing::WithParamInterface<const char*> 
     ASSERT_EQ(lstat(path.c_str(), &after), 0);
     EXPECT_EQ(after.st_ino, before.st_ino);
     EXPECT_EQ(after.st_mode, before.st_mode);
-    EXPECT_EQ(home.Read("other"), kOther);
+    EXPECT_EQ(home.Read("other"), kLikeALock);
+    if (GetParam() == std::string("file")) {
+      EXPECT_EQ(home.Read("tavrel.lock"), kOther);
+    }
     EXPECT_FALSE(home.Exists("nothing"));
   }
 
   static constexpr const char* kOther = "kept as it is";
+  static constexpr const char* kLikeALock = "1234\nkept as it is";
   struct stat before {};
 };
 
