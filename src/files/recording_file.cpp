@@ -7,6 +7,7 @@
 
 #include "common/text.h"
 #include "files/held_set.h"
+#include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
@@ -120,22 +121,12 @@ std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
 // The slot that has the file at `path` already, or that comes first with a key of the same name
 // and still waits for its file; 0 if there is none. The viewer may look at any file.
 int RecordingFiles::OwnerOf(int slot, const std::string& path) const {
-  const std::string& name = state_.SlotFile[slot];
+  const auto waits_for_it = [&](int other) {
+    return other < slot && state_.SlotFile[other].empty() &&
+           EqualNoCase(state_.Settings.ActiveFiles[other - 1], state_.SlotFile[slot]);
+  };
   for (int other = 1; IsSlot(slot) && other <= kSlots; ++other) {
-    if (other == slot) {
-      continue;
-    }
-    const std::string& other_name = state_.SlotFile[other];
-    if (other_name.empty()) {
-      if (other < slot && EqualNoCase(state_.Settings.ActiveFiles[other - 1], name)) {
-        return other;
-      }
-      continue;
-    }
-    const auto other_path = FindFile(state_.SlotPath[other], other_name);
-    const bool is_same_name =
-        EqualNoCase(other_name, name) && state_.SlotPath[other] == state_.SlotPath[slot];
-    if (is_same_name || (other_path && IsSameFile(*other_path, path))) {
+    if (other != slot && (waits_for_it(other) || IsFileOfSlot(state_, other, path))) {
       return other;
     }
   }
