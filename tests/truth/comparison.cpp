@@ -203,6 +203,9 @@ class ToldOfFile {
   std::vector<ToldLoss> losses_;
 };
 
+// Where the user was told that nobody knows how many sets are lost.
+constexpr int kAnyNumber = 100'000;
+
 // Costs of an explanation, see Align: a word that differs is 2.
 constexpr int kWordCost = 2;
 
@@ -311,8 +314,9 @@ class Comparer {
     findings_.told_filled = told_.Count(ToldDoubt::Kind::kFilled);
     findings_.told_uncertain = told_.Count(ToldDoubt::Kind::kUncertain);
     for (const ToldLoss& loss : told_.Losses()) {
-      findings_.told_lost += loss.sets;
-      findings_.about += loss.is_about ? std::max(2, loss.sets / 50) : 0;
+      findings_.told_lost += loss.sets.value_or(0);
+      const int about = loss.sets ? std::max(2, *loss.sets / 50) : kAnyNumber;
+      findings_.about += loss.is_about ? about : 0;
     }
   }
 
