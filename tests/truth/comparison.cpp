@@ -289,9 +289,9 @@ class Comparer {
         ++right;
       } else if (told_.Covers(row, input)) {
         ++findings_.excused;
-        const bool is_invented = told_.Covers(row, input, ToldDoubt::Kind::kFilled) &&
-                                 !IsLoss(set[column]) && !Has(set, SampleFate::kForgotten);
-        findings_.invented += is_invented ? 1 : 0;
+        const bool had_arrived = set[column] && set[column]->fate == SampleFate::kGood;
+        const bool was_filled = told_.Covers(row, input, ToldDoubt::Kind::kFilled);
+        findings_.invented += had_arrived && was_filled ? 1 : 0;
       } else {
         ++wrong;
       }
