@@ -72,7 +72,7 @@ bool StartUp::IsFirst(const TakeLock& take_lock) {
   while (!taking.Problem.empty()) {
     const std::string text =
         "Cannot find out if the program is already running !\n\n" + path + "\n" + taking.Problem;
-    if (!parts_.dialogs.AskRetry({text, "TAVREL", BoxIcon::kCritical})) {
+    if (!parts_.dialogs.AskRetryOrExit({text, "TAVREL", BoxIcon::kCritical})) {
       return false;
     }
     taking = take_lock(path);
