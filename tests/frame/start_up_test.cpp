@@ -57,9 +57,9 @@ TEST_F(Start, AsksAgainWhileNobodyCanTellWhetherACopyRuns) {
   EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), take_lock));
   EXPECT_EQ(times, 3);
   ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
-  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot find out if the program is already running !\n\n" +
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot tell whether the program is already running:\n" +
                                              bench.home.File("TAVREL.LCK") +
-                                             "\nToo many open files");
+                                             "\n\nToo many open files");
 }
 
 TEST_F(Start, EndsIfNobodyCanTellWhetherACopyRunsAndTheUserGivesUp) {
