@@ -49,8 +49,9 @@ struct Machine {
   const Regional& regional;
 };
 
-// The logic of the whole program, joined: one instance for the life of the process. The program
-// joins it to its forms, a test to its doubles, a benchmark to the real machine.
+// The logic of the whole program, joined: one instance for the life of the
+// process. The program joins it to its forms, a test to its doubles, a
+// benchmark to the real machine.
 struct ProgramLogic {
   explicit ProgramLogic(const Machine& on) : machine(on) {}
   ProgramLogic(const ProgramLogic&) = delete;
@@ -80,12 +81,13 @@ struct ProgramLogic {
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock}};
-  MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
+  MainSheet sheet{
+      {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   MainCycle cycle{{state, link, engine, sheet, messages, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                      machine.screens, machine.events, machine.shell, machine.clock}};
-  StartUp start_up{{state, link, files, settings, sheet, cycle, window, messages, machine.dialogs,
-                    machine.screens, machine.events, machine.clock}};
+  StartUp start_up{{state, link, files, engine.Orders(), settings, sheet, cycle, window, messages,
+                    machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 
 }  // namespace tavrel

@@ -7,6 +7,7 @@
 #include "common/messages.h"
 #include "files/column_check.h"
 #include "files/recording_file.h"
+#include "files/stop_orders.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
 #include "link/link.h"
@@ -39,8 +40,8 @@ class RecordingEngine {
   void PumpOnce();
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
-  // written is opened once more, and for each StopPending(slot) an order to switch the controller
-  // off becomes due, which the pump then sends. Makes no exchange itself.
+  // written is opened once more, and the orders to switch a controller off that wait become due;
+  // the pump then sends them. Makes no exchange itself.
   void TenSecondTick();
 
   // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
@@ -60,9 +61,9 @@ class RecordingEngine {
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
-  // The user has switched that controller with success, or given it to a program: an end action
-  // that still waits to switch it off must not do so any more.
-  void DropStopOrder(int inet, int controller);
+  // What end actions have still to switch off. Whoever switches a controller with success drops
+  // the order for it.
+  [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
 
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
   // that could not be written yet.
@@ -95,19 +96,9 @@ class RecordingEngine {
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
-  void OrderStop(int slot);
-  [[nodiscard]] bool RepeatStopOrder();
   void GoOnInNextFile(int slot);
   void SaveSettings(int slot);
   void StopInFile(int slot);
-
-  // The controller that an end action has to switch off. Kept apart from the slot's header, for
-  // the slot may be given to another one before the order is acknowledged.
-  struct StopOrder {
-    std::int16_t inet = 0;
-    std::int16_t controller = 0;
-    bool is_due = false;  // to be repeated at the next step of the pump
-  };
 
   RunState& state_;
   Link& link_;
@@ -128,7 +119,7 @@ class RecordingEngine {
   BySlot<ColumnCheck> column_checks_;
   BySlot<Unfinished> unfinished_;
   BySlot<bool> was_told_of_loss_{};
-  BySlot<StopOrder> stop_orders_{};
+  StopOrders stop_orders_;
 };
 
 }  // namespace tavrel

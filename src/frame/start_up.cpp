@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include "common/help.h"
 #include "common/language.h"
@@ -18,6 +19,9 @@ constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user c
 constexpr float kFlushSeconds = 1200;
 constexpr std::chrono::milliseconds kPortInUseRetry{100};
 constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
+
+constexpr const char* kStopWaits = "Tavrel does not acknowledge it yet; it is tried again.";
+constexpr const char* kStopIsDone = "It is off now.";
 
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
@@ -97,6 +101,7 @@ void StartUp::MainFormShow() {
   {
     const Messages::Deferral deferral(parts_.messages);
     AttachFiles();
+    FinishStopOrders();
   }
   ReadBacklog();
   SweepControllers();
@@ -165,6 +170,30 @@ void StartUp::MakeDefaultSlot() {
   parts_.sheet.ShowRow(kFirst);
 }
 
+// An oven that should be off comes before everything else on the line. Where no line is, the orders
+// wait.
+void StartUp::FinishStopOrders() {
+  StopOrders& orders = parts_.stop_orders;
+  orders.Load();
+  const std::vector<StopOrder> left = orders.All();
+  for (std::size_t sent = 0; sent < left.size() && orders.CanSend(); ++sent) {
+    parts_.window.LetLineSettle();
+    static_cast<void>(orders.SendDue());
+    parts_.events.Repaint();
+  }
+  for (const StopOrder& order : left) {
+    TellStopOrder(order);
+  }
+}
+
+void StartUp::TellStopOrder(const StopOrder& order) {
+  const bool waits = parts_.stop_orders.IsWaiting(order.Inet, order.Controller);
+  const std::string what = "Controller " + std::to_string(order.Controller) + " of Tavrel " +
+                           std::to_string(order.Inet) + " was not switched off at the end of its " +
+                           "recording.\n";
+  parts_.messages.Report(order.Slot, {what + (waits ? kStopWaits : kStopIsDone), "controller"});
+}
+
 void StartUp::ReadBacklog() {
   RunState& state = parts_.state;
   Link& link = parts_.link;
@@ -189,13 +218,23 @@ void StartUp::ReadBacklog() {
   }
 }
 
+bool StartUp::IsInUse(std::int16_t inet) const {
+  const RunState& state = parts_.state;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+      return true;
+    }
+  }
+  return false;
+}
+
 // A controller that was left running without a file is switched off. An instrument that the
-// backlog did not reach has no good status yet and is left alone.
+// backlog did not reach, since it does not answer or has no slot, is left alone.
 void StartUp::SweepControllers() {
   const RunState& state = parts_.state;
   Link& link = parts_.link;
   for (std::int16_t inet = 1; inet <= kInets; ++inet) {
-    if (!link.IsGood(inet)) {
+    if (!IsInUse(inet) || !link.IsGood(inet)) {
       continue;
     }
     std::array<bool, kControllers + 1> is_used{};
@@ -213,6 +252,9 @@ void StartUp::SweepControllers() {
       link.ComIndex = ctrl;
       link.ComValue = controller::kOff;
       Exchange(&Link::WriteReg);
+      if (link.IsGood(inet)) {
+        parts_.stop_orders.Drop(inet, ctrl);
+      }
     }
   }
 }

@@ -29,6 +29,7 @@ class StartUp {
     RunState& state;
     Link& link;
     RecordingFiles& files;
+    StopOrders& stop_orders;
     SettingsStore& settings;
     MainSheet& sheet;
     MainCycle& cycle;
@@ -55,8 +56,9 @@ class StartUp {
   // Main form, on load: opens the link. False: the user chose to leave instead.
   [[nodiscard]] bool MainFormLoad();
 
-  // Main form, on first display: attaches the files, looks what the instruments hold, switches
-  // off controllers that no slot knows, starts the cycle. Later calls do nothing.
+  // Main form, on first display: attaches the files, sends what end actions of before have still to
+  // switch off, looks what the instruments hold, switches off controllers that no slot knows,
+  // starts the cycle. Later calls do nothing.
   void MainFormShow();
 
  private:
@@ -64,6 +66,9 @@ class StartUp {
   void AttachFiles();
   void AttachSlot(int slot);
   void MakeDefaultSlot();
+  void FinishStopOrders();
+  void TellStopOrder(const StopOrder& order);
+  [[nodiscard]] bool IsInUse(std::int16_t inet) const;
   void ReadBacklog();
   void SweepControllers();
   void Exchange(void (Link::*access)());
