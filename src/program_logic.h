@@ -31,6 +31,7 @@
 #include "work/coordinates.h"
 #include "work/program_runner.h"
 #include "work/recording_settings.h"
+#include "work/unsure_registers.h"
 #include "work/wait_bar.h"
 #include "work/worksheet.h"
 
@@ -49,9 +50,8 @@ struct Machine {
   const Regional& regional;
 };
 
-// The logic of the whole program, joined: one instance for the life of the
-// process. The program joins it to its forms, a test to its doubles, a
-// benchmark to the real machine.
+// The logic of the whole program, joined: one instance for the life of the process. The program
+// joins it to its forms, a test to its doubles, a benchmark to the real machine.
 struct ProgramLogic {
   explicit ProgramLogic(const Machine& on) : machine(on) {}
   ProgramLogic(const ProgramLogic&) = delete;
@@ -66,6 +66,7 @@ struct ProgramLogic {
   RecordingEngine engine{
       {state, link, files, settings, messages, machine.dialogs, machine.screens, machine.clock}};
   ProgramRunner runner{{state, link, engine, machine.dialogs, machine.events, machine.clock}};
+  UnsureRegisters unsure{{state, link, messages, machine.clock}};
   FileIndex index{{state, machine.events, machine.clock}};
   OpenFile open_file{{state, index, machine.dialogs, machine.screens, machine.events}};
   CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};

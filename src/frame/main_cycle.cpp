@@ -121,7 +121,9 @@ void MainCycle::DoFreeWork() {
     parts_.link.ReopenIfLost();
     parts_.engine.TenSecondTick();
   }
-  parts_.engine.PumpOnce();
+  if (!guests_.read_back || !guests_.read_back()) {
+    parts_.engine.PumpOnce();
+  }
   if (IsPast(state.TickMinute) && next_program_ > kSlots) {
     state.TickMinute += 60;
     next_program_ = 1;
