@@ -15,8 +15,8 @@ using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
 
-// At a high speed-up ticks are advanced in bundles of this real time, not one by one.
-constexpr milliseconds kShortestTickWait{5};
+// At a high speed-up the clock's steps are taken in bundles of this real time, not one by one.
+constexpr milliseconds kShortestStepWait{5};
 
 Moment Now() {
   return std::chrono::steady_clock::now();
@@ -121,7 +121,7 @@ void App::Run() {
   while (!quit_) {
     const Moment now = Now();
     const ModelClock::Portion portion = clock_.Take(now);
-    line_.Advance(portion.ticks, portion.pace);
+    line_.Advance(portion.time, portion.pace);
     AnswerCommands(now);
     SendReplies(now);
     wire_log_.EndStaleRow(now);
@@ -164,7 +164,7 @@ void App::SendReplies(Moment now) {
 Moment App::NextMoment(Moment now) const {
   Moment next = clock_.NextDue();
   if (next > now) {
-    next = std::max(next, now + kShortestTickWait);
+    next = std::max(next, now + kShortestStepWait);
   }
   for (const auto& due : {incoming_.NextDue(), outgoing_.NextDue(), wire_log_.NextDue()}) {
     next = due ? std::min(next, *due) : next;

@@ -9,6 +9,7 @@
 namespace instrument {
 namespace {
 
+constexpr int kLongestPass = 40 * 24 * 3600;  // seconds
 constexpr const char* kNoInstrument = "no such instrument";
 
 std::vector<std::string_view> WordsOf(std::string_view text) {
@@ -117,6 +118,18 @@ std::string ControlCommands::DoFill(const Words& words) {
   return {};
 }
 
+std::string ControlCommands::DoPass(const Words& words) {
+  const auto targets = words.size() == 3 ? Targets(words[1]) : std::vector<int>{};
+  const auto time = words.size() == 3 ? ParseNumber<int>(words[2], 1, kLongestPass) : std::nullopt;
+  if (targets.empty() || !time) {
+    return "pass TARGET SECONDS, SECONDS 1..3456000";
+  }
+  for (const int inet : targets) {
+    line_.Find(inet)->Pass(std::chrono::seconds(*time));
+  }
+  return {};
+}
+
 // "sensor INET.INPUT oven|short|break|temp DEGREES|level STEPS".
 std::string ControlCommands::DoSensor(const Words& words) {
   const auto point = words.size() > 1 ? words[1].find('.') : std::string_view::npos;
@@ -177,6 +190,9 @@ std::string ControlCommands::Dispatch(const Words& words, std::string& answer) {
   }
   if (verb == "fill") {
     return DoFill(words);
+  }
+  if (verb == "pass") {
+    return DoPass(words);
   }
   if (verb == "sensor") {
     return DoSensor(words);

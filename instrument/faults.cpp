@@ -8,8 +8,8 @@ namespace instrument {
 namespace {
 
 constexpr std::array<const char*, kFaultCount> kNames{
-    "silence", "lost-request", "lost-reply", "late-reply", "byte-by-byte", "wrong-length",
-    "non-hex", "refusal",      "stale",      "garbage",    "no-value"};
+    "silence",   "lost-request", "lost-reply", "late-reply", "byte-by-byte", "wrong-length",
+    "cut-value", "non-hex",      "refusal",    "stale",      "garbage",      "no-value"};
 
 // A host waits 110 ms for a reply: this one comes into its next exchange.
 constexpr std::chrono::milliseconds kUsualLateness{150};
@@ -23,6 +23,22 @@ std::chrono::milliseconds UsualTime(Fault fault) {
 
 bool IsATime(Fault fault) {
   return fault == Fault::kLateReply || fault == Fault::kByteByByte;
+}
+
+// "MILLISECONDS" or "MILLISECONDS/PROBABILITY".
+std::optional<FaultLevel> ParseTimeLevel(std::string_view text) {
+  const auto slash = text.find('/');
+  const auto time = ParseNumber<int>(text.substr(0, slash), 0, kLongestTime);
+  const auto probability = slash == std::string_view::npos
+                               ? std::optional(1.0)
+                               : ParseNumber<double>(text.substr(slash + 1), 0.0, 1.0);
+  if (!time || !probability) {
+    return std::nullopt;
+  }
+  FaultLevel level;
+  level.time = std::chrono::milliseconds(*time);
+  level.probability = *time > 0 ? *probability : 0.0;
+  return level;
 }
 
 }  // namespace
@@ -54,10 +70,7 @@ std::optional<FaultLevel> ParseLevel(Fault fault, std::string_view text) {
     level.probability = probability.value_or(0.0);
     return probability ? std::optional(level) : std::nullopt;
   }
-  const auto time = ParseNumber<int>(text, 0, kLongestTime);
-  level.time = std::chrono::milliseconds(time.value_or(0));
-  level.probability = level.time.count() > 0 ? 1.0 : 0.0;
-  return time ? std::optional(level) : std::nullopt;
+  return ParseTimeLevel(text);
 }
 
 bool FaultBook::Strikes(Fault fault) {
@@ -90,6 +103,9 @@ std::string FaultBook::Text() const {
     text << (text.tellp() > 0 ? " " : "") << NameOf(fault) << '=';
     if (IsATime(fault)) {
       text << level.time.count();
+      if (level.probability < 1.0) {
+        text << '/' << level.probability;
+      }
     } else {
       text << level.probability;
     }

@@ -19,13 +19,14 @@ enum class Fault : std::uint8_t {
   kLateReply,    // the reply comes later than the host waits
   kByteByByte,   // pauses between the reply's characters
   kWrongLength,  // a value of three digits
+  kCutValue,     // a value without the first half of its digits
   kNonHex,       // a value with a character that is no digit
   kRefusal,      // "?" in place of carrying out the command
   kStale,        // a copy of the reply before comes ahead of the reply
   kGarbage,      // noise ahead of the reply
   kNoValue,      // a present value reads 8000, which stands for "no value"
 };
-inline constexpr int kFaultCount = 11;
+inline constexpr int kFaultCount = 12;
 
 // "lost-request" and the like.
 [[nodiscard]] const char* NameOf(Fault fault);

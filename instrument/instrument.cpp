@@ -1,17 +1,21 @@
 #include "instrument/instrument.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace instrument {
 namespace {
 
+using std::chrono::seconds;
+
+constexpr std::chrono::milliseconds kSecond = seconds(1);
 constexpr double kControlCycle = 1.0;    // seconds
 constexpr double kIncrementUnit = 0.01;  // degrees per second
 constexpr int kSlowSamplingUnit = 10;    // seconds
 // The firmware takes in a switch to "dynamic" within this time, see `Controller`.
 constexpr double kRampPatience = 20.0;
-constexpr std::int64_t kLongestFill = 40LL * 24 * 3600;  // seconds
+constexpr std::chrono::days kLongestFill{40};
 
 std::int16_t HeldWord(double value) {
   return static_cast<std::int16_t>(std::lrint(std::clamp(value, -32768.0, 32767.0)));
@@ -59,7 +63,8 @@ Instrument::Instrument(const InstrumentSettings& settings, TruthLog& truth)
       truth_(truth),
       inet_(settings.inet),
       measuring_(SeedOf(settings)),
-      sampler_(static_cast<int>(std::ceil(settings.host_pace))),
+      sampler_(seconds(static_cast<int>(std::ceil(settings.host_pace))), settings.scan,
+               SeedOf(settings)),
       memory_(kMemorySize, 0) {
   settings_.ovens = std::clamp(settings_.ovens, 1, kControllerCount);
   for (int controller = 1; controller <= kControllerCount; ++controller) {
@@ -137,48 +142,64 @@ void Instrument::Restart() {
   for (SampleBuffer& buffer : buffers_) {
     buffer.Clear();
   }
+  sampler_.Restart(now_);
 }
 
-void Instrument::Advance(std::int64_t ticks, Pace pace) {
-  while (ticks > 0) {
-    const bool whole_second =
-        pace == Pace::kCoarse && ticks >= kTicksPerSecond && ticks_ % kTicksPerSecond == 0;
-    const int step = whole_second ? kTicksPerSecond : 1;
-    const double seconds = static_cast<double>(step) / kTicksPerSecond;
-    for (std::size_t oven = 0; oven < ovens_.size(); ++oven) {
-      ovens_[oven].Step(controllers_[oven].HeaterPower(), seconds);
+void Instrument::Advance(Time time, Pace pace) {
+  const Time end = now_ + time;
+  while (now_ < end) {
+    const bool is_coarse =
+        pace == Pace::kCoarse && oven_time_ % kSecond == Time(0) && end - oven_time_ >= kSecond;
+    const Time oven_instant = oven_time_ + (is_coarse ? kSecond : kOvenStep);
+    now_ = std::min({end, oven_instant, NextSample().value_or(end)});
+    if (now_ == oven_instant) {
+      StepOvens();
     }
-    ticks_ += step;
-    ticks -= step;
-    if (const auto result = tests_.Advance(seconds)) {
-      Keep('G', 8, *result);
-      Keep('G', 0, 0);
-    }
-    if (ticks_ % kTicksPerSecond == 0) {
-      EverySecond();
+    SampleInputs();
+    if (now_ % kSecond == Time(0)) {
+      RunControllers(Second());
     }
   }
 }
 
-void Instrument::EverySecond() {
-  const std::int64_t second = Second();
-  SampleInputs(second);
-  RunControllers(second);
+void Instrument::StepOvens() {
+  const double seconds = std::chrono::duration<double>(now_ - oven_time_).count();
+  oven_time_ = now_;
+  for (std::size_t oven = 0; oven < ovens_.size(); ++oven) {
+    ovens_[oven].Step(controllers_[oven].HeaterPower(), seconds);
+  }
+  if (const auto result = tests_.Advance(seconds)) {
+    Keep('G', 8, *result);
+    Keep('G', 0, 0);
+  }
 }
 
-void Instrument::SampleInputs(std::int64_t second) {
+std::optional<Instrument::Time> Instrument::NextSample() const {
+  std::optional<Time> next;
   for (int input = 0; input < kInputCount; ++input) {
-    if (!sampler_.IsDue(input, second)) {
-      continue;
+    if (const auto instant = sampler_.NextInstant(input, now_)) {
+      next = std::min(next.value_or(*instant), *instant);
     }
-    const std::int16_t word = Shown(input, second);
-    std::optional<StoredSample> lost;
-    const int number = buffers_.at(static_cast<std::size_t>(input)).Store(word, lost);
-    if (lost) {
-      truth_.Overrun(Seconds(), {inet_, input, lost->number});
-    }
-    truth_.Sample(Seconds(), {inet_, input, number}, word);
   }
+  return next;
+}
+
+void Instrument::SampleInputs() {
+  for (int input = 0; input < kInputCount; ++input) {
+    if (sampler_.NextInstant(input, now_ - Time(1)) == now_) {
+      Store(input);
+    }
+  }
+}
+
+void Instrument::Store(int input) {
+  const std::int16_t word = Shown(input, Second());
+  std::optional<StoredSample> lost;
+  const int number = buffers_.at(static_cast<std::size_t>(input)).Store(word, lost);
+  if (lost) {
+    truth_.Overrun(Seconds(), {inet_, input, lost->number});
+  }
+  truth_.Sample(Seconds(), {inet_, input, number}, word);
 }
 
 void Instrument::RunControllers(std::int64_t second) {
@@ -286,7 +307,7 @@ RegisterReading Instrument::ReadRegister(int reg) {
 
 void Instrument::ClearSeries(int input) {
   buffers_.at(static_cast<std::size_t>(input)).Clear();
-  sampler_.Start(input, Second());
+  sampler_.Start(input, now_);
   truth_.Clear(Seconds(), inet_, input);
 }
 
@@ -303,9 +324,7 @@ bool Instrument::WriteRegister(int reg, std::int16_t word) {
     case 'Y':
       return true;
     case 'S':
-      registers_.at(static_cast<std::size_t>(reg)) = word;
-      sampler_.SetInterval(index, word * SamplingUnit(), Second());
-      return true;
+      return WriteSamplingTime(index, word);
     default:
       break;
   }
@@ -319,6 +338,14 @@ bool Instrument::WriteRegister(int reg, std::int16_t word) {
     return WriteController(letter, index, word);
   }
   registers_.at(static_cast<std::size_t>(reg)) = word;
+  return true;
+}
+
+bool Instrument::WriteSamplingTime(int input, std::int16_t word) {
+  if (!sampler_.SetInterval(input, seconds(word * SamplingUnit()), now_)) {
+    return false;
+  }
+  Keep('S', input, word);
   return true;
 }
 
@@ -392,11 +419,11 @@ bool Instrument::StartSampling(std::optional<int> input, int seconds) {
   }
   const int units = seconds / SamplingUnit();
   const int last = input.value_or(kInputCount - 1);
+  bool is_taken = true;
   for (int each = input.value_or(1); each <= last; ++each) {
-    Keep('S', each, units);
-    sampler_.SetInterval(each, seconds, Second());
+    is_taken = is_taken && WriteSamplingTime(each, static_cast<std::int16_t>(units));
   }
-  return true;
+  return is_taken;
 }
 
 int Instrument::LongestSeries() const {
@@ -409,15 +436,15 @@ int Instrument::LongestSeries() const {
 
 bool Instrument::Fill(int sets) {
   const int wanted = std::min(sets, SampleBuffer::kCapacity);
-  int longest = 0;
+  Time longest{0};
   for (int input = 0; input < kInputCount; ++input) {
     longest = std::max(longest, sampler_.Interval(input));
   }
-  if (longest == 0 || static_cast<std::int64_t>(longest) * wanted > kLongestFill) {
+  if (longest == Time(0) || longest * wanted > kLongestFill) {
     return false;
   }
   while (!Holds(wanted)) {
-    Advance(kTicksPerSecond, Pace::kFine);
+    Advance(NextSample().value_or(now_) - now_, Pace::kFine);
   }
   return true;
 }
@@ -425,7 +452,7 @@ bool Instrument::Fill(int sets) {
 bool Instrument::Holds(int sets) const {
   for (int input = 0; input < kInputCount; ++input) {
     const int count = buffers_.at(static_cast<std::size_t>(input)).Count();
-    if (sampler_.Interval(input) > 0 && count < sets) {
+    if (sampler_.Interval(input) > Time(0) && count < sets) {
       return false;
     }
   }

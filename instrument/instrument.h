@@ -2,6 +2,7 @@
 #define TAVREL_INSTRUMENT_INSTRUMENT_H_
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -27,6 +28,7 @@ struct InstrumentSettings {
   // How many seconds of the instrument's time a host's short sequence of commands may take.
   // Above 1 when the instrument's time runs faster than the host's.
   double host_pace = 1.0;
+  Scan scan;
 };
 
 // In which state a controller and its oven begin.
@@ -49,16 +51,17 @@ struct RegisterReading {
 // firmware that samples, controls and tests itself in its own time.
 class Instrument {
  public:
-  // Time advances in ticks of a quarter of a second.
-  static constexpr int kTicksPerSecond = 4;
+  using Time = Sampler::Time;
+  // The ovens are computed in steps of this time.
+  static constexpr Time kOvenStep{250};
   enum class Pace : std::uint8_t { kFine, kCoarse };
 
   // `truth` outlives the instrument.
   Instrument(const InstrumentSettings& settings, TruthLog& truth);
 
-  // Runs `ticks` of its time. The coarse pace computes the ovens once a second only, to catch
+  // Runs `time` of its own time. The coarse pace computes the ovens once a second only, to catch
   // up over days; samples and control cycles fall on the same instants in both.
-  void Advance(std::int64_t ticks, Pace pace);
+  void Advance(Time time, Pace pace);
 
   // `reg` is 0..319. Reading X takes the sample out of its buffer.
   [[nodiscard]] RegisterReading ReadRegister(int reg);
@@ -78,11 +81,14 @@ class Instrument {
 
   void StartOven(const OvenStart& start);
   // Lets input 0..15 (none given: 1..15) sample every `seconds`, 1..3600, at once. False: an
-  // instrument that is not fast counts whole tens of seconds only.
+  // instrument that is not fast counts whole tens of seconds only, or the inputs of a set do not
+  // fit into the time.
   [[nodiscard]] bool StartSampling(std::optional<int> input, int seconds);
   // Lets its own time run until each sampled input holds `sets` samples. False: no input is
   // sampled, or it would take longer than 40 days.
   [[nodiscard]] bool Fill(int sets);
+  // Lets its own time run on at once, whatever overruns by it.
+  void Pass(std::chrono::seconds time) { Advance(time, Pace::kCoarse); }
   void Connect(int input, const Connection& connection);
   void SetTestResult(int command, std::int16_t result) { tests_.SetResult(command, result); }
 
@@ -93,7 +99,7 @@ class Instrument {
   [[nodiscard]] int PlaceOf(int input) const { return (input - 1) / settings_.ovens; }
 
   [[nodiscard]] int Inet() const { return inet_; }
-  [[nodiscard]] double Seconds() const { return static_cast<double>(ticks_) / kTicksPerSecond; }
+  [[nodiscard]] double Seconds() const { return std::chrono::duration<double>(now_).count(); }
   [[nodiscard]] int ControllerStatusOf(int controller) const {
     return controllers_.at(static_cast<std::size_t>(controller - 1)).Status();
   }
@@ -110,10 +116,16 @@ class Instrument {
   [[nodiscard]] int SamplingUnit() const;
   [[nodiscard]] bool Holds(int sets) const;
   [[nodiscard]] bool WriteMailbox(int command);
-  void EverySecond();
-  void SampleInputs(std::int64_t second);
+  [[nodiscard]] bool WriteSamplingTime(int input, std::int16_t word);
+  void StepOvens();
+  void SampleInputs();
+  // The next instant at which an input is sampled; nothing while none is.
+  [[nodiscard]] std::optional<Time> NextSample() const;
+  void Store(int input);
   void RunControllers(std::int64_t second);
-  [[nodiscard]] std::int64_t Second() const { return ticks_ / kTicksPerSecond; }
+  [[nodiscard]] std::int64_t Second() const {
+    return std::chrono::floor<std::chrono::seconds>(now_).count();
+  }
   [[nodiscard]] double SensorDegrees(int input) const;
   [[nodiscard]] std::int16_t Shown(int input, std::int64_t second) const;
   [[nodiscard]] Calibration CalibrationOf(int input) const;
@@ -127,7 +139,8 @@ class Instrument {
   InstrumentSettings settings_;
   TruthLog& truth_;
   int inet_;
-  std::int64_t ticks_ = 0;
+  Time now_{0};
+  Time oven_time_{0};  // to which the ovens are computed
   Measuring measuring_;
   Sampler sampler_;
   SelfTest tests_;

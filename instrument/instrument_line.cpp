@@ -20,6 +20,26 @@ void Worsen(Reply& reply, Fate fate) {
   }
 }
 
+// What becomes of the digits of a value.
+void SpoilDigits(FaultBook& faults, Reply& reply) {
+  if (faults.Strikes(Fault::kWrongLength)) {
+    if (reply.bytes.size() > 4) {
+      reply.bytes.erase(0, 1);
+    } else {
+      reply.bytes.insert(0, 1, '0');
+    }
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (faults.Strikes(Fault::kCutValue)) {
+    reply.bytes.erase(0, reply.bytes.size() / 2);
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (faults.Strikes(Fault::kNonHex)) {
+    reply.bytes.at(static_cast<std::size_t>(faults.Draw(2))) = 'G';
+    Worsen(reply, Fate::kSpoiled);
+  }
+}
+
 }  // namespace
 
 InstrumentLine::Station::Station(const InstrumentSettings& settings, TruthLog& truth)
@@ -59,9 +79,9 @@ std::vector<int> InstrumentLine::Numbers() const {
   return numbers;
 }
 
-void InstrumentLine::Advance(std::int64_t ticks, Instrument::Pace pace) {
+void InstrumentLine::Advance(Instrument::Time time, Instrument::Pace pace) {
   for (Station& station : stations_) {
-    station.instrument.Advance(ticks, pace);
+    station.instrument.Advance(time, pace);
   }
 }
 
@@ -162,18 +182,8 @@ bool InstrumentLine::Write(Instrument& instrument, const Command& command) {
 
 void InstrumentLine::Spoil(Station& station, Reply& reply) {
   FaultBook& faults = station.faults;
-  const bool is_value = reply.bytes.back() == '\r';
-  if (is_value && faults.Strikes(Fault::kWrongLength)) {
-    if (reply.bytes.size() > 4) {
-      reply.bytes.erase(0, 1);
-    } else {
-      reply.bytes.insert(0, 1, '0');
-    }
-    Worsen(reply, Fate::kSpoiled);
-  }
-  if (is_value && faults.Strikes(Fault::kNonHex)) {
-    reply.bytes.at(static_cast<std::size_t>(faults.Draw(2))) = 'G';
-    Worsen(reply, Fate::kSpoiled);
+  if (reply.bytes.back() == '\r') {
+    SpoilDigits(faults, reply);
   }
   if (faults.Strikes(Fault::kGarbage)) {
     for (int i = 0; i < kNoiseBytes; ++i) {

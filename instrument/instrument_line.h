@@ -36,8 +36,8 @@ class InstrumentLine {
   // has that number, the command needs none, or a fault swallowed it.
   [[nodiscard]] std::optional<Reply> Answer(const Command& command);
 
-  // `ticks` of the instruments' time, for all of them.
-  void Advance(std::int64_t ticks, Instrument::Pace pace);
+  // `time` of the instruments' own, for all of them.
+  void Advance(Instrument::Time time, Instrument::Pace pace);
 
   // The instrument of that number, or nullptr.
   [[nodiscard]] Instrument* Find(int inet);

@@ -5,29 +5,31 @@
 namespace instrument {
 namespace {
 
-constexpr std::int64_t kHour = std::int64_t{3600} * Instrument::kTicksPerSecond;
-constexpr std::int64_t kLongestLag = 40LL * 24LL * kHour;
+using Time = Instrument::Time;
+using std::chrono::hours;
+
+constexpr Time kLongestLag = hours(24) * 40;
 // Beyond this lag the ovens are computed once a second only.
-constexpr std::int64_t kCoarseBeyond = 6 * kHour;
-constexpr std::int64_t kPortion = kHour / 6;
+constexpr Time kCoarseBeyond = hours(6);
+constexpr Time kPortion = std::chrono::minutes(10);
 
 }  // namespace
 
 ModelClock::Portion ModelClock::Take(Moment now) {
   const std::chrono::duration<double> real = now - start_;
-  const auto due = static_cast<std::int64_t>(real.count() * speedup_ * Instrument::kTicksPerSecond);
-  const std::int64_t lag = std::max<std::int64_t>(due - taken_, 0);
-  taken_ += std::max<std::int64_t>(lag - kLongestLag, 0);
+  const auto due = std::chrono::floor<Time>(real * speedup_);
+  const Time lag = std::max(due - taken_, Time(0));
+  taken_ += std::max(lag - kLongestLag, Time(0));
   Portion portion;
   portion.pace = lag > kCoarseBeyond ? Instrument::Pace::kCoarse : Instrument::Pace::kFine;
-  portion.ticks = std::min({lag, kLongestLag, kPortion});
-  taken_ += portion.ticks;
+  portion.time = std::min({lag, kLongestLag, kPortion});
+  taken_ += portion.time;
   return portion;
 }
 
 Moment ModelClock::NextDue() const {
-  const std::chrono::duration<double> real(static_cast<double>(taken_ + 1) /
-                                           (speedup_ * Instrument::kTicksPerSecond));
+  const Time next = taken_ - taken_ % kStep + kStep;
+  const std::chrono::duration<double> real = next / speedup_;
   return start_ + std::chrono::duration_cast<Moment::duration>(real);
 }
 

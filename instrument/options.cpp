@@ -43,11 +43,38 @@ std::optional<int> ParseInet(std::string_view text) {
   return ParseNumber<int>(text, 1, kHighestInet);
 }
 
+std::optional<SamplingOrder> OrderNamed(std::string_view name) {
+  static constexpr std::array<std::pair<std::string_view, SamplingOrder>, 4> kOrders{
+      {{"together", SamplingOrder::kTogether},
+       {"ascending", SamplingOrder::kAscending},
+       {"descending", SamplingOrder::kDescending},
+       {"random", SamplingOrder::kRandom}}};
+  const auto* const found = std::find_if(kOrders.begin(), kOrders.end(),
+                                         [&](const auto& order) { return order.first == name; });
+  return found == kOrders.end() ? std::nullopt : std::optional(found->second);
+}
+
+// "VALUE" for all instruments, "INET:VALUE" for one.
+struct Target {
+  std::optional<int> inet;  // 0: all; nothing: no such number
+  std::string_view value;
+};
+
+Target TargetOf(std::string_view text) {
+  const Halves halves = CutAt(text, ':');
+  if (!halves.second) {
+    return {0, text};
+  }
+  return {ParseInet(halves.first), *halves.second};
+}
+
 // What several options say about the instruments before these are made.
 struct Fleet {
   std::set<int> numbers{1};
   std::set<int> fast;
-  std::vector<std::pair<int, int>> ovens;  // instrument, number of ovens
+  std::vector<std::pair<int, int>> ovens;                            // instrument, number of ovens
+  std::vector<std::pair<int, SamplingOrder>> orders;                 // instrument, 0 for all
+  std::vector<std::pair<int, std::chrono::milliseconds>> distances;  // likewise
   std::uint64_t seed = 1;
   double ambient = 22.0;
   bool warm = false;
@@ -70,6 +97,8 @@ class OptionReader {
   [[nodiscard]] bool TakeOvenCount(std::string_view value);
   [[nodiscard]] bool TakeOven(std::string_view value);
   [[nodiscard]] bool TakeSampling(std::string_view value);
+  [[nodiscard]] bool TakeOrder(std::string_view value);
+  [[nodiscard]] bool TakeDistance(std::string_view value);
   [[nodiscard]] bool TakeBacklog(std::string_view value);
   [[nodiscard]] bool TakeFault(std::string_view value);
   [[nodiscard]] bool TakeLineSpeed(std::string_view value);
@@ -97,7 +126,7 @@ std::string* OptionReader::PathOf(std::string_view name) {
 
 bool OptionReader::Take(std::string_view name, const std::string& value) {
   using Taker = bool (OptionReader::*)(std::string_view);
-  static constexpr std::array<std::pair<std::string_view, Taker>, 13> kTakers{
+  static constexpr std::array<std::pair<std::string_view, Taker>, 15> kTakers{
       {{"--mode", &OptionReader::TakeMode},
        {"--instruments", &OptionReader::TakeCount},
        {"--inet", &OptionReader::TakeInets},
@@ -105,6 +134,8 @@ bool OptionReader::Take(std::string_view name, const std::string& value) {
        {"--ovens", &OptionReader::TakeOvenCount},
        {"--oven", &OptionReader::TakeOven},
        {"--sample", &OptionReader::TakeSampling},
+       {"--sampling-order", &OptionReader::TakeOrder},
+       {"--sampling-distance", &OptionReader::TakeDistance},
        {"--backlog", &OptionReader::TakeBacklog},
        {"--fault", &OptionReader::TakeFault},
        {"--line-speed", &OptionReader::TakeLineSpeed},
@@ -220,6 +251,25 @@ bool OptionReader::TakeSampling(std::string_view value) {
   return true;
 }
 
+bool OptionReader::TakeOrder(std::string_view value) {
+  const Target target = TargetOf(value);
+  const auto order = OrderNamed(target.value);
+  if (target.inet && order) {
+    fleet_.orders.emplace_back(*target.inet, *order);
+  }
+  return target.inet && order;
+}
+
+bool OptionReader::TakeDistance(std::string_view value) {
+  const Target target = TargetOf(value);
+  const auto distance =
+      ParseNumber<int>(target.value, 0, static_cast<int>(kWidestDistance.count()));
+  if (target.inet && distance) {
+    fleet_.distances.emplace_back(*target.inet, *distance);
+  }
+  return target.inet && distance;
+}
+
 bool OptionReader::TakeBacklog(std::string_view value) {
   const Halves halves = CutAt(value, '=');
   const auto inet = ParseInet(halves.first);
@@ -232,16 +282,15 @@ bool OptionReader::TakeBacklog(std::string_view value) {
 
 // "NAME", "NAME=LEVEL", each with "INET:" in front for a single instrument.
 bool OptionReader::TakeFault(std::string_view value) {
-  const Halves target = CutAt(value, ':');
-  const auto inet = target.second ? ParseInet(target.first) : std::optional(0);
-  const Halves setting = CutAt(target.second.value_or(value), '=');
+  const Target target = TargetOf(value);
+  const Halves setting = CutAt(target.value, '=');
   const auto fault = FaultNamed(setting.first);
-  if (!inet || !fault) {
+  if (!target.inet || !fault) {
     return false;
   }
   const auto level = ParseLevel(*fault, setting.second.value_or("on"));
   if (level) {
-    options_.faults.push_back({*inet, *fault, *level});
+    options_.faults.push_back({*target.inet, *fault, *level});
   }
   return level.has_value();
 }
@@ -279,6 +328,12 @@ Options OptionReader::Finish() {
     settings.host_pace = std::max(1.0, kHostSequence * options_.speedup);
     for (const auto& [owner, count] : fleet_.ovens) {
       settings.ovens = owner == inet ? count : settings.ovens;
+    }
+    for (const auto& [owner, order] : fleet_.orders) {
+      settings.scan.order = owner == inet || owner == 0 ? order : settings.scan.order;
+    }
+    for (const auto& [owner, distance] : fleet_.distances) {
+      settings.scan.distance = owner == inet || owner == 0 ? distance : settings.scan.distance;
     }
     options_.instruments.push_back(settings);
   }
@@ -334,6 +389,22 @@ bool AllThere(const Options& options, std::string& error) {
   return true;
 }
 
+// An instrument takes no sampling time into which the inputs of a set do not fit.
+bool AllFit(const Options& options, std::string& error) {
+  for (const SamplingOption& sampling : options.sampling) {
+    const auto owner = std::find_if(
+        options.instruments.begin(), options.instruments.end(),
+        [&](const InstrumentSettings& settings) { return settings.inet == sampling.inet; });
+    if (!FitsInto(owner->scan, std::chrono::seconds(sampling.seconds))) {
+      error = "the inputs of instrument " + std::to_string(sampling.inet) + " are sampled within " +
+              std::to_string(WidthOf(owner->scan).count()) + " ms, which does not fit into " +
+              std::to_string(sampling.seconds) + " s";
+      return false;
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, std::string& error) {
@@ -356,7 +427,10 @@ std::optional<Options> ParseOptions(const std::vector<std::string>& arguments, s
     ++i;
   }
   Options options = reader.Finish();
-  return AllThere(options, error) ? std::optional(options) : std::nullopt;
+  if (!AllThere(options, error) || !AllFit(options, error)) {
+    return std::nullopt;
+  }
+  return options;
 }
 
 const char* HelpText() {
@@ -372,6 +446,8 @@ const char* HelpText() {
   --warm                      ovens begin at their setpoint, ramps on their way
   --start-temp DEGREES        temperature of the room and of cold ovens (22)
   --sample INET[.K]=SECONDS   inputs 1..15 (or K alone) sample from the start
+  --sampling-order [INET:]ORDER   together, ascending, descending or random (together)
+  --sampling-distance [INET:]MS   from one input to the next, 0..500 ms (0)
   --backlog INET=SETS         run until each sampled input holds so many sets, then go live
   --speedup N                 the instruments' time runs N times faster (1)
   --line-speed none|BAUD      time that characters take (4800 direct, 9600 plug-in)
@@ -383,9 +459,9 @@ const char* HelpText() {
   --truth FILE                every sample and what became of it
   --send PATH COMMAND         client: send one command to a control socket
 
-Faults: silence, lost-request, lost-reply, late-reply, byte-by-byte, wrong-length, non-hex,
-refusal, stale, garbage, no-value. LEVEL: on, off, a probability, or milliseconds for late-reply
-and byte-by-byte. See instrument/README.md for the control commands and the files.
+Faults: silence, lost-request, lost-reply, late-reply, byte-by-byte, wrong-length, cut-value,
+non-hex, refusal, stale, garbage, no-value. LEVEL: on, off, a probability, or milliseconds for
+late-reply and byte-by-byte. See instrument/README.md for the control commands and the files.
 )";
 }
 

@@ -2,6 +2,7 @@
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
+#include "files/simulated_rows.h"
 #include "frame/unfinished_work.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
@@ -24,6 +25,9 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message(*objection);
     return;
   }
+  if (!MaySimulate(slot)) {
+    return;
+  }
   // The instrument samples from its preparation on, so the file has to tell it before the program
   // ends.
   const UnfinishedWork start(state_);
@@ -31,6 +35,7 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message({"failed", kStartTitle, BoxIcon::kWarning});
     return;
   }
+  TakeBufferCount(slot, 0, clock_.Elapsed());
   screens_.Show(View::kTavWait);
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
   state_.SampleSeen[slot].fill(false);
@@ -39,6 +44,14 @@ void RecordingEngine::StartRecording(int slot) {
   state_.Unit[slot].UnitRecOn = 1;
   state_.ReadState[slot] = ReadState::kReading;
   files_.WriteHeader(slot);
+}
+
+bool RecordingEngine::MaySimulate(int slot) {
+  if (!NeedsConsentToSimulate(state_, link_, slot)) {
+    return true;
+  }
+  state_.SimulatedRowsAllowed = dialogs_.AskOk(ConsentQuestion(state_, link_)) && link_.Simulated;
+  return state_.SimulatedRowsAllowed;
 }
 
 std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) const {

@@ -103,23 +103,39 @@ StopOrdersText DecodeStopOrders(std::string_view text) {
 }
 
 void StopOrders::Load() {
-  const std::string path = Path();
-  const std::optional<std::string> text = ReadWholeFile(path, kLargestFile);
-  if (!text) {
-    if (FindFile(parts_.state.DataHome, kStopOrdersFile)) {
-      parts_.messages.Report(0, {std::string(kStopOrdersFile) + "  cannot be read !", kReadTitle});
+  NoAnswer no_answer;
+  const std::optional<std::string> text = ReadWholeFile(Path(), kLargestFile, no_answer);
+  const bool was_unread = is_unread_;
+  is_unread_ = no_answer.Why != Failure::kNone;
+  if (is_unread_) {
+    if (!was_unread) {
+      TellOfFile(": " + no_answer.Text);
     }
     return;
   }
-  StopOrdersText left = DecodeStopOrders(*text);
+  if (text) {
+    TakeLeft(DecodeStopOrders(*text));
+  } else if (FindFile(parts_.state.DataHome, kStopOrdersFile)) {
+    TellOfFile("  is damaged !");  // it is far too large
+  }
+}
+
+// What was given meanwhile is newer.
+void StopOrders::TakeLeft(const StopOrdersText& left) {
   if (!left.IsWhole) {
-    parts_.messages.Report(0, {std::string(kStopOrdersFile) + "  is damaged !", kReadTitle});
+    TellOfFile("  is damaged !");
   }
-  orders_ = std::move(left.Orders);
-  for (StopOrder& order : orders_) {
-    order.IsDue = true;
-    parts_.state.StopPending[order.Slot] = true;
+  for (StopOrder order : left.Orders) {
+    if (!IsWaiting(order.Inet, order.Controller)) {
+      order.IsDue = true;
+      orders_.push_back(order);
+    }
   }
+  ShowWaiting();
+}
+
+void StopOrders::TellOfFile(const std::string& what) {
+  parts_.messages.Report(0, {kStopOrdersFile + what, kReadTitle});
 }
 
 void StopOrders::Give(int slot, std::int16_t inet, std::int16_t controller) {
@@ -133,6 +149,9 @@ void StopOrders::Give(int slot, std::int16_t inet, std::int16_t controller) {
 }
 
 void StopOrders::Repeat() {
+  if (is_unread_) {
+    Load();
+  }
   for (StopOrder& order : orders_) {
     order.IsDue = true;
   }
@@ -196,17 +215,24 @@ bool StopOrders::CanSend() const {
 
 // What cannot be put on the disk now is told, if it is still the case, on the ten-second tick.
 void StopOrders::Changed() {
+  ShowWaiting();
+  is_saved_ = false;
+  static_cast<void>(Save());
+}
+
+void StopOrders::ShowWaiting() {
   parts_.state.StopPending.fill(false);
   for (const StopOrder& order : orders_) {
     parts_.state.StopPending[order.Slot] = true;
   }
-  is_saved_ = false;
-  static_cast<void>(Save());
 }
 
 std::string StopOrders::Save() {
   if (is_saved_) {
     return {};
+  }
+  if (is_unread_) {
+    return "what it holds could not be read yet";
   }
   std::string problem;
   if (orders_.empty()) {

@@ -53,7 +53,8 @@ class StopOrders {
   explicit StopOrders(const Parts& parts) : parts_(parts) {}
 
   // At the start, once DataHome is known: takes what the program before has left, all of it due.
-  // A file that cannot be read, or that is damaged, is told through Messages.
+  // A file that is damaged is told through Messages. So is one that cannot be read now: it is tried
+  // again with each Repeat, and nothing takes its place before.
   void Load();
 
   // Gives an order, and puts it on the disk. It is due.
@@ -88,6 +89,9 @@ class StopOrders {
   [[nodiscard]] std::string Save();
 
  private:
+  void TakeLeft(const StopOrdersText& left);
+  void TellOfFile(const std::string& what);
+  void ShowWaiting();
   template <typename Predicate>
   void DropIf(Predicate is_void);
   [[nodiscard]] bool Send(const StopOrder& order);
@@ -97,8 +101,9 @@ class StopOrders {
 
   Parts parts_;
   std::vector<StopOrder> orders_;
-  bool is_saved_ = true;   // the disk holds what orders_ holds
-  bool was_told_ = false;  // that it does not
+  bool is_unread_ = false;  // the file of the program before could not be read
+  bool is_saved_ = true;    // the disk holds what orders_ holds
+  bool was_told_ = false;   // that it does not
 };
 
 }  // namespace tavrel

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,6 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kLockFile = "TAVREL.LCK";
-constexpr const char* kDefaultFile = "M011111A.NEW";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr float kFlushSeconds = 1200;
 constexpr std::chrono::milliseconds kPortInUseRetry{100};
@@ -26,10 +26,24 @@ constexpr const char* kStopIsDone = "It is off now.";
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
 
+}  // namespace
+
 // Settings and data stand beside the program, or, where nothing can be written there, in the
-// user's own directory.
-std::string HomeOf(const std::string& program_path) {
-  if (IsWritable(program_path)) {
+// user's own directory. A probe that fails for another reason says nothing about that: the program
+// would come up with other settings and without its tests.
+std::optional<std::string> StartUp::HomeOf(const std::string& program_path) const {
+  NoAnswer no_answer;
+  bool is_writable = IsWritable(program_path, no_answer);
+  while (no_answer.Why != Failure::kNone) {
+    const Notice question{"Cannot tell whether the program's directory can be written:\n" +
+                              program_path + "\n\n" + no_answer.Text,
+                          "TAVREL", BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return std::nullopt;
+    }
+    is_writable = IsWritable(program_path, no_answer);
+  }
+  if (is_writable) {
     return AddSeparator(program_path);
   }
   const std::string own = UserDataDirectory();
@@ -37,14 +51,15 @@ std::string HomeOf(const std::string& program_path) {
   return AddSeparator(own);
 }
 
-}  // namespace
-
 bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_lock) {
   RunState& state = parts_.state;
   state.AppPath = AddSeparator(program_path);
-  state.DataHome = HomeOf(program_path);
-  if (!take_lock(state.DataHome + kLockFile)) {
-    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  const auto home = HomeOf(program_path);
+  if (!home) {
+    return false;
+  }
+  state.DataHome = *home;
+  if (!IsFirst(take_lock)) {
     return false;
   }
   if (!FindFile(program_path, kGermanManual)) {
@@ -54,11 +69,40 @@ bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_l
   return true;
 }
 
-SplashValues StartUp::SplashShow() {
+// Where nobody can tell whether another copy runs, the user can try to make it possible.
+bool StartUp::IsFirst(const TakeLock& take_lock) {
+  const std::string path = parts_.state.DataHome + kLockFile;
+  LockTaking taking = take_lock(path);
+  while (!taking.Problem.empty()) {
+    const std::string text =
+        "Cannot find out if the program is already running !\n\n" + path + "\n" + taking.Problem;
+    if (!parts_.dialogs.AskRetry({text, "TAVREL", BoxIcon::kCritical})) {
+      return false;
+    }
+    taking = take_lock(path);
+  }
+  if (!taking.IsTaken) {
+    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  }
+  return taking.IsTaken;
+}
+
+std::optional<SplashValues> StartUp::SplashShow() {
   parts_.state.FirstRun = false;
   parts_.settings.SettingsLoad();
+  while (!parts_.settings.ReadError().empty()) {
+    const Notice question{"The settings are there, but cannot be read:\n" +
+                              parts_.settings.ReadError() +
+                              "\n\nThey name all tests. Nothing is saved as long as they "
+                              "cannot be read.",
+                          kSettingsFile, BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return std::nullopt;
+    }
+    parts_.settings.SettingsLoad();
+  }
   const Language language = LanguageOf(parts_.state.Settings.HelpLang);
-  return {std::string(kStartCaption.In(language)), "release   2446"};
+  return SplashValues{std::string(kStartCaption.In(language)), "release   2446"};
 }
 
 bool StartUp::MainFormLoad() {
@@ -100,7 +144,7 @@ void StartUp::MainFormShow() {
   state.PendingFile = state.Settings.OpenFile;
   {
     const Messages::Deferral deferral(parts_.messages);
-    AttachFiles();
+    parts_.attachment.AttachAll();
     FinishStopOrders();
   }
   ReadBacklog();
@@ -117,63 +161,10 @@ void StartUp::MainFormShow() {
   parts_.messages.ShowKept();
 }
 
-void StartUp::AttachFiles() {
-  bool any_in_use = false;
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    AttachSlot(slot);
-    any_in_use = any_in_use || !parts_.state.SlotFile[slot].empty();
-  }
-  if (!any_in_use) {
-    MakeDefaultSlot();
-  }
-}
-
-void StartUp::AttachSlot(int slot) {
-  RunState& state = parts_.state;
-  std::string& active_file = state.Settings.ActiveFiles[slot - 1];
-  state.SelSlot = slot;
-  if (!active_file.empty()) {
-    state.SlotFile[slot] = active_file;
-    state.SlotPath[slot] = DataDirectory(state);
-    parts_.files.OpenRecordingFile(slot);
-  }
-  if (state.SlotFile[slot].empty()) {
-    active_file.clear();
-    parts_.sheet.HideRow(slot);
-    return;
-  }
-  parts_.sheet.ShowRow(slot);
-}
-
-// The first start of all. A file of that name that is there already and valid is taken as it
-// is; anything else of that name is left alone and the new file gets the next letter.
-void StartUp::MakeDefaultSlot() {
-  constexpr int kFirst = 1;
-  RunState& state = parts_.state;
-  state.SlotPath[kFirst] = DataDirectory(state);
-  if (FindFile(state.SlotPath[kFirst], kDefaultFile)) {
-    state.SlotFile[kFirst] = kDefaultFile;
-    parts_.files.OpenRecordingFile(kFirst);
-  }
-  if (state.SlotFile[kFirst].empty()) {
-    state.SlotFile[kFirst] = parts_.files.FreeName(kFirst, kDefaultFile);
-    state.Unit[kFirst] = DefaultUnitRecord();
-    parts_.files.WriteHeader(kFirst);
-    parts_.files.CloseRecordingFile(kFirst);
-    if (state.SlotFile[kFirst].empty()) {
-      return;
-    }
-    parts_.files.OpenRecordingFile(kFirst);
-  }
-  state.Settings.ActiveFiles[kFirst - 1] = state.SlotFile[kFirst];
-  state.SettingsChanged = true;
-  parts_.sheet.ShowRow(kFirst);
-}
-
 // An oven that should be off comes before everything else on the line. Where no line is, the orders
 // wait.
 void StartUp::FinishStopOrders() {
-  StopOrders& orders = parts_.stop_orders;
+  StopOrders& orders = parts_.engine.Orders();
   orders.Load();
   const std::vector<StopOrder> left = orders.All();
   for (std::size_t sent = 0; sent < left.size() && orders.CanSend(); ++sent) {
@@ -187,7 +178,7 @@ void StartUp::FinishStopOrders() {
 }
 
 void StartUp::TellStopOrder(const StopOrder& order) {
-  const bool waits = parts_.stop_orders.IsWaiting(order.Inet, order.Controller);
+  const bool waits = parts_.engine.Orders().IsWaiting(order.Inet, order.Controller);
   const std::string what = "Controller " + std::to_string(order.Controller) + " of Tavrel " +
                            std::to_string(order.Inet) + " was not switched off at the end of its " +
                            "recording.\n";
@@ -207,8 +198,12 @@ void StartUp::ReadBacklog() {
     link.ComLetter = reg::kBuffered;
     link.ComIndex = unit.UnitRef;
     Exchange(&Link::ReadReg);
-    const bool reads = state.ReadState[slot] >= ReadState::kReading;
-    if (reads && link.IsGood(unit.UnitInet) && link.ComValue > state.BacklogCount) {
+    if (state.ReadState[slot] < ReadState::kReading) {
+      continue;
+    }
+    const bool answers = link.IsGood(unit.UnitInet);
+    parts_.engine.TakeUp(slot, answers ? std::optional(link.ComValue) : std::nullopt);
+    if (answers && link.ComValue > state.BacklogCount) {
       state.BacklogCount = link.ComValue;
       state.BacklogSlot = slot;
     }
@@ -229,32 +224,40 @@ bool StartUp::IsInUse(std::int16_t inet) const {
 }
 
 // A controller that was left running without a file is switched off. An instrument that the
-// backlog did not reach, since it does not answer or has no slot, is left alone.
+// backlog did not reach, since it does not answer or has no slot, is left alone, and so is one
+// whose controllers a test may use that waits for its file.
 void StartUp::SweepControllers() {
+  const auto waiting = parts_.attachment.WaitingInstruments();
+  if (!waiting) {
+    return;
+  }
+  for (std::int16_t inet = 1; inet <= kInets; ++inet) {
+    if (IsInUse(inet) && parts_.link.IsGood(inet) && !waiting->contains(inet)) {
+      SweepControllersOf(inet);
+    }
+  }
+}
+
+void StartUp::SweepControllersOf(std::int16_t inet) {
   const RunState& state = parts_.state;
   Link& link = parts_.link;
-  for (std::int16_t inet = 1; inet <= kInets; ++inet) {
-    if (!IsInUse(inet) || !link.IsGood(inet)) {
+  std::array<bool, kControllers + 1> is_used{};
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+      is_used.at(state.Unit[slot].UnitCtrl) = true;
+    }
+  }
+  for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
+    if (is_used.at(ctrl)) {
       continue;
     }
-    std::array<bool, kControllers + 1> is_used{};
-    for (int slot = 1; slot <= kSlots; ++slot) {
-      if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
-        is_used.at(state.Unit[slot].UnitCtrl) = true;
-      }
-    }
-    for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
-      if (is_used.at(ctrl)) {
-        continue;
-      }
-      link.ComInet = inet;
-      link.ComLetter = reg::kControllerState;
-      link.ComIndex = ctrl;
-      link.ComValue = controller::kOff;
-      Exchange(&Link::WriteReg);
-      if (link.IsGood(inet)) {
-        parts_.stop_orders.Drop(inet, ctrl);
-      }
+    link.ComInet = inet;
+    link.ComLetter = reg::kControllerState;
+    link.ComIndex = ctrl;
+    link.ComValue = controller::kOff;
+    Exchange(&Link::WriteReg);
+    if (link.IsGood(inet)) {
+      parts_.engine.Orders().Drop(inet, ctrl);
     }
   }
 }

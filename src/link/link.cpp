@@ -6,7 +6,6 @@
 #include "common/number.h"
 #include "common/text.h"
 #include "link/registers.h"
-#include "link/reply.h"
 
 namespace tavrel {
 namespace {
@@ -30,9 +29,17 @@ constexpr milliseconds kSettle{150};
 // baud (2.3 ms each), so that the second one of two replies is seen.
 constexpr milliseconds kTail{15};
 
+// The same at 9600 baud, where the first character of an answer comes that much sooner behind its
+// command (7 x 11 / 9600 s = 8 ms instead of 5 x 11 / 4800 s = 11.5 ms).
+constexpr milliseconds kFastTail{12};
+
 int PortNumber(const std::string& comm_port) {
   const std::string trimmed = Trim(comm_port);
   return trimmed.size() < 4 ? 0 : ToWord(ReadNumber(std::string_view(trimmed).substr(3)));
+}
+
+std::string PortName(int number) {
+  return "COM" + std::to_string(number);
 }
 
 bool IsPortFailure(int event) {
@@ -56,11 +63,10 @@ void Link::LinkOpen(const LineChoice& choice) {
     PortLabel = "(simulated)";
     return;
   }
-  OpenPort();
+  TakeOpening(port_.Open(port_number_, mode_.PortSettings));
 }
 
-void Link::OpenPort() {
-  const PortOpening opening = port_.Open(port_number_, mode_.PortSettings);
+void Link::TakeOpening(const PortOpening& opening) {
   PortError = opening.Error;
   PortErrorText = opening.Text;
   PortInUse = opening.InUse;
@@ -70,7 +76,7 @@ void Link::OpenPort() {
   }
   lost_ = false;
   PortOpen = true;
-  PortLabel = "COM" + std::to_string(port_number_) + ": " + port_.Settings();
+  PortLabel = PortName(port_number_) + ": " + port_.Settings();
 }
 
 void Link::LinkClose() {
@@ -86,7 +92,7 @@ void Link::ReopenIfLost() {
   if (!lost_) {
     return;
   }
-  OpenPort();
+  TakeOpening(port_.Reopen());
   lost_ = !PortOpen;
 }
 
@@ -101,6 +107,7 @@ void Link::NoteEvents() {
   if (IsPortFailure(event) || !port_.IsOpen()) {
     LinkClose();
     lost_ = true;
+    PortLabel = PortName(port_number_) + ": (lost)";
   }
 }
 
@@ -124,7 +131,7 @@ void Link::ReadReg() {
     AnswerRead(SimulatedRegister());
     return;
   }
-  ReadValue(RegisterReadFrame(mode_, Address(), {ComLetter, ComIndex}));
+  ReadValue(RegisterReadFrame(mode_, Address(), {ComLetter, ComIndex}), ValueDigits::kFour);
 }
 
 void Link::WriteReg() {
@@ -169,7 +176,8 @@ void Link::WritePort() {
 }
 
 void Link::ReadSpace(Space space) {
-  ReadValue(SpaceReadFrame(mode_, Address(), space, ComLetter));
+  ReadValue(SpaceReadFrame(mode_, Address(), space, ComLetter),
+            space == Space::kPort ? ValueDigits::kTwo : ValueDigits::kTwoOrFour);
 }
 
 // On a direct line nothing acknowledges a memory or port write: it counts as good unseen.
@@ -191,11 +199,11 @@ void Link::AnswerWrite(std::int16_t* word) {
   Finish(LinkResult::kGood);
 }
 
-void Link::ReadValue(const std::string& frame) {
+void Link::ReadValue(const std::string& frame, ValueDigits digits) {
   ReplyText.clear();
   LinkResult result = LinkSend(frame);
   if (result == LinkResult::kGood) {
-    result = WaitValue();
+    result = WaitValue(digits);
   }
   if (result == LinkResult::kGood) {
     ComValue = ReadHex(ReplyText);
@@ -237,7 +245,7 @@ bool Link::EndsWithReply() {
     return ComResult == LinkResult::kGood;
   }
   const std::size_t length = rx_buffer_.size();
-  port_.WaitForData(kTail);
+  port_.WaitForData(mode_.PortSettings.starts_with("4800") ? kTail : kFastTail);
   LinkPoll();
   if (rx_buffer_.size() == length) {
     return true;
@@ -299,9 +307,9 @@ void Link::LinkPace() {
   }
 }
 
-LinkResult Link::WaitValue() {
-  return WaitFor([this]() -> std::optional<LinkResult> {
-    const auto verdict = JudgeValue(rx_buffer_);
+LinkResult Link::WaitValue(ValueDigits digits) {
+  return WaitFor([this, digits]() -> std::optional<LinkResult> {
+    const auto verdict = JudgeValue(rx_buffer_, digits);
     if (!verdict) {
       return std::nullopt;
     }

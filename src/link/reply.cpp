@@ -13,9 +13,15 @@ bool IsReplyDigit(char character) {
   return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F');
 }
 
-LinkResult JudgeLine(std::string_view rx_buffer, std::string_view digits) {
-  const bool fits = rx_buffer.size() < kTooLong && (digits.size() == 2 || digits.size() == 4);
-  if (!fits) {
+bool HasRightNumber(std::string_view digits, ValueDigits value_digits) {
+  const bool may_be_four = value_digits != ValueDigits::kTwo;
+  const bool may_be_two = value_digits != ValueDigits::kFour;
+  return (digits.size() == 4 && may_be_four) || (digits.size() == 2 && may_be_two);
+}
+
+LinkResult JudgeLine(std::string_view rx_buffer, std::string_view digits,
+                     ValueDigits value_digits) {
+  if (rx_buffer.size() >= kTooLong || !HasRightNumber(digits, value_digits)) {
     return LinkResult::kLength;
   }
   return std::all_of(digits.begin(), digits.end(), IsReplyDigit) ? LinkResult::kGood
@@ -32,11 +38,11 @@ bool HoldsRejection(std::string_view rx_buffer) {
 
 }  // namespace
 
-std::optional<ValueVerdict> JudgeValue(std::string_view rx_buffer) {
+std::optional<ValueVerdict> JudgeValue(std::string_view rx_buffer, ValueDigits value_digits) {
   const std::size_t end = rx_buffer.find(kCarriageReturn);
   if (end != std::string_view::npos) {
     const std::string_view digits = rx_buffer.substr(0, end);
-    return ValueVerdict{JudgeLine(rx_buffer, digits), std::string(digits)};
+    return ValueVerdict{JudgeLine(rx_buffer, digits, value_digits), std::string(digits)};
   }
   if (HoldsRejection(rx_buffer)) {
     return ValueVerdict{LinkResult::kRejected, {}};

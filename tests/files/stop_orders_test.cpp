@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/files/pump_room.h"
+#include "tests/support/hindrance.h"
 
 namespace tavrel {
 namespace {
@@ -232,7 +233,27 @@ TEST_F(Stops, TellThatTheirFileIsDamaged) {
   next.Load();
   EXPECT_TRUE(next.All().empty());
   EXPECT_THAT(Announced(), ElementsAre("Read  file | TAVREL.OFF  is damaged !",
-                                       "Read  file | TAVREL.OFF  cannot be read !"));
+                                       "Read  file | TAVREL.OFF  is damaged !"));
+}
+
+TEST_F(Stops, OfTheProgramBeforeAreReadAsSoonAsTheDiskGivesThem) {
+  const Messages::Deferral deferral(messages);
+  MakeUnreadable(directory.File(kStopOrdersFile));
+  orders.Load();
+  End(4, 2, 1);
+  TenSeconds();
+  EXPECT_TRUE(std::filesystem::is_symlink(directory.File(kStopOrdersFile)))
+      << "what it holds is not known yet";
+  EXPECT_THAT(Announced(), ElementsAre(testing::StartsWith("Read  file | TAVREL.OFF: "),
+                                       "TAVREL.OFF | Cannot write file."));
+  std::filesystem::remove(directory.File(kStopOrdersFile));
+  directory.Write(kStopOrdersFile, EncodeStopOrders({{9, 2, 4, false}, {8, 2, 1, false}}));
+  TenSeconds();
+  EXPECT_THAT(OnDisk(), ElementsAre(StopOrder{4, 2, 1, false}, StopOrder{9, 2, 4, false}));
+  EXPECT_TRUE(state.StopPending[9]);
+  line.silent.clear();
+  TenSeconds();
+  EXPECT_FALSE(directory.Exists(kStopOrdersFile));
 }
 
 TEST_F(Stops, AreNotTouchedWhereThereAreNone) {

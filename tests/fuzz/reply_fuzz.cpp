@@ -15,15 +15,17 @@ bool AreDigits(std::string_view text) {
   return text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
 }
 
-void CheckGood(std::string_view received, const std::string& digits) {
-  Require(digits.size() == 2 || digits.size() == 4, "a good value has two or four digits");
+void CheckGood(std::string_view received, const std::string& digits, ValueDigits value_digits) {
+  const bool is_two = digits.size() == 2 && value_digits != ValueDigits::kFour;
+  const bool is_four = digits.size() == 4 && value_digits != ValueDigits::kTwo;
+  Require(is_two || is_four, "a good value has the digits that it must have");
   Require(AreDigits(digits), "a good value has digits only");
   Require(received.size() <= 5, "what is longer than four digits and their end is no value");
   Require(digits.size() == 4 || ReadHex(digits) >= 0, "two digits are never negative");
 }
 
-void CheckValue(std::string_view received) {
-  const auto verdict = JudgeValue(received);
+void CheckValue(std::string_view received, ValueDigits value_digits) {
+  const auto verdict = JudgeValue(received, value_digits);
   const std::size_t end = received.find(kCarriageReturn);
   Require(verdict.has_value() == Holds(received, "\r?\x1b"), "a verdict needs an end or a refusal");
   if (!verdict) {
@@ -35,7 +37,7 @@ void CheckValue(std::string_view received) {
   Require(verdict->ReplyText == (end == std::string_view::npos ? "" : received.substr(0, end)),
           "the reply is what stands before the first carriage return");
   if (result == LinkResult::kGood) {
-    CheckGood(received, verdict->ReplyText);
+    CheckGood(received, verdict->ReplyText, value_digits);
   }
   if (result == LinkResult::kNotHex) {
     Require(!AreDigits(verdict->ReplyText), "something must be no digit");
@@ -58,7 +60,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string received = tavrel::TextOf(data, std::min<std::size_t>(size, 64));
   for (std::size_t count = 0; count <= received.size(); ++count) {
     const std::string_view so_far = std::string_view(received).substr(0, count);
-    tavrel::CheckValue(so_far);
+    for (const auto digits :
+         {tavrel::ValueDigits::kFour, tavrel::ValueDigits::kTwo, tavrel::ValueDigits::kTwoOrFour}) {
+      tavrel::CheckValue(so_far, digits);
+    }
     tavrel::CheckAck(so_far);
   }
   return 0;

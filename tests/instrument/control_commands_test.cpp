@@ -70,6 +70,9 @@ TEST_F(Commands, NonsenseIsAnError) {
                            "fill 1 0",
                            "fill 1 897",
                            "fill 1 10",
+                           "pass 1",
+                           "pass 1 0",
+                           "pass 7 10",
                            "sensor 1",
                            "sensor 1.16 short",
                            "sensor 1.1 wet",
@@ -95,6 +98,15 @@ TEST_F(Commands, FillLetsItsOwnTimeRunOn) {
   EXPECT_EQ(Do("fill 2 896"), "ok\n");
   EXPECT_EQ(bench.Say("R11?R12?"), "0380\r0380\r");
   EXPECT_EQ(bench.truth.Count("overrun"), 0);
+  EXPECT_EQ(bench.line.Find(1)->Seconds(), 0.0);
+}
+
+TEST_F(Commands, PassLetsItsOwnTimeRunOnOverAFullBuffer) {
+  bench.Say("S11=1\r");
+  EXPECT_EQ(Do("pass 2 1500"), "ok\n");
+  EXPECT_EQ(bench.Say("R11?"), "0380\r");
+  EXPECT_EQ(bench.truth.Count("overrun 2 1"), 1500 - 896);
+  EXPECT_EQ(bench.line.Find(2)->Seconds(), 1500.0);
   EXPECT_EQ(bench.line.Find(1)->Seconds(), 0.0);
 }
 

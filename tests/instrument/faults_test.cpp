@@ -79,6 +79,13 @@ TEST_F(FaultyLine, WrongLengthHasThreeDigits) {
   EXPECT_EQ(bench.Say("W01=1\r"), ".");
 }
 
+TEST_F(FaultyLine, CutValueKeepsTheLastHalfOfItsDigits) {
+  Set(1, Fault::kCutValue);
+  EXPECT_EQ(bench.Say("W01?"), "E8\r");
+  EXPECT_EQ(bench.Say("1F@"), "0\r");
+  EXPECT_EQ(bench.Say("W01=1\r"), ".");
+}
+
 TEST_F(FaultyLine, NonHexPutsALetterBeyondF) {
   Set(2, Fault::kNonHex);
   const std::string reply = bench.Say("X11?");
@@ -120,6 +127,17 @@ TEST_F(FaultyLine, ProbabilityStrikesInItsShare) {
   EXPECT_NEAR(lost, 400, 80);
 }
 
+TEST_F(FaultyLine, LateReplyStrikesInItsShare) {
+  Set(1, Fault::kLateReply, "150/0.2");
+  int late = 0;
+  for (int i = 0; i < 2000; ++i) {
+    EXPECT_EQ(bench.Say("W01?").size(), 5U);
+    late += bench.last->delay.count() == 150 ? 1 : 0;
+  }
+  EXPECT_NEAR(late, 400, 80);
+  EXPECT_EQ(bench.line.FaultsOf(1)->Text(), "late-reply=150/0.2");
+}
+
 TEST_F(FaultyLine, LimitedFaultEndsByItself) {
   auto level = ParseLevel(Fault::kRefusal, "on");
   level->times = 2;
@@ -133,6 +151,8 @@ TEST(FaultLevel, KnowsItsRanges) {
   EXPECT_FALSE(ParseLevel(Fault::kLostReply, "often"));
   EXPECT_FALSE(ParseLevel(Fault::kLateReply, "60001"));
   EXPECT_FALSE(ParseLevel(Fault::kLostReply, "nan"));
+  EXPECT_FALSE(ParseLevel(Fault::kLateReply, "150/2"));
+  EXPECT_FALSE(ParseLevel(Fault::kLateReply, "150/"));
   EXPECT_EQ(ParseLevel(Fault::kLateReply, "0")->probability, 0.0);
   EXPECT_EQ(ParseLevel(Fault::kLateReply, "on")->time.count(), 150);
 }

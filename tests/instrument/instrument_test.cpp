@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/instrument/line_fixture.h"
 
 namespace instrument {
@@ -113,9 +115,9 @@ TEST_F(OneInstrument, MailboxRunsATestAndLeavesItsResult) {
 
 TEST_F(OneInstrument, WatchdogTestGivesItsPeriodAfterThatPeriod) {
   bench.Say("G00=A\r");
-  bench.line.Advance(6, Instrument::Pace::kFine);
+  bench.PassMilliseconds(1500);
   EXPECT_EQ(Read("G00"), 10);
-  bench.line.Advance(1, Instrument::Pace::kFine);
+  bench.PassMilliseconds(250);
   EXPECT_EQ(Read("G00"), 0);
   EXPECT_EQ(Read("G08"), 160);
 }
@@ -192,9 +194,120 @@ TEST_F(OneInstrument, FillRunsUntilEachSampledInputHoldsTheSets) {
 
 TEST_F(OneInstrument, CoarsePaceTakesTheSameSamples) {
   bench.Say("S11=3\r");
-  bench.line.Advance(3, Instrument::Pace::kFine);
-  bench.line.Advance(std::int64_t{300} * Instrument::kTicksPerSecond, Instrument::Pace::kCoarse);
+  bench.PassMilliseconds(750);
+  bench.line.Advance(std::chrono::seconds(300), Instrument::Pace::kCoarse);
   EXPECT_EQ(Read("R11"), 100);
+}
+
+// An instrument whose inputs 1 to 15 are sampled one after another every 10 s, half a second
+// apart: input k at k - 1 half seconds after the set's beginning.
+class OneAfterAnother : public testing::Test {
+ protected:
+  OneAfterAnother() { EXPECT_TRUE(bench.line.Find(1)->StartSampling(std::nullopt, 10)); }
+  int Read(char letter, int input) {
+    return WordOf(bench.Say(std::string{letter, '0', "0123456789ABCDEF"[input], '?'}));
+  }
+
+  LineBench bench{
+      LineMode::kDirect, {1}, {SamplingOrder::kAscending, std::chrono::milliseconds(500)}};
+};
+
+TEST_F(OneAfterAnother, EachInputCountsItsSampleAtItsOwnInstant) {
+  bench.Pass(10);
+  for (int input = 1; input <= 15; ++input) {
+    EXPECT_EQ(Read('R', input), 1) << input;
+    EXPECT_EQ(Read('R', std::min(input + 1, 15)), input < 15 ? 0 : 1) << input;
+    bench.PassMilliseconds(499);
+    EXPECT_EQ(Read('R', std::min(input + 1, 15)), input < 15 ? 0 : 1) << input;
+    bench.PassMilliseconds(1);
+  }
+}
+
+TEST_F(OneAfterAnother, SampledWordIsTheOneShownAtItsOwnInstant) {
+  bench.Pass(10);
+  for (int input = 1; input <= 15; ++input) {
+    const int shown = Read('Y', input);
+    EXPECT_EQ(Read('X', input), shown) << input;
+    EXPECT_EQ(Read('X', input), -32768) << input;
+    bench.PassMilliseconds(500);
+  }
+}
+
+TEST_F(OneAfterAnother, FullBufferOfAnInputLosesItsOldestAtItsOwnInstant) {
+  ASSERT_TRUE(bench.line.Find(1)->Fill(896));
+  ASSERT_EQ(bench.truth.Count("overrun"), 0);
+  bench.Pass(10 - 7);
+  EXPECT_EQ(bench.truth.Count("overrun 1 1 1"), 1);
+  EXPECT_EQ(bench.truth.Count("overrun"), 1);
+  EXPECT_EQ(Read('R', 1), 896);
+  // Those that are read in time lose nothing.
+  EXPECT_NE(Read('X', 2), -32768);
+  bench.PassMilliseconds(500);
+  EXPECT_EQ(bench.truth.Count("overrun"), 1);
+  bench.PassMilliseconds(500);
+  EXPECT_EQ(bench.truth.Count("overrun 1 3 1"), 1);
+  EXPECT_EQ(bench.truth.Count("overrun"), 2);
+}
+
+TEST_F(OneAfterAnother, FillGivesEachInputTheSameSets) {
+  ASSERT_TRUE(bench.line.Find(1)->Fill(500));
+  for (int input = 1; input <= 15; ++input) {
+    EXPECT_EQ(Read('R', input), 500) << input;
+  }
+}
+
+TEST_F(OneAfterAnother, SamplesOfASetHaveOneNumberInTheTruth) {
+  bench.Pass(3000);
+  for (int input = 1; input <= 15; ++input) {
+    EXPECT_EQ(bench.truth.Count("sample 1 " + std::to_string(input) + " 299 "), 1);
+    EXPECT_EQ(bench.truth.Count("sample 1 " + std::to_string(input) + " 300 "), input == 1 ? 1 : 0);
+  }
+}
+
+TEST_F(OneAfterAnother, RestartLeavesOutTheRestOfASet) {
+  bench.Pass(13);
+  bench.line.Find(1)->Restart();
+  bench.PassMilliseconds(6999);
+  EXPECT_EQ(Read('R', 15), 0);
+  bench.PassMilliseconds(1);
+  EXPECT_EQ(Read('R', 1), 1);
+  bench.Pass(7);
+  EXPECT_EQ(Read('R', 15), 1);
+}
+
+TEST_F(OneAfterAnother, RecordingIsStartedInOneSetWhateverThePhase) {
+  for (int phase = 0; phase < 20; ++phase) {
+    LineBench started{
+        LineMode::kDirect, {1}, {SamplingOrder::kDescending, std::chrono::milliseconds(500)}};
+    started.PassMilliseconds(500 * phase);
+    for (const char* commands : {"S01=1\rR01=0\r", "S07=1\rR07=0\r", "S0F=1\rR0F=0\r"}) {
+      EXPECT_EQ(started.Say(commands), "..");
+      started.PassMilliseconds(300);
+    }
+    ASSERT_TRUE(started.line.Find(1)->Fill(3));
+    EXPECT_EQ(WordOf(started.Say("R01?")), 3) << phase;
+    EXPECT_EQ(WordOf(started.Say("R0F?")), 3) << phase;
+  }
+}
+
+TEST_F(OneAfterAnother, IntervalThatIsTooShortIsRefused) {
+  LineBench fast{LineMode::kDirect, {2}, {SamplingOrder::kRandom, std::chrono::milliseconds(500)}};
+  EXPECT_EQ(fast.Say("S11=7\r"), "?");
+  EXPECT_EQ(WordOf(fast.Say("S11?")), 0);
+  EXPECT_EQ(fast.Say("S11=8\r"), ".");
+  EXPECT_EQ(WordOf(fast.Say("S11?")), 8);
+}
+
+TEST_F(OneAfterAnother, CoarsePaceSamplesAtTheSameInstants) {
+  LineBench fine{
+      LineMode::kDirect, {1}, {SamplingOrder::kAscending, std::chrono::milliseconds(500)}};
+  ASSERT_TRUE(fine.line.Find(1)->StartSampling(std::nullopt, 10));
+  bench.line.Advance(std::chrono::seconds(333), Instrument::Pace::kCoarse);
+  fine.line.Advance(std::chrono::seconds(333), Instrument::Pace::kFine);
+  for (int input = 1; input <= 15; ++input) {
+    const std::string name = std::string{'R', '0', "0123456789ABCDEF"[input], '?'};
+    EXPECT_EQ(bench.Say(name), fine.Say(name)) << input;
+  }
 }
 
 TEST_F(OneInstrument, AdjustmentFindsTheDivisorThatTheMakerFound) {

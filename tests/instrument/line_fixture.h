@@ -52,12 +52,13 @@ class KeptTruth : public TruthLog {
 // A line without a port: bytes in, the reply's bytes out. Levers: `truth`, `line`, `last`.
 class LineBench {
  public:
-  explicit LineBench(LineMode mode, const std::vector<int>& inets = {1, 2, 3})
+  explicit LineBench(LineMode mode, const std::vector<int>& inets = {1, 2, 3}, Scan scan = {})
       : line(mode, truth), reader_(mode) {
     for (const int inet : inets) {
       InstrumentSettings settings;
       settings.inet = inet;
       settings.fast = inet == 2;
+      settings.scan = scan;
       line.Add(settings);
     }
   }
@@ -76,8 +77,10 @@ class LineBench {
     return replies;
   }
 
-  void Pass(std::int64_t seconds) {
-    line.Advance(seconds * Instrument::kTicksPerSecond, Instrument::Pace::kFine);
+  void Pass(std::int64_t seconds) { PassMilliseconds(seconds * 1000); }
+
+  void PassMilliseconds(std::int64_t time) {
+    line.Advance(Instrument::Time(time), Instrument::Pace::kFine);
   }
 
   KeptTruth truth;

@@ -11,34 +11,35 @@ using std::chrono::seconds;
 
 constexpr Moment kStart{};
 
-// All ticks that are due, in however many portions.
-std::int64_t TakeAll(ModelClock& clock, Moment now, int& portions) {
-  std::int64_t ticks = 0;
+// All time that is due, in however many portions.
+milliseconds TakeAll(ModelClock& clock, Moment now, int& portions) {
+  milliseconds time{0};
   for (portions = 0; clock.NextDue() <= now; ++portions) {
-    ticks += clock.Take(now).ticks;
+    time += clock.Take(now).time;
   }
-  return ticks;
+  return time;
 }
 
-TEST(ModelClock, TicksFourTimesASecond) {
+TEST(ModelClock, StepsFourTimesASecondAndTellsEachMillisecond) {
   ModelClock clock(1.0);
   clock.Start(kStart);
-  EXPECT_EQ(clock.Take(kStart + milliseconds(240)).ticks, 0);
-  EXPECT_EQ(clock.Take(kStart + milliseconds(260)).ticks, 1);
+  EXPECT_EQ(clock.Take(kStart + milliseconds(240)).time, milliseconds(240));
+  EXPECT_EQ(clock.NextDue(), kStart + milliseconds(250));
+  EXPECT_EQ(clock.Take(kStart + milliseconds(260)).time, milliseconds(20));
   EXPECT_EQ(clock.NextDue(), kStart + milliseconds(500));
 }
 
 TEST(ModelClock, RunsFasterByTheSpeedup) {
   ModelClock clock(60.0);
   clock.Start(kStart);
-  EXPECT_EQ(clock.Take(kStart + seconds(1)).ticks, 240);
+  EXPECT_EQ(clock.Take(kStart + seconds(1)).time, seconds(60));
 }
 
 TEST(ModelClock, MakesUpALongStopInPortionsAndLosesNothing) {
   ModelClock clock(10.0);
   clock.Start(kStart);
   int portions = 0;
-  EXPECT_EQ(TakeAll(clock, kStart + hours(5), portions), std::int64_t{50} * 3600 * 4);
+  EXPECT_EQ(TakeAll(clock, kStart + hours(5), portions), hours(50));
   EXPECT_GT(portions, 50);
 }
 
@@ -55,7 +56,7 @@ TEST(ModelClock, MakesUpFortyDaysAtMost) {
   ModelClock clock(1000.0);
   clock.Start(kStart);
   int portions = 0;
-  EXPECT_EQ(TakeAll(clock, kStart + hours(24), portions), std::int64_t{40} * 24 * 3600 * 4);
+  EXPECT_EQ(TakeAll(clock, kStart + hours(24), portions), hours(40 * 24));
 }
 
 }  // namespace

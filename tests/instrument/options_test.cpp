@@ -57,6 +57,38 @@ TEST(Options, SamplingOfAllInputsOrOne) {
   EXPECT_EQ(options->backlog.at(0).sets, 500);
 }
 
+TEST(Options, InputsAreSampledTogetherUnlessToldOtherwise) {
+  EXPECT_EQ(Parse({})->instruments[0].scan.order, SamplingOrder::kTogether);
+  EXPECT_EQ(Parse({})->instruments[0].scan.distance, std::chrono::milliseconds(0));
+}
+
+TEST(Options, OrderAndDistanceOfSamplingForAllOrOneInstrument) {
+  const auto options =
+      Parse({"--instruments", "3", "--sampling-order", "descending", "--sampling-distance", "30",
+             "--sampling-order", "2:random", "--sampling-distance", "3:500"});
+  ASSERT_TRUE(options);
+  EXPECT_EQ(options->instruments[0].scan.order, SamplingOrder::kDescending);
+  EXPECT_EQ(options->instruments[0].scan.distance, std::chrono::milliseconds(30));
+  EXPECT_EQ(options->instruments[1].scan.order, SamplingOrder::kRandom);
+  EXPECT_EQ(options->instruments[1].scan.distance, std::chrono::milliseconds(30));
+  EXPECT_EQ(options->instruments[2].scan.order, SamplingOrder::kDescending);
+  EXPECT_EQ(options->instruments[2].scan.distance, std::chrono::milliseconds(500));
+  EXPECT_EQ(Parse({"--sampling-order", "ascending"})->instruments[0].scan.order,
+            SamplingOrder::kAscending);
+}
+
+TEST(Options, RefusesASamplingTimeIntoWhichTheInputsDoNotFit) {
+  std::string error;
+  EXPECT_FALSE(ParseOptions({"--fast", "1", "--sampling-order", "ascending", "--sampling-distance",
+                             "500", "--sample", "1.3=7"},
+                            error));
+  EXPECT_EQ(error,
+            "the inputs of instrument 1 are sampled within 7000 ms, which does not fit into 7 s");
+  EXPECT_TRUE(
+      Parse({"--sampling-order", "ascending", "--sampling-distance", "500", "--sample", "1=10"}));
+  EXPECT_TRUE(Parse({"--sampling-distance", "500", "--fast", "1", "--sample", "1=1"}));
+}
+
 TEST(Options, FaultsForAllOrOneInstrument) {
   const auto options = Parse({"--instruments", "2", "--fault", "lost-reply=0.2", "--fault",
                               "2:silence", "--fault", "1:late-reply=300"});
@@ -93,6 +125,11 @@ TEST(Options, RefusesWhatMakesNoSense) {
                                                   {"--sample", "1=0"},
                                                   {"--sample", "1.16=10"},
                                                   {"--backlog", "1=897"},
+                                                  {"--sampling-order", "sideways"},
+                                                  {"--sampling-order", "7:random"},
+                                                  {"--sampling-distance", "501"},
+                                                  {"--sampling-distance", "-1"},
+                                                  {"--sampling-distance", "1:"},
                                                   {"--speedup", "0"},
                                                   {"--speedup", "inf"},
                                                   {"--fault", "tired"},

@@ -98,9 +98,9 @@ TEST_P(EachController, CoarsePaceEndsAtTheSameTemperature) {
   LineBench fine(LineMode::kDirect);
   fine.Say(Name('W') + "=BB8\r");
   fine.Say(Name('Z') + "=2\r");
-  constexpr std::int64_t kTicks = std::int64_t{1800} * Instrument::kTicksPerSecond;
-  bench.line.Advance(kTicks, Instrument::Pace::kCoarse);
-  fine.line.Advance(kTicks, Instrument::Pace::kFine);
+  constexpr Instrument::Time kHalfHour = std::chrono::minutes(30);
+  bench.line.Advance(kHalfHour, Instrument::Pace::kCoarse);
+  fine.line.Advance(kHalfHour, Instrument::Pace::kFine);
   EXPECT_NEAR(Read('Y'), WordOf(fine.Say(Name('Y') + "?")), 0.5 * 20.0);
 }
 

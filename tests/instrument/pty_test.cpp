@@ -287,6 +287,16 @@ TEST(Program, BacklogStandsInTheTruthBeforeTheLineIsUp) {
   EXPECT_NE(program.Content("truth").find(" good\n"), std::string::npos);
 }
 
+TEST(Program, InputsAreSampledOneAfterAnotherInTheTruth) {
+  Program program({"--line-speed", "none", "--sampling-order", "descending", "--sampling-distance",
+                   "200", "--sample", "1=10", "--backlog", "1=2"});
+  const std::string truth = program.Content("truth");
+  EXPECT_TRUE(truth.starts_with("sample 10.00 1 15 1 ")) << truth;
+  EXPECT_NE(truth.find("\nsample 12.80 1 1 1 "), std::string::npos) << truth;
+  EXPECT_NE(truth.find("\nsample 20.20 1 14 2 "), std::string::npos) << truth;
+  EXPECT_NE(truth.find("\nsample 22.80 1 1 2 "), std::string::npos) << truth;
+}
+
 TEST(Program, TimeOfAStoppedProcessIsMadeUp) {
   Program program({"--line-speed", "none", "--speedup", "1000", "--sample", "1=60"});
   const HostPort host(program.Path("COM1"));

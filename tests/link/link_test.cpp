@@ -105,13 +105,54 @@ TEST_F(LinkOnALine, ReadsAValueAndKeepsTheArguments) {
   EXPECT_EQ(link.ComIndex, 1);
 }
 
-TEST_F(LinkOnALine, ReadsFourDigitsAsSignedAndTwoAsUnsigned) {
+TEST_F(LinkOnALine, ReadsFourDigitsAsSigned) {
   Open(1);
   const std::vector<std::pair<std::string, int>> replies = {
-      {"FFFF\r", -1}, {"8000\r", -32768}, {"7FFF\r", 32767}, {"12\r", 18}, {"FF\r", 255}};
+      {"FFFF\r", -1}, {"8000\r", -32768}, {"7FFF\r", 32767}, {"0012\r", 18}, {"00FF\r", 255}};
   for (const auto& [reply, value] : replies) {
     port.answer = [text = reply](const std::string&) { return text; };
     Ask(1, "Y", 1);
+    EXPECT_EQ(link.ComResult, LinkResult::kGood) << reply;
+    EXPECT_EQ(link.ComValue, value) << reply;
+  }
+}
+
+// 0FA1 of which the first half is lost is 8.05 degrees in place of 200.05.
+TEST_F(LinkOnALine, RefusesTwoDigitsOfARegister) {
+  for (const int com_mode : {0, 1, 2}) {
+    Open(com_mode);
+    link.ComValue = 77;
+    for (const char* reply : {"A1\r", "00\r", "FF\r"}) {
+      port.answer = [reply](const std::string&) { return reply; };
+      Ask(2, "X", 5);
+      EXPECT_EQ(link.ComStatus(2), LinkResult::kLength) << reply;
+      EXPECT_EQ(link.ComValue, 77) << reply;
+      LetTheLineRest();
+    }
+  }
+}
+
+TEST_F(LinkOnALine, RefusesFourDigitsOfAPort) {
+  for (const int com_mode : {0, 1}) {
+    Open(com_mode);
+    port.answer = [](const std::string&) { return "002A\r"; };
+    link.ComInet = 1;
+    link.ComLetter = "1F";
+    link.ReadPort();
+    EXPECT_EQ(link.ComResult, LinkResult::kLength);
+    LetTheLineRest();
+  }
+}
+
+TEST_F(LinkOnALine, ReadsMemoryOfFourDigitsAsSignedAndOfTwoAsUnsigned) {
+  Open(1);
+  const std::vector<std::pair<std::string, int>> replies = {
+      {"FFFF\r", -1}, {"8000\r", -32768}, {"12\r", 18}, {"FF\r", 255}};
+  for (const auto& [reply, value] : replies) {
+    port.answer = [text = reply](const std::string&) { return text; };
+    link.ComInet = 1;
+    link.ComLetter = "8000";
+    link.ReadMem();
     EXPECT_EQ(link.ComResult, LinkResult::kGood) << reply;
     EXPECT_EQ(link.ComValue, value) << reply;
   }
@@ -318,6 +359,13 @@ TEST_F(LinkOnALine, TrustsAReplyThatStandsAlone) {
   EXPECT_EQ(link.ComValue, 0x1111);
 }
 
+TEST_F(LinkOnALine, WatchesAFasterLineForALittleShorter) {
+  Open(2);
+  port.answer = [](const std::string&) { return "1111\r"; };
+  Ask(1, "X", 5);
+  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.EndsWithReply()); }), milliseconds(12));
+}
+
 TEST_F(LinkOnALine, EndsOnALineThatNeverFallsSilent) {
   Open(0);
   for (int at = 0; at < 5000; at += 5) {
@@ -436,6 +484,7 @@ TEST_F(LinkOnALine, OpensALostPortAgainOnlyWhenAsked) {
   link.ReopenIfLost();
   EXPECT_TRUE(link.PortOpen);
   EXPECT_EQ(port.opened.back().first, 3);
+  EXPECT_EQ(port.reopened, 2);
 
   port.answer = [](const std::string&) { return "0001\r"; };
   LetTheLineRest();

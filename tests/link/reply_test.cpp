@@ -8,16 +8,25 @@
 namespace tavrel {
 namespace {
 
-LinkResult ResultOf(const std::string& rx_buffer) {
-  const auto verdict = JudgeValue(rx_buffer);
+LinkResult ResultOf(const std::string& rx_buffer, ValueDigits digits = ValueDigits::kTwoOrFour) {
+  const auto verdict = JudgeValue(rx_buffer, digits);
   return verdict ? verdict->Result : LinkResult::kNone;
 }
 
 TEST(JudgeValue, TakesTwoOrFourDigits) {
   EXPECT_EQ(ResultOf("12\r"), LinkResult::kGood);
-  EXPECT_EQ(JudgeValue("12\r")->ReplyText, "12");
+  EXPECT_EQ(JudgeValue("12\r", ValueDigits::kTwo)->ReplyText, "12");
   EXPECT_EQ(ResultOf("1234\r"), LinkResult::kGood);
   EXPECT_EQ(ResultOf("FFFF\r"), LinkResult::kGood);
+}
+
+TEST(JudgeValue, TakesOnlyTheNumberOfDigitsThatTheValueHas) {
+  EXPECT_EQ(ResultOf("0FA1\r", ValueDigits::kFour), LinkResult::kGood);
+  EXPECT_EQ(ResultOf("A1\r", ValueDigits::kFour), LinkResult::kLength);
+  EXPECT_EQ(ResultOf("A1\r", ValueDigits::kTwo), LinkResult::kGood);
+  EXPECT_EQ(ResultOf("0FA1\r", ValueDigits::kTwo), LinkResult::kLength);
+  EXPECT_EQ(ResultOf("aG\r", ValueDigits::kFour), LinkResult::kLength);
+  EXPECT_EQ(ResultOf("aGaG\r", ValueDigits::kFour), LinkResult::kNotHex);
 }
 
 TEST(JudgeValue, RefusesOtherNumbersOfDigitsAsWrongLength) {
@@ -50,9 +59,9 @@ TEST(JudgeValue, LetsACarriageReturnWinOverARejection) {
 }
 
 TEST(JudgeValue, WaitsWhileNothingIsComplete) {
-  EXPECT_FALSE(JudgeValue(""));
-  EXPECT_FALSE(JudgeValue("1234"));
-  EXPECT_FALSE(JudgeValue("12345678"));
+  EXPECT_FALSE(JudgeValue("", ValueDigits::kFour));
+  EXPECT_FALSE(JudgeValue("1234", ValueDigits::kFour));
+  EXPECT_FALSE(JudgeValue("12345678", ValueDigits::kFour));
 }
 
 TEST(JudgeValue, JudgesEveryRandomReplyWithoutHarm) {
@@ -62,7 +71,7 @@ TEST(JudgeValue, JudgesEveryRandomReplyWithoutHarm) {
     for (char& character : reply) {
       character = static_cast<char>(random() % 256);
     }
-    const auto verdict = JudgeValue(reply);
+    const auto verdict = JudgeValue(reply, ValueDigits::kTwoOrFour);
     if (verdict && verdict->Result == LinkResult::kGood) {
       ASSERT_EQ(verdict->ReplyText.find_first_not_of("0123456789ABCDEF"), std::string::npos);
       ASSERT_LT(reply.size(), 6U);

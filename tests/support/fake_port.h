@@ -18,6 +18,7 @@ namespace tavrel {
 // Levers:
 //   answer(command)  what the line says to a command, at once; the empty text is silence
 //   Arrive(delay, text)  characters that come `delay` after now, whatever is sent
+//   DropComing()     what is on its way never comes
 //   open_error, open_text, in_use  how the next Open ends
 //   Vanish()         the device goes away
 //   after_read       runs at the end of each ReadAll, such as a stall of the whole program
@@ -34,13 +35,15 @@ class FakePort : public SerialPort {
   bool in_use = false;
 
   std::vector<std::string> sent;                    // every command, in its order
-  std::vector<std::pair<int, std::string>> opened;  // every Open: number and settings
+  std::vector<std::pair<int, std::string>> opened;  // every Open and Reopen: number and settings
+  int reopened = 0;                                 // how many of them were a Reopen
 
   void Arrive(std::chrono::nanoseconds delay, const std::string& text) {
     coming_.emplace_back(clock_.Elapsed() + delay, text);
     std::stable_sort(coming_.begin(), coming_.end(),
                      [](const auto& left, const auto& right) { return left.first < right.first; });
   }
+  void DropComing() { coming_.clear(); }
   void Vanish() {
     open_ = false;
     event_ = kLastHarmlessPortEvent + 9;
@@ -52,6 +55,11 @@ class FakePort : public SerialPort {
     open_ = open_error == 0;
     settings_ = settings;
     return {open_error, open_text, in_use};
+  }
+  [[nodiscard]] PortOpening Reopen() override {
+    ++reopened;
+    return opened.empty() ? PortOpening{1, "nothing was open"}
+                          : Open(opened.back().first, std::string(opened.back().second));
   }
   void Close() override { open_ = false; }
   [[nodiscard]] bool IsOpen() const override { return open_; }

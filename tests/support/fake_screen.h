@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -14,8 +15,9 @@
 namespace tavrel {
 
 // Boxes that answer at once and remember what they said.
-// Levers: ok, retry, yes are the answers; on_box runs while a box is open; chosen_file is the full
-// path that the file dialog gives (empty: Cancel), chosen_font the font (none: Cancel).
+// Levers: ok, retry, yes are the answers (retry also to Retry and Exit); on_box runs while a box is
+// open; chosen_file is the full path that the file dialog gives (empty: Cancel), chosen_font the
+// font (none: Cancel).
 class FakeDialogs : public Dialogs {
  public:
   bool ok = true;
@@ -24,6 +26,11 @@ class FakeDialogs : public Dialogs {
   std::function<void()> on_box = [] {};
   std::vector<Notice> boxes;      // blocking ones, in their order
   std::vector<Notice> announced;  // those that do not block
+  struct Question {
+    Notice notice;
+    std::function<void(bool)> answer;
+  };
+  std::vector<Question> asked_beside;  // questions that do not block; nobody has answered them
   std::string chosen_file;
   std::optional<FontChoice> chosen_font;
   std::vector<FileChoice> file_dialogs;  // what was asked for
@@ -33,7 +40,11 @@ class FakeDialogs : public Dialogs {
   [[nodiscard]] bool AskOk(const Notice& notice) override { return Open(notice), ok; }
   [[nodiscard]] bool AskRetry(const Notice& notice) override { return Open(notice), retry; }
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Open(notice), yes; }
+  [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override { return Open(notice), retry; }
   void Announce(const Notice& notice) override { announced.push_back(notice); }
+  void AskBeside(const Notice& notice, std::function<void(bool)> answer) override {
+    asked_beside.push_back({notice, std::move(answer)});
+  }
   void FileDialog(FileChoice& choice) override {
     file_dialogs.push_back(choice);
     if (chosen_file.empty()) {
@@ -73,12 +84,14 @@ class FakeScreens : public Screens {
 };
 
 // Levers: on_rest runs in place of a sleep, to move a clock; on_pump is what the user does while
-// events are served; on_repaint runs while the screen is painted.
+// events are served; on_repaint runs while the screen is painted; RunIdle() is a moment in which
+// nothing else waits.
 class FakeEvents : public Events {
  public:
   std::function<void()> on_pump = [] {};
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
   std::function<void()> on_repaint = [] {};
+  std::function<void()> when_idle;
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
@@ -93,6 +106,16 @@ class FakeEvents : public Events {
     on_repaint();
   }
   void Rest(std::chrono::milliseconds time) override { on_rest(time); }
+  void WhenIdle(std::function<void()> work) override { when_idle = std::move(work); }
+
+  // What the event loop does with nothing else waiting; false if there is nothing to do.
+  bool RunIdle() {
+    if (!when_idle) {
+      return false;
+    }
+    std::exchange(when_idle, nullptr)();
+    return true;
+  }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
   void Beep() override { ++beeps; }
 };
