@@ -51,7 +51,8 @@ class RecordingEngine {
   void TakeUp(int slot, std::optional<std::int16_t> stored);
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
-  // written is opened once more, and for each StopPending(slot) an order to switch the controller
+  // written is opened once more, one that others have deleted or moved is put to the disk again,
+  // and for each StopPending(slot) an order to switch the controller
   // off becomes due, which the pump then sends. Makes no exchange itself.
   void TenSecondTick();
 
@@ -64,17 +65,24 @@ class RecordingEngine {
   void StartRecording(int slot);
 
   // Asks, then stops. The instrument is not told. A complete set that could not be written is
-  // tried one last time.
+  // tried once more; if that fails it stays beside the file, and the user is told.
   void StopRecording(int slot);
 
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
-  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle. Where the
+  // recording goes on in a next file, ReadState is kReading afterwards; if that file cannot be made
+  // now, kWaiting: the recording stays on in the full file, WriteFailed says so, and every
+  // ten-second tick tries again, also after a restart. Else it is kIdle. Where the
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
   // The user has switched that controller with success, or given it to a program: an end action
   // that still waits to switch it off must not do so any more.
   void DropStopOrder(int inet, int controller);
+
+  // The program ends: a complete set that could not be written is tried once more. If that fails it
+  // stays beside the file for the next start. Returns what is to be told to the user; empty if
+  // nothing is.
+  [[nodiscard]] std::string SaveSetInHand(int slot);
 
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
   // that could not be written yet.
@@ -101,6 +109,7 @@ class RecordingEngine {
   void CountBacklogDown(int slot);
   void HideBacklog(int slot);
   void ReopenFile(int slot);
+  void RestoreFile(int slot);
 
   // The columns: what to do about values that were lost on the line.
   [[nodiscard]] bool DoubtColumns(int slot);
@@ -111,15 +120,19 @@ class RecordingEngine {
   [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
 
   // Start, stop and end.
-  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
+  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot);
+  [[nodiscard]] std::optional<Notice> WhyNotOnInstrument(const UnitRecord& unit);
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
   void OrderStop(int slot);
   [[nodiscard]] bool RepeatStopOrder();
   void GoOnInNextFile(int slot);
-  void SaveSettings(int slot);
+  [[nodiscard]] bool WaitsForNextFile(int slot) const;
+  [[nodiscard]] bool SaveSettings(int slot);
+  void CloseGraphOf(int slot);
   void StopInFile(int slot);
+  void EndInFile(int slot);
 
   // The controller that an end action has to switch off. Kept apart from the slot's header, for
   // the slot may be given to another one before the order is acknowledged.

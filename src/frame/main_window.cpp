@@ -1,6 +1,8 @@
 #include "frame/main_window.h"
 
 #include <chrono>
+#include <string>
+#include <vector>
 
 #include "common/help.h"
 #include "common/text.h"
@@ -182,6 +184,10 @@ bool MainWindow::ReviveHeldSets() {
 
 void MainWindow::SaveEverything() {
   RunState& state = parts_.state;
+  std::vector<std::string> unsaved;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    unsaved.push_back(parts_.engine.SaveSetInHand(slot));
+  }
   const bool failed = state.SettingsChanged && !parts_.settings.SettingsSave().empty();
   for (int slot = 0; slot <= kSlots; ++slot) {
     if (!state.SlotFile[slot].empty() && state.SlotDirty[slot]) {
@@ -192,6 +198,11 @@ void MainWindow::SaveEverything() {
   parts_.link.LinkClose();
   if (failed) {
     parts_.dialogs.Message({"Cannot write file.", kSettingsFile, BoxIcon::kWarning});
+  }
+  for (const std::string& text : unsaved) {
+    if (!text.empty()) {
+      parts_.dialogs.Message({text, "Write  file", BoxIcon::kWarning});
+    }
   }
 }
 
