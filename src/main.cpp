@@ -73,7 +73,11 @@ class Program {
     splash_ = std::make_unique<AllLoad>();
     QObject::connect(splash_.get(), &AllLoad::Left, [this] { ShowMainForm(); });
     splash_->show();
-    splash_->Show(logic_.start_up.SplashShow());
+    const auto splash_values = logic_.start_up.SplashShow();
+    if (!splash_values) {
+      return false;
+    }
+    splash_->Show(*splash_values);
     return true;
   }
 

@@ -4,6 +4,7 @@
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
+#include "files/simulated_rows.h"
 #include "frame/unfinished_work.h"
 #include "link/registers.h"
 
@@ -32,6 +33,9 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message(*objection);
     return;
   }
+  if (!MaySimulate(slot)) {
+    return;
+  }
   // The instrument samples from its preparation on, so the file has to tell it before the program
   // ends.
   const UnfinishedWork start(state_);
@@ -48,6 +52,14 @@ void RecordingEngine::StartRecording(int slot) {
   state_.Unit[slot].UnitRecOn = 1;
   state_.ReadState[slot] = ReadState::kReading;
   files_.WriteHeader(slot);
+}
+
+bool RecordingEngine::MaySimulate(int slot) {
+  if (!NeedsConsentToSimulate(state_, link_, slot)) {
+    return true;
+  }
+  state_.SimulatedRowsAllowed = dialogs_.AskOk(ConsentQuestion(state_, link_)) && link_.Simulated;
+  return state_.SimulatedRowsAllowed;
 }
 
 std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) {

@@ -4,6 +4,7 @@
 
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
+#include "files/simulated_rows.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -123,8 +124,12 @@ bool RecordingEngine::SlotHasWork() {
   const int slot = state_.PumpSlot;
   const UnitRecord& unit = state_.Unit[slot];
   const bool is_reading = state_.ReadState[slot] >= ReadState::kReading;
-  if (!is_reading || state_.SlotFile[slot].empty() || !unit.CanBeRecorded()) {
+  if (!is_reading || state_.SlotFile[slot].empty() || !unit.CanBeRecorded() ||
+      NeedsConsentToSimulate(state_, link_, slot)) {
     return false;
+  }
+  if (link_.Simulated) {
+    BeginSimulatedRows(slot);
   }
   if (state_.SampleCount[slot] > state_.SampleLimit[slot]) {
     EndFullSlot(slot);
@@ -386,10 +391,13 @@ void RecordingEngine::RestoreFile(int slot) {
 }
 
 std::string RecordingEngine::SaveSetInHand(int slot) {
+  std::string text;
   if (IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1 && files_.IsFileLost(slot)) {
-    RestoreFile(slot);
+    text = files_.RestoreFile(slot).value_or("");
+    state_.SettingsChanged = true;  // they may have to name another file
   }
-  return files_.SaveSetInHand(slot);
+  const std::string unsaved = files_.SaveSetInHand(slot);
+  return text.empty() || unsaved.empty() ? text + unsaved : text + "\n" + unsaved;
 }
 
 }  // namespace tavrel

@@ -4,9 +4,11 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "common/messages.h"
 #include "files/column_check.h"
+#include "files/held_set.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
@@ -79,10 +81,15 @@ class RecordingEngine {
   // that still waits to switch it off must not do so any more.
   void DropStopOrder(int inet, int controller);
 
-  // The program ends: a complete set that could not be written is tried once more. If that fails it
-  // stays beside the file for the next start. Returns what is to be told to the user; empty if
-  // nothing is.
+  // The program ends: a file that others have taken away is put to the disk again, and a complete
+  // set that could not be written is tried once more. If that fails it stays beside the file for
+  // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
+  // to be saved afterwards.
   [[nodiscard]] std::string SaveSetInHand(int slot);
+
+  // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
+  // rows holds no longer once an instrument answers, and a half-read set of it goes on.
+  void LineOpened(bool was_simulated);
 
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
   // that could not be written yet.
@@ -119,9 +126,15 @@ class RecordingEngine {
   [[nodiscard]] bool FillColumn(int slot, int input);
   [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
 
+  // A simulated line.
+  void BeginSimulatedRows(int slot);
+  void TakeSetBack(int slot);
+  void EmptyHand(int slot);
+
   // Start, stop and end.
   [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot);
   [[nodiscard]] std::optional<Notice> WhyNotOnInstrument(const UnitRecord& unit);
+  [[nodiscard]] bool MaySimulate(int slot);
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
@@ -158,6 +171,13 @@ class RecordingEngine {
     bool misses_rest = false;  // an input of it had no data
   };
 
+  // What was held of a set of the instrument when simulated rows began.
+  struct SetAside {
+    std::string file;
+    HeldSet held;
+  };
+
+  BySlot<std::optional<SetAside>> set_aside_;
   PumpOrder order_;
   bool is_pressed_ = false;
   BySlot<ColumnCheck> column_checks_;

@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "files/held_set.h"
 #include "files/new_file.h"
+#include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
@@ -46,6 +47,7 @@ void RecordingFiles::OpenRecordingFile(int slot) {
   }
   CloseRecordingFile(slot);
   ForgetShown(slot);
+  refused_by_error_[slot] = true;  // unless another reason is found
   const std::string problem = OpenAndTest(slot);
   if (!problem.empty()) {
     Refuse(slot, kReadTitle, problem);
@@ -64,9 +66,15 @@ void RecordingFiles::OpenRecordingFile(int slot) {
 std::string RecordingFiles::OpenAndTest(int slot) {
   const std::string& name = state_.SlotFile[slot];
   RandomFile& file = state_.SlotFileNo[slot];
-  const auto path = FindFile(state_.SlotPath[slot], name);
+  NoAnswer no_answer;
+  const auto path = FindFile(state_.SlotPath[slot], name, no_answer);
   if (!path) {
-    return name + "  not found !";
+    return no_answer.Why == Failure::kNone ? RefuseForGood(slot, "  not found !")
+                                           : name + ": " + no_answer.Text;
+  }
+  const int owner = OwnerOf(slot, *path);
+  if (owner != 0) {
+    return RefuseForGood(slot, "  is in use in row " + std::to_string(owner) + " !");
   }
   if (!OpenForSlot(slot, *path)) {
     return name + ": " + file.Error();
@@ -82,9 +90,41 @@ std::string RecordingFiles::OpenAndTest(int slot) {
     file.Close();
     static_cast<void>(DeleteFile(*path));
     state_.IndexValid = false;
-    return name + "  is damaged !";
+    return RefuseForGood(slot, "  is damaged !");
   }
   return ReadHeader(slot, length);
+}
+
+std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
+  refused_by_error_[slot] = false;
+  return state_.SlotFile[slot] + why;
+}
+
+// The slot that has the file at `path` already, or that comes first with a key of the same name
+// and still waits for its file; 0 if there is none. The viewer may look at any file.
+int RecordingFiles::OwnerOf(int slot, const std::string& path) const {
+  const std::string& name = state_.SlotFile[slot];
+  for (int other = 1; IsSlot(slot) && other <= kSlots; ++other) {
+    if (other == slot) {
+      continue;
+    }
+    const bool waits = state_.SlotFile[other].empty() && other < slot &&
+                       EqualNoCase(state_.Settings.ActiveFiles[other - 1], name);
+    if (waits || IsFileOfSlot(state_, other, path)) {
+      return other;
+    }
+  }
+  return 0;
+}
+
+std::optional<std::int16_t> RecordingFiles::InetOf(const std::string& directory,
+                                                   const std::string& name) {
+  const auto path = FindFile(directory, name);
+  RandomFile file;
+  UnitRecord unit{};
+  const bool is_read = path && file.Open(*path, FileAccess::kRead) &&
+                       file.ReadAt(0, std::as_writable_bytes(std::span(&unit, 1))) >= 0;
+  return is_read && IsTavrelHeader(unit) ? std::optional(unit.UnitInet) : std::nullopt;
 }
 
 // A file to look at may lie where nothing can be written; a slot's own file may not.
@@ -102,7 +142,7 @@ std::string RecordingFiles::ReadHeader(int slot, std::int64_t length) {
   }
   state_.Unit[slot] = unit;
   if (!IsTavrelHeader(unit)) {
-    return state_.SlotFile[slot] + "  is not a Tavrel-file !";
+    return RefuseForGood(slot, "  is not a Tavrel-file !");
   }
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
   return "";
@@ -115,6 +155,7 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SampleSeen[slot].fill(false);
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
+  state_.BegunInSimulation[slot] = false;
   state_.WriteFailed[slot] = false;
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
@@ -160,7 +201,11 @@ std::string RecordingFiles::HeldSetPath(int slot) const {
   return JoinPath(state_.SlotPath[slot], HeldSetName(state_.SlotFile[slot]));
 }
 
+// Simulated values are not worth keeping, and what is kept of an instrument's set stays.
 bool RecordingFiles::KeepHeldSet(int slot, int asked_input) {
+  if (state_.SimulatedRowsAllowed || state_.BegunInSimulation[slot]) {
+    return false;
+  }
   RandomFile& file = held_set_files_[slot];
   if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
     return false;

@@ -24,11 +24,12 @@ bool RecordingFiles::IsFileLost(int slot) const {
   }
   const std::string& directory = state_.SlotPath[slot];
   const std::string& name = state_.SlotFile[slot];
-  const auto found = FindFile(directory, name);
+  NoAnswer no_answer;
+  const auto found = FindFile(directory, name, no_answer);
   if (found) {
     return own && own != IdentityOf(*found);
   }
-  const bool is_certain = IsAbsent(JoinPath(directory, name)) || HoldsName(directory, name);
+  const bool is_certain = no_answer.Why == Failure::kNone;
   const bool is_same_directory =
       places_[slot].directory && places_[slot].directory == IdentityOf(directory);
   return is_certain && DirectoryExists(directory) && (file.IsNameless() || is_same_directory);

@@ -41,6 +41,10 @@ class MainSheet {
   void ShowRow(int slot);
   void HideRow(int slot);
 
+  // A slot whose file cannot be opened now: its name stands on the sheet, and that it is tried
+  // again.
+  void ShowWaitingRow(int slot);
+
   // Advances to the next row in use and refreshes it; after the last one the pass ends and the
   // next begins 5 s later.
   void RefreshRow();

@@ -2,10 +2,12 @@
 #define TAVREL_FRAME_START_UP_H_
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
+#include "frame/attachment.h"
 #include "frame/main_cycle.h"
 #include "frame/main_sheet.h"
 #include "frame/main_window.h"
@@ -31,6 +33,7 @@ class StartUp {
     RecordingFiles& files;
     RecordingEngine& engine;
     SettingsStore& settings;
+    Attachment& attachment;
     MainSheet& sheet;
     MainCycle& cycle;
     MainWindow& window;
@@ -47,11 +50,13 @@ class StartUp {
   using TakeLock = std::function<bool(const std::string& path)>;
 
   // Splash form, on load: guards against a second copy and a broken installation. `program_path`
-  // is the program's directory. False: a message has been shown and the process ends.
+  // is the program's directory. False: a message has been shown and the process ends. Whether that
+  // directory can be written must be sure, for it decides which settings are in force.
   [[nodiscard]] bool SplashLoad(const std::string& program_path, const TakeLock& take_lock);
 
-  // Splash form, on first display: loads the settings.
-  [[nodiscard]] SplashValues SplashShow();
+  // Splash form, on first display: loads the settings. Empty: they cannot be read and the user
+  // has chosen to leave; the process ends, and nothing is saved.
+  [[nodiscard]] std::optional<SplashValues> SplashShow();
 
   // Main form, on load: opens the link. False: the user chose to leave instead.
   [[nodiscard]] bool MainFormLoad();
@@ -61,12 +66,11 @@ class StartUp {
   void MainFormShow();
 
  private:
+  [[nodiscard]] std::optional<std::string> HomeOf(const std::string& program_path) const;
   void OpenLine();
-  void AttachFiles();
-  void AttachSlot(int slot);
-  void MakeDefaultSlot();
   void ReadBacklog();
   void SweepControllers();
+  void SweepControllersOf(std::int16_t inet);
   void Exchange(void (Link::*access)());
 
   Parts parts_;

@@ -34,6 +34,10 @@ int PortNumber(const std::string& comm_port) {
   return trimmed.size() < 4 ? 0 : ToWord(ReadNumber(std::string_view(trimmed).substr(3)));
 }
 
+std::string PortName(int number) {
+  return "COM" + std::to_string(number);
+}
+
 bool IsPortFailure(int event) {
   return event > kLastHarmlessPortEvent;
 }
@@ -55,11 +59,10 @@ void Link::LinkOpen(const LineChoice& choice) {
     PortLabel = "(simulated)";
     return;
   }
-  OpenPort();
+  TakeOpening(port_.Open(port_number_, mode_.PortSettings));
 }
 
-void Link::OpenPort() {
-  const PortOpening opening = port_.Open(port_number_, mode_.PortSettings);
+void Link::TakeOpening(const PortOpening& opening) {
   PortError = opening.Error;
   PortErrorText = opening.Text;
   PortInUse = opening.InUse;
@@ -69,7 +72,7 @@ void Link::OpenPort() {
   }
   lost_ = false;
   PortOpen = true;
-  PortLabel = "COM" + std::to_string(port_number_) + ": " + port_.Settings();
+  PortLabel = PortName(port_number_) + ": " + port_.Settings();
 }
 
 void Link::LinkClose() {
@@ -85,7 +88,7 @@ void Link::ReopenIfLost() {
   if (!lost_) {
     return;
   }
-  OpenPort();
+  TakeOpening(port_.Reopen());
   lost_ = !PortOpen;
 }
 
@@ -100,6 +103,7 @@ void Link::NoteEvents() {
   if (IsPortFailure(event) || !port_.IsOpen()) {
     LinkClose();
     lost_ = true;
+    PortLabel = PortName(port_number_) + ": (lost)";
   }
 }
 

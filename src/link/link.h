@@ -47,7 +47,8 @@ class Link : public LinkArguments {
   void LinkOpen(const LineChoice& choice);
   void LinkClose();
 
-  // Opens the port again if it has vanished since LinkOpen; no effect otherwise.
+  // Opens the port again if it has vanished since LinkOpen: the same device, never another that
+  // has its name now. No effect otherwise.
   void ReopenIfLost();
 
   // Sends one ESC, which makes an instrument forget a half-received command. Nothing happens on
@@ -86,7 +87,7 @@ class Link : public LinkArguments {
   bool PortOpen = false;   // the link is usable, also when simulated; false while a port is lost
   LinkResult ComResult = LinkResult::kNone;
   std::string ReplyText;  // last reply without its terminator
-  std::string PortLabel;  // "(simulated)", or port and settings: "COM1: 4800,n,8,2"
+  std::string PortLabel;  // "(simulated)", "COM1: 4800,n,8,2" or "COM1: (lost)"
   int PortError = 0;      // platform's error number of the last opening, 0 if it went well
   std::string PortErrorText;
   bool PortInUse = false;  // it failed because another process has the port
@@ -104,7 +105,7 @@ class Link : public LinkArguments {
   void WriteValue(const std::string& frame, Acknowledge acknowledge);
   void Finish(LinkResult result);
 
-  void OpenPort();
+  void TakeOpening(const PortOpening& opening);
   void NoteEvents();
   [[nodiscard]] LinkResult LinkSend(const std::string& frame);
   [[nodiscard]] bool StaleCharactersWait();

@@ -33,15 +33,25 @@ fs::path ToPath(const std::string& path) {
   return path.find('\0') == std::string::npos ? fs::path(path) : fs::path();
 }
 
-bool IsPlainFile(const std::string& path) {
+// That nothing is there is an answer; all else that goes wrong is none.
+void NoteError(const std::error_code& error, NoAnswer& no_answer) {
+  const Failure why = FailureOf(error.value());
+  if (why != Failure::kNone && why != Failure::kMissing) {
+    no_answer = {why, ErrorText(error.value())};
+  }
+}
+
+bool IsPlainFile(const std::string& path, NoAnswer& no_answer) {
   std::error_code error;
-  return fs::is_regular_file(ToPath(path), error);
+  const bool is_plain = fs::is_regular_file(ToPath(path), error);
+  NoteError(error, no_answer);
+  return is_plain;
 }
 
 // Hands the names in `directory` to `visit` until it returns false. A directory that cannot be
 // read has none.
 void ForEachName(const std::string& directory,
-                 const std::function<bool(const std::string& name)>& visit) {
+                 const std::function<bool(const std::string& name)>& visit, NoAnswer& no_answer) {
   std::error_code error;
   fs::directory_iterator entry(ToPath(directory.empty() ? "." : directory), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
@@ -49,6 +59,7 @@ void ForEachName(const std::string& directory,
       return;
     }
   }
+  NoteError(error, no_answer);
 }
 
 // A hidden name, so that a leftover is in nobody's list of files; short, so that it fits
@@ -206,23 +217,35 @@ std::string StripSeparator(std::string_view path) {
 }
 
 std::optional<std::string> FindFile(const std::string& directory, std::string_view name) {
+  NoAnswer unused;
+  return FindFile(directory, name, unused);
+}
+
+std::optional<std::string> FindFile(const std::string& directory, std::string_view name,
+                                    NoAnswer& no_answer) {
+  no_answer = {};
   if (name.empty() || name.find(kSeparator) != std::string_view::npos) {
     return std::nullopt;
   }
   std::string exact = JoinPath(directory, name);
-  if (IsPlainFile(exact)) {
+  if (IsPlainFile(exact, no_answer)) {
     return exact;
   }
   // Several spellings may stand side by side; the least one is taken, so that the answer does
   // not depend on the order of the directory.
   std::optional<std::string> found;
-  ForEachName(directory, [&](const std::string& other) {
-    const bool better = EqualNoCase(other, name) && IsPlainFile(JoinPath(directory, other));
-    if (better && (!found || JoinPath(directory, other) < *found)) {
-      found = JoinPath(directory, other);
+  const auto visit = [&](const std::string& other) {
+    const std::string path = JoinPath(directory, other);
+    const bool is_it = EqualNoCase(other, name) && IsPlainFile(path, no_answer);
+    if (is_it && (!found || path < *found)) {
+      found = path;
     }
     return true;
-  });
+  };
+  ForEachName(directory, visit, no_answer);
+  if (found) {
+    no_answer = {};
+  }
   return found;
 }
 
@@ -232,24 +255,31 @@ bool HoldsName(const std::string& directory, const std::string& name) {
     return true;
   }
   bool is_taken = false;
-  ForEachName(directory, [&](const std::string& other) {
+  const auto visit = [&](const std::string& other) {
     is_taken = EqualNoCase(other, name);
     return !is_taken;
-  });
+  };
+  NoAnswer unused;
+  ForEachName(directory, visit, unused);
   return is_taken;
 }
 
-bool IsAbsent(const std::string& path) {
-  std::error_code error;
-  return fs::symlink_status(ToPath(path), error).type() == fs::file_type::not_found;
+bool HoldsAnyFile(const std::string& directory) {
+  NoAnswer unused;
+  return HoldsAnyFile(directory, unused);
 }
 
-bool HoldsAnyFile(const std::string& directory) {
+bool HoldsAnyFile(const std::string& directory, NoAnswer& no_answer) {
+  no_answer = {};
   bool holds = false;
-  ForEachName(directory, [&](const std::string& name) {
-    holds = !name.starts_with('.') && IsPlainFile(JoinPath(directory, name));
+  const auto visit = [&](const std::string& name) {
+    holds = !name.starts_with('.') && IsPlainFile(JoinPath(directory, name), no_answer);
     return !holds;
-  });
+  };
+  ForEachName(directory, visit, no_answer);
+  if (holds) {
+    no_answer = {};
+  }
   return holds;
 }
 
@@ -265,27 +295,51 @@ bool MakeDirectory(const std::string& directory) {
 }
 
 bool IsWritable(const std::string& directory) {
+  NoAnswer unused;
+  return IsWritable(directory, unused);
+}
+
+bool IsWritable(const std::string& directory, NoAnswer& no_answer) {
+  no_answer = {};
   RandomFile probe;
   const std::string path = MakeTemporary(directory, probe);
   if (path.empty()) {
+    if (probe.Why() != Failure::kNotAllowed) {
+      no_answer = {Failure::kOther, probe.Error().empty() ? ErrorText(EEXIST) : probe.Error()};
+    }
     return false;
   }
   probe.Close();
-  return DeleteFile(path).empty();
+  const std::string not_deleted = DeleteFile(path);
+  if (!not_deleted.empty()) {
+    no_answer = {Failure::kOther, not_deleted};
+  }
+  return not_deleted.empty();
 }
 
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit_bytes) {
+  NoAnswer unused;
+  return ReadWholeFile(path, limit_bytes, unused);
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit_bytes,
+                                         NoAnswer& no_answer) {
+  no_answer = {};
   RandomFile file;
   if (!file.Open(path, FileAccess::kRead)) {
+    const bool is_there = file.Why() != Failure::kMissing && file.Why() != Failure::kNoPlainFile;
+    no_answer = is_there ? NoAnswer{file.Why(), file.Error()} : NoAnswer();
     return std::nullopt;
   }
   const std::int64_t size = file.Size();
-  if (size < 0 || static_cast<std::uint64_t>(size) > limit_bytes) {
+  if (size > 0 && static_cast<std::uint64_t>(size) > limit_bytes) {
     return std::nullopt;
   }
-  std::string content(static_cast<std::size_t>(size), '\0');
-  const std::int64_t got = file.ReadAt(0, std::as_writable_bytes(std::span(content)));
+  std::string content(static_cast<std::size_t>(std::max<std::int64_t>(size, 0)), '\0');
+  const std::int64_t got =
+      size < 0 ? -1 : file.ReadAt(0, std::as_writable_bytes(std::span(content)));
   if (got < 0) {
+    no_answer = {Failure::kOther, file.Error()};
     return std::nullopt;
   }
   content.resize(static_cast<std::size_t>(got));
@@ -345,6 +399,11 @@ void DeleteLink(const std::string& path) {
 bool IsSameFile(const std::string& left, const std::string& right) {
   std::error_code error;
   return fs::equivalent(ToPath(left), ToPath(right), error) && !error;
+}
+
+bool IsLink(const std::string& path) {
+  std::error_code error;
+  return fs::is_symlink(fs::symlink_status(ToPath(path), error));
 }
 
 std::optional<FileIdentity> IdentityOf(const std::string& path) {

@@ -12,6 +12,13 @@
 // File names compare without regard to case, also where the disk does not.
 namespace tavrel {
 
+// Why the system gave no answer to a question. Functions that take one set it anew: Why is kNone
+// if the answer can be relied on, also if it is "no".
+struct NoAnswer {
+  Failure Why = Failure::kNone;
+  std::string Text;  // the system's words
+};
+
 // `directory` and `name` with exactly one separator between them; an empty directory gives the
 // name alone.
 [[nodiscard]] std::string JoinPath(std::string_view directory, std::string_view name);
@@ -26,16 +33,16 @@ namespace tavrel {
 // the case of `name`; empty if there is none. The exact spelling wins over others.
 [[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
                                                   std::string_view name);
+[[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
+                                                  std::string_view name, NoAnswer& no_answer);
 
 // True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
-// directory, a device, a link that leads nowhere.
+// directory, a device, a link that leads nowhere. A directory that cannot be read holds none.
 [[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);
-
-// True if nothing is at `path` for certain. False also where the disk does not say.
-[[nodiscard]] bool IsAbsent(const std::string& path);
 
 // True if `directory` holds at least one plain file (hidden ones do not count).
 [[nodiscard]] bool HoldsAnyFile(const std::string& directory);
+[[nodiscard]] bool HoldsAnyFile(const std::string& directory, NoAnswer& no_answer);
 
 [[nodiscard]] bool DirectoryExists(const std::string& directory);
 
@@ -43,12 +50,17 @@ namespace tavrel {
 [[nodiscard]] bool MakeDirectory(const std::string& directory);
 
 // True if a file can be made in `directory` (it is tried, so that read-only media count too).
+// Where it is the user's right or the medium that keeps him from it, `no_answer` stays empty.
 [[nodiscard]] bool IsWritable(const std::string& directory);
+[[nodiscard]] bool IsWritable(const std::string& directory, NoAnswer& no_answer);
 
 // Whole content of a plain file as bytes; empty if it cannot be read or is larger than
-// `limit_bytes`.
+// `limit_bytes`. That there is no plain file, and that it is too large, are answers.
 [[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path,
                                                        std::size_t limit_bytes);
+[[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path,
+                                                       std::size_t limit_bytes,
+                                                       NoAnswer& no_answer);
 
 // Puts `bytes` in place of whatever `path` held: a temporary file beside it, synced, then
 // renamed, so that a crash leaves the old file or the new one. Returns the empty text on
@@ -74,6 +86,9 @@ void DeleteLink(const std::string& path);
 
 // True if both paths lead to the same file, through links and other spellings.
 [[nodiscard]] bool IsSameFile(const std::string& left, const std::string& right);
+
+// True if `path` itself is a symbolic link, wherever it leads.
+[[nodiscard]] bool IsLink(const std::string& path);
 
 // Of the file or directory that `path` leads to; empty if there is none.
 [[nodiscard]] std::optional<FileIdentity> IdentityOf(const std::string& path);

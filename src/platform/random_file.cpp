@@ -54,18 +54,42 @@ int RefusalOf(int handle) {
 
 }  // namespace
 
+Failure FailureOf(int error_number) {
+  switch (error_number) {
+    case 0:
+      return Failure::kNone;
+    case ENOENT:
+    case ENOTDIR:
+    case ENAMETOOLONG:
+    case EINVAL:  // no name of a file: it has a zero byte
+      return Failure::kMissing;
+    case EISDIR:
+    case EOPNOTSUPP:
+      return Failure::kNoPlainFile;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return Failure::kNotAllowed;
+    default:
+      return Failure::kOther;
+  }
+}
+
 RandomFile::~RandomFile() {
   Close();
 }
 
 RandomFile::RandomFile(RandomFile&& other) noexcept
-    : handle_(std::exchange(other.handle_, -1)), error_(std::move(other.error_)) {}
+    : handle_(std::exchange(other.handle_, -1)),
+      error_(std::move(other.error_)),
+      why_(other.why_) {}
 
 RandomFile& RandomFile::operator=(RandomFile&& other) noexcept {
   if (this != &other) {
     Close();
     handle_ = std::exchange(other.handle_, -1);
     error_ = std::move(other.error_);
+    why_ = other.why_;
   }
   return *this;
 }
@@ -166,6 +190,7 @@ bool RandomFile::Sync() {
 
 bool RandomFile::Fail(int error_number) {
   error_ = std::generic_category().message(error_number);
+  why_ = FailureOf(error_number);
   return false;
 }
 

@@ -9,6 +9,18 @@
 
 namespace tavrel {
 
+// Why an operation on a file or a directory failed.
+enum class Failure {
+  kNone,
+  kMissing,      // nothing has that name, or nothing can have it
+  kNoPlainFile,  // a directory, a device or the like has it
+  kNotAllowed,   // the user has no right to it, or the medium cannot be written at all
+  kOther,        // all else: nobody can tell what is there, and the next try may succeed
+};
+
+// The kind of an error number of the system; kNone for 0.
+[[nodiscard]] Failure FailureOf(int error_number);
+
 // How a file is opened. Nothing here ever truncates a file.
 enum class FileAccess {
   kRead,       // must exist
@@ -69,11 +81,15 @@ class RandomFile {
 
   [[nodiscard]] const std::string& Error() const { return error_; }
 
+  // The kind of that failure; kNone before the first.
+  [[nodiscard]] Failure Why() const { return why_; }
+
  private:
   bool Fail(int error_number);
 
   int handle_ = -1;
   std::string error_;
+  Failure why_ = Failure::kNone;
 };
 
 }  // namespace tavrel

@@ -189,6 +189,7 @@ TEST_F(Window, WritesAFileThatWasDeletedAgainAtTheEnd) {
   bench.Run(0.05);
   bench.window.Close();
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
 
 TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {

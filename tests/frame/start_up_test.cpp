@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 
+#include "tests/files/recording_room.h"
 #include "tests/support/bench_program.h"
+#include "tests/support/hindrance.h"
 
 namespace tavrel {
 namespace {
@@ -72,12 +75,94 @@ TEST_F(Start, LocksTheDirectoryOfItsSettings) {
   EXPECT_EQ(locked, bench.home.File("TAVREL.LCK"));
 }
 
+// What the system answers when the program looks where it is.
+class Probe : public Start {
+ protected:
+  static bool TakeLock(const std::string& /*path*/) { return true; }
+};
+
+TEST_F(Probe, ThatFailsDoesNotMoveTheProgramToOtherSettings) {
+  auto none = std::make_unique<NoHandlesLeft>();
+  bench.dialogs.retry = true;
+  bench.dialogs.on_box = [&none] { none.reset(); };
+  EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), TakeLock));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_NE(bench.dialogs.boxes[0].Text.find("Too many open files"), std::string::npos);
+  EXPECT_EQ(bench.state.DataHome, bench.home.Path() + "/");
+}
+
+TEST_F(Probe, ThatFailsEndsTheProgramAtTheUsersWish) {
+  bench.state.DataHome.clear();
+  bool locked = false;
+  bench.dialogs.retry = false;
+  {
+    const NoHandlesLeft none;
+    EXPECT_FALSE(bench.start_up.SplashLoad(bench.home.Path(), [&locked](const std::string&) {
+      locked = true;
+      return true;
+    }));
+  }
+  EXPECT_FALSE(locked);
+  EXPECT_EQ(bench.state.DataHome, "");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
+}
+
+TEST_F(Probe, ThatIsNotAllowedMovesTheProgramToTheUsersOwnDirectory) {
+  std::filesystem::permissions(bench.home.Path(), std::filesystem::perms(0555));
+  const TemporaryDirectory own;
+  std::filesystem::permissions(own.Path(), std::filesystem::perms(0777));
+  setenv("XDG_DATA_HOME", own.Path().c_str(), 1);
+  {
+    const WithoutRights nobody;
+    EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), TakeLock));
+  }
+  unsetenv("XDG_DATA_HOME");
+  std::filesystem::permissions(bench.home.Path(), std::filesystem::perms(0755));
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+  EXPECT_EQ(bench.state.DataHome, own.File("tavrel/"));
+  EXPECT_TRUE(own.Exists("tavrel"));
+}
+
+TEST_F(Start, AsksAgainForSettingsThatCannotBeRead) {
+  ASSERT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
+  MakeUnreadable(bench.home.File("TAVREL.USR"));
+  bench.dialogs.retry = true;
+  bench.dialogs.on_box = [this] {
+    if (bench.dialogs.boxes.size() == 3) {
+      std::filesystem::remove(bench.home.File("TAVREL.USR"));
+      bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"ACTIVE02:: M260314A.OVN\"\r\n");
+    }
+  };
+  EXPECT_TRUE(bench.start_up.SplashShow().has_value());
+  ASSERT_EQ(bench.dialogs.boxes.size(), 3U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.USR");
+  EXPECT_NE(bench.dialogs.boxes[0].Text.find("Too many levels of symbolic links"),
+            std::string::npos);
+  EXPECT_EQ(bench.state.Settings.ActiveFiles[1], "M260314A.OVN");
+  EXPECT_FALSE(bench.state.FirstRun);
+}
+
+TEST_F(Start, LeavesSettingsAloneThatCannotBeRead) {
+  ASSERT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
+  const std::string settings = "\"VERSION:: 6.1\"\r\n\"ACTIVE02:: M260314A.OVN\"\r\n";
+  bench.home.Write("TAVREL.USR", settings);
+  bench.dialogs.retry = false;
+  {
+    const NoHandlesLeft none;
+    EXPECT_FALSE(bench.start_up.SplashShow().has_value());
+  }
+  EXPECT_NE(bench.settings.SettingsSave(), "");
+  EXPECT_EQ(bench.home.Read("TAVREL.USR"), settings);
+}
+
 TEST_F(Start, GreetsInTheLanguageOfTheSettings) {
   ASSERT_TRUE(
       bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
-  EXPECT_EQ(bench.start_up.SplashShow().cmdStart, " ... to start hit any key ... ");
+  EXPECT_EQ(bench.start_up.SplashShow()->cmdStart, " ... to start hit any key ... ");
   bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"HELPLANG:: german\"\r\n");
-  const SplashValues splash = bench.start_up.SplashShow();
+  const SplashValues splash = bench.start_up.SplashShow().value();
   EXPECT_EQ(splash.cmdStart, " Start  (beliebige Taste) ");
   EXPECT_EQ(splash.lbRelease, "release   2446");
 }
@@ -317,6 +402,43 @@ TEST_F(Start, SimulatesARecordingWithoutALine) {
   EXPECT_EQ(samples[4], 10);
   EXPECT_EQ(samples[5], 20);
   EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+}
+
+// The program was ended while the disk had no room for the next file, and has none yet.
+TEST_F(Start, GoesOnTryingToMakeTheNextFile) {
+  UnitRecord unit = BenchProgram::Header(1, 1, 2, true);
+  unit.UnitMaxMinutes = 5;  // 3 rows at 100 seconds
+  unit.UnitEndAction = 2;
+  bench.Install(7, "M260314A.OVN", unit, {1, 2, 1, 2, 3, 4, 5, 6});
+  bench.line.buffers[{1, 1}] = {11, 12};
+  bench.line.buffers[{1, 2}] = {21, 22};
+  {
+    const FullDisk disk(900);
+    bench.Start();
+    bench.Run(35);
+    EXPECT_EQ(bench.Row(7).lb_Rstat, "disk !");
+    EXPECT_EQ(bench.state.SlotFile[7], "M260314A.OVN");
+    EXPECT_EQ(bench.dialogs.announced.size(), 1U);
+    EXPECT_TRUE(bench.dialogs.boxes.empty());
+  }
+  bench.Run(25);
+  EXPECT_EQ(bench.Row(7).lb_Rstat, "on");
+  EXPECT_EQ(bench.Samples("M260314B.OVN"), (std::vector<std::int16_t>{11, 21, 11, 21, 12, 22}));
+  EXPECT_NE(bench.home.Read("TAVREL.USR").find("\"ACTIVE07:: M260314B.OVN\""), std::string::npos);
+}
+
+TEST_F(Start, TellsWithinTenSecondsThatARecordingWasDeleted) {
+  bench.Install(7, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true), {1, 2, 1, 2});
+  bench.Start();
+  bench.Run(1);
+  std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
+  bench.line.buffers[{1, 1}] = {11, 12};
+  bench.line.buffers[{1, 2}] = {21, 22};
+  bench.Run(10.5);
+  ASSERT_EQ(bench.dialogs.announced.size(), 1U);
+  EXPECT_NE(bench.dialogs.announced[0].Text.find("deleted or moved"), std::string::npos);
+  bench.Run(20);
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{1, 2, 1, 2, 11, 21, 12, 22}));
 }
 
 }  // namespace

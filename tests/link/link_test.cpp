@@ -477,6 +477,7 @@ TEST_F(LinkOnALine, OpensALostPortAgainOnlyWhenAsked) {
   link.ReopenIfLost();
   EXPECT_TRUE(link.PortOpen);
   EXPECT_EQ(port.opened.back().first, 3);
+  EXPECT_EQ(port.reopened, 2);
 
   port.answer = [](const std::string&) { return "0001\r"; };
   LetTheLineRest();

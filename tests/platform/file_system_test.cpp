@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/support/hindrance.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {
@@ -100,15 +101,6 @@ TEST_F(FileSystemTest, HoldsNameSeesWhateverBearsTheName) {
   EXPECT_FALSE(HoldsName(directory_.File("missing"), "FILE.NEW"));
 }
 
-TEST_F(FileSystemTest, IsAbsentIsSureOfIt) {
-  directory_.Write("A", "");
-  fs::create_symlink("nowhere", directory_.File("L"));
-  EXPECT_TRUE(IsAbsent(directory_.File("B")));
-  EXPECT_FALSE(IsAbsent(directory_.File("A")));
-  EXPECT_FALSE(IsAbsent(directory_.File("L")));
-  EXPECT_FALSE(IsAbsent(directory_.File(std::string(300, 'x'))));  // the system cannot tell
-}
-
 TEST_F(FileSystemTest, DeleteLinkSparesAllElse) {
   directory_.Write("A", "abc");
   fs::create_symlink("A", directory_.File("L"));
@@ -148,6 +140,82 @@ TEST_F(FileSystemTest, IsWritableTriesAndLeavesNothingBehind) {
   EXPECT_EQ(Names(), 0U);
   EXPECT_FALSE(IsWritable(directory_.File("missing")));
   EXPECT_FALSE(IsWritable("/proc/self"));
+}
+
+TEST_F(FileSystemTest, QuestionsAreAnsweredWithNoWhereNothingIs) {
+  NoAnswer no_answer{Failure::kOther, "old"};
+  EXPECT_EQ(FindFile(directory_.File("missing"), "A.X", no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_EQ(FindFile(directory_.Path(), std::string(300, 'A'), no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone) << "no file can have so long a name";
+  EXPECT_FALSE(HoldsAnyFile(directory_.File("missing"), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_EQ(ReadWholeFile(directory_.File("missing"), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_EQ(ReadWholeFile(directory_.Path(), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone) << "a directory is no file";
+  directory_.Write("LONG", "123456");
+  EXPECT_EQ(ReadWholeFile(directory_.File("LONG"), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+}
+
+TEST_F(FileSystemTest, QuestionsHaveNoAnswerWhereTheSystemFails) {
+  directory_.Write("A.X", "1");
+  NoAnswer no_answer;
+  {
+    const NoHandlesLeft none;
+    EXPECT_EQ(FindFile(directory_.Path(), "a.x", no_answer), std::nullopt);
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_EQ(no_answer.Text, "Too many open files");
+    EXPECT_FALSE(HoldsAnyFile(directory_.Path(), no_answer));
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_EQ(ReadWholeFile(directory_.File("A.X"), 5, no_answer), std::nullopt);
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_FALSE(IsWritable(directory_.Path(), no_answer));
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_EQ(FindFile(directory_.Path(), "A.X", no_answer), directory_.File("A.X"));
+    EXPECT_EQ(no_answer.Why, Failure::kNone);
+  }
+  EXPECT_TRUE(IsWritable(directory_.Path(), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  MakeUnreadable(directory_.File("B.X"));
+  EXPECT_EQ(FindFile(directory_.Path(), "B.X", no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Text, "Too many levels of symbolic links");
+}
+
+TEST_F(FileSystemTest, IsWritableIsSureOfWhatIsNotAllowed) {
+  namespace fs = std::filesystem;
+  fs::permissions(directory_.Path(), fs::perms(0555));
+  NoAnswer no_answer{Failure::kOther, "old"};
+  {
+    const WithoutRights nobody;
+    EXPECT_FALSE(IsWritable(directory_.Path(), no_answer));
+  }
+  fs::permissions(directory_.Path(), fs::perms(0755));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_FALSE(IsWritable(directory_.File("missing"), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kOther) << "the program's directory cannot be missing";
+}
+
+TEST_F(FileSystemTest, ReadWholeFileIsNotAllowedWhereTheUserHasNoRight) {
+  namespace fs = std::filesystem;
+  directory_.Write("A.X", "1");
+  fs::permissions(directory_.Path(), fs::perms(0755));
+  fs::permissions(directory_.File("A.X"), fs::perms(0));
+  NoAnswer no_answer;
+  const WithoutRights nobody;
+  EXPECT_EQ(ReadWholeFile(directory_.File("A.X"), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNotAllowed);
+}
+
+TEST_F(FileSystemTest, IsLinkSeesTheLinkAndNotItsTarget) {
+  directory_.Write("A.X", "1");
+  std::filesystem::create_symlink("A.X", directory_.File("B.X"));
+  std::filesystem::create_symlink("nowhere", directory_.File("C.X"));
+  EXPECT_FALSE(IsLink(directory_.File("A.X")));
+  EXPECT_TRUE(IsLink(directory_.File("B.X")));
+  EXPECT_TRUE(IsLink(directory_.File("C.X")));
+  EXPECT_FALSE(IsLink(directory_.File("missing")));
 }
 
 TEST_F(FileSystemTest, ReadWholeFileGivesAllBytes) {
