@@ -103,14 +103,12 @@ std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
 // The slot that has the file at `path` already, or that comes first with a key of the same name
 // and still waits for its file; 0 if there is none. The viewer may look at any file.
 int RecordingFiles::OwnerOf(int slot, const std::string& path) const {
-  const std::string& name = state_.SlotFile[slot];
+  const auto waits_for_it = [&](int other) {
+    return other < slot && state_.SlotFile[other].empty() &&
+           EqualNoCase(state_.Settings.ActiveFiles[other - 1], state_.SlotFile[slot]);
+  };
   for (int other = 1; IsSlot(slot) && other <= kSlots; ++other) {
-    if (other == slot) {
-      continue;
-    }
-    const bool waits = state_.SlotFile[other].empty() && other < slot &&
-                       EqualNoCase(state_.Settings.ActiveFiles[other - 1], name);
-    if (waits || IsFileOfSlot(state_, other, path)) {
+    if (other != slot && (waits_for_it(other) || IsFileOfSlot(state_, other, path))) {
       return other;
     }
   }

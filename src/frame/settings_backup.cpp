@@ -60,13 +60,7 @@ std::string KeepBackup(const std::string& directory, const std::string& settings
                        const KeyChange& change) {
   for (const char* name : kBackupFiles) {
     std::string backup = FindFile(directory, name).value_or(JoinPath(directory, name));
-    if (!MayBeWritten(backup, change)) {
-      continue;
-    }
-    if (IsLink(backup) && !DeleteFile(backup).empty()) {
-      continue;
-    }
-    if (CopyFileTo(settings_path, backup).empty()) {
+    if (MayBeWritten(backup, change) && CopyFileTo(settings_path, backup).empty()) {
       return backup;
     }
   }

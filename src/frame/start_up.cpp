@@ -55,8 +55,7 @@ bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_l
     return false;
   }
   state.DataHome = *home;
-  if (!take_lock(state.DataHome + kLockFile)) {
-    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  if (!IsFirst(take_lock)) {
     return false;
   }
   if (!FindFile(program_path, kGermanManual)) {
@@ -64,6 +63,24 @@ bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_l
     return false;
   }
   return true;
+}
+
+// Where nobody can tell whether another copy runs, the user can try to make it possible.
+bool StartUp::IsFirst(const TakeLock& take_lock) {
+  const std::string path = parts_.state.DataHome + kLockFile;
+  LockTaking taking = take_lock(path);
+  while (!taking.Problem.empty()) {
+    const std::string text =
+        "Cannot find out if the program is already running !\n\n" + path + "\n" + taking.Problem;
+    if (!parts_.dialogs.AskRetry({text, "TAVREL", BoxIcon::kCritical})) {
+      return false;
+    }
+    taking = take_lock(path);
+  }
+  if (!taking.IsTaken) {
+    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  }
+  return taking.IsTaken;
 }
 
 std::optional<SplashValues> StartUp::SplashShow() {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
@@ -22,6 +23,17 @@
 namespace tavrel {
 
 inline constexpr int kSplashSeconds = 60;  // after that the splash leaves by itself
+
+// What came of taking the lock that keeps a second copy from running. Not taken and no problem:
+// another copy runs.
+struct LockTaking {
+  // NOLINTNEXTLINE(google-explicit-constructor): whoever has no problem says yes or no
+  LockTaking(bool is_taken, std::string problem = "")
+      : IsTaken(is_taken), Problem(std::move(problem)) {}
+
+  bool IsTaken = false;
+  std::string Problem;  // why nobody can tell whether another copy runs
+};
 
 // The way from the start of the process to the running cycle, in three steps that the forms
 // call when they come up.
@@ -45,9 +57,9 @@ class StartUp {
   };
   explicit StartUp(const Parts& parts) : parts_(parts) {}
 
-  // Takes the file of that path for this process, and keeps it until the process ends; false if
-  // another live process has it. Two copies that share settings and recordings must not run.
-  using TakeLock = std::function<bool(const std::string& path)>;
+  // Takes the file of that path for this process, and keeps it until the process ends. Two copies
+  // that share settings and recordings must not run.
+  using TakeLock = std::function<LockTaking(const std::string& path)>;
 
   // Splash form, on load: guards against a second copy and a broken installation. `program_path`
   // is the program's directory. False: a message has been shown and the process ends. Whether that
@@ -67,6 +79,7 @@ class StartUp {
 
  private:
   [[nodiscard]] std::optional<std::string> HomeOf(const std::string& program_path) const;
+  [[nodiscard]] bool IsFirst(const TakeLock& take_lock);
   void OpenLine();
   void ReadBacklog();
   void SweepControllers();

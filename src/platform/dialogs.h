@@ -34,8 +34,8 @@ class Dialogs {
   [[nodiscard]] virtual bool AskRetry(const Notice& notice) = 0;
 
   // Retry and Exit; true for Retry. Escape and the close box mean Exit, and so does the end of the
-  // program while the box is open.
-  [[nodiscard]] virtual bool AskRetryOrExit(const Notice& notice) = 0;
+  // program while the box is open. Where there is nobody to ask it is as after Exit.
+  [[nodiscard]] virtual bool AskRetryOrExit(const Notice& /*notice*/) { return false; }
 
   // Yes and No; true for Yes.
   [[nodiscard]] virtual bool AskYes(const Notice& notice) = 0;
@@ -45,8 +45,9 @@ class Dialogs {
   virtual void Announce(const Notice& notice) = 0;
 
   // Asks in the same way: the box has Yes and No, Enter and Escape mean No, nothing waits for it.
-  // `answer` is called with true for Yes, with false for all else, or never if the program ends.
-  virtual void AskBeside(const Notice& notice, std::function<void(bool yes)> answer) = 0;
+  // `answer` is called with true for Yes, with false for all else, or never if the program ends or
+  // where there is nobody to ask.
+  virtual void AskBeside(const Notice& /*notice*/, std::function<void(bool yes)> /*answer*/) {}
 
   // Lets the user choose a file: one that exists, or the name of one to save, where a name that
   // exists already in any case is asked about and given as the disk spells it. Nothing is opened

@@ -28,14 +28,6 @@ constexpr std::size_t kLongestLock = 1024;  // characters; known forms have some
 constexpr milliseconds kBeingWritten{200};  // how long an empty lock file counts as young
 constexpr milliseconds kLookAgain{20};
 
-// Whether `path` still names the file that is open.
-bool IsStillAt(const std::string& path, const OpenDescriptor& file) {
-  struct stat named {};
-  struct stat opened {};
-  return lstat(path.c_str(), &named) == 0 && fstat(file.Number(), &opened) == 0 &&
-         named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
-}
-
 // A pipe would keep the opening waiting, a device would notice it, and where a link leads is
 // another's: only plain files are opened.
 OpenDescriptor OpenPlainFile(const std::string& path) {
@@ -200,7 +192,7 @@ bool RemovePortLock(const std::string& path) {
     return IsNothingAt(path);
   }
   const bool is_left = Judge(TextOf(file), IsLockedByKernel(file)).State == LockState::kLeft;
-  return is_left && IsStillAt(path, file) && unlink(path.c_str()) == 0;
+  return is_left && file.IsStillAt(path) && unlink(path.c_str()) == 0;
 }
 
 std::string WhyNoPortLock(const std::string& path) {

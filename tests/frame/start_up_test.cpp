@@ -49,6 +49,28 @@ TEST_F(Start, RefusesASecondCopy) {
   EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kInformation);
 }
 
+TEST_F(Start, AsksAgainWhileNobodyCanTellWhetherACopyRuns) {
+  int times = 0;
+  const auto take_lock = [&times](const std::string&) {
+    return ++times < 3 ? LockTaking(false, "Too many open files") : LockTaking(true);
+  };
+  bench.dialogs.retry = true;
+  EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), take_lock));
+  EXPECT_EQ(times, 3);
+  ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot find out if the program is already running !\n\n" +
+                                             bench.home.File("TAVREL.LCK") +
+                                             "\nToo many open files");
+}
+
+TEST_F(Start, EndsIfNobodyCanTellWhetherACopyRunsAndTheUserGivesUp) {
+  bench.dialogs.retry = false;
+  EXPECT_FALSE(bench.start_up.SplashLoad(
+      bench.home.Path(), [](const std::string&) { return LockTaking(false, "No locks"); }));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kCritical);
+}
+
 TEST_F(Start, RefusesAnIncompleteInstallation) {
   std::filesystem::remove(bench.home.File(kGermanManual));
   EXPECT_FALSE(

@@ -203,6 +203,9 @@ class ToldOfFile {
   std::vector<ToldLoss> losses_;
 };
 
+// Where the user was told that nobody knows how many sets are lost.
+constexpr int kAnyNumber = 100'000;
+
 // Costs of an explanation, see Align: a word that differs is 2.
 constexpr int kWordCost = 2;
 
@@ -286,9 +289,9 @@ class Comparer {
         ++right;
       } else if (told_.Covers(row, input)) {
         ++findings_.excused;
-        const bool is_invented = told_.Covers(row, input, ToldDoubt::Kind::kFilled) &&
-                                 !IsLoss(set[column]) && !Has(set, SampleFate::kForgotten);
-        findings_.invented += is_invented ? 1 : 0;
+        const bool had_arrived = set[column] && set[column]->fate == SampleFate::kGood;
+        const bool was_filled = told_.Covers(row, input, ToldDoubt::Kind::kFilled);
+        findings_.invented += had_arrived && was_filled ? 1 : 0;
       } else {
         ++wrong;
       }
@@ -311,8 +314,9 @@ class Comparer {
     findings_.told_filled = told_.Count(ToldDoubt::Kind::kFilled);
     findings_.told_uncertain = told_.Count(ToldDoubt::Kind::kUncertain);
     for (const ToldLoss& loss : told_.Losses()) {
-      findings_.told_lost += loss.sets;
-      findings_.about += loss.is_about ? std::max(2, loss.sets / 50) : 0;
+      findings_.told_lost += loss.sets.value_or(0);
+      const int about = loss.sets ? std::max(2, *loss.sets / 50) : kAnyNumber;
+      findings_.about += loss.is_about ? about : 0;
     }
   }
 

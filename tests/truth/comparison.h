@@ -23,7 +23,7 @@ struct Findings {
   int excused = 0;         // words that differ in rows of which the user was told
   int told_filled = 0;     // doubts that the user was told as filled in
   int told_uncertain = 0;  // the same as uncertain
-  int invented = 0;        // words told as filled in that had arrived, or had not been handed over
+  int invented = 0;        // words told as filled in although the right ones had arrived
   int torn = 0;            // rows of which a part is right and a part is wrong, and a cut end
   int lost = 0;            // sets that stand in no row although the instrument took them
   int told_lost = 0;       // sets that the user was told are lost

@@ -2,6 +2,7 @@
 #define TAVREL_TESTS_TRUTH_TOLD_TEXTS_H_
 
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,8 @@ struct ToldDoubt {
 // Sets that the program told its user are lost.
 struct ToldLoss {
   std::string file;
-  int sets = 0;
-  bool is_about = false;  // "about": the count is as good as the clocks
+  std::optional<int> sets;  // none: nobody knows how many
+  bool is_about = false;    // the count is as good as the clocks
 };
 
 struct Told {

@@ -31,6 +31,8 @@ constexpr std::array<const char*, 2> kLines = {"direct", "plugin"};
 constexpr std::array<const char*, 3> kOrders = {"ascending", "descending", "random"};
 constexpr std::array<int, 3> kDistances = {30, 200, 500};
 
+constexpr std::size_t kMostTexts = 12;  // of a case that is broken
+
 // What the command line asks for.
 struct Wish {
   bool is_long = false;
@@ -141,6 +143,10 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   std::printf("%s %s\n", is_good ? "true" : "BROKEN", verdict.c_str());
   for (const std::string& detail : found.details) {
     std::printf("    %s\n", detail.c_str());
+  }
+  const auto texts = is_good ? std::vector<std::string>() : run.ShownTexts();
+  for (std::size_t place = 0; place < std::min(texts.size(), kMostTexts); ++place) {
+    std::printf("    told: %s\n", texts[place].c_str());
   }
   return is_good;
 }

@@ -43,6 +43,8 @@ std::vector<RecordedSlot> SlotsOf(const Bench& bench) {
   switch (bench.recordings) {
     case Recordings::kSingle:
       return {{"M260314A.TUB", 1, {7}}};
+    case Recordings::kPair:
+      return {{"M260314A.TUB", 1, {3, 11}}};
     case Recordings::kWide:
       return {{"M260314A.TUB", 1, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}};
     case Recordings::kTwelve:

@@ -23,6 +23,7 @@ struct SamplingScan {
 enum class Recordings {
   kThree,   // three of two and three inputs, on two instruments
   kSingle,  // one input
+  kPair,    // two inputs
   kWide,    // all fifteen inputs of one instrument
   kTwelve,  // twelve of two inputs, on six instruments
 };
@@ -91,6 +92,8 @@ class TruthRun {
   [[nodiscard]] LineTruth Truth() const;
   // Telegrams that were sent to the device that is not the instruments'.
   [[nodiscard]] int HeardByForeign() const { return foreign_.Heard(); }
+  // What the program told its user, see InstalledProgram.
+  [[nodiscard]] std::vector<std::string> ShownTexts() const { return program_.ShownTexts(); }
   // True while nothing was done to the line, the instruments or the program.
   [[nodiscard]] bool IsHealthy() const { return is_healthy_; }
 
