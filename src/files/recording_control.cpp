@@ -1,5 +1,4 @@
 #include <string>
-#include <utility>
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
@@ -12,7 +11,6 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kStartTitle = "start recording";
-constexpr std::int16_t kControllerOff = 0;
 
 enum EndAction : std::int16_t { kSwitchControllerOff = 1, kGoOnInNextFile = 2 };
 
@@ -118,9 +116,6 @@ void RecordingEngine::EndOfRecording(int slot) {
   }
   switch (state_.Unit[slot].UnitEndAction) {
     case kSwitchControllerOff:
-      state_.Unit[slot].UnitCtrlState = 0;
-      state_.ProgRunning[slot] = false;  // its next step would switch the controller on again
-      StopInFile(slot);
       SwitchControllerOff(slot);
       break;
     case kGoOnInNextFile:
@@ -131,38 +126,16 @@ void RecordingEngine::EndOfRecording(int slot) {
   }
 }
 
+// The order is on the disk before the file says that the recording is over: a program that is
+// killed in between gives it again. The slot's next step of a program would switch the controller
+// on once more.
 void RecordingEngine::SwitchControllerOff(int slot) {
-  const UnitRecord& unit = state_.Unit[slot];
-  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl, false};
-  OrderStop(slot);
-}
-
-// Without an acknowledge the order is due again on the ten-second tick.
-void RecordingEngine::OrderStop(int slot) {
-  link_.ComInet = stop_orders_[slot].inet;
-  state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
-}
-
-// The waits for several silent instruments must not add up in one step: only the first order that
-// is due is sent. False if there is none.
-bool RecordingEngine::RepeatStopOrder() {
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    const bool is_due = std::exchange(stop_orders_[slot].is_due, false);
-    if (is_due && state_.StopPending[slot]) {
-      OrderStop(slot);
-      return true;
-    }
-  }
-  return false;
-}
-
-void RecordingEngine::DropStopOrder(int inet, int controller) {
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    const StopOrder& order = stop_orders_[slot];
-    if (order.inet == inet && order.controller == controller) {
-      state_.StopPending[slot] = false;
-    }
-  }
+  UnitRecord& unit = state_.Unit[slot];
+  unit.UnitCtrlState = 0;
+  state_.ProgRunning[slot] = false;
+  stop_orders_.Give(slot, unit.UnitInet, unit.UnitCtrl);
+  StopInFile(slot);
+  static_cast<void>(stop_orders_.SendDue());
 }
 
 // At every moment of this the settings on the disk name a file whose header says that the

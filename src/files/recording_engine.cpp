@@ -27,11 +27,12 @@ RecordingEngine::RecordingEngine(const Parts& parts)
       messages_(parts.messages),
       dialogs_(parts.dialogs),
       screens_(parts.screens),
-      clock_(parts.clock) {}
+      clock_(parts.clock),
+      stop_orders_({parts.state, parts.link, parts.messages}) {}
 
 void RecordingEngine::PumpOnce() {
   const Messages::Deferral deferral(messages_);
-  if (RepeatStopOrder()) {
+  if (stop_orders_.SendDue()) {
     return;
   }
   if (!IsSlot(state_.PumpSlot)) {
@@ -355,8 +356,8 @@ void RecordingEngine::HideBacklog(int slot) {
 
 void RecordingEngine::TenSecondTick() {
   const Messages::Deferral deferral(messages_);
+  stop_orders_.Repeat();
   for (int slot = 1; slot <= kSlots; ++slot) {
-    stop_orders_[slot].is_due = state_.StopPending[slot];
     if (state_.SlotFile[slot].empty() || state_.ReadState[slot] == ReadState::kIdle) {
       continue;
     }

@@ -11,6 +11,7 @@
 #include "files/held_set.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
+#include "files/stop_orders.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
 #include "link/link.h"
@@ -53,8 +54,8 @@ class RecordingEngine {
   void TakeUp(int slot, std::optional<std::int16_t> stored);
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
-  // written is opened once more, and for each StopPending(slot) an order to switch the controller
-  // off becomes due, which the pump then sends. Makes no exchange itself.
+  // written is opened once more, and the orders to switch a controller off that wait become due;
+  // the pump then sends them. Makes no exchange itself.
   void TenSecondTick();
 
   // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
@@ -74,9 +75,9 @@ class RecordingEngine {
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
-  // The user has switched that controller with success, or given it to a program: an end action
-  // that still waits to switch it off must not do so any more.
-  void DropStopOrder(int inet, int controller);
+  // What end actions have still to switch off. Whoever switches a controller with success drops
+  // the order for it.
+  [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
 
   // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
   // rows holds no longer once an instrument answers, and a half-read set of it goes on.
@@ -127,19 +128,9 @@ class RecordingEngine {
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
-  void OrderStop(int slot);
-  [[nodiscard]] bool RepeatStopOrder();
   void GoOnInNextFile(int slot);
   void SaveSettings(int slot);
   void StopInFile(int slot);
-
-  // The controller that an end action has to switch off. Kept apart from the slot's header, for
-  // the slot may be given to another one before the order is acknowledged.
-  struct StopOrder {
-    std::int16_t inet = 0;
-    std::int16_t controller = 0;
-    bool is_due = false;  // to be repeated at the next step of the pump
-  };
 
   RunState& state_;
   Link& link_;
@@ -169,7 +160,7 @@ class RecordingEngine {
   BySlot<ColumnCheck> column_checks_;
   BySlot<Unfinished> unfinished_;
   BySlot<bool> was_told_of_loss_{};
-  BySlot<StopOrder> stop_orders_{};
+  StopOrders stop_orders_;
 };
 
 }  // namespace tavrel

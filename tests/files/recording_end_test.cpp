@@ -158,7 +158,7 @@ TEST(EndOfRecording, DoesNotRepeatAStopThatTheUserHasMadeVoid) {
   room.line.silent.insert(2);
   room.Pump(1);
   room.engine.TenSecondTick();
-  room.engine.DropStopOrder(2, 3);
+  room.engine.Orders().Drop(2, 3);
   room.Pump(2);
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r"}));
 }

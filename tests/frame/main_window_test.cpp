@@ -123,6 +123,86 @@ TEST_F(Window, CompletesAHalfReadSetWhoseRestComesInTime) {
   EXPECT_EQ(samples[5], 55);
 }
 
+class WindowWithAnOrder : public Window {
+ protected:
+  // The recording of slot 2 has ended, and its controller has not acknowledged that it is off.
+  void LeaveAnOrder() {
+    StartRecording(2);
+    bench.line.silent = {2};
+    bench.state.Unit[2].UnitEndAction = 1;
+    bench.engine.EndOfRecording(2);
+    ASSERT_TRUE(bench.state.StopPending[2]);
+    bench.clock.AdvanceSeconds(1);
+    bench.port.sent.clear();
+  }
+  [[nodiscard]] long Tries() const {
+    return std::count(bench.port.sent.begin(), bench.port.sent.end(), "Z11=0\r");
+  }
+};
+
+TEST_F(WindowWithAnOrder, SendsItAtTheEndBesideTheLastSets) {
+  LeaveAnOrder();
+  bench.line.silent.clear();
+  Hold(1, 2);
+  EXPECT_LT(CloseTakes(), 2.0);
+  EXPECT_EQ(Tries(), 1);
+  EXPECT_EQ((bench.line.registers[{2, 'Z', 1}]), 0);
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
+}
+
+TEST_F(WindowWithAnOrder, TriesItForTenSecondsAndLeavesItOnTheDisk) {
+  LeaveAnOrder();
+  const double took = CloseTakes();
+  EXPECT_GE(took, 9.0);
+  EXPECT_LE(took, 11.5);
+  EXPECT_GE(Tries(), 5);
+  EXPECT_EQ(bench.home.Read(kStopOrdersFile), "Z=0 slot 2 inet 2 controller 1\r\nend\r\n");
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(WindowWithAnOrder, EndsAsSoonAsItIsAcknowledged) {
+  LeaveAnOrder();
+  bench.events.on_rest = [this](std::chrono::milliseconds time) {
+    bench.clock.Advance(time);
+    if (Tries() == 3) {
+      bench.line.silent.clear();
+    }
+  };
+  EXPECT_LT(CloseTakes(), 6.0);
+  EXPECT_EQ(Tries(), 4);
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+}
+
+TEST_F(WindowWithAnOrder, SendsOneThatIsGivenDuringTheLastSets) {
+  StartRecording(2);
+  bench.state.Unit[2].UnitEndAction = 1;
+  bench.state.SampleLimit[2] = 1;
+  Hold(2, 1);
+  bench.line.refused = {'Z'};
+  bench.events.on_rest = [this](std::chrono::milliseconds time) {
+    bench.clock.Advance(time);
+    bench.line.refused.clear();
+  };
+  CloseTakes();
+  EXPECT_GE(Tries(), 1);
+  EXPECT_EQ(bench.home.Exists(kStopOrdersFile), false);
+}
+
+TEST_F(WindowWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
+  StartRecording(2);
+  bench.line.silent = {2};
+  bench.state.DataHome = bench.home.File("nowhere") + "/";
+  bench.state.Unit[2].UnitEndAction = 1;
+  {
+    const Messages::Deferral deferral(bench.messages);
+    bench.engine.EndOfRecording(2);
+  }
+  CloseTakes();
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.OFF");
+}
+
 TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {
   StartRecording(1);
   bench.sheet.tx_Des_Change(1, "Tube 7");

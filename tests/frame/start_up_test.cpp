@@ -57,9 +57,9 @@ TEST_F(Start, AsksAgainWhileNobodyCanTellWhetherACopyRuns) {
   EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), take_lock));
   EXPECT_EQ(times, 3);
   ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
-  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot find out if the program is already running !\n\n" +
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot tell whether the program is already running:\n" +
                                              bench.home.File("TAVREL.LCK") +
-                                             "\nToo many open files");
+                                             "\n\nToo many open files");
 }
 
 TEST_F(Start, EndsIfNobodyCanTellWhetherACopyRunsAndTheUserGivesUp) {
@@ -291,6 +291,92 @@ TEST_F(Backlog, IsThatOfTheRecordingSlotWithTheMost) {
   bench.Start();
   EXPECT_EQ(bench.state.BacklogSlot, 2);
   EXPECT_EQ(bench.state.BacklogCount, 20);
+}
+
+class LeftOn : public Start {
+ protected:
+  // The program before has left orders; slot 2 has controller 3 of instrument 4.
+  void Leave(const std::string& orders) {
+    bench.home.Write(kStopOrdersFile, orders + "end\r\n");
+    bench.Install(2, "M260314A.OVN", BenchProgram::Header(4, 3, 2, true));
+    bench.line.registers[{4, 'Z', 3}] = 2;
+  }
+  std::vector<std::string> Announced() const {
+    std::vector<std::string> texts;
+    for (const Notice& notice : bench.dialogs.announced) {
+      texts.push_back(notice.Title + "|" + notice.Text);
+    }
+    return texts;
+  }
+  static constexpr const char* kOrder = "Z=0 slot 2 inet 4 controller 3\r\n";
+};
+
+TEST_F(LeftOn, IsSwitchedOffBeforeAnythingElseAndTold) {
+  Leave(kOrder);
+  bench.Start();
+  ASSERT_GE(bench.port.sent.size(), 2U);
+  EXPECT_EQ(bench.port.sent[0], "Z33=0\r");
+  EXPECT_EQ(bench.port.sent[1], "R32?");
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(Announced(), std::vector<std::string>{
+                             "controller|Controller 3 of Tavrel 4 was not switched off at the end "
+                             "of its recording.\nIt is off now."});
+}
+
+TEST_F(LeftOn, IsTriedEveryTenSecondsWhileItDoesNotAnswer) {
+  Leave(kOrder);
+  bench.line.silent = {4};
+  bench.Start();
+  EXPECT_EQ(bench.port.sent.front(), "Z33=0\r");
+  EXPECT_EQ(Announced(), std::vector<std::string>{
+                             "controller|Controller 3 of Tavrel 4 was not switched off at the end "
+                             "of its recording.\nTavrel does not acknowledge it yet; it is tried "
+                             "again."});
+  EXPECT_TRUE(bench.state.StopPending[2]);
+  bench.Run(35);
+  EXPECT_EQ(bench.Row(2).lb_Cstat, "off ?");
+  const auto tries = std::count(bench.port.sent.begin(), bench.port.sent.end(), "Z33=0\r");
+  EXPECT_GE(tries, 4);
+  EXPECT_LE(tries, 5);
+  bench.line.silent.clear();
+  bench.Run(20);
+  EXPECT_EQ((bench.line.registers[{4, 'Z', 3}]), 0);
+  EXPECT_EQ(bench.Row(2).lb_Cstat, "off");
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(Announced().size(), 1U);
+}
+
+TEST_F(LeftOn, IsNotSimulated) {
+  Leave(kOrder);
+  bench.state.Settings.CommPort = "----";
+  bench.Start();
+  bench.Run(15);
+  EXPECT_TRUE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(Announced().size(), 1U);
+}
+
+// An instrument without a slot is left alone but for the one controller.
+TEST_F(LeftOn, OfAnInstrumentWithoutASlotIsTheOnlyOneThatIsTouched) {
+  Leave("Z=0 slot 9 inet 6 controller 2\r\n");
+  bench.Start();
+  for (const std::string& command : bench.port.sent) {
+    EXPECT_TRUE(command[1] != '5' || command == "Z52=0\r") << command;
+  }
+  EXPECT_EQ(bench.port.sent.front(), "Z52=0\r");
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+}
+
+TEST_F(LeftOn, IsNoLongerToldOnceTheSweepHasSwitchedIt) {
+  Leave("Z=0 slot 2 inet 4 controller 1\r\n");
+  int refusals = 1;
+  const auto answer = bench.port.answer;
+  bench.port.answer = [&, answer](const std::string& command) {
+    return command == "Z31=0\r" && refusals-- > 0 ? std::string("?") : answer(command);
+  };
+  bench.Start();
+  EXPECT_EQ(std::count(bench.port.sent.begin(), bench.port.sent.end(), "Z31=0\r"), 2);
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_FALSE(bench.state.StopPending[2]);
 }
 
 TEST_F(Start, SwitchesOffControllersThatNoSlotKnows) {
