@@ -58,7 +58,8 @@ class Program {
     screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
     AddControlForms();
     logic_.cycle.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
-                            [this](int slot) { logic_.runner.StepProgram(slot); }});
+                            [this](int slot) { logic_.runner.StepProgram(slot); },
+                            [this] { return logic_.unsure.ReadBack(); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -169,12 +170,13 @@ class Program {
   void AddControlForms() {
     screens_.Add(View::kTavCtrl, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      ControllerSettings settings({logic_.state, logic_.link, dialogs_, screens_});
+      ControllerSettings settings({logic_.state, logic_.link, dialogs_, screens_, logic_.unsure});
       TavCtrl(settings).Run();
     });
     screens_.Add(View::kTavPid, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      PidParameters parameters({logic_.state, logic_.link, dialogs_, screens_});
+      PidParameters parameters(
+          {logic_.state, logic_.link, dialogs_, screens_, logic_.unsure, logic_.engine.Orders()});
       TavPid(parameters).Run();
     });
     screens_.Add(View::kTavProg, [this] {
