@@ -262,5 +262,15 @@ int main(int count, char** arguments) {
   QApplication::setApplicationName(QStringLiteral("TAVREL"));
   QApplication::setApplicationVersion(QStringLiteral("6.1"));
   tavrel::Program program;
-  return program.Start() ? QApplication::exec() : 0;
+  // The start has boxes of its own. A signal ends the program beneath them only if its loop of
+  // events runs already, and none of them is the last window.
+  QApplication::setQuitOnLastWindowClosed(false);
+  QTimer::singleShot(0, &application, [&program] {
+    if (program.Start()) {
+      QApplication::setQuitOnLastWindowClosed(true);
+    } else {
+      QCoreApplication::quit();
+    }
+  });
+  return QApplication::exec();
 }

@@ -74,9 +74,10 @@ bool StartUp::IsFirst(const TakeLock& take_lock) {
   const std::string path = parts_.state.DataHome + kLockFile;
   LockTaking taking = take_lock(path);
   while (!taking.Problem.empty()) {
-    const std::string text =
-        "Cannot find out if the program is already running !\n\n" + path + "\n" + taking.Problem;
-    if (!parts_.dialogs.AskRetry({text, "TAVREL", BoxIcon::kCritical})) {
+    const Notice question{
+        "Cannot tell whether the program is already running:\n" + path + "\n\n" + taking.Problem,
+        "TAVREL", BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
       return false;
     }
     taking = take_lock(path);
