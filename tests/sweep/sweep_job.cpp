@@ -171,6 +171,10 @@ class Job {
   // What came up to now, then a row for the stage.
   void Tell(const std::string& stage) {
     std::ofstream file(told_, std::ios::app);
+    for (const FakeDialogs::Question& question : dialogs_.asked_beside) {
+      dialogs_.announced.push_back(question.notice);
+    }
+    dialogs_.asked_beside.clear();
     for (auto* notices : {&dialogs_.boxes, &dialogs_.announced}) {
       for (const Notice& notice : *notices) {
         file << notice.Title << "\\n" << notice.Text << '\n';
