@@ -54,8 +54,9 @@ class RecordingEngine {
   void TakeUp(int slot, std::optional<std::int16_t> stored);
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
-  // written is opened once more, and the orders to switch a controller off that wait become due;
-  // the pump then sends them. Makes no exchange itself.
+  // written is opened once more, one that others have deleted or moved is put to the disk again,
+  // and the orders to switch a controller off that wait become due; the pump then sends them.
+  // Makes no exchange itself.
   void TenSecondTick();
 
   // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
@@ -67,17 +68,25 @@ class RecordingEngine {
   void StartRecording(int slot);
 
   // Asks, then stops. The instrument is not told. A complete set that could not be written is
-  // tried one last time.
+  // tried once more; if that fails it stays beside the file, and the user is told.
   void StopRecording(int slot);
 
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
-  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle. Where the
+  // recording goes on in a next file, ReadState is kReading afterwards; if that file cannot be made
+  // now, kWaiting: the recording stays on in the full file, WriteFailed says so, and every
+  // ten-second tick tries again, also after a restart. Else it is kIdle. Where the
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
   // What end actions have still to switch off. Whoever switches a controller with success drops
   // the order for it.
   [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
+
+  // The program ends: a file that others have taken away is put to the disk again, and a complete
+  // set that could not be written is tried once more. If that fails it stays beside the file for
+  // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
+  // to be saved afterwards.
+  [[nodiscard]] std::string SaveSetInHand(int slot);
 
   // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
   // rows holds no longer once an instrument answers, and a half-read set of it goes on.
@@ -108,6 +117,7 @@ class RecordingEngine {
   void CountBacklogDown(int slot);
   void HideBacklog(int slot);
   void ReopenFile(int slot);
+  void RestoreFile(int slot);
 
   // The columns: what to do about values that were lost on the line.
   [[nodiscard]] bool DoubtColumns(int slot);
@@ -123,14 +133,18 @@ class RecordingEngine {
   void EmptyHand(int slot);
 
   // Start, stop and end.
+  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot);
+  [[nodiscard]] std::optional<Notice> WhyNotOnInstrument(const UnitRecord& unit);
   [[nodiscard]] bool MaySimulate(int slot);
-  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
   void GoOnInNextFile(int slot);
-  void SaveSettings(int slot);
+  [[nodiscard]] bool WaitsForNextFile(int slot) const;
+  [[nodiscard]] bool SaveSettings(int slot);
+  void CloseGraphOf(int slot);
   void StopInFile(int slot);
+  void EndInFile(int slot);
 
   RunState& state_;
   Link& link_;

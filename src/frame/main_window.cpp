@@ -1,6 +1,8 @@
 #include "frame/main_window.h"
 
 #include <chrono>
+#include <string>
+#include <vector>
 
 #include "common/help.h"
 #include "common/text.h"
@@ -217,6 +219,10 @@ bool MainWindow::ReviveHeldSets() {
 
 void MainWindow::SaveEverything() {
   RunState& state = parts_.state;
+  std::vector<std::string> unsaved;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    unsaved.push_back(parts_.engine.SaveSetInHand(slot));
+  }
   const bool failed = state.SettingsChanged && !parts_.settings.SettingsSave().empty();
   const bool stops_failed = !parts_.engine.Orders().Save().empty();
   for (int slot = 0; slot <= kSlots; ++slot) {
@@ -231,6 +237,11 @@ void MainWindow::SaveEverything() {
   }
   if (stops_failed) {
     parts_.dialogs.Message({"Cannot write file.", kStopOrdersFile, BoxIcon::kWarning});
+  }
+  for (const std::string& text : unsaved) {
+    if (!text.empty()) {
+      parts_.dialogs.Message({text, "Write  file", BoxIcon::kWarning});
+    }
   }
 }
 

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
+#include "tests/files/recording_room.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {
@@ -32,6 +34,17 @@ class Window : public testing::Test {
       bench.line.buffers[{inet, 1}].push_back(static_cast<std::int16_t>(100 + set));
       bench.line.buffers[{inet, 2}].push_back(static_cast<std::int16_t>(200 + set));
     }
+  }
+  // The only set that the instrument holds is in hand, and the disk has no room for it.
+  void RefuseSet() {
+    StartRecording(1);
+    Hold(1, 1);
+    const FullDisk disk(1008);
+    for (int tick = 0; tick < 40 && !bench.state.WriteFailed[1]; ++tick) {
+      bench.Run(0.05);
+    }
+    ASSERT_TRUE(bench.state.WriteFailed[1]);
+    bench.dialogs.announced.clear();
   }
   double CloseTakes() {
     const auto start = bench.clock.Elapsed();
@@ -201,6 +214,62 @@ TEST_F(WindowWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
   CloseTakes();
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.OFF");
+}
+
+TEST_F(Window, WritesASetThatTheDiskRefusedOnceMoreAtTheEnd) {
+  RefuseSet();
+  bench.window.Close();
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+  EXPECT_FALSE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(Window, WritesARefusedSetAlsoIfItsInstrumentIsSilent) {
+  RefuseSet();
+  bench.line.silent = {1};
+  bench.Run(6);
+  EXPECT_LT(CloseTakes(), 1.0);
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+}
+
+TEST_F(Window, LeavesASetThatTheDiskRefusesForTheNextStartAndTellsIt) {
+  RefuseSet();
+  {
+    const FullDisk disk(1008);
+    bench.dialogs.on_box = [this] { EXPECT_FALSE(bench.state.SlotFileNo[1].IsOpen()); };
+    EXPECT_LT(CloseTakes(), 11.5);
+  }
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Write  file");
+  EXPECT_EQ(bench.dialogs.boxes[0].Text,
+            "M260314A.OVN: the last set could not be written (File too large); it stays beside "
+            "the file and is written when the file is opened again");
+  EXPECT_TRUE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
+  bench.files.OpenRecordingFile(1);
+  bench.engine.PumpOnce();
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+}
+
+TEST_F(Window, SaysThatASetIsLostWhereNothingCanBeKept) {
+  RefuseSet();
+  std::filesystem::rename(bench.home.File("tavdat"), bench.home.File("away"));
+  bench.engine.FlushFiles();
+  std::filesystem::remove_all(bench.home.File("away"));
+  bench.window.Close();
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text,
+            "M260314A.OVN: the last set could not be written (No such file or directory) and is "
+            "lost");
+}
+
+TEST_F(Window, WritesAFileThatWasDeletedAgainAtTheEnd) {
+  StartRecording(1);
+  std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
+  Hold(1, 1);
+  bench.Run(0.05);
+  bench.window.Close();
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
 
 TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "tests/files/recording_room.h"
 #include "tests/support/bench_program.h"
 #include "tests/support/hindrance.h"
 
@@ -509,6 +510,43 @@ TEST_F(Start, SimulatesARecordingWithoutALine) {
   EXPECT_EQ(samples[4], 10);
   EXPECT_EQ(samples[5], 20);
   EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+}
+
+// The program was ended while the disk had no room for the next file, and has none yet.
+TEST_F(Start, GoesOnTryingToMakeTheNextFile) {
+  UnitRecord unit = BenchProgram::Header(1, 1, 2, true);
+  unit.UnitMaxMinutes = 5;  // 3 rows at 100 seconds
+  unit.UnitEndAction = 2;
+  bench.Install(7, "M260314A.OVN", unit, {1, 2, 1, 2, 3, 4, 5, 6});
+  bench.line.buffers[{1, 1}] = {11, 12};
+  bench.line.buffers[{1, 2}] = {21, 22};
+  {
+    const FullDisk disk(900);
+    bench.Start();
+    bench.Run(35);
+    EXPECT_EQ(bench.Row(7).lb_Rstat, "disk !");
+    EXPECT_EQ(bench.state.SlotFile[7], "M260314A.OVN");
+    EXPECT_EQ(bench.dialogs.announced.size(), 1U);
+    EXPECT_TRUE(bench.dialogs.boxes.empty());
+  }
+  bench.Run(25);
+  EXPECT_EQ(bench.Row(7).lb_Rstat, "on");
+  EXPECT_EQ(bench.Samples("M260314B.OVN"), (std::vector<std::int16_t>{11, 21, 11, 21, 12, 22}));
+  EXPECT_NE(bench.home.Read("TAVREL.USR").find("\"ACTIVE07:: M260314B.OVN\""), std::string::npos);
+}
+
+TEST_F(Start, TellsWithinTenSecondsThatARecordingWasDeleted) {
+  bench.Install(7, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true), {1, 2, 1, 2});
+  bench.Start();
+  bench.Run(1);
+  std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
+  bench.line.buffers[{1, 1}] = {11, 12};
+  bench.line.buffers[{1, 2}] = {21, 22};
+  bench.Run(10.5);
+  ASSERT_EQ(bench.dialogs.announced.size(), 1U);
+  EXPECT_NE(bench.dialogs.announced[0].Text.find("deleted or moved"), std::string::npos);
+  bench.Run(20);
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{1, 2, 1, 2, 11, 21, 12, 22}));
 }
 
 }  // namespace

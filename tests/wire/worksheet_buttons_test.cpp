@@ -99,9 +99,9 @@ TEST_P(RampWithoutAValue, OfAProgramIsRepeatedWithoutABox) {
 }
 
 TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
-  const Telegrams telegrams = Of({"S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
-                                 {"n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"});
-  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 4 : 0); ++failing) {
+  const Telegrams telegrams = Of({"T10?", "S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
+                                 {"n1vD0?", "n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"});
+  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 5 : 0); ++failing) {
     OpenSheet();
     fail_at = failing;
     program.worksheet.cmd_Rec_Click(1);
@@ -110,7 +110,7 @@ TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
     EXPECT_EQ(Shown().RecOnDown, !Fails());
     EXPECT_EQ(Shown().RecOffDown, Fails());
     EXPECT_EQ(FileHeader(kName).UnitRecOn, Fails() ? 0 : 1);
-    EXPECT_EQ(telegrams_before_wait, Fails() ? 0 : 4);
+    EXPECT_EQ(telegrams_before_wait, Fails() ? 0 : 5);
   }
 }
 
