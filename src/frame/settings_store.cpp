@@ -7,7 +7,6 @@
 
 #include "common/number.h"
 #include "common/text.h"
-#include "frame/settings_backup.h"
 #include "frame/settings_keys.h"
 #include "platform/file_system.h"
 
@@ -146,6 +145,7 @@ std::optional<std::vector<std::string>> SettingsStore::ReadLines(const char* nam
 
 void SettingsStore::SettingsLoad() {
   read_error_.clear();
+  names_on_disk_.reset();
   const auto lines = ReadLines(kSettingsFile);
   if (!read_error_.empty()) {
     return;
@@ -159,6 +159,7 @@ void SettingsStore::SettingsLoad() {
   } else {
     state_.Settings = {};
     TakeKeyLines(state_.Settings, *lines);
+    names_on_disk_ = state_.Settings.ActiveFiles;
   }
   if (!read_error_.empty()) {
     return;
@@ -199,25 +200,33 @@ std::string SettingsStore::SettingsSave() {
   std::string error = ReplaceFile(PathOf(state_, kSettingsFile), KeyFileBytes(state_.Settings));
   if (error.empty()) {
     state_.SettingsChanged = false;
+    names_on_disk_ = state_.Settings.ActiveFiles;
   }
   return error;
 }
 
-// A file that is too long or cannot be read now is not trusted to hold nothing.
+// Where the file cannot be read now, it holds what was read or written last. One that is too long
+// is not trusted to hold nothing.
 std::string SettingsStore::KeepDroppedNames() {
   const std::string path = PathOf(state_, kSettingsFile);
   if (!FindFile(state_.DataHome, kSettingsFile)) {
     return "";
   }
-  const auto bytes = ReadWholeFile(path, kLargestSettingsFile);
-  SettingsValues before;
-  if (bytes) {
-    TakeKeyLines(before, SettingsLines(*bytes));
-    if (!DropsActiveName(before.ActiveFiles, state_.Settings.ActiveFiles)) {
-      return "";
-    }
+  NoAnswer no_answer;
+  const auto bytes = ReadWholeFile(path, kLargestSettingsFile, no_answer);
+  std::optional<ActiveNames> before;
+  if (no_answer.Why != Failure::kNone) {
+    before = names_on_disk_;
+  } else if (bytes) {
+    SettingsValues held;
+    TakeKeyLines(held, SettingsLines(*bytes));
+    before = held.ActiveFiles;
   }
-  return KeepBackup(state_.DataHome, path, {before.ActiveFiles, state_.Settings.ActiveFiles});
+  const ActiveNames& after = state_.Settings.ActiveFiles;
+  if (before && !DropsActiveName(*before, after)) {
+    return "";
+  }
+  return KeepBackup(state_.DataHome, path, {before.value_or(ActiveNames()), after});
 }
 
 std::string DataDirectory(const RunState& state) {

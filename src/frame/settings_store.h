@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frame/run_state.h"
+#include "frame/settings_backup.h"
 
 namespace tavrel {
 
@@ -49,6 +50,7 @@ class SettingsStore {
 
   RunState& state_;
   std::string read_error_;
+  std::optional<ActiveNames> names_on_disk_;  // as last read or written; empty: nobody knows
 };
 
 // The directory where recording files are: DefPath, or the directory tavdat beside the settings

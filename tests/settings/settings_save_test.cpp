@@ -307,6 +307,17 @@ TEST_F(SettingsBackup, LeavesALinkAloneWhereThereIsNothingToKeep) {
   EXPECT_TRUE(std::filesystem::is_symlink(home_.File("TAVREL.BAK")));
 }
 
+TEST_F(SettingsBackup, IsNotMadeOfAFileThatCannotBeReadNowIfNoNameIsDropped) {
+  std::filesystem::permissions(home_.Path(), std::filesystem::perms(0777));
+  std::filesystem::permissions(home_.File(kSettingsFile), std::filesystem::perms(0222));
+  state_.Settings.Plant = "new";
+  {
+    const WithoutRights nobody;
+    EXPECT_EQ(store_.SettingsSave(), "");
+  }
+  EXPECT_FALSE(home_.Exists("TAVREL.BAK"));
+}
+
 TEST_F(SettingsBackup, IsNamedToWhoeverKeepsItBeforeTheSave) {
   EXPECT_EQ(store_.KeepDroppedNames(), "");
   state_.Settings.ActiveFiles[1].clear();
