@@ -1,8 +1,8 @@
 #include "files/stop_orders.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
+#include <iterator>
 #include <optional>
 
 #include "link/registers.h"
@@ -60,6 +60,17 @@ auto Find(Orders& orders, int inet, int controller) {
   return std::find_if(orders.begin(), orders.end(), [=](const StopOrder& order) {
     return order.Inet == inet && order.Controller == controller;
   });
+}
+
+std::vector<StopOrder> OrderForEachController() {
+  std::vector<StopOrder> orders;
+  for (int inet = 1; inet <= kInets; ++inet) {
+    for (int controller = 1; controller <= kControllers; ++controller) {
+      orders.push_back(
+          {0, static_cast<std::int16_t>(inet), static_cast<std::int16_t>(controller), false});
+    }
+  }
+  return orders;
 }
 
 bool IsOrderDue(const StopOrder& order) {
@@ -120,17 +131,20 @@ void StopOrders::Load() {
   }
 }
 
-// What was given meanwhile is newer.
+// What was given or made void meanwhile is newer.
 void StopOrders::TakeLeft(const StopOrdersText& left) {
   if (!left.IsWhole) {
     TellOfFile("  is damaged !");
   }
   for (StopOrder order : left.Orders) {
-    if (!IsWaiting(order.Inet, order.Controller)) {
+    if (Find(void_unread_, order.Inet, order.Controller) != void_unread_.end()) {
+      is_saved_ = false;
+    } else if (!IsWaiting(order.Inet, order.Controller)) {
       order.IsDue = true;
       orders_.push_back(order);
     }
   }
+  void_unread_.clear();
   ShowWaiting();
 }
 
@@ -199,10 +213,16 @@ void StopOrders::DropInstrument(int inet) {
 
 template <typename Predicate>
 void StopOrders::DropIf(Predicate is_void) {
-  if (parts_.link.Simulated || std::erase_if(orders_, is_void) == 0) {
+  if (parts_.link.Simulated) {
     return;
   }
-  Changed();
+  if (is_unread_) {
+    const std::vector<StopOrder> each = OrderForEachController();
+    std::copy_if(each.begin(), each.end(), std::back_inserter(void_unread_), is_void);
+  }
+  if (std::erase_if(orders_, is_void) > 0) {
+    Changed();
+  }
 }
 
 bool StopOrders::IsWaiting(int inet, int controller) const {

@@ -101,9 +101,10 @@ class StopOrders {
 
   Parts parts_;
   std::vector<StopOrder> orders_;
-  bool is_unread_ = false;  // the file of the program before could not be read
-  bool is_saved_ = true;    // the disk holds what orders_ holds
-  bool was_told_ = false;   // that it does not
+  std::vector<StopOrder> void_unread_;  // controllers that were switched while it was unread
+  bool is_unread_ = false;              // the file of the program before could not be read
+  bool is_saved_ = true;                // the disk holds what orders_ holds
+  bool was_told_ = false;               // that it does not
 };
 
 }  // namespace tavrel

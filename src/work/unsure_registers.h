@@ -76,8 +76,7 @@ class UnsureRegisters {
   void Tell(const UnsureRegister& unsure, std::int16_t held);
 
   Parts parts_;
-  std::vector<UnsureRegister>
-      unsure_;  // one for each register; the registers of the dialogs bound it
+  std::vector<UnsureRegister> unsure_;  // one for each register of the dialogs at most
 };
 
 }  // namespace tavrel

@@ -108,6 +108,7 @@ TEST(StartRecording, RefusesAFileWhoseTimeScaleIsNotTheInstruments) {
                                "tens of seconds."
                              : "This file counts its sampling time in tens of seconds, the "
                                "instrument in seconds.");
+      ASSERT_EQ(room.dialogs.boxes.size(), 1U);
       EXPECT_EQ(room.dialogs.boxes[0].Icon, BoxIcon::kWarning);
       EXPECT_EQ(room.port.sent, Telegrams{"T20?"});
       EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);

@@ -246,9 +246,12 @@ TEST_F(Stops, OfTheProgramBeforeAreReadAsSoonAsTheDiskGivesThem) {
       << "what it holds is not known yet";
   EXPECT_THAT(Announced(), ElementsAre(testing::StartsWith("Read  file | TAVREL.OFF: "),
                                        "TAVREL.OFF | Cannot write file."));
+  orders.Drop(2, 3);
   std::filesystem::remove(directory.File(kStopOrdersFile));
-  directory.Write(kStopOrdersFile, EncodeStopOrders({{9, 2, 4, false}, {8, 2, 1, false}}));
+  directory.Write(kStopOrdersFile,
+                  EncodeStopOrders({{9, 2, 4, false}, {8, 2, 1, false}, {7, 2, 3, false}}));
   TenSeconds();
+  EXPECT_FALSE(orders.IsWaiting(2, 3)) << "somebody has switched it meanwhile";
   EXPECT_THAT(OnDisk(), ElementsAre(StopOrder{4, 2, 1, false}, StopOrder{9, 2, 4, false}));
   EXPECT_TRUE(state.StopPending[9]);
   line.silent.clear();
