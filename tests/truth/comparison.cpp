@@ -220,8 +220,10 @@ class Comparer {
   Findings Run() {
     findings_.rows = static_cast<int>(rows_.size());
     CompareFirst();
+    int row = 1;
     for (const AlignedPair& pair : AlignRows()) {
-      Take(pair);
+      Take(pair, row);
+      row += pair.row == AlignedPair::kNone ? 0 : 1;
     }
     if (findings_.wrong > 0) {
       findings_.shifted = ShiftedColumns(rows_, expected_.rows, slot_.inputs.size());
@@ -255,23 +257,28 @@ class Comparer {
                  static_cast<int>(expected_.rows.size()), costs);
   }
 
-  void Take(const AlignedPair& pair) {
-    const int row = pair.row + 1;
+  // `row` is the one of the pair, or the one before which a set is missing.
+  void Take(const AlignedPair& pair, int row) {
     if (pair.set == AlignedPair::kNone) {
       ++findings_.doubled;
       Tell(slot_.file + " row " + std::to_string(row) + " stands there twice");
     } else if (pair.row == AlignedPair::kNone) {
-      TakeMissing(SetAt(pair.set));
+      TakeMissing(row, SetAt(pair.set));
     } else {
       TakePair(row, SetAt(pair.set));
     }
   }
 
-  void TakeMissing(const TruthSet& set) {
+  void TakeMissing(int row, const TruthSet& set) {
     if (Has(set, SampleFate::kForgotten)) {
       return;  // gone with a restart of the instrument
     }
+    if (IsAllInDoubt(row, set)) {
+      findings_.excused += static_cast<int>(set.size());
+      return;
+    }
     ++findings_.lost;
+    findings_.given_up += Has(set, SampleFate::kOverrun) ? 0 : 1;
     if (!Has(set, SampleFate::kOverrun)) {
       Tell(slot_.file + " has no row of the set with " +
            (set[0] ? std::to_string(set[0]->word) : std::string("nothing")));
@@ -301,6 +308,20 @@ class Comparer {
     if (wrong > 0) {
       Tell(Text(slot_, row, words, set));
     }
+  }
+
+  // Every value of the set was lost on the line, and the user was told of each column that it may
+  // run ahead from here on.
+  [[nodiscard]] bool IsAllInDoubt(int row, const TruthSet& set) {
+    for (std::size_t column = 0; column < set.size(); ++column) {
+      const int input = slot_.inputs[column];
+      if (!IsLoss(set[column]) || !told_.Covers(row, input, ToldDoubt::Kind::kUncertain)) {
+        return false;
+      }
+    }
+    findings_.losses += static_cast<int>(set.size());
+    findings_.in_doubt += static_cast<int>(set.size());
+    return true;
   }
 
   void TakeLoss(int row, int input, const std::optional<TakenSample>& sample) {
@@ -353,6 +374,7 @@ void Findings::Add(const Findings& other) {
   invented += other.invented;
   torn += other.torn;
   lost += other.lost;
+  given_up += other.given_up;
   told_lost += other.told_lost;
   about += other.about;
   doubled += other.doubled;

@@ -26,6 +26,7 @@ struct Findings {
   int invented = 0;        // words told as filled in although the right ones had arrived
   int torn = 0;            // rows of which a part is right and a part is wrong, and a cut end
   int lost = 0;            // sets that stand in no row although the instrument took them
+  int given_up = 0;        // of these, sets that no full buffer had pushed out
   int told_lost = 0;       // sets that the user was told are lost
   int about = 0;           // by how many these may differ, for the user was told a rough number
   int doubled = 0;         // rows that belong to no set

@@ -156,6 +156,18 @@ TEST(Comparison, TakesTheLastWordBeforeACutForNoPromise) {
   EXPECT_EQ(found.losses, 1);
 }
 
+// One input whose second value is lost: the set is missing and all later ones stand one row early.
+TEST(Comparison, CountsASingleColumnThatTheUserWasToldToBeUncertain) {
+  const RecordedSlot slot{"A.OVN", 1, {2}};
+  const Findings found =
+      Compare(ThreeSets("lost"), slot, Bytes({12, 12, 32}), Uncertain(2, ToldDoubt::kOpen));
+  EXPECT_TRUE(found.IsTrue());
+  EXPECT_EQ(found.losses, 1);
+  EXPECT_EQ(found.in_doubt, 1);
+  EXPECT_FALSE(Compare(ThreeSets("lost"), slot, Bytes({12, 12, 32})).IsTrue());
+  EXPECT_FALSE(Compare(ThreeSets(), slot, Bytes({12, 12, 32}), Uncertain(2, 2)).IsTrue());
+}
+
 // Input 2 is sampled 7 s after input 1.
 TEST(Comparison, KnowsTheSamplesOfASetThatLieApart) {
   std::stringstream file(

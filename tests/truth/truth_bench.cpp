@@ -101,20 +101,20 @@ std::vector<SamplingScan> ScansOf(const Wish& wish, const TruthCase& truth_case,
 }
 
 void PrintHeading() {
-  std::printf("%-22s %-7s %-14s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %6s %6s %5s  %s\n", "case",
-              "line", "sampled", "secs", "sets", "wrong", "told", "inv", "torn", "lost", "told",
-              "twice", "shift", "onLine", "unsure", "over", "verdict");
+  std::printf("%-22s %-7s %-14s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %6s %6s %5s  %s\n",
+              "case", "line", "sampled", "secs", "sets", "wrong", "told", "inv", "torn", "lost",
+              "given", "told", "twice", "shift", "onLine", "unsure", "over", "verdict");
   std::fflush(stdout);
 }
 
 void PrintRow(const std::string& name, const Bench& bench, seconds took, const Findings& found,
               int overruns) {
   const std::string scan = bench.scan.order + " " + std::to_string(bench.scan.distance);
-  std::printf("%-22s %-7s %-14s %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %6d %6d %5d  ",
+  std::printf("%-22s %-7s %-14s %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %6d %6d %5d  ",
               name.c_str(), bench.line.c_str(), scan.c_str(), static_cast<int>(took.count()),
               found.rows, found.wrong, found.excused, found.invented, found.torn, found.lost,
-              found.told_lost, found.doubled, found.shifted, found.losses, found.in_doubt,
-              overruns);
+              found.given_up, found.told_lost, found.doubled, found.shifted, found.losses,
+              found.in_doubt, overruns);
 }
 
 // One case on one kind of line: the table's row, then what was found in words. True if good.
@@ -141,7 +141,7 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   object(run.HeardByForeign() > 0, "commands to a foreign device");
   is_good = is_good && verdict.empty() && found.IsTrue();
   std::printf("%s %s\n", is_good ? "true" : "BROKEN", verdict.c_str());
-  for (const std::string& detail : found.details) {
+  for (const std::string& detail : is_good ? std::vector<std::string>() : found.details) {
     std::printf("    %s\n", detail.c_str());
   }
   const auto texts = is_good ? std::vector<std::string>() : run.ShownTexts();

@@ -17,7 +17,8 @@ using std::chrono::sys_days;
 // Moments of Central Europe, in universal time.
 constexpr std::chrono::sys_seconds kEndOfSummerTime = sys_days(2026y / 10 / 25) + hours(1);
 constexpr std::chrono::sys_seconds kBeginOfSummerTime = sys_days(2027y / 3 / 28) + hours(1);
-constexpr int kBuffer = 896;  // sets that an instrument holds
+constexpr seconds kPatience{120};  // a comparison of columns may take many intervals
+constexpr int kBuffer = 896;       // sets that an instrument holds
 
 constexpr std::chrono::sys_seconds kMidnight = sys_days(2026y / 3 / 14) + hours(23);
 
@@ -55,7 +56,7 @@ void PullOnce(TruthRun& run, milliseconds time) {
   run.NoteCut();
   run.GoOn(time);
   run.Tell("plug");
-  run.GoOnUntilRowsCome(seconds(40));
+  run.GoOnUntilRowsCome(kPatience);
 }
 
 void Replug(TruthRun& run, int times) {
@@ -136,7 +137,7 @@ void FillDisk(TruthRun& run, int times) {
     run.FillDisk();
     run.GoOn(milliseconds(8000 + run.Draw(3000)));
     run.FreeDisk();
-    run.GoOnUntilRowsCome(seconds(40));
+    run.GoOnUntilRowsCome(kPatience);
   }
 }
 
@@ -148,7 +149,7 @@ void FillDiskAndKill(TruthRun& run, int times) {
     run.Kill();
     run.FreeDisk();
     run.Start();
-    run.GoOnUntilRowsCome(seconds(40));
+    run.GoOnUntilRowsCome(kPatience);
   }
 }
 
@@ -168,12 +169,12 @@ void SetTheClock(TruthRun& run, int times) {
   for (int time = 0; time < times; ++time) {
     run.SetClock(kMoments.at(static_cast<std::size_t>(time) % kMoments.size()) - seconds(1));
     run.GoOn(seconds(2));
-    run.GoOnUntilRowsCome(seconds(40));
+    run.GoOnUntilRowsCome(kPatience);
   }
   run.Kill();
   run.SetClock(kEndOfSummerTime - hours(1));
   run.Start();
-  run.GoOnUntilRowsCome(seconds(40));
+  run.GoOnUntilRowsCome(kPatience);
 }
 
 // The cycle stands still for the last minutes of a day. Over the first midnight the program
@@ -182,13 +183,13 @@ void PassMidnight(TruthRun& run, int) {
   run.SetClock(kMidnight - seconds(60));
   run.GoOn(seconds(2));
   run.SetClock(kMidnight + seconds(1));
-  run.GoOnUntilRowsCome(seconds(40));
+  run.GoOnUntilRowsCome(kPatience);
   run.SetClock(kMidnight + days(1) - seconds(2));
-  run.GoOnUntilRowsCome(seconds(40));
+  run.GoOnUntilRowsCome(kPatience);
   run.Kill();
   run.SetClock(kMidnight + days(2) - seconds(4));
   run.Start();
-  run.GoOnUntilRowsCome(seconds(40));
+  run.GoOnUntilRowsCome(kPatience);
 }
 
 void Stop(TruthRun& run, int duration) {

@@ -23,7 +23,8 @@ constexpr int kProofOfLife = 2;  // rows that have to come after all
 constexpr int kSleep = 14;       // seconds that a slot may sleep before it reads again
 constexpr seconds kFirstRowsLimit{60};
 constexpr seconds kDrainLimit{2400};
-constexpr seconds kStallLimit{40};  // without a new row
+// Without a new row: a comparison of columns may take many intervals.
+constexpr seconds kStallLimit{120};
 constexpr const char* kBallast = "tavdat/ballast.bin";
 constexpr const char* kDiskSize = "size=256k";
 
