@@ -81,11 +81,11 @@ struct ProgramLogic {
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
-  MainCycle cycle{{state, link, engine, sheet, messages, machine.clock}};
+  MainCycle cycle{{state, link, engine, sheet, messages, machine.events, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                      machine.screens, machine.events, machine.shell, machine.clock}};
-  StartUp start_up{{state, link, files, settings, sheet, cycle, window, messages, machine.dialogs,
-                    machine.screens, machine.events, machine.clock}};
+  StartUp start_up{{state, link, files, engine, settings, sheet, cycle, window, messages,
+                    machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 
 }  // namespace tavrel

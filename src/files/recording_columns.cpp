@@ -58,8 +58,11 @@ void RecordingEngine::CompareColumns(int slot) {
   link_.ComInet = state_.Unit[slot].UnitInet;
   link_.ComLetter = reg::kBuffered;
   link_.ComIndex = static_cast<std::int16_t>(check.NextInput(clock_.Elapsed()));
+  const auto asked = clock_.Elapsed();
   link_.ReadReg();
-  if (link_.EndsWithReply()) {
+  const bool is_good = link_.EndsWithReply();
+  NoteExchange(slot, asked);
+  if (is_good) {
     check.Take(link_.ComValue, clock_.Elapsed());
   } else if (link_.ComResult == LinkResult::kRejected) {
     check.GiveUp();

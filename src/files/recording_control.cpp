@@ -33,6 +33,7 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message({"failed", kStartTitle, BoxIcon::kWarning});
     return;
   }
+  TakeBufferCount(slot, 0, clock_.Elapsed());
   screens_.Show(View::kTavWait);
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
   state_.SampleSeen[slot].fill(false);

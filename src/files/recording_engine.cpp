@@ -39,11 +39,60 @@ void RecordingEngine::PumpOnce() {
   if (state_.PumpChannel < 1 || state_.PumpChannel > kInputs) {
     state_.PumpChannel = kInputs;
   }
+  if (ServeFirst()) {
+    return;
+  }
+  const bool is_whole_search = state_.PumpSlot == kSlots && state_.PumpChannel == kInputs;
   if (!FindWork()) {
+    is_pressed_ = is_pressed_ && !is_whole_search;
     state_.PumpSlot = kSlots;
     state_.PumpChannel = kInputs;
     return;
   }
+  ServeSlot();
+}
+
+// Serves a slot out of its turn. The cursor stays where it was; only in the slot that was served
+// it begins at the top of the set again. False if no buffer is in danger, or nothing can be done
+// for those that are.
+bool RecordingEngine::ServeFirst() {
+  if (link_.Simulated) {
+    return false;
+  }
+  WakeThoseInDanger();
+  const int slot_before = state_.PumpSlot;
+  const int channel_before = state_.PumpChannel;
+  for (const int slot : order_.First(state_.ReadState, clock_.Elapsed())) {
+    state_.PumpSlot = slot;
+    state_.PumpChannel = kInputs;
+    const bool has_work = SlotHasWork();
+    if (has_work && order_.WantsReading(slot, clock_.Elapsed())) {
+      ReadBufferCount(slot);
+    } else if (has_work) {
+      is_pressed_ = true;
+      ServeSlot();
+    }
+    state_.PumpSlot = slot_before;
+    state_.PumpChannel = slot == slot_before ? kInputs : channel_before;
+    if (has_work) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A set that could not be written is left to the ten-second tick.
+void RecordingEngine::WakeThoseInDanger() {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const bool waits = state_.ReadState[slot] == ReadState::kWaiting && !IsSetComplete(slot);
+    if (waits && order_.MayTryAgain(slot, clock_.Elapsed())) {
+      state_.ReadState[slot] = ReadState::kReading;
+    }
+  }
+}
+
+// One step for the slot under the cursor, which has work.
+void RecordingEngine::ServeSlot() {
   if (IsSetComplete(state_.PumpSlot)) {
     WriteSet(state_.PumpSlot);
     return;
@@ -113,17 +162,88 @@ void RecordingEngine::ReadOneSample() {
   link_.ComIndex = static_cast<std::int16_t>(channel);
   // The instrument hands the value over whether or not its reply arrives.
   files_.KeepHeldSet(slot, channel);
+  const auto asked = clock_.Elapsed();
   link_.ReadReg();
-  if (!link_.EndsWithReply()) {
+  const bool is_good = link_.EndsWithReply();
+  NoteExchange(slot, asked);
+  if (!is_good) {
     state_.ReadState[slot] = ReadState::kWaiting;
     state_.ColumnsInDoubt[slot] = link_.ComResult != LinkResult::kRejected;
     state_.AskedInput[slot] = channel;
     return;
   }
+  if (link_.ComValue == kNoData) {
+    // The inputs of a recording are sampled within one interval: those that have not been read
+    // yet may have one value each.
+    TakeBufferCount(slot, 1, asked);
+  }
   const int simulated_word = channel * 10;
   TakeSample(slot, channel,
              link_.Simulated ? static_cast<std::int16_t>(simulated_word) : link_.ComValue);
   --state_.PumpChannel;
+}
+
+// A refusal is an answer too.
+void RecordingEngine::NoteExchange(int slot, std::chrono::nanoseconds asked) {
+  const bool has_answered =
+      link_.ComResult == LinkResult::kGood || link_.ComResult == LinkResult::kRejected;
+  if (has_answered) {
+    order_.TakeAnswer(slot);
+  } else {
+    order_.TakeFailure(slot, asked);
+  }
+}
+
+// Asks how many sets wait for the slot.
+void RecordingEngine::ReadBufferCount(int slot) {
+  const int input = InputToCount(slot);
+  link_.ComInet = state_.Unit[slot].UnitInet;
+  link_.ComLetter = reg::kBuffered;
+  link_.ComIndex = static_cast<std::int16_t>(input);
+  const auto asked = clock_.Elapsed();
+  link_.ReadReg();
+  if (link_.EndsWithReply()) {
+    TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), asked);
+  } else if (link_.ComResult == LinkResult::kRejected) {
+    order_.TakeRefusal(slot);
+  } else {
+    order_.TakeFailure(slot, asked);
+    state_.ReadState[slot] = ReadState::kWaiting;
+  }
+}
+
+// An input whose value of the set in hand still waits counts that set too.
+int RecordingEngine::InputToCount(int slot) const {
+  int any = 0;
+  for (int input = 1; input <= kInputs; ++input) {
+    if (!state_.Unit[slot].IsRecorded(input)) {
+      continue;
+    }
+    any = input;
+    if (!state_.SampleSeen[slot][input]) {
+      return input;
+    }
+  }
+  return any;
+}
+
+// The sets of which something waits while `count` values wait for `input`.
+int RecordingEngine::SetsOf(int slot, int input, int count) const {
+  const bool is_half_read = HoldsSet(slot) && !IsSetComplete(slot);
+  return is_half_read && state_.SampleSeen[slot][input] ? count + 1 : count;
+}
+
+void RecordingEngine::TakeBufferCount(int slot, int sets, std::chrono::nanoseconds asked) {
+  order_.TakeReading(slot, sets, std::chrono::seconds(state_.RecInterval[slot]), asked);
+}
+
+void RecordingEngine::TakeUp(int slot, std::optional<std::int16_t> stored) {
+  const int reference = state_.Unit[slot].UnitRef;
+  if (!stored || link_.Simulated || !state_.Unit[slot].IsRecorded(reference)) {
+    order_.WantReading(slot);
+    return;
+  }
+  TakeBufferCount(slot, SetsOf(slot, reference, *stored), clock_.Elapsed());
 }
 
 void RecordingEngine::TakeSample(int slot, int channel, std::int16_t word) {
@@ -172,6 +292,9 @@ void RecordingEngine::WriteSet(int slot) {
     state_.ReadState[slot] = ReadState::kWaiting;
     files_.KeepHeldSet(slot, 0);
     return;
+  }
+  if (!link_.Simulated) {
+    order_.TakeSet(slot, clock_.Elapsed());
   }
   if (state_.ReadState[slot] == ReadState::kLastSet) {
     state_.ReadState[slot] = ReadState::kIdle;

@@ -1,11 +1,13 @@
 #ifndef TAVREL_FILES_RECORDING_ENGINE_H_
 #define TAVREL_FILES_RECORDING_ENGINE_H_
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
 #include "common/messages.h"
 #include "files/column_check.h"
+#include "files/pump_order.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
@@ -34,9 +36,19 @@ class RecordingEngine {
   explicit RecordingEngine(const Parts& parts);
 
   // One step of the pump: repeats one order to switch a controller off that is due; if there is
-  // none, finds the wanted slot and channel, downward, and reads one register. A set that is
-  // complete but could not be written is tried again without an exchange.
+  // none, serves a recording whose buffer is in danger, one set in turn; if there is none either,
+  // finds the wanted slot and channel, downward, and reads one register. A set that is complete
+  // but could not be written is tried again without an exchange.
   void PumpOnce();
+
+  // True from the moment when a recording in danger was served until the pump has found nothing
+  // to do: it is to go on at once then, without waiting for the next tick.
+  [[nodiscard]] bool IsPressed() const { return is_pressed_; }
+
+  // A recording that was on already is taken up. `stored` is what R of the slot's UnitRef has said
+  // just now, empty if the instrument did not answer. Where that says nothing of the recorded
+  // inputs, the pump reads the count of one of them first.
+  void TakeUp(int slot, std::optional<std::int16_t> stored);
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
   // written is opened once more, and for each StopPending(slot) an order to switch the controller
@@ -69,11 +81,19 @@ class RecordingEngine {
 
  private:
   // The pump.
+  [[nodiscard]] bool ServeFirst();
+  void WakeThoseInDanger();
   [[nodiscard]] bool FindWork();
   [[nodiscard]] bool SlotHasWork();
+  void ServeSlot();
   [[nodiscard]] bool IsSetComplete(int slot) const;
   void EndFullSlot(int slot);
   void ReadOneSample();
+  void NoteExchange(int slot, std::chrono::nanoseconds asked);
+  void ReadBufferCount(int slot);
+  [[nodiscard]] int InputToCount(int slot) const;
+  [[nodiscard]] int SetsOf(int slot, int input, int count) const;
+  void TakeBufferCount(int slot, int sets, std::chrono::nanoseconds asked);
   void TakeSample(int slot, int channel, std::int16_t word);
   void WriteSet(int slot);
   [[nodiscard]] bool AppendSet(int slot);
@@ -124,6 +144,8 @@ class RecordingEngine {
     bool misses_rest = false;  // an input of it had no data
   };
 
+  PumpOrder order_;
+  bool is_pressed_ = false;
   BySlot<ColumnCheck> column_checks_;
   BySlot<Unfinished> unfinished_;
   BySlot<bool> was_told_of_loss_{};

@@ -35,6 +35,32 @@ void MainCycle::Tick() {
   RunTick();
   in_tick_ = false;
   parts_.messages.ShowKept();
+  GoOnIfPressed();
+}
+
+void MainCycle::GoOnIfPressed() {
+  if (parts_.engine.IsPressed()) {
+    parts_.events.WhenIdle([this] { PumpBetweenTicks(); });
+  }
+}
+
+// What takes a tick for itself, or the line, keeps the time between two ticks as well. Behind an
+// exchange that failed one of the next ticks goes on, once the line has settled.
+void MainCycle::PumpBetweenTicks() {
+  const View view = parts_.state.ActiveView;
+  const bool is_drawing = view == View::kTavGraph && !parts_.state.GraphIdle;
+  const bool is_taken = in_tick_ || view == View::kTavNum || is_drawing;
+  if (!enabled_ || is_taken || StandsAtMidnight() || !parts_.link.IsSettled()) {
+    return;
+  }
+  in_tick_ = true;
+  {
+    const KeepLinkArguments keep(parts_.link);
+    parts_.engine.PumpOnce();
+  }
+  in_tick_ = false;
+  parts_.messages.ShowKept();
+  GoOnIfPressed();
 }
 
 void MainCycle::RunTick() {

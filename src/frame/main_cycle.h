@@ -9,6 +9,7 @@
 #include "frame/run_state.h"
 #include "link/link.h"
 #include "platform/clock.h"
+#include "platform/events.h"
 
 namespace tavrel {
 
@@ -16,6 +17,8 @@ inline constexpr int kTickMilliseconds = 50;
 
 // All traffic that the system starts by itself. Each tick decides who may use the line in it:
 // the screen in front first, the sample pump and the work of the minute on what that leaves.
+// While recordings are in danger the pump also runs between the ticks, one exchange after the
+// other, and after each of them the user's events are served.
 class MainCycle {
  public:
   struct Parts {  // all outlive the cycle
@@ -24,6 +27,7 @@ class MainCycle {
     RecordingEngine& engine;
     MainSheet& sheet;
     Messages& messages;
+    Events& events;
     const Clock& clock;
   };
 
@@ -67,6 +71,8 @@ class MainCycle {
   [[nodiscard]] bool IsPast(float deadline) const { return Timer() > deadline; }
 
   void RunTick();
+  void PumpBetweenTicks();
+  void GoOnIfPressed();
   [[nodiscard]] bool StandsAtMidnight();
   void ArmAll();
   [[nodiscard]] bool ServeScreen();

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <optional>
 #include <string>
 
 #include "common/help.h"
@@ -178,8 +179,12 @@ void StartUp::ReadBacklog() {
     link.ComLetter = reg::kBuffered;
     link.ComIndex = unit.UnitRef;
     Exchange(&Link::ReadReg);
-    const bool reads = state.ReadState[slot] >= ReadState::kReading;
-    if (reads && link.IsGood(unit.UnitInet) && link.ComValue > state.BacklogCount) {
+    if (state.ReadState[slot] < ReadState::kReading) {
+      continue;
+    }
+    const bool answers = link.IsGood(unit.UnitInet);
+    parts_.engine.TakeUp(slot, answers ? std::optional(link.ComValue) : std::nullopt);
+    if (answers && link.ComValue > state.BacklogCount) {
       state.BacklogCount = link.ComValue;
       state.BacklogSlot = slot;
     }

@@ -29,6 +29,7 @@ class StartUp {
     RunState& state;
     Link& link;
     RecordingFiles& files;
+    RecordingEngine& engine;
     SettingsStore& settings;
     MainSheet& sheet;
     MainCycle& cycle;

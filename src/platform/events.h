@@ -2,6 +2,7 @@
 #define TAVREL_PLATFORM_EVENTS_H_
 
 #include <chrono>
+#include <functional>
 
 namespace tavrel {
 
@@ -20,6 +21,11 @@ class Events {
 
   // Sleeps and paints; keys, mouse and timers wait meanwhile.
   virtual void Rest(std::chrono::milliseconds time) = 0;
+
+  // Runs `work` once, from the event loop, when what waits in the event queue now has been served:
+  // a work that asks for its own repetition never keeps a key or a timer waiting for longer than
+  // one turn. Of several only the last is run.
+  virtual void WhenIdle(std::function<void()> work) = 0;
 
   virtual void SetPointer(Pointer pointer) = 0;
   virtual void Beep() = 0;

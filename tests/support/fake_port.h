@@ -18,6 +18,7 @@ namespace tavrel {
 // Levers:
 //   answer(command)  what the line says to a command, at once; the empty text is silence
 //   Arrive(delay, text)  characters that come `delay` after now, whatever is sent
+//   DropComing()     what is on its way never comes
 //   open_error, open_text, in_use  how the next Open ends
 //   Vanish()         the device goes away
 //   after_read       runs at the end of each ReadAll, such as a stall of the whole program
@@ -41,6 +42,7 @@ class FakePort : public SerialPort {
     std::stable_sort(coming_.begin(), coming_.end(),
                      [](const auto& left, const auto& right) { return left.first < right.first; });
   }
+  void DropComing() { coming_.clear(); }
   void Vanish() {
     open_ = false;
     event_ = kLastHarmlessPortEvent + 9;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -73,12 +74,14 @@ class FakeScreens : public Screens {
 };
 
 // Levers: on_rest runs in place of a sleep, to move a clock; on_pump is what the user does while
-// events are served; on_repaint runs while the screen is painted.
+// events are served; on_repaint runs while the screen is painted; RunIdle() is a moment in which
+// nothing else waits.
 class FakeEvents : public Events {
  public:
   std::function<void()> on_pump = [] {};
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
   std::function<void()> on_repaint = [] {};
+  std::function<void()> when_idle;
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
@@ -93,6 +96,16 @@ class FakeEvents : public Events {
     on_repaint();
   }
   void Rest(std::chrono::milliseconds time) override { on_rest(time); }
+  void WhenIdle(std::function<void()> work) override { when_idle = std::move(work); }
+
+  // What the event loop does with nothing else waiting; false if there is nothing to do.
+  bool RunIdle() {
+    if (!when_idle) {
+      return false;
+    }
+    std::exchange(when_idle, nullptr)();
+    return true;
+  }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
   void Beep() override { ++beeps; }
 };

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace tavrel {
 namespace {
@@ -25,6 +26,14 @@ class TimersWait : public QObject {
 };
 
 }  // namespace
+
+// A timer without an interval, not a queued call: queued calls that ask for each other are all
+// served before the first key is looked at.
+QtEvents::QtEvents() {
+  idle_.setSingleShot(true);
+  idle_.setInterval(0);
+  idle_.callOnTimeout([this] { std::exchange(when_idle_, [] {})(); });
+}
 
 QtEvents::~QtEvents() {
   if (overridden_ && QCoreApplication::instance() != nullptr) {
@@ -52,6 +61,11 @@ void QtEvents::Rest(std::chrono::milliseconds time) {
     const auto left = std::chrono::nanoseconds(end.remainingTimeAsDuration());
     std::this_thread::sleep_for(std::min<std::chrono::nanoseconds>(left, kLook));
   } while (!end.hasExpired());
+}
+
+void QtEvents::WhenIdle(std::function<void()> work) {
+  when_idle_ = std::move(work);
+  idle_.start();
 }
 
 void QtEvents::SetPointer(Pointer pointer) {

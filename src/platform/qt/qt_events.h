@@ -1,6 +1,7 @@
 #ifndef TAVREL_PLATFORM_QT_QT_EVENTS_H_
 #define TAVREL_PLATFORM_QT_QT_EVENTS_H_
 
+#include <QTimer>
 #include <chrono>
 #include <functional>
 
@@ -11,7 +12,7 @@ namespace tavrel {
 // The event loop and the pointer of the application.
 class QtEvents : public Events {
  public:
-  QtEvents() = default;
+  QtEvents();
   ~QtEvents() override;
   QtEvents(const QtEvents&) = delete;
   QtEvents& operator=(const QtEvents&) = delete;
@@ -30,6 +31,7 @@ class QtEvents : public Events {
   // queued; a timer that runs out meanwhile fires afterwards.
   void Rest(std::chrono::milliseconds time) override;
 
+  void WhenIdle(std::function<void()> work) override;
   void SetPointer(Pointer pointer) override;
   void Beep() override;
 
@@ -51,6 +53,8 @@ class QtEvents : public Events {
   void ShowPointer();
 
   std::function<void()> before_repaint_ = [] {};
+  std::function<void()> when_idle_ = [] {};
+  QTimer idle_;                         // fires behind all other events
   Pointer pointer_ = Pointer::kNormal;  // what the rules set
   int normal_holds_ = 0;
   bool overridden_ = false;  // the application's cursor is the hourglass now
