@@ -12,6 +12,9 @@ namespace tavrel {
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
+// The number of the next samples when nobody knows how many there were: there were some.
+constexpr std::int64_t kRealigned = 1000;
+
 constexpr double kSlack = 0.001;  // seconds; a clock that is read is not finer
 
 // Parts of the interval: between two rounds of a doubt, between two counts while learning.
@@ -186,9 +189,10 @@ void ColumnEvidence::ForgetPlaces() {
   too_high_ = 0;
   placed_ = false;
   seen_.clear();
-  meter_.ForgetCounts();
+  meter_.Forget();
 }
 
+// The clock says nothing about the samples any more. The distances between the inputs stay known.
 void ColumnEvidence::ForgetClock() {
   bounds_.Free(0);
   meter_.ForgetCounts();
@@ -228,14 +232,15 @@ void ColumnEvidence::NoteTaken(int input, const Exchange& when) {
   if (!noted.certain || noted.doubted) {
     return;
   }
-  meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
   if (!CanPlace() || !placed_) {
     Keep({input, noted.taken, false, Seconds(when.asked), Seconds(when.answered)});
+    meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
     return;
   }
   MoveTo(Seconds(when.answered));
   if (NoteMade(input, sample, Seconds(when.answered))) {
     too_high_ = 0;
+    meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
   } else {
     NoteHigh();
   }
@@ -258,7 +263,7 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
   }
   const std::int64_t made = noted.taken + count;
   const bool is_exact = count < kBufferSets;  // a full buffer may have lost some
-  if (noted.certain && is_exact) {
+  if (!CanPlace() && noted.certain && is_exact) {
     meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
   }
   if (CanPlace()) {
@@ -274,6 +279,8 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
       too_low_ = is_low ? too_low_ + 1 : 0;
       if (is_high) {
         NoteHigh();
+      } else if (!is_low) {
+        meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
       }
     }
     Judge();
@@ -408,6 +415,45 @@ void ColumnEvidence::Release(int input, Verdict verdict) {
   } else if (learning_) {
     PlanRound();
   }
+}
+
+void ColumnEvidence::Withdraw() {
+  for (int input = 1; input <= kInputs; ++input) {
+    if (At(input).doubted) {
+      Release(input, Verdict::kNone);
+    }
+  }
+}
+
+void ColumnEvidence::Realign(int widest) {
+  ForgetClock();
+  bool has_base = false;
+  for (int input = kInputs; input >= 1; --input) {
+    Input& each = At(input);
+    each.doubted = false;
+    each.taken = kRealigned;
+    if (each.certain && has_base) {
+      Doubt(input, -widest, widest);
+    }
+    has_base = has_base || each.certain;
+  }
+  PlanRound();
+}
+
+std::int64_t ColumnEvidence::Foremost() const {
+  std::int64_t foremost = 0;
+  for (const Input& input : inputs_) {
+    foremost = input.certain ? std::max(foremost, input.taken) : foremost;
+  }
+  return foremost;
+}
+
+int ColumnEvidence::Behind(int input) const {
+  return At(input).certain ? static_cast<int>(Foremost() - At(input).taken) : 0;
+}
+
+int ColumnEvidence::Aligned() const {
+  return static_cast<int>(Foremost() - kRealigned);
 }
 
 void ColumnEvidence::GiveUp() {

@@ -7,23 +7,11 @@
 #include <optional>
 #include <vector>
 
+#include "files/column_memory.h"
 #include "files/interval_meter.h"
 #include "files/time_bounds.h"
 
 namespace tavrel {
-
-// What is known of the order and the distance in time in which an instrument samples the inputs
-// of a recording: of each input how long it is sampled after the base, in parts of the interval,
-// at the least and at the most. It holds for as long as the instrument is not switched off.
-struct SamplingOrder {
-  int Base = 0;            // input 1..15; 0: nothing is known
-  double IntervalLow = 0;  // seconds; 0 if it is not known
-  double IntervalHigh = 0;
-  std::array<float, kInputs + 1> Least{};  // by input 1..15, -1..1; both 0 for the base
-  std::array<float, kInputs + 1> Most{};
-
-  [[nodiscard]] bool operator==(const SamplingOrder&) const = default;
-};
 
 // Judges whether an input of a recording has lost a value on the line. Knows no link, no file and
 // no clock: numbers go in, a verdict comes out.
@@ -108,10 +96,6 @@ class ColumnEvidence {
   // The next sample of the input is between `least` and `most` later than it was thought to be.
   void Doubt(int input, int least, int most);
 
-  // The clock says nothing about the samples any more: an unknown number of them is gone. The
-  // distances between the inputs stay known.
-  void ForgetClock();
-
   // False once a doubt of the input was given up: its place among the others is not known.
   [[nodiscard]] bool IsCertain(int input) const { return At(input).certain; }
 
@@ -121,6 +105,24 @@ class ColumnEvidence {
 
   // By how many samples a decided input was ahead of where it was thought to be.
   [[nodiscard]] int Ahead(int input) const { return At(input).ahead; }
+
+  // Counts of the input that were looked at since its doubt began.
+  [[nodiscard]] int Looks(int input) const { return At(input).looks; }
+
+  // What is still open was no doubt: nothing speaks against it.
+  void Withdraw();
+
+  // An unknown number of samples of all inputs is gone, of some by as many as `widest` more than
+  // of others. The next samples of all inputs are taken for those of one set, and doubted.
+  void Realign(int widest);
+
+  // After Realign(), when nothing is in doubt any more: how many samples the input is behind the
+  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all.
+  [[nodiscard]] int Behind(int input) const;
+  [[nodiscard]] int Aligned() const;
+
+  // True if the order is known of all inputs.
+  [[nodiscard]] bool IsOrderKnown() const { return placed_ && IsLearned(); }
 
   // No further look: what is not decided is uncertain, and stays so.
   void GiveUp();
@@ -135,9 +137,6 @@ class ColumnEvidence {
     std::int64_t most = 0;
   };
   [[nodiscard]] std::optional<Range> MadeSince(int input, Time now);
-
-  // Gives a moved numbering its new beginning: the next sample of `input` is `by` later.
-  void Skip(int input, std::int64_t by) { At(input).taken += by; }
 
   [[nodiscard]] const IntervalMeter& Interval() const { return meter_; }
 
@@ -185,6 +184,8 @@ class ColumnEvidence {
   void NoteLow();
   void NoteHigh();
   void ForgetPlaces();
+  void ForgetClock();
+  [[nodiscard]] std::int64_t Foremost() const;
   void LookAtDoubted(int input, int count, const Exchange& when);
   void Judge();
   void JudgeInput(int input);

@@ -55,8 +55,9 @@ void IntervalMeter::Judge() {
   if (most_ <= 0) {
     return;
   }
+  // The measurements contradict each other: the clock was set, or samples are missing.
   if (least_ > most_) {
-    MeasureAnew();
+    Forget();
     return;
   }
   if (IsKnown() && (least_ > high_ || most_ < low_)) {
@@ -78,8 +79,7 @@ void IntervalMeter::Judge() {
   }
 }
 
-// The measurements contradict each other: the clock was set, or samples are missing.
-void IntervalMeter::MeasureAnew() {
+void IntervalMeter::Forget() {
   anchors_ = {};
   least_ = 0;
   most_ = 0;

@@ -26,7 +26,10 @@ class IntervalMeter {
   // interval itself stays known.
   void ForgetCounts() { anchors_ = {}; }
 
-  // The same for one input, whose count is no longer the one that it was.
+  // The instrument's clock is not what it was thought to be: all is measured anew.
+  void Forget();
+
+  // As ForgetCounts() for one input, whose count is no longer the one that it was.
   void ForgetCount(int input) { anchors_.at(static_cast<std::size_t>(input)) = {}; }
 
   // The input had made `made` samples, no more and no less, at some moment between the two.
@@ -50,7 +53,6 @@ class IntervalMeter {
   };
 
   void Judge();
-  void MeasureAnew();
 
   double nominal_ = 0;
   double least_ = 0;  // as measured

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "common/messages.h"
-#include "files/column_check.h"
+#include "files/column_keeper.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
@@ -102,12 +102,13 @@ class RecordingEngine {
   void ReopenFile(int slot);
 
   // The columns: what to do about values that were lost on the line.
-  [[nodiscard]] bool DoubtColumns(int slot);
-  void WatchHeldSet(int slot);
-  void CompareColumns(int slot);
-  void EndComparison(int slot);
-  [[nodiscard]] bool FillColumn(int slot, int input);
-  [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
+  using Time = std::chrono::nanoseconds;
+  void NoteSample(int slot, int channel, Time asked);
+  void NoteFailure(int slot, int channel);
+  void MendColumns(int slot);
+  void CountForColumns(int slot, int input);
+  void DiscardForColumns(int slot, int input);
+  void LearnOrder();
 
   // Start, stop and end.
   [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
@@ -137,18 +138,9 @@ class RecordingEngine {
   Screens& screens_;
   const Clock& clock_;
 
-  // A set that stays half-read over several ten-second ticks.
-  struct Unfinished {
-    std::int32_t sample_count = -1;
-    int ticks = 0;
-    bool misses_rest = false;  // an input of it had no data
-  };
-
   PumpOrder order_;
   bool is_pressed_ = false;
-  BySlot<ColumnCheck> column_checks_;
-  BySlot<Unfinished> unfinished_;
-  BySlot<bool> was_told_of_loss_{};
+  ColumnKeeper columns_;
   BySlot<StopOrder> stop_orders_{};
 };
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "common/messages.h"
+#include "files/held_set.h"
 #include "frame/run_state.h"
 #include "platform/clock.h"
 
@@ -71,6 +72,10 @@ class RecordingFiles {
   // half-read set, not the recording.
   void KeepHeldSet(int slot, int asked_input);
 
+  // At the end of the program: what is kept beside the recording goes if nothing of it is needed at
+  // the next start.
+  void ReleaseHeldSet(int slot);
+
   // The recording is over: nothing is held any more.
   void DropHeldSet(int slot);
 
@@ -93,6 +98,9 @@ class RecordingFiles {
   [[nodiscard]] bool IsNameTaken(int slot, const std::string& name) const;
   void DeriveValues(int slot);
   void TakeHeldSet(int slot);
+  [[nodiscard]] std::optional<HeldSet> ReadHeldSet(int slot);
+  void KeepOrderOf(int slot, const std::optional<HeldSet>& held);
+  void TellLostRows(int slot, std::int32_t rows);
   void HandHeldSetOn(int slot, const std::string& name);
   [[nodiscard]] std::string HeldSetPath(int slot) const;
   void Refuse(int slot, const char* title, const std::string& text);
