@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -35,7 +36,14 @@ class ConsoleDialogs : public Dialogs {
   void Message(const Notice& notice) override { Announce(notice); }
   [[nodiscard]] bool AskOk(const Notice& notice) override { return Announce(notice), true; }
   [[nodiscard]] bool AskRetry(const Notice& notice) override { return Announce(notice), false; }
+  [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override {
+    return Announce(notice), false;
+  }
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Announce(notice), true; }
+  void AskBeside(const Notice& notice, std::function<void(bool yes)> answer) override {
+    Announce(notice);
+    answer(false);
+  }
   void Announce(const Notice& notice) override {
     std::fprintf(stderr, "%s: %s\n", notice.Title.c_str(), notice.Text.c_str());
   }

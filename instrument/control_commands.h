@@ -35,7 +35,6 @@ class ControlCommands {
   // Each returns an error sentence, empty when it went well.
   [[nodiscard]] std::string DoFault(const Words& words);
   [[nodiscard]] std::string DoRestart(const Words& words);
-  [[nodiscard]] std::string DoPass(const Words& words);
   [[nodiscard]] std::string DoFill(const Words& words);
   [[nodiscard]] std::string DoSensor(const Words& words);
   [[nodiscard]] std::string DoTestResult(const Words& words);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::array<const char*, kFaultCount> kNames{
     "silence",   "lost-request", "lost-reply", "late-reply", "byte-by-byte", "wrong-length",
-    "cut-value", "non-hex",      "refusal",    "stale",      "garbage"};
+    "cut-value", "non-hex",      "refusal",    "stale",      "garbage",      "no-value"};
 
 // A host waits 110 ms for a reply: this one comes into its next exchange.
 constexpr std::chrono::milliseconds kUsualLateness{150};

@@ -24,8 +24,9 @@ enum class Fault : std::uint8_t {
   kRefusal,      // "?" in place of carrying out the command
   kStale,        // a copy of the reply before comes ahead of the reply
   kGarbage,      // noise ahead of the reply
+  kNoValue,      // a present value reads 8000, which stands for "no value"
 };
-inline constexpr int kFaultCount = 11;
+inline constexpr int kFaultCount = 12;
 
 // "lost-request" and the like.
 [[nodiscard]] const char* NameOf(Fault fault);

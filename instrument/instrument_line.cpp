@@ -11,6 +11,7 @@ constexpr char kRefused = '?';
 // Noise never looks like a carriage return, an ESC, a "." or a "?".
 constexpr std::string_view kNoise = "\x01\x7F\xF0\xFE\x55~#U";
 constexpr int kNoiseBytes = 2;
+constexpr std::uint16_t kNoValue = 0x8000;
 
 // A reply is told worse, never better.
 void Worsen(Reply& reply, Fate fate) {
@@ -115,6 +116,10 @@ Reply InstrumentLine::Obey(Station& station, const Command& command) {
   }
   Instrument& instrument = station.instrument;
   if (!command.write) {
+    if (MissesValue(station, command)) {
+      reply.bytes = ValueReply(command.access, kNoValue);
+      return reply;
+    }
     return ReadValue(instrument, command);
   }
   const bool done = Write(instrument, command);
@@ -148,6 +153,12 @@ Reply InstrumentLine::ReadValue(Instrument& instrument, const Command& command) 
   }
   reply.bytes = ValueReply(command.access, word);
   return reply;
+}
+
+bool InstrumentLine::MissesValue(Station& station, const Command& command) {
+  const bool is_present_value =
+      command.access == Access::kRegister && LetterOf(command.address) == 'Y';
+  return is_present_value && station.faults.Strikes(Fault::kNoValue);
 }
 
 bool InstrumentLine::Write(Instrument& instrument, const Command& command) {

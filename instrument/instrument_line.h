@@ -53,6 +53,7 @@ class InstrumentLine {
   };
   [[nodiscard]] Station* FindStation(int inet);
   [[nodiscard]] Reply Obey(Station& station, const Command& command);
+  [[nodiscard]] static bool MissesValue(Station& station, const Command& command);
   [[nodiscard]] Reply ReadValue(Instrument& instrument, const Command& command);
   [[nodiscard]] bool Write(Instrument& instrument, const Command& command);
   static void Spoil(Station& station, Reply& reply);

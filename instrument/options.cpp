@@ -460,8 +460,8 @@ const char* HelpText() {
   --send PATH COMMAND         client: send one command to a control socket
 
 Faults: silence, lost-request, lost-reply, late-reply, byte-by-byte, wrong-length, cut-value,
-non-hex, refusal, stale, garbage. LEVEL: on, off, a probability, or milliseconds for late-reply and
-byte-by-byte. See instrument/README.md for the control commands and the files.
+non-hex, refusal, stale, garbage, no-value. LEVEL: on, off, a probability, or milliseconds for
+late-reply and byte-by-byte. See instrument/README.md for the control commands and the files.
 )";
 }
 

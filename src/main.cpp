@@ -12,7 +12,7 @@
 #include "frame/settings_dialog.h"
 #include "graph/forms/tav_graph.h"
 #include "platform/file_system.h"
-#include "platform/qt/instance_lock.h"
+#include "platform/instance_lock.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_events.h"
@@ -63,9 +63,10 @@ class Program {
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
   bool Start() {
-    const auto take_lock = [this](const std::string& path) {
+    const auto take_lock = [this](const std::string& path) -> LockTaking {
       lock_ = std::make_unique<InstanceLock>(path);
-      return lock_->Take();
+      const bool is_taken = lock_->Take();
+      return LockTaking(is_taken, lock_->Problem());
     };
     if (!logic_.start_up.SplashLoad(ProgramDirectory(), take_lock)) {
       return false;
@@ -73,7 +74,11 @@ class Program {
     splash_ = std::make_unique<AllLoad>();
     QObject::connect(splash_.get(), &AllLoad::Left, [this] { ShowMainForm(); });
     splash_->show();
-    splash_->Show(logic_.start_up.SplashShow());
+    const auto splash_values = logic_.start_up.SplashShow();
+    if (!splash_values) {
+      return false;
+    }
+    splash_->Show(*splash_values);
     return true;
   }
 

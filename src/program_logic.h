@@ -9,11 +9,13 @@
 #include "files/file_index.h"
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
+#include "frame/attachment.h"
 #include "frame/main_cycle.h"
 #include "frame/main_sheet.h"
 #include "frame/main_window.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
+#include "frame/simulation_question.h"
 #include "frame/start_up.h"
 #include "graph/graph.h"
 #include "graph/graph_output.h"
@@ -81,11 +83,14 @@ struct ProgramLogic {
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
-  MainCycle cycle{{state, link, engine, sheet, messages, machine.events, machine.clock}};
+  Attachment attachment{{state, files, engine, settings, sheet, messages}};
+  SimulationQuestion simulation{state, link, machine.dialogs};
+  MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
+                   machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                      machine.screens, machine.events, machine.shell, machine.clock}};
-  StartUp start_up{{state, link, files, engine, settings, sheet, cycle, window, messages,
-                    machine.dialogs, machine.screens, machine.events, machine.clock}};
+  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
+                    messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 
 }  // namespace tavrel

@@ -39,8 +39,12 @@ bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double 
   return false;
 }
 
+Notice NotConnectedNotice() {
+  return {"Tavrel connected ?", kTitle, IconOf(kQuestionKind)};
+}
+
 void ShowNotConnected(Dialogs& dialogs) {
-  ShowMessage(dialogs, "Tavrel connected ?", kTitle, kQuestionKind);
+  dialogs.Message(NotConnectedNotice());
 }
 
 bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {

@@ -20,7 +20,8 @@ void ShowMessage(Dialogs& dialogs, const std::string& text, const std::string& t
 [[nodiscard]] bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double lower,
                               double upper);
 
-// Tells the user that an instrument does not answer.
+// What to tell the user when an instrument does not answer, and telling it.
+[[nodiscard]] Notice NotConnectedNotice();
 void ShowNotConnected(Dialogs& dialogs);
 
 // True if the last exchange with instrument `inet` was good.

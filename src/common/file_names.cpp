@@ -25,4 +25,13 @@ bool IsDataFileName(std::string_view file_name) {
          kForeignExtensions.end();
 }
 
+bool IsDefaultFileName(std::string_view file_name) {
+  constexpr std::size_t kLetterPlace = 7;
+  std::string name = UpperCase(file_name);
+  if (name.size() > kLetterPlace) {
+    name[kLetterPlace] = kDefaultFile[kLetterPlace];
+  }
+  return name == kDefaultFile;
+}
+
 }  // namespace tavrel

@@ -12,6 +12,13 @@ namespace tavrel {
 // second point makes any name a recording file's.
 [[nodiscard]] bool IsDataFileName(std::string_view file_name);
 
+// The recording file that the program makes when it starts with none.
+inline constexpr const char* kDefaultFile = "M011111A.NEW";
+
+// True for that name, also with another letter: the program takes the next one where a foreign
+// file has the name.
+[[nodiscard]] bool IsDefaultFileName(std::string_view file_name);
+
 }  // namespace tavrel
 
 #endif  // TAVREL_COMMON_FILE_NAMES_H_

@@ -5,10 +5,17 @@
 
 #include "frame/run_state.h"
 
+// Whose file is it? The one answer for all that writes, replaces or deletes files: a recording that
+// is written over is lost.
 namespace tavrel {
 
-// True if a slot, or the viewer, has the file at `path` for its own. The file system says which
-// files are the same, not the spelling of their names.
+// True if `slot` (0 is the viewer) has the file at `path` for its own: by the file itself, through
+// links, other names and other spellings of the directory, even if others have renamed it; and by
+// its place, whatever the case of the name, so that nothing takes the place of a file whose medium
+// is away. False for a slot that is not in use.
+[[nodiscard]] bool IsFileOfSlot(const RunState& state, int slot, const std::string& path);
+
+// True if a slot, or the viewer, has it.
 [[nodiscard]] bool IsOpenInSlot(const RunState& state, const std::string& path);
 
 }  // namespace tavrel

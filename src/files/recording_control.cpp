@@ -3,6 +3,7 @@
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
+#include "files/simulated_rows.h"
 #include "frame/unfinished_work.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
@@ -26,6 +27,9 @@ void RecordingEngine::StartRecording(int slot) {
     dialogs_.Message(*objection);
     return;
   }
+  if (!MaySimulate(slot)) {
+    return;
+  }
   // The instrument samples from its preparation on, so the file has to tell it before the program
   // ends.
   const UnfinishedWork start(state_);
@@ -45,6 +49,14 @@ void RecordingEngine::StartRecording(int slot) {
   if (state_.ReadState[slot] == ReadState::kReading) {
     files_.KeepHeldSet(slot, 0);  // what lay there belonged to an older recording
   }
+}
+
+bool RecordingEngine::MaySimulate(int slot) {
+  if (!NeedsConsentToSimulate(state_, link_, slot)) {
+    return true;
+  }
+  state_.SimulatedRowsAllowed = dialogs_.AskOk(ConsentQuestion(state_, link_)) && link_.Simulated;
+  return state_.SimulatedRowsAllowed;
 }
 
 std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) const {
@@ -111,6 +123,7 @@ void RecordingEngine::EndOfRecording(int slot) {
   switch (state_.Unit[slot].UnitEndAction) {
     case kSwitchControllerOff:
       state_.Unit[slot].UnitCtrlState = 0;
+      state_.ProgRunning[slot] = false;  // its next step would switch the controller on again
       StopInFile(slot);
       SwitchControllerOff(slot);
       break;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "files/recording_format.h"
+#include "files/simulated_rows.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -128,8 +129,12 @@ bool RecordingEngine::SlotHasWork() {
   const int slot = state_.PumpSlot;
   const UnitRecord& unit = state_.Unit[slot];
   const bool is_reading = state_.ReadState[slot] >= ReadState::kReading;
-  if (!is_reading || state_.SlotFile[slot].empty() || !unit.CanBeRecorded()) {
+  if (!is_reading || state_.SlotFile[slot].empty() || !unit.CanBeRecorded() ||
+      NeedsConsentToSimulate(state_, link_, slot)) {
     return false;
+  }
+  if (link_.Simulated) {
+    BeginSimulatedRows(slot);
   }
   if (state_.SampleCount[slot] > state_.SampleLimit[slot]) {
     EndFullSlot(slot);

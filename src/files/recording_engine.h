@@ -4,9 +4,15 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "common/messages.h"
+<<<<<<< HEAD
 #include "files/column_keeper.h"
+=======
+#include "files/column_check.h"
+#include "files/held_set.h"
+>>>>>>> main
 #include "files/pump_order.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
@@ -68,12 +74,17 @@ class RecordingEngine {
   void StopRecording(int slot);
 
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
-  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle.
+  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle. Where the
+  // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
   // The user has switched that controller with success, or given it to a program: an end action
   // that still waits to switch it off must not do so any more.
   void DropStopOrder(int inet, int controller);
+
+  // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
+  // rows holds no longer once an instrument answers, and a half-read set of it goes on.
+  void LineOpened(bool was_simulated);
 
   // True if at least one channel of the next set has arrived: a half-read set, or a whole one
   // that could not be written yet.
@@ -110,7 +121,13 @@ class RecordingEngine {
   void DiscardForColumns(int slot, int input);
   void LearnOrder();
 
+  // A simulated line.
+  void BeginSimulatedRows(int slot);
+  void TakeSetBack(int slot);
+  void EmptyHand(int slot);
+
   // Start, stop and end.
+  [[nodiscard]] bool MaySimulate(int slot);
   [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
@@ -138,6 +155,23 @@ class RecordingEngine {
   Screens& screens_;
   const Clock& clock_;
 
+<<<<<<< HEAD
+=======
+  // A set that stays half-read over several ten-second ticks.
+  struct Unfinished {
+    std::int32_t sample_count = -1;
+    int ticks = 0;
+    bool misses_rest = false;  // an input of it had no data
+  };
+
+  // What was held of a set of the instrument when simulated rows began.
+  struct SetAside {
+    std::string file;
+    HeldSet held;
+  };
+
+  BySlot<std::optional<SetAside>> set_aside_;
+>>>>>>> main
   PumpOrder order_;
   bool is_pressed_ = false;
   ColumnKeeper columns_;

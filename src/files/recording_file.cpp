@@ -7,6 +7,7 @@
 
 #include "common/text.h"
 #include "files/held_set.h"
+#include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
@@ -50,6 +51,12 @@ std::string MakeFile(RandomFile& file, const std::string& directory, const std::
   return not_deleted.empty() ? problem : problem + ", " + not_deleted;
 }
 
+// For writing. A link in its place goes, so that nobody's file behind it is written over.
+bool OpenHeldSet(RandomFile& file, const std::string& path) {
+  DeleteLink(path);
+  return file.Open(path, FileAccess::kCreate);
+}
+
 // The number of headers that `length` bytes are, to the nearest, ties to even.
 std::int64_t HeadersIn(std::int64_t length) {
   return std::llrint(static_cast<double>(length) / kHeaderBytes);
@@ -66,6 +73,7 @@ void RecordingFiles::OpenRecordingFile(int slot) {
   }
   CloseRecordingFile(slot);
   ForgetShown(slot);
+  refused_by_error_[slot] = true;  // unless another reason is found
   const std::string problem = OpenAndTest(slot);
   if (!problem.empty()) {
     Refuse(slot, kReadTitle, problem);
@@ -77,9 +85,15 @@ void RecordingFiles::OpenRecordingFile(int slot) {
 std::string RecordingFiles::OpenAndTest(int slot) {
   const std::string& name = state_.SlotFile[slot];
   RandomFile& file = state_.SlotFileNo[slot];
-  const auto path = FindFile(state_.SlotPath[slot], name);
+  NoAnswer no_answer;
+  const auto path = FindFile(state_.SlotPath[slot], name, no_answer);
   if (!path) {
-    return name + "  not found !";
+    return no_answer.Why == Failure::kNone ? RefuseForGood(slot, "  not found !")
+                                           : name + ": " + no_answer.Text;
+  }
+  const int owner = OwnerOf(slot, *path);
+  if (owner != 0) {
+    return RefuseForGood(slot, "  is in use in row " + std::to_string(owner) + " !");
   }
   if (!OpenForSlot(slot, *path)) {
     return name + ": " + file.Error();
@@ -94,9 +108,39 @@ std::string RecordingFiles::OpenAndTest(int slot) {
     file.Close();
     static_cast<void>(DeleteFile(*path));
     state_.IndexValid = false;
-    return name + "  is damaged !";
+    return RefuseForGood(slot, "  is damaged !");
   }
   return ReadHeader(slot, length);
+}
+
+std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
+  refused_by_error_[slot] = false;
+  return state_.SlotFile[slot] + why;
+}
+
+// The slot that has the file at `path` already, or that comes first with a key of the same name
+// and still waits for its file; 0 if there is none. The viewer may look at any file.
+int RecordingFiles::OwnerOf(int slot, const std::string& path) const {
+  const auto waits_for_it = [&](int other) {
+    return other < slot && state_.SlotFile[other].empty() &&
+           EqualNoCase(state_.Settings.ActiveFiles[other - 1], state_.SlotFile[slot]);
+  };
+  for (int other = 1; IsSlot(slot) && other <= kSlots; ++other) {
+    if (other != slot && (waits_for_it(other) || IsFileOfSlot(state_, other, path))) {
+      return other;
+    }
+  }
+  return 0;
+}
+
+std::optional<std::int16_t> RecordingFiles::InetOf(const std::string& directory,
+                                                   const std::string& name) {
+  const auto path = FindFile(directory, name);
+  RandomFile file;
+  UnitRecord unit{};
+  const bool is_read = path && file.Open(*path, FileAccess::kRead) &&
+                       file.ReadAt(0, std::as_writable_bytes(std::span(&unit, 1))) >= 0;
+  return is_read && IsTavrelHeader(unit) ? std::optional(unit.UnitInet) : std::nullopt;
 }
 
 // A file to look at may lie where nothing can be written; a slot's own file may not.
@@ -114,7 +158,7 @@ std::string RecordingFiles::ReadHeader(int slot, std::int64_t length) {
   }
   state_.Unit[slot] = unit;
   if (!IsTavrelHeader(unit)) {
-    return state_.SlotFile[slot] + "  is not a Tavrel-file !";
+    return RefuseForGood(slot, "  is not a Tavrel-file !");
   }
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
   return "";
@@ -127,9 +171,13 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SampleSeen[slot].fill(false);
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
+<<<<<<< HEAD
   state_.Columns[slot] = ColumnMemory();
   state_.Columns[slot].IsOpened = true;
   state_.Columns[slot].IsFirstSet = state_.SampleCount[slot] == 0;
+=======
+  state_.BegunInSimulation[slot] = false;
+>>>>>>> main
   state_.WriteFailed[slot] = false;
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
@@ -203,9 +251,13 @@ std::string RecordingFiles::HeldSetPath(int slot) const {
   return JoinPath(state_.SlotPath[slot], HeldSetName(state_.SlotFile[slot]));
 }
 
+// Simulated values are not worth keeping, and what is kept of an instrument's set stays.
 void RecordingFiles::KeepHeldSet(int slot, int asked_input) {
+  if (state_.SimulatedRowsAllowed || state_.BegunInSimulation[slot]) {
+    return;
+  }
   RandomFile& file = held_set_files_[slot];
-  if (!file.IsOpen() && !file.Open(HeldSetPath(slot), FileAccess::kCreate)) {
+  if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
     return;
   }
   const HeldSetBytes bytes =
@@ -222,7 +274,7 @@ void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
   const HeldSetBytes bytes = EncodeHeldSet(
       {0, asked, state_.SampleSeen[slot], state_.SampleValue[slot], state_.Columns[slot]});
   RandomFile file;
-  if (file.Open(JoinPath(state_.SlotPath[slot], HeldSetName(name)), FileAccess::kCreate)) {
+  if (OpenHeldSet(file, JoinPath(state_.SlotPath[slot], HeldSetName(name)))) {
     static_cast<void>(file.WriteAt(0, std::as_bytes(std::span(bytes))));
   }
 }
@@ -360,7 +412,7 @@ bool RecordingFiles::IsNameTaken(int slot, const std::string& name) const {
       return true;
     }
   }
-  return IsTableSlot(slot) && FindFile(state_.SlotPath[slot], name).has_value();
+  return IsTableSlot(slot) && HoldsName(state_.SlotPath[slot], name);
 }
 
 void RecordingFiles::CloseRecordingFile(int slot) {

@@ -27,8 +27,18 @@ class RecordingFiles {
   // and leaves the file open. A file on media that cannot be written is opened for reading in
   // slot 0 only. A stump whose length rounds to no header (below 500 bytes) is deleted. A
   // recording that was running goes on: ReadState becomes kReading, unless the recorded inputs
-  // and UnitChannels disagree (such a file may be shown but not recorded).
+  // and UnitChannels disagree (such a file may be shown but not recorded). A file that another of
+  // the slots 1..12 has, by whatever name, is refused: their rows would overwrite each other.
   void OpenRecordingFile(int slot);
+
+  // Why the last OpenRecordingFile of the slot refused its file: true for an error of the system,
+  // which may pass, false if the file is not there, is damaged, is none of this system's or is in
+  // use.
+  [[nodiscard]] bool WasRefusedByError(int slot) const { return refused_by_error_.at(slot); }
+
+  // The instrument that the header of that file names, 1..6; empty if that cannot be read.
+  [[nodiscard]] static std::optional<std::int16_t> InetOf(const std::string& directory,
+                                                          const std::string& name);
 
   // Writes Unit(slot) as the first 1000 bytes, synced, and leaves the file open. A missing file
   // is made, in capitals and with SampleCount 0, if its directory is there. A file that does not
@@ -92,6 +102,8 @@ class RecordingFiles {
   [[nodiscard]] std::string PutHeader(int slot);
   [[nodiscard]] std::string PutHeaderIntoNewFile(int slot);
 
+  [[nodiscard]] std::string RefuseForGood(int slot, const std::string& why);
+  [[nodiscard]] int OwnerOf(int slot, const std::string& path) const;
   [[nodiscard]] bool OpenForSlot(int slot, const std::string& path);
   [[nodiscard]] bool OpenSameFile(int slot);
   [[nodiscard]] bool HoldsRowsOfSlot(int slot);
@@ -111,6 +123,7 @@ class RecordingFiles {
   const Clock& clock_;
   Messages& messages_;
   BySlot<RandomFile> held_set_files_;  // opened with the first set that is held
+  BySlot<bool> refused_by_error_{};
   std::string error_;
 };
 

@@ -35,6 +35,7 @@ void MainCycle::Tick() {
   RunTick();
   in_tick_ = false;
   parts_.messages.ShowKept();
+  parts_.simulation.AskIfDue();
   GoOnIfPressed();
 }
 
@@ -146,6 +147,7 @@ void MainCycle::DoFreeWork() {
     state.TickTen = Timer() + 10;
     parts_.link.ReopenIfLost();
     parts_.engine.TenSecondTick();
+    parts_.attachment.RetryWaiting();
   }
   parts_.engine.PumpOnce();
   if (IsPast(state.TickMinute) && next_program_ > kSlots) {

@@ -5,8 +5,10 @@
 
 #include "common/messages.h"
 #include "files/recording_engine.h"
+#include "frame/attachment.h"
 #include "frame/main_sheet.h"
 #include "frame/run_state.h"
+#include "frame/simulation_question.h"
 #include "link/link.h"
 #include "platform/clock.h"
 #include "platform/events.h"
@@ -26,6 +28,8 @@ class MainCycle {
     Link& link;
     RecordingEngine& engine;
     MainSheet& sheet;
+    Attachment& attachment;
+    SimulationQuestion& simulation;
     Messages& messages;
     Events& events;
     const Clock& clock;

@@ -5,6 +5,7 @@
 #include "common/number.h"
 #include "common/text.h"
 #include "files/recording_format.h"
+#include "files/simulated_rows.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -16,6 +17,16 @@ constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
 constexpr BothLanguages kWriteFailedNote{
     " the last set could not be written, it is kept and tried again ",
     " der letzte Satz konnte nicht geschrieben werden, er wird behalten und neu versucht "};
+
+constexpr BothLanguages kNotOpenNote{
+    " the file cannot be opened, it is tried again every ten seconds ",
+    " die Datei kann nicht geöffnet werden, alle zehn Sekunden wird es neu versucht "};
+
+constexpr BothLanguages kStandsStillNote{
+    " stands still: simulated values are not written behind rows of an instrument   (Settings, OK "
+    "asks again) ",
+    " steht still: simulierte Werte werden nicht hinter Zeilen eines Gerätes geschrieben   "
+    "(Settings, OK fragt erneut) "};
 
 struct Status {
   const char* word = "";
@@ -44,10 +55,16 @@ Status ControllerStatus(std::int16_t state) {
   }
 }
 
+// What keeps a recording from its file.
+enum class Hindrance { kNone, kWriteFailed, kSimulation };
+
 // A set that cannot be written comes first: it is the one state that asks for help.
-Status RecordingStatus(int rec_on, bool is_full, bool write_failed) {
-  if (write_failed) {
+Status RecordingStatus(int rec_on, bool is_full, Hindrance hindrance) {
+  if (hindrance == Hindrance::kWriteFailed) {
     return {"disk !", kOrange};
+  }
+  if (hindrance == Hindrance::kSimulation) {
+    return {"sim !", kOrange};
   }
   switch (rec_on) {
     case 0:
@@ -60,8 +77,20 @@ Status RecordingStatus(int rec_on, bool is_full, bool write_failed) {
 }
 
 // One number for all that the recording cell depends on, to see when it changes.
-int RecordingState(int rec_on, bool is_full, bool write_failed) {
-  return rec_on * 4 + (is_full ? 2 : 0) + (write_failed ? 1 : 0);
+int RecordingState(int rec_on, bool is_full, Hindrance hindrance) {
+  return rec_on * 8 + (is_full ? 4 : 0) + static_cast<int>(hindrance);
+}
+
+std::string NoteOf(Hindrance hindrance, Language language) {
+  switch (hindrance) {
+    case Hindrance::kWriteFailed:
+      return std::string(kWriteFailedNote.In(language));
+    case Hindrance::kSimulation:
+      return std::string(kStandsStillNote.In(language));
+    case Hindrance::kNone:
+      break;
+  }
+  return "";
 }
 
 std::string Degrees(int raw) {
@@ -103,6 +132,16 @@ void MainSheet::HideRow(int slot) {
   parts_.state.SheetReset = false;
 }
 
+void MainSheet::ShowWaitingRow(int slot) {
+  SheetRow& row = Row(slot);
+  row = SheetRow();
+  row.Sheet = true;
+  row.lb_File = ShownFileName(parts_.state.Settings.ActiveFiles.at(slot - 1));
+  row.lb_Rstat = "disk !";
+  row.sh_Rstat = kOrange;
+  row.RstatNote = kNotOpenNote.In(values_.TipLanguage);
+}
+
 void MainSheet::RefreshRow() {
   RunState& state = parts_.state;
   if (!state.SheetReset) {
@@ -121,6 +160,17 @@ void MainSheet::RefreshRow() {
   if (state.SheetSlot == kSlots) {
     EndPass();
   }
+}
+
+// The cells empty with what is remembered of them: an instrument that does not answer any more
+// gives nothing new that would take the place of its old values.
+void MainSheet::EmptyCells(int slot) {
+  SheetRow& row = Row(slot);
+  for (std::string* cell :
+       {&row.lb_Rec, &row.lb_Rstat, &row.RstatNote, &row.lb_Ref, &row.lb_Ctrl, &row.lb_Cstat}) {
+    cell->clear();
+  }
+  row.sh_Rstat = row.sh_Cstat = kGrey;
 }
 
 void MainSheet::BeginPass() {
@@ -142,6 +192,9 @@ void MainSheet::RefreshSlot(int slot) {
   ShownRaw& shown = Shown(slot);
   Link& link = parts_.link;
 
+  if (shown.com_status == kNothingShown) {
+    EmptyCells(slot);
+  }
   link.ComInet = unit.UnitInet;
   link.ComLetter = reg::kPresentValue;
   link.ComIndex = unit.UnitRef;
@@ -209,17 +262,22 @@ void MainSheet::RefreshRecording(int slot) {
   const RunState& state = parts_.state;
   const int rec_on = state.Unit[slot].UnitRecOn;
   const bool is_full = state.SampleCount[slot] >= state.SampleLimit[slot];
-  const bool write_failed = state.WriteFailed[slot];
+  Hindrance hindrance = Hindrance::kNone;
+  if (state.WriteFailed[slot]) {
+    hindrance = Hindrance::kWriteFailed;
+  } else if (StandsStillInSimulation(state, parts_.link, slot)) {
+    hindrance = Hindrance::kSimulation;
+  }
   ShownRaw& shown = Shown(slot);
   SheetRow& row = Row(slot);
 
-  const int rec_state = RecordingState(rec_on, is_full, write_failed);
+  const int rec_state = RecordingState(rec_on, is_full, hindrance);
   if (rec_state != shown.rec_state) {
     shown.rec_state = rec_state;
-    const Status status = RecordingStatus(rec_on, is_full, write_failed);
+    const Status status = RecordingStatus(rec_on, is_full, hindrance);
     row.lb_Rstat = status.word;
     row.sh_Rstat = status.colour;
-    row.RstatNote = write_failed ? kWriteFailedNote.In(values_.TipLanguage) : "";
+    row.RstatNote = NoteOf(hindrance, values_.TipLanguage);
   }
   if (state.SampleCount[slot] != shown.sample_count) {
     shown.sample_count = state.SampleCount[slot];

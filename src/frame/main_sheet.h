@@ -1,6 +1,7 @@
 #ifndef TAVREL_FRAME_MAIN_SHEET_H_
 #define TAVREL_FRAME_MAIN_SHEET_H_
 
+#include <optional>
 #include <string>
 
 #include "files/recording_file.h"
@@ -40,6 +41,10 @@ class MainSheet {
   void ShowRow(int slot);
   void HideRow(int slot);
 
+  // A slot whose file cannot be opened now: its name stands on the sheet, and that it is tried
+  // again.
+  void ShowWaitingRow(int slot);
+
   // Advances to the next row in use and refreshes it; after the last one the pass ends and the
   // next begins 5 s later.
   void RefreshRow();
@@ -63,10 +68,12 @@ class MainSheet {
   void ShowCommands(bool shown) { values_.picCmds = shown; }
 
  private:
+  static constexpr int kNothingShown = 2;  // no result code: the row is to be built anew
+
   // The raw values behind a row's cells, as last shown.
   struct ShownRaw {
-    int com_status = 2;  // no result code: nothing is shown yet
-    int rec_state = -1;
+    int com_status = kNothingShown;
+    std::optional<int> rec_state;
     int ctrl_state = -1;
     int reference = kNoData;
     int ctrl = kNoData;
@@ -74,6 +81,7 @@ class MainSheet {
     std::string file;
   };
 
+  void EmptyCells(int slot);
   void BeginPass();
   void EndPass();
   void RefreshSlot(int slot);

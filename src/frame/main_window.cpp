@@ -4,6 +4,7 @@
 
 #include "common/help.h"
 #include "common/text.h"
+#include "files/simulated_rows.h"
 
 namespace tavrel {
 namespace {
@@ -58,7 +59,9 @@ void MainWindow::ShowForm(const MenuEntry& entry) {
 
 void MainWindow::LinkOpen() {
   const SettingsValues& settings = parts_.state.Settings;
+  const bool was_simulated = parts_.link.Simulated;
   parts_.link.LinkOpen({settings.CommPort, settings.ComMode, settings.TypeSel});
+  parts_.engine.LineOpened(was_simulated);
   parts_.sheet.SetCaptionAndTips();
 }
 
@@ -111,7 +114,8 @@ void MainWindow::MarkLastSets() {
   RunState& state = parts_.state;
   for (int slot = 1; slot <= kSlots; ++slot) {
     const bool reads = state.ReadState[slot] >= ReadState::kReading;
-    const bool answers = parts_.link.IsGood(state.Unit[slot].UnitInet);
+    const bool answers = parts_.link.IsGood(state.Unit[slot].UnitInet) &&
+                         !NeedsConsentToSimulate(state, parts_.link, slot);
     state.ReadState[slot] = reads && answers ? ReadState::kLastSet : ReadState::kIdle;
   }
 }

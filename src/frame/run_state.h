@@ -58,6 +58,10 @@ struct RunState {
   BySlot<bool> WriteFailed{};     // the set in hand could not be written yet
   BySlot<bool> StopPending{};     // Z = 0 of the end action is not acknowledged yet
 
+  // Simulated rows. Both are forgotten when a line is opened that is not simulated.
+  bool SimulatedRowsAllowed = false;  // the user wants them behind rows of an instrument
+  BySlot<bool> BegunInSimulation{};   // the slot's file held no row before the simulation
+
   // Controllers that the output test has in its hands, by INET and controller 1..4. It sets the
   // flag of a controller when it takes it and clears it when it gives it back; programs leave a
   // held controller alone.

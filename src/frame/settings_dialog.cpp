@@ -6,6 +6,8 @@
 #include "common/help.h"
 #include "common/number.h"
 #include "common/text.h"
+#include "files/simulated_rows.h"
+#include "frame/settings_keys.h"
 #include "frame/settings_lists.h"
 #include "platform/file_system.h"
 #include "platform/serial_names.h"
@@ -45,8 +47,9 @@ std::string PathCaption(const std::string& path) {
   }
 }
 
+// Blanks belong to a name: "tests" and "tests " are two directories.
 bool IsSameDirectory(const std::string& left, const std::string& right) {
-  return StripSeparator(left) == StripSeparator(right) || IsSameFile(left, right);
+  return left == right || IsSameFile(left, right);
 }
 
 bool AnyTestInUse(const RunState& state) {
@@ -130,7 +133,7 @@ void SettingsDialog::cmdPath_Click() {
   // Back to where the tests are: there is nothing to ask.
   if (IsSameDirectory(*chosen, DataDirectory(parts_.state))) {
     copy_.DefPath = parts_.state.Settings.DefPath;
-  } else if (MayMoveTo(*chosen)) {
+  } else if (CanBeKept(*chosen) && MayMoveTo(*chosen)) {
     copy_.DefPath = *chosen;
   }
   ShowPath();
@@ -179,16 +182,47 @@ std::string SettingsDialog::PathInForce() const {
 }
 
 // The store in memory would go on with the recording: what it answers would be written behind
-// the samples of the instrument.
+// the samples of the instrument. Whoever has refused that is asked again with each OK.
 bool SettingsDialog::MaySimulate(const EditedSettings& edited) {
-  const bool leaves_the_line = edited.CommPort == kNoPort && !parts_.link.Simulated;
-  if (!leaves_the_line || !AnyRecordingOn(parts_.state)) {
+  RunState& state = parts_.state;
+  if (edited.CommPort != kNoPort) {
     return true;
   }
-  return parts_.dialogs.AskOk(
+  if (parts_.link.Simulated) {
+    AskToGoOn();
+    return true;
+  }
+  if (!AnyRecordingOn(state)) {
+    return true;
+  }
+  state.SimulatedRowsAllowed = parts_.dialogs.AskOk(
       {"A recording is on.\n\nWithout a port the instruments are simulated, and simulated values "
        "are written into its file.\n\nSimulate anyway ?",
+       kTitle, BoxIcon::kWarning, true});
+  return state.SimulatedRowsAllowed;
+}
+
+void SettingsDialog::AskToGoOn() {
+  RunState& state = parts_.state;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (StandsStillInSimulation(state, parts_.link, slot)) {
+      state.SimulatedRowsAllowed = parts_.dialogs.AskYes(ConsentQuestion(state, parts_.link));
+      return;
+    }
+  }
+}
+
+// The tests would not be found at the next start.
+bool SettingsDialog::CanBeKept(const std::string& directory) {
+  if (IsPathForKeyFile(directory)) {
+    return true;
+  }
+  parts_.dialogs.Message(
+      {"The settings file cannot hold the name of this directory:\n" + directory +
+           "\n\nIt holds the letters of Western European languages only, and no quotation marks "
+           "and line ends in a name and no blank at its end.\n\nThe directory stays as it was.",
        kTitle, BoxIcon::kWarning});
+  return false;
 }
 
 bool SettingsDialog::MayMoveTo(const std::string& directory) {

@@ -97,6 +97,8 @@ class SettingsDialog {
   [[nodiscard]] EditedSettings TakeControls() const;
   [[nodiscard]] std::string PathInForce() const;
   [[nodiscard]] bool MaySimulate(const EditedSettings& edited);
+  void AskToGoOn();
+  [[nodiscard]] bool CanBeKept(const std::string& directory);
   [[nodiscard]] bool MayMoveTo(const std::string& directory);
   void ShowFont();
   void ShowPath();

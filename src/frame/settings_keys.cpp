@@ -190,4 +190,13 @@ std::string KeyFileBytes(const SettingsValues& values) {
   return ToWindows1252(text);
 }
 
+bool IsPathForKeyFile(const std::string& path) {
+  SettingsValues values;
+  values.DefPath = path;
+  const std::vector<std::string> lines = SettingsLines(KeyFileBytes(values));
+  values.DefPath.clear();
+  TakeKeyLines(values, lines);
+  return values.DefPath == path;
+}
+
 }  // namespace tavrel

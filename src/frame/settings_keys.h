@@ -12,6 +12,8 @@
 // Windows-1252. One table of keys serves reading and writing.
 namespace tavrel {
 
+inline constexpr std::size_t kLargestSettingsFile = 1024 * 1024UL;  // bytes; none is that long
+
 // The texts of the lines of a settings file, in UTF-8 and without their quotes. Lines end in
 // CR LF or LF. A quoted text ends at its second quote, or with the line if that is missing; a
 // line without quotes is taken whole.
@@ -27,6 +29,10 @@ void TakeKeyLines(SettingsValues& values, std::span<const std::string> lines);
 // The bytes of the whole settings file. What would break a line is replaced: a double quote by
 // an apostrophe, a line end by a blank.
 [[nodiscard]] std::string KeyFileBytes(const SettingsValues& values);
+
+// True if a settings file gives `path` back as it is: all its characters are in Windows-1252, none
+// would break the line, and no blank stands at an end.
+[[nodiscard]] bool IsPathForKeyFile(const std::string& path);
 
 }  // namespace tavrel
 

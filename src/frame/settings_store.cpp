@@ -7,17 +7,16 @@
 
 #include "common/number.h"
 #include "common/text.h"
+#include "frame/settings_backup.h"
 #include "frame/settings_keys.h"
 #include "platform/file_system.h"
 
 namespace tavrel {
 namespace {
 
-constexpr const char* kBackupFile = "TAVREL.BAK";
 constexpr const char* kDataDirectory = "tavdat";
-constexpr std::size_t kLargestFile = 1024 * 1024UL;  // bytes; no settings file is that long
-constexpr char kUnknown = '?';                       // company and user before they are told
-constexpr int kTypeInForce = 4;                      // the one link variant that is in use
+constexpr char kUnknown = '?';   // company and user before they are told
+constexpr int kTypeInForce = 4;  // the one link variant that is in use
 
 // The lines of the legacy file, counted from 1. Lines that are not named are passed over.
 constexpr std::size_t kLegacyActive = 2;  // twelve of them
@@ -32,14 +31,6 @@ constexpr std::size_t kLegacyNameLength = 12;  // "M260314A.OVE"
 // Where `name` stands in the directory of the settings, under the spelling that it has there.
 std::string PathOf(const RunState& state, const char* name) {
   return FindFile(state.DataHome, name).value_or(JoinPath(state.DataHome, name));
-}
-
-std::optional<std::vector<std::string>> ReadLines(const std::string& path) {
-  const std::optional<std::string> bytes = ReadWholeFile(path, kLargestFile);
-  if (!bytes) {
-    return std::nullopt;
-  }
-  return SettingsLines(*bytes);
 }
 
 std::string DefaultDefPath(const RunState& state) {
@@ -111,6 +102,12 @@ void CompleteLegacyValues(SettingsValues& values, const RunState& state) {
   values.Diagnostic = false;
 }
 
+// A directory that cannot be looked into now is not without files.
+bool IsWithoutFiles(const std::string& directory) {
+  NoAnswer no_answer;
+  return !HoldsAnyFile(directory, no_answer) && no_answer.Why == Failure::kNone;
+}
+
 // A directory without any file counts as missing, so that the first start, which has made
 // nothing yet, ends with an empty DefPath and the file routines fall back on tavdat.
 void CheckPaths(SettingsValues& values, const RunState& state) {
@@ -118,7 +115,7 @@ void CheckPaths(SettingsValues& values, const RunState& state) {
     values.DefPath = DefaultDefPath(state);
   } else {
     values.DefPath = StripSeparator(values.DefPath);
-    if (!HoldsAnyFile(values.DefPath)) {
+    if (IsWithoutFiles(values.DefPath)) {
       values.DefPath.clear();
     }
   }
@@ -126,38 +123,35 @@ void CheckPaths(SettingsValues& values, const RunState& state) {
     return;
   }
   values.OpenPath = StripSeparator(values.OpenPath);
-  if (!HoldsAnyFile(values.OpenPath)) {
+  if (IsWithoutFiles(values.OpenPath)) {
     values.OpenPath = values.DefPath;
   }
 }
 
-// True if a name of `before` stands in none of the keys of `after`.
-bool DropsActiveName(const SettingsValues& before, const SettingsValues& after) {
-  return std::ranges::any_of(before.ActiveFiles, [&](const std::string& name) {
-    return !name.empty() && std::ranges::none_of(after.ActiveFiles, [&](const std::string& kept) {
-      return EqualNoCase(kept, name);
-    });
-  });
-}
-
-// True if the file holds what `next` would lose for good. A file that cannot be read is not
-// trusted to hold nothing.
-bool IsWorthKeeping(const std::string& path, const SettingsValues& next) {
-  const std::optional<std::vector<std::string>> lines = ReadLines(path);
-  if (!lines) {
-    return true;
-  }
-  SettingsValues before;
-  TakeKeyLines(before, *lines);
-  return DropsActiveName(before, next);
-}
-
 }  // namespace
 
+// The lines of that file; empty if there is none. Where that cannot be told ReadError says why.
+std::optional<std::vector<std::string>> SettingsStore::ReadLines(const char* name) {
+  NoAnswer not_found;
+  NoAnswer not_read;
+  const std::string path =
+      FindFile(state_.DataHome, name, not_found).value_or(JoinPath(state_.DataHome, name));
+  const auto bytes = ReadWholeFile(path, kLargestSettingsFile, not_read);
+  if (bytes) {
+    return SettingsLines(*bytes);
+  }
+  read_error_ = not_read.Text.empty() ? not_found.Text : not_read.Text;
+  return std::nullopt;
+}
+
 void SettingsStore::SettingsLoad() {
+  read_error_.clear();
+  const auto lines = ReadLines(kSettingsFile);
+  if (!read_error_.empty()) {
+    return;
+  }
   state_.SettingsRead = true;
   state_.FirstRun = false;
-  const auto lines = ReadLines(PathOf(state_, kSettingsFile));
   if (!lines) {
     SettingsDefaults();
   } else if (lines->empty() || !IsKeyFile(lines->front())) {
@@ -165,6 +159,9 @@ void SettingsStore::SettingsLoad() {
   } else {
     state_.Settings = {};
     TakeKeyLines(state_.Settings, *lines);
+  }
+  if (!read_error_.empty()) {
+    return;
   }
   CheckPaths(state_.Settings, state_);
   state_.Settings.TypeSel = kTypeInForce;
@@ -177,7 +174,10 @@ void SettingsStore::SettingsDefaults() {
 }
 
 void SettingsStore::SettingsLegacy() {
-  const auto lines = ReadLines(PathOf(state_, kLegacySettingsFile));
+  const auto lines = ReadLines(kLegacySettingsFile);
+  if (!read_error_.empty()) {
+    return;
+  }
   if (lines) {
     state_.Settings = LegacyValues(*lines);
   } else {
@@ -190,17 +190,34 @@ void SettingsStore::SettingsLegacy() {
 }
 
 std::string SettingsStore::SettingsSave() {
-  const std::string path = PathOf(state_, kSettingsFile);
+  if (!read_error_.empty()) {
+    return read_error_;
+  }
   // A backup that cannot be made does not stop the save: dropping a name is mostly the user's
   // own wish, and a failed save ends the program.
-  if (IsWorthKeeping(path, state_.Settings)) {
-    static_cast<void>(CopyFileTo(path, PathOf(state_, kBackupFile)));
-  }
-  std::string error = ReplaceFile(path, KeyFileBytes(state_.Settings));
+  static_cast<void>(KeepDroppedNames());
+  std::string error = ReplaceFile(PathOf(state_, kSettingsFile), KeyFileBytes(state_.Settings));
   if (error.empty()) {
     state_.SettingsChanged = false;
   }
   return error;
+}
+
+// A file that is too long or cannot be read now is not trusted to hold nothing.
+std::string SettingsStore::KeepDroppedNames() {
+  const std::string path = PathOf(state_, kSettingsFile);
+  if (!FindFile(state_.DataHome, kSettingsFile)) {
+    return "";
+  }
+  const auto bytes = ReadWholeFile(path, kLargestSettingsFile);
+  SettingsValues before;
+  if (bytes) {
+    TakeKeyLines(before, SettingsLines(*bytes));
+    if (!DropsActiveName(before.ActiveFiles, state_.Settings.ActiveFiles)) {
+      return "";
+    }
+  }
+  return KeepBackup(state_.DataHome, path, {before.ActiveFiles, state_.Settings.ActiveFiles});
 }
 
 std::string DataDirectory(const RunState& state) {

@@ -14,7 +14,6 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kLockFile = "TAVREL.LCK";
-constexpr const char* kDefaultFile = "M011111A.NEW";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr float kFlushSeconds = 1200;
 constexpr std::chrono::milliseconds kPortInUseRetry{100};
@@ -23,10 +22,24 @@ constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is to
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
 
+}  // namespace
+
 // Settings and data stand beside the program, or, where nothing can be written there, in the
-// user's own directory.
-std::string HomeOf(const std::string& program_path) {
-  if (IsWritable(program_path)) {
+// user's own directory. A probe that fails for another reason says nothing about that: the program
+// would come up with other settings and without its tests.
+std::optional<std::string> StartUp::HomeOf(const std::string& program_path) const {
+  NoAnswer no_answer;
+  bool is_writable = IsWritable(program_path, no_answer);
+  while (no_answer.Why != Failure::kNone) {
+    const Notice question{"Cannot tell whether the program's directory can be written:\n" +
+                              program_path + "\n\n" + no_answer.Text,
+                          "TAVREL", BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return std::nullopt;
+    }
+    is_writable = IsWritable(program_path, no_answer);
+  }
+  if (is_writable) {
     return AddSeparator(program_path);
   }
   const std::string own = UserDataDirectory();
@@ -34,14 +47,15 @@ std::string HomeOf(const std::string& program_path) {
   return AddSeparator(own);
 }
 
-}  // namespace
-
 bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_lock) {
   RunState& state = parts_.state;
   state.AppPath = AddSeparator(program_path);
-  state.DataHome = HomeOf(program_path);
-  if (!take_lock(state.DataHome + kLockFile)) {
-    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  const auto home = HomeOf(program_path);
+  if (!home) {
+    return false;
+  }
+  state.DataHome = *home;
+  if (!IsFirst(take_lock)) {
     return false;
   }
   if (!FindFile(program_path, kGermanManual)) {
@@ -51,11 +65,40 @@ bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_l
   return true;
 }
 
-SplashValues StartUp::SplashShow() {
+// Where nobody can tell whether another copy runs, the user can try to make it possible.
+bool StartUp::IsFirst(const TakeLock& take_lock) {
+  const std::string path = parts_.state.DataHome + kLockFile;
+  LockTaking taking = take_lock(path);
+  while (!taking.Problem.empty()) {
+    const std::string text =
+        "Cannot find out if the program is already running !\n\n" + path + "\n" + taking.Problem;
+    if (!parts_.dialogs.AskRetry({text, "TAVREL", BoxIcon::kCritical})) {
+      return false;
+    }
+    taking = take_lock(path);
+  }
+  if (!taking.IsTaken) {
+    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  }
+  return taking.IsTaken;
+}
+
+std::optional<SplashValues> StartUp::SplashShow() {
   parts_.state.FirstRun = false;
   parts_.settings.SettingsLoad();
+  while (!parts_.settings.ReadError().empty()) {
+    const Notice question{"The settings are there, but cannot be read:\n" +
+                              parts_.settings.ReadError() +
+                              "\n\nThey name all tests. Nothing is saved as long as they "
+                              "cannot be read.",
+                          kSettingsFile, BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return std::nullopt;
+    }
+    parts_.settings.SettingsLoad();
+  }
   const Language language = LanguageOf(parts_.state.Settings.HelpLang);
-  return {std::string(kStartCaption.In(language)), "release   2446"};
+  return SplashValues{std::string(kStartCaption.In(language)), "release   2446"};
 }
 
 bool StartUp::MainFormLoad() {
@@ -97,7 +140,7 @@ void StartUp::MainFormShow() {
   state.PendingFile = state.Settings.OpenFile;
   {
     const Messages::Deferral deferral(parts_.messages);
-    AttachFiles();
+    parts_.attachment.AttachAll();
   }
   ReadBacklog();
   SweepControllers();
@@ -111,59 +154,6 @@ void StartUp::MainFormShow() {
   parts_.cycle.Start();
   parts_.events.SetPointer(Pointer::kNormal);
   parts_.messages.ShowKept();
-}
-
-void StartUp::AttachFiles() {
-  bool any_in_use = false;
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    AttachSlot(slot);
-    any_in_use = any_in_use || !parts_.state.SlotFile[slot].empty();
-  }
-  if (!any_in_use) {
-    MakeDefaultSlot();
-  }
-}
-
-void StartUp::AttachSlot(int slot) {
-  RunState& state = parts_.state;
-  std::string& active_file = state.Settings.ActiveFiles[slot - 1];
-  state.SelSlot = slot;
-  if (!active_file.empty()) {
-    state.SlotFile[slot] = active_file;
-    state.SlotPath[slot] = DataDirectory(state);
-    parts_.files.OpenRecordingFile(slot);
-  }
-  if (state.SlotFile[slot].empty()) {
-    active_file.clear();
-    parts_.sheet.HideRow(slot);
-    return;
-  }
-  parts_.sheet.ShowRow(slot);
-}
-
-// The first start of all. A file of that name that is there already and valid is taken as it
-// is; anything else of that name is left alone and the new file gets the next letter.
-void StartUp::MakeDefaultSlot() {
-  constexpr int kFirst = 1;
-  RunState& state = parts_.state;
-  state.SlotPath[kFirst] = DataDirectory(state);
-  if (FindFile(state.SlotPath[kFirst], kDefaultFile)) {
-    state.SlotFile[kFirst] = kDefaultFile;
-    parts_.files.OpenRecordingFile(kFirst);
-  }
-  if (state.SlotFile[kFirst].empty()) {
-    state.SlotFile[kFirst] = parts_.files.FreeName(kFirst, kDefaultFile);
-    state.Unit[kFirst] = DefaultUnitRecord();
-    parts_.files.WriteHeader(kFirst);
-    parts_.files.CloseRecordingFile(kFirst);
-    if (state.SlotFile[kFirst].empty()) {
-      return;
-    }
-    parts_.files.OpenRecordingFile(kFirst);
-  }
-  state.Settings.ActiveFiles[kFirst - 1] = state.SlotFile[kFirst];
-  state.SettingsChanged = true;
-  parts_.sheet.ShowRow(kFirst);
 }
 
 void StartUp::ReadBacklog() {
@@ -195,30 +185,38 @@ void StartUp::ReadBacklog() {
 }
 
 // A controller that was left running without a file is switched off. An instrument that the
-// backlog did not reach has no good status yet and is left alone.
+// backlog did not reach has no good status yet and is left alone, and so is one whose controllers
+// a test may use that waits for its file.
 void StartUp::SweepControllers() {
+  const auto waiting = parts_.attachment.WaitingInstruments();
+  if (!waiting) {
+    return;
+  }
+  for (std::int16_t inet = 1; inet <= kInets; ++inet) {
+    if (parts_.link.IsGood(inet) && !waiting->contains(inet)) {
+      SweepControllersOf(inet);
+    }
+  }
+}
+
+void StartUp::SweepControllersOf(std::int16_t inet) {
   const RunState& state = parts_.state;
   Link& link = parts_.link;
-  for (std::int16_t inet = 1; inet <= kInets; ++inet) {
-    if (!link.IsGood(inet)) {
+  std::array<bool, kControllers + 1> is_used{};
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+      is_used.at(state.Unit[slot].UnitCtrl) = true;
+    }
+  }
+  for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
+    if (is_used.at(ctrl)) {
       continue;
     }
-    std::array<bool, kControllers + 1> is_used{};
-    for (int slot = 1; slot <= kSlots; ++slot) {
-      if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
-        is_used.at(state.Unit[slot].UnitCtrl) = true;
-      }
-    }
-    for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
-      if (is_used.at(ctrl)) {
-        continue;
-      }
-      link.ComInet = inet;
-      link.ComLetter = reg::kControllerState;
-      link.ComIndex = ctrl;
-      link.ComValue = controller::kOff;
-      Exchange(&Link::WriteReg);
-    }
+    link.ComInet = inet;
+    link.ComLetter = reg::kControllerState;
+    link.ComIndex = ctrl;
+    link.ComValue = controller::kOff;
+    Exchange(&Link::WriteReg);
   }
 }
 

@@ -2,10 +2,13 @@
 #define TAVREL_FRAME_START_UP_H_
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "files/recording_engine.h"
 #include "files/recording_file.h"
+#include "frame/attachment.h"
 #include "frame/main_cycle.h"
 #include "frame/main_sheet.h"
 #include "frame/main_window.h"
@@ -21,6 +24,17 @@ namespace tavrel {
 
 inline constexpr int kSplashSeconds = 60;  // after that the splash leaves by itself
 
+// What came of taking the lock that keeps a second copy from running. Not taken and no problem:
+// another copy runs.
+struct LockTaking {
+  // NOLINTNEXTLINE(google-explicit-constructor): whoever has no problem says yes or no
+  LockTaking(bool is_taken, std::string problem = "")
+      : IsTaken(is_taken), Problem(std::move(problem)) {}
+
+  bool IsTaken = false;
+  std::string Problem;  // why nobody can tell whether another copy runs
+};
+
 // The way from the start of the process to the running cycle, in three steps that the forms
 // call when they come up.
 class StartUp {
@@ -31,6 +45,7 @@ class StartUp {
     RecordingFiles& files;
     RecordingEngine& engine;
     SettingsStore& settings;
+    Attachment& attachment;
     MainSheet& sheet;
     MainCycle& cycle;
     MainWindow& window;
@@ -42,16 +57,18 @@ class StartUp {
   };
   explicit StartUp(const Parts& parts) : parts_(parts) {}
 
-  // Takes the file of that path for this process, and keeps it until the process ends; false if
-  // another live process has it. Two copies that share settings and recordings must not run.
-  using TakeLock = std::function<bool(const std::string& path)>;
+  // Takes the file of that path for this process, and keeps it until the process ends. Two copies
+  // that share settings and recordings must not run.
+  using TakeLock = std::function<LockTaking(const std::string& path)>;
 
   // Splash form, on load: guards against a second copy and a broken installation. `program_path`
-  // is the program's directory. False: a message has been shown and the process ends.
+  // is the program's directory. False: a message has been shown and the process ends. Whether that
+  // directory can be written must be sure, for it decides which settings are in force.
   [[nodiscard]] bool SplashLoad(const std::string& program_path, const TakeLock& take_lock);
 
-  // Splash form, on first display: loads the settings.
-  [[nodiscard]] SplashValues SplashShow();
+  // Splash form, on first display: loads the settings. Empty: they cannot be read and the user
+  // has chosen to leave; the process ends, and nothing is saved.
+  [[nodiscard]] std::optional<SplashValues> SplashShow();
 
   // Main form, on load: opens the link. False: the user chose to leave instead.
   [[nodiscard]] bool MainFormLoad();
@@ -61,12 +78,12 @@ class StartUp {
   void MainFormShow();
 
  private:
+  [[nodiscard]] std::optional<std::string> HomeOf(const std::string& program_path) const;
+  [[nodiscard]] bool IsFirst(const TakeLock& take_lock);
   void OpenLine();
-  void AttachFiles();
-  void AttachSlot(int slot);
-  void MakeDefaultSlot();
   void ReadBacklog();
   void SweepControllers();
+  void SweepControllersOf(std::int16_t inet);
   void Exchange(void (Link::*access)());
 
   Parts parts_;

@@ -110,13 +110,17 @@ class Rows {
         decimal_mark_(decimal_mark),
         row_((table.Columns.size() + 2) * kFieldRoom, ' ') {}
 
-  // With its line end; valid until the next call.
+  // With its line end; valid until the next call. Empty if a word cannot be read.
   std::string_view Next(int record, SampleReader& reader) {
     time_ += table_.RecInterval;
     char* at = PutNumber(row_.data(), time_);
     for (const ExportColumn& column : table_.Columns) {
+      const std::optional<std::int16_t> word = reader.Word(record + column.Column);
+      if (!word) {
+        return {};
+      }
       at = separator_.Put(at);
-      at = PutDegrees(at, reader.Word(record + column.Column), decimal_mark_);
+      at = PutDegrees(at, *word, decimal_mark_);
     }
     at = row_end_.Put(at);
     return {row_.data(), static_cast<std::size_t>(at - row_.data())};
@@ -145,28 +149,36 @@ std::string DegreesText(int word, std::string_view decimal_mark) {
   return text;
 }
 
-std::string AsciiText(const ExportTable& table, const std::string& decimal_mark,
-                      SampleReader& reader) {
+std::optional<std::string> AsciiText(const ExportTable& table, const std::string& decimal_mark,
+                                     SampleReader& reader) {
   std::string text = ToWindows1252(Head(table, kFileStyle));
   text.reserve(text.size() + RowCount(table) * (table.Columns.size() + 1) * kUsualField);
   Rows rows(table, kFileStyle, ToWindows1252(decimal_mark));
   for (int record = table.FirstRecord; record <= table.LastRecord; record += table.Channels) {
-    text += rows.Next(record, reader);
+    const std::string_view row = rows.Next(record, reader);
+    if (row.empty()) {
+      return std::nullopt;
+    }
+    text += row;
   }
   return text;
 }
 
-std::optional<std::string> ClipboardText(const ExportTable& table, const std::string& decimal_mark,
-                                         SampleReader& reader) {
+std::variant<std::string, ClipboardFault> ClipboardText(const ExportTable& table,
+                                                        const std::string& decimal_mark,
+                                                        SampleReader& reader) {
   std::string text = Head(table, kClipboardStyle);
   std::size_t characters = Characters(text);
   Rows rows(table, kClipboardStyle, decimal_mark);
   for (int record = table.FirstRecord; record <= table.LastRecord; record += table.Channels) {
     const std::string_view row = rows.Next(record, reader);
+    if (row.empty()) {
+      return ClipboardFault::kUnreadable;
+    }
     text += row;
     characters += Characters(row);
     if (characters > kClipboardLimit) {
-      return std::nullopt;
+      return ClipboardFault::kTooLong;
     }
   }
   return text;

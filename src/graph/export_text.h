@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "files/unit_record.h"
@@ -31,17 +32,23 @@ struct ExportTable {
 };
 
 // The whole content of the text file, Windows-1252. Each line of values ends in a separator.
-// `decimal_mark` is UTF-8, at most eight bytes, here and below.
-[[nodiscard]] std::string AsciiText(const ExportTable& table, const std::string& decimal_mark,
-                                    SampleReader& reader);
+// Empty if a word cannot be read: a text with rows that the file does not have would not be told
+// from a good one. `decimal_mark` is UTF-8, at most eight bytes, here and below.
+[[nodiscard]] std::optional<std::string> AsciiText(const ExportTable& table,
+                                                   const std::string& decimal_mark,
+                                                   SampleReader& reader);
 
 inline constexpr std::size_t kClipboardLimit = 64000;  // characters
 
-// The same for the clipboard, UTF-8: fields parted by tabs. Empty if a row takes the text beyond
-// kClipboardLimit.
-[[nodiscard]] std::optional<std::string> ClipboardText(const ExportTable& table,
-                                                       const std::string& decimal_mark,
-                                                       SampleReader& reader);
+// Why there is no text for the clipboard.
+enum class ClipboardFault {
+  kTooLong,     // a row takes the text beyond kClipboardLimit
+  kUnreadable,  // a word cannot be read
+};
+
+// The same for the clipboard, UTF-8: fields parted by tabs.
+[[nodiscard]] std::variant<std::string, ClipboardFault> ClipboardText(
+    const ExportTable& table, const std::string& decimal_mark, SampleReader& reader);
 
 // 0.05 x `word` with two decimals and `decimal_mark`.
 [[nodiscard]] std::string DegreesText(int word, std::string_view decimal_mark);

@@ -1,5 +1,7 @@
 #include "graph/graph_output.h"
 
+#include <variant>
+
 #include "common/text.h"
 #include "files/open_slots.h"
 #include "graph/output_pause.h"
@@ -100,15 +102,23 @@ void GraphOutput::SaveText() {
   if (target.empty() || !WhyNotReplaceable(target).empty()) {
     return;  // a file that cannot be opened ends this without a word, as ever
   }
+  std::optional<std::string> text;
   std::string problem;
   {
     const OutputPause pause(parts_.state, parts_.graph, parts_.events);
     SampleReader reader(parts_.state.SlotFileNo.at(Slot()));
-    problem = ReplaceFile(target, AsciiText(Table(), parts_.regional.DecimalMark(), reader));
+    text = AsciiText(Table(), parts_.regional.DecimalMark(), reader);
+    problem = text ? ReplaceFile(target, *text) : "";
   }
-  if (!problem.empty()) {
+  if (!text) {
+    Warn(kAsciiTitle, UnreadableText());
+  } else if (!problem.empty()) {
     Warn(kAsciiTitle, choice.FileName + "\n" + problem);
   }
+}
+
+std::string GraphOutput::UnreadableText() const {
+  return File() + " cannot be read to its end.";
 }
 
 ExportTable GraphOutput::Table() const {
@@ -140,17 +150,21 @@ void GraphOutput::CopyText() {
   if (!is_wanted || !IsStill(file)) {
     return;
   }
-  std::optional<std::string> text;
+  std::optional<ClipboardFault> fault;
   {
     const OutputPause pause(parts_.state, parts_.graph, parts_.events);
     SampleReader reader(parts_.state.SlotFileNo.at(Slot()));
-    text = ClipboardText(Table(), parts_.regional.DecimalMark(), reader);
-    if (text) {
+    const auto made = ClipboardText(Table(), parts_.regional.DecimalMark(), reader);
+    if (const auto* const text = std::get_if<std::string>(&made)) {
       parts_.clipboard.SetText(*text);
+    } else {
+      fault = std::get<ClipboardFault>(made);
     }
   }
-  if (!text) {
+  if (fault == ClipboardFault::kTooLong) {
     parts_.dialogs.Message({"Too much data", "Clipboard", BoxIcon::kCritical});
+  } else if (fault == ClipboardFault::kUnreadable) {
+    Warn(kClipboardTitle, UnreadableText());
   }
 }
 
@@ -195,16 +209,20 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     target = JoinPath(choice.Directory, UpperCase(choice.FileName));
   }
   RunState& state = parts_.state;
+  std::optional<std::string> bytes;
   std::string problem;
   {
     const OutputPause pause(state, parts_.graph, parts_.events);
     UnitRecord& header = state.Unit.at(kSubfileRecord);
     header = SubfileHeader(Unit(), Cut());
     SampleReader reader(state.SlotFileNo.at(Slot()));
-    problem = ReplaceFile(target, SubfileBytes(Unit(), header, Cut(), reader));
+    bytes = SubfileBytes(Unit(), header, Cut(), reader);
+    problem = bytes ? ReplaceFile(target, *bytes) : "";
     state.IndexValid = false;
   }
-  if (!problem.empty()) {
+  if (!bytes) {
+    Warn(kWriteTitle, UnreadableText());
+  } else if (!problem.empty()) {
     Warn(kWriteTitle, problem + "\n" + choice.FileName);
   }
 }

@@ -55,6 +55,9 @@ class GraphOutput {
   // title, if a slot has it open.
   [[nodiscard]] std::string Target(const FileChoice& choice, const char* title);
   void Warn(const char* title, const std::string& text);
+  // What is told of a file that was cut by others, or whose medium fails: half of its rows would
+  // pass for all of them.
+  [[nodiscard]] std::string UnreadableText() const;
 
   // True if the part view is still in front with that file. The recording goes on beneath a
   // dialog: the file may be full by now and the graph closed.

@@ -57,10 +57,15 @@ bool GraphPlotter::HasReferenceAxis() const {
   return parts_.graph.ViewShown == kPartView && IsReferenceMode(Unit().UnitGraphMode);
 }
 
-double GraphPlotter::ValueAt(SampleReader& reader, int record, int column) const {
-  const double reference =
-      IsRelative() ? reader.Degrees(record + parts_.graph.Curves.RefColumn) : 0;
-  return reader.Degrees(record + column) - reference;
+std::optional<double> GraphPlotter::ValueAt(SampleReader& reader, int record, int column) const {
+  const std::optional<double> value = reader.Degrees(record + column);
+  const std::optional<double> reference = ReferenceAt(reader, record);
+  return value && reference ? std::optional(*value - *reference) : std::nullopt;
+}
+
+// What is taken from all curves of a row.
+std::optional<double> GraphPlotter::ReferenceAt(SampleReader& reader, int record) const {
+  return IsRelative() ? reader.Degrees(record + parts_.graph.Curves.RefColumn) : 0;
 }
 
 void GraphPlotter::RestorePicture(int view) {
@@ -274,16 +279,16 @@ GraphPlotter::ReferenceScale GraphPlotter::ScanReference(SampleReader& reader) {
   graph.AxisTicks = {};
   int at_least = view.RecDrawn;
   int at_most = view.RecDrawn;
-  double least = reader.Degrees(view.RecDrawn + graph.Curves.RefColumn);
-  double most = least;
+  std::optional<double> least;
+  std::optional<double> most;
   int passes = 0;
   for (int record = view.RecDrawn; record < view.RecEnd; record += view.RecStep) {
-    const double value = reader.Degrees(record + graph.Curves.RefColumn);
-    if (value > most) {
+    const std::optional<double> value = reader.Degrees(record + graph.Curves.RefColumn);
+    if (value && (!most || *value > *most)) {
       most = value;
       at_most = record;
     }
-    if (value < least) {
+    if (value && (!least || *value < *least)) {
       least = value;
       at_least = record;
     }
@@ -295,12 +300,12 @@ GraphPlotter::ReferenceScale GraphPlotter::ScanReference(SampleReader& reader) {
     }
   }
   ReferenceScale scale;
-  if (most <= least) {
+  if (!most || *most <= *least) {
     return scale;
   }
   scale.is_on = at_most > at_least;
-  scale.step = StepY(most - least) / 2;
-  scale.next = IntFloor(least / scale.step);
+  scale.step = StepY(*most - *least) / 2;
+  scale.next = IntFloor(*least / scale.step);
   return scale;
 }
 
@@ -309,7 +314,8 @@ void GraphPlotter::DrawReferenceTick(ReferenceScale& scale, SampleReader& reader
   GraphState& graph = parts_.graph;
   const ViewFrame& view = graph.Shown();
   const double value = scale.next * scale.step;
-  if (value > reader.Degrees(view.RecNow + graph.Curves.RefColumn)) {
+  const std::optional<double> reference = reader.Degrees(view.RecNow + graph.Curves.RefColumn);
+  if (!reference || value > *reference) {
     return;
   }
   ++scale.next;
@@ -332,22 +338,27 @@ void GraphPlotter::DrawReferenceTick(ReferenceScale& scale, SampleReader& reader
   graph.AxisTicks.Add(at, text);
 }
 
+// A word that cannot be read leaves a gap in its curve.
 void GraphPlotter::DrawRow(SampleReader& reader) {
   GraphState& graph = parts_.graph;
   ViewFrame& view = graph.Shown();
   const CurveList& curves = graph.Curves;
-  const double reference = IsRelative() ? reader.Degrees(view.RecNow + curves.RefColumn) : 0;
+  const std::optional<double> reference = ReferenceAt(reader, view.RecNow);
+  const auto from = static_cast<double>(view.RecPrev);
+  const auto to_record = static_cast<double>(view.RecNow);
   std::array<Segment, kInputs> row;
+  std::size_t count = 0;
   for (int k = 0; k < curves.CurveCount; ++k) {
     const Curve& curve = curves.At(k);
-    double& last = view.CurveLastY.at(static_cast<std::size_t>(k));
-    const double y = reader.Degrees(view.RecNow + curve.CurveColumn) - reference;
-    row.at(static_cast<std::size_t>(k)) = {static_cast<double>(view.RecPrev), last,
-                                           static_cast<double>(view.RecNow), y, curve.CurveColor};
+    std::optional<double>& last = view.CurveLastY.at(static_cast<std::size_t>(k));
+    std::optional<double> y = reader.Degrees(view.RecNow + curve.CurveColumn);
+    y = y && reference ? std::optional(*y - *reference) : std::nullopt;
+    if (last && y) {
+      row.at(count++) = {from, *last, to_record, *y, curve.CurveColor};
+    }
     last = y;
   }
-  const std::span<const Segment> drawn =
-      std::span(row).first(static_cast<std::size_t>(curves.CurveCount));
+  const std::span<const Segment> drawn = std::span(row).first(count);
   const ViewSurfaces& to = Shown();
   to.ImgC.Lines(drawn);
   to.PicC.Lines(drawn);

@@ -2,6 +2,7 @@
 #define TAVREL_GRAPH_GRAPH_PLOTTER_H_
 
 #include <functional>
+#include <optional>
 
 #include "frame/run_state.h"
 #include "graph/graph_state.h"
@@ -62,9 +63,11 @@ class GraphPlotter {
   [[nodiscard]] bool HasReferenceAxis() const;
 
   // The value of a curve in the row of a record as the shown view has it, degrees.
-  [[nodiscard]] double ValueAt(SampleReader& reader, int record, int column) const;
+  [[nodiscard]] std::optional<double> ValueAt(SampleReader& reader, int record, int column) const;
 
  private:
+  [[nodiscard]] std::optional<double> ReferenceAt(SampleReader& reader, int record) const;
+
   // The scale beneath the plot in the mode that puts the reference on the X axis.
   struct ReferenceScale {
     bool is_on = false;

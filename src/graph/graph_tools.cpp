@@ -222,7 +222,11 @@ void GraphTools::ChooseCurveAt(PlotPoint at) {
   double least = 0;
   for (int k = 0; k < graph.Curves.CurveCount; ++k) {
     const int column = graph.Curves.At(k).CurveColumn;
-    const double away = std::abs(parts_.plotter.ValueAt(reader, record, column) - at.Y);
+    const std::optional<double> value = parts_.plotter.ValueAt(reader, record, column);
+    if (!value) {
+      continue;
+    }
+    const double away = std::abs(*value - at.Y);
     if (nearest == 0 || away < least) {
       nearest = k + 1;
       least = away;
@@ -290,7 +294,8 @@ void GraphTools::Integrate() {
   PicC().Refresh();
 }
 
-// Every row counts, whatever the resolution of the drawing. The area is hatched as it is summed.
+// Every row counts, whatever the resolution of the drawing. The area is hatched as it is summed; a
+// word that cannot be read leaves a gap in both.
 double GraphTools::SumRows(int start, int end) {
   const ViewFrame& view = parts_.graph.Shown();
   const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
@@ -306,11 +311,14 @@ double GraphTools::SumRows(int start, int end) {
   double base = 0;
   for (int record = start; record < end; record += channels) {
     const double x = MinutesOfRecord(record, parts_.state.RecInterval.at(slot), channels);
-    const double y = parts_.plotter.ValueAt(reader, record, curve.CurveColumn);
+    const std::optional<double> y = parts_.plotter.ValueAt(reader, record, curve.CurveColumn);
     base = baseline_.At(x, tolerance, base);
+    if (!y) {
+      continue;
+    }
     const auto at = static_cast<double>(record);
-    hatch.push_back({at, base, at, y, curve.CurveColor});
-    sum += static_cast<float>(std::abs(y - base));
+    hatch.push_back({at, base, at, *y, curve.CurveColor});
+    sum += static_cast<float>(std::abs(*y - base));
   }
   PicC().Lines(hatch);
   PicC().SetScale(view.RestingScale());

@@ -289,23 +289,30 @@ void Report::DrawCurves() {
 }
 
 // A point outside of the range of the plot is left out: the line goes from the last one inside to
-// the next.
+// the next. Where a word cannot be read the line ends, and the next point begins another.
 std::vector<Segment> Report::SegmentsOf(const Curve& curve, SampleReader& reader) const {
   const ViewFrame& view = content_.View;
   const bool is_relative = IsRelativeMode(content_.Unit.UnitGraphMode);
   std::vector<Segment> segments;
-  std::optional<PlotPoint> last;
+  PlotPoint last;
+  bool has_last = false;
   for (int record = view.RecFirst; record < view.RecEnd; record += view.RecStep) {
-    const double reference = is_relative ? reader.Degrees(record + content_.Curves.RefColumn) : 0;
-    const PlotPoint point{MinutesOf(record),
-                          reader.Degrees(record + curve.CurveColumn) - reference};
+    const std::optional<double> value = reader.Degrees(record + curve.CurveColumn);
+    const std::optional<double> reference =
+        is_relative ? reader.Degrees(record + content_.Curves.RefColumn) : 0;
+    if (!value || !reference) {
+      has_last = false;
+      continue;
+    }
+    const PlotPoint point{MinutesOf(record), *value - *reference};
     if (!IsInRange(point.Y)) {
       continue;
     }
-    if (last) {
-      segments.push_back({last->X, last->Y, point.X, point.Y, InkOf(curve)});
+    if (has_last) {
+      segments.push_back({last.X, last.Y, point.X, point.Y, InkOf(curve)});
     }
     last = point;
+    has_last = true;
   }
   return segments;
 }

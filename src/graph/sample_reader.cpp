@@ -7,18 +7,26 @@
 
 namespace tavrel {
 
-std::int16_t SampleReader::FetchWord(int record) {
+// A fault of the medium behind the word must not take the word with it: where a whole window
+// cannot be read the one word is tried alone.
+std::optional<std::int16_t> SampleReader::FetchWord(int record) {
   if (record < 1) {
-    return row_value_;
+    return std::nullopt;
   }
-  const std::int64_t offset = static_cast<std::int64_t>(record - 1) * kWordBytes;
-  const std::int64_t got = file_.ReadAt(offset, std::as_writable_bytes(std::span(window_)));
   first_ = record;
-  count_ = static_cast<int>(std::max<std::int64_t>(got, 0) / kWordBytes);
-  if (count_ > 0) {
-    row_value_ = window_.front();
+  count_ = ReadWords(record, kWindow);
+  if (count_ == 0) {
+    count_ = ReadWords(record, 1);
   }
-  return row_value_;
+  return count_ > 0 ? std::optional(window_.front()) : std::nullopt;
+}
+
+// How many of up to `most` words came.
+int SampleReader::ReadWords(int record, int most) {
+  const std::int64_t offset = static_cast<std::int64_t>(record - 1) * kWordBytes;
+  const std::span words = std::span(window_).first(static_cast<std::size_t>(most));
+  const std::int64_t got = file_.ReadAt(offset, std::as_writable_bytes(words));
+  return static_cast<int>(std::max<std::int64_t>(got, 0) / kWordBytes);
 }
 
 }  // namespace tavrel

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "platform/random_file.h"
 
@@ -16,30 +17,32 @@ class SampleReader {
   // `file` outlives the reader.
   explicit SampleReader(RandomFile& file) : file_(file) {}
 
-  // The word at a record number. A word that cannot be read leaves the value before in force
-  // (0 at first), so that a curve runs on flat.
-  [[nodiscard]] std::int16_t Word(int record) {
+  // The word at a record number. Nothing where the file does not have it, because it was cut by
+  // others, or cannot be read.
+  [[nodiscard]] std::optional<std::int16_t> Word(int record) {
     const int place = record - first_;
-    if (place >= 0 && place < count_) {
-      row_value_ = window_[static_cast<std::size_t>(place)];
-      return row_value_;
+    if (place < 0 || place >= count_) {
+      return FetchWord(record);
     }
-    return FetchWord(record);
+    return window_[static_cast<std::size_t>(place)];
   }
 
   // The same in degrees Celsius.
-  [[nodiscard]] double Degrees(int record) { return Word(record) / kStepsPerDegree; }
+  [[nodiscard]] std::optional<double> Degrees(int record) {
+    const std::optional<std::int16_t> word = Word(record);
+    return word ? std::optional(*word / kStepsPerDegree) : std::nullopt;
+  }
 
  private:
   static constexpr double kStepsPerDegree = 20;
   static constexpr int kWindow = 2048;  // words
 
-  std::int16_t FetchWord(int record);
+  std::optional<std::int16_t> FetchWord(int record);
+  [[nodiscard]] int ReadWords(int record, int most);
 
   RandomFile& file_;
   int first_ = 0;  // record number of the first word in the window
   int count_ = 0;
-  std::int16_t row_value_ = 0;
   std::array<std::int16_t, kWindow> window_{};
 };
 

@@ -59,14 +59,18 @@ UnitRecord SubfileHeader(const UnitRecord& source, const SubfileCut& cut) {
   return header;
 }
 
-std::string SubfileBytes(const UnitRecord& source, const UnitRecord& header, const SubfileCut& cut,
-                         SampleReader& reader) {
+std::optional<std::string> SubfileBytes(const UnitRecord& source, const UnitRecord& header,
+                                        const SubfileCut& cut, SampleReader& reader) {
   std::string bytes(kHeaderBytes, '\0');
   std::memcpy(bytes.data(), &header, sizeof header);
   const std::vector<int> columns = KeptColumns(source);
   for (int record = cut.FirstRecord; record <= cut.LastRecord; record += source.UnitChannels) {
     for (const int column : columns) {
-      AppendWord(bytes, reader.Word(record + column));
+      const std::optional<std::int16_t> word = reader.Word(record + column);
+      if (!word) {
+        return std::nullopt;
+      }
+      AppendWord(bytes, *word);
     }
   }
   return bytes;

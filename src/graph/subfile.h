@@ -1,6 +1,7 @@
 #ifndef TAVREL_GRAPH_SUBFILE_H_
 #define TAVREL_GRAPH_SUBFILE_H_
 
+#include <optional>
 #include <string>
 
 #include "files/unit_record.h"
@@ -26,9 +27,11 @@ struct SubfileCut {
 // beginning at 0 and its part range all of the X axis.
 [[nodiscard]] UnitRecord SubfileHeader(const UnitRecord& source, const SubfileCut& cut);
 
-// The whole subfile: `header` and the rows with the kept inputs.
-[[nodiscard]] std::string SubfileBytes(const UnitRecord& source, const UnitRecord& header,
-                                       const SubfileCut& cut, SampleReader& reader);
+// The whole subfile: `header` and the rows with the kept inputs. Empty if a word of them cannot be
+// read.
+[[nodiscard]] std::optional<std::string> SubfileBytes(const UnitRecord& source,
+                                                      const UnitRecord& header,
+                                                      const SubfileCut& cut, SampleReader& reader);
 
 // `name` with "S" for its first letter; empty stays empty.
 [[nodiscard]] std::string SubfileName(std::string name);

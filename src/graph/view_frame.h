@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "files/unit_record.h"
 #include "platform/surface.h"
@@ -53,7 +54,8 @@ struct ViewFrame {
   int RecNow = 0;    // row being drawn
   int RecStep = 1;   // from one drawn row to the next
   int RecPrev = 0;   // row of the last drawn point
-  std::array<double, kInputs> CurveLastY{};  // last drawn point of each curve, by its place
+  // The last drawn point of each curve, by its place; nothing where its word could not be read.
+  std::array<std::optional<double>, kInputs> CurveLastY{};
 
   [[nodiscard]] bool IsInHours() const { return XRight >= kHoursFrom; }
 

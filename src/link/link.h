@@ -47,7 +47,8 @@ class Link : public LinkArguments {
   void LinkOpen(const LineChoice& choice);
   void LinkClose();
 
-  // Opens the port again if it has vanished since LinkOpen; no effect otherwise.
+  // Opens the port again if it has vanished since LinkOpen: the same device, never another that
+  // has its name now. No effect otherwise.
   void ReopenIfLost();
 
   // Sends one ESC, which makes an instrument forget a half-received command. Nothing happens on
@@ -71,9 +72,9 @@ class Link : public LinkArguments {
   // How long it takes until IsSettled(), rounded up; 0 if it is so now.
   [[nodiscard]] std::chrono::milliseconds SettleTime() const;
 
-  // Call it after a good reply that must not be taken for a wrong one: waits 15 ms for further
-  // characters. False if some come: one of two replies belongs to an older command, and nobody
-  // can tell which; the result of the exchange is then kLength.
+  // Call it after a good reply that must not be taken for a wrong one: waits 15 ms, at
+  // 9600 baud 12 ms, for further characters. False if some come: one of two replies belongs to an
+  // older command, and nobody can tell which; the result of the exchange is then kLength.
   [[nodiscard]] bool EndsWithReply();
 
   // Call it after an exchange that was rejected: waits 15 ms for further characters. True if the
@@ -91,7 +92,7 @@ class Link : public LinkArguments {
   bool PortOpen = false;   // the link is usable, also when simulated; false while a port is lost
   LinkResult ComResult = LinkResult::kNone;
   std::string ReplyText;  // last reply without its terminator
-  std::string PortLabel;  // "(simulated)", or port and settings: "COM1: 4800,n,8,2"
+  std::string PortLabel;  // "(simulated)", "COM1: 4800,n,8,2" or "COM1: (lost)"
   int PortError = 0;      // platform's error number of the last opening, 0 if it went well
   std::string PortErrorText;
   bool PortInUse = false;  // it failed because another process has the port
@@ -109,7 +110,7 @@ class Link : public LinkArguments {
   void WriteValue(const std::string& frame, Acknowledge acknowledge);
   void Finish(LinkResult result);
 
-  void OpenPort();
+  void TakeOpening(const PortOpening& opening);
   void NoteEvents();
   [[nodiscard]] LinkResult LinkSend(const std::string& frame);
   [[nodiscard]] bool StaleCharactersWait();

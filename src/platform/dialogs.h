@@ -1,6 +1,7 @@
 #ifndef TAVREL_PLATFORM_DIALOGS_H_
 #define TAVREL_PLATFORM_DIALOGS_H_
 
+#include <functional>
 #include <string>
 
 #include "platform/file_choice.h"
@@ -14,6 +15,7 @@ struct Notice {
   std::string Text;
   std::string Title;
   BoxIcon Icon = BoxIcon::kWarning;
+  bool PresetIsNo = false;  // the Enter key means Cancel or No, where the other answer does harm
 };
 
 // Boxes and common dialogs. The asking ones return when the user has answered; timers go on beneath
@@ -31,12 +33,21 @@ class Dialogs {
   // Retry and Cancel; true for Retry.
   [[nodiscard]] virtual bool AskRetry(const Notice& notice) = 0;
 
+  // Retry and Exit; true for Retry. Escape and the close box mean Exit, and so does the end of the
+  // program while the box is open. Where there is nobody to ask it is as after Exit.
+  [[nodiscard]] virtual bool AskRetryOrExit(const Notice& /*notice*/) { return false; }
+
   // Yes and No; true for Yes.
   [[nodiscard]] virtual bool AskYes(const Notice& notice) = 0;
 
   // Shows the notice without waiting for an answer and without taking the keyboard: the way
   // in which the measuring cycle, which must never stop, speaks to the user.
   virtual void Announce(const Notice& notice) = 0;
+
+  // Asks in the same way: the box has Yes and No, Enter and Escape mean No, nothing waits for it.
+  // `answer` is called with true for Yes, with false for all else, or never if the program ends or
+  // where there is nobody to ask.
+  virtual void AskBeside(const Notice& /*notice*/, std::function<void(bool yes)> /*answer*/) {}
 
   // Lets the user choose a file: one that exists, or the name of one to save, where a name that
   // exists already in any case is asked about and given as the disk spells it. Nothing is opened

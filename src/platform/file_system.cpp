@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,7 +14,6 @@
 #include <system_error>
 
 #include "common/text.h"
-#include "platform/random_file.h"
 
 namespace tavrel {
 namespace {
@@ -33,15 +33,25 @@ fs::path ToPath(const std::string& path) {
   return path.find('\0') == std::string::npos ? fs::path(path) : fs::path();
 }
 
-bool IsPlainFile(const std::string& path) {
+// That nothing is there is an answer; all else that goes wrong is none.
+void NoteError(const std::error_code& error, NoAnswer& no_answer) {
+  const Failure why = FailureOf(error.value());
+  if (why != Failure::kNone && why != Failure::kMissing) {
+    no_answer = {why, ErrorText(error.value())};
+  }
+}
+
+bool IsPlainFile(const std::string& path, NoAnswer& no_answer) {
   std::error_code error;
-  return fs::is_regular_file(ToPath(path), error);
+  const bool is_plain = fs::is_regular_file(ToPath(path), error);
+  NoteError(error, no_answer);
+  return is_plain;
 }
 
 // Hands the names in `directory` to `visit` until it returns false. A directory that cannot be
 // read has none.
 void ForEachName(const std::string& directory,
-                 const std::function<bool(const std::string& name)>& visit) {
+                 const std::function<bool(const std::string& name)>& visit, NoAnswer& no_answer) {
   std::error_code error;
   fs::directory_iterator entry(ToPath(directory.empty() ? "." : directory), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
@@ -49,6 +59,7 @@ void ForEachName(const std::string& directory,
       return;
     }
   }
+  NoteError(error, no_answer);
 }
 
 // A hidden name, so that a leftover is in nobody's list of files; short, so that it fits
@@ -71,8 +82,17 @@ std::string MakeTemporary(const std::string& directory, RandomFile& file) {
   return "";
 }
 
-// The place that a new content goes to: a link stays a link and its file is replaced.
-std::string LinkTarget(const std::string& path) {
+// What becomes of a link in the place of a new content.
+enum class Links {
+  kFollow,   // it stays, and the file that it leads to is replaced
+  kReplace,  // it is replaced itself
+};
+
+// The place that a new content goes to.
+std::string PlaceOf(const std::string& path, Links links) {
+  if (links == Links::kReplace) {
+    return path;
+  }
   std::error_code error;
   const fs::path target = fs::canonical(ToPath(path), error);
   return error ? path : target.string();
@@ -92,6 +112,9 @@ int ReplaceRefusal(const std::string& path) {
   if (fs::is_directory(status)) {
     return EISDIR;
   }
+  if (fs::is_symlink(fs::symlink_status(ToPath(path), error))) {
+    return 0;  // only the link goes
+  }
   if (!fs::is_regular_file(status)) {
     return EOPNOTSUPP;
   }
@@ -102,7 +125,7 @@ int ReplaceRefusal(const std::string& path) {
 // it lives under a temporary name beside its target.
 class Replacement {
  public:
-  explicit Replacement(const std::string& path) : target_(LinkTarget(path)) {
+  Replacement(const std::string& path, Links links) : target_(PlaceOf(path, links)) {
     const int refusal = ReplaceRefusal(target_);
     if (refusal != 0) {
       error_ = ErrorText(refusal);
@@ -152,8 +175,8 @@ class Replacement {
  private:
   void KeepPermissions() const {
     std::error_code error;
-    const fs::file_status old = fs::status(target_, error);
-    if (fs::exists(old)) {
+    const fs::file_status old = fs::symlink_status(target_, error);
+    if (fs::is_regular_file(old)) {
       fs::permissions(temporary_, old.permissions(), error);
     }
   }
@@ -194,32 +217,74 @@ std::string StripSeparator(std::string_view path) {
 }
 
 std::optional<std::string> FindFile(const std::string& directory, std::string_view name) {
+  NoAnswer unused;
+  return FindFile(directory, name, unused);
+}
+
+std::optional<std::string> FindFile(const std::string& directory, std::string_view name,
+                                    NoAnswer& no_answer) {
+  no_answer = {};
   if (name.empty() || name.find(kSeparator) != std::string_view::npos) {
     return std::nullopt;
   }
   std::string exact = JoinPath(directory, name);
-  if (IsPlainFile(exact)) {
+  if (IsPlainFile(exact, no_answer)) {
     return exact;
   }
   // Several spellings may stand side by side; the least one is taken, so that the answer does
   // not depend on the order of the directory.
   std::optional<std::string> found;
-  ForEachName(directory, [&](const std::string& other) {
-    const bool better = EqualNoCase(other, name) && IsPlainFile(JoinPath(directory, other));
-    if (better && (!found || JoinPath(directory, other) < *found)) {
-      found = JoinPath(directory, other);
+  const auto visit = [&](const std::string& other) {
+    const std::string path = JoinPath(directory, other);
+    const bool is_it = EqualNoCase(other, name) && IsPlainFile(path, no_answer);
+    if (is_it && (!found || path < *found)) {
+      found = path;
     }
     return true;
-  });
+  };
+  ForEachName(directory, visit, no_answer);
+  if (found) {
+    no_answer = {};
+  }
   return found;
 }
 
+bool HoldsName(const std::string& directory, const std::string& name) {
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(ToPath(JoinPath(directory, name)), error))) {
+    return true;
+  }
+  bool is_taken = false;
+  const auto visit = [&](const std::string& other) {
+    is_taken = EqualNoCase(other, name);
+    return !is_taken;
+  };
+  NoAnswer unused;
+  ForEachName(directory, visit, unused);
+  return is_taken;
+}
+
+bool IsAbsent(const std::string& path) {
+  std::error_code error;
+  return fs::symlink_status(ToPath(path), error).type() == fs::file_type::not_found;
+}
+
 bool HoldsAnyFile(const std::string& directory) {
+  NoAnswer unused;
+  return HoldsAnyFile(directory, unused);
+}
+
+bool HoldsAnyFile(const std::string& directory, NoAnswer& no_answer) {
+  no_answer = {};
   bool holds = false;
-  ForEachName(directory, [&](const std::string& name) {
-    holds = !name.starts_with('.') && IsPlainFile(JoinPath(directory, name));
+  const auto visit = [&](const std::string& name) {
+    holds = !name.starts_with('.') && IsPlainFile(JoinPath(directory, name), no_answer);
     return !holds;
-  });
+  };
+  ForEachName(directory, visit, no_answer);
+  if (holds) {
+    no_answer = {};
+  }
   return holds;
 }
 
@@ -235,27 +300,51 @@ bool MakeDirectory(const std::string& directory) {
 }
 
 bool IsWritable(const std::string& directory) {
+  NoAnswer unused;
+  return IsWritable(directory, unused);
+}
+
+bool IsWritable(const std::string& directory, NoAnswer& no_answer) {
+  no_answer = {};
   RandomFile probe;
   const std::string path = MakeTemporary(directory, probe);
   if (path.empty()) {
+    if (probe.Why() != Failure::kNotAllowed) {
+      no_answer = {Failure::kOther, probe.Error().empty() ? ErrorText(EEXIST) : probe.Error()};
+    }
     return false;
   }
   probe.Close();
-  return DeleteFile(path).empty();
+  const std::string not_deleted = DeleteFile(path);
+  if (!not_deleted.empty()) {
+    no_answer = {Failure::kOther, not_deleted};
+  }
+  return not_deleted.empty();
 }
 
 std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit_bytes) {
+  NoAnswer unused;
+  return ReadWholeFile(path, limit_bytes, unused);
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t limit_bytes,
+                                         NoAnswer& no_answer) {
+  no_answer = {};
   RandomFile file;
   if (!file.Open(path, FileAccess::kRead)) {
+    const bool is_there = file.Why() != Failure::kMissing && file.Why() != Failure::kNoPlainFile;
+    no_answer = is_there ? NoAnswer{file.Why(), file.Error()} : NoAnswer();
     return std::nullopt;
   }
   const std::int64_t size = file.Size();
-  if (size < 0 || static_cast<std::uint64_t>(size) > limit_bytes) {
+  if (size > 0 && static_cast<std::uint64_t>(size) > limit_bytes) {
     return std::nullopt;
   }
-  std::string content(static_cast<std::size_t>(size), '\0');
-  const std::int64_t got = file.ReadAt(0, std::as_writable_bytes(std::span(content)));
+  std::string content(static_cast<std::size_t>(std::max<std::int64_t>(size, 0)), '\0');
+  const std::int64_t got =
+      size < 0 ? -1 : file.ReadAt(0, std::as_writable_bytes(std::span(content)));
   if (got < 0) {
+    no_answer = {Failure::kOther, file.Error()};
     return std::nullopt;
   }
   content.resize(static_cast<std::size_t>(got));
@@ -263,14 +352,14 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t li
 }
 
 std::string ReplaceFile(const std::string& path, std::string_view bytes) {
-  Replacement replacement(path);
+  Replacement replacement(path, Links::kFollow);
   replacement.Append(std::as_bytes(std::span(bytes)));
   replacement.Commit();
   return replacement.Error();
 }
 
 std::string WhyNotReplaceable(const std::string& path) {
-  return Replacement(path).Error();
+  return Replacement(path, Links::kFollow).Error();
 }
 
 std::string CopyFileTo(const std::string& from, const std::string& to) {
@@ -281,7 +370,7 @@ std::string CopyFileTo(const std::string& from, const std::string& to) {
   if (IsSameFile(from, to)) {
     return ErrorText(EEXIST);
   }
-  Replacement replacement(to);
+  Replacement replacement(to, Links::kReplace);
   std::vector<std::byte> block(kCopyBlock);
   std::int64_t place = 0;
   std::int64_t got = source.ReadAt(place, block);
@@ -305,9 +394,29 @@ std::string DeleteFile(const std::string& path) {
   return gone ? "" : ErrorText(errno);
 }
 
+void DeleteLink(const std::string& path) {
+  std::error_code error;
+  if (fs::is_symlink(fs::symlink_status(ToPath(path), error))) {
+    static_cast<void>(DeleteFile(path));
+  }
+}
+
 bool IsSameFile(const std::string& left, const std::string& right) {
   std::error_code error;
   return fs::equivalent(ToPath(left), ToPath(right), error) && !error;
+}
+
+bool IsLink(const std::string& path) {
+  std::error_code error;
+  return fs::is_symlink(fs::symlink_status(ToPath(path), error));
+}
+
+std::optional<FileIdentity> IdentityOf(const std::string& path) {
+  struct stat status {};
+  if (path.find('\0') != std::string::npos || stat(path.c_str(), &status) != 0) {
+    return std::nullopt;
+  }
+  return FileIdentity{status.st_dev, status.st_ino};
 }
 
 void SyncDirectory(const std::string& directory) {

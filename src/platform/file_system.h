@@ -6,9 +6,18 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/random_file.h"
+
 // What the program asks of directories and whole files. Paths are UTF-8; nothing throws.
 // File names compare without regard to case, also where the disk does not.
 namespace tavrel {
+
+// Why the system gave no answer to a question. Functions that take one set it anew: Why is kNone
+// if the answer can be relied on, also if it is "no".
+struct NoAnswer {
+  Failure Why = Failure::kNone;
+  std::string Text;  // the system's words
+};
 
 // `directory` and `name` with exactly one separator between them; an empty directory gives the
 // name alone.
@@ -24,9 +33,19 @@ namespace tavrel {
 // the case of `name`; empty if there is none. The exact spelling wins over others.
 [[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
                                                   std::string_view name);
+[[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
+                                                  std::string_view name, NoAnswer& no_answer);
+
+// True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
+// directory, a device, a link that leads nowhere.
+[[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);
+
+// True if nothing is at `path` for certain. False also where the disk does not say.
+[[nodiscard]] bool IsAbsent(const std::string& path);
 
 // True if `directory` holds at least one plain file (hidden ones do not count).
 [[nodiscard]] bool HoldsAnyFile(const std::string& directory);
+[[nodiscard]] bool HoldsAnyFile(const std::string& directory, NoAnswer& no_answer);
 
 [[nodiscard]] bool DirectoryExists(const std::string& directory);
 
@@ -34,12 +53,17 @@ namespace tavrel {
 [[nodiscard]] bool MakeDirectory(const std::string& directory);
 
 // True if a file can be made in `directory` (it is tried, so that read-only media count too).
+// Where it is the user's right or the medium that keeps him from it, `no_answer` stays empty.
 [[nodiscard]] bool IsWritable(const std::string& directory);
+[[nodiscard]] bool IsWritable(const std::string& directory, NoAnswer& no_answer);
 
 // Whole content of a plain file as bytes; empty if it cannot be read or is larger than
-// `limit_bytes`.
+// `limit_bytes`. That there is no plain file, and that it is too large, are answers.
 [[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path,
                                                        std::size_t limit_bytes);
+[[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path,
+                                                       std::size_t limit_bytes,
+                                                       NoAnswer& no_answer);
 
 // Puts `bytes` in place of whatever `path` held: a temporary file beside it, synced, then
 // renamed, so that a crash leaves the old file or the new one. Returns the empty text on
@@ -52,15 +76,25 @@ namespace tavrel {
 // text if it can; the disk may be full nevertheless.
 [[nodiscard]] std::string WhyNotReplaceable(const std::string& path);
 
-// Copies a plain file with the same care. A file is never copied onto itself, by whatever name.
+// Copies a plain file with the same care. A file is never copied onto itself, by whatever name. A
+// link at `to` is replaced and what it leads to stays as it is; a link to a directory is refused.
 // Empty text on success.
 [[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);
 
 // Empty text on success; a file that is not there counts as deleted.
 [[nodiscard]] std::string DeleteFile(const std::string& path);
 
+// Takes a symbolic link away; what it leads to, and whatever is no link, stays.
+void DeleteLink(const std::string& path);
+
 // True if both paths lead to the same file, through links and other spellings.
 [[nodiscard]] bool IsSameFile(const std::string& left, const std::string& right);
+
+// True if `path` itself is a symbolic link, wherever it leads.
+[[nodiscard]] bool IsLink(const std::string& path);
+
+// Of the file or directory that `path` leads to; empty if there is none.
+[[nodiscard]] std::optional<FileIdentity> IdentityOf(const std::string& path);
 
 // Makes what happened to the names in `directory` (creation, renaming) durable.
 void SyncDirectory(const std::string& directory);

@@ -33,7 +33,7 @@ int OpenFlags(FileAccess access) {
     case FileAccess::kUpdate:
       return kAlways | O_RDWR;
     case FileAccess::kCreate:
-      return kAlways | O_RDWR | O_CREAT;
+      return kAlways | O_RDWR | O_CREAT | O_NOFOLLOW;
     case FileAccess::kCreateNew:
       return kAlways | O_RDWR | O_CREAT | O_EXCL;
   }
@@ -54,18 +54,42 @@ int RefusalOf(int handle) {
 
 }  // namespace
 
+Failure FailureOf(int error_number) {
+  switch (error_number) {
+    case 0:
+      return Failure::kNone;
+    case ENOENT:
+    case ENOTDIR:
+    case ENAMETOOLONG:
+    case EINVAL:  // no name of a file: it has a zero byte
+      return Failure::kMissing;
+    case EISDIR:
+    case EOPNOTSUPP:
+      return Failure::kNoPlainFile;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return Failure::kNotAllowed;
+    default:
+      return Failure::kOther;
+  }
+}
+
 RandomFile::~RandomFile() {
   Close();
 }
 
 RandomFile::RandomFile(RandomFile&& other) noexcept
-    : handle_(std::exchange(other.handle_, -1)), error_(std::move(other.error_)) {}
+    : handle_(std::exchange(other.handle_, -1)),
+      error_(std::move(other.error_)),
+      why_(other.why_) {}
 
 RandomFile& RandomFile::operator=(RandomFile&& other) noexcept {
   if (this != &other) {
     Close();
     handle_ = std::exchange(other.handle_, -1);
     error_ = std::move(other.error_);
+    why_ = other.why_;
   }
   return *this;
 }
@@ -94,6 +118,19 @@ void RandomFile::Close() {
   if (handle_ >= 0) {
     close(std::exchange(handle_, -1));
   }
+}
+
+std::optional<FileIdentity> RandomFile::Identity() const {
+  struct stat status {};
+  if (!IsOpen() || fstat(handle_, &status) != 0) {
+    return std::nullopt;
+  }
+  return FileIdentity{status.st_dev, status.st_ino};
+}
+
+bool RandomFile::IsNameless() const {
+  struct stat status {};
+  return IsOpen() && fstat(handle_, &status) == 0 && status.st_nlink == 0;
 }
 
 // The end of a plain file is its length. Asking for the whole status instead takes longer than
@@ -153,6 +190,7 @@ bool RandomFile::Sync() {
 
 bool RandomFile::Fail(int error_number) {
   error_ = std::generic_category().message(error_number);
+  why_ = FailureOf(error_number);
   return false;
 }
 

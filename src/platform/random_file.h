@@ -3,17 +3,39 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
 namespace tavrel {
 
+// Why an operation on a file or a directory failed.
+enum class Failure {
+  kNone,
+  kMissing,      // nothing has that name, or nothing can have it
+  kNoPlainFile,  // a directory, a device or the like has it
+  kNotAllowed,   // the user has no right to it, or the medium cannot be written at all
+  kOther,        // all else: nobody can tell what is there, and the next try may succeed
+};
+
+// The kind of an error number of the system; kNone for 0.
+[[nodiscard]] Failure FailureOf(int error_number);
+
 // How a file is opened. Nothing here ever truncates a file.
 enum class FileAccess {
   kRead,       // must exist
   kUpdate,     // must exist, read and write
-  kCreate,     // made if missing, read and write
+  kCreate,     // made if missing, read and write; a symbolic link is refused, not followed
   kCreateNew,  // made, read and write; an existing file is refused
+};
+
+// Which file it is, for all its names and handles alike. The number of a file that was deleted may
+// be given to another one later: it tells only while the file is open or has a name.
+struct FileIdentity {
+  std::uint64_t Device = 0;
+  std::uint64_t Number = 0;
+
+  [[nodiscard]] bool operator==(const FileIdentity&) const = default;
 };
 
 // An open file that is read and written at any place. Owns the operating system's handle and
@@ -37,6 +59,12 @@ class RandomFile {
   void Close();
   [[nodiscard]] bool IsOpen() const { return handle_ >= 0; }
 
+  // Empty while it is closed.
+  [[nodiscard]] std::optional<FileIdentity> Identity() const;
+
+  // True if the file is open but its last name has been deleted: it lives as long as this handle.
+  [[nodiscard]] bool IsNameless() const;
+
   // Length in bytes, -1 on failure.
   [[nodiscard]] std::int64_t Size();
 
@@ -53,11 +81,15 @@ class RandomFile {
 
   [[nodiscard]] const std::string& Error() const { return error_; }
 
+  // The kind of that failure; kNone before the first.
+  [[nodiscard]] Failure Why() const { return why_; }
+
  private:
   bool Fail(int error_number);
 
   int handle_ = -1;
   std::string error_;
+  Failure why_ = Failure::kNone;
 };
 
 }  // namespace tavrel

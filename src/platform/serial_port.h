@@ -29,6 +29,10 @@ class SerialPort {
   // Opens port COM`number` (1..30) with `settings` such as "4800,n,8,2": speed, parity (e, n
   // or o), data bits, stop bits; no flow control. Closes what was open before.
   [[nodiscard]] virtual PortOpening Open(int number, std::string_view settings) = 0;
+
+  // Opens the device again that the last Open opened and that has vanished since, with the same
+  // settings, under whatever name it is back. Never another device, whatever has its name now.
+  [[nodiscard]] virtual PortOpening Reopen() = 0;
   virtual void Close() = 0;
   [[nodiscard]] virtual bool IsOpen() const = 0;
 

@@ -1,11 +1,16 @@
 #include "work/controller_switch.h"
 
+#include "common/checks.h"
+#include "frame/run_state.h"
 #include "link/registers.h"
 
 namespace tavrel {
 namespace {
 
 constexpr const char* kTitle = "Check settings:";
+constexpr const char* kHalfTitle = "controller";
+constexpr const char* kOldSetpoint = "controller is on,\nthe setpoint is still the old one";
+constexpr const char* kUnsureSetpoint = "controller is on,\nthe setpoint was not acknowledged";
 
 std::int16_t StateOf(CtrlButton button) {
   switch (button) {
@@ -32,28 +37,36 @@ bool Write(Link& link, const UnitRecord& unit, const char* letter, std::int16_t 
   return link.IsGood(unit.UnitInet);
 }
 
-bool HasRamp(Dialogs& dialogs, const UnitRecord& unit) {
-  if (unit.UnitIncrement < 1) {
-    dialogs.Message({"increment ?", kTitle, BoxIcon::kWarning});
-    return false;
-  }
-  if (unit.UnitFinal < 1) {
-    dialogs.Message({"final value ?", kTitle, BoxIcon::kWarning});
-    return false;
-  }
-  return true;
-}
-
-bool StartRamp(Link& link, const UnitRecord& unit) {
-  if (!Write(link, unit, reg::kControllerState, controller::kDynamic)) {
-    return false;
-  }
+// The actual value of the controller; empty if it does not answer, or has none now.
+std::optional<std::int16_t> ReadActual(Link& link, const UnitRecord& unit) {
   Address(link, unit, reg::kPresentValue);
   link.ReadReg();
-  if (!link.IsGood(unit.UnitInet)) {
-    return false;
+  const bool is_value = link.IsGood(unit.UnitInet) && link.ComValue != kNoData;
+  return is_value ? std::optional(link.ComValue) : std::nullopt;
+}
+
+std::optional<Notice> WhyNoRamp(const UnitRecord& unit) {
+  if (unit.UnitIncrement < 1) {
+    return Notice{"increment ?", kTitle};
   }
-  return Write(link, unit, reg::kSetpoint, link.ComValue);
+  if (unit.UnitFinal < 1) {
+    return Notice{"final value ?", kTitle};
+  }
+  return std::nullopt;
+}
+
+SwitchOutcome StartRamp(Link& link, const UnitRecord& unit) {
+  if (!ReadActual(link, unit) || !Write(link, unit, reg::kControllerState, controller::kDynamic)) {
+    return {false, NotConnectedNotice()};
+  }
+  const std::optional<std::int16_t> actual = ReadActual(link, unit);
+  if (!actual) {
+    return {true, Notice{kOldSetpoint, kHalfTitle}};
+  }
+  if (!Write(link, unit, reg::kSetpoint, *actual)) {
+    return {true, Notice{kUnsureSetpoint, kHalfTitle}};
+  }
+  return {true, std::nullopt};
 }
 
 }  // namespace
@@ -72,11 +85,15 @@ CtrlButton CtrlButtonOf(std::int16_t controller_state) {
   }
 }
 
-bool SwitchController(Link& link, Dialogs& dialogs, const UnitRecord& unit, CtrlButton button) {
+SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton button) {
   if (button == CtrlButton::kDynamic) {
-    return HasRamp(dialogs, unit) && StartRamp(link, unit);
+    const std::optional<Notice> objection = WhyNoRamp(unit);
+    return objection ? SwitchOutcome{false, objection} : StartRamp(link, unit);
   }
-  return Write(link, unit, reg::kControllerState, StateOf(button));
+  if (!Write(link, unit, reg::kControllerState, StateOf(button))) {
+    return {false, NotConnectedNotice()};
+  }
+  return {true, std::nullopt};
 }
 
 }  // namespace tavrel

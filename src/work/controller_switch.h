@@ -1,6 +1,8 @@
 #ifndef TAVREL_WORK_CONTROLLER_SWITCH_H_
 #define TAVREL_WORK_CONTROLLER_SWITCH_H_
 
+#include <optional>
+
 #include "files/unit_record.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
@@ -14,12 +16,18 @@ enum class CtrlButton : int { kNone = -1, kIsotherm = 0, kDynamic = 1, kOff = 2 
 // rises or falls; what no button stands for shows none.
 [[nodiscard]] CtrlButton CtrlButtonOf(std::int16_t controller_state);
 
+// What became of a wish to switch a controller.
+struct SwitchOutcome {
+  bool IsAcknowledged = false;      // the controller has the new state
+  std::optional<Notice> Objection;  // what is missing, or was not acknowledged, for the user
+};
+
 // Switches the controller of `unit` to what `button` stands for. A ramp needs an increment and a
-// final value, and starts from the actual value: a setpoint of before would make it jump. A box
-// tells what is missing, and nothing is sent. False: it was not switched, or the instrument did
-// not acknowledge all of it; the exchanges stop at the first that fails.
-[[nodiscard]] bool SwitchController(Link& link, Dialogs& dialogs, const UnitRecord& unit,
-                                    CtrlButton button);
+// final value, and starts from the actual value: a setpoint of before would make it jump. So the
+// actual value is read beforehand, too, and without one nothing is sent. The exchanges stop at
+// the first that fails; a controller that is on a ramp then, but has kept its setpoint, is both
+// acknowledged and objected to.
+[[nodiscard]] SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton button);
 
 }  // namespace tavrel
 

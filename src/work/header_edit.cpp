@@ -1,5 +1,6 @@
 #include "work/header_edit.h"
 
+#include "files/open_slots.h"
 #include "platform/file_system.h"
 
 namespace tavrel {
@@ -8,14 +9,11 @@ int OwnerOfViewedFile(const RunState& state) {
   if (state.SlotFile[kViewedFile].empty()) {
     return kViewedFile;
   }
-  const auto viewed = FindFile(state.SlotPath[kViewedFile], state.SlotFile[kViewedFile]);
-  for (int slot = 1; viewed && slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
-    if (state.SlotFile.at(place).empty()) {
-      continue;
-    }
-    const auto own = FindFile(state.SlotPath.at(place), state.SlotFile.at(place));
-    if (own && IsSameFile(*own, *viewed)) {
+  const std::string& directory = state.SlotPath[kViewedFile];
+  const std::string& name = state.SlotFile[kViewedFile];
+  const std::string viewed = FindFile(directory, name).value_or(JoinPath(directory, name));
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(state, slot, viewed)) {
       return slot;
     }
   }

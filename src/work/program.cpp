@@ -46,6 +46,10 @@ std::string MissingIn(const ProgramStep& step) {
   return step.Time < 1 ? "time" : "";
 }
 
+std::string FindingOn(std::size_t row, const std::string& missing) {
+  return "missing: " + missing + " on row " + std::to_string(row);
+}
+
 std::size_t UsedRows(const ProgramRows& rows) {
   const auto last = std::find_if(rows.rbegin(), rows.rend(),
                                  [](const ProgramStep& step) { return step.IsUsed(); });
@@ -70,7 +74,20 @@ std::optional<std::string> ProgramFinding(const ProgramRows& rows) {
   for (std::size_t row = 1; row <= used; ++row) {
     const std::string missing = MissingIn(rows.at(row - 1));
     if (!missing.empty()) {
-      return "missing: " + missing + " on row " + std::to_string(row);
+      return FindingOn(row, missing);
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> StartFinding(const std::vector<ProgramStep>& steps) {
+  for (std::size_t row = 1; row <= steps.size(); ++row) {
+    const ProgramStep& step = steps.at(row - 1);
+    if (step.Status == kEmptyCell) {
+      return FindingOn(row, "status");
+    }
+    if (step.Setpoint == kEmptyCell) {
+      return FindingOn(row, "setpoint");
     }
   }
   return std::nullopt;

@@ -18,6 +18,9 @@ inline constexpr int kProgramRecords = 50;      // records that the editor reads
 inline constexpr int kMostSteps = 49;           // steps that can be run
 inline constexpr int kStepBytes = 8;            // one step in a file: 4 words of 2 bytes
 
+// The title of the box that tells a finding in a program.
+inline constexpr const char* kProgramCheckTitle = "check of program";
+
 // One step, its raw words in the order of the file.
 struct ProgramStep {
   std::int16_t Status = kEmptyCell;     // register Z: 0 off, 2 isotherm, 3 ramp
@@ -38,6 +41,11 @@ using ProgramRows = std::array<ProgramStep, kProgramRows>;
 // missing ("missing: time on row 3"). Empty: it is in order. A setpoint of 0 degrees counts as
 // missing, and a step that switches off needs a setpoint and a time, too.
 [[nodiscard]] std::optional<std::string> ProgramFinding(const ProgramRows& rows);
+
+// What keeps a program file from being started, in the words of ProgramFinding: the first step
+// whose status or setpoint is empty (kEmptyCell), for that is what would be sent. Other words that
+// the editor would miss are taken as they stand.
+[[nodiscard]] std::optional<std::string> StartFinding(const std::vector<ProgramStep>& steps);
 
 // True if no row is used.
 [[nodiscard]] bool IsEmptyProgram(const ProgramRows& rows);

@@ -6,12 +6,12 @@
 #include "common/number.h"
 #include "common/program_file.h"
 #include "common/text.h"
+#include "files/open_slots.h"
 #include "platform/file_system.h"
 
 namespace tavrel {
 namespace {
 
-constexpr const char* kCheckTitle = "check of program";
 constexpr const char* kReadTitle = "Read  file";
 constexpr const char* kWriteTitle = "Write file";
 
@@ -248,7 +248,7 @@ bool ProgramEditor::Check() {
   if (!finding) {
     return true;
   }
-  parts_.dialogs.Message({*finding, kCheckTitle, BoxIcon::kWarning});
+  parts_.dialogs.Message({*finding, kProgramCheckTitle, BoxIcon::kWarning});
   prog_changed_ = prog_changed_ && !IsEmptyProgram(rows_);
   return false;
 }
@@ -258,9 +258,11 @@ bool ProgramEditor::Save() {
     return false;
   }
   const SettingsValues& settings = parts_.state.Settings;
-  const std::string path = JoinPath(settings.ProgPath, settings.ProgFile);
-  const std::string problem = IsInUse(path) ? "The file is in use as a recording file."
-                                            : ReplaceFile(path, ProgramFileBytes(rows_));
+  const std::string path = FindFile(settings.ProgPath, settings.ProgFile)
+                               .value_or(JoinPath(settings.ProgPath, settings.ProgFile));
+  const std::string problem = IsOpenInSlot(parts_.state, path)
+                                  ? "The file is in use as a recording file."
+                                  : ReplaceFile(path, ProgramFileBytes(rows_));
   if (!problem.empty()) {
     parts_.dialogs.Message({settings.ProgFile + ": " + problem, kWriteTitle, BoxIcon::kWarning});
     return false;
@@ -268,18 +270,6 @@ bool ProgramEditor::Save() {
   caption_ = " " + LowerCase(settings.ProgFile);
   prog_changed_ = false;
   return true;
-}
-
-// A slot has the file open: a recording would be lost.
-bool ProgramEditor::IsInUse(const std::string& path) const {
-  const RunState& state = parts_.state;
-  for (int slot = 0; slot <= kSlots; ++slot) {
-    if (!state.SlotFile[slot].empty() &&
-        IsSameFile(path, JoinPath(state.SlotPath[slot], state.SlotFile[slot]))) {
-      return true;
-    }
-  }
-  return false;
 }
 
 void ProgramEditor::Quit() {

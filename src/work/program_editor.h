@@ -115,7 +115,6 @@ class ProgramEditor {
   [[nodiscard]] bool MayGoOn();
   [[nodiscard]] bool Check();
   [[nodiscard]] bool Save();
-  [[nodiscard]] bool IsInUse(const std::string& path) const;
   void Open();
   void Take(const ProgramFile& file);
 

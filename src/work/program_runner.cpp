@@ -1,5 +1,6 @@
 #include "work/program_runner.h"
 
+#include <optional>
 #include <utility>
 
 #include "common/checks.h"
@@ -11,6 +12,21 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kReadTitle = "Read  file";
+
+std::optional<Notice> WhyNotToRun(const std::string& name, const ProgramFile& file) {
+  const std::int64_t steps = file.Records - 1;
+  if (!file.Problem.empty()) {
+    return Notice{name + ": " + file.Problem, kReadTitle};
+  }
+  if (steps < 1) {
+    return Notice{name + "  is damaged !", kReadTitle};
+  }
+  if (steps > kMostSteps) {
+    return Notice{name + "  is too big !", kReadTitle};
+  }
+  const std::optional<std::string> finding = StartFinding(file.Steps);
+  return finding ? std::optional(Notice{*finding, kProgramCheckTitle}) : std::nullopt;
+}
 
 }  // namespace
 
@@ -36,17 +52,9 @@ ProgramStart ProgramRunner::Start(int slot) {
 ProgramStart ProgramRunner::Load(int slot) {
   const SettingsValues& settings = parts_.state.Settings;
   ProgramFile file = ReadProgramFile(JoinPath(settings.ProgPath, settings.ProgFile));
-  const std::int64_t steps = file.Records - 1;
-  std::string objection;
-  if (!file.Problem.empty()) {
-    objection = ": " + file.Problem;
-  } else if (steps < 1) {
-    objection = "  is damaged !";
-  } else if (steps > kMostSteps) {
-    objection = "  is too big !";
-  }
-  if (!objection.empty()) {
-    parts_.dialogs.Message({settings.ProgFile + objection, kReadTitle, BoxIcon::kWarning});
+  const std::optional<Notice> objection = WhyNotToRun(settings.ProgFile, file);
+  if (objection) {
+    parts_.dialogs.Message(*objection);
     return ProgramStart::kNotStarted;
   }
   Begin(slot, std::move(file.Steps));
@@ -135,14 +143,15 @@ bool ProgramRunner::SendStep(int slot, const ProgramStep& step) {
   return Write(reg::kSetpoint, step.Setpoint) && Write(reg::kControllerState, step.Status);
 }
 
-// The ramp starts at the actual value, so that it does not begin with a jump.
+// The ramp starts at the actual value, so that it does not begin with a jump. An instrument that
+// has none now is asked again a minute later.
 bool ProgramRunner::SendRamp(const ProgramStep& step) {
   if (!Write(reg::kFinalValue, step.Setpoint) || !Read(reg::kPresentValue)) {
     return false;
   }
   const std::int16_t actual = parts_.link.ComValue;
-  return Write(reg::kSetpoint, actual) && Write(reg::kIncrement, step.Increment) &&
-         Write(reg::kControllerState, step.Status);
+  return actual != kNoData && Write(reg::kSetpoint, actual) &&
+         Write(reg::kIncrement, step.Increment) && Write(reg::kControllerState, step.Status);
 }
 
 bool ProgramRunner::Write(const char* letter, std::int16_t value) {

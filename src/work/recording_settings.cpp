@@ -5,6 +5,7 @@
 
 #include "common/checks.h"
 #include "common/number.h"
+#include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 
@@ -171,11 +172,9 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   state.PartPrepared = false;
 }
 
-// A file without a sample holds nothing, unless somebody looks at it.
+// A file without a sample holds nothing, unless it is in use elsewhere: somebody looks at it.
 void RecordingSettings::DropEmptyFile(const std::string& path) const {
-  const RunState& state = parts_.state;
-  const auto viewed = FindFile(state.SlotPath[kViewedFile], state.SlotFile[kViewedFile]);
-  if (viewed && IsSameFile(*viewed, path)) {
+  if (IsOpenInSlot(parts_.state, path)) {
     return;
   }
   static_cast<void>(DeleteFile(path));

@@ -63,10 +63,17 @@ void Worksheet::cmd_Ctrl_Click(int index) {
     return;
   }
   const auto button = static_cast<CtrlButton>(index);
-  if (SwitchController(parts_.link, parts_.dialogs, Unit(), button)) {
+  const SwitchOutcome outcome = SwitchController(parts_.link, Unit(), button);
+  if (outcome.IsAcknowledged) {
     values_.CtrlDown = button;
     // The user's word is the last one: an end action that is still to switch off is over.
     parts_.engine.DropStopOrder(Unit().UnitInet, Unit().UnitCtrl);
+  }
+  if (outcome.Objection) {
+    // What the controller really does is looked up beneath the box.
+    parts_.state.TickRefresh = 0;
+    next_step_ = kKind;
+    parts_.dialogs.Message(*outcome.Objection);
   }
 }
 

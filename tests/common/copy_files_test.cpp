@@ -184,6 +184,31 @@ TEST_F(CopyDialog, NeverReplacesAFileThatASlotHasOpen) {
   EXPECT_EQ(Copied("M260103A.OVN"), looked_at);
 }
 
+TEST_F(CopyDialog, ReplacesLinksAndSparesWhatTheyLeadTo) {
+  bench.program.home.Write("kept", "kept");
+  fs::create_symlink(bench.program.home.File("kept"), target + "/M260101A.OVN");
+  fs::create_symlink(bench.program.home.File("nowhere"), target + "/M260102A.OVN");
+  Copy();
+  EXPECT_EQ(Boxes(), (List{Question(), "3  file(s) copied"}));
+  EXPECT_EQ(bench.program.home.Read("kept"), "kept");
+  EXPECT_FALSE(bench.program.home.Exists("nowhere"));
+  EXPECT_FALSE(fs::is_symlink(target + "/M260101A.OVN"));
+  EXPECT_EQ(Copied("M260101A.OVN"), Source("M260101A.OVN"));
+  EXPECT_EQ(Copied("M260102A.OVN"), Source("M260102A.OVN"));
+}
+
+TEST_F(CopyDialog, NeverReplacesAFileInUseThatTheDiskSpellsOtherwise) {
+  bench.WriteFile("Backup", "m260102a.ovn", "recorded to");
+  state.SlotPath[12] = target + "/../Backup";
+  state.SlotFile[12] = "M260102A.OVN";
+  const std::string recorded = Copied("m260102a.ovn");
+  Copy();
+  EXPECT_EQ(Boxes(),
+            (List{Question(), "Cannot copy:M260102A.OVN\nFile is in use", "2  file(s) copied"}));
+  EXPECT_EQ(Copied("m260102a.ovn"), recorded);
+  EXPECT_FALSE(fs::exists(target + "/M260102A.OVN"));
+}
+
 TEST_F(CopyDialog, TellsWhyAFileCannotBeCopiedAndGoesOn) {
   Open();
   fs::remove(bench.program.home.File("tavdat/M260102A.OVN"));

@@ -19,6 +19,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr int kHeader = 1000;  // bytes
+constexpr const char* kShownTexts = "shown.txt";
 
 // The window of the program with `pid`, as the screen's number for it; empty if there is none.
 std::string WindowOf(pid_t pid, const std::string& name) {
@@ -64,7 +65,7 @@ bool InstalledProgram::Prepare(const std::vector<std::string>& arguments) const 
 
 bool InstalledProgram::StartInstruments(const std::vector<std::string>& options) {
   std::vector<std::string> command = {
-      directory_.File("tavrel-instrument"), "--link",  directory_.File("COM1"),     "--control",
+      directory_.File("tavrel-instrument"), "--link",  directory_.File(port_),      "--control",
       directory_.File("control"),           "--truth", directory_.File("truth.txt")};
   command.insert(command.end(), options.begin(), options.end());
   instruments_ = Process(command);
@@ -89,17 +90,34 @@ void InstalledProgram::SetClock(seconds ahead) const {
 }
 
 std::vector<std::string> InstalledProgram::StartCommand() const {
-  const std::string program = directory_.File("tavrel");
-  if (clock_ == OwnClock::kNone) {
-    return {program};
+  std::vector<std::string> command = {"env"};
+  std::string libraries;
+  if (keeps_texts_) {
+    libraries = SHOWN_TEXTS_LIBRARY;
+    command.push_back("TAVREL_SHOWN_TEXTS=" + directory_.File(kShownTexts));
   }
-  return {"env",
-          std::string("LD_PRELOAD=") + FAKETIME_LIBRARY,
-          "FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"),
-          "FAKETIME_NO_CACHE=1",
-          clock_ == OwnClock::kWall ? "DONT_FAKE_MONOTONIC=1" : "DONT_FAKE_MONOTONIC=0",
-          "TZ=CET-1CEST,M3.5.0,M10.5.0/3",
-          program};
+  if (clock_ != OwnClock::kNone) {
+    libraries += (libraries.empty() ? "" : ":") + std::string(FAKETIME_LIBRARY);
+    command.insert(
+        command.end(),
+        {"FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"), "FAKETIME_NO_CACHE=1",
+         clock_ == OwnClock::kWall ? "DONT_FAKE_MONOTONIC=1" : "DONT_FAKE_MONOTONIC=0",
+         "TZ=CET-1CEST,M3.5.0,M10.5.0/3"});
+  }
+  if (!libraries.empty()) {
+    command.push_back("LD_PRELOAD=" + libraries);
+  }
+  command.push_back(directory_.File("tavrel"));
+  return command;
+}
+
+std::vector<std::string> InstalledProgram::ShownTexts() const {
+  std::vector<std::string> texts;
+  std::ifstream file(directory_.File(kShownTexts));
+  for (std::string text; std::getline(file, text);) {
+    texts.push_back(text);
+  }
+  return texts;
 }
 
 bool InstalledProgram::Start() {

@@ -52,11 +52,21 @@ class InstalledProgram {
   // Settings and slots in the words of prepare_installation.
   [[nodiscard]] bool Prepare(const std::vector<std::string>& arguments) const;
 
-  // Starts tavrel-instrument with `options`, linked as COM1; true once the line is up.
+  // Starts tavrel-instrument with `options`, linked as Port(); true once the line is up.
   [[nodiscard]] bool StartInstruments(const std::vector<std::string>& options);
 
   // One control command; true if it was answered by ok.
   [[nodiscard]] bool Tell(const std::string& command) const;
+
+  // The number of the port under which the instruments are linked beside the program; 1 unless
+  // it is said before they start.
+  void UsePort(int number) { port_ = "COM" + std::to_string(number); }
+  [[nodiscard]] const std::string& Port() const { return port_; }
+
+  // From the next start on all that the program tells its user is kept: notices and boxes, each as
+  // one text with "\n" for its line breaks. A box that knows one answer only is answered.
+  void KeepShownTexts() { keeps_texts_ = true; }
+  [[nodiscard]] std::vector<std::string> ShownTexts() const;
 
   // From the next start on the program has a clock that SetClock sets, in a place of the world
   // with summer time: Central Europe.
@@ -85,6 +95,8 @@ class InstalledProgram {
   [[nodiscard]] std::vector<std::string> StartCommand() const;
 
   TemporaryDirectory directory_;
+  std::string port_ = "COM1";
+  bool keeps_texts_ = false;
   OwnClock clock_ = OwnClock::kNone;
   Process instruments_;
   Process program_;

@@ -248,6 +248,31 @@ TEST(Pump, CountsTheBacklogOfItsSlotOnly) {
   EXPECT_EQ(room.state.BacklogCount, 5);
 }
 
+// The reference has handed over its value of the set in hand, so one more set waits than its count
+// says: there is room for 63.
+TEST(Pump, CountsTheSetInHandAmongThoseThatWait) {
+  for (const bool has_reference : {false, true}) {
+    PumpRoom room;
+    room.Open(12, kName, BytesOf(Running(HeaderOf(1, {2, 5}))));
+    room.Open(7, "M011111B.NEW", BytesOf(Running(HeaderOf(3, {2, 5}))));
+    room.state.SampleSeen[7][2] = has_reference;
+    room.engine.TakeUp(7, 832);
+    room.engine.PumpOnce();
+    EXPECT_EQ(room.port.sent, (Telegrams{has_reference ? "X25?" : "X05?"}));
+  }
+}
+
+TEST(Pump, TakesNoCountsFromASimulatedLine) {
+  PumpRoom room;
+  room.link.LinkOpen({"----", 0});
+  room.Open(12, kName, BytesOf(Running(HeaderOf(1, {2, 5}))));
+  room.engine.TakeUp(12, 0);
+  room.Pump(3);
+  room.link.LinkOpen({"COM1", 0});
+  room.Pump(2);
+  EXPECT_EQ(room.port.sent, (Telegrams{"R02?", "X05?"}));
+}
+
 TEST(Pump, DrainsAWholeBufferWithEveryWordInItsPlace) {
   PumpRoom room;
   UnitRecord unit = Running(HeaderOf(15));

@@ -76,6 +76,33 @@ TEST(EndOfRecording, SwitchesTheControllerOff) {
   EXPECT_EQ(room.state.SlotFile[12], kName);
 }
 
+TEST(EndOfRecording, EndsTheProgramOfItsSlotWhetherOrNotTheControllerAnswers) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    for (const bool is_silent : {false, true}) {
+      PumpRoom room;
+      UnitRecord unit = HeaderOf(2, {1});
+      unit.UnitCtrl = 3;
+      unit.UnitEndAction = 1;
+      room.Open(slot, kName, BytesOf(unit));
+      room.state.ProgRunning.fill(true);
+      room.line.silent = is_silent ? std::set<int>{2} : std::set<int>{};
+      room.engine.EndOfRecording(slot);
+      for (int other = 1; other <= kSlots; ++other) {
+        EXPECT_EQ(room.state.ProgRunning[other], other != slot) << slot << is_silent;
+      }
+    }
+  }
+}
+
+TEST(EndOfRecording, LeavesAProgramAloneThatIsNotToBeSwitchedOff) {
+  for (const int end_action : {0, 2, 3}) {
+    ShortFile room(end_action, kName, 4);
+    room.state.ProgRunning[12] = true;
+    room.Pump(1);
+    EXPECT_TRUE(room.state.ProgRunning[12]) << end_action;
+  }
+}
+
 TEST(EndOfRecording, RepeatsTheStopOnceForEachTenSecondsUntilItIsAcknowledged) {
   ShortFile room(1, kName, 4);
   room.line.silent.insert(2);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "files/held_set.h"
 #include "files/recording_file.h"
 #include "tests/files/recording_room.h"
 
@@ -242,6 +243,34 @@ TEST(ReopenRecordingFile, RefusesAFileThatIsNoHeaderOrBelongsToAnotherRecording)
     EXPECT_EQ(room.directory.Read(kName), bytes);
     EXPECT_TRUE(room.state.SlotDirty[1]);
   }
+}
+
+TEST(KeepHeldSet, ReplacesALinkAndSparesWhatItLeadsTo) {
+  for (const bool is_there : {true, false}) {
+    RecordingRoom room;
+    room.Open(1, kName, BytesOf(HeaderOf(2)));
+    if (is_there) {
+      room.directory.Write("kept", "a file of somebody else, longer than what is held there");
+    }
+    std::filesystem::create_symlink("kept", room.directory.File(HeldSetName(kName)));
+    const std::string before = room.directory.Read("kept");
+    room.files.KeepHeldSet(1, 2);
+    EXPECT_EQ(room.directory.Read("kept"), before);
+    EXPECT_EQ(room.directory.Exists("kept"), is_there);
+    EXPECT_FALSE(std::filesystem::is_symlink(room.directory.File(HeldSetName(kName))));
+    EXPECT_EQ(room.directory.Read(HeldSetName(kName)).substr(0, 4), "TAVH");
+  }
+}
+
+TEST(MakeNextFile, ReplacesALinkInThePlaceOfItsHeldSet) {
+  RecordingRoom room;
+  room.Open(1, kName, BytesOf(HeaderOf(2)));
+  room.state.SampleSeen[1][2] = true;
+  room.directory.Write("kept", "a file of somebody else, longer than what is held there");
+  std::filesystem::create_symlink("kept", room.directory.File(HeldSetName("M011111B.NEW")));
+  const std::string before = room.directory.Read("kept");
+  EXPECT_EQ(room.files.MakeNextFile(1), "M011111B.NEW");
+  EXPECT_EQ(room.directory.Read("kept"), before);
 }
 
 }  // namespace

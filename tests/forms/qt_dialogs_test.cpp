@@ -98,6 +98,81 @@ TEST_F(Boxes, EscapeIsNo) {
   EXPECT_FALSE(dialogs.AskYes({"sure ?", "TAVREL", BoxIcon::kQuestion}));
 }
 
+TEST_F(Boxes, EnterTakesTheAnswerThatDoesNoHarmWhereItIsPreset) {
+  PressKey(Qt::Key_Return);
+  EXPECT_TRUE(dialogs.AskOk({"simulate ?", "Settings", BoxIcon::kWarning}));
+  poll.disconnect();
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(dialogs.AskOk({"simulate ?", "Settings", BoxIcon::kWarning, true}));
+  poll.disconnect();
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(dialogs.AskYes({"simulate ?", "Settings", BoxIcon::kWarning, true}));
+  poll.disconnect();
+  PressKey(Qt::Key_Return);
+  dialogs.Message({"text", "title", BoxIcon::kWarning, true});
+}
+
+TEST_F(Boxes, RetryOrExitIsLeftByItsButtonsAndByEscape) {
+  const Notice unreadable{"cannot be read", "TAVREL.USR", BoxIcon::kCritical};
+  QString exit;
+  WhenABoxComes([&exit](QMessageBox* box) {
+    exit = box->button(QMessageBox::Close)->text();
+    box->button(QMessageBox::Retry)->click();
+  });
+  EXPECT_TRUE(dialogs.AskRetryOrExit(unreadable));
+  EXPECT_EQ(exit, "Exit");
+  poll.disconnect();
+  Press(QMessageBox::Close);
+  EXPECT_FALSE(dialogs.AskRetryOrExit(unreadable));
+  poll.disconnect();
+  PressKey(Qt::Key_Escape);
+  EXPECT_FALSE(dialogs.AskRetryOrExit(unreadable));
+}
+
+// A question that nobody waits for.
+class BesideBoxes : public Boxes {
+ protected:
+  QMessageBox* Ask() {
+    dialogs.AskBeside({"simulate ?", "Simulation", BoxIcon::kWarning},
+                      [this](bool yes) { answers.push_back(yes); });
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      auto* box = qobject_cast<QMessageBox*>(window);
+      if (box != nullptr && box->isVisible()) {
+        return box;
+      }
+    }
+    return nullptr;
+  }
+  std::vector<bool> answers;
+};
+
+TEST_F(BesideBoxes, DoNotBlockAndAreAnsweredLater) {
+  QMessageBox* box = Ask();
+  ASSERT_NE(box, nullptr);
+  EXPECT_FALSE(box->isModal());
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  EXPECT_TRUE(answers.empty());
+  box->button(QMessageBox::Yes)->click();
+  EXPECT_EQ(answers, std::vector<bool>{true});
+}
+
+TEST_F(BesideBoxes, MeanNoByEnterEscapeAndTheCloseBox) {
+  QTest::keyClick(Ask(), Qt::Key_Return);
+  QTest::keyClick(Ask(), Qt::Key_Escape);
+  Ask()->close();
+  Ask()->button(QMessageBox::No)->click();
+  EXPECT_EQ(answers, std::vector<bool>(4, false));
+}
+
+TEST_F(BesideBoxes, GoWithTheProgramUnanswered) {
+  {
+    QtDialogs of_a_program(events);
+    of_a_program.AskBeside({"simulate ?", "Simulation", BoxIcon::kWarning},
+                           [this](bool yes) { answers.push_back(yes); });
+  }
+  EXPECT_TRUE(answers.empty());
+}
+
 TEST_F(Boxes, ShowTheNormalPointer) {
   bool has_hourglass = true;
   WhenABoxComes([&has_hourglass](QMessageBox* box) {

@@ -4,8 +4,10 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QTimer>
 #include <QWidget>
+#include <functional>
 
 #include "tests/support/wait_until.h"
 
@@ -17,8 +19,10 @@ using std::chrono::milliseconds;
 class PaintCounter : public QWidget {
  public:
   int paints = 0;
+  int keys = 0;
 
  protected:
+  void keyPressEvent(QKeyEvent* /*event*/) override { ++keys; }
   void paintEvent(QPaintEvent* /*event*/) override { ++paints; }
 };
 
@@ -85,6 +89,46 @@ TEST_F(EventLoop, RestTakesItsTimeAndPaintsAndLetsTimersWait) {
   EXPECT_EQ(window.paints, 1);
   EXPECT_EQ(ticks, 0);
   EXPECT_TRUE(WaitUntil([this] { return ticks > 0; }));
+}
+
+TEST_F(EventLoop, WorkForWhenItIsIdleRunsOnceAndTheLastOneOnly) {
+  int first = 0;
+  int second = 0;
+  events.WhenIdle([&first] { ++first; });
+  events.WhenIdle([&second] { ++second; });
+  EXPECT_EQ(second, 0) << "not before its caller has returned";
+  EXPECT_TRUE(WaitUntil([&second] { return second > 0; }));
+  EXPECT_TRUE(WaitUntil([this, seen = ticks] { return ticks > seen + 3; }));
+  EXPECT_EQ(first, 0);
+  EXPECT_EQ(second, 1);
+}
+
+// Work that asks for itself again, as a pump does that goes from exchange to exchange.
+TEST_F(EventLoop, WorkForWhenItIsIdleKeepsNothingElseWaiting) {
+  int works = 0;
+  std::function<void()> work = [&] {
+    ++works;
+    window.update();
+    events.WhenIdle(work);
+  };
+  events.WhenIdle(work);
+  const int before = works;
+  bool called = false;
+  QMetaObject::invokeMethod(
+      &window, [&called] { called = true; }, Qt::QueuedConnection);
+  QCoreApplication::postEvent(
+      &window, new QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a")));
+  EXPECT_TRUE(
+      WaitUntil([&] { return called && ticks > 5 && window.paints > 5 && window.keys == 1; }));
+  EXPECT_GT(works, before + 5);
+}
+
+TEST_F(EventLoop, WorkForWhenItIsIdleWaitsWhileARuleRests) {
+  int works = 0;
+  events.WhenIdle([&works] { ++works; });
+  events.Rest(milliseconds(40));
+  EXPECT_EQ(works, 0);
+  EXPECT_TRUE(WaitUntil([&works] { return works == 1; }));
 }
 
 TEST_F(EventLoop, PointerIsSetOnceHoweverOftenItIsAskedFor) {

@@ -90,6 +90,60 @@ TEST_F(Sheet, ShowsASilentInstrumentInOrangeAndAsksItOnlyOnceARow) {
   EXPECT_EQ(bench.Row(3).lb_Cstat, "iso");
 }
 
+// What the sheet remembers as shown is dropped whenever a slot's file changes or a screen is
+// rebuilt. The cells must not outlive it.
+TEST_F(Sheet, ShowsNoValuesOfADeadInstrumentAfterItForgetsWhatItHasShown) {
+  StartThreeSlots();
+  for (const int slot : {1, 3, 4}) {
+    const int inet = slot == 1 ? 1 : 2;
+    const int ctrl = slot == 4 ? 2 : 1;
+    bench.line.silent.clear();
+    Set(inet, 'Y', 2, 504);
+    Set(inet, 'Y', 1, 20000);
+    Set(inet, 'Z', ctrl, 2);
+    Pass();
+    ASSERT_EQ(bench.Row(slot).lb_Ref, "25.2");
+    ASSERT_FALSE(bench.Row(slot).lb_Ctrl.empty());
+    ASSERT_EQ(bench.Row(slot).lb_Cstat, "iso");
+    bench.state.SheetReset = false;
+    bench.line.silent = {inet};
+    Pass();
+    EXPECT_EQ(bench.Row(slot).sh_TavNo, kOrange);
+    EXPECT_EQ(bench.Row(slot).lb_Ref, "") << slot;
+    EXPECT_EQ(bench.Row(slot).lb_Ctrl, "") << slot;
+    EXPECT_EQ(bench.Row(slot).lb_Cstat, "") << slot;
+    EXPECT_EQ(bench.Row(slot).sh_Cstat, kGrey) << slot;
+  }
+}
+
+TEST_F(Sheet, ShowsNoStateOfAControllerThatHasNoneAfterItForgetsWhatItHasShown) {
+  StartThreeSlots();
+  Set(1, 'Z', 1, 2);
+  Set(1, 'Y', 2, 504);
+  Pass();
+  Set(1, 'Z', 1, -1);
+  Set(1, 'Y', 2, -32768);
+  bench.state.SheetReset = false;
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Cstat, "");
+  EXPECT_EQ(bench.Row(1).sh_Cstat, kGrey);
+  EXPECT_EQ(bench.Row(1).lb_Ref, "");
+}
+
+TEST_F(Sheet, KeepsWhatIsNoValueWhenItForgetsWhatItHasShown) {
+  StartThreeSlots();
+  Pass();
+  bench.sheet.tx_Des_Change(1, " half typed");
+  bench.state.SheetReset = false;
+  Pass();
+  EXPECT_TRUE(bench.Row(1).Sheet);
+  EXPECT_EQ(bench.Row(1).tx_Des, " half typed");
+  EXPECT_TRUE(bench.Row(1).tx_DesEnabled);
+  EXPECT_TRUE(bench.Row(1).imgTavSel);
+  EXPECT_EQ(bench.Row(1).lb_File, "m260314a.ovn");
+  EXPECT_EQ(bench.Row(1).lb_TavNo, "1");
+}
+
 TEST_F(Sheet, TellsTheRecordingByWordAndColour) {
   StartThreeSlots();
   bench.state.SampleLimit[1] = 100;

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 
 #include "tests/support/bench_program.h"
+#include "tests/support/hindrance.h"
 
 namespace tavrel {
 namespace {
@@ -46,6 +48,28 @@ TEST_F(Start, RefusesASecondCopy) {
   EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kInformation);
 }
 
+TEST_F(Start, AsksAgainWhileNobodyCanTellWhetherACopyRuns) {
+  int times = 0;
+  const auto take_lock = [&times](const std::string&) {
+    return ++times < 3 ? LockTaking(false, "Too many open files") : LockTaking(true);
+  };
+  bench.dialogs.retry = true;
+  EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), take_lock));
+  EXPECT_EQ(times, 3);
+  ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot find out if the program is already running !\n\n" +
+                                             bench.home.File("TAVREL.LCK") +
+                                             "\nToo many open files");
+}
+
+TEST_F(Start, EndsIfNobodyCanTellWhetherACopyRunsAndTheUserGivesUp) {
+  bench.dialogs.retry = false;
+  EXPECT_FALSE(bench.start_up.SplashLoad(
+      bench.home.Path(), [](const std::string&) { return LockTaking(false, "No locks"); }));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Icon, BoxIcon::kCritical);
+}
+
 TEST_F(Start, RefusesAnIncompleteInstallation) {
   std::filesystem::remove(bench.home.File(kGermanManual));
   EXPECT_FALSE(
@@ -72,12 +96,94 @@ TEST_F(Start, LocksTheDirectoryOfItsSettings) {
   EXPECT_EQ(locked, bench.home.File("TAVREL.LCK"));
 }
 
+// What the system answers when the program looks where it is.
+class Probe : public Start {
+ protected:
+  static bool TakeLock(const std::string& /*path*/) { return true; }
+};
+
+TEST_F(Probe, ThatFailsDoesNotMoveTheProgramToOtherSettings) {
+  auto none = std::make_unique<NoHandlesLeft>();
+  bench.dialogs.retry = true;
+  bench.dialogs.on_box = [&none] { none.reset(); };
+  EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), TakeLock));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_NE(bench.dialogs.boxes[0].Text.find("Too many open files"), std::string::npos);
+  EXPECT_EQ(bench.state.DataHome, bench.home.Path() + "/");
+}
+
+TEST_F(Probe, ThatFailsEndsTheProgramAtTheUsersWish) {
+  bench.state.DataHome.clear();
+  bool locked = false;
+  bench.dialogs.retry = false;
+  {
+    const NoHandlesLeft none;
+    EXPECT_FALSE(bench.start_up.SplashLoad(bench.home.Path(), [&locked](const std::string&) {
+      locked = true;
+      return true;
+    }));
+  }
+  EXPECT_FALSE(locked);
+  EXPECT_EQ(bench.state.DataHome, "");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
+}
+
+TEST_F(Probe, ThatIsNotAllowedMovesTheProgramToTheUsersOwnDirectory) {
+  std::filesystem::permissions(bench.home.Path(), std::filesystem::perms(0555));
+  const TemporaryDirectory own;
+  std::filesystem::permissions(own.Path(), std::filesystem::perms(0777));
+  setenv("XDG_DATA_HOME", own.Path().c_str(), 1);
+  {
+    const WithoutRights nobody;
+    EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), TakeLock));
+  }
+  unsetenv("XDG_DATA_HOME");
+  std::filesystem::permissions(bench.home.Path(), std::filesystem::perms(0755));
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+  EXPECT_EQ(bench.state.DataHome, own.File("tavrel/"));
+  EXPECT_TRUE(own.Exists("tavrel"));
+}
+
+TEST_F(Start, AsksAgainForSettingsThatCannotBeRead) {
+  ASSERT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
+  MakeUnreadable(bench.home.File("TAVREL.USR"));
+  bench.dialogs.retry = true;
+  bench.dialogs.on_box = [this] {
+    if (bench.dialogs.boxes.size() == 3) {
+      std::filesystem::remove(bench.home.File("TAVREL.USR"));
+      bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"ACTIVE02:: M260314A.OVN\"\r\n");
+    }
+  };
+  EXPECT_TRUE(bench.start_up.SplashShow().has_value());
+  ASSERT_EQ(bench.dialogs.boxes.size(), 3U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.USR");
+  EXPECT_NE(bench.dialogs.boxes[0].Text.find("Too many levels of symbolic links"),
+            std::string::npos);
+  EXPECT_EQ(bench.state.Settings.ActiveFiles[1], "M260314A.OVN");
+  EXPECT_FALSE(bench.state.FirstRun);
+}
+
+TEST_F(Start, LeavesSettingsAloneThatCannotBeRead) {
+  ASSERT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
+  const std::string settings = "\"VERSION:: 6.1\"\r\n\"ACTIVE02:: M260314A.OVN\"\r\n";
+  bench.home.Write("TAVREL.USR", settings);
+  bench.dialogs.retry = false;
+  {
+    const NoHandlesLeft none;
+    EXPECT_FALSE(bench.start_up.SplashShow().has_value());
+  }
+  EXPECT_NE(bench.settings.SettingsSave(), "");
+  EXPECT_EQ(bench.home.Read("TAVREL.USR"), settings);
+}
+
 TEST_F(Start, GreetsInTheLanguageOfTheSettings) {
   ASSERT_TRUE(
       bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
-  EXPECT_EQ(bench.start_up.SplashShow().cmdStart, " ... to start hit any key ... ");
+  EXPECT_EQ(bench.start_up.SplashShow()->cmdStart, " ... to start hit any key ... ");
   bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"HELPLANG:: german\"\r\n");
-  const SplashValues splash = bench.start_up.SplashShow();
+  const SplashValues splash = bench.start_up.SplashShow().value();
   EXPECT_EQ(splash.cmdStart, " Start  (beliebige Taste) ");
   EXPECT_EQ(splash.lbRelease, "release   2446");
 }

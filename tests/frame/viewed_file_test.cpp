@@ -211,6 +211,28 @@ TEST_F(ViewedFile, DoesNotDisturbTheSlotsThatRecord) {
   EXPECT_EQ(bench.Row(0).lb_File, "m250101a.ovn");
 }
 
+TEST_F(ViewedFile, LeavesNoValuesOfAnInstrumentThatDiesWhileItIsLookedAt) {
+  bench.line.registers[{1, 'Y', 2}] = 504;
+  bench.line.registers[{1, 'Y', 1}] = 20000;
+  bench.Start();
+  bench.Run(6);
+  ASSERT_EQ(bench.Row(1).lb_Ref + bench.Row(1).lb_Ctrl, "25.21000.0");
+  bench.screens.on_show = [this](View view) {
+    if (view == View::kAllOpen) {
+      bench.state.Settings.OpenFile = "M250101A.OVN";
+      bench.state.Settings.OpenPath = path;
+    } else {
+      bench.line.silent = {1};
+    }
+  };
+  bench.sheet.cmd_Open_Click();
+  bench.Run(6);
+  EXPECT_EQ(bench.Row(1).sh_TavNo, kOrange);
+  EXPECT_EQ(bench.Row(1).lb_Ref + bench.Row(1).lb_Ctrl + bench.Row(1).lb_Cstat, "");
+  EXPECT_EQ(bench.Row(0).lb_File, "m250101a.ovn") << "the viewed file is served by no pass";
+  EXPECT_EQ(bench.Row(0).lb_TavNo, "5");
+}
+
 TEST_F(ViewedFile, IsSavedAndClosedAtTheEndOfTheProgram) {
   bench.Start();
   Open("M250101A.OVN");

@@ -32,11 +32,11 @@ class TheExport : public testing::Test {
   }
   std::string Ascii() {
     SampleReader reader(file);
-    return AsciiText(table, mark, reader);
+    return AsciiText(table, mark, reader).value();
   }
-  std::optional<std::string> Clip() {
+  std::string Clip() {
     SampleReader reader(file);
-    return ClipboardText(table, mark, reader);
+    return std::get<std::string>(ClipboardText(table, mark, reader));
   }
   std::string Degrees(int word) { return DegreesText(word, mark); }
 
@@ -77,18 +77,18 @@ TEST_F(TheExport, MakesTheTextOfTheClipboard) {
 TEST_F(TheExport, WritesWindows1252IntoTheFileAndUnicodeToTheClipboard) {
   AddColumn(2, "Ofen-Tür");
   EXPECT_NE(Ascii().find("\"column 04 =  Ofen-T\xFCr            \"\r\n"), std::string::npos);
-  EXPECT_NE(Clip()->find("\"column 04  Ofen-Tür            \"\r\n"), std::string::npos);
+  EXPECT_NE(Clip().find("\"column 04  Ofen-Tür            \"\r\n"), std::string::npos);
 }
 
 TEST_F(TheExport, TakesTheDecimalMarkForValuesOnly) {
   mark = ",";
   EXPECT_NE(Ascii().find("\r\n60; 5,05; -1638,40; \r\n"), std::string::npos);
   EXPECT_NE(Ascii().find("M260314A.OVN"), std::string::npos);
-  EXPECT_NE(Clip()->find("\r\n60\t5,05\t-1638,40\r\n"), std::string::npos);
+  EXPECT_NE(Clip().find("\r\n60\t5,05\t-1638,40\r\n"), std::string::npos);
   mark = "\xD9\xAB";  // a mark that Windows-1252 does not have
   EXPECT_NE(Ascii().find("\r\n60; 5?05; "), std::string::npos);
-  EXPECT_NE(Clip()->find("\t5\xD9\xAB"
-                         "05\t"),
+  EXPECT_NE(Clip().find("\t5\xD9\xAB"
+                        "05\t"),
             std::string::npos);
 }
 
@@ -111,6 +111,7 @@ TEST_F(TheExport, CountsTheTimeInWholeSecondsWithoutAnExponent) {
   table.FirstRecord = 501;
   table.LastRecord = 501 + 32199;
   table.Columns.resize(1);
+  home.Write("M260314A.OVN", BytesOf(HeaderOf(1)) + std::string(std::size_t{2} * 32202, '\0'));
   const std::string text = Ascii();
   EXPECT_NE(text.find("\r\n36000; "), std::string::npos);
   EXPECT_NE(text.find("\r\n1159200000; "), std::string::npos);  // 32200 rows of ten hours
@@ -120,7 +121,7 @@ TEST_F(TheExport, CountsTheTimeInWholeSecondsWithoutAnExponent) {
 TEST_F(TheExport, HasOnlyAHeadWithoutRows) {
   table.LastRecord = 500;
   EXPECT_TRUE(Ascii().ends_with("-\"\r\n"));
-  EXPECT_TRUE(Clip()->ends_with("-\"\r\n"));
+  EXPECT_TRUE(Clip().ends_with("-\"\r\n"));
 }
 
 TEST_F(TheExport, TakesTheOneRowThatIsFirstAndLast) {
@@ -135,25 +136,45 @@ TEST_F(TheExport, PutsBlanksForWhatWouldBreakALine) {
   EXPECT_NE(Ascii().find("\"column 03 =  w ll                \"\r\n"), std::string::npos);
 }
 
-TEST_F(TheExport, GoesOnFlatWhereTheFileEnds) {
+TEST_F(TheExport, IsNoneWhereTheFileEndsBeforeItsRows) {
   table.LastRecord = 512;
-  EXPECT_TRUE(Ascii().ends_with("120; 1.00; 1.00; \r\n"));
+  SampleReader reader(file);
+  EXPECT_EQ(AsciiText(table, mark, reader), std::nullopt);
+  EXPECT_EQ(std::get<ClipboardFault>(ClipboardText(table, mark, reader)),
+            ClipboardFault::kUnreadable);
 }
 
-// One column of a file that has a single word and goes on flat with 5.10.
+TEST_F(TheExport, IsNoneOfAFileThatIsClosed) {
+  file.Close();
+  SampleReader reader(file);
+  EXPECT_EQ(AsciiText(table, mark, reader), std::nullopt);
+}
+
+// One column with 5.10 in each row.
 class ALongText : public TheExport {
  protected:
   ALongText() {
-    home.Write("one.bin", BytesOf(HeaderOf(1)) + Words({102}));
+    std::string rows;
+    for (int row = 0; row < 6000; ++row) {
+      rows += Words({102});
+    }
+    home.Write("one.bin", BytesOf(HeaderOf(1)) + rows);
     EXPECT_TRUE(one.Open(home.File("one.bin"), FileAccess::kRead));
     table.Columns.resize(1);
     table.Channels = 1;
     table.FirstRecord = 500;
   }
-  std::optional<std::string> TextOf(int rows) {
+  // The size of the text in bytes; nothing if it is too long.
+  std::optional<std::size_t> SizeOf(int rows) {
     table.LastRecord = 499 + rows;
     SampleReader reader(one);
-    return ClipboardText(table, mark, reader);
+    const auto made = ClipboardText(table, mark, reader);
+    const auto* const text = std::get_if<std::string>(&made);
+    if (text == nullptr) {
+      EXPECT_EQ(std::get<ClipboardFault>(made), ClipboardFault::kTooLong);
+      return std::nullopt;
+    }
+    return text->size();
   }
   RandomFile one;
 };
@@ -162,11 +183,9 @@ class ALongText : public TheExport {
 // 15: 227 + 108 + 1170 + 12600 = 14105, and 3326 more rows make 63995.
 TEST_F(ALongText, StopsBeyond64000Characters) {
   table.RecInterval = 10000;
-  ASSERT_EQ(TextOf(0)->size(), 227U);
-  const auto most = TextOf(999 + 3326);
-  ASSERT_TRUE(most);
-  EXPECT_EQ(most->size(), 63995U);
-  EXPECT_EQ(TextOf(999 + 3327), std::nullopt);
+  ASSERT_EQ(SizeOf(0), 227U);
+  EXPECT_EQ(SizeOf(999 + 3326), 63995U);
+  EXPECT_EQ(SizeOf(999 + 3327), std::nullopt);
 }
 
 // 224 characters, then 9 rows of 9, 90 of 10, 900 of 11 and 4407 of 12 make 63989; twenty of them
@@ -174,10 +193,8 @@ TEST_F(ALongText, StopsBeyond64000Characters) {
 TEST_F(ALongText, CountsCharactersAndNotBytes) {
   table.RecInterval = 10;
   table.Columns[0].Name.Set("ÄÖÜÄÖÜÄÖÜÄÖÜÄÖÜÄÖÜÄÖ");
-  const auto most = TextOf(999 + 4407);
-  ASSERT_TRUE(most);
-  EXPECT_EQ(most->size(), 64009U);
-  EXPECT_EQ(TextOf(999 + 4408), std::nullopt);
+  EXPECT_EQ(SizeOf(999 + 4407), 64009U);
+  EXPECT_EQ(SizeOf(999 + 4408), std::nullopt);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -192,13 +194,47 @@ TEST(Curves, AreNeverDrawnTwiceAtATime) {
   EXPECT_EQ(bench.ImgC(kOverview).LinesOf(kRed).size(), 51U);
 }
 
-TEST(Curves, RunOnFlatWhereTheFileCannotBeRead) {
+// Column 1 of row 12 is the first word that the cut file does not have.
+TEST(Curves, EndWhereAFileThatWasCutEnds) {
   GraphBench bench;
-  bench.LoadAndOpen(bench.Slopes(10));
-  bench.program.state.SampleCount[GraphBench::kSlot] = 20;  // more than there are
+  bench.LoadAndOpen(bench.Slopes(20));
+  std::filesystem::resize_file(bench.program.home.File("tavdat/M260314A.OVN"), 1000 + 12 * 6);
   bench.Tick();
   EXPECT_EQ(bench.ImgC(kOverview).LinesOf(kRed).back().At,
-            (Segment{500 + 3 * 17, 309, 500 + 3 * 18, 309, kRed}));
+            (Segment{500 + 3 * 10, 210, 500 + 3 * 11, 211, kRed}));
+}
+
+TEST(Curves, HaveAGapWhereTheFileCouldNotBeRead) {
+  GraphBench bench;
+  bench.LoadAndOpen(bench.Slopes(20));
+  const std::string path = bench.program.home.File("tavdat/M260314A.OVN");
+  const std::string whole = bench.program.home.Read("tavdat/M260314A.OVN");
+  std::filesystem::resize_file(path, 1000 + 12 * 6);
+  bench.Tick();
+  bench.program.home.Write("tavdat/M260314A.OVN", whole + whole.substr(1000));
+  bench.program.state.SampleCount[1] = 40;
+  bench.Tick();
+  const std::vector<Segment> lines = Segments(bench.ImgC(kOverview).LinesOf(kRed));
+  EXPECT_GT(lines.back().X2, 500 + 3 * 30);
+  for (const Segment& line : lines) {
+    EXPECT_TRUE(line.X2 <= 500 + 3 * 11 || line.X1 >= 500 + 3 * 19) << line.X1;
+  }
+}
+
+TEST(Curves, HaveTheGapInTheRelativeModesToo) {
+  for (const int mode : {1, 2}) {
+    GraphBench bench;
+    bench.header.UnitGraphMode = static_cast<std::int16_t>(mode);
+    bench.LoadAndOpen(bench.Slopes(40));
+    bench.ShowPart({0, 100}, {39, 600});
+    const std::string path = bench.program.home.File("tavdat/M260314A.OVN");
+    std::filesystem::resize_file(path, 1000 + 12 * 6);
+    bench.program.state.PartPrepared = false;
+    bench.Tick();
+    const auto lines = bench.ImgC(kPartView).LinesOf(kRed);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back().At.X2, 500 + 3 * 11);
+  }
 }
 
 TEST(Curves, MayBeNone) {

@@ -154,6 +154,36 @@ TEST_F(TheOutput, TellsOfAFullDisk) {
   ExpectAllIsBack();
 }
 
+TEST_F(TheOutput, WritesNoTextOfAFileThatWasCut) {
+  for (const std::string& old : {std::string(), std::string("old")}) {
+    program.dialogs.boxes.clear();
+    if (!old.empty()) {
+      program.home.Write("tavdat/OUT.ASC", old);
+    }
+    std::filesystem::resize_file(Path(kName), 1000 + 6 * 60 + 5);  // in the last row of the view
+    source = FileBytes(kName);
+    WatchBoxes();
+    Choose("OUT.ASC");
+    output.MnuASCII_Click();
+    EXPECT_THAT(Boxes(), ElementsAre("ASCII - file|M260314A.OVN cannot be read to its end."));
+    EXPECT_EQ(Exists("OUT.ASC"), !old.empty());
+    EXPECT_EQ(Exists("OUT.ASC") ? FileBytes("OUT.ASC") : "", old);
+    EXPECT_TRUE(idle_in_box);
+    ExpectAllIsBack();
+  }
+}
+
+TEST_F(TheOutput, LeavesTheClipboardAloneWhenTheFileWasCut) {
+  program.clipboard.text = "old";
+  std::filesystem::resize_file(Path(kName), 1000 + 6 * 20);
+  source = FileBytes(kName);
+  output.MnuData_Click();
+  ASSERT_EQ(Boxes().size(), 2U);
+  EXPECT_EQ(Boxes()[1], "clipboard|M260314A.OVN cannot be read to its end.");
+  EXPECT_EQ(program.clipboard.text, "old");
+  ExpectAllIsBack();
+}
+
 TEST_F(TheOutput, RefusesWithoutCurvesBeforeAnyDialog) {
   Unit().UnitColour.fill(0);
   program.state.OverPrepared = false;

@@ -38,30 +38,31 @@ TEST_F(SampleReaderTest, ReadsForwardsBackwardsAndAcrossItsWindow) {
 TEST_F(SampleReaderTest, GivesDegreesInStepsOfATwentieth) {
   Write(600);
   SampleReader reader(file);
-  EXPECT_DOUBLE_EQ(reader.Degrees(503), 25.15);
+  EXPECT_DOUBLE_EQ(reader.Degrees(503).value(), 25.15);
 }
 
-TEST_F(SampleReaderTest, KeepsTheValueBeforeWhereThereIsNoWord) {
+TEST_F(SampleReaderTest, HasNoValueWhereThereIsNoWord) {
   Write(600, "x");  // and half a word
   SampleReader reader(file);
-  EXPECT_EQ(reader.Word(700), 0);
+  EXPECT_EQ(reader.Word(700), std::nullopt);
   EXPECT_EQ(reader.Word(600), 600);
-  EXPECT_EQ(reader.Word(601), 600);
-  EXPECT_EQ(reader.Word(32700), 600);
-  EXPECT_EQ(reader.Word(0), 600);
-  EXPECT_EQ(reader.Word(-5), 600);
+  EXPECT_EQ(reader.Word(601), std::nullopt);
+  EXPECT_EQ(reader.Degrees(601), std::nullopt);
+  EXPECT_EQ(reader.Word(32700), std::nullopt);
+  EXPECT_EQ(reader.Word(0), std::nullopt);
+  EXPECT_EQ(reader.Word(-5), std::nullopt);
   EXPECT_EQ(reader.Word(7), 7);
 }
 
-TEST_F(SampleReaderTest, KeepsTheValueBeforeOnAClosedFile) {
+TEST_F(SampleReaderTest, HasNoValueOfAClosedFile) {
   SampleReader reader(file);
-  EXPECT_EQ(reader.Word(501), 0);
+  EXPECT_EQ(reader.Word(501), std::nullopt);
 }
 
 TEST_F(SampleReaderTest, SeesWhatTheFileGainsBehindItsEnd) {
   Write(600);
   SampleReader reader(file);
-  EXPECT_EQ(reader.Word(601), 0);
+  EXPECT_EQ(reader.Word(601), std::nullopt);
   Write(700);
   EXPECT_EQ(reader.Word(601), 601);
 }

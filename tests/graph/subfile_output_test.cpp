@@ -191,6 +191,15 @@ TEST_F(TheSubfileCommand, LeavesEverythingAsItWasOnAFullDisk) {
   EXPECT_EQ(program.events.pointers.back(), Pointer::kNormal);
 }
 
+TEST_F(TheSubfileCommand, WritesNothingOfAFileThatWasCut) {
+  std::filesystem::resize_file(program.home.File(std::string("tavdat/") + kName), 1000 + 6 * 40);
+  Save("SCUT.OVN");
+  EXPECT_THAT(Boxes(), ElementsAre("write subfile|M260314A.OVN cannot be read to its end."));
+  EXPECT_FALSE(Exists("SCUT.OVN"));
+  EXPECT_TRUE(program.state.GraphIdle);
+  EXPECT_TRUE(idle_in_box);
+}
+
 TEST_F(TheSubfileCommand, TellsOfADirectoryThatCannotBeWritten) {
   {
     const ReadOnlyMedium medium(program.home.File("tavdat"),

@@ -32,7 +32,7 @@ class TheSubfile : public testing::Test {
   UnitRecord Header() { return SubfileHeader(source, cut); }
   std::string Rows() {
     SampleReader reader(file);
-    return SubfileBytes(source, Header(), cut, reader).substr(kHeaderBytes);
+    return SubfileBytes(source, Header(), cut, reader).value().substr(kHeaderBytes);
   }
 
   TemporaryDirectory home;
@@ -94,7 +94,14 @@ TEST_F(TheSubfile, RoundsTheLengthOfItsAxisToEven) {
 
 TEST_F(TheSubfile, BeginsWithTheHeaderInFileOrder) {
   SampleReader reader(file);
-  EXPECT_EQ(SubfileBytes(source, Header(), cut, reader).substr(0, kHeaderBytes), BytesOf(Header()));
+  EXPECT_EQ(SubfileBytes(source, Header(), cut, reader).value().substr(0, kHeaderBytes),
+            BytesOf(Header()));
+}
+
+TEST_F(TheSubfile, IsNoneWhereTheFileEndsBeforeItsRows) {
+  cut.LastRecord = 516;
+  SampleReader reader(file);
+  EXPECT_EQ(SubfileBytes(source, Header(), cut, reader), std::nullopt);
 }
 
 TEST(SubfileName, HasAnSForItsFirstLetter) {

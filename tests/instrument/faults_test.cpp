@@ -55,6 +55,17 @@ TEST_F(FaultyLine, LateReplyIsHeldBack) {
   EXPECT_EQ(bench.truth.rows.back(), "handed 2 1 1 fate 3");
 }
 
+TEST_F(FaultyLine, NoValueConcernsPresentValuesAlone) {
+  Set(2, Fault::kNoValue);
+  EXPECT_EQ(bench.Say("Y11?"), "8000\r");
+  EXPECT_EQ(bench.Say("Y1F?"), "8000\r");
+  EXPECT_NE(bench.Say("X11?"), "8000\r");
+  EXPECT_EQ(bench.Say("W11?"), "0000\r");
+  EXPECT_NE(bench.Say("Y01?"), "8000\r") << "another instrument";
+  bench.line.FaultsOf(2)->Clear();
+  EXPECT_NE(bench.Say("Y11?"), "8000\r");
+}
+
 TEST_F(FaultyLine, ByteByByteHasPauses) {
   Set(1, Fault::kByteByByte, "12");
   EXPECT_EQ(bench.Say("W01?"), "03E8\r");

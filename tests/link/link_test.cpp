@@ -359,6 +359,13 @@ TEST_F(LinkOnALine, TrustsAReplyThatStandsAlone) {
   EXPECT_EQ(link.ComValue, 0x1111);
 }
 
+TEST_F(LinkOnALine, WatchesAFasterLineForALittleShorter) {
+  Open(2);
+  port.answer = [](const std::string&) { return "1111\r"; };
+  Ask(1, "X", 5);
+  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.EndsWithReply()); }), milliseconds(12));
+}
+
 TEST_F(LinkOnALine, EndsOnALineThatNeverFallsSilent) {
   Open(0);
   for (int at = 0; at < 5000; at += 5) {
@@ -477,6 +484,7 @@ TEST_F(LinkOnALine, OpensALostPortAgainOnlyWhenAsked) {
   link.ReopenIfLost();
   EXPECT_TRUE(link.PortOpen);
   EXPECT_EQ(port.opened.back().first, 3);
+  EXPECT_EQ(port.reopened, 2);
 
   port.answer = [](const std::string&) { return "0001\r"; };
   LetTheLineRest();

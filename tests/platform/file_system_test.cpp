@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/support/hindrance.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {
@@ -88,6 +89,37 @@ TEST_F(FileSystemTest, FindFileDoesNotLeaveTheDirectory) {
   EXPECT_EQ(FindFile(directory_.Path(), "/A.X"), std::nullopt);
 }
 
+TEST_F(FileSystemTest, HoldsNameSeesWhateverBearsTheName) {
+  directory_.Write("file.new", "");
+  fs::create_directory(directory_.File("DIR.NEW"));
+  ASSERT_EQ(mkfifo(directory_.File("Pipe.New").c_str(), 0600), 0);
+  fs::create_symlink("nowhere", directory_.File("link.new"));
+  for (const char* const name : {"FILE.NEW", "DIR.NEW", "PIPE.NEW", "LINK.NEW", "link.new"}) {
+    EXPECT_TRUE(HoldsName(directory_.Path(), name)) << name;
+  }
+  EXPECT_FALSE(HoldsName(directory_.Path(), "OTHER.NEW"));
+  EXPECT_FALSE(HoldsName(directory_.File("missing"), "FILE.NEW"));
+}
+
+TEST_F(FileSystemTest, IsAbsentIsSureOfIt) {
+  directory_.Write("A", "");
+  fs::create_symlink("nowhere", directory_.File("L"));
+  EXPECT_TRUE(IsAbsent(directory_.File("B")));
+  EXPECT_FALSE(IsAbsent(directory_.File("A")));
+  EXPECT_FALSE(IsAbsent(directory_.File("L")));
+  EXPECT_FALSE(IsAbsent(directory_.File(std::string(300, 'x'))));  // the system cannot tell
+}
+
+TEST_F(FileSystemTest, DeleteLinkSparesAllElse) {
+  directory_.Write("A", "abc");
+  fs::create_symlink("A", directory_.File("L"));
+  DeleteLink(directory_.File("L"));
+  DeleteLink(directory_.File("A"));
+  DeleteLink(directory_.File("missing"));
+  EXPECT_EQ(Names(), 1U);
+  EXPECT_EQ(directory_.Read("A"), "abc");
+}
+
 TEST_F(FileSystemTest, HoldsAnyFileCountsPlainVisibleFiles) {
   EXPECT_FALSE(HoldsAnyFile(directory_.Path()));
   fs::create_directory(directory_.File("sub"));
@@ -117,6 +149,82 @@ TEST_F(FileSystemTest, IsWritableTriesAndLeavesNothingBehind) {
   EXPECT_EQ(Names(), 0U);
   EXPECT_FALSE(IsWritable(directory_.File("missing")));
   EXPECT_FALSE(IsWritable("/proc/self"));
+}
+
+TEST_F(FileSystemTest, QuestionsAreAnsweredWithNoWhereNothingIs) {
+  NoAnswer no_answer{Failure::kOther, "old"};
+  EXPECT_EQ(FindFile(directory_.File("missing"), "A.X", no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_EQ(FindFile(directory_.Path(), std::string(300, 'A'), no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone) << "no file can have so long a name";
+  EXPECT_FALSE(HoldsAnyFile(directory_.File("missing"), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_EQ(ReadWholeFile(directory_.File("missing"), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_EQ(ReadWholeFile(directory_.Path(), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone) << "a directory is no file";
+  directory_.Write("LONG", "123456");
+  EXPECT_EQ(ReadWholeFile(directory_.File("LONG"), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+}
+
+TEST_F(FileSystemTest, QuestionsHaveNoAnswerWhereTheSystemFails) {
+  directory_.Write("A.X", "1");
+  NoAnswer no_answer;
+  {
+    const NoHandlesLeft none;
+    EXPECT_EQ(FindFile(directory_.Path(), "a.x", no_answer), std::nullopt);
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_EQ(no_answer.Text, "Too many open files");
+    EXPECT_FALSE(HoldsAnyFile(directory_.Path(), no_answer));
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_EQ(ReadWholeFile(directory_.File("A.X"), 5, no_answer), std::nullopt);
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_FALSE(IsWritable(directory_.Path(), no_answer));
+    EXPECT_EQ(no_answer.Why, Failure::kOther);
+    EXPECT_EQ(FindFile(directory_.Path(), "A.X", no_answer), directory_.File("A.X"));
+    EXPECT_EQ(no_answer.Why, Failure::kNone);
+  }
+  EXPECT_TRUE(IsWritable(directory_.Path(), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  MakeUnreadable(directory_.File("B.X"));
+  EXPECT_EQ(FindFile(directory_.Path(), "B.X", no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Text, "Too many levels of symbolic links");
+}
+
+TEST_F(FileSystemTest, IsWritableIsSureOfWhatIsNotAllowed) {
+  namespace fs = std::filesystem;
+  fs::permissions(directory_.Path(), fs::perms(0555));
+  NoAnswer no_answer{Failure::kOther, "old"};
+  {
+    const WithoutRights nobody;
+    EXPECT_FALSE(IsWritable(directory_.Path(), no_answer));
+  }
+  fs::permissions(directory_.Path(), fs::perms(0755));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+  EXPECT_FALSE(IsWritable(directory_.File("missing"), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kOther) << "the program's directory cannot be missing";
+}
+
+TEST_F(FileSystemTest, ReadWholeFileIsNotAllowedWhereTheUserHasNoRight) {
+  namespace fs = std::filesystem;
+  directory_.Write("A.X", "1");
+  fs::permissions(directory_.Path(), fs::perms(0755));
+  fs::permissions(directory_.File("A.X"), fs::perms(0));
+  NoAnswer no_answer;
+  const WithoutRights nobody;
+  EXPECT_EQ(ReadWholeFile(directory_.File("A.X"), 5, no_answer), std::nullopt);
+  EXPECT_EQ(no_answer.Why, Failure::kNotAllowed);
+}
+
+TEST_F(FileSystemTest, IsLinkSeesTheLinkAndNotItsTarget) {
+  directory_.Write("A.X", "1");
+  std::filesystem::create_symlink("A.X", directory_.File("B.X"));
+  std::filesystem::create_symlink("nowhere", directory_.File("C.X"));
+  EXPECT_FALSE(IsLink(directory_.File("A.X")));
+  EXPECT_TRUE(IsLink(directory_.File("B.X")));
+  EXPECT_TRUE(IsLink(directory_.File("C.X")));
+  EXPECT_FALSE(IsLink(directory_.File("missing")));
 }
 
 TEST_F(FileSystemTest, ReadWholeFileGivesAllBytes) {
@@ -222,6 +330,32 @@ TEST_F(FileSystemTest, CopyFileToRefusesTheFileItselfUnderAnotherName) {
   fs::create_hard_link(directory_.File("A"), directory_.File("B"));
   EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("B")), "File exists");
   EXPECT_EQ(directory_.Read("A"), "abc");
+}
+
+TEST_F(FileSystemTest, CopyFileToReplacesALinkAndSparesWhatItLeadsTo) {
+  directory_.Write("A", "abc");
+  directory_.Write("kept", "kept");
+  fs::permissions(directory_.File("kept"), fs::perms(0400));
+  for (const char* const target : {"kept", "nowhere", "/dev/null"}) {
+    fs::remove(directory_.File("L"));
+    fs::create_symlink(target, directory_.File("L"));
+    EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("L")), "") << target;
+    EXPECT_FALSE(fs::is_symlink(directory_.File("L")));
+    EXPECT_EQ(directory_.Read("L"), "abc");
+    EXPECT_NE(fs::status(directory_.File("L")).permissions(), fs::perms(0400));
+  }
+  EXPECT_EQ(directory_.Read("kept"), "kept");
+  EXPECT_FALSE(fs::exists(directory_.File("nowhere")));
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(FileSystemTest, CopyFileToLeavesALinkToADirectoryAlone) {
+  directory_.Write("A", "abc");
+  fs::create_directory(directory_.File("D"));
+  fs::create_directory_symlink("D", directory_.File("L"));
+  EXPECT_EQ(CopyFileTo(directory_.File("A"), directory_.File("L")), "Is a directory");
+  EXPECT_TRUE(fs::is_symlink(directory_.File("L")));
+  EXPECT_TRUE(fs::is_empty(directory_.File("D")));
 }
 
 TEST_F(FileSystemTest, CopyFileToSaysWhatIsMissing) {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/file_system.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {
@@ -195,6 +196,37 @@ TEST_F(RandomFileTest, OpensAFileThroughALink) {
 TEST_F(RandomFileTest, TakesNamesWithUmlauts) {
   ASSERT_TRUE(file_.Open(directory_.File("Öfen.OVE"), FileAccess::kCreateNew));
   EXPECT_TRUE(directory_.Exists("Öfen.OVE"));
+}
+
+TEST_F(RandomFileTest, HasOneIdentityUnderAllItsNames) {
+  directory_.Write("A", "abc");
+  directory_.Write("B", "abc");
+  std::filesystem::create_symlink("A", directory_.File("L"));
+  EXPECT_EQ(file_.Identity(), std::nullopt);
+  ASSERT_TRUE(file_.Open(directory_.File("A"), FileAccess::kRead));
+  RandomFile other;
+  ASSERT_TRUE(other.Open(directory_.File("L"), FileAccess::kRead));
+  EXPECT_EQ(file_.Identity(), other.Identity());
+  EXPECT_EQ(file_.Identity(), IdentityOf(directory_.File("A")));
+  EXPECT_NE(file_.Identity(), IdentityOf(directory_.File("B")));
+  EXPECT_EQ(IdentityOf(directory_.File("missing")), std::nullopt);
+}
+
+TEST_F(RandomFileTest, KnowsThatItsLastNameWasDeleted) {
+  directory_.Write("A", "abc");
+  EXPECT_FALSE(file_.IsNameless());
+  ASSERT_TRUE(file_.Open(directory_.File("A"), FileAccess::kRead));
+  std::filesystem::create_hard_link(directory_.File("A"), directory_.File("B"));
+  std::filesystem::remove(directory_.File("A"));
+  EXPECT_FALSE(file_.IsNameless());
+  std::filesystem::remove(directory_.File("B"));
+  EXPECT_TRUE(file_.IsNameless());
+}
+
+TEST_F(RandomFileTest, MakesNoFileThroughALink) {
+  std::filesystem::create_symlink("B", directory_.File("L"));
+  EXPECT_FALSE(file_.Open(directory_.File("L"), FileAccess::kCreate));
+  EXPECT_FALSE(directory_.Exists("B"));
 }
 
 }  // namespace

@@ -224,6 +224,72 @@ TEST_F(SettingsForm, TakesANewDirectoryWithItsCase) {
   EXPECT_TRUE(FileHolds("DEFPATH:: " + next));
 }
 
+// Directories beside the data directory, by what their names hold.
+class DirectoryName : public SettingsForm,
+                      public testing::WithParamInterface<std::pair<const char*, bool>> {
+ protected:
+  // Takes it, saves, and starts again; the data directory after that.
+  std::string AfterARestart(const std::string& path) {
+    std::filesystem::create_directories(path);
+    bench.screens.on_show = [this, path](View) { Choose(path); };
+    bench.home.Write(std::string(GetParam().first) + "/M260314A.OVN", "x");
+    Open().cmdPath_Click();
+    dialog->CmdOK_Click();
+    bench.settings.SettingsLoad();
+    return DataDirectory(bench.state);
+  }
+  // As a user does: the directory above, and then the line of the list.
+  void Choose(const std::string& path) {
+    DirectoryLists& lists = directory.Lists();
+    lists.Open(bench.home.Path());
+    for (std::size_t line = 0; line < lists.Lines().size(); ++line) {
+      if (lists.Lines()[line].Path == path) {
+        lists.SelectLine(static_cast<int>(line));
+      }
+    }
+    ASSERT_EQ(lists.Path(), path);
+    directory.CmdOK_Click();
+  }
+};
+
+TEST_P(DirectoryName, IsKeptAsItIsOrRefusedWithItsReason) {
+  const auto& [name, is_kept] = GetParam();
+  const std::string path = bench.home.File(name);
+  const std::string before = DataDirectory(bench.state);
+  bench.home.Write("tavdat/M260101A.OVN", "x");
+  EXPECT_EQ(AfterARestart(path), is_kept ? path : before);
+  ASSERT_EQ(Boxes().size(), is_kept ? 0U : 1U);
+  if (!is_kept) {
+    EXPECT_EQ(Boxes()[0].Title, "Settings");
+    EXPECT_NE(Boxes()[0].Text.find(path), std::string::npos);
+    EXPECT_NE(Boxes()[0].Text.find("Western European"), std::string::npos);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BothSidesOfTheBorder, DirectoryName,
+    testing::Values(std::pair("Prüfstand ÄÖÜß", true), std::pair("Œuvre Ž", true),
+                    std::pair("10 € – “Öfen”", true), std::pair("a::b, 'c'; #d", true),
+                    std::pair(" leading", true), std::pair("two  blanks", true),
+                    std::pair("Данные", false), std::pair("Žďár", false),
+                    std::pair("Ofen Ω", false), std::pair("炉", false),
+                    std::pair("O\xCC\x88"
+                              "fen",
+                              false),
+                    std::pair("O\xF6"
+                              "fen",
+                              false),
+                    std::pair("the \"new\" oven", false), std::pair("trailing ", false),
+                    std::pair("trailing\t", false), std::pair("two\nlines", false),
+                    std::pair("two\rlines", false), std::pair("tavdat ", false)));
+
+TEST_F(SettingsForm, IsContentWithADirectoryThatIsInForceAlready) {
+  Shared().DefPath = bench.home.File("Данные");
+  NextDirectory(bench.home.File("Данные"));
+  Open().cmdPath_Click();
+  EXPECT_TRUE(Boxes().empty());
+}
+
 TEST_F(SettingsForm, KeepsTheDirectoryIfNoneIsChosen) {
   bench.screens.on_show = [this](View) { directory.Leave(); };
   Open().cmdPath_Click();

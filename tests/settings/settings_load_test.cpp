@@ -1,6 +1,7 @@
 #include <limits>
 
 #include "tests/settings/settings_fixture.h"
+#include "tests/support/hindrance.h"
 
 namespace tavrel {
 namespace {
@@ -244,6 +245,89 @@ TEST_F(SettingsLoad, FindsPathsWithUmlauts) {
                   "fen"})
                 .DefPath,
             data);
+}
+
+// Settings that are there and cannot be read.
+class UnreadableSettings : public SettingsTest {
+ protected:
+  void ExpectReadError(const std::string& words) {
+    store_.SettingsLoad();
+    EXPECT_EQ(store_.ReadError(), words);
+    EXPECT_EQ(state_.Settings.Plant, "") << "nothing is taken for the settings";
+  }
+  const std::vector<std::string> lines_ = {"PLANT:: Works", "ACTIVE01:: M260314A.OVE"};
+};
+
+TEST_F(UnreadableSettings, AreNotTakenForMissingOnes) {
+  MakeUnreadable(home_.File(kSettingsFile));
+  ExpectReadError("Too many levels of symbolic links");
+  EXPECT_FALSE(state_.FirstRun);
+}
+
+TEST_F(UnreadableSettings, AreReadOnceTheErrorHasPassed) {
+  WriteKeyFile(lines_);
+  {
+    const NoHandlesLeft none;
+    ExpectReadError("Too many open files");
+  }
+  store_.SettingsLoad();
+  EXPECT_EQ(store_.ReadError(), "");
+  EXPECT_EQ(state_.Settings.ActiveFiles[0], "M260314A.OVE");
+}
+
+TEST_F(UnreadableSettings, AreNotReplaced) {
+  WriteKeyFile(lines_);
+  const std::string before = home_.Read(kSettingsFile);
+  {
+    const NoHandlesLeft none;
+    ExpectReadError("Too many open files");
+  }
+  EXPECT_EQ(store_.SettingsSave(), "Too many open files");
+  EXPECT_EQ(home_.Read(kSettingsFile), before);
+  EXPECT_FALSE(home_.Exists("TAVREL.BAK"));
+}
+
+TEST_F(UnreadableSettings, MayBeSomebodyElses) {
+  WriteKeyFile(lines_);
+  std::filesystem::permissions(home_.Path(), std::filesystem::perms(0755));
+  std::filesystem::permissions(home_.File(kSettingsFile), std::filesystem::perms(0));
+  const WithoutRights nobody;
+  ExpectReadError("Permission denied");
+}
+
+TEST_F(UnreadableSettings, MayBeInADirectoryThatCannotBeSearched) {
+  std::filesystem::create_directory(home_.File("home"));
+  home_.Write("home/tavrel.usr", "\"VERSION:: 6.1\"\r\n");
+  state_.DataHome = home_.File("home") + "/";
+  std::filesystem::permissions(home_.Path(), std::filesystem::perms(0755));
+  std::filesystem::permissions(home_.File("home"), std::filesystem::perms(0));
+  {
+    const WithoutRights nobody;
+    ExpectReadError("Permission denied");
+  }
+  std::filesystem::permissions(home_.File("home"), std::filesystem::perms(0755));
+}
+
+TEST_F(UnreadableSettings, MayBeThoseOfTheOldLayout) {
+  home_.Write(kSettingsFile, "junk\r\n");
+  MakeUnreadable(home_.File(kLegacySettingsFile));
+  ExpectReadError("Too many levels of symbolic links");
+  EXPECT_FALSE(state_.SettingsChanged);
+}
+
+TEST_F(UnreadableSettings, ThatAreMissingInAMissingDirectoryAreDefaults) {
+  state_.DataHome = home_.File("missing/further") + "/";
+  store_.SettingsLoad();
+  EXPECT_EQ(store_.ReadError(), "");
+  EXPECT_TRUE(state_.FirstRun);
+}
+
+TEST_F(SettingsLoad, KeepsADefPathThatCannotBeLookedIntoNow) {
+  MakeUnreadable(home_.File("data"));
+  const SettingsValues& settings =
+      Load({"DEFPATH:: " + home_.File("data"), "OPENPATH:: " + home_.File("data")});
+  EXPECT_EQ(settings.DefPath, home_.File("data"));
+  EXPECT_EQ(settings.OpenPath, home_.File("data"));
 }
 
 std::string QuotedLines(const std::vector<std::string>& lines) {

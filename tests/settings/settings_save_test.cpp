@@ -1,4 +1,5 @@
 #include "tests/settings/settings_fixture.h"
+#include "tests/support/hindrance.h"
 
 namespace tavrel {
 namespace {
@@ -204,6 +205,114 @@ TEST_F(SettingsBackup, DoesNotStopTheSaveIfItCannotBeMade) {
   state_.Settings.ActiveFiles[0].clear();
   EXPECT_EQ(store_.SettingsSave(), "");
   EXPECT_NE(home_.Read(kSettingsFile), before_);
+}
+
+// A backup with names that nobody has attached again.
+class OldBackup : public SettingsBackup {
+ protected:
+  // Drops the names of both rows; the program makes its default slot instead.
+  OldBackup() {
+    state_.Settings.ActiveFiles[0] = "M011111A.NEW";
+    state_.Settings.ActiveFiles[1].clear();
+    EXPECT_EQ(store_.SettingsSave(), "");
+    EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+  }
+  // The name of row 1 or 2 gives way to another, and the settings are saved.
+  void Replace(std::size_t row, const std::string& name) {
+    state_.Settings.ActiveFiles.at(row - 1) = name;
+    EXPECT_EQ(store_.SettingsSave(), "");
+  }
+};
+
+TEST_F(OldBackup, OutlivesTheNextNameThatIsDropped) {
+  Replace(1, "M260401A.NEW");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+  Replace(1, "M260402A.NEW");
+  Replace(1, "M260403A.NEW");
+  Replace(1, "");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+}
+
+TEST_F(OldBackup, HasOthersBesideIt) {
+  const std::string with_default = home_.Read(kSettingsFile);
+  Replace(1, "M260401A.NEW");
+  EXPECT_EQ(home_.Read("TAVREL.BA2"), with_default);
+  const std::string with_first = home_.Read(kSettingsFile);
+  Replace(1, "M260402A.NEW");
+  EXPECT_EQ(home_.Read("TAVREL.BA2"), with_first);
+  EXPECT_FALSE(home_.Exists("TAVREL.BA3"));
+}
+
+TEST_F(OldBackup, GivesWayOnceItsNamesAreAttachedAgain) {
+  home_.Write(kSettingsFile, before_);
+  store_.SettingsLoad();
+  Replace(3, "M260401A.GLU");
+  Replace(1, "m260314A.ove");
+  Replace(2, "M260314b.AUT");
+  const std::string now = home_.Read(kSettingsFile);
+  Replace(3, "M260402A.GLU");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), now);
+}
+
+TEST_F(OldBackup, StaysIfOnlySomeOfItsNamesAreAttachedAgain) {
+  Replace(2, "M260314B.AUT");
+  Replace(3, "M260401A.GLU");
+  Replace(3, "M260402A.GLU");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+}
+
+TEST_F(OldBackup, GivesWayOnceTheUserHasSetUpItsRowsAnew) {
+  Replace(1, "M260401A.OVE");
+  Replace(2, "M260401A.AUT");
+  const std::string anew = home_.Read(kSettingsFile);
+  Replace(1, "M260402A.OVE");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), anew);
+}
+
+TEST_F(OldBackup, IsNoReasonToKeepTheDefaultSlotOfAnotherLetter) {
+  Replace(1, "m011111c.new");
+  Replace(2, "M011111B.NEW");
+  Replace(2, "M260401A.AUT");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+}
+
+TEST_F(OldBackup, HasTheNextOneWhereADirectoryHasTheName) {
+  std::filesystem::create_directory(home_.File("TAVREL.BA2"));
+  Replace(1, "M260401A.NEW");
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+  EXPECT_TRUE(home_.Exists("TAVREL.BA3"));
+}
+
+TEST_F(SettingsBackup, IsNotWrittenThroughALink) {
+  home_.Write("mine.txt", "mine");
+  std::filesystem::create_symlink(home_.File("mine.txt"), home_.File("TAVREL.BAK"));
+  state_.Settings.ActiveFiles[0].clear();
+  EXPECT_TRUE(IsKept());
+  EXPECT_EQ(home_.Read("mine.txt"), "mine");
+  EXPECT_FALSE(std::filesystem::is_symlink(home_.File("TAVREL.BAK")));
+}
+
+TEST_F(SettingsBackup, IsNotMadeThroughALinkThatLeadsNowhere) {
+  std::filesystem::create_symlink(home_.File("later.txt"), home_.File("TAVREL.BAK"));
+  state_.Settings.ActiveFiles[0].clear();
+  EXPECT_TRUE(IsKept());
+  EXPECT_FALSE(home_.Exists("later.txt"));
+}
+
+TEST_F(SettingsBackup, LeavesALinkAloneWhereThereIsNothingToKeep) {
+  std::filesystem::create_symlink("nowhere", home_.File("TAVREL.BAK"));
+  std::filesystem::remove(home_.File(kSettingsFile));
+  state_.Settings.ActiveFiles[0].clear();
+  EXPECT_EQ(store_.SettingsSave(), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(home_.File("TAVREL.BAK")));
+}
+
+TEST_F(SettingsBackup, IsNamedToWhoeverKeepsItBeforeTheSave) {
+  EXPECT_EQ(store_.KeepDroppedNames(), "");
+  state_.Settings.ActiveFiles[1].clear();
+  EXPECT_EQ(store_.KeepDroppedNames(), home_.File("TAVREL.BAK"));
+  EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
+  EXPECT_TRUE(IsKept());
 }
 
 TEST_F(DataDirectoryTest, IsDefPathIfThatIsSet) {

@@ -35,7 +35,8 @@ class FakePort : public SerialPort {
   bool in_use = false;
 
   std::vector<std::string> sent;                    // every command, in its order
-  std::vector<std::pair<int, std::string>> opened;  // every Open: number and settings
+  std::vector<std::pair<int, std::string>> opened;  // every Open and Reopen: number and settings
+  int reopened = 0;                                 // how many of them were a Reopen
 
   void Arrive(std::chrono::nanoseconds delay, const std::string& text) {
     coming_.emplace_back(clock_.Elapsed() + delay, text);
@@ -54,6 +55,11 @@ class FakePort : public SerialPort {
     open_ = open_error == 0;
     settings_ = settings;
     return {open_error, open_text, in_use};
+  }
+  [[nodiscard]] PortOpening Reopen() override {
+    ++reopened;
+    return opened.empty() ? PortOpening{1, "nothing was open"}
+                          : Open(opened.back().first, std::string(opened.back().second));
   }
   void Close() override { open_ = false; }
   [[nodiscard]] bool IsOpen() const override { return open_; }

@@ -15,8 +15,9 @@
 namespace tavrel {
 
 // Boxes that answer at once and remember what they said.
-// Levers: ok, retry, yes are the answers; on_box runs while a box is open; chosen_file is the full
-// path that the file dialog gives (empty: Cancel), chosen_font the font (none: Cancel).
+// Levers: ok, retry, yes are the answers (retry also to Retry and Exit); on_box runs while a box is
+// open; chosen_file is the full path that the file dialog gives (empty: Cancel), chosen_font the
+// font (none: Cancel).
 class FakeDialogs : public Dialogs {
  public:
   bool ok = true;
@@ -25,6 +26,11 @@ class FakeDialogs : public Dialogs {
   std::function<void()> on_box = [] {};
   std::vector<Notice> boxes;      // blocking ones, in their order
   std::vector<Notice> announced;  // those that do not block
+  struct Question {
+    Notice notice;
+    std::function<void(bool)> answer;
+  };
+  std::vector<Question> asked_beside;  // questions that do not block; nobody has answered them
   std::string chosen_file;
   std::optional<FontChoice> chosen_font;
   std::vector<FileChoice> file_dialogs;  // what was asked for
@@ -34,7 +40,11 @@ class FakeDialogs : public Dialogs {
   [[nodiscard]] bool AskOk(const Notice& notice) override { return Open(notice), ok; }
   [[nodiscard]] bool AskRetry(const Notice& notice) override { return Open(notice), retry; }
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Open(notice), yes; }
+  [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override { return Open(notice), retry; }
   void Announce(const Notice& notice) override { announced.push_back(notice); }
+  void AskBeside(const Notice& notice, std::function<void(bool)> answer) override {
+    asked_beside.push_back({notice, std::move(answer)});
+  }
   void FileDialog(FileChoice& choice) override {
     file_dialogs.push_back(choice);
     if (chosen_file.empty()) {

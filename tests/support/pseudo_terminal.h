@@ -47,6 +47,15 @@ class PseudoTerminal {
     return all;
   }
 
+  // What has come from the program and waits; does not wait for more.
+  [[nodiscard]] std::string ReceiveWaiting() const {
+    pollfd wait{far_, POLLIN, 0};
+    char part[4096];
+    const bool waits = poll(&wait, 1, 0) > 0 && (wait.revents & POLLIN) != 0;
+    const ssize_t came = waits ? read(far_, part, sizeof part) : 0;
+    return {part, static_cast<std::size_t>(came > 0 ? came : 0)};
+  }
+
   // The adapter is pulled out.
   void Vanish() {
     if (far_ >= 0) {

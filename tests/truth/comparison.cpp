@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <optional>
+
+#include "tests/truth/alignment.h"
 
 namespace tavrel {
 namespace {
@@ -14,45 +17,52 @@ constexpr int kWidestShift = 5;  // rows
 
 using Row = std::vector<std::int16_t>;
 
-// The samples of one instant, one place for each column; an input that was not sampled then has
-// none.
+// The samples of one set, one place for each column; an input that was not sampled has none.
 using TruthSet = std::vector<std::optional<TakenSample>>;
 
+bool Has(const TruthSet& set, SampleFate fate) {
+  return std::any_of(set.begin(), set.end(),
+                     [fate](const auto& sample) { return sample && sample->fate == fate; });
+}
+
 bool WasHanded(const std::optional<TakenSample>& sample) {
-  return sample && sample->fate != SampleFate::kWaiting && sample->fate != SampleFate::kForgotten;
+  return sample && (sample->fate == SampleFate::kGood || sample->fate == SampleFate::kCut ||
+                    sample->fate == SampleFate::kLost);
 }
 
-bool IsWaiting(const std::optional<TakenSample>& sample) {
-  return sample && sample->fate == SampleFate::kWaiting;
+// Its value may not have arrived.
+bool IsLoss(const std::optional<TakenSample>& sample) {
+  return sample && (sample->fate == SampleFate::kCut || sample->fate == SampleFate::kLost);
 }
 
-// A word whose reply arrived for certain has to stand in its place.
-bool IsBinding(const std::optional<TakenSample>& sample) {
-  return sample && sample->fate == SampleFate::kGood;
+// A sample of the set is still to come: it waits in the instrument or is not taken yet.
+bool IsUnderWay(const TruthSet& set, bool may_be_taken_yet) {
+  return Has(set, SampleFate::kWaiting) ||
+         (may_be_taken_yet &&
+          std::any_of(set.begin(), set.end(), [](const auto& sample) { return !sample; }));
 }
 
-std::vector<TruthSet> SetsOf(const LineTruth& truth, const RecordedSlot& slot) {
-  std::map<double, TruthSet> sets;
+// By the count of clearings and the number.
+using Sets = std::map<std::pair<int, int>, TruthSet>;
+
+Sets SetsOf(const LineTruth& truth, const RecordedSlot& slot) {
+  Sets sets;
   for (std::size_t column = 0; column < slot.inputs.size(); ++column) {
     const auto found = truth.inputs.find({slot.inet, slot.inputs[column]});
     if (found == truth.inputs.end()) {
       continue;
     }
     for (const TakenSample& sample : found->second) {
-      TruthSet& set = sets[sample.seconds];
+      TruthSet& set = sets[{sample.epoch, sample.number}];
       set.resize(slot.inputs.size());
       set[column] = sample;
     }
   }
-  std::vector<TruthSet> in_order;
-  for (auto& [seconds, set] : sets) {
-    in_order.push_back(std::move(set));
-  }
-  return in_order;
+  return sets;
 }
 
-// What has to stand in the file: every set of which something was handed over. A set of which
-// the rest still waits is half read.
+// What has to stand in the file: every set of which something was handed over or was pushed out
+// of a full buffer. A set of which the rest still waits is half read.
 struct Expected {
   std::vector<TruthSet> rows;
   int half_read = 0;
@@ -60,14 +70,16 @@ struct Expected {
 
 Expected ExpectedOf(const LineTruth& truth, const RecordedSlot& slot) {
   Expected expected;
-  for (TruthSet& set : SetsOf(truth, slot)) {
-    if (!std::any_of(set.begin(), set.end(), WasHanded)) {
+  const Sets sets = SetsOf(truth, slot);
+  for (const auto& [place, set] : sets) {
+    const bool was_handed = std::any_of(set.begin(), set.end(), WasHanded);
+    if (!was_handed && !Has(set, SampleFate::kOverrun)) {
       continue;
     }
-    if (std::any_of(set.begin(), set.end(), IsWaiting)) {
+    if (was_handed && IsUnderWay(set, place.first == sets.rbegin()->first.first)) {
       ++expected.half_read;
     } else {
-      expected.rows.push_back(std::move(set));
+      expected.rows.push_back(set);
     }
   }
   return expected;
@@ -84,21 +96,16 @@ std::vector<Row> RowsOf(const std::string& bytes, std::size_t columns) {
   return rows;
 }
 
-int WrongWords(const Row& row, const TruthSet& set) {
-  int wrong = 0;
-  for (std::size_t column = 0; column < row.size(); ++column) {
-    wrong += IsBinding(set[column]) && row[column] != set[column]->word ? 1 : 0;
-  }
-  return wrong;
+bool Differs(const std::optional<TakenSample>& sample, std::int16_t word) {
+  return !sample || sample->word != word;
 }
 
-int ExcusedWords(const Row& row, const TruthSet& set) {
-  int excused = 0;
+int DifferingWords(const Row& row, const TruthSet& set) {
+  int differing = 0;
   for (std::size_t column = 0; column < row.size(); ++column) {
-    const bool differs = set[column] && row[column] != set[column]->word;
-    excused += differs && !IsBinding(set[column]) ? 1 : 0;
+    differing += Differs(set[column], row[column]) ? 1 : 0;
   }
-  return excused;
+  return differing;
 }
 
 // The words of `rows` in a column that are right if the column is `shift` rows away.
@@ -107,11 +114,9 @@ int RightWords(const std::vector<Row>& rows, const std::vector<TruthSet>& sets, 
   int right = 0;
   for (std::size_t row = 1; row < rows.size(); ++row) {
     const auto place = static_cast<std::ptrdiff_t>(row) - 1 + shift;
-    if (place < 0 || place >= static_cast<std::ptrdiff_t>(sets.size())) {
-      continue;
+    if (place >= 0 && place < static_cast<std::ptrdiff_t>(sets.size())) {
+      right += Differs(sets[static_cast<std::size_t>(place)][column], rows[row][column]) ? 0 : 1;
     }
-    const auto& sample = sets[static_cast<std::size_t>(place)][column];
-    right += sample && sample->word == rows[row][column] ? 1 : 0;
   }
   return right;
 }
@@ -140,12 +145,13 @@ int ShiftedColumns(const std::vector<Row>& rows, const std::vector<TruthSet>& se
   return shifted;
 }
 
-std::string Text(const RecordedSlot& slot, std::size_t row, const Row& words, const TruthSet& set) {
+std::string Text(const RecordedSlot& slot, int row, const Row& words, const TruthSet& set) {
   std::string text = slot.file + " row " + std::to_string(row) + ":";
   for (std::size_t column = 0; column < words.size(); ++column) {
     text += " " + std::to_string(words[column]);
     if (set[column] && set[column]->word != words[column]) {
-      constexpr std::array<const char*, 5> kFates = {"waits", "good", "cut", "lost", "forgotten"};
+      constexpr std::array<const char*, 6> kFates = {"waits", "good",    "cut",
+                                                     "lost",  "overrun", "forgotten"};
       text += "(" + std::to_string(set[column]->word) + " " +
               kFates.at(static_cast<std::size_t>(set[column]->fate)) + ")";
     }
@@ -153,22 +159,77 @@ std::string Text(const RecordedSlot& slot, std::size_t row, const Row& words, co
   return text;
 }
 
+// What the user was told of one recording.
+class ToldOfFile {
+ public:
+  ToldOfFile(const Told& told, const std::string& file) {
+    for (const ToldDoubt& doubt : told.doubts) {
+      if (doubt.file == file) {
+        doubts_.push_back(doubt);
+      }
+    }
+    for (const ToldLoss& loss : told.losses) {
+      if (loss.file == file) {
+        losses_.push_back(loss);
+      }
+    }
+  }
+
+  [[nodiscard]] bool Covers(int row, int input) const {
+    return std::any_of(doubts_.begin(), doubts_.end(),
+                       [&](const ToldDoubt& doubt) { return IsOf(doubt, row, input); });
+  }
+  [[nodiscard]] bool Covers(int row, int input, ToldDoubt::Kind kind) const {
+    return std::any_of(doubts_.begin(), doubts_.end(), [&](const ToldDoubt& doubt) {
+      return doubt.kind == kind && IsOf(doubt, row, input);
+    });
+  }
+  [[nodiscard]] int Count(ToldDoubt::Kind kind) const {
+    return static_cast<int>(
+        std::count_if(doubts_.begin(), doubts_.end(),
+                      [kind](const ToldDoubt& doubt) { return doubt.kind == kind; }));
+  }
+  [[nodiscard]] const std::vector<ToldLoss>& Losses() const { return losses_; }
+
+ private:
+  static bool IsOf(const ToldDoubt& doubt, int row, int input) {
+    const bool is_input =
+        doubt.inputs.empty() ||
+        std::find(doubt.inputs.begin(), doubt.inputs.end(), input) != doubt.inputs.end();
+    return is_input && row >= doubt.first_row && row <= doubt.last_row;
+  }
+
+  std::vector<ToldDoubt> doubts_;
+  std::vector<ToldLoss> losses_;
+};
+
+// Where the user was told that nobody knows how many sets are lost.
+constexpr int kAnyNumber = 100'000;
+
+// Costs of an explanation, see Align: a word that differs is 2.
+constexpr int kWordCost = 2;
+
 class Comparer {
  public:
-  Comparer(const RecordedSlot& slot, std::vector<Row> rows, Expected expected)
-      : slot_(slot), rows_(std::move(rows)), expected_(std::move(expected)) {}
+  Comparer(const RecordedSlot& slot, std::vector<Row> rows, Expected expected, const Told& told)
+      : slot_(slot),
+        rows_(std::move(rows)),
+        expected_(std::move(expected)),
+        told_(told, slot.file) {}
 
   Findings Run() {
     findings_.rows = static_cast<int>(rows_.size());
     CompareFirst();
-    std::size_t set = 0;
-    for (std::size_t row = 1; row < rows_.size(); ++row) {
-      set = CompareRow(row, set);
+    for (const AlignedPair& pair : AlignRows()) {
+      Take(pair);
     }
-    findings_.lost += static_cast<int>(expected_.rows.size() - set);
-    findings_.shifted = ShiftedColumns(rows_, expected_.rows, slot_.inputs.size());
+    if (findings_.wrong > 0) {
+      findings_.shifted = ShiftedColumns(rows_, expected_.rows, slot_.inputs.size());
+    }
     // One set may be half read at the end; more of them are columns that ran ahead.
-    findings_.shifted += expected_.half_read > 1 ? 1 : 0;
+    const bool is_told = told_.Count(ToldDoubt::Kind::kUncertain) > 0;
+    findings_.shifted += expected_.half_read > 1 && !is_told ? 1 : 0;
+    TakeTold();
     return findings_;
   }
 
@@ -179,31 +240,88 @@ class Comparer {
     }
   }
 
-  // The set that belongs to the next row.
-  std::size_t CompareRow(std::size_t row, std::size_t set) {
-    if (set < expected_.rows.size() && IsRight(row, set)) {
-      findings_.excused += ExcusedWords(rows_[row], expected_.rows[set]);
-      return set + 1;
-    }
-    if (set >= expected_.rows.size() || (set > 0 && IsRight(row, set - 1))) {
-      ++findings_.doubled;
-      Tell(slot_.file + " row " + std::to_string(row) + " stands there twice");
-      return set;
-    }
-    if (set + 1 < expected_.rows.size() && IsRight(row, set + 1)) {
-      ++findings_.lost;
-      Tell(slot_.file + " before row " + std::to_string(row) + " a set is missing");
-      return set + 2;
-    }
-    const int wrong = WrongWords(rows_[row], expected_.rows[set]);
-    findings_.wrong += wrong;
-    findings_.torn += wrong < static_cast<int>(slot_.inputs.size()) ? 1 : 0;
-    Tell(Text(slot_, row, rows_[row], expected_.rows[set]));
-    return set + 1;
+  // Rows from 1 on, which is row 0 of the alignment.
+  [[nodiscard]] std::vector<AlignedPair> AlignRows() const {
+    const int columns = static_cast<int>(slot_.inputs.size());
+    AlignmentCosts costs;
+    costs.differing = [this](int row, int set) {
+      return kWordCost * DifferingWords(rows_[static_cast<std::size_t>(row) + 1], SetAt(set));
+    };
+    costs.missing = [this, columns](int set) {
+      return Has(SetAt(set), SampleFate::kOverrun) ? 1 : columns + 2;
+    };
+    costs.superfluous = kWordCost * columns + 2;
+    return Align(std::max(0, static_cast<int>(rows_.size()) - 1),
+                 static_cast<int>(expected_.rows.size()), costs);
   }
 
-  [[nodiscard]] bool IsRight(std::size_t row, std::size_t set) const {
-    return WrongWords(rows_[row], expected_.rows[set]) == 0;
+  void Take(const AlignedPair& pair) {
+    const int row = pair.row + 1;
+    if (pair.set == AlignedPair::kNone) {
+      ++findings_.doubled;
+      Tell(slot_.file + " row " + std::to_string(row) + " stands there twice");
+    } else if (pair.row == AlignedPair::kNone) {
+      TakeMissing(SetAt(pair.set));
+    } else {
+      TakePair(row, SetAt(pair.set));
+    }
+  }
+
+  void TakeMissing(const TruthSet& set) {
+    if (Has(set, SampleFate::kForgotten)) {
+      return;  // gone with a restart of the instrument
+    }
+    ++findings_.lost;
+    if (!Has(set, SampleFate::kOverrun)) {
+      Tell(slot_.file + " has no row of the set with " +
+           (set[0] ? std::to_string(set[0]->word) : std::string("nothing")));
+    }
+  }
+
+  void TakePair(int row, const TruthSet& set) {
+    int wrong = 0;
+    int right = 0;
+    const Row& words = rows_[static_cast<std::size_t>(row)];
+    for (std::size_t column = 0; column < words.size(); ++column) {
+      const int input = slot_.inputs[column];
+      TakeLoss(row, input, set[column]);
+      if (!Differs(set[column], words[column])) {
+        ++right;
+      } else if (told_.Covers(row, input)) {
+        ++findings_.excused;
+        const bool had_arrived = set[column] && set[column]->fate == SampleFate::kGood;
+        const bool was_filled = told_.Covers(row, input, ToldDoubt::Kind::kFilled);
+        findings_.invented += had_arrived && was_filled ? 1 : 0;
+      } else {
+        ++wrong;
+      }
+    }
+    findings_.wrong += wrong;
+    findings_.torn += wrong > 0 && right > 0 ? 1 : 0;
+    if (wrong > 0) {
+      Tell(Text(slot_, row, words, set));
+    }
+  }
+
+  void TakeLoss(int row, int input, const std::optional<TakenSample>& sample) {
+    if (IsLoss(sample)) {
+      ++findings_.losses;
+      findings_.in_doubt += told_.Covers(row, input, ToldDoubt::Kind::kUncertain) ? 1 : 0;
+    }
+  }
+
+  void TakeTold() {
+    findings_.told_filled = told_.Count(ToldDoubt::Kind::kFilled);
+    findings_.told_uncertain = told_.Count(ToldDoubt::Kind::kUncertain);
+    for (const ToldLoss& loss : told_.Losses()) {
+      findings_.told_lost += loss.sets.value_or(0);
+      const int about = loss.sets ? std::max(2, *loss.sets / 50) : kAnyNumber;
+      findings_.about += loss.is_about ? about : 0;
+    }
+  }
+
+  [[nodiscard]] const TruthSet& SetAt(int set) const {
+    return expected_.rows[static_cast<std::size_t>(set)];
   }
 
   void Tell(std::string text) {
@@ -215,29 +333,46 @@ class Comparer {
   const RecordedSlot& slot_;
   std::vector<Row> rows_;
   Expected expected_;
+  ToldOfFile told_;
   Findings findings_;
 };
 
 }  // namespace
 
+bool Findings::IsTrue() const {
+  return wrong == 0 && torn == 0 && doubled == 0 && shifted == 0 && invented == 0 &&
+         std::abs(lost - told_lost) <= about;
+}
+
 void Findings::Add(const Findings& other) {
   rows += other.rows;
   wrong += other.wrong;
   excused += other.excused;
+  told_filled += other.told_filled;
+  told_uncertain += other.told_uncertain;
+  invented += other.invented;
   torn += other.torn;
   lost += other.lost;
+  told_lost += other.told_lost;
+  about += other.about;
   doubled += other.doubled;
   shifted += other.shifted;
+  losses += other.losses;
+  in_doubt += other.in_doubt;
   details.insert(details.end(), other.details.begin(), other.details.end());
 }
 
 int HandedSets(const LineTruth& truth, const RecordedSlot& slot) {
-  return static_cast<int>(ExpectedOf(truth, slot).rows.size());
+  const Expected expected = ExpectedOf(truth, slot);
+  return static_cast<int>(std::count_if(
+      expected.rows.begin(), expected.rows.end(),
+      [](const TruthSet& set) { return std::any_of(set.begin(), set.end(), WasHanded); }));
 }
 
-Findings Compare(const LineTruth& truth, const RecordedSlot& slot, const std::string& bytes) {
+Findings Compare(const LineTruth& truth, const RecordedSlot& slot, const std::string& bytes,
+                 const Told& told) {
   const std::size_t columns = slot.inputs.size();
-  Findings findings = Comparer(slot, RowsOf(bytes, columns), ExpectedOf(truth, slot)).Run();
+  Findings findings = Comparer(slot, RowsOf(bytes, columns), ExpectedOf(truth, slot), told).Run();
   findings.torn += bytes.size() % (2 * columns) != 0 ? 1 : 0;
   return findings;
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/truth/told_texts.h"
 #include "tests/truth/truth_file.h"
 
 namespace tavrel {
@@ -17,18 +18,24 @@ struct RecordedSlot {
 
 // What a comparison of recordings with the truth found; sums of several slots can be added.
 struct Findings {
-  int rows = 0;     // compared
-  int wrong = 0;    // words that differ though their reply was good
-  int excused = 0;  // words that differ because their reply was lost
-  int torn = 0;     // rows of which a part is right and a part is wrong, and a cut end
-  int lost = 0;     // sets that were handed over and stand in no row
-  int doubled = 0;  // rows of a set that stands in a row already, beyond the first one
-  int shifted = 0;  // columns that run ahead of the others or behind them
+  int rows = 0;            // compared
+  int wrong = 0;           // words that differ and of which the user was told nothing
+  int excused = 0;         // words that differ in rows of which the user was told
+  int told_filled = 0;     // doubts that the user was told as filled in
+  int told_uncertain = 0;  // the same as uncertain
+  int invented = 0;        // words told as filled in although the right ones had arrived
+  int torn = 0;            // rows of which a part is right and a part is wrong, and a cut end
+  int lost = 0;            // sets that stand in no row although the instrument took them
+  int told_lost = 0;       // sets that the user was told are lost
+  int about = 0;           // by how many these may differ, for the user was told a rough number
+  int doubled = 0;         // rows that belong to no set
+  int shifted = 0;         // columns that run ahead of the others or behind them, untold
+  int losses = 0;          // values that were lost on the line, or perhaps were by a cut
+  int in_doubt = 0;        // of these, those whose place the user was told as uncertain
   std::vector<std::string> details;  // the first differences, in words
 
-  [[nodiscard]] bool IsTrue() const {
-    return wrong == 0 && torn == 0 && lost == 0 && doubled == 0 && shifted == 0;
-  }
+  // Nothing is wrong, missing or twice but what the user was told, all of it.
+  [[nodiscard]] bool IsTrue() const;
   void Add(const Findings& other);
 };
 
@@ -36,9 +43,9 @@ struct Findings {
 [[nodiscard]] int HandedSets(const LineTruth& truth, const RecordedSlot& slot);
 
 // Compares the samples of a recording, `bytes` behind its header, word by word. Row 0 is the
-// first set a second time; row r is set r.
+// first set a second time; row r is set r, as long as no set is lost.
 [[nodiscard]] Findings Compare(const LineTruth& truth, const RecordedSlot& slot,
-                               const std::string& bytes);
+                               const std::string& bytes, const Told& told = {});
 
 }  // namespace tavrel
 

@@ -4,6 +4,8 @@
 
 #include <initializer_list>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 namespace tavrel {
 namespace {
@@ -52,10 +54,59 @@ TEST(Comparison, CountsAWrongWordAndItsRowAsTorn) {
   EXPECT_FALSE(found.IsTrue());
 }
 
-TEST(Comparison, ExcusesAWordWhoseReplyWasLost) {
-  const Findings found = Compare(ThreeSets("lost"), kSlot, Bytes({11, 12, 11, 12, 21, 12, 31, 32}));
+Told Filled(int row, std::vector<int> inputs = {2}) {
+  return {{{"A.OVN", ToldDoubt::Kind::kFilled, row, row, std::move(inputs)}}, {}};
+}
+
+Told Uncertain(int first_row, int last_row) {
+  return {{{"A.OVN", ToldDoubt::Kind::kUncertain, first_row, last_row, {2}}}, {}};
+}
+
+TEST(Comparison, ExcusesAWordWhoseReplyWasLostIfTheUserWasTold) {
+  const std::string bytes = Bytes({11, 12, 11, 12, 21, 12, 31, 32});
+  const Findings found = Compare(ThreeSets("lost"), kSlot, bytes, Filled(2));
   EXPECT_TRUE(found.IsTrue());
   EXPECT_EQ(found.excused, 1);
+  EXPECT_EQ(found.told_filled, 1);
+  EXPECT_EQ(found.losses, 1);
+  EXPECT_EQ(found.in_doubt, 0);
+  const Findings untold = Compare(ThreeSets("lost"), kSlot, bytes);
+  EXPECT_FALSE(untold.IsTrue());
+  EXPECT_EQ(untold.wrong, 1);
+}
+
+TEST(Comparison, ExcusesNoOtherRowOrInputOrFileThanTheUserWasTold) {
+  const std::string bytes = Bytes({11, 12, 11, 12, 21, 12, 31, 32});
+  EXPECT_EQ(Compare(ThreeSets("lost"), kSlot, bytes, Filled(3)).wrong, 1);
+  EXPECT_EQ(Compare(ThreeSets("lost"), kSlot, bytes, Filled(2, {1})).wrong, 1);
+  EXPECT_EQ(Compare(ThreeSets("lost"), kSlot, bytes, Filled(2, {})).wrong, 0);
+  Told other = Filled(2);
+  other.doubts[0].file = "B.OVN";
+  EXPECT_EQ(Compare(ThreeSets("lost"), kSlot, bytes, other).wrong, 1);
+}
+
+TEST(Comparison, CountsAValueThatWasFilledInAlthoughItHadArrivedAsInvented) {
+  const Findings found =
+      Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 21, 12, 31, 32}), Filled(2));
+  EXPECT_EQ(found.invented, 1);
+  EXPECT_FALSE(found.IsTrue());
+}
+
+// The value of input 2 in set 2 is lost and its column runs one set ahead from there on.
+TEST(Comparison, CountsALossThatEndedAsUncertain) {
+  std::stringstream file(
+      "sample 10 1 1 1 11\nsample 10 1 2 1 12\nsample 20 1 1 2 21\nsample 20 1 2 2 22\n"
+      "sample 30 1 1 3 31\nsample 30 1 2 3 32\nhanded 40 1 1 1 11 good\n"
+      "handed 40 1 2 1 12 good\nhanded 40 1 1 2 21 good\nhanded 40 1 2 2 22 lost\n"
+      "handed 40 1 2 3 32 good\n");
+  const LineTruth truth = ReadLineTruth(file, {});
+  const std::string bytes = Bytes({11, 12, 11, 12, 21, 32});
+  const Findings found = Compare(truth, kSlot, bytes, Uncertain(2, ToldDoubt::kOpen));
+  EXPECT_TRUE(found.IsTrue());
+  EXPECT_EQ(found.excused, 1);
+  EXPECT_EQ(found.losses, 1);
+  EXPECT_EQ(found.in_doubt, 1);
+  EXPECT_EQ(Compare(truth, kSlot, bytes).wrong, 1);
 }
 
 TEST(Comparison, CountsASetThatIsMissingInTheMiddle) {
@@ -99,9 +150,79 @@ TEST(Comparison, TakesTheLastWordBeforeACutForNoPromise) {
   std::stringstream file(
       "sample 10 1 1 1 11\nsample 10 1 2 1 12\n"
       "handed 21 1 1 1 11 good\nhanded 21 1 2 1 12 good\n");
-  const Findings found = Compare(ReadLineTruth(file, {2}), kSlot, Bytes({11, 9, 11, 9}));
+  const Findings found = Compare(ReadLineTruth(file, {2}), kSlot, Bytes({11, 9, 11, 9}), Filled(1));
   EXPECT_TRUE(found.IsTrue());
   EXPECT_EQ(found.excused, 1);
+  EXPECT_EQ(found.losses, 1);
+}
+
+// Input 2 is sampled 7 s after input 1.
+TEST(Comparison, KnowsTheSamplesOfASetThatLieApart) {
+  std::stringstream file(
+      "sample 10 1 1 1 11\nsample 17 1 2 1 12\nsample 20 1 1 2 21\nhanded 21 1 1 1 11 good\n"
+      "handed 22 1 2 1 12 good\nhanded 23 1 1 2 21 good\nsample 27 1 2 2 22\n"
+      "handed 28 1 2 2 22 good\nsample 30 1 1 3 31\nhanded 31 1 1 3 31 good\n");
+  const Findings found = Compare(ReadLineTruth(file, {}), kSlot, Bytes({11, 12, 11, 12, 21, 22}));
+  EXPECT_TRUE(found.IsTrue());
+}
+
+// Four sets of inputs 1 and 2, of which a full buffer has lost the first for input 1 and the
+// first two for input 2.
+LineTruth Overrun() {
+  std::stringstream file;
+  for (int set = 1; set <= 5; ++set) {
+    file << "sample " << set * 10 << " 1 1 " << set << ' ' << 10 * set + 1 << "\nsample "
+         << set * 10 << " 1 2 " << set << ' ' << 10 * set + 2 << '\n';
+  }
+  file << "overrun 50 1 1 1\noverrun 50 1 2 1\noverrun 50 1 2 2\n";
+  for (int set = 2; set <= 5; ++set) {
+    file << "handed 60 1 1 " << set << ' ' << 10 * set + 1 << " good\n";
+  }
+  for (int set = 3; set <= 5; ++set) {
+    file << "handed 60 1 2 " << set << ' ' << 10 * set + 2 << " good\n";
+  }
+  return ReadLineTruth(file, {});
+}
+
+Told Lost(int sets, bool is_about = false) {
+  return {{}, {{"A.OVN", sets, is_about}}};
+}
+
+TEST(Comparison, WantsSetsThatAFullBufferLostToBeTold) {
+  const std::string bytes = Bytes({31, 32, 31, 32, 41, 42, 51, 52});
+  const Findings found = Compare(Overrun(), kSlot, bytes, Lost(2));
+  EXPECT_TRUE(found.IsTrue());
+  EXPECT_EQ(found.lost, 2);
+  EXPECT_EQ(found.told_lost, 2);
+  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes).IsTrue());
+  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(3)).IsTrue());
+  EXPECT_TRUE(Compare(Overrun(), kSlot, bytes, Lost(3, true)).IsTrue());
+  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(9, true)).IsTrue());
+}
+
+TEST(Comparison, FindsAColumnThatAFullBufferShifted) {
+  const Findings found =
+      Compare(Overrun(), kSlot, Bytes({21, 32, 21, 32, 31, 42, 41, 52}), Lost(2));
+  EXPECT_GT(found.wrong, 0);
+  EXPECT_EQ(found.shifted, 1);
+  EXPECT_FALSE(found.IsTrue());
+}
+
+TEST(Comparison, FindsSeveralMissingSetsInOnePlace) {
+  std::stringstream file;
+  std::string bytes = Bytes({11, 12, 11, 12});
+  for (int set = 1; set <= 9; ++set) {
+    for (int input = 1; input <= 2; ++input) {
+      file << "sample " << set * 10 << " 1 " << input << ' ' << set << ' ' << 10 * set + input
+           << "\nhanded " << set * 10 << " 1 " << input << ' ' << set << ' ' << 10 * set + input
+           << " good\n";
+    }
+    bytes += set == 1 || (set >= 4 && set <= 6) ? "" : Bytes({10 * set + 1, 10 * set + 2});
+  }
+  const Findings found = Compare(ReadLineTruth(file, {}), kSlot, bytes);
+  EXPECT_EQ(found.lost, 3);
+  EXPECT_EQ(found.wrong, 0);
+  EXPECT_EQ(found.torn, 0);
 }
 
 }  // namespace

@@ -1,13 +1,20 @@
 // Records under faults and compares every word with what the instruments took:
 //
-//   truth_bench --short | --long [CASE]     one line of a table for each case and kind of line
-//   truth_bench --list                      names of the cases of a short run
+//   truth_bench --list                    names of the cases of a short run
+//   truth_bench --list-long               names of all cases
+//   truth_bench --short [CASE...]         each case once
+//   truth_bench --long [CASE...]          each case over the orders and distances of sampling
+//     --line direct | plugin              on one kind of line instead of both
+//     --order ORDER  --distance MS        sampled in that way instead
 //
-// Exit status 1 if a word that arrived is wrong, missing, twice or in another place.
+// One row of a table for each case, kind of line and way of sampling. Exit status 1 if a word is
+// wrong, missing, twice or in another place and the user was not told so.
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,45 +28,138 @@ using std::chrono::seconds;
 using std::chrono::steady_clock;
 
 constexpr std::array<const char*, 2> kLines = {"direct", "plugin"};
+constexpr std::array<const char*, 3> kOrders = {"ascending", "descending", "random"};
+constexpr std::array<int, 3> kDistances = {30, 200, 500};
+
+constexpr std::size_t kMostTexts = 12;  // of a case that is broken
+
+// What the command line asks for.
+struct Wish {
+  bool is_long = false;
+  std::vector<std::string> cases;  // none: all
+  std::string line;                // empty: both
+  std::string order;               // empty: as the case has it
+  std::optional<int> distance;
+};
+
+std::optional<Wish> ReadWish(const std::vector<std::string>& arguments) {
+  Wish wish;
+  const std::string length = arguments.size() > 1 ? arguments[1] : "";
+  wish.is_long = length == "--long";
+  if (!wish.is_long && length != "--short") {
+    return std::nullopt;
+  }
+  for (std::size_t place = 2; place < arguments.size(); ++place) {
+    const std::string& word = arguments[place];
+    if (word.rfind("--", 0) != 0) {
+      wish.cases.push_back(word);
+      continue;
+    }
+    if (++place == arguments.size()) {
+      return std::nullopt;
+    }
+    if (word == "--line") {
+      wish.line = arguments[place];
+    } else if (word == "--order") {
+      wish.order = arguments[place];
+    } else if (word == "--distance") {
+      wish.distance = std::atoi(arguments[place].c_str());
+    } else {
+      return std::nullopt;
+    }
+  }
+  return wish;
+}
+
+// All ways of sampling: together, and each order at each distance.
+std::vector<SamplingScan> AllScans() {
+  std::vector<SamplingScan> scans = {{}};
+  for (const char* order : kOrders) {
+    for (const int distance : kDistances) {
+      scans.push_back({order, distance});
+    }
+  }
+  return scans;
+}
+
+// Each order once.
+std::vector<SamplingScan> FewScans() {
+  return {{}, {"ascending", 200}, {"descending", 500}, {"random", 500}};
+}
+
+// A short run has one way for each case, another one for the next case.
+std::vector<SamplingScan> ScansOf(const Wish& wish, const TruthCase& truth_case,
+                                  std::size_t place) {
+  if (!wish.order.empty() || wish.distance) {
+    return {{wish.order.empty() ? "random" : wish.order, wish.distance.value_or(0)}};
+  }
+  if (wish.is_long) {
+    return truth_case.is_heavy ? FewScans() : AllScans();
+  }
+  const auto all = AllScans();
+  return {all[place * 3 % all.size()]};
+}
 
 void PrintHeading() {
-  std::printf("%-22s %-7s %5s %6s %6s %5s %5s %5s %6s %6s %6s %7s %5s  %s\n", "case", "line",
-              "secs", "rows", "wrong", "torn", "lost", "twice", "shift", "handed", "onLine",
-              "excused", "over", "verdict");
+  std::printf("%-22s %-7s %-14s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %6s %6s %5s  %s\n", "case",
+              "line", "sampled", "secs", "sets", "wrong", "told", "inv", "torn", "lost", "told",
+              "twice", "shift", "onLine", "unsure", "over", "verdict");
   std::fflush(stdout);
 }
 
+void PrintRow(const std::string& name, const Bench& bench, seconds took, const Findings& found,
+              int overruns) {
+  const std::string scan = bench.scan.order + " " + std::to_string(bench.scan.distance);
+  std::printf("%-22s %-7s %-14s %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %6d %6d %5d  ",
+              name.c_str(), bench.line.c_str(), scan.c_str(), static_cast<int>(took.count()),
+              found.rows, found.wrong, found.excused, found.invented, found.torn, found.lost,
+              found.told_lost, found.doubled, found.shifted, found.losses, found.in_doubt,
+              overruns);
+}
+
 // One case on one kind of line: the table's row, then what was found in words. True if good.
-bool RunHere(const TruthCase& truth_case, const std::string& line, bool is_long) {
-  Bench bench = truth_case.bench;
-  bench.line = line;
+bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   TruthRun run(bench);
   Findings found;
   const auto begin = steady_clock::now();
   bool is_good = run.Begin();
+  bool is_healthy = false;
   if (is_good) {
     truth_case.deed(run, is_long ? truth_case.long_amount : truth_case.short_amount);
+    is_healthy = run.IsHealthy();
     is_good = run.End(found);
   }
   const auto took = std::chrono::duration_cast<seconds>(steady_clock::now() - begin);
-  const LineTruth truth = run.Truth();
-  is_good = is_good && found.IsTrue();
-  std::printf("%-22s %-7s %5d %6d %6d %5d %5d %5d %6d %6d %6d %7d %5d  %s %s\n", truth_case.name,
-              line.c_str(), static_cast<int>(took.count()), found.rows, found.wrong, found.torn,
-              found.lost, found.doubled, found.shifted, truth.handed, truth.lost, found.excused,
-              truth.overruns, is_good ? "true" : "BROKEN", run.Problem().c_str());
+  const int overruns = run.Truth().overruns;
+  PrintRow(truth_case.name, bench, took, found, overruns);
+  std::string verdict = run.Problem();
+  const auto object = [&](bool is_wrong, const char* text) {
+    verdict += is_wrong ? (verdict.empty() ? "" : ", ") + std::string(text) : "";
+  };
+  object(is_healthy && found.told_filled + found.told_uncertain > 0, "doubts on a healthy line");
+  object(!bench.overruns && overruns > 0, "sets lost within the buffer");
+  object(run.HeardByForeign() > 0, "commands to a foreign device");
+  is_good = is_good && verdict.empty() && found.IsTrue();
+  std::printf("%s %s\n", is_good ? "true" : "BROKEN", verdict.c_str());
   for (const std::string& detail : found.details) {
     std::printf("    %s\n", detail.c_str());
+  }
+  const auto texts = is_good ? std::vector<std::string>() : run.ShownTexts();
+  for (std::size_t place = 0; place < std::min(texts.size(), kMostTexts); ++place) {
+    std::printf("    told: %s\n", texts[place].c_str());
   }
   return is_good;
 }
 
-// Both kinds of line at the same time, each in a process of its own.
-bool RunBoth(const std::string& program, const TruthCase& truth_case, const char* length) {
+// Each kind of line in a process of its own, at the same time.
+bool RunLines(const std::string& program, const TruthCase& truth_case, const SamplingScan& scan,
+              bool is_long) {
   std::vector<Process> runs;
   runs.reserve(kLines.size());
   for (const char* line : kLines) {
-    runs.emplace_back(std::vector<std::string>{program, length, truth_case.name, "--line", line});
+    runs.emplace_back(std::vector<std::string>{
+        program, is_long ? "--long" : "--short", truth_case.name, "--line", line, "--order",
+        scan.order, "--distance", std::to_string(scan.distance)});
   }
   bool is_good = true;
   for (Process& run : runs) {
@@ -72,9 +172,27 @@ bool RunBoth(const std::string& program, const TruthCase& truth_case, const char
   return is_good;
 }
 
-int List() {
+bool RunCase(const std::string& program, const Wish& wish, const TruthCase& truth_case,
+             const SamplingScan& scan) {
+  if (wish.line.empty()) {
+    return RunLines(program, truth_case, scan, wish.is_long);
+  }
+  Bench bench = truth_case.bench;
+  bench.line = wish.line;
+  bench.scan = scan;
+  return RunHere(truth_case, bench, wish.is_long);
+}
+
+bool IsWanted(const Wish& wish, const TruthCase& truth_case) {
+  if (wish.cases.empty()) {
+    return wish.is_long || truth_case.short_amount > 0;
+  }
+  return std::find(wish.cases.begin(), wish.cases.end(), truth_case.name) != wish.cases.end();
+}
+
+int List(bool all) {
   for (const TruthCase& truth_case : TruthCases()) {
-    if (truth_case.short_amount > 0) {
+    if (all || truth_case.short_amount > 0) {
       std::printf("%s\n", truth_case.name);
     }
   }
@@ -82,30 +200,30 @@ int List() {
 }
 
 int Main(const std::vector<std::string>& arguments) {
-  const std::string length = arguments.size() > 1 ? arguments[1] : "";
-  if (length == "--list") {
-    return List();
+  const std::string first = arguments.size() > 1 ? arguments[1] : "";
+  if (first == "--list" || first == "--list-long") {
+    return List(first == "--list-long");
   }
-  if (length != "--short" && length != "--long") {
-    std::fprintf(stderr, "usage: truth_bench --short | --long [CASE] | --list\n");
+  const auto wish = ReadWish(arguments);
+  if (!wish) {
+    std::fprintf(stderr,
+                 "usage: truth_bench --short | --long [CASE...] [--line LINE] [--order ORDER] "
+                 "[--distance MS]\n       truth_bench --list | --list-long\n");
     return 2;
   }
-  const std::string wanted = arguments.size() > 2 ? arguments[2] : "";
-  const std::string line = arguments.size() > 4 ? arguments[4] : "";
-  const bool is_long = length == "--long";
   bool is_good = true;
   bool any = false;
-  if (line.empty()) {
+  if (wish->line.empty()) {
     PrintHeading();
   }
-  for (const TruthCase& truth_case : TruthCases()) {
-    const bool is_wanted =
-        wanted.empty() ? is_long || truth_case.short_amount > 0 : wanted == truth_case.name;
-    if (is_wanted) {
-      any = true;
-      is_good = (line.empty() ? RunBoth(arguments[0], truth_case, length.c_str())
-                              : RunHere(truth_case, line, is_long)) &&
-                is_good;
+  for (std::size_t place = 0; place < TruthCases().size(); ++place) {
+    const TruthCase& truth_case = TruthCases()[place];
+    if (!IsWanted(*wish, truth_case)) {
+      continue;
+    }
+    any = true;
+    for (const SamplingScan& scan : ScansOf(*wish, truth_case, place)) {
+      is_good = RunCase(arguments[0], *wish, truth_case, scan) && is_good;
     }
   }
   return any && is_good ? 0 : 1;

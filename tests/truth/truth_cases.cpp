@@ -17,6 +17,8 @@ using std::chrono::sys_days;
 // Moments of Central Europe, in universal time.
 constexpr std::chrono::sys_seconds kEndOfSummerTime = sys_days(2026y / 10 / 25) + hours(1);
 constexpr std::chrono::sys_seconds kBeginOfSummerTime = sys_days(2027y / 3 / 28) + hours(1);
+constexpr int kBuffer = 896;  // sets that an instrument holds
+
 constexpr std::chrono::sys_seconds kMidnight = sys_days(2026y / 3 / 14) + hours(23);
 
 using Deed = std::function<void(TruthRun&, int)>;
@@ -47,15 +49,78 @@ void RestartInstrument(TruthRun& run, int times) {
 }
 
 // The program finds its port again on its ten-second tick.
+void PullOnce(TruthRun& run, milliseconds time) {
+  run.GoOn(milliseconds(run.Draw(1500)));
+  run.Tell("unplug");
+  run.NoteCut();
+  run.GoOn(time);
+  run.Tell("plug");
+  run.GoOnUntilRowsCome(seconds(40));
+}
+
 void Replug(TruthRun& run, int times) {
   for (int time = 0; time < times; ++time) {
-    run.GoOn(milliseconds(run.Draw(1500)));
-    run.Tell("unplug");
-    run.NoteCut();
-    run.GoOn(milliseconds(run.Draw(1500)));
-    run.Tell("plug");
-    run.GoOnUntilRowsCome(seconds(40));
+    PullOnce(run, milliseconds(run.Draw(1500)));
   }
+}
+
+Deed Pulled(milliseconds duration) {
+  return [duration](TruthRun& run, int times) {
+    for (int time = 0; time < times; ++time) {
+      PullOnce(run, duration);
+    }
+  };
+}
+
+// So many percent of all exchanges, in equal shares: requests and replies lost, replies garbled,
+// cut and late.
+Deed Spoilt(int percent) {
+  return [percent](TruthRun& run, int duration) {
+    const std::string share = std::to_string(percent / 500.0);
+    for (const char* fault :
+         {"lost-request ", "lost-reply ", "garbage ", "cut-value ", "late-reply 150/"}) {
+      run.Tell("fault all " + (fault + share));
+    }
+    run.GoOn(seconds(duration));
+    run.Tell("fault all none");
+  };
+}
+
+// The machine is switched off for so many sets. Where it comes up between two sampling instants
+// is a matter of chance.
+Deed OffFor(int sets) {
+  return [sets](TruthRun& run, int times) {
+    for (int time = 0; time < times; ++time) {
+      run.GoOn(milliseconds(run.Draw(1500)));
+      run.Kill();
+      run.SleepForSets(sets);
+      run.Start();
+      run.GoOnUntilCaughtUp();
+    }
+  };
+}
+
+// The machine sleeps for so many sets with the program in it.
+Deed AsleepFor(int sets) {
+  return [sets](TruthRun& run, int times) {
+    for (int time = 0; time < times; ++time) {
+      run.GoOn(milliseconds(run.Draw(1500)));
+      run.SleepForSets(sets);
+      run.GoOnUntilCaughtUp();
+    }
+  };
+}
+
+// On which `sets` sets pass while the machine is off or asleep, `interval` seconds apart.
+Bench Sleepy(Recordings recordings, int sets, int interval) {
+  Bench bench;
+  bench.recordings = recordings;
+  bench.interval = 10 * interval;
+  bench.overruns = sets >= kBuffer;
+  bench.slept_sets = sets;
+  bench.clock = OwnClock::kAll;
+  bench.begins_at = kMidnight - hours(14);
+  return bench;
 }
 
 void KillAndStart(TruthRun& run, int times) {
@@ -91,7 +156,7 @@ void FillDiskAndKill(TruthRun& run, int times) {
 void TakeDataAway(TruthRun& run, int duration) {
   run.RenameData("tavdat", "tavdat.away");
   run.GoOn(seconds(duration / 2));
-  run.PassTime(seconds(1201));
+  run.SleepFor(seconds(1201));
   run.GoOn(seconds(duration - duration / 2));
   run.RenameData("tavdat.away", "tavdat");
 }
@@ -160,9 +225,23 @@ const std::vector<TruthCase>& TruthCases() {
        4,
        40,
        {}},
+      {"spoilt 10 %", Spoilt(10), 0, 60, {}},
+      {"spoilt 20 %", Spoilt(20), 8, 60, {}},
+      {"spoilt 40 %", Spoilt(40), 0, 60, {}},
+      {"one input spoilt", Spoilt(20), 8, 60, {.recordings = Recordings::kSingle}},
+      {"15 inputs spoilt", Spoilt(20), 0, 60, {.recordings = Recordings::kWide, .interval = 50}},
+      {"15 inputs, lost replies",
+       Faults("lost-reply 0.1"),
+       0,
+       60,
+       {.recordings = Recordings::kWide, .interval = 50}},
       {"silent 10 minutes", Faults("silence on"), 10, 10, {.interval = 60, .speedup = 60}},
       {"instrument restarted", RestartInstrument, 4, 40, {}},
       {"port pulled", Replug, 1, 20, {}},
+      {"pulled for 0.5 s", Pulled(500ms), 0, 3, {.foreign = true}},
+      {"pulled for 5 s", Pulled(5s), 1, 2, {.foreign = true}},
+      {"pulled for 30 s", Pulled(30s), 0, 1, {.foreign = true}},
+      {"pulled for 90 s", Pulled(90s), 0, 1, {.foreign = true}, true},
       {"killed", KillAndStart, 8, 200, {}},
       {"disk full", FillDisk, 1, 8, {.small_disk = true}},
       {"disk full and killed", FillDiskAndKill, 2, 10, {.small_disk = true}},
@@ -170,7 +249,10 @@ const std::vector<TruthCase>& TruthCases() {
        TakeDataAway,
        12,
        30,
-       {.clock = OwnClock::kAll, .begins_at = kMidnight - hours(12)}},
+       {.interval = 50,
+        .slept_sets = 240,
+        .clock = OwnClock::kAll,
+        .begins_at = kMidnight - hours(12)}},
       {"clock set",
        SetTheClock,
        1,
@@ -186,12 +268,23 @@ const std::vector<TruthCase>& TruthCases() {
        Watch,
        1,
        1,
-       {.interval = 60, .speedup = 1, .backlog = 20, .wide = true}},
+       {.recordings = Recordings::kWide, .interval = 60, .speedup = 1, .backlog = 20}},
       {"backlog of 896 on 15",
        Watch,
        0,
        1,
-       {.interval = 300, .speedup = 10, .backlog = 896, .wide = true}},
+       {.recordings = Recordings::kWide, .interval = 300, .backlog = 896},
+       true},
+      {"asleep for 950 sets", AsleepFor(950), 0, 3, Sleepy(Recordings::kThree, 3 * 950, 2), true},
+      {"off for 950, two inputs", OffFor(950), 1, 3, Sleepy(Recordings::kPair, 3 * 950, 2), true},
+      {"off for 950 sets", OffFor(950), 0, 3, Sleepy(Recordings::kThree, 3 * 950, 2), true},
+      {"off for 860, one", OffFor(860), 0, 1, Sleepy(Recordings::kWide, 860, 10), true},
+      {"off for 896, one", OffFor(896), 0, 1, Sleepy(Recordings::kWide, 896, 10), true},
+      {"off for 1500, one", OffFor(1500), 0, 1, Sleepy(Recordings::kWide, 1500, 10), true},
+      {"off for 1500, one input", OffFor(1500), 0, 1, Sleepy(Recordings::kSingle, 1500, 10), true},
+      {"off for 860, twelve", OffFor(860), 0, 1, Sleepy(Recordings::kTwelve, 860, 10), true},
+      {"off for 896, twelve", OffFor(896), 0, 1, Sleepy(Recordings::kTwelve, 896, 10), true},
+      {"off for 1500, twelve", OffFor(1500), 0, 1, Sleepy(Recordings::kTwelve, 1500, 10), true},
   };
   return cases;
 }

@@ -16,6 +16,8 @@ struct TruthCase {
   int short_amount;  // 0: only in a long run
   int long_amount;
   Bench bench;
+  // In a long run it goes over each order of sampling once instead of over all distances.
+  bool is_heavy = false;
 };
 
 [[nodiscard]] const std::vector<TruthCase>& TruthCases();

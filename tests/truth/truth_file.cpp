@@ -21,12 +21,13 @@ class TruthReader {
     std::string fate;
     fields >> number >> word >> fate;
     if (kind == "sample") {
-      truth_.inputs[key].push_back({seconds, static_cast<std::int16_t>(word)});
+      truth_.inputs[key].push_back(
+          {seconds, static_cast<std::int16_t>(word), SampleFate::kWaiting, epochs_[key], number});
     } else if (kind == "handed") {
       TakeHanded(key, seconds, number, fate);
     } else if (kind == "overrun") {
       ++truth_.overruns;
-      Mark(key, number, SampleFate::kForgotten, cleared_[key]);
+      Mark(key, number, SampleFate::kOverrun, cleared_[key]);
     } else if (kind == "clear") {
       Forget(key);
     } else if (kind == "restart") {
@@ -66,6 +67,7 @@ class TruthReader {
       }
     }
     cleared_[key] = samples.size();
+    ++epochs_[key];
   }
 
   void ForgetAll(int inet, double seconds) {
@@ -81,6 +83,7 @@ class TruthReader {
   const std::vector<int>& cuts_;
   LineTruth truth_;
   std::map<InputKey, std::size_t> cleared_;         // samples taken before numbers began at 1
+  std::map<InputKey, int> epochs_;                  // how often numbers began at 1 again
   std::map<InputKey, std::size_t> before_restart_;  // the same before the last restart
   std::map<int, double> restarted_;                 // seconds of the last restart
 };

@@ -16,7 +16,8 @@ enum class SampleFate : std::uint8_t {
   kGood,       // handed over in a reply that went out whole
   kCut,        // handed over as kGood, but perhaps nobody was there to take the reply
   kLost,       // handed over in a reply that was lost, damaged or late
-  kForgotten,  // pushed out of a full buffer, or gone with a restart of the instrument
+  kOverrun,    // pushed out of a full buffer
+  kForgotten,  // gone with a restart of the instrument, or cleared
 };
 
 // One sample of one input.
@@ -24,6 +25,11 @@ struct TakenSample {
   double seconds = 0;  // the instrument's own time
   std::int16_t word = 0;
   SampleFate fate = SampleFate::kWaiting;
+  // The samples of one set have the same number in all inputs that were started together,
+  // however far apart they were taken. Numbers begin at 1 again with each clearing and restart,
+  // which are counted here.
+  int epoch = 0;
+  int number = 0;
 };
 
 // The samples of each input in the order in which they were taken, by instrument and input.

@@ -14,32 +14,66 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-constexpr int kHeader = 1000;    // bytes
+constexpr int kHeader = 1000;  // bytes
+constexpr int kControllers = 4;
+constexpr double kClimb = 280;   // degrees that an oven has before it before it is hot
+constexpr int kMostSets = 300;   // that a case takes, but for those that sleep or have a backlog
 constexpr int kFirstRows = 4;    // rows before a case begins
 constexpr int kProofOfLife = 2;  // rows that have to come after all
 constexpr int kSleep = 14;       // seconds that a slot may sleep before it reads again
 constexpr seconds kFirstRowsLimit{60};
-constexpr seconds kDrainLimit{1200};
+constexpr seconds kDrainLimit{2400};
 constexpr seconds kStallLimit{40};  // without a new row
 constexpr const char* kBallast = "tavdat/ballast.bin";
 constexpr const char* kDiskSize = "size=256k";
 
+// Two on each of six instruments.
+std::vector<RecordedSlot> TwelveSlots() {
+  std::vector<RecordedSlot> slots;
+  for (int slot = 0; slot < 12; ++slot) {
+    const std::string letter(1, static_cast<char>('A' + slot));
+    const bool is_first = slot % 2 == 0;
+    slots.push_back({"M260314" + letter + (is_first ? ".TUB" : ".CHA"), slot / 2 + 1,
+                     is_first ? std::vector<int>{1, 5} : std::vector<int>{2, 6}});
+  }
+  return slots;
+}
+
 std::vector<RecordedSlot> SlotsOf(const Bench& bench) {
-  if (bench.wide) {
-    return {{"M260314A.TUB", 1, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}};
+  switch (bench.recordings) {
+    case Recordings::kSingle:
+      return {{"M260314A.TUB", 1, {7}}};
+    case Recordings::kPair:
+      return {{"M260314A.TUB", 1, {3, 11}}};
+    case Recordings::kWide:
+      return {{"M260314A.TUB", 1, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15}}};
+    case Recordings::kTwelve:
+      return TwelveSlots();
+    case Recordings::kThree:
+      break;
   }
   return {{"M260314A.TUB", 1, {1, 5, 9}}, {"M260314B.CHA", 1, {2, 6}}, {"M260314C.AUT", 2, {1, 5}}};
 }
 
-std::string SlotText(int number, const RecordedSlot& slot) {
+int InstrumentsOf(const std::vector<RecordedSlot>& slots) {
+  int most = 0;
+  for (const RecordedSlot& slot : slots) {
+    most = std::max(most, slot.inet);
+  }
+  return most;
+}
+
+std::string SlotText(int number, const RecordedSlot& slot, int interval) {
   std::string inputs;
   for (const int input : slot.inputs) {
     inputs += (inputs.empty() ? "" : "/") + std::to_string(input);
   }
   const std::string ext = slot.file.substr(slot.file.find('.') + 1);
   return "slot:number=" + std::to_string(number) + ",name=Oven,ext=" + ext +
-         ",inet=" + std::to_string(slot.inet) + ",ctrl=" + std::to_string(slot.inputs.front()) +
-         ",ref=" + std::to_string(slot.inputs.back()) + ",inputs=" + inputs;
+         ",inet=" + std::to_string(slot.inet) +
+         ",ctrl=" + std::to_string(std::min(slot.inputs.front(), kControllers)) +
+         ",ref=" + std::to_string(slot.inputs.back()) + ",inputs=" + inputs +
+         ",fast=1,interval=" + std::to_string(interval);
 }
 
 }  // namespace
@@ -62,16 +96,22 @@ bool TruthRun::Begin() {
     Fail("no screen");
     return false;
   }
-  std::vector<std::string> arguments = {"COMMPORT=COM1",
+  if (bench_.foreign && !LayForeignDevice()) {
+    Fail("no foreign device");
+    return false;
+  }
+  std::vector<std::string> arguments = {"COMMPORT=" + program_.Port(),
                                         bench_.line == "direct" ? "COMMODE=0" : "COMMODE=2"};
   for (std::size_t slot = 0; slot < slots_.size(); ++slot) {
-    arguments.push_back(SlotText(static_cast<int>(slot) + 1, slots_[slot]));
+    arguments.push_back(
+        SlotText(static_cast<int>(slot) + 1, slots_[slot], bench_.interval / bench_.speedup));
   }
   is_mounted_ = bench_.small_disk && MountData();
   if (!program_.Prepare(arguments) || !program_.StartInstruments(InstrumentOptions())) {
     Fail("no installation");
     return false;
   }
+  program_.KeepShownTexts();
   program_.UseClock(bench_.clock);
   if (bench_.clock != OwnClock::kNone) {
     SetClock(bench_.begins_at);
@@ -93,14 +133,39 @@ bool TruthRun::MountData() {
   return mount("tavrel-truth", data.c_str(), "tmpfs", 0, kDiskSize) == 0;
 }
 
+// It answers like the right one, with words of its own.
+bool TruthRun::LayForeignDevice() {
+  const bool is_there = foreign_.LayDown(
+      program_.Directory(),
+      {"--mode", bench_.line, "--instruments", "6", "--seed", "99", "--sampling-order", "together",
+       "--sample", "1=10", "--sample", "2=10", "--backlog", "1=500", "--backlog", "2=500"});
+  program_.UsePort(foreign_.Port());
+  return is_there;
+}
+
 // All ovens climb all the time, so that no two sets are alike.
 std::vector<std::string> TruthRun::InstrumentOptions() const {
-  std::vector<std::string> options = {"--mode", bench_.line, "--instruments",
-                                      "2",      "--speedup", std::to_string(bench_.speedup),
+  const int instruments = InstrumentsOf(slots_);
+  std::vector<std::string> options = {"--mode",
+                                      bench_.line,
+                                      "--instruments",
+                                      std::to_string(instruments),
+                                      "--speedup",
+                                      std::to_string(bench_.speedup),
+                                      "--sampling-order",
+                                      bench_.scan.order,
+                                      "--sampling-distance",
+                                      std::to_string(bench_.scan.distance),
+                                      "--fast",
+                                      "1,2,3,4,5,6",
                                       "--warm"};
-  const std::string rate = std::to_string(1.0 / bench_.interval);
-  for (const char* oven : {"1.1", "1.2", "1.3", "1.4", "2.1"}) {
-    options.insert(options.end(), {"--oven", std::string(oven) + "=ramp:450:" + rate});
+  const double sets = bench_.backlog + bench_.slept_sets + kMostSets;
+  const std::string rate = std::to_string(std::min(1.0, kClimb / sets) / bench_.interval);
+  for (int inet = 1; inet <= instruments; ++inet) {
+    for (int oven = 1; oven <= kControllers; ++oven) {
+      options.insert(options.end(), {"--oven", std::to_string(inet) + "." + std::to_string(oven) +
+                                                   "=ramp:450:" + rate});
+    }
   }
   for (const RecordedSlot& slot : slots_) {
     for (const int input : slot.inputs) {
@@ -164,7 +229,7 @@ bool TruthRun::HasCaughtUp() const {
   return true;
 }
 
-bool TruthRun::End(Findings& findings) {
+void TruthRun::GoOnUntilCaughtUp() {
   const auto has_caught_up = [this] { return HasCaughtUp(); };
   std::vector<int> rows = RowsOfAll();
   const auto end = std::chrono::steady_clock::now() + kDrainLimit;
@@ -175,7 +240,11 @@ bool TruthRun::End(Findings& findings) {
     }
     rows = now;
   }
-  rows = RowsOfAll();
+}
+
+bool TruthRun::End(Findings& findings) {
+  GoOnUntilCaughtUp();
+  const std::vector<int> rows = RowsOfAll();
   if (problem_.empty() && !WaitUntil([&] { return HasGrown(rows, kProofOfLife); }, kStallLimit)) {
     Fail("no rows any more");
   }
@@ -184,13 +253,15 @@ bool TruthRun::End(Findings& findings) {
     Fail("does not end");
   }
   const LineTruth truth = Truth();
+  const Told told = ReadTold(program_.ShownTexts());
   for (const RecordedSlot& slot : slots_) {
-    findings.Add(Compare(truth, slot, Samples(slot)));
+    findings.Add(Compare(truth, slot, Samples(slot), told));
   }
   return problem_.empty();
 }
 
 void TruthRun::Tell(const std::string& command) {
+  is_healthy_ = false;
   if (!program_.Tell(command)) {
     Fail("the instruments refuse: " + command);
   }
@@ -208,6 +279,7 @@ void TruthRun::GoOnUntilRowsCome(seconds limit) {
 }
 
 void TruthRun::NoteCut() {
+  is_healthy_ = false;
   GoOn(milliseconds(60));  // what is on its way arrives
   cuts_.push_back(Truth().handed);
 }
@@ -263,6 +335,15 @@ void TruthRun::PassTime(seconds time) {
   clock_ahead_ += time;
   program_.SetClock(clock_ahead_);
   NoteCut();
+}
+
+void TruthRun::SleepFor(seconds time) {
+  PassTime(time);
+  Tell("pass all " + std::to_string(time.count() * bench_.speedup));
+}
+
+void TruthRun::SleepForSets(int sets) {
+  SleepFor(seconds(sets * bench_.interval / bench_.speedup));
 }
 
 void TruthRun::RenameData(const std::string& from, const std::string& to) {

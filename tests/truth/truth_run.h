@@ -9,17 +9,39 @@
 
 #include "tests/e2e/installed_program.h"
 #include "tests/truth/comparison.h"
+#include "tests/truth/foreign_device.h"
 
 namespace tavrel {
+
+// The order and the distance in time in which the instruments sample the inputs of a set.
+struct SamplingScan {
+  std::string order = "together";  // or "ascending", "descending", "random"
+  int distance = 0;                // milliseconds of the instruments' time
+};
+
+// What is recorded.
+enum class Recordings {
+  kThree,   // three of two and three inputs, on two instruments
+  kSingle,  // one input
+  kPair,    // two inputs
+  kWide,    // all fifteen inputs of one instrument
+  kTwelve,  // twelve of two inputs, on six instruments
+};
 
 // Where and how fast a case records.
 struct Bench {
   std::string line = "direct";  // or "plugin"
-  int interval = 10;            // seconds of the instruments between two sets
+  SamplingScan scan{};
+  Recordings recordings = Recordings::kThree;
+  // Seconds of the instruments between two sets, and how much faster than the program's their
+  // time runs. For the program there are interval / speedup whole seconds between two sets.
+  int interval = 10;
   int speedup = 10;
-  int backlog = 8;          // sets that wait at the start
-  bool wide = false;        // one slot of 15 channels in place of three small ones
+  int backlog = 8;          // sets that the instruments have taken before the program starts
   bool small_disk = false;  // the data stand on a small file system of their own
+  bool overruns = false;    // more may pass than the instruments' buffers hold
+  int slept_sets = 0;       // that pass while the machine sleeps, about
+  bool foreign = false;     // another device stands where the port's name falls through to
   OwnClock clock = OwnClock::kNone;
   std::chrono::sys_seconds begins_at{};  // what that clock shows at first
 };
@@ -54,6 +76,12 @@ class TruthRun {
   // What the clock of the program shows from this moment on, and how far it jumps ahead.
   void SetClock(std::chrono::sys_seconds now);
   void PassTime(std::chrono::seconds time);
+  // So much passes at once for the program's clocks and for the instruments, as if the machine
+  // had slept; or as much as the instruments need for so many sets.
+  void SleepFor(std::chrono::seconds time);
+  void SleepForSets(int sets);
+  // Until no more waits in the instruments than they take while a slot sleeps.
+  void GoOnUntilCaughtUp();
   void RenameData(const std::string& from, const std::string& to);
   // Marks that whatever is on its way now has no one to take it.
   void NoteCut();
@@ -62,9 +90,16 @@ class TruthRun {
 
   [[nodiscard]] const std::string& Problem() const { return problem_; }
   [[nodiscard]] LineTruth Truth() const;
+  // Telegrams that were sent to the device that is not the instruments'.
+  [[nodiscard]] int HeardByForeign() const { return foreign_.Heard(); }
+  // What the program told its user, see InstalledProgram.
+  [[nodiscard]] std::vector<std::string> ShownTexts() const { return program_.ShownTexts(); }
+  // True while nothing was done to the line, the instruments or the program.
+  [[nodiscard]] bool IsHealthy() const { return is_healthy_; }
 
  private:
   [[nodiscard]] bool MountData();
+  [[nodiscard]] bool LayForeignDevice();
   [[nodiscard]] std::vector<std::string> InstrumentOptions() const;
   [[nodiscard]] std::string Samples(const RecordedSlot& slot) const;
   [[nodiscard]] int Rows(const RecordedSlot& slot) const;
@@ -76,6 +111,8 @@ class TruthRun {
   std::vector<RecordedSlot> slots_;
   VirtualScreen screen_;
   InstalledProgram program_;
+  ForeignDevice foreign_;
+  bool is_healthy_ = true;
   std::vector<int> cuts_;
   std::chrono::seconds clock_ahead_{0};
   std::mt19937 random_{7};

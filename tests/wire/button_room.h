@@ -36,6 +36,8 @@ inline constexpr Failure kLostRequest{"lost-request", "on", false};
 inline constexpr Failure kLostReply{"lost-reply", "on", true};
 inline constexpr Failure kRefusal{"refusal", "on", false};
 inline constexpr Failure kLateReply{"late-reply", "130", true};
+// The exchange goes well, but what is read is no value.
+inline constexpr Failure kNoValueToRead{"no-value", "on", true};
 
 inline std::ostream& operator<<(std::ostream& out, const Failure& failure) {
   return out << failure.name;

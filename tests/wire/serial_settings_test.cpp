@@ -40,6 +40,26 @@ TEST(Advice, SaysWhichDeviceIsMissing) {
   EXPECT_NE(text.find("COM5 does not exist: there is no device /dev/ttyUSB0"), std::string::npos);
 }
 
+TEST(Advice, NamesTheProgramThatHasThePort) {
+  EXPECT_EQ(
+      LockAdvice(1, "/dev/ttyS0", "/var/lock/LCK..ttyS0", {LockState::kHeld, 1234, "minicom"}),
+      "COM1 (/dev/ttyS0) is in use.\n\n"
+      "minicom (process 1234) has it open. Close that program, or choose another port.");
+  EXPECT_NE(LockAdvice(1, "/dev/ttyS0", "", {LockState::kHeld, 1234, ""})
+                .find("The process 1234 has it open."),
+            std::string::npos);
+  EXPECT_NE(LockAdvice(1, "/dev/ttyS0", "", {LockState::kHeld, 0, ""})
+                .find("Another program has it open."),
+            std::string::npos);
+}
+
+TEST(Advice, NamesALockThatOnlyTheUserCanDelete) {
+  EXPECT_EQ(LockAdvice(12, "/dev/ttyS11", "/var/lock/LCK..ttyS11", {LockState::kLeft, 77, ""}),
+            "COM12 (/dev/ttyS11) is locked: the lock file /var/lock/LCK..ttyS11 was left there by "
+            "a program that does not run any more.\n\n"
+            "If no program has the port open, delete this file.");
+}
+
 TEST(Advice, PassesOnWhatTheSystemSaysOtherwise) {
   const std::string text =
       AdviceFor(1, "/dev/ttyS0", QSerialPort::UnknownError, "Input/output error");

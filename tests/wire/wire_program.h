@@ -25,6 +25,7 @@ class WatchedPort : public SerialPort {
   [[nodiscard]] PortOpening Open(int number, std::string_view settings) override {
     return port_.Open(number, settings);
   }
+  [[nodiscard]] PortOpening Reopen() override { return port_.Reopen(); }
   void Close() override { port_.Close(); }
   [[nodiscard]] bool IsOpen() const override { return port_.IsOpen(); }
   [[nodiscard]] std::string Settings() const override { return port_.Settings(); }

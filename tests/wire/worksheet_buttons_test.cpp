@@ -1,5 +1,6 @@
 #include <array>
 
+#include "tests/support/control_bench.h"
 #include "tests/wire/button_room.h"
 #include "work/controller_settings.h"
 
@@ -26,26 +27,75 @@ TEST_P(WorksheetOnTheWire, SwitchesTheControllerIsothermalAndOff) {
   }
 }
 
+const Telegrams kOldSetpoint = {"controller: controller is on,\nthe setpoint is still the old one"};
+const Telegrams kUnsureSetpoint = {
+    "controller: controller is on,\nthe setpoint was not acknowledged"};
+const Telegrams kNotConnected = {"check: Tavrel connected ?"};
+
 TEST_P(WorksheetOnTheWire, StartsARampFromTheActualValue) {
-  const Telegrams telegrams = Of({"Z13=3\r", "Y13?"}, {"n1p33=3\r", "n1p23?"});
+  const Telegrams telegrams = Of({"Y13?", "Z13=3\r", "Y13?"}, {"n1p23?", "n1p33=3\r", "n1p23?"});
   const std::string setpoint = Of({"W13="}, {"n1p3="}).front();
-  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 3 : 0); ++failing) {
+  const std::array<Telegrams, 5> boxes = {Telegrams{}, kNotConnected, kNotConnected, kOldSetpoint,
+                                          kUnsureSetpoint};
+  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 4 : 0); ++failing) {
     Give({{"Z", 0}, {"W", 1600}});
     OpenSheet();
     fail_at = failing;
     program.worksheet.cmd_Ctrl_Click(1);
-    const int sent = Fails() ? failing : 3;
-    Telegrams expected = First(telegrams, std::min(sent, 2));
+    const int sent = Fails() ? failing : 4;
+    Telegrams expected = First(telegrams, std::min(sent, 3));
     const std::string actual = instrument.LastReply(telegrams.back());
-    if (sent == 3) {
+    if (sent == 4) {
       expected.push_back(setpoint + actual.substr(actual.find_first_not_of('0')) + "\r");
     }
     ExpectTelegrams(expected);
-    EXPECT_EQ(Shown().CtrlDown, Fails() ? CtrlButton::kOff : CtrlButton::kDynamic) << failing;
-    const bool has_state = failing != 1 || HowItFails().is_carried_out;
+    const bool is_acknowledged = failing == 0 || failing > 2;
+    EXPECT_EQ(Shown().CtrlDown, is_acknowledged ? CtrlButton::kDynamic : CtrlButton::kOff)
+        << failing;
+    EXPECT_EQ(Boxes(), boxes.at(static_cast<std::size_t>(failing))) << failing;
+    const bool has_state = is_acknowledged || (failing == 2 && HowItFails().is_carried_out);
     EXPECT_EQ(Register("Z"), has_state ? 3 : 0) << failing;
-    EXPECT_TRUE(Boxes().empty());
   }
+}
+
+// An instrument that answers, but has no value to start a ramp from.
+class RampWithoutAValue : public ButtonsOnTheWire {};
+
+TEST_P(RampWithoutAValue, IsNotBegunOrKeepsItsSetpoint) {
+  const Telegrams telegrams = Of({"Y13?", "Z13=3\r", "Y13?"}, {"n1p23?", "n1p33=3\r", "n1p23?"});
+  for (const int failing : {1, 3}) {
+    Give({{"Z", 0}, {"W", 1600}});
+    OpenSheet();
+    fail_at = failing;
+    program.worksheet.cmd_Ctrl_Click(1);
+    ExpectTelegrams(First(telegrams, failing));
+    const bool is_on = failing == 3;
+    EXPECT_EQ(Shown().CtrlDown, is_on ? CtrlButton::kDynamic : CtrlButton::kOff);
+    EXPECT_EQ(Boxes(), is_on ? kOldSetpoint : kNotConnected);
+    EXPECT_GE(Register("W"), 1600) << "never the 8000 of no value";
+    EXPECT_EQ(Register("Z"), is_on ? 3 : 0);
+  }
+}
+
+TEST_P(RampWithoutAValue, OfAProgramIsRepeatedWithoutABox) {
+  const Telegrams telegrams = Of({"M13=1F40\r", "Y13?"}, {"n1v63=1F40\r", "n1p23?"});
+  program.home.Write("A.PRG", ProgramBytes({{3, 25, 8000, 10}}));
+  program.dialogs.chosen_file = program.home.File("A.PRG");
+  ASSERT_EQ(program.runner.Start(1), ProgramStart::kStarted);
+  for (int minute = 0; minute < 2; ++minute) {
+    Forget();
+    fail_at = 2;
+    program.runner.StepProgram(1);
+    ExpectTelegrams(telegrams);
+    EXPECT_EQ(Unit().UnitProgStep, 0);
+    EXPECT_EQ(Register("W"), 1600);
+    EXPECT_EQ(Register("Z"), 2);
+  }
+  Greet();
+  program.runner.StepProgram(1);
+  EXPECT_EQ(Unit().UnitProgStep, 1);
+  EXPECT_EQ(Register("Z"), 3);
+  EXPECT_TRUE(Boxes().empty());
 }
 
 TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
@@ -113,6 +163,9 @@ INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, WorksheetOnTheWire,
                          testing::Combine(testing::Bool(),
                                           testing::Values(kNone, kLostRequest, kLostReply, kRefusal,
                                                           kLateReply)),
+                         [](const auto& test) { return NameOf(test.param); });
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, RampWithoutAValue,
+                         testing::Combine(testing::Bool(), testing::Values(kNoValueToRead)),
                          [](const auto& test) { return NameOf(test.param); });
 
 }  // namespace

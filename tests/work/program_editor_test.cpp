@@ -367,5 +367,42 @@ TEST_F(Editor, OpensOrRefusesEveryTruncationAndAnyBytes) {
   }
 }
 
+// A recording is 1000 bytes and more, a program of one step 16: the one must never become the
+// other, whatever the disk, the slot and the user call the file.
+TEST_F(Editor, NeverSavesOverAFileInUse) {
+  const std::string recording(1000, 'x');
+  for (const int slot : {kViewedFile, 1, 7, 12}) {
+    for (const char* const chosen :
+         {"tavdat/m260314a.ovn", "tavdat/M260314A.OVN", "tavdat/./m260314a.ovn", "way/m260314a.ovn",
+          "LINK.PRG", "tavdat/HARD.PRG"}) {
+      BenchProgram program;
+      program.home.Write("tavdat/m260314a.ovn", recording);
+      std::filesystem::create_directory_symlink("tavdat", program.home.File("way"));
+      std::filesystem::create_symlink("tavdat/m260314a.ovn", program.home.File("LINK.PRG"));
+      std::filesystem::create_hard_link(program.home.File("tavdat/m260314a.ovn"),
+                                        program.home.File("tavdat/HARD.PRG"));
+      program.state.SlotPath.at(static_cast<std::size_t>(slot)) = program.home.File("tavdat");
+      program.state.SlotFile.at(static_cast<std::size_t>(slot)) = "M260314A.OVN";
+      ProgramEditor saving(ProgramEditor::Parts{program.state, program.dialogs});
+      saving.Grid_Click(1, kTimeColumn);
+      saving.txtEdit_Change("30");
+      saving.Grid_Click(1, kSetpointColumn);
+      saving.txtEdit_Change("200");
+      saving.Grid_Click(1, kStatusColumn);
+      saving.Cstat_Click(2);
+      saving.Grid_Click(0, 0);
+      program.dialogs.chosen_file = program.home.File(chosen);
+      saving.cmdSave_Click();
+      EXPECT_EQ(program.home.Read("tavdat/m260314a.ovn"), recording) << slot << " " << chosen;
+      EXPECT_EQ(std::string(chosen) == "tavdat/M260314A.OVN", !program.home.Exists(chosen))
+          << chosen;
+      ASSERT_EQ(program.dialogs.boxes.size(), 1U) << slot << " " << chosen;
+      EXPECT_TRUE(
+          program.dialogs.boxes[0].Text.ends_with(": The file is in use as a recording file."));
+      EXPECT_TRUE(saving.ProgChanged());
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -23,8 +23,9 @@ class ProgramFiles : public testing::Test, public ControlBench {
     Count();
   }
 
-  // The file is taken for what its length says and for nothing else: it opens or is refused in
-  // one box, and it starts or is refused in one box; nothing goes out on the line.
+  // The file is taken for what its length says, and for a status and a setpoint in each step: it
+  // opens or is refused in one box, and it starts or is refused in one box; nothing goes out on the
+  // line.
   void ExpectByLength(const std::string& bytes) {
     disk.seekp(0);
     disk.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush();
@@ -37,10 +38,25 @@ class ProgramFiles : public testing::Test, public ControlBench {
     ASSERT_FALSE(editor.ProgChanged());
     std::string refusal = records > kProgramRecords ? "Read  file|ANY.PRG  is too big !\n" : "";
     refusal = records <= 1 ? "Read  file|ANY.PRG  is damaged !\n" : refusal;
+    refusal = refusal.empty() ? EmptyWordIn(bytes, records) : refusal;
     ASSERT_EQ(BoxesOf([this] { static_cast<void>(runner.Start(1)); }), refusal) << bytes.size();
     ASSERT_EQ(bench.state.ProgRunning[1], refusal.empty()) << bytes.size();
     ASSERT_TRUE(Sent().empty());
     bench.state.ProgRunning[1] = false;
+  }
+
+  // The box about the first step that has an empty status or setpoint: FFFF, or not there.
+  static std::string EmptyWordIn(const std::string& bytes, std::int64_t records) {
+    for (std::size_t row = 1; row < static_cast<std::size_t>(records); ++row) {
+      for (const auto& [word, name] : {std::pair(0U, "status"), std::pair(2U, "setpoint")}) {
+        const std::string content = bytes.substr(std::min(bytes.size(), 8 * row + 2 * word), 2);
+        if (content.size() < 2 || content == "\xFF\xFF") {
+          return std::string("check of program|missing: ") + name + " on row " +
+                 std::to_string(row) + "\n";
+        }
+      }
+    }
+    return {};
   }
 
   template <typename Act>

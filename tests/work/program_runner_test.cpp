@@ -116,6 +116,47 @@ TEST_F(Running, RefusesFilesByTheirNumberOfSteps) {
   EXPECT_EQ(runner.ProgSteps(1), 49);
 }
 
+TEST_F(Running, DoesNotStartAProgramWithAnEmptyStatusOrSetpoint) {
+  for (const int steps : {1, 2, 7, 49}) {
+    for (const int row : {1, steps / 2 + 1, steps}) {
+      for (const auto& [word, name] : {std::pair(0, "status"), std::pair(2, "setpoint")}) {
+        std::vector<std::vector<int>> program(static_cast<std::size_t>(steps), {2, -1, 4000, 30});
+        program.at(static_cast<std::size_t>(row - 1)).at(static_cast<std::size_t>(word)) = -1;
+        EXPECT_EQ(Start(program), ProgramStart::kNotStarted) << name << row;
+        ASSERT_EQ(LastBox(), std::string("check of program: missing: ") + name + " on row " +
+                                 std::to_string(row));
+        EXPECT_EQ(bench.dialogs.boxes.back().Icon, BoxIcon::kWarning);
+        EXPECT_FALSE(Runs());
+      }
+    }
+  }
+  EXPECT_EQ(Unit().UnitProgName.Get(), "");
+  EXPECT_FALSE(bench.state.SlotDirty[1]);
+}
+
+// The editor fills what it saves; only these two words are sent as they stand.
+TEST_F(Running, StartsAProgramWithoutIncrementOrTime) {
+  EXPECT_EQ(Start({{3, -1, 4000, 30}, {2, -1, -2, -1}, {0, -1, 20, 0}}), ProgramStart::kStarted);
+}
+
+TEST_F(Running, NeverSendsWhatAFileThatWasCutShortDoesNotHold) {
+  const std::string whole = ProgramBytes({{3, 25, 8000, 10}, {2, -1, 4000, 30}, {0, -1, 20, 1}});
+  for (std::size_t length = 0; length <= whole.size(); ++length) {
+    bench.state.ProgRunning[1] = false;
+    const bool is_started = StartFile("A.PRG", whole.substr(0, length)) == ProgramStart::kStarted;
+    Unit().UnitProgWait = 0;
+    for (int minute = 0; is_started && minute < 60; ++minute) {
+      for (const std::string& command : Minute()) {
+        EXPECT_EQ(command.find("FFFF"), std::string::npos) << command << length;
+      }
+    }
+    // A rest of half a step counts as one behind an odd number of records.
+    const std::size_t rest = length % 8;
+    const bool cuts_setpoint = rest == 5 || (rest == 4 && length / 8 % 2 == 1);
+    EXPECT_EQ(is_started, length >= 14 && !cuts_setpoint) << length;
+  }
+}
+
 TEST_F(Running, WaitsTheTimeOfEachStep) {
   Start({{2, -1, 4000, 3}, {0, -1, 20, 1}});
   EXPECT_THAT(Minute(), ElementsAre("W22=FA0\r", "Z22=2\r"));
@@ -145,6 +186,27 @@ TEST_F(Running, StartsARampAtTheActualValue) {
   EXPECT_THAT(Minute(), ElementsAre("M22=1F40\r", "Y22?", "W22=1F4\r", "I22=19\r", "Z22=3\r"));
   EXPECT_EQ(Register('W'), 500);
   EXPECT_EQ(Register('Z'), 3);
+}
+
+TEST_F(Running, RepeatsARampWithoutAnActualValueAMinuteLater) {
+  for (const int increment : {1, 25, 100}) {
+    Start({{3, increment, 8000, 10}, {2, -1, 4000, 5}});
+    Register('Y') = kNoData;
+    Register('W') = 7000;
+    for (int minute = 0; minute < 3; ++minute) {
+      EXPECT_THAT(Minute(), ElementsAre("M22=1F40\r", "Y22?"));
+      EXPECT_EQ(Unit().UnitProgStep, 0);
+      EXPECT_EQ(Unit().UnitProgWait, 1);
+    }
+    EXPECT_EQ(Register('W'), 7000);
+    Register('Y') = -32767;
+    EXPECT_EQ(Minute().size(), 5U);
+    EXPECT_EQ(Register('W'), -32767);
+    EXPECT_EQ(Unit().UnitProgStep, 1);
+    bench.state.ProgRunning[1] = false;
+  }
+  EXPECT_THAT(bench.dialogs.boxes, IsEmpty());
+  EXPECT_THAT(bench.dialogs.announced, IsEmpty());
 }
 
 TEST_F(Running, TakesEveryStatusFrom3OnForARamp) {
@@ -237,6 +299,21 @@ TEST_F(Running, MakesAnOlderOrderToSwitchOffVoid) {
   bench.engine.TenSecondTick();
   bench.engine.PumpOnce();
   EXPECT_THAT(Sent(), IsEmpty());
+}
+
+TEST_F(Running, SendsNothingBehindTheEndActionThatSwitchesOff) {
+  Unit().UnitEndAction = 1;
+  Unit().UnitRecOn = 1;
+  Start({{2, -1, 4000, 1}, {2, -1, 5000, 1}, {3, 25, 8000, 1}});
+  Minute();
+  Count();
+  bench.engine.EndOfRecording(1);
+  EXPECT_THAT(Sent(), ElementsAre("Z22=0\r"));
+  for (int minute = 0; minute < 4; ++minute) {
+    EXPECT_THAT(Minute(), IsEmpty());
+  }
+  EXPECT_FALSE(Runs());
+  EXPECT_EQ(Register('Z'), 0);
 }
 
 TEST_F(Running, LeavesTheOrderForAnotherControllerInForce) {

@@ -21,8 +21,8 @@ std::vector<ButtonCase> Buttons() {
       {"isothermal", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(0); }, {"Z13=2\r"}, {"n1p33=2\r"}},
       {"ramp",
        [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(1); },
-       {"Z13=3\r", "Y13?", "W13=1C9\r"},
-       {"n1p33=3\r", "n1p23?", "n1p3=1C9\r"}},
+       {"Y13?", "Z13=3\r", "Y13?", "W13=1C9\r"},
+       {"n1p23?", "n1p33=3\r", "n1p23?", "n1p3=1C9\r"}},
       {"off", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(2); }, {"Z13=0\r"}, {"n1p33=0\r"}},
       {"start",
        [](Worksheet& sheet) { sheet.cmd_Rec_Click(1); },
@@ -61,12 +61,14 @@ TEST(WorksheetButton, StopsAtTheFirstExchangeThatFails) {
   for (const ButtonCase& button : Buttons()) {
     for (std::size_t failing = 1; failing <= button.direct.size(); ++failing) {
       ButtonBench bench(0);
-      const CtrlButton before = bench.Shown().CtrlDown;
+      const bool is_switched = std::string(button.name) == "ramp" && failing > 2;
+      const CtrlButton expected = is_switched ? CtrlButton::kDynamic : bench.Shown().CtrlDown;
       bench.fail_at = static_cast<int>(failing);
       button.press(bench.worksheet);
       const auto end = button.direct.begin() + static_cast<std::ptrdiff_t>(failing);
       EXPECT_EQ(bench.bench.port.sent, Telegrams(button.direct.begin(), end)) << button.name;
-      EXPECT_EQ(bench.Shown().CtrlDown, before) << button.name << failing;
+      EXPECT_EQ(bench.Shown().CtrlDown, expected) << button.name << failing;
+      EXPECT_EQ(bench.BoxTexts().size(), 1U) << button.name << failing;
       EXPECT_FALSE(bench.Shown().RecOnDown) << button.name << failing;
       EXPECT_EQ(bench.Unit().UnitRecOn, 0);
     }
@@ -112,7 +114,109 @@ TEST_F(WorksheetButtons, ShowTheControllerAtOnceWhenItAnswered) {
   EXPECT_EQ(Shown().CtrlDown, CtrlButton::kOff);
   worksheet.cmd_Ctrl_Click(3);
   worksheet.cmd_Ctrl_Click(-1);
-  EXPECT_EQ(bench.port.sent.size(), 5U);
+  EXPECT_EQ(bench.port.sent.size(), 6U);
+}
+
+// A ramp to 100 degrees; the controller is on hold before.
+class WorksheetRamp : public WorksheetButtons {
+ protected:
+  WorksheetRamp() {
+    header.UnitIncrement = 5;
+    header.UnitFinal = 2000;
+    Register('Z', 3) = 2;
+    Register('Y', 3) = 0x1C9;
+    Register('W', 3) = 1600;
+  }
+  // What is still sent when exchange `failing` gets no answer.
+  void Press(int failing) {
+    Refresh();
+    bench.clock.AdvanceSeconds(1);
+    Forget();
+    fail_at = failing;
+    worksheet.cmd_Ctrl_Click(1);
+  }
+};
+
+TEST_F(WorksheetRamp, IsNotBegunWithoutAnActualValue) {
+  Open();
+  Register('Y', 3) = kNoData;
+  Press(0);
+  EXPECT_EQ(bench.port.sent, Telegrams{"Y13?"});
+  Register('Y', 3) = 0x1C9;
+  Press(1);
+  EXPECT_EQ(bench.port.sent, Telegrams{"Y13?"});
+  EXPECT_EQ(BoxTexts(), Telegrams{"check|Tavrel connected ?"});
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kIsotherm);
+  EXPECT_EQ(Register('Z', 3), 2);
+}
+
+TEST_F(WorksheetRamp, KeepsTheSetpointIfTheActualValueIsGoneMeanwhile) {
+  Open();
+  const auto answer = bench.port.answer;
+  bench.port.answer = [this, answer](const std::string& command) {
+    Register('Y', 3) = command == "Z13=3\r" ? kNoData : Register('Y', 3);
+    return answer(command);
+  };
+  Press(0);
+  EXPECT_EQ(bench.port.sent, (Telegrams{"Y13?", "Z13=3\r", "Y13?"}));
+  EXPECT_EQ(Register('W', 3), 1600);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kDynamic);
+  EXPECT_EQ(BoxTexts(),
+            Telegrams{"controller|controller is on,\nthe setpoint is still the old one"});
+}
+
+TEST_F(WorksheetRamp, TellsWhatOfItIsMissing) {
+  Open();
+  Press(2);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kIsotherm);
+  EXPECT_EQ(BoxTexts(), Telegrams{"check|Tavrel connected ?"});
+  Press(3);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kDynamic);
+  EXPECT_EQ(BoxTexts(),
+            Telegrams{"controller|controller is on,\nthe setpoint is still the old one"});
+  Press(4);
+  EXPECT_EQ(Shown().CtrlDown, CtrlButton::kDynamic);
+  EXPECT_EQ(BoxTexts(),
+            Telegrams{"controller|controller is on,\nthe setpoint was not acknowledged"});
+}
+
+TEST_F(WorksheetRamp, IsShownBeneathTheBoxThatTellsWhatIsMissing) {
+  Open();
+  CtrlButton beneath = CtrlButton::kNone;
+  bench.dialogs.on_box = [&] {
+    bench.clock.AdvanceSeconds(1);
+    bench.Run(0.5);
+    beneath = Shown().CtrlDown;
+  };
+  Press(4);
+  EXPECT_EQ(beneath, CtrlButton::kDynamic);
+}
+
+// What the instrument has acknowledged is the user's last word, however the rest of it went.
+TEST_F(WorksheetRamp, MakesAnOlderOrderToSwitchOffVoidEvenIfItIsNotComplete) {
+  header.UnitEndAction = 1;
+  Open();
+  bench.line.refused = {'Z'};
+  bench.engine.EndOfRecording(bench.state.SelSlot);
+  bench.line.refused.clear();
+  Press(4);
+  EXPECT_FALSE(bench.state.StopPending[bench.state.SelSlot]);
+}
+
+TEST_F(WorksheetButtons, TellThatASwitchWasNotAcknowledged) {
+  for (const int index : {0, 2}) {
+    WorkBench room;
+    room.StartAndOpen();
+    room.Register('Z', 3) = index == 0 ? 0 : 2;
+    room.Refresh();
+    const CtrlButton before = room.Shown().CtrlDown;
+    room.Forget();
+    room.fail_at = 1;
+    room.worksheet.cmd_Ctrl_Click(index);
+    EXPECT_EQ(room.BoxTexts(), Telegrams{"check|Tavrel connected ?"}) << index;
+    EXPECT_EQ(room.Shown().CtrlDown, before) << index;
+    EXPECT_EQ(room.bench.state.TickRefresh, 0) << "the state is looked at again at once";
+  }
 }
 
 TEST_F(WorksheetButtons, AreTheLastWordBeforeAStopThatWasNotAcknowledged) {

@@ -1,5 +1,8 @@
 #include "platform/qt/qt_dialogs.h"
 
+#include <QPushButton>
+#include <utility>
+
 #include "platform/qt/notices_window.h"
 #include "platform/qt/qt_choosers.h"
 #include "platform/qt/window_in_front.h"
@@ -23,11 +26,25 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+// Shows a text as it is. A path or a command in it can be marked and copied.
+void Fill(QMessageBox& box, const Notice& notice, QMessageBox::StandardButton yes,
+          QMessageBox::StandardButton no) {
+  box.setTextFormat(Qt::PlainText);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+  box.setStandardButtons(no == QMessageBox::NoButton ? yes : yes | no);
+  box.setDefaultButton(notice.PresetIsNo && no != QMessageBox::NoButton ? no : yes);
+  box.setEscapeButton(no == QMessageBox::NoButton ? yes : no);
+}
+
 }  // namespace
 
 QtDialogs::QtDialogs(QtEvents& events) : events_(events) {}
 
-QtDialogs::~QtDialogs() = default;
+QtDialogs::~QtDialogs() {
+  for (const QPointer<QMessageBox>& question : questions_) {
+    delete question.data();
+  }
+}
 
 void QtDialogs::Message(const Notice& notice) {
   Ask(notice, QMessageBox::Ok, QMessageBox::NoButton);
@@ -41,6 +58,15 @@ bool QtDialogs::AskRetry(const Notice& notice) {
   return Ask(notice, QMessageBox::Retry, QMessageBox::Cancel);
 }
 
+bool QtDialogs::AskRetryOrExit(const Notice& notice) {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
+                  QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
+  Fill(box, notice, QMessageBox::Retry, QMessageBox::Close);
+  box.button(QMessageBox::Close)->setText("Exit");
+  return box.exec() == QMessageBox::Retry;
+}
+
 bool QtDialogs::AskYes(const Notice& notice) {
   return Ask(notice, QMessageBox::Yes, QMessageBox::No);
 }
@@ -50,12 +76,7 @@ bool QtDialogs::Ask(const Notice& notice, QMessageBox::StandardButton yes,
   const QtEvents::NormalPointer normal_pointer(events_);
   QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
                   QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
-  box.setTextFormat(Qt::PlainText);
-  // A path or a command in the text can be marked and copied.
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  box.setStandardButtons(no == QMessageBox::NoButton ? yes : yes | no);
-  box.setDefaultButton(yes);
-  box.setEscapeButton(no == QMessageBox::NoButton ? yes : no);
+  Fill(box, notice, yes, no);
   return box.exec() == yes;
 }
 
@@ -64,6 +85,25 @@ void QtDialogs::Announce(const Notice& notice) {
     notices_ = std::make_unique<NoticesWindow>();
   }
   notices_->Add(notice);
+}
+
+// Not modal: neither the cycle nor the forms wait for it.
+void QtDialogs::AskBeside(const Notice& notice, std::function<void(bool yes)> answer) {
+  std::erase_if(questions_,
+                [](const QPointer<QMessageBox>& question) { return question.isNull(); });
+  auto* box =
+      new QMessageBox(IconOf(notice.Icon), QString::fromStdString(notice.Title),
+                      QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
+  questions_.emplace_back(box);
+  Fill(*box, notice, QMessageBox::Yes, QMessageBox::No);
+  box->setDefaultButton(QMessageBox::No);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setAttribute(Qt::WA_ShowWithoutActivating);
+  box->setModal(false);
+  QObject::connect(box, &QMessageBox::finished, box, [answer = std::move(answer)](int result) {
+    answer(result == QMessageBox::Yes);
+  });
+  box->show();
 }
 
 void QtDialogs::FileDialog(FileChoice& choice) {

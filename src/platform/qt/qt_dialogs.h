@@ -2,7 +2,9 @@
 #define TAVREL_PLATFORM_QT_QT_DIALOGS_H_
 
 #include <QMessageBox>
+#include <QPointer>
 #include <memory>
+#include <vector>
 
 #include "platform/dialogs.h"
 #include "platform/qt/qt_events.h"
@@ -22,10 +24,14 @@ class QtDialogs : public Dialogs {
   void Message(const Notice& notice) override;
   [[nodiscard]] bool AskOk(const Notice& notice) override;
   [[nodiscard]] bool AskRetry(const Notice& notice) override;
+  [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override;
   [[nodiscard]] bool AskYes(const Notice& notice) override;
 
   // All announced notices stand in one window, until the user closes it.
   void Announce(const Notice& notice) override;
+
+  // Each question has a window of its own.
+  void AskBeside(const Notice& notice, std::function<void(bool yes)> answer) override;
 
   void FileDialog(FileChoice& choice) override;
   [[nodiscard]] bool FontDialog(FontChoice& choice) override;
@@ -35,7 +41,8 @@ class QtDialogs : public Dialogs {
   bool Ask(const Notice& notice, QMessageBox::StandardButton yes, QMessageBox::StandardButton no);
 
   QtEvents& events_;
-  std::unique_ptr<NoticesWindow> notices_;  // made with the first notice
+  std::unique_ptr<NoticesWindow> notices_;        // made with the first notice
+  std::vector<QPointer<QMessageBox>> questions_;  // asked beside, not all of them answered
 };
 
 }  // namespace tavrel

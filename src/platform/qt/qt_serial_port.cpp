@@ -1,11 +1,13 @@
 #include "platform/qt/qt_serial_port.h"
 
+#include <sys/stat.h>
+
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <thread>
 #include <utility>
 
-#include "platform/qt/dead_lock.h"
+#include "platform/port_lock.h"
 #include "platform/qt/serial_advice.h"
 #include "platform/qt/serial_device.h"
 #include "platform/serial_names.h"
@@ -37,22 +39,10 @@ QString WithoutLinks(const std::string& device) {
   return real.isEmpty() ? path : real;
 }
 
-// What a process that was killed has left on the device. True if another try is worth while.
-bool ClearAway(const QString& device, QSerialPort::SerialPortError error) {
-  switch (error) {
-    case QSerialPort::PermissionError:
-      return RemoveDeadLock(SerialLockFile(device));
-    case QSerialPort::UnsupportedOperationError:
-      return UnsettleDevice(device);
-    default:
-      return false;
-  }
-}
-
 }  // namespace
 
-QtSerialPort::QtSerialPort(std::string program_directory)
-    : program_directory_(std::move(program_directory)) {
+QtSerialPort::QtSerialPort(std::string program_directory, SerialPlaces places)
+    : program_directory_(std::move(program_directory)), places_(std::move(places)) {
   QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                    [this](QSerialPort::SerialPortError error) { OnError(error); });
 }
@@ -60,27 +50,99 @@ QtSerialPort::QtSerialPort(std::string program_directory)
 PortOpening QtSerialPort::Open(int number, std::string_view settings) {
   Close();
   event_ = 0;
+  known_.reset();
+  number_ = number;
   const auto wanted = ReadSerialSettings(settings);
   if (!wanted) {
     return {QSerialPort::UnsupportedOperationError,
             "The port cannot be set to \"" + std::string(settings) + "\"."};
   }
-  const std::string device = SerialDevice(number, program_directory_);
+  const std::string device = SerialDevice(number, program_directory_, places_.DeviceDirectory);
   if (device.empty()) {
     return {QSerialPort::DeviceNotFoundError,
             "There is no port COM" + std::to_string(number) + "."};
   }
-  const QString path = WithoutLinks(device);
-  port_.setPortName(path);
   // A change of parity fails on an open port, so everything is set before.
   Apply(*wanted);
-  if (!OpenDevice() && !(ClearAway(path, port_.error()) && OpenDevice())) {
-    const auto error = port_.error();
-    return {error, AdviceFor(number, device, error, port_.errorString().toStdString()),
-            error == QSerialPort::PermissionError && MayBeOpened(device)};
+  PortOpening opening = OpenAt(device);
+  if (opening.Error == 0) {
+    known_ = Recognise(device, DeviceNumber(), places_);
+  }
+  return opening;
+}
+
+// Which device it is, is looked at once more when it is open: until then the name may have gone
+// over to another.
+PortOpening QtSerialPort::Reopen() {
+  Close();
+  event_ = 0;
+  const std::string device = known_ ? WhereItIsNow(*known_, places_) : "";
+  if (device.empty()) {
+    return Gone();
+  }
+  PortOpening opening = OpenAt(device);
+  if (opening.Error == 0 && !IsSameDevice(*known_, DeviceNumber(), places_)) {
+    Close();
+    return Gone();
+  }
+  return opening;
+}
+
+PortOpening QtSerialPort::Gone() const {
+  return {QSerialPort::DeviceNotFoundError, GoneAdvice(number_, known_.value_or(KnownDevice{}))};
+}
+
+PortOpening QtSerialPort::OpenAt(const std::string& device) {
+  PortOpening locked = LockedByOthers(device);
+  if (locked.Error != 0) {
+    return locked;
+  }
+  const QString path = WithoutLinks(device);
+  port_.setPortName(path);
+  const bool is_open = OpenDevice() || (port_.error() == QSerialPort::UnsupportedOperationError &&
+                                        UnsettleDevice(path) && OpenDevice());
+  if (!is_open) {
+    return Refused(device);
   }
   ShareIfPseudoTerminal(path, port_.handle());
   return {};
+}
+
+// The toolkit deletes every lock file that has no program's name in it, and every other that is
+// older than half a minute and not locked by the kernel, whether its process lives or not. So the
+// port is opened only where nothing stands that it could take away from a living program.
+PortOpening QtSerialPort::LockedByOthers(const std::string& device) const {
+  const std::string own = SerialLockFile(WithoutLinks(device)).toStdString();
+  for (const std::string& file : PortLockFiles(DeviceNames(device), places_.DeviceDirectory)) {
+    const PortLock lock = LookAtPortLock(file);
+    const bool is_out_of_the_way =
+        lock.State == LockState::kFree ||
+        (lock.State == LockState::kLeft && (RemovePortLock(file) || file != own));
+    if (!is_out_of_the_way) {
+      return {QSerialPort::PermissionError, LockAdvice(number_, device, file, lock),
+              lock.State == LockState::kHeld};
+    }
+  }
+  return {};
+}
+
+PortOpening QtSerialPort::Refused(const std::string& device) const {
+  const auto error = port_.error();
+  const bool is_forbidden = error == QSerialPort::PermissionError && MayBeOpened(device);
+  if (is_forbidden) {
+    const std::string lock = SerialLockFile(WithoutLinks(device)).toStdString();
+    const std::string reason = WhyNoPortLock(lock);
+    if (!reason.empty()) {
+      return {error, NoLockAdvice(number_, device, lock, reason)};
+    }
+  }
+  return {error, AdviceFor(number_, device, error, port_.errorString().toStdString()),
+          is_forbidden};
+}
+
+dev_t QtSerialPort::DeviceNumber() const {
+  struct stat status {};
+  return fstat(port_.handle(), &status) == 0 ? status.st_rdev : dev_t{};
 }
 
 bool QtSerialPort::OpenDevice() {

@@ -3,9 +3,11 @@
 
 #include <QSerialPort>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/known_device.h"
 #include "platform/qt/serial_settings.h"
 #include "platform/serial_port.h"
 
@@ -18,10 +20,11 @@ namespace tavrel {
 class QtSerialPort : public SerialPort {
  public:
   // `program_directory` may hold a file or link COMn that names the device of port n.
-  explicit QtSerialPort(std::string program_directory);
+  explicit QtSerialPort(std::string program_directory, SerialPlaces places = {});
 
   // A settings text that is empty or broken is refused like a port that does not exist.
   [[nodiscard]] PortOpening Open(int number, std::string_view settings) override;
+  [[nodiscard]] PortOpening Reopen() override;
   void Close() override;
   [[nodiscard]] bool IsOpen() const override { return port_.isOpen(); }
   [[nodiscard]] std::string Settings() const override;
@@ -33,13 +36,21 @@ class QtSerialPort : public SerialPort {
  private:
   void OnError(QSerialPort::SerialPortError error);
   void Apply(const SerialSettings& settings);
+  [[nodiscard]] PortOpening OpenAt(const std::string& device);
+  [[nodiscard]] PortOpening LockedByOthers(const std::string& device) const;
+  [[nodiscard]] PortOpening Refused(const std::string& device) const;
   [[nodiscard]] bool OpenDevice();
+  [[nodiscard]] dev_t DeviceNumber() const;
+  [[nodiscard]] PortOpening Gone() const;
   void Vanish();
   [[nodiscard]] bool WaitOnce(std::chrono::milliseconds limit);
   [[nodiscard]] bool HandOver(std::string_view bytes);
 
   std::string program_directory_;
+  SerialPlaces places_;
   QSerialPort port_;
+  int number_ = 0;                    // of the last Open
+  std::optional<KnownDevice> known_;  // what the last Open has opened
   // One of our own calls into port_ is running: an error is noted and the port closed when the
   // call is back, never beneath it.
   bool in_call_ = false;

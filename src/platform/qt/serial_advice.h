@@ -4,6 +4,9 @@
 #include <QSerialPort>
 #include <string>
 
+#include "platform/known_device.h"
+#include "platform/port_lock.h"
+
 // Why a port does not open, and what the user can do about it, in plain words.
 namespace tavrel {
 
@@ -20,6 +23,18 @@ namespace tavrel {
 // The text for a device that belongs to `group` and may not be opened.
 [[nodiscard]] std::string NoRightsAdvice(int number, const std::string& device,
                                          const std::string& group);
+
+// The text for a port whose lock file `lock_file` says `lock`: held by another program, left
+// there by a dead one and not to be deleted by us, or not to be understood.
+[[nodiscard]] std::string LockAdvice(int number, const std::string& device,
+                                     const std::string& lock_file, const PortLock& lock);
+
+// The text for a port whose lock file cannot be made, and why.
+[[nodiscard]] std::string NoLockAdvice(int number, const std::string& device,
+                                       const std::string& lock_file, const std::string& reason);
+
+// The text for a port that has vanished while it was in use and is not back.
+[[nodiscard]] std::string GoneAdvice(int number, const KnownDevice& known);
 
 }  // namespace tavrel
 

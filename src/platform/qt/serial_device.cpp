@@ -7,29 +7,44 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <array>
+#include <filesystem>
+
+#include "platform/port_lock.h"
 
 namespace tavrel {
 namespace {
 
-// Where QSerialPort looks for a place for its locks, in its order.
-constexpr std::array<const char*, 8> kLockDirectories = {
-    "/var/lock", "/etc/locks", "/var/spool/locks",  "/var/spool/uucp",
-    "/tmp",      "/var/tmp",   "/var/lock/lockdev", "/run/lock"};
+constexpr int kMostLinks = 40;  // as many as the system follows
 
 }  // namespace
 
 QString SerialLockFile(const QString& device) {
   QString name = device.startsWith("/dev/") ? device.mid(5) : device;
   name.replace('/', '_');
-  for (const char* directory : kLockDirectories) {
-    const QFileInfo info(directory);
+  for (const std::string& directory : PortLockDirectories()) {
+    const QFileInfo info(QString::fromStdString(directory));
     QString path = info.filePath() + "/LCK.." + name;
     if (info.isReadable() && (QFile::exists(path) || info.isWritable())) {
       return path;
     }
   }
   return {};
+}
+
+std::vector<std::string> DeviceNames(const std::string& device) {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::filesystem::path path = device;
+  while (names.size() < kMostLinks) {
+    names.push_back(path.string());
+    const auto target = std::filesystem::read_symlink(path, error);
+    if (error) {
+      break;
+    }
+    path = (path.parent_path() / target).lexically_normal();
+  }
+  names.push_back(std::filesystem::weakly_canonical(device, error).string());
+  return names;
 }
 
 bool UnsettleDevice(const QString& device) {

@@ -2,6 +2,8 @@
 #define TAVREL_PLATFORM_QT_SERIAL_DEVICE_H_
 
 #include <QString>
+#include <string>
+#include <vector>
 
 // What a process that was killed leaves on the device of a serial port, and how the next one
 // gets rid of it.
@@ -10,6 +12,9 @@ namespace tavrel {
 // The lock file that QSerialPort keeps for `device`, such as "/dev/ttyUSB0"; empty if no
 // directory for it can be used.
 [[nodiscard]] QString SerialLockFile(const QString& device);
+
+// All names of the device that `device` leads to: itself, each link on the way, the device.
+[[nodiscard]] std::vector<std::string> DeviceNames(const std::string& device);
 
 // Changes one setting of `device` that every opening changes back. Without parity generators, as
 // on a pseudo-terminal, the C library refuses a change of settings in which nothing but the

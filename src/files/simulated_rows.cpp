@@ -1,0 +1,31 @@
+#include "files/simulated_rows.h"
+
+#include <algorithm>
+
+namespace tavrel {
+
+bool NeedsConsentToSimulate(const RunState& state, const Link& link, int slot) {
+  if (!link.Simulated || state.SimulatedRowsAllowed || !IsSlot(slot) ||
+      state.SlotFile[slot].empty() || state.BegunInSimulation[slot]) {
+    return false;
+  }
+  const auto& seen = state.SampleSeen[slot];
+  return state.SampleCount[slot] > 0 || std::find(seen.begin(), seen.end(), true) != seen.end();
+}
+
+bool StandsStillInSimulation(const RunState& state, const Link& link, int slot) {
+  return NeedsConsentToSimulate(state, link, slot) && state.Unit[slot].UnitRecOn == 1;
+}
+
+Notice ConsentQuestion(const RunState& state, const Link& link) {
+  std::string text = "The instruments are simulated.\n\nThese files hold rows already:\n";
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (NeedsConsentToSimulate(state, link, slot)) {
+      text += state.SlotFile[slot] + "\n";
+    }
+  }
+  text += "\nTheir recording stands still. Write simulated values behind their rows ?";
+  return {text, "Simulation", BoxIcon::kWarning, true};
+}
+
+}  // namespace tavrel

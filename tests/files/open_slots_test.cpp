@@ -1,0 +1,96 @@
+#include "files/open_slots.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/files/recording_room.h"
+
+namespace tavrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kOnDisk = "m260314a.ovn";
+constexpr const char* kInSlot = "M260314A.OVN";
+
+// A slot has the file open; the disk spells its name in small letters.
+struct OpenFileRoom : RecordingRoom {
+  explicit OpenFileRoom(int slot) {
+    directory.Write(kOnDisk, BytesOf(DefaultUnitRecord()));
+    Name(slot, kInSlot);
+    files.OpenRecordingFile(slot);
+    EXPECT_EQ(state.SlotFile.at(static_cast<std::size_t>(slot)), kInSlot);
+  }
+  [[nodiscard]] bool IsOpen(const std::string& path) const { return IsOpenInSlot(state, path); }
+};
+
+constexpr int kSlotsToTry[] = {kViewedFile, 1, 7, 12};
+
+TEST(IsOpenInSlot, KnowsTheFileByEverySpellingOfItsName) {
+  for (const int slot : kSlotsToTry) {
+    const OpenFileRoom room(slot);
+    for (const char* const name : {kOnDisk, kInSlot, "M260314a.Ovn"}) {
+      EXPECT_TRUE(room.IsOpen(room.directory.File(name))) << slot << " " << name;
+    }
+    EXPECT_FALSE(room.IsOpen(room.directory.File("M260314B.OVN")));
+  }
+}
+
+TEST(IsOpenInSlot, KnowsTheFileByEverySpellingOfItsDirectory) {
+  for (const int slot : kSlotsToTry) {
+    const OpenFileRoom room(slot);
+    const TemporaryDirectory elsewhere;
+    fs::create_directory_symlink(room.directory.Path(), elsewhere.File("link"));
+    const std::string deep = room.directory.Path() + "/../" +
+                             fs::path(room.directory.Path()).filename().string() + "/.//";
+    for (const char* const name : {kOnDisk, kInSlot}) {
+      EXPECT_TRUE(room.IsOpen(deep + name));
+      EXPECT_TRUE(room.IsOpen(elsewhere.File("link") + "/" + name));
+      EXPECT_FALSE(room.IsOpen(elsewhere.File(name)));
+    }
+  }
+}
+
+TEST(IsOpenInSlot, SeesThroughLinks) {
+  for (const int slot : kSlotsToTry) {
+    const OpenFileRoom room(slot);
+    const TemporaryDirectory elsewhere;
+    fs::create_symlink(room.directory.File(kOnDisk), elsewhere.File("X.PRG"));
+    fs::create_hard_link(room.directory.File(kOnDisk), room.directory.File("Y.PRG"));
+    EXPECT_TRUE(room.IsOpen(elsewhere.File("X.PRG")));
+    EXPECT_TRUE(room.IsOpen(room.directory.File("Y.PRG")));
+  }
+}
+
+TEST(IsOpenInSlot, KnowsAnOpenFileThatOthersHaveRenamed) {
+  for (const int slot : kSlotsToTry) {
+    const OpenFileRoom room(slot);
+    fs::rename(room.directory.File(kOnDisk), room.directory.File("X.PRG"));
+    EXPECT_TRUE(room.IsOpen(room.directory.File("X.PRG")));
+  }
+}
+
+// A file on a medium that is away comes back: nothing may take its place meanwhile.
+TEST(IsOpenInSlot, KeepsThePlaceOfAFileThatIsNotThere) {
+  for (const int slot : kSlotsToTry) {
+    OpenFileRoom room(slot);
+    room.files.CloseRecordingFile(slot);
+    fs::remove(room.directory.File(kOnDisk));
+    EXPECT_TRUE(room.IsOpen(room.directory.File(kOnDisk)));
+    EXPECT_TRUE(room.IsOpen(room.directory.Path() + "/./" + kInSlot));
+    EXPECT_FALSE(room.IsOpen(room.directory.File("other")));
+  }
+}
+
+TEST(IsOpenInSlot, KnowsNothingOfSlotsNotInUse) {
+  RecordingRoom room;
+  room.directory.Write(kOnDisk, "x");
+  room.state.SlotPath[3] = room.directory.Path();
+  EXPECT_FALSE(IsOpenInSlot(room.state, room.directory.File(kOnDisk)));
+  EXPECT_FALSE(IsOpenInSlot(room.state, room.directory.Path()));
+  EXPECT_FALSE(IsOpenInSlot(room.state, ""));
+}
+
+}  // namespace
+}  // namespace tavrel
