@@ -36,6 +36,7 @@ class ControlCommands {
   [[nodiscard]] std::string DoFault(const Words& words);
   [[nodiscard]] std::string DoRestart(const Words& words);
   [[nodiscard]] std::string DoFill(const Words& words);
+  [[nodiscard]] std::string DoPass(const Words& words);
   [[nodiscard]] std::string DoSensor(const Words& words);
   [[nodiscard]] std::string DoTestResult(const Words& words);
   [[nodiscard]] std::string Dispatch(const Words& words, std::string& answer);

@@ -7,12 +7,8 @@
 #include <string>
 
 #include "common/messages.h"
-<<<<<<< HEAD
 #include "files/column_keeper.h"
-=======
-#include "files/column_check.h"
 #include "files/held_set.h"
->>>>>>> main
 #include "files/pump_order.h"
 #include "files/recording_file.h"
 #include "frame/run_state.h"
@@ -155,15 +151,6 @@ class RecordingEngine {
   Screens& screens_;
   const Clock& clock_;
 
-<<<<<<< HEAD
-=======
-  // A set that stays half-read over several ten-second ticks.
-  struct Unfinished {
-    std::int32_t sample_count = -1;
-    int ticks = 0;
-    bool misses_rest = false;  // an input of it had no data
-  };
-
   // What was held of a set of the instrument when simulated rows began.
   struct SetAside {
     std::string file;
@@ -171,7 +158,6 @@ class RecordingEngine {
   };
 
   BySlot<std::optional<SetAside>> set_aside_;
->>>>>>> main
   PumpOrder order_;
   bool is_pressed_ = false;
   ColumnKeeper columns_;

@@ -171,13 +171,10 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SampleSeen[slot].fill(false);
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
-<<<<<<< HEAD
   state_.Columns[slot] = ColumnMemory();
   state_.Columns[slot].IsOpened = true;
   state_.Columns[slot].IsFirstSet = state_.SampleCount[slot] == 0;
-=======
   state_.BegunInSimulation[slot] = false;
->>>>>>> main
   state_.WriteFailed[slot] = false;
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
