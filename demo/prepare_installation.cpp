@@ -40,7 +40,7 @@ class ConsoleDialogs : public Dialogs {
     return Announce(notice), false;
   }
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Announce(notice), true; }
-  void AskBeside(const Notice& notice, std::function<void(bool yes)> answer) override {
+  void AskBeside(const Notice& notice, const std::function<void(bool yes)>& answer) override {
     Announce(notice);
     answer(false);
   }

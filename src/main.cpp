@@ -58,7 +58,8 @@ class Program {
     screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
     AddControlForms();
     logic_.cycle.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
-                            [this](int slot) { logic_.runner.StepProgram(slot); }});
+                            [this](int slot) { logic_.runner.StepProgram(slot); },
+                            [this] { return logic_.unsure.ReadBack(); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
@@ -169,12 +170,13 @@ class Program {
   void AddControlForms() {
     screens_.Add(View::kTavCtrl, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      ControllerSettings settings({logic_.state, logic_.link, dialogs_, screens_});
+      ControllerSettings settings({logic_.state, logic_.link, dialogs_, screens_, logic_.unsure});
       TavCtrl(settings).Run();
     });
     screens_.Add(View::kTavPid, [this] {
       const QtEvents::NormalPointer normal_pointer(events_);
-      PidParameters parameters({logic_.state, logic_.link, dialogs_, screens_});
+      PidParameters parameters(
+          {logic_.state, logic_.link, dialogs_, screens_, logic_.unsure, logic_.engine.Orders()});
       TavPid(parameters).Run();
     });
     screens_.Add(View::kTavProg, [this] {
@@ -260,5 +262,15 @@ int main(int count, char** arguments) {
   QApplication::setApplicationName(QStringLiteral("TAVREL"));
   QApplication::setApplicationVersion(QStringLiteral("6.1"));
   tavrel::Program program;
-  return program.Start() ? QApplication::exec() : 0;
+  // The start has boxes of its own. A signal ends the program beneath them only if its loop of
+  // events runs already, and none of them is the last window.
+  QApplication::setQuitOnLastWindowClosed(false);
+  QTimer::singleShot(0, &application, [&program] {
+    if (program.Start()) {
+      QApplication::setQuitOnLastWindowClosed(true);
+    } else {
+      QCoreApplication::quit();
+    }
+  });
+  return QApplication::exec();
 }

@@ -33,6 +33,7 @@
 #include "work/coordinates.h"
 #include "work/program_runner.h"
 #include "work/recording_settings.h"
+#include "work/unsure_registers.h"
 #include "work/wait_bar.h"
 #include "work/worksheet.h"
 
@@ -67,6 +68,7 @@ struct ProgramLogic {
   RecordingEngine engine{
       {state, link, files, settings, messages, machine.dialogs, machine.screens, machine.clock}};
   ProgramRunner runner{{state, link, engine, machine.dialogs, machine.events, machine.clock}};
+  UnsureRegisters unsure{{state, link, messages, machine.clock}};
   FileIndex index{{state, machine.events, machine.clock}};
   OpenFile open_file{{state, index, machine.dialogs, machine.screens, machine.events}};
   CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};
@@ -82,7 +84,8 @@ struct ProgramLogic {
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock}};
-  MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files}};
+  MainSheet sheet{
+      {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
   SimulationQuestion simulation{state, link, machine.dialogs};
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "common/text.h"
+#include "frame/settings_store.h"
 #include "platform/file_system.h"
 
 namespace tavrel {
@@ -20,26 +21,40 @@ bool IsPlaceOf(const std::string& path, const std::string& directory, const std:
          IsSameFile(OrHere(place.parent_path().string()), OrHere(directory));
 }
 
-}  // namespace
-
-bool IsFileOfSlot(const RunState& state, int slot, const std::string& path) {
-  const auto place = static_cast<std::size_t>(slot);
-  const std::string& name = state.SlotFile.at(place);
-  const std::string& directory = state.SlotPath.at(place);
-  if (name.empty() || path.empty()) {
-    return false;
-  }
-  const auto open_file = state.SlotFileNo.at(place).Identity();
-  if ((open_file && open_file == IdentityOf(path)) || IsPlaceOf(path, directory, name)) {
+// Whether or not the file is there now.
+bool IsFileNamed(const std::string& path, const std::string& directory, const std::string& name) {
+  if (IsPlaceOf(path, directory, name)) {
     return true;
   }
   const auto own = FindFile(directory, name);
   return own && IsSameFile(*own, path);
 }
 
+// A slot that waits for its file has no more than the key that names it.
+bool IsAwaitedFile(const RunState& state, int slot, const std::string& path) {
+  if (!IsSlot(slot) || !state.SlotFile[slot].empty()) {
+    return false;
+  }
+  const std::string& name = state.Settings.ActiveFiles[slot - 1];
+  return !name.empty() && IsFileNamed(path, DataDirectory(state), name);
+}
+
+}  // namespace
+
+bool IsFileOfSlot(const RunState& state, int slot, const std::string& path) {
+  const auto place = static_cast<std::size_t>(slot);
+  const std::string& name = state.SlotFile.at(place);
+  if (name.empty() || path.empty()) {
+    return false;
+  }
+  const auto open_file = state.SlotFileNo.at(place).Identity();
+  return (open_file && open_file == IdentityOf(path)) ||
+         IsFileNamed(path, state.SlotPath.at(place), name);
+}
+
 bool IsOpenInSlot(const RunState& state, const std::string& path) {
-  for (int slot = kViewedFile; slot <= kSlots; ++slot) {
-    if (IsFileOfSlot(state, slot, path)) {
+  for (int slot = kViewedFile; !path.empty() && slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(state, slot, path) || IsAwaitedFile(state, slot, path)) {
       return true;
     }
   }

@@ -15,7 +15,8 @@ namespace tavrel {
 // is away. False for a slot that is not in use.
 [[nodiscard]] bool IsFileOfSlot(const RunState& state, int slot, const std::string& path);
 
-// True if a slot, or the viewer, has it.
+// True if a slot, or the viewer, has it, or a slot waits for it: a key of the settings names it,
+// but it could not be opened yet.
 [[nodiscard]] bool IsOpenInSlot(const RunState& state, const std::string& path);
 
 }  // namespace tavrel

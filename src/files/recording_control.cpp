@@ -1,10 +1,11 @@
 #include <string>
-#include <utility>
 
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
+#include "files/set_in_hand.h"
 #include "files/simulated_rows.h"
 #include "frame/unfinished_work.h"
+#include "link/registers.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
 namespace tavrel {
@@ -12,7 +13,7 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kStartTitle = "start recording";
-constexpr std::int16_t kControllerOff = 0;
+constexpr const char* kWriteTitle = "Write  file";
 
 enum EndAction : std::int16_t { kSwitchControllerOff = 1, kGoOnInNextFile = 2 };
 
@@ -22,7 +23,10 @@ void RecordingEngine::StartRecording(int slot) {
   if (!IsSlot(slot) || state_.SlotFile[slot].empty() || state_.Unit[slot].UnitRecOn != 0) {
     return;
   }
-  const auto objection = WhyNotToStart(slot);
+  auto objection = WhyNotToStart(slot);
+  if (!objection) {
+    objection = WhyNotOnInstrument(state_.Unit[slot]);
+  }
   if (objection) {
     dialogs_.Message(*objection);
     return;
@@ -59,7 +63,7 @@ bool RecordingEngine::MaySimulate(int slot) {
   return state_.SimulatedRowsAllowed;
 }
 
-std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) const {
+std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) {
   if (state_.SampleCount[slot] >= state_.SampleLimit[slot]) {
     return Notice{"max. length of file", "Check:", BoxIcon::kWarning};
   }
@@ -67,7 +71,34 @@ std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) const {
     return Notice{"This file has another number of columns than there are recorded inputs.",
                   kStartTitle, BoxIcon::kWarning};
   }
+  // The rows to come stand behind it.
+  if (HoldsWholeSet(state_, slot)) {
+    if (!files_.AppendSetInHand(slot)) {
+      return Notice{state_.SlotFile[slot] + ": " + files_.Error(), kStartTitle, BoxIcon::kWarning};
+    }
+    files_.DropHeldSet(slot);
+  }
   return std::nullopt;
+}
+
+// The instrument takes the sampling value in its own unit, whatever the file means by it.
+std::optional<Notice> RecordingEngine::WhyNotOnInstrument(const UnitRecord& unit) {
+  link_.ComInet = unit.UnitInet;
+  link_.ComLetter = reg::kKind;
+  link_.ComIndex = 0;
+  link_.ReadReg();
+  if (!link_.IsGood(unit.UnitInet)) {
+    return Notice{"failed", kStartTitle, BoxIcon::kWarning};
+  }
+  const bool is_fast = unit.UnitFast == 1;
+  if (is_fast == (link_.ComValue == 1)) {
+    return std::nullopt;
+  }
+  return Notice{is_fast ? "This file counts its sampling time in seconds, the instrument in tens "
+                          "of seconds."
+                        : "This file counts its sampling time in tens of seconds, the instrument "
+                          "in seconds.",
+                kStartTitle, BoxIcon::kWarning};
 }
 
 // Gives each recorded input its sampling value and clears its stored series.
@@ -100,19 +131,25 @@ void RecordingEngine::StopRecording(int slot) {
   if (!dialogs_.AskOk({"stop acquisition", " ", BoxIcon::kQuestion})) {
     return;
   }
-  if (state_.WriteFailed[slot] && IsSetComplete(slot)) {
-    static_cast<void>(AppendSet(slot));
-  }
   StopInFile(slot);
 }
 
 void RecordingEngine::StopInFile(int slot) {
+  const std::string unsaved = files_.SaveSetInHand(slot);
+  if (unsaved.empty()) {
+    files_.DropHeldSet(slot);
+  } else {
+    messages_.Report(slot, {unsaved, kWriteTitle});
+  }
+  EndInFile(slot);
+}
+
+void RecordingEngine::EndInFile(int slot) {
   state_.Unit[slot].UnitRecOn = 0;
   state_.ReadState[slot] = ReadState::kIdle;
   state_.WriteFailed[slot] = false;
   HideBacklog(slot);
   columns_.Stop(slot);
-  files_.DropHeldSet(slot);
   files_.WriteHeader(slot);
 }
 
@@ -122,9 +159,6 @@ void RecordingEngine::EndOfRecording(int slot) {
   }
   switch (state_.Unit[slot].UnitEndAction) {
     case kSwitchControllerOff:
-      state_.Unit[slot].UnitCtrlState = 0;
-      state_.ProgRunning[slot] = false;  // its next step would switch the controller on again
-      StopInFile(slot);
       SwitchControllerOff(slot);
       break;
     case kGoOnInNextFile:
@@ -135,48 +169,28 @@ void RecordingEngine::EndOfRecording(int slot) {
   }
 }
 
+// The order is on the disk before the file says that the recording is over: a program that is
+// killed in between gives it again. The slot's next step of a program would switch the controller
+// on once more.
 void RecordingEngine::SwitchControllerOff(int slot) {
-  const UnitRecord& unit = state_.Unit[slot];
-  stop_orders_[slot] = {unit.UnitInet, unit.UnitCtrl, false};
-  OrderStop(slot);
-}
-
-// Without an acknowledge the order is due again on the ten-second tick.
-void RecordingEngine::OrderStop(int slot) {
-  link_.ComInet = stop_orders_[slot].inet;
-  state_.StopPending[slot] = !WriteRegister("Z", stop_orders_[slot].controller, kControllerOff);
-}
-
-// The waits for several silent instruments must not add up in one step: only the first order that
-// is due is sent. False if there is none.
-bool RecordingEngine::RepeatStopOrder() {
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    const bool is_due = std::exchange(stop_orders_[slot].is_due, false);
-    if (is_due && state_.StopPending[slot]) {
-      OrderStop(slot);
-      return true;
-    }
-  }
-  return false;
-}
-
-void RecordingEngine::DropStopOrder(int inet, int controller) {
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    const StopOrder& order = stop_orders_[slot];
-    if (order.inet == inet && order.controller == controller) {
-      state_.StopPending[slot] = false;
-    }
-  }
+  UnitRecord& unit = state_.Unit[slot];
+  unit.UnitCtrlState = 0;
+  state_.ProgRunning[slot] = false;
+  stop_orders_.Give(slot, unit.UnitInet, unit.UnitCtrl);
+  StopInFile(slot);
+  static_cast<void>(stop_orders_.SendDue());
 }
 
 // At every moment of this the settings on the disk name a file whose header says that the
 // recording is on, so that it goes on after a crash: first the next file is made, then the
-// settings name it, and only then the full one is marked as stopped.
+// settings name it, and only then the full one is marked as stopped. If the settings cannot be
+// written, a restart finds the full file and goes on in another one.
 void RecordingEngine::GoOnInNextFile(int slot) {
   const std::string next = files_.MakeNextFile(slot);
-  if (!next.empty()) {
-    state_.Settings.ActiveFiles[slot - 1] = next;
-    SaveSettings(slot);
+  if (next.empty()) {
+    state_.ReadState[slot] = ReadState::kWaiting;
+    state_.WriteFailed[slot] = true;
+    return;
   }
   // Each input has its own series in the instrument: values that were taken already would leave
   // their columns one set ahead of the others if they were dropped. A doubt goes along as well.
@@ -185,27 +199,50 @@ void RecordingEngine::GoOnInNextFile(int slot) {
   const auto memory = state_.Columns[slot];
   const bool in_doubt = state_.ColumnsInDoubt[slot];
   const int asked = state_.AskedInput[slot];
-  StopInFile(slot);
-  if (next.empty()) {
-    return;
+  state_.Settings.ActiveFiles[slot - 1] = next;
+  const bool is_saved = SaveSettings(slot);
+  files_.DropHeldSet(slot);
+  HideBacklog(slot);
+  if (is_saved) {
+    EndInFile(slot);
+  } else {
+    files_.WriteHeader(slot);
   }
-  state_.SlotFile[slot] = next;
-  files_.OpenRecordingFile(slot);
+  const bool is_open = files_.GoOnInFile(slot, next);
   columns_.GoOn(slot, columns);
   state_.SampleSeen[slot] = seen;
   state_.Columns[slot] = memory;
   state_.ColumnsInDoubt[slot] = in_doubt;
   state_.AskedInput[slot] = asked;
+  state_.WriteFailed[slot] = !is_open;
+  if (is_open) {
+    messages_.Recovered(slot);
+  } else {
+    messages_.Report(slot, {next + ": " + files_.Error(), kWriteTitle});
+  }
+  CloseGraphOf(slot);
+}
+
+// The set in hand stays there, and the instrument stores what comes.
+bool RecordingEngine::WaitsForNextFile(int slot) const {
+  return state_.WriteFailed[slot] && state_.SampleCount[slot] > state_.SampleLimit[slot] &&
+         state_.Unit[slot].UnitEndAction == kGoOnInNextFile;
+}
+
+// The graph shows the file that the slot had.
+void RecordingEngine::CloseGraphOf(int slot) {
   if (slot == state_.SelSlot && state_.ActiveView == View::kTavGraph) {
     state_.GraphMustClose = true;
   }
 }
 
-void RecordingEngine::SaveSettings(int slot) {
-  if (!settings_.SettingsSave().empty()) {
-    state_.SettingsChanged = true;
-    messages_.Report(slot, {"Cannot write file.", kSettingsFile});
+bool RecordingEngine::SaveSettings(int slot) {
+  if (settings_.SettingsSave().empty()) {
+    return true;
   }
+  state_.SettingsChanged = true;
+  messages_.Report(slot, {"Cannot write file.", kSettingsFile});
+  return false;
 }
 
 }  // namespace tavrel

@@ -1,9 +1,9 @@
 #include "files/recording_engine.h"
 
-#include <array>
 #include <string>
 
 #include "files/recording_format.h"
+#include "files/set_in_hand.h"
 #include "files/simulated_rows.h"
 #include "link/registers.h"
 
@@ -28,11 +28,12 @@ RecordingEngine::RecordingEngine(const Parts& parts)
       dialogs_(parts.dialogs),
       screens_(parts.screens),
       clock_(parts.clock),
-      columns_(parts.state, parts.files, parts.messages, parts.clock) {}
+      columns_(parts.state, parts.files, parts.messages, parts.clock),
+      stop_orders_({parts.state, parts.link, parts.messages}) {}
 
 void RecordingEngine::PumpOnce() {
   const Messages::Deferral deferral(messages_);
-  if (RepeatStopOrder()) {
+  if (stop_orders_.SendDue()) {
     return;
   }
   if (!IsSlot(state_.PumpSlot)) {
@@ -84,11 +85,12 @@ bool RecordingEngine::ServeFirst() {
   return false;
 }
 
-// A set that could not be written is left to the ten-second tick.
+// A set that could not be written, or a next file that could not be made, is left to the
+// ten-second tick.
 void RecordingEngine::WakeThoseInDanger() {
   for (int slot = 1; slot <= kSlots; ++slot) {
     const bool waits = state_.ReadState[slot] == ReadState::kWaiting && !IsSetComplete(slot);
-    if (waits && order_.MayTryAgain(slot, clock_.Elapsed())) {
+    if (waits && !WaitsForNextFile(slot) && order_.MayTryAgain(slot, clock_.Elapsed())) {
       state_.ReadState[slot] = ReadState::kReading;
     }
   }
@@ -274,26 +276,11 @@ void RecordingEngine::TakeSample(int slot, int channel, std::int16_t word) {
 }
 
 bool RecordingEngine::IsSetComplete(int slot) const {
-  const UnitRecord& unit = state_.Unit[slot];
-  for (int input = 1; input <= kInputs; ++input) {
-    if (unit.IsRecorded(input) && !state_.SampleSeen[slot][input]) {
-      return false;
-    }
-  }
-  return unit.RecordedInputs() > 0;
+  return HoldsWholeSet(state_, slot);
 }
 
 bool RecordingEngine::HoldsSet(int slot) const {
-  if (!IsSlot(slot)) {
-    return false;
-  }
-  const UnitRecord& unit = state_.Unit[slot];
-  for (int input = 1; input <= kInputs; ++input) {
-    if (unit.IsRecorded(input) && state_.SampleSeen[slot][input]) {
-      return true;
-    }
-  }
-  return false;
+  return IsSlot(slot) && HoldsAnyOfSet(state_, slot);
 }
 
 // Writes the complete set in hand. If that fails the set stays in hand, the slot waits for the
@@ -314,22 +301,10 @@ void RecordingEngine::WriteSet(int slot) {
 }
 
 bool RecordingEngine::AppendSet(int slot) {
-  const UnitRecord& unit = state_.Unit[slot];
-  std::array<std::int16_t, kInputs> words{};
-  std::size_t count = 0;
-  for (int input = 1; input <= kInputs; ++input) {
-    if (unit.IsRecorded(input)) {
-      words[count] = state_.SampleValue[slot][input];
-      ++count;
-    }
-  }
-  // The first set of a file stands in it twice.
-  const int copies = state_.SampleCount[slot] + 1 <= 2 ? 2 : 1;
   const bool is_open = state_.SlotFileNo[slot].IsOpen();
   const bool was_told = state_.WriteFailed[slot];
-  state_.WriteFailed[slot] = !files_.AppendRow(slot, std::span(words.data(), count), copies);
+  state_.WriteFailed[slot] = !files_.AppendSetInHand(slot);
   if (!state_.WriteFailed[slot]) {
-    state_.SampleSeen[slot].fill(false);
     columns_.SetWritten(slot);
     messages_.Recovered(slot);
     return true;
@@ -362,14 +337,15 @@ void RecordingEngine::HideBacklog(int slot) {
 
 void RecordingEngine::TenSecondTick() {
   const Messages::Deferral deferral(messages_);
+  stop_orders_.Repeat();
   for (int slot = 1; slot <= kSlots; ++slot) {
-    stop_orders_[slot].is_due = state_.StopPending[slot];
     if (state_.SlotFile[slot].empty() || state_.ReadState[slot] == ReadState::kIdle) {
       continue;
     }
     // A medium that was pulled out and put back needs its file opened again before a write can
-    // succeed.
-    if (state_.WriteFailed[slot] || !state_.SlotFileNo[slot].IsOpen()) {
+    // succeed. A full file needs not: what it waits for is the next one.
+    const bool is_stale = state_.WriteFailed[slot] || !state_.SlotFileNo[slot].IsOpen();
+    if (files_.IsFileLost(slot) || (is_stale && !WaitsForNextFile(slot))) {
       ReopenFile(slot);
     }
     columns_.Watch(slot);
@@ -389,13 +365,47 @@ void RecordingEngine::FlushFiles() {
   }
 }
 
+// Opening by its name would give up the file that is open, which may be all that is left of it.
 void RecordingEngine::ReopenFile(int slot) {
+  if (state_.ReadState[slot] != ReadState::kIdle && files_.IsFileLost(slot)) {
+    RestoreFile(slot);
+    return;
+  }
   const bool was_open = state_.SlotFileNo[slot].IsOpen();
   if (!files_.ReopenRecordingFile(slot)) {
     messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), "Write  file"});
   } else if (!was_open) {
     messages_.Recovered(slot);
   }
+}
+
+// While the next file cannot be made either, one of the two is told and not both in turn.
+void RecordingEngine::RestoreFile(int slot) {
+  const std::string old_name = state_.SlotFile[slot];
+  const bool waits_for_next_file = WaitsForNextFile(slot);
+  const auto told = files_.RestoreFile(slot);
+  state_.WriteFailed[slot] = !told || waits_for_next_file;
+  if (!told && !waits_for_next_file) {
+    messages_.Report(slot, {old_name + ": " + files_.Error(), "Write  file"});
+  }
+  if (!told || told->empty()) {
+    return;
+  }
+  messages_.Report(slot, {*told, "Write  file"});
+  if (state_.SlotFile[slot] != old_name) {
+    static_cast<void>(SaveSettings(slot));
+    CloseGraphOf(slot);
+  }
+}
+
+std::string RecordingEngine::SaveSetInHand(int slot) {
+  std::string text;
+  if (IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1 && files_.IsFileLost(slot)) {
+    text = files_.RestoreFile(slot).value_or("");
+    state_.SettingsChanged = true;  // they may have to name another file
+  }
+  const std::string unsaved = files_.SaveSetInHand(slot);
+  return text.empty() || unsaved.empty() ? text + unsaved : text + "\n" + unsaved;
 }
 
 }  // namespace tavrel

@@ -11,6 +11,7 @@
 #include "files/held_set.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
+#include "files/stop_orders.h"
 #include "frame/run_state.h"
 #include "frame/settings_store.h"
 #include "link/link.h"
@@ -53,8 +54,9 @@ class RecordingEngine {
   void TakeUp(int slot, std::optional<std::int16_t> stored);
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
-  // written is opened once more, and for each StopPending(slot) an order to switch the controller
-  // off becomes due, which the pump then sends. Makes no exchange itself.
+  // written is opened once more, one that others have deleted or moved is put to the disk again,
+  // and the orders to switch a controller off that wait become due; the pump then sends them.
+  // Makes no exchange itself.
   void TenSecondTick();
 
   // Every 1200 seconds: closes and opens the files of recording slots again, and of those whose
@@ -66,17 +68,25 @@ class RecordingEngine {
   void StartRecording(int slot);
 
   // Asks, then stops. The instrument is not told. A complete set that could not be written is
-  // tried one last time.
+  // tried once more; if that fails it stays beside the file, and the user is told.
   void StopRecording(int slot);
 
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
-  // recording goes on in a next file, ReadState is kReading afterwards, else kIdle. Where the
+  // recording goes on in a next file, ReadState is kReading afterwards; if that file cannot be made
+  // now, kWaiting: the recording stays on in the full file, WriteFailed says so, and every
+  // ten-second tick tries again, also after a restart. Else it is kIdle. Where the
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
-  // The user has switched that controller with success, or given it to a program: an end action
-  // that still waits to switch it off must not do so any more.
-  void DropStopOrder(int inet, int controller);
+  // What end actions have still to switch off. Whoever switches a controller with success drops
+  // the order for it.
+  [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
+
+  // The program ends: a file that others have taken away is put to the disk again, and a complete
+  // set that could not be written is tried once more. If that fails it stays beside the file for
+  // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
+  // to be saved afterwards.
+  [[nodiscard]] std::string SaveSetInHand(int slot);
 
   // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
   // rows holds no longer once an instrument answers, and a half-read set of it goes on.
@@ -107,6 +117,7 @@ class RecordingEngine {
   void CountBacklogDown(int slot);
   void HideBacklog(int slot);
   void ReopenFile(int slot);
+  void RestoreFile(int slot);
 
   // The columns: what to do about values that were lost on the line.
   using Time = std::chrono::nanoseconds;
@@ -123,24 +134,18 @@ class RecordingEngine {
   void EmptyHand(int slot);
 
   // Start, stop and end.
+  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot);
+  [[nodiscard]] std::optional<Notice> WhyNotOnInstrument(const UnitRecord& unit);
   [[nodiscard]] bool MaySimulate(int slot);
-  [[nodiscard]] std::optional<Notice> WhyNotToStart(int slot) const;
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
   [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
-  void OrderStop(int slot);
-  [[nodiscard]] bool RepeatStopOrder();
   void GoOnInNextFile(int slot);
-  void SaveSettings(int slot);
+  [[nodiscard]] bool WaitsForNextFile(int slot) const;
+  [[nodiscard]] bool SaveSettings(int slot);
+  void CloseGraphOf(int slot);
   void StopInFile(int slot);
-
-  // The controller that an end action has to switch off. Kept apart from the slot's header, for
-  // the slot may be given to another one before the order is acknowledged.
-  struct StopOrder {
-    std::int16_t inet = 0;
-    std::int16_t controller = 0;
-    bool is_due = false;  // to be repeated at the next step of the pump
-  };
+  void EndInFile(int slot);
 
   RunState& state_;
   Link& link_;
@@ -161,7 +166,7 @@ class RecordingEngine {
   PumpOrder order_;
   bool is_pressed_ = false;
   ColumnKeeper columns_;
-  BySlot<StopOrder> stop_orders_{};
+  StopOrders stop_orders_;
 };
 
 }  // namespace tavrel

@@ -7,6 +7,7 @@
 
 #include "common/text.h"
 #include "files/held_set.h"
+#include "files/new_file.h"
 #include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
@@ -22,33 +23,6 @@ constexpr int kMaxRowWords = 2 * kInputs;  // the first set of a file is written
 
 bool IsTableSlot(int slot) {
   return slot >= kViewedFile && slot <= kSlots;
-}
-
-std::span<const std::byte> BytesOf(const UnitRecord& unit) {
-  return std::as_bytes(std::span(&unit, 1));
-}
-
-// Writes the header so that it is on the disk. The empty text, or the system's words.
-std::string SaveHeader(RandomFile& file, const UnitRecord& unit) {
-  return file.WriteAt(0, BytesOf(unit)) && file.Sync() ? "" : file.Error();
-}
-
-// Makes the file with nothing but its header, leaves it open and puts it and its name on the
-// disk. What could not be completed is taken away again. The empty text, or the system's words.
-std::string MakeFile(RandomFile& file, const std::string& directory, const std::string& name,
-                     const UnitRecord& unit) {
-  const std::string path = JoinPath(directory, name);
-  if (!file.Open(path, FileAccess::kCreateNew)) {
-    return file.Error();
-  }
-  std::string problem = SaveHeader(file, unit);
-  if (problem.empty()) {
-    SyncDirectory(directory);
-    return "";
-  }
-  file.Close();
-  const std::string not_deleted = DeleteFile(path);
-  return not_deleted.empty() ? problem : problem + ", " + not_deleted;
 }
 
 // For writing. A link in its place goes, so that nobody's file behind it is written over.
@@ -80,6 +54,13 @@ void RecordingFiles::OpenRecordingFile(int slot) {
     return;
   }
   DeriveValues(slot);
+  const UnitRecord& unit = state_.Unit[slot];
+  if (IsSlot(slot) && unit.UnitRecOn == 1 && !unit.CanBeRecorded()) {
+    messages_.Report(slot, {state_.SlotFile[slot] +
+                                ": the recording stands still, for the file has another number of "
+                                "columns than there are recorded inputs.",
+                            kReadTitle});
+  }
 }
 
 std::string RecordingFiles::OpenAndTest(int slot) {
@@ -98,6 +79,7 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   if (!OpenForSlot(slot, *path)) {
     return name + ": " + file.Error();
   }
+  NotePlace(slot, *path);
   const std::int64_t length = file.Size();
   if (length < 0) {
     return name + ": " + file.Error();
@@ -179,10 +161,13 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
   state_.ReadState[slot] = goes_on ? ReadState::kReading : ReadState::kIdle;
+  RandomFile& file = state_.SlotFileNo[slot];
   if (goes_on) {
     TakeHeldSet(slot);
+  } else if (IsSlot(slot) && unit.CanBeRecorded()) {
+    TakeRefusedSet(slot);
   }
-  const bool is_header_short = state_.SlotFileNo[slot].Size() < kHeaderBytes;
+  const bool is_header_short = file.IsOpen() && file.Size() < kHeaderBytes;
   if (goes_on && is_header_short) {
     WriteHeader(slot);  // the rows need a whole header before them
   }
@@ -249,20 +234,22 @@ std::string RecordingFiles::HeldSetPath(int slot) const {
 }
 
 // Simulated values are not worth keeping, and what is kept of an instrument's set stays.
-void RecordingFiles::KeepHeldSet(int slot, int asked_input) {
+bool RecordingFiles::KeepHeldSet(int slot, int asked_input) {
   if (state_.SimulatedRowsAllowed || state_.BegunInSimulation[slot]) {
-    return;
+    return false;
   }
   RandomFile& file = held_set_files_[slot];
   if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
-    return;
+    return false;
   }
   const HeldSetBytes bytes =
       EncodeHeldSet({state_.SampleCount[slot], asked_input, state_.SampleSeen[slot],
                      state_.SampleValue[slot], state_.Columns[slot]});
   if (!file.WriteAt(0, std::as_bytes(std::span(bytes)))) {
     file.Close();
+    return false;
   }
+  return true;
 }
 
 // What is held goes along into the next file.
@@ -280,11 +267,14 @@ void RecordingFiles::ReleaseHeldSet(int slot) {
   const auto& seen = state_.SampleSeen[slot];
   const bool any_seen = std::find(seen.begin(), seen.end(), true) != seen.end();
   const bool is_needed = any_seen || state_.ColumnsInDoubt[slot] || state_.Columns[slot].IsNeeded();
-  if (state_.Unit[slot].UnitRecOn == 1 && is_needed) {
-    KeepHeldSet(slot, state_.ColumnsInDoubt[slot] ? state_.AskedInput[slot] : 0);
-    return;
+  if (state_.Unit[slot].UnitRecOn != 1) {
+    return;  // what lies there belongs to a set that the disk has refused
   }
-  DropHeldSet(slot);
+  if (is_needed) {
+    KeepHeldSet(slot, state_.ColumnsInDoubt[slot] ? state_.AskedInput[slot] : 0);
+  } else {
+    DropHeldSet(slot);
+  }
 }
 
 void RecordingFiles::DropHeldSet(int slot) {
@@ -319,16 +309,19 @@ std::string RecordingFiles::PutHeader(int slot) {
   if (!file.Open(*path, FileAccess::kUpdate)) {
     return file.Error();
   }
-  if (!HoldsRowsOfSlot(slot)) {
+  if (!HoldsRowsOfSlot(slot, file)) {
     return error_;
   }
+  NotePlace(slot, *path);
   return SaveHeader(file, state_.Unit[slot]);
 }
 
 std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
-  std::string problem = MakeFile(state_.SlotFileNo[slot], state_.SlotPath[slot],
-                                 UpperCase(state_.SlotFile[slot]), state_.Unit[slot]);
+  const std::string name = UpperCase(state_.SlotFile[slot]);
+  std::string problem =
+      MakeRecordingFile(state_.SlotFileNo[slot], state_.SlotPath[slot], name, state_.Unit[slot]);
   if (problem.empty()) {
+    NotePlace(slot, JoinPath(state_.SlotPath[slot], name));
     state_.SampleCount[slot] = 0;
     state_.IndexValid = false;
     ForgetShown(slot);
@@ -336,86 +329,16 @@ std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
   return problem;
 }
 
-bool RecordingFiles::CreateRecordingFile(int slot, std::int16_t interval) {
-  if (!IsSlot(slot)) {
-    return false;
-  }
-  std::string& active = state_.Settings.ActiveFiles[slot - 1];
-  const std::string old_name = state_.SlotFile[slot].empty() ? active : state_.SlotFile[slot];
-  UnitRecord unit = state_.Unit[slot];
-  const WallTime now = clock_.Now();
-  const std::string name = FreeName(slot, NewFileName(old_name, now, unit.UnitDesignation.Get()));
-  if (name.empty()) {
-    messages_.Report(slot, {old_name + ": no free file name is left today", kWriteTitle});
-    if (!state_.SlotFileNo[slot].IsOpen()) {
-      OpenRecordingFile(slot);
-    }
-    return false;
-  }
-  unit.UnitDate.Set(DateText(now));
-  unit.UnitInterval = interval;
-  unit.UnitMaxMinutes = 0;
-  unit.UnitMarks = 0;
-  unit.UnitXmax = NewFileXmax(unit.UnitXmax, RecIntervalOf(unit), unit.UnitChannels);
-  CloseRecordingFile(slot);
-  const std::string problem = MakeFile(state_.SlotFileNo[slot], state_.SlotPath[slot], name, unit);
-  if (!problem.empty()) {
-    Refuse(slot, kWriteTitle, name + ": " + problem);
-    return false;
-  }
-  state_.SlotFile[slot] = name;
-  active = name;
-  state_.IndexValid = false;
-  OpenRecordingFile(slot);
-  return !state_.SlotFile[slot].empty();
-}
-
-std::string RecordingFiles::MakeNextFile(int slot) {
-  if (!IsSlot(slot)) {
-    return "";
-  }
-  const std::string old_name = state_.SlotFile[slot];
-  std::string name = FreeName(slot, NextFileName(UpperCase(old_name)));
-  if (name.empty()) {
-    messages_.Report(slot, {old_name + ": no free name for the next file", kWriteTitle});
-    return "";
-  }
-  UnitRecord unit = state_.Unit[slot];
-  unit.UnitRecOn = 1;
-  unit.UnitMarks = 0;
-  RandomFile file;
-  const std::string problem = MakeFile(file, state_.SlotPath[slot], name, unit);
-  if (!problem.empty()) {
-    messages_.Report(slot, {name + ": " + problem, kWriteTitle});
-    return "";
-  }
-  state_.IndexValid = false;
-  HandHeldSetOn(slot, name);
-  return name;
-}
-
-std::string RecordingFiles::FreeName(int slot, std::string name) const {
-  name = UpperCase(name);
-  while (!name.empty() && (!IsNameForNewFile(name) || IsNameTaken(slot, name))) {
-    name = NextFileName(name);
-  }
-  return name;
-}
-
-bool RecordingFiles::IsNameTaken(int slot, const std::string& name) const {
-  for (int other = 1; other <= kSlots; ++other) {
-    if (EqualNoCase(state_.SlotFile[other], name) ||
-        EqualNoCase(state_.Settings.ActiveFiles[other - 1], name)) {
-      return true;
-    }
-  }
-  return IsTableSlot(slot) && HoldsName(state_.SlotPath[slot], name);
-}
-
 void RecordingFiles::CloseRecordingFile(int slot) {
-  if (IsTableSlot(slot)) {
-    state_.SlotFileNo[slot].Close();
-    held_set_files_[slot].Close();
+  if (!IsTableSlot(slot)) {
+    return;
+  }
+  RandomFile& file = state_.SlotFileNo[slot];
+  const bool is_saved = !IsSlot(slot) || !file.IsOpen() || file.Sync();
+  file.Close();
+  held_set_files_[slot].Close();
+  if (!is_saved) {
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + file.Error(), kWriteTitle});
   }
 }
 
@@ -446,15 +369,14 @@ bool RecordingFiles::ReopenRecordingFile(int slot) {
   if (!is_saved) {
     return Fail(file.Error());
   }
-  if (!OpenSameFile(slot)) {
+  if (!OpenSameFile(slot, file)) {
     file.Close();
     return false;
   }
   return true;
 }
 
-bool RecordingFiles::OpenSameFile(int slot) {
-  RandomFile& file = state_.SlotFileNo[slot];
+bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
   const std::string& directory = state_.SlotPath[slot];
   const std::string& name = state_.SlotFile[slot];
   // Where nothing is found, opening fails and gives the system's own words for it.
@@ -469,9 +391,10 @@ bool RecordingFiles::OpenSameFile(int slot) {
       found.UnitDate.Bytes != unit.UnitDate.Bytes) {
     return Fail("another file has taken its place");
   }
-  if (!HoldsRowsOfSlot(slot)) {
+  if (!HoldsRowsOfSlot(slot, file)) {
     return false;
   }
+  NotePlace(slot, path);
   if (!state_.SlotDirty[slot]) {
     return true;
   }
@@ -480,10 +403,14 @@ bool RecordingFiles::OpenSameFile(int slot) {
   return problem.empty() || Fail(problem);
 }
 
-bool RecordingFiles::HoldsRowsOfSlot(int slot) {
+void RecordingFiles::NotePlace(int slot, const std::string& path) {
+  places_[slot] = {path, IdentityOf(state_.SlotPath[slot])};
+}
+
+bool RecordingFiles::HoldsRowsOfSlot(int slot, RandomFile& file) {
   const std::int32_t rows = state_.SampleCount[slot];
   const std::int64_t end = SampleByte(state_.Unit[slot].UnitChannels, rows, 1);
-  const bool holds_rows = rows == 0 || state_.SlotFileNo[slot].Size() >= end;
+  const bool holds_rows = rows == 0 || file.Size() >= end;
   return holds_rows || Fail("the file has become shorter");
 }
 

@@ -1,10 +1,12 @@
 #ifndef TAVREL_FILES_RECORDING_FILE_H_
 #define TAVREL_FILES_RECORDING_FILE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "common/messages.h"
 #include "files/held_set.h"
@@ -13,8 +15,9 @@
 
 namespace tavrel {
 
-// The recording files of the slots: opened, tested, refused, written. Works on the tables of the
-// shared block (SlotPath, SlotFile, SlotFileNo, Unit and the derived counts).
+// The recording files of the slots: opened, tested, refused, written (recording_file.cpp), begun
+// (recording_file_create.cpp), left (set_in_hand.cpp). Works on the tables of the shared block
+// (SlotPath, SlotFile, SlotFileNo, Unit and the derived counts).
 //
 // Failures are reported through Messages and clear SlotFile(slot), by which a caller knows that
 // the slot holds nothing; the entry in the settings stays, except where told.
@@ -53,14 +56,30 @@ class RecordingFiles {
   bool CreateRecordingFile(int slot, std::int16_t interval);
 
   // Makes the file in which the recording of a full one goes on: its header is that of the slot
-  // with UnitRecOn 1 and UnitMarks 0. It is on the disk when its name is returned; the slot and
-  // the settings are not touched. Empty, and reported, on failure.
+  // with UnitRecOn 1 and UnitMarks 0. Where no letter is left its name has today's date. It is on
+  // the disk when its name is returned; the slot and the settings are not touched. Empty, and
+  // reported, on failure.
   [[nodiscard]] std::string MakeNextFile(int slot);
 
-  // `name` in capitals, its letter raised until no file of the slot's directory and no slot has
+  // The recording of the slot goes on in `name`, which MakeNextFile has made. The slot has it in
+  // any case: if it cannot be opened now, false and Error(), and ReopenRecordingFile does it later.
+  [[nodiscard]] bool GoOnInFile(int slot, const std::string& name);
+
+  // `name` in capitals, its letter raised until nothing in the slot's directory and no slot has
   // it; empty if no letter is left.
   [[nodiscard]] std::string FreeName(int slot, std::string name) const;
 
+  // True if others have deleted or moved the file of the slot, or put something else in its place.
+  // False while its directory is away.
+  [[nodiscard]] bool IsFileLost(int slot) const;
+
+  // Puts a lost file with its rows, which an open file keeps, to the disk again: under its own name
+  // if that is free, else under the next one, which SlotFile and ActiveFiles then have. A whole
+  // copy in its place is taken as it is. Returns what is to be told to the user, which may be
+  // nothing. Empty, with Error(), on failure; then nothing has changed.
+  [[nodiscard]] std::optional<std::string> RestoreFile(int slot);
+
+  // What was written is on the disk afterwards.
   void CloseRecordingFile(int slot);
 
   // Closes and deletes.
@@ -79,8 +98,8 @@ class RecordingFiles {
 
   // Keeps what has arrived of the next set beside the recording, and the input that is about to
   // be asked for its value (0 for none). A medium that refuses this costs the safety of the
-  // half-read set, not the recording.
-  void KeepHeldSet(int slot, int asked_input);
+  // half-read set, not the recording. False then.
+  bool KeepHeldSet(int slot, int asked_input);
 
   // At the end of the program: what is kept beside the recording goes if nothing of it is needed at
   // the next start.
@@ -88,6 +107,15 @@ class RecordingFiles {
 
   // The recording is over: nothing is held any more.
   void DropHeldSet(int slot);
+
+  // Puts the whole set in hand, SampleValue, behind the last row; the first set of a file stands in
+  // it twice. Nothing is in hand then. False and Error() on failure.
+  [[nodiscard]] bool AppendSetInHand(int slot);
+
+  // A slot is about to leave its file: tries a whole set that the disk has refused once more. If
+  // that fails it stays beside the recording, from where the next opening in a slot takes it, or is
+  // lost if that fails too. Returns what is to be told to the user; empty if nothing is left.
+  [[nodiscard]] std::string SaveSetInHand(int slot);
 
   // One sample: `row` from 0, `column` from 1. Empty outside the file.
   [[nodiscard]] std::optional<std::int16_t> ReadSample(int slot, std::int32_t row, int column);
@@ -105,23 +133,37 @@ class RecordingFiles {
   [[nodiscard]] std::string RefuseForGood(int slot, const std::string& why);
   [[nodiscard]] int OwnerOf(int slot, const std::string& path) const;
   [[nodiscard]] bool OpenForSlot(int slot, const std::string& path);
-  [[nodiscard]] bool OpenSameFile(int slot);
-  [[nodiscard]] bool HoldsRowsOfSlot(int slot);
+  [[nodiscard]] bool OpenSameFile(int slot, RandomFile& file);
+  [[nodiscard]] bool HoldsRowsOfSlot(int slot, RandomFile& file);
+  void NotePlace(int slot, const std::string& path);
+  [[nodiscard]] std::string NextFreeName(int slot) const;
   [[nodiscard]] bool IsNameTaken(int slot, const std::string& name) const;
+  [[nodiscard]] bool AdoptCopy(int slot);
+  [[nodiscard]] std::optional<std::vector<std::byte>> RowsOfOpenFile(int slot);
+  [[nodiscard]] bool PutIntoNewFile(int slot, std::span<const std::byte> rows);
+  void TakeRestoredFile(int slot, const std::string& name, RandomFile file);
   void DeriveValues(int slot);
   void TakeHeldSet(int slot);
   [[nodiscard]] std::optional<HeldSet> ReadHeldSet(int slot);
   void KeepOrderOf(int slot, const std::optional<HeldSet>& held);
   void TellLostRows(int slot, std::int32_t rows);
+  void TakeRefusedSet(int slot);
   void HandHeldSetOn(int slot, const std::string& name);
   [[nodiscard]] std::string HeldSetPath(int slot) const;
   void Refuse(int slot, const char* title, const std::string& text);
   void ForgetShown(int slot);
   bool Fail(std::string text);
 
+  // Where the file of a slot was found when it was opened last.
+  struct Place {
+    std::string path;
+    std::optional<FileIdentity> directory;
+  };
+
   RunState& state_;
   const Clock& clock_;
   Messages& messages_;
+  BySlot<Place> places_;
   BySlot<RandomFile> held_set_files_;  // opened with the first set that is held
   BySlot<bool> refused_by_error_{};
   std::string error_;

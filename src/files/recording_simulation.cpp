@@ -16,10 +16,10 @@ void RecordingEngine::BeginSimulatedRows(int slot) {
   if (set_aside_[slot]) {
     return;
   }
-  set_aside_[slot] = SetAside{state_.SlotFile[slot],
-                              {state_.SampleCount[slot], state_.AskedInput[slot],
-                               state_.SampleSeen[slot], state_.SampleValue[slot],
-                               state_.Columns[slot]}};
+  set_aside_[slot] =
+      SetAside{state_.SlotFile[slot],
+               {state_.SampleCount[slot], state_.AskedInput[slot], state_.SampleSeen[slot],
+                state_.SampleValue[slot], state_.Columns[slot]}};
   EmptyHand(slot);
 }
 

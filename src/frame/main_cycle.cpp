@@ -149,7 +149,9 @@ void MainCycle::DoFreeWork() {
     parts_.engine.TenSecondTick();
     parts_.attachment.RetryWaiting();
   }
-  parts_.engine.PumpOnce();
+  if (!guests_.read_back || !guests_.read_back()) {
+    parts_.engine.PumpOnce();
+  }
   if (IsPast(state.TickMinute) && next_program_ > kSlots) {
     state.TickMinute += 60;
     next_program_ = 1;

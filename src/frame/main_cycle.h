@@ -41,6 +41,7 @@ class MainCycle {
     std::function<void()> refresh_worksheet;
     std::function<void()> advance_wait_bar;
     std::function<void(int slot)> step_program;  // once a minute, slots 1..12 in that order
+    std::function<bool()> read_back{};           // on a free tick; true: it has used the line
   };
 
   explicit MainCycle(const Parts& parts) : parts_(parts) {}

@@ -33,6 +33,15 @@ struct Status {
   Colour colour;
 };
 
+// The controller is to be off, and nobody knows whether it is: that comes before what it was read
+// to do.
+constexpr Status kStopWaits{"off ?", kOrange};
+constexpr BothLanguages kStopWaitsNote{
+    " the end of the recording switches the controller off, Tavrel has not acknowledged it yet; it "
+    "is tried again ",
+    " das Ende der Aufzeichnung schaltet den Regler aus, Tavrel hat es noch nicht bestätigt; es "
+    "wird neu versucht "};
+
 Status ControllerStatus(std::int16_t state) {
   switch (state) {
     case kNoData:
@@ -166,8 +175,8 @@ void MainSheet::RefreshRow() {
 // gives nothing new that would take the place of its old values.
 void MainSheet::EmptyCells(int slot) {
   SheetRow& row = Row(slot);
-  for (std::string* cell :
-       {&row.lb_Rec, &row.lb_Rstat, &row.RstatNote, &row.lb_Ref, &row.lb_Ctrl, &row.lb_Cstat}) {
+  for (std::string* cell : {&row.lb_Rec, &row.lb_Rstat, &row.RstatNote, &row.lb_Ref, &row.lb_Ctrl,
+                            &row.lb_Cstat, &row.CstatNote}) {
     cell->clear();
   }
   row.sh_Rstat = row.sh_Cstat = kGrey;
@@ -210,15 +219,26 @@ void MainSheet::RefreshSlot(int slot) {
     shown.ctrl = ctrl;
     row.lb_Ctrl = Degrees(ctrl);
   }
-  const std::int16_t ctrl_state = ReadIfGood(reg::kControllerState, unit.UnitCtrl);
-  if (ctrl_state != shown.ctrl_state) {
-    shown.ctrl_state = ctrl_state;
-    const Status status = ControllerStatus(ctrl_state);
-    row.lb_Cstat = status.word;
-    row.sh_Cstat = status.colour;
-  }
+  RefreshController(slot);
   RefreshFile(slot);
   RefreshRecording(slot);
+}
+
+void MainSheet::RefreshController(int slot) {
+  const UnitRecord& unit = parts_.state.Unit[slot];
+  const std::int16_t ctrl_state = ReadIfGood(reg::kControllerState, unit.UnitCtrl);
+  const bool waits_for_stop = parts_.stop_orders.IsWaiting(unit.UnitInet, unit.UnitCtrl);
+  ShownRaw& shown = Shown(slot);
+  if (ctrl_state == shown.ctrl_state && waits_for_stop == shown.waits_for_stop) {
+    return;
+  }
+  shown.ctrl_state = ctrl_state;
+  shown.waits_for_stop = waits_for_stop;
+  const Status status = waits_for_stop ? kStopWaits : ControllerStatus(ctrl_state);
+  SheetRow& row = Row(slot);
+  row.lb_Cstat = status.word;
+  row.sh_Cstat = status.colour;
+  row.CstatNote = waits_for_stop ? kStopWaitsNote.In(values_.TipLanguage) : "";
 }
 
 std::int16_t MainSheet::ReadIfGood(const char* letter, std::int16_t index) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "files/recording_file.h"
+#include "files/stop_orders.h"
 #include "frame/run_state.h"
 #include "frame/sheet_values.h"
 #include "link/link.h"
@@ -25,6 +26,7 @@ class MainSheet {
     Screens& screens;
     Events& events;
     RecordingFiles& files;
+    const StopOrders& stop_orders;
   };
   explicit MainSheet(const Parts& parts) : parts_(parts) {}
 
@@ -75,6 +77,7 @@ class MainSheet {
     int com_status = kNothingShown;
     std::optional<int> rec_state;
     int ctrl_state = -1;
+    bool waits_for_stop = false;
     int reference = kNoData;
     int ctrl = kNoData;
     std::int32_t sample_count = -1;
@@ -87,6 +90,7 @@ class MainSheet {
   void RefreshSlot(int slot);
   [[nodiscard]] std::int16_t ReadIfGood(const char* letter, std::int16_t index);
   void RefreshStatus(int slot);
+  void RefreshController(int slot);
   void RefreshFile(int slot);
   void RefreshRecording(int slot);
   void SaveViewedFile();

@@ -1,6 +1,8 @@
 #include "frame/main_window.h"
 
 #include <chrono>
+#include <string>
+#include <vector>
 
 #include "common/help.h"
 #include "common/text.h"
@@ -11,6 +13,7 @@ namespace {
 
 constexpr std::chrono::seconds kReadOutLimit{10};
 constexpr std::chrono::seconds kRetryHeldSet{1};
+constexpr std::chrono::seconds kRetryStop{1};
 
 Notice ExitQuestion() {
   return {"Exit", "TAVREL", BoxIcon::kQuestion};
@@ -120,19 +123,49 @@ void MainWindow::MarkLastSets() {
   }
 }
 
-// Takes what the instruments hold for the set in hand, at most 10 s. Where only waiting slots
-// are left, nothing can change any more, unless a set is held: that one is worth waiting for.
+// Takes what the instruments hold for the set in hand, and sends what is still to be switched off,
+// at most 10 s. Where only waiting slots are left, nothing can change any more, unless a set is
+// held or a controller has not acknowledged that it is off: these are worth waiting for.
 void MainWindow::ReadOut() {
-  const auto end = parts_.clock.Elapsed() + kReadOutLimit;
-  while (AnyKeepsReading() && parts_.clock.Elapsed() < end) {
-    if (AllWait() && !ReviveHeldSets()) {
-      return;
+  const auto begin = parts_.clock.Elapsed();
+  next_stop_ = begin + kRetryStop;
+  bool is_first = true;
+  while (parts_.clock.Elapsed() < begin + kReadOutLimit) {
+    const bool reads = AnyKeepsReading() && !AllWait();
+    RepeatStopOrders(is_first && !reads);
+    is_first = is_first && reads;
+    if (!reads && !parts_.engine.Orders().HasDue()) {
+      if (!WaitForMore()) {
+        return;
+      }
+      continue;
     }
     LetLineSettle();
     parts_.engine.PumpOnce();
     parts_.sheet.RefreshInfo();
     parts_.events.Repaint();
   }
+}
+
+// Once a second, and not before the sets had theirs, if there are any to read.
+void MainWindow::RepeatStopOrders(bool at_once) {
+  const auto now = parts_.clock.Elapsed();
+  if (parts_.engine.Orders().CanSend() && (at_once || now >= next_stop_)) {
+    parts_.engine.Orders().Repeat();
+    next_stop_ = now + kRetryStop;
+  }
+}
+
+// False if there is nothing to wait for.
+bool MainWindow::WaitForMore() {
+  if (ReviveHeldSets()) {
+    return true;
+  }
+  const bool waits = parts_.engine.Orders().CanSend();
+  if (waits) {
+    parts_.events.Rest(kRetryStop);
+  }
+  return waits;
 }
 
 void MainWindow::LetLineSettle() {
@@ -186,7 +219,12 @@ bool MainWindow::ReviveHeldSets() {
 
 void MainWindow::SaveEverything() {
   RunState& state = parts_.state;
+  std::vector<std::string> unsaved;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    unsaved.push_back(parts_.engine.SaveSetInHand(slot));
+  }
   const bool failed = state.SettingsChanged && !parts_.settings.SettingsSave().empty();
+  const bool stops_failed = !parts_.engine.Orders().Save().empty();
   for (int slot = 0; slot <= kSlots; ++slot) {
     if (!state.SlotFile[slot].empty() && state.SlotDirty[slot]) {
       parts_.files.WriteHeader(slot);
@@ -199,6 +237,14 @@ void MainWindow::SaveEverything() {
   parts_.link.LinkClose();
   if (failed) {
     parts_.dialogs.Message({"Cannot write file.", kSettingsFile, BoxIcon::kWarning});
+  }
+  if (stops_failed) {
+    parts_.dialogs.Message({"Cannot write file.", kStopOrdersFile, BoxIcon::kWarning});
+  }
+  for (const std::string& text : unsaved) {
+    if (!text.empty()) {
+      parts_.dialogs.Message({text, "Write  file", BoxIcon::kWarning});
+    }
   }
 }
 

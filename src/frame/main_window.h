@@ -1,6 +1,8 @@
 #ifndef TAVREL_FRAME_MAIN_WINDOW_H_
 #define TAVREL_FRAME_MAIN_WINDOW_H_
 
+#include <chrono>
+
 #include "files/recording_engine.h"
 #include "frame/main_cycle.h"
 #include "frame/main_menu.h"
@@ -70,6 +72,8 @@ class MainWindow {
   void ShutDown();
   void MarkLastSets();
   void ReadOut();
+  void RepeatStopOrders(bool at_once);
+  [[nodiscard]] bool WaitForMore();
   [[nodiscard]] bool AnyKeepsReading();
   [[nodiscard]] bool AllWait() const;
   [[nodiscard]] bool ReviveHeldSets();
@@ -77,6 +81,7 @@ class MainWindow {
 
   Parts parts_;
   bool ended_ = false;
+  std::chrono::nanoseconds next_stop_{};  // during the shut-down: when orders are repeated
 };
 
 }  // namespace tavrel

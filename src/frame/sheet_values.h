@@ -29,6 +29,7 @@ struct SheetRow {
   std::string lb_Ctrl;    // degrees
   std::string lb_Cstat;
   Colour sh_Cstat = kGrey;
+  std::string CstatNote;  // what keeps the controller from being off, for the tool tip; else empty
   bool cmd_WorkEnabled = false;
 };
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "common/help.h"
 #include "common/language.h"
@@ -18,6 +19,9 @@ constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user c
 constexpr float kFlushSeconds = 1200;
 constexpr std::chrono::milliseconds kPortInUseRetry{100};
 constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
+
+constexpr const char* kStopWaits = "Tavrel does not acknowledge it yet; it is tried again.";
+constexpr const char* kStopIsDone = "It is off now.";
 
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
@@ -70,9 +74,10 @@ bool StartUp::IsFirst(const TakeLock& take_lock) {
   const std::string path = parts_.state.DataHome + kLockFile;
   LockTaking taking = take_lock(path);
   while (!taking.Problem.empty()) {
-    const std::string text =
-        "Cannot find out if the program is already running !\n\n" + path + "\n" + taking.Problem;
-    if (!parts_.dialogs.AskRetry({text, "TAVREL", BoxIcon::kCritical})) {
+    const Notice question{
+        "Cannot tell whether the program is already running:\n" + path + "\n\n" + taking.Problem,
+        "TAVREL", BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
       return false;
     }
     taking = take_lock(path);
@@ -141,6 +146,7 @@ void StartUp::MainFormShow() {
   {
     const Messages::Deferral deferral(parts_.messages);
     parts_.attachment.AttachAll();
+    FinishStopOrders();
   }
   ReadBacklog();
   SweepControllers();
@@ -154,6 +160,30 @@ void StartUp::MainFormShow() {
   parts_.cycle.Start();
   parts_.events.SetPointer(Pointer::kNormal);
   parts_.messages.ShowKept();
+}
+
+// An oven that should be off comes before everything else on the line. Where no line is, the orders
+// wait.
+void StartUp::FinishStopOrders() {
+  StopOrders& orders = parts_.engine.Orders();
+  orders.Load();
+  const std::vector<StopOrder> left = orders.All();
+  for (std::size_t sent = 0; sent < left.size() && orders.CanSend(); ++sent) {
+    parts_.window.LetLineSettle();
+    static_cast<void>(orders.SendDue());
+    parts_.events.Repaint();
+  }
+  for (const StopOrder& order : left) {
+    TellStopOrder(order);
+  }
+}
+
+void StartUp::TellStopOrder(const StopOrder& order) {
+  const bool waits = parts_.engine.Orders().IsWaiting(order.Inet, order.Controller);
+  const std::string what = "Controller " + std::to_string(order.Controller) + " of Tavrel " +
+                           std::to_string(order.Inet) + " was not switched off at the end of its " +
+                           "recording.\n";
+  parts_.messages.Report(order.Slot, {what + (waits ? kStopWaits : kStopIsDone), "controller"});
 }
 
 void StartUp::ReadBacklog() {
@@ -184,16 +214,26 @@ void StartUp::ReadBacklog() {
   }
 }
 
+bool StartUp::IsInUse(std::int16_t inet) const {
+  const RunState& state = parts_.state;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+      return true;
+    }
+  }
+  return false;
+}
+
 // A controller that was left running without a file is switched off. An instrument that the
-// backlog did not reach has no good status yet and is left alone, and so is one whose controllers
-// a test may use that waits for its file.
+// backlog did not reach, since it does not answer or has no slot, is left alone, and so is one
+// whose controllers a test may use that waits for its file.
 void StartUp::SweepControllers() {
   const auto waiting = parts_.attachment.WaitingInstruments();
   if (!waiting) {
     return;
   }
   for (std::int16_t inet = 1; inet <= kInets; ++inet) {
-    if (parts_.link.IsGood(inet) && !waiting->contains(inet)) {
+    if (IsInUse(inet) && parts_.link.IsGood(inet) && !waiting->contains(inet)) {
       SweepControllersOf(inet);
     }
   }
@@ -217,6 +257,9 @@ void StartUp::SweepControllersOf(std::int16_t inet) {
     link.ComIndex = ctrl;
     link.ComValue = controller::kOff;
     Exchange(&Link::WriteReg);
+    if (link.IsGood(inet)) {
+      parts_.engine.Orders().Drop(inet, ctrl);
+    }
   }
 }
 

@@ -73,14 +73,18 @@ class StartUp {
   // Main form, on load: opens the link. False: the user chose to leave instead.
   [[nodiscard]] bool MainFormLoad();
 
-  // Main form, on first display: attaches the files, looks what the instruments hold, switches
-  // off controllers that no slot knows, starts the cycle. Later calls do nothing.
+  // Main form, on first display: attaches the files, sends what end actions of before have still to
+  // switch off, looks what the instruments hold, switches off controllers that no slot knows,
+  // starts the cycle. Later calls do nothing.
   void MainFormShow();
 
  private:
   [[nodiscard]] std::optional<std::string> HomeOf(const std::string& program_path) const;
   [[nodiscard]] bool IsFirst(const TakeLock& take_lock);
   void OpenLine();
+  void FinishStopOrders();
+  void TellStopOrder(const StopOrder& order);
+  [[nodiscard]] bool IsInUse(std::int16_t inet) const;
   void ReadBacklog();
   void SweepControllers();
   void SweepControllersOf(std::int16_t inet);

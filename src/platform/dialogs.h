@@ -47,7 +47,8 @@ class Dialogs {
   // Asks in the same way: the box has Yes and No, Enter and Escape mean No, nothing waits for it.
   // `answer` is called with true for Yes, with false for all else, or never if the program ends or
   // where there is nobody to ask.
-  virtual void AskBeside(const Notice& /*notice*/, std::function<void(bool yes)> /*answer*/) {}
+  virtual void AskBeside(const Notice& /*notice*/,
+                         const std::function<void(bool yes)>& /*answer*/) {}
 
   // Lets the user choose a file: one that exists, or the name of one to save, where a name that
   // exists already in any case is asked about and given as the disk spells it. Nothing is opened

@@ -264,11 +264,6 @@ bool HoldsName(const std::string& directory, const std::string& name) {
   return is_taken;
 }
 
-bool IsAbsent(const std::string& path) {
-  std::error_code error;
-  return fs::symlink_status(ToPath(path), error).type() == fs::file_type::not_found;
-}
-
 bool HoldsAnyFile(const std::string& directory) {
   NoAnswer unused;
   return HoldsAnyFile(directory, unused);

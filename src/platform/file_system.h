@@ -37,11 +37,8 @@ struct NoAnswer {
                                                   std::string_view name, NoAnswer& no_answer);
 
 // True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
-// directory, a device, a link that leads nowhere.
+// directory, a device, a link that leads nowhere. A directory that cannot be read holds none.
 [[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);
-
-// True if nothing is at `path` for certain. False also where the disk does not say.
-[[nodiscard]] bool IsAbsent(const std::string& path);
 
 // True if `directory` holds at least one plain file (hidden ones do not count).
 [[nodiscard]] bool HoldsAnyFile(const std::string& directory);

@@ -108,6 +108,10 @@ bool RandomFile::Open(const std::string& path, FileAccess access) {
   const int refusal = RefusalOf(handle_);
   if (refusal != 0) {
     Close();
+    // A new file is ours: nobody would ever remove it.
+    if (access == FileAccess::kCreateNew) {
+      unlink(path.c_str());
+    }
     return Fail(refusal);
   }
   return true;

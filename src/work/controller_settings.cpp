@@ -14,16 +14,21 @@ struct ControllerField {
   const char* letter;
   std::int16_t UnitRecord::*header;
   int box;
+  const char* name;  // to the user
 };
 
 namespace {
 
-constexpr ControllerField kUpper{reg::kUpperLimit, &UnitRecord::UnitUpper, kUpperBox};
-constexpr ControllerField kFinal{reg::kFinalValue, &UnitRecord::UnitFinal, kFinalBox};
+constexpr ControllerField kUpper{reg::kUpperLimit, &UnitRecord::UnitUpper, kUpperBox,
+                                 "upper limit"};
+constexpr ControllerField kFinal{reg::kFinalValue, &UnitRecord::UnitFinal, kFinalBox,
+                                 "final value"};
 constexpr ControllerField kIncrement{reg::kIncrement, &UnitRecord::UnitIncrement,
-                                     kSecondIncrementBox};
-constexpr ControllerField kSetpoint{reg::kSetpoint, &UnitRecord::UnitSetpoint, kSetpointBox};
-constexpr ControllerField kLower{reg::kLowerLimit, &UnitRecord::UnitLower, kLowerBox};
+                                     kSecondIncrementBox, "increment"};
+constexpr ControllerField kSetpoint{reg::kSetpoint, &UnitRecord::UnitSetpoint, kSetpointBox,
+                                    "setpoint"};
+constexpr ControllerField kLower{reg::kLowerLimit, &UnitRecord::UnitLower, kLowerBox,
+                                 "lower limit"};
 
 constexpr std::array kReadOrder = {kSetpoint, kUpper, kFinal, kIncrement, kLower};
 constexpr std::array kWriteOrder = {kUpper, kFinal, kIncrement, kSetpoint, kLower};
@@ -88,6 +93,10 @@ ControllerSettings::ControllerSettings(const Parts& parts)
   }
 }
 
+ControllerSettings::~ControllerSettings() {
+  parts_.unsure.Leave(boxes_);
+}
+
 void ControllerSettings::ReadField(const ControllerField& field) {
   Link& link = parts_.link;
   link.ComInet = Unit().UnitInet;
@@ -95,6 +104,7 @@ void ControllerSettings::ReadField(const ControllerField& field) {
   link.ComIndex = Unit().UnitCtrl;
   link.ReadReg();
   if (link.IsGood(link.ComInet)) {
+    parts_.unsure.Settle(link.ComInet, field.letter, link.ComIndex);
     Unit().*field.header = link.ComValue;
     ShowField(field, link.ComValue);
     return;
@@ -175,11 +185,11 @@ bool ControllerSettings::Check(int box, const char* name, double lower, double u
 bool ControllerSettings::CheckBoxes() {
   const double below_upper = std::min(Limit(kUpperBox) - kGap, 1000.0);
   const double above_lower = Limit(kLowerBox) + kGap;
-  return Check(kUpperBox, "upper limit", Limit(kFinalBox) + kGap, 1100) &&
-         Check(kFinalBox, "final value", above_lower, below_upper) &&
+  return Check(kUpperBox, kUpper.name, Limit(kFinalBox) + kGap, 1100) &&
+         Check(kFinalBox, kFinal.name, above_lower, below_upper) &&
          Check(kSecondIncrementBox, UnitsOf(hourly_).name, 0, 1) &&
-         Check(kSetpointBox, "setpoint", above_lower, below_upper) &&
-         Check(kLowerBox, "lower limit", -500, std::min(Limit(kSetpointBox) - kGap, 500.0));
+         Check(kSetpointBox, kSetpoint.name, above_lower, below_upper) &&
+         Check(kLowerBox, kLower.name, -500, std::min(Limit(kSetpointBox) - kGap, 500.0));
 }
 
 void ControllerSettings::CmdOK_Click() {
@@ -198,12 +208,12 @@ void ControllerSettings::CmdOK_Click() {
   Quit();
 }
 
-// True if the instrument has the value of the box. The header's copy is what the instrument is
-// known to have; a value that was not told at opening is sent in any case.
+// True if the instrument has the value of the box. One that the instrument is not known to hold
+// is sent in any case.
 bool ControllerSettings::SendField(const ControllerField& field) {
   NumberBox& box = boxes_.at(static_cast<std::size_t>(field.box));
   const std::int16_t raw = box.Raw(PerUnit(hourly_, field.box));
-  if (box.Told() && raw == Unit().*field.header) {
+  if (box.Told() == raw) {
     return true;
   }
   Link& link = parts_.link;
@@ -213,12 +223,32 @@ bool ControllerSettings::SendField(const ControllerField& field) {
   link.ComValue = raw;
   link.WriteReg();
   if (!link.IsGood(link.ComInet)) {
+    Doubt(field, raw);
     return false;
   }
+  parts_.unsure.Settle(link.ComInet, field.letter, link.ComIndex);
   Unit().*field.header = raw;
   box.Tell(raw);
   parts_.state.SlotDirty[slot_] = true;
   return true;
+}
+
+void ControllerSettings::Doubt(const ControllerField& field, std::int16_t sent) {
+  NumberBox& box = boxes_.at(static_cast<std::size_t>(field.box));
+  UnsureRegister unsure;
+  unsure.Slot = slot_;
+  unsure.Inet = Unit().UnitInet;
+  unsure.Index = Unit().UnitCtrl;
+  unsure.Letter = field.letter;
+  unsure.Name = field.name;
+  unsure.PerUnit = PerUnit(hourly_, field.box);
+  unsure.Mask = MaskOf(hourly_, field.box);
+  unsure.Sent = sent;
+  unsure.Before = box.Told();
+  unsure.HeaderCopy = field.header;
+  unsure.Box = &box;
+  parts_.unsure.Add(unsure);
+  box.Forget();
 }
 
 void ControllerSettings::cmdPID_Click() {
@@ -226,6 +256,7 @@ void ControllerSettings::cmdPID_Click() {
 }
 
 void ControllerSettings::Quit() {
+  parts_.unsure.Leave(boxes_);
   screen_.Leave();
 }
 

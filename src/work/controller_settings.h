@@ -10,6 +10,7 @@
 #include "platform/dialogs.h"
 #include "platform/screens.h"
 #include "work/number_box.h"
+#include "work/unsure_registers.h"
 
 namespace tavrel {
 
@@ -37,11 +38,15 @@ class ControllerSettings {
     Link& link;
     Dialogs& dialogs;
     Screens& screens;
+    UnsureRegisters& unsure;
   };
 
   // Reads the five values from the instrument; what it tells goes into the header. What it does
   // not tell shows as "?". Without a selected slot the dialog is closed at once.
   explicit ControllerSettings(const Parts& parts);
+  ~ControllerSettings();
+  ControllerSettings(const ControllerSettings&) = delete;
+  ControllerSettings& operator=(const ControllerSettings&) = delete;
 
   // False: the form closes.
   [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
@@ -62,9 +67,10 @@ class ControllerSettings {
   void TBox_Change(int index, const std::string& text);
   void TBox_LostFocus(int index);
 
-  // The button and the Enter key: checks the boxes, sends what changed, and closes. A value that
-  // is refused, or that the instrument does not acknowledge, keeps the dialog open; the header
-  // then has what was acknowledged.
+  // The button and the Enter key: checks the boxes, sends what changed and what the instrument is
+  // not known to hold, and closes. A value that is refused, or that the instrument does not
+  // acknowledge, keeps the dialog open; the header then has what was acknowledged, and what was not
+  // is read back as soon as the line allows.
   void CmdOK_Click();
 
   void cmdPID_Click();
@@ -80,6 +86,7 @@ class ControllerSettings {
   [[nodiscard]] double Value(int box) const;
   [[nodiscard]] double Limit(int box) const;
   [[nodiscard]] bool SendField(const ControllerField& field);
+  void Doubt(const ControllerField& field, std::int16_t sent);
   [[nodiscard]] UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
 
   Parts parts_;

@@ -31,12 +31,22 @@ class NumberBox {
   // False while the text holds a "?".
   [[nodiscard]] bool IsKnown() const { return text_.find(kUnknownText) == std::string::npos; }
 
-  // The word that the instrument has told or acknowledged last, none if it never did.
+  // The word that the instrument is known to hold: the one that it has told or acknowledged last,
+  // none if it never did, or if a write since was not acknowledged.
   [[nodiscard]] std::optional<std::int16_t> Told() const { return raw_; }
 
   // The instrument has acknowledged the word that the text stands for.
   void Tell(std::int16_t raw) {
     opening_text_ = text_;
+    raw_ = raw;
+  }
+
+  // Nobody knows what the instrument holds: the text stays, and stands for itself alone.
+  void Forget() { raw_.reset(); }
+
+  // The instrument holds `raw`, which reads `text`, whatever the user has typed.
+  void Hold(std::string text, std::int16_t raw) {
+    opening_text_ = std::move(text);
     raw_ = raw;
   }
 

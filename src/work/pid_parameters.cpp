@@ -19,11 +19,6 @@ std::string TextOf(const PidParameter& parameter, std::int16_t raw) {
   return FormatMask(raw / parameter.PerUnit, parameter.Mask);
 }
 
-// The recording has come to its end while the form was waiting, and with it the controller's work.
-bool HasEndedByItself(const UnitRecord& before, const UnitRecord& now) {
-  return before.UnitRecOn == 1 && now.UnitRecOn == 0 && now.UnitEndAction == kSwitchControllerOff;
-}
-
 }  // namespace
 
 PidParameters::PidParameters(const Parts& parts)
@@ -35,8 +30,15 @@ PidParameters::PidParameters(const Parts& parts)
   for (std::size_t place = 0; place < kPidParameters.size(); ++place) {
     const PidParameter& parameter = kPidParameters.at(place);
     const auto raw = Read(parameter.Letter);
+    if (raw) {
+      parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
+    }
     boxes_.at(place) = {raw ? TextOf(parameter, *raw) : kUnknownText, raw};
   }
+}
+
+PidParameters::~PidParameters() {
+  parts_.unsure.Leave(boxes_);
 }
 
 const std::string& PidParameters::TBox(int index) const {
@@ -104,25 +106,45 @@ bool PidParameters::AnyChanged() const {
 // before its controller starts again. What was not acknowledged may have arrived all the same,
 // so the controller's state is brought back however far the exchange went.
 bool PidParameters::Transfer() {
-  const UnitRecord before = Unit();
-  const auto controller_state = Read(reg::kControllerState);
-  if (!controller_state) {
-    static_cast<void>(CheckConnected(parts_.dialogs, parts_.link, Unit().UnitInet));
+  if (!KeepState()) {
+    ShowNotConnected(parts_.dialogs);
     return false;
   }
+  const bool was_to_be_off = IsToBeOff();
   const UnfinishedWork change(parts_.state);
   const bool is_off = Write(reg::kControllerState, controller::kOff);
   const bool is_sent = is_off && SendChanged();
   if (is_off) {
     parts_.screens.Show(View::kTavWait);
   }
-  if (!HasEndedByItself(before, Unit())) {
-    BringBack(*controller_state);
+  if (was_to_be_off || IsToBeOff() || BringBack(kept_->controller_state)) {
+    kept_.reset();
   }
   if (!is_sent) {
     ShowNotConnected(parts_.dialogs);
   }
   return is_sent;
+}
+
+// False if the state is not known. A controller that could not be brought back is off by this
+// dialog alone: what it did before is still owed to it.
+bool PidParameters::KeepState() {
+  const auto state = Read(reg::kControllerState);
+  if (!state || *state == kNoData) {
+    return false;
+  }
+  if (!kept_ || *state != controller::kOff) {
+    kept_ = Kept{*state, Unit().UnitRecOn == 1};
+  }
+  return true;
+}
+
+// The recording has come to its end while the form was open, and with it the controller's work.
+bool PidParameters::IsToBeOff() const {
+  const UnitRecord& unit = Unit();
+  const bool has_ended = kept_ && kept_->is_recording && unit.UnitRecOn == 0 &&
+                         unit.UnitEndAction == kSwitchControllerOff;
+  return has_ended || parts_.stop_orders.IsWaiting(unit.UnitInet, unit.UnitCtrl);
 }
 
 bool PidParameters::SendChanged() {
@@ -134,18 +156,40 @@ bool PidParameters::SendChanged() {
       continue;
     }
     if (!Write(parameter.Letter, raw)) {
+      Doubt(place, raw);
       return false;
     }
+    parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
     boxes_.at(index).Tell(raw);
   }
   return true;
 }
 
-void PidParameters::BringBack(std::int16_t controller_state) {
+void PidParameters::Doubt(int place, std::int16_t sent) {
+  const auto index = static_cast<std::size_t>(place);
+  const PidParameter& parameter = kPidParameters.at(index);
+  UnsureRegister unsure;
+  unsure.Slot = slot_;
+  unsure.Inet = Unit().UnitInet;
+  unsure.Index = Unit().UnitCtrl;
+  unsure.Letter = parameter.Letter;
+  unsure.Name = parameter.Name;
+  unsure.PerUnit = parameter.PerUnit;
+  unsure.Mask = parameter.Mask;
+  unsure.Sent = sent;
+  unsure.Before = boxes_.at(index).Told();
+  unsure.Box = &boxes_.at(index);
+  parts_.unsure.Add(unsure);
+  boxes_.at(index).Forget();
+}
+
+// True if it is in that state again.
+bool PidParameters::BringBack(std::int16_t controller_state) {
   if (SwitchBack(controller_state) || controller_state == controller::kOff) {
-    return;
+    return true;
   }
   parts_.dialogs.Message({"controller is off", kTitle, BoxIcon::kWarning});
+  return false;
 }
 
 // Tries it twice. A try that the late reply to another one kept off the line does not count.
@@ -180,6 +224,7 @@ bool PidParameters::Write(const char* letter, std::int16_t value) {
 }
 
 void PidParameters::Quit() {
+  parts_.unsure.Leave(boxes_);
   screen_.Leave();
 }
 

@@ -6,12 +6,14 @@
 #include <optional>
 #include <string>
 
+#include "files/stop_orders.h"
 #include "frame/run_state.h"
 #include "frame/screen_in_front.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
 #include "work/number_box.h"
+#include "work/unsure_registers.h"
 
 namespace tavrel {
 
@@ -61,11 +63,16 @@ class PidParameters {
     Link& link;
     Dialogs& dialogs;
     Screens& screens;
+    UnsureRegisters& unsure;
+    const StopOrders& stop_orders;
   };
 
   // Reads the four parameters; what the instrument does not tell shows as "?". Without a
   // selected slot the dialog is closed at once.
   explicit PidParameters(const Parts& parts);
+  ~PidParameters();
+  PidParameters(const PidParameters&) = delete;
+  PidParameters& operator=(const PidParameters&) = delete;
 
   // False: the form closes.
   [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
@@ -82,9 +89,12 @@ class PidParameters {
   // A line of the list was chosen: its values fill the boxes. The first line changes nothing.
   void Cbo_Click(int row);
 
-  // The button and the Enter key: checks the boxes, asks, and sends what changed. The dialog
-  // stays open if a value is refused or not acknowledged. If the controller cannot be brought
-  // back to its state afterwards, a box says that it is off.
+  // The button and the Enter key: checks the boxes, asks, and sends what changed and what the
+  // instrument is not known to hold. The dialog stays open if a value is refused or not
+  // acknowledged; that one is read back as soon as the line allows. If the controller cannot be
+  // brought back to its state afterwards, a box says that it is off; the next OK of this dialog
+  // brings it back. A controller that an end action has switched off meanwhile, or has still to
+  // switch off, stays off.
   void CmdOK_Click();
 
   // Escape and the close box.
@@ -94,9 +104,18 @@ class PidParameters {
   [[nodiscard]] bool CheckBoxes();
   [[nodiscard]] bool IsChanged(int place) const;
   [[nodiscard]] bool AnyChanged() const;
+  // What the controller did before the dialog switched it off.
+  struct Kept {
+    std::int16_t controller_state;
+    bool is_recording;
+  };
+
   [[nodiscard]] bool Transfer();
+  [[nodiscard]] bool KeepState();
   [[nodiscard]] bool SendChanged();
-  void BringBack(std::int16_t controller_state);
+  void Doubt(int place, std::int16_t sent);
+  [[nodiscard]] bool IsToBeOff() const;
+  [[nodiscard]] bool BringBack(std::int16_t controller_state);
   [[nodiscard]] bool SwitchBack(std::int16_t controller_state);
   [[nodiscard]] std::optional<std::int16_t> Read(const char* letter);
   [[nodiscard]] bool Write(const char* letter, std::int16_t value);
@@ -107,6 +126,7 @@ class PidParameters {
   std::array<NumberBox, kPidBoxes> boxes_;
   int cbo_ = 0;
   int refused_ = 0;
+  std::optional<Kept> kept_;  // empty once it is brought back
   ScreenInFront screen_;
 };
 

@@ -127,10 +127,8 @@ void ProgramRunner::StepProgram(int slot) {
   unit.UnitProgStep = static_cast<std::int16_t>(done + 1);
   unit.UnitProgWait = step.Time;
   parts_.state.SlotDirty[slot] = true;
-  // The user's program has the controller now: an older order to switch it off is void.
-  if (done == 0) {
-    parts_.engine.DropStopOrder(unit.UnitInet, unit.UnitCtrl);
-  }
+  // The program has switched the controller: an older order to switch it off is void.
+  parts_.engine.Orders().Drop(unit.UnitInet, unit.UnitCtrl);
 }
 
 bool ProgramRunner::SendStep(int slot, const ProgramStep& step) {

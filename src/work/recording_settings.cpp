@@ -147,17 +147,20 @@ void RecordingSettings::NewFile() {
 
 // Beneath the question the measuring goes on: by now the recording may have ended, or gone on in
 // another file. An empty old file goes only after the new one is there, so that a failure leaves
-// the slot a file.
+// the slot a file. A set that the old file refuses stays beside it.
 void RecordingSettings::BeginFile(std::int16_t interval) {
   RunState& state = parts_.state;
   const int slot = static_cast<int>(slot_);
   const auto old_path = FindFile(state.SlotPath[slot_], state.SlotFile[slot_]);
-  const bool was_empty = state.SampleCount[slot_] == 0 && !state.WriteFailed[slot_];
+  const std::string unsaved = parts_.files.SaveSetInHand(slot);
+  const bool was_empty = state.SampleCount[slot_] == 0 && unsaved.empty();
   Unit().UnitRecOn = 0;
   state.ReadState[slot_] = ReadState::kIdle;
   state.WriteFailed[slot_] = false;
   state.SampleSeen[slot_].fill(false);
-  parts_.files.DropHeldSet(slot);
+  if (unsaved.empty()) {
+    parts_.files.DropHeldSet(slot);
+  }
   parts_.files.WriteHeader(slot);
   const bool is_written = !state.SlotFile[slot_].empty();
   if (parts_.files.CreateRecordingFile(slot, interval)) {
@@ -170,6 +173,9 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   state.WorkReset = false;
   state.OverPrepared = false;
   state.PartPrepared = false;
+  if (!unsaved.empty()) {
+    parts_.messages.Report(slot, {unsaved, "Write  file"});
+  }
 }
 
 // A file without a sample holds nothing, unless it is in use elsewhere: somebody looks at it.

@@ -67,7 +67,7 @@ void Worksheet::cmd_Ctrl_Click(int index) {
   if (outcome.IsAcknowledged) {
     values_.CtrlDown = button;
     // The user's word is the last one: an end action that is still to switch off is over.
-    parts_.engine.DropStopOrder(Unit().UnitInet, Unit().UnitCtrl);
+    parts_.engine.Orders().Drop(Unit().UnitInet, Unit().UnitCtrl);
   }
   if (outcome.Objection) {
     // What the controller really does is looked up beneath the box.

@@ -25,6 +25,12 @@ class StartAlone : public testing::Test {
     return !search.ReadLine(seconds(5)).empty();
   }
 
+  static bool HasWindow(pid_t pid) {
+    Process search({"xdotool", "search", "--onlyvisible", "--all", "--pid", std::to_string(pid),
+                    "--name", "."});
+    return !search.ReadLine(seconds(5)).empty();
+  }
+
   std::string Bytes(const std::string& name) const {
     std::ifstream file(Path(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -52,6 +58,16 @@ TEST_F(StartAlone, InSimulationLeavesTheRowsOfAnInstrumentAloneAndAsks) {
   EXPECT_EQ(Bytes(real), before);
   EXPECT_TRUE(program.End());
   EXPECT_EQ(Bytes(real), before);
+}
+
+TEST_F(StartAlone, BesideAnotherCopyEndsWithASignalBeneathItsBox) {
+  ASSERT_TRUE(program.Prepare({"COMMPORT=----", "COMMODE=0"}));
+  ASSERT_TRUE(program.Start());
+  Process second({Path("tavrel")});
+  ASSERT_TRUE(WaitUntil([&second] { return HasWindow(second.Pid()); }, seconds(40)));
+  second.Signal(SIGTERM);
+  EXPECT_EQ(second.Wait(seconds(2)), 0);
+  EXPECT_TRUE(program.End());
 }
 
 TEST_F(StartAlone, WithSettingsThatCannotBeReadAsksAndEndsWithASignal) {

@@ -83,6 +83,18 @@ TEST(IsOpenInSlot, KeepsThePlaceOfAFileThatIsNotThere) {
   }
 }
 
+TEST(IsOpenInSlot, KnowsTheFileThatASlotStillWaitsFor) {
+  for (const int slot : {1, 7, 12}) {
+    RecordingRoom room;
+    room.directory.Write(kOnDisk, "x");
+    room.state.Settings.DefPath = room.directory.Path();
+    room.state.Settings.ActiveFiles.at(static_cast<std::size_t>(slot - 1)) = kInSlot;
+    EXPECT_TRUE(IsOpenInSlot(room.state, room.directory.File(kOnDisk)));
+    EXPECT_TRUE(IsOpenInSlot(room.state, room.directory.File(kInSlot)));
+    EXPECT_FALSE(IsFileOfSlot(room.state, slot, room.directory.File(kOnDisk)));
+  }
+}
+
 TEST(IsOpenInSlot, KnowsNothingOfSlotsNotInUse) {
   RecordingRoom room;
   room.directory.Write(kOnDisk, "x");

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -158,7 +159,7 @@ TEST(EndOfRecording, DoesNotRepeatAStopThatTheUserHasMadeVoid) {
   room.line.silent.insert(2);
   room.Pump(1);
   room.engine.TenSecondTick();
-  room.engine.DropStopOrder(2, 3);
+  room.engine.Orders().Drop(2, 3);
   room.Pump(2);
   EXPECT_EQ(room.port.sent, (Texts{"Z13=0\r"}));
 }
@@ -208,25 +209,206 @@ TEST(EndOfRecording, NeverTakesANameThatIsTaken) {
   EXPECT_EQ(room.directory.Read("m011111b.new"), "old");
 }
 
-TEST(EndOfRecording, StopsInTheFullFileWhenNoLetterIsLeft) {
+TEST(EndOfRecording, GoesOnWithTodaysDateWhenNoLetterIsLeft) {
   ShortFile room(2, "M011111~.NEW", 4);
+  room.clock.wall = {2026, 3, 14, 9, 5, 0};
+  room.directory.Write("m260314a.new", "old");
+  room.Store(2, 1, {7});
   room.Pump(3);
-  EXPECT_EQ(room.state.SlotFile[12], "M011111~.NEW");
-  EXPECT_EQ(room.state.ReadState[12], ReadState::kIdle);
+  EXPECT_EQ(room.state.SlotFile[12], "M260314B.NEW");
+  EXPECT_EQ(room.SamplesInFile("M260314B.NEW"), Words({7, 7}));
   EXPECT_EQ(room.RecordInFile("M011111~.NEW").UnitRecOn, 0);
-  EXPECT_EQ(room.Announced(),
-            (Texts{"Write  file | M011111~.NEW: no free name for the next file"}));
+  EXPECT_TRUE(room.Announced().empty());
 }
 
-TEST(EndOfRecording, KeepsTheFullFileNamedAndShownWhenTheNextOneCannotBeMade) {
+TEST(EndOfRecording, WaitsForTheNextDayWhenTheDayHasNoLetterLeft) {
+  ShortFile room(2, "M260314~.NEW", 4);
+  room.clock.wall = {2026, 3, 14, 9, 5, 0};
+  for (char letter = 'A'; letter <= '~'; ++letter) {
+    room.state.Settings.ActiveFiles[3] = std::string("M260314") + letter + ".NEW";
+    if (IsNameForNewFile(room.state.Settings.ActiveFiles[3]) && letter != '~') {
+      room.directory.Write(room.state.Settings.ActiveFiles[3], "old");
+    }
+  }
+  room.Store(2, 1, {7});
+  for (int tick = 0; tick < 3; ++tick) {
+    room.Pump(3);
+    EXPECT_EQ(room.state.SlotFile[12], "M260314~.NEW");
+    EXPECT_EQ(room.state.ReadState[12], ReadState::kWaiting);
+    EXPECT_TRUE(room.state.WriteFailed[12]);
+    room.engine.TenSecondTick();
+  }
+  EXPECT_EQ(room.RecordInFile("M260314~.NEW").UnitRecOn, 1);
+  EXPECT_EQ(room.Announced(),
+            (Texts{"Write  file | M260314~.NEW: no free name for the next file"}));
+  room.clock.wall = {2026, 3, 15, 0, 5, 0};
+  room.Pump(3);
+  EXPECT_EQ(room.state.SlotFile[12], "M260315A.NEW");
+  EXPECT_EQ(room.SamplesInFile("M260315A.NEW"), Words({7, 7}));
+  EXPECT_FALSE(room.state.WriteFailed[12]);
+}
+
+TEST(EndOfRecording, StepsOverWhateverBearsTheNextName) {
   ShortFile room(2, kName, 4);
   std::filesystem::create_directory(room.directory.File(kNext));
+  ASSERT_EQ(mkfifo(room.directory.File("M011111C.NEW").c_str(), 0600), 0);
+  std::filesystem::create_symlink("nowhere", room.directory.File("m011111d.new"));
+  std::filesystem::create_symlink("/dev/null", room.directory.File("M011111E.NEW"));
   room.Pump(1);
-  EXPECT_EQ(room.state.SlotFile[12], kName);
-  EXPECT_EQ(room.state.Settings.ActiveFiles[11], kName);
-  EXPECT_EQ(room.state.SampleCount[12], 4);
-  EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
+  EXPECT_EQ(room.state.SlotFile[12], "M011111F.NEW");
+  EXPECT_EQ(room.state.ReadState[12], ReadState::kReading);
+  EXPECT_TRUE(std::filesystem::is_symlink(room.directory.File("m011111d.new")));
+  EXPECT_TRUE(room.Announced().empty());
+}
+
+// A disk that takes nothing for a while is tried on every ten-second tick; what the instrument
+// stores meanwhile is all there afterwards.
+TEST(EndOfRecording, TriesTheNextFileOnEveryTickWhileTheDiskIsFull) {
+  for (const int inputs : {1, 2, 15}) {
+    PumpRoom room;
+    UnitRecord unit = Running(HeaderOf(inputs));
+    unit.UnitMaxMinutes = 5;  // 3 rows at 100 seconds
+    unit.UnitEndAction = 2;
+    room.Open(7, kName, BytesOf(unit));
+    for (int input = 1; input <= inputs; ++input) {
+      room.Store(1, input, {1, 2, 3, 4, 5});
+    }
+    room.Pump(inputs * 3);
+    ASSERT_EQ(room.state.SampleCount[7], 4);
+    {
+      const FullDisk disk(900);
+      for (int tick = 0; tick < 4; ++tick) {
+        room.Pump(40);
+        EXPECT_EQ(room.state.SlotFile[7], kName);
+        EXPECT_EQ(room.state.ReadState[7], ReadState::kWaiting);
+        EXPECT_TRUE(room.state.WriteFailed[7]);
+        EXPECT_EQ(room.state.Unit[7].UnitRecOn, 1);
+        room.engine.TenSecondTick();
+      }
+      EXPECT_EQ(room.Announced(), (Texts{"Write  file | M011111B.NEW: File too large"}));
+    }
+    EXPECT_EQ(room.port.sent.size(), static_cast<std::size_t>(inputs * 3));
+    EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 1);
+    EXPECT_FALSE(room.directory.Exists(kNext));
+    room.Pump(40);
+    EXPECT_EQ(room.state.SlotFile[7], kNext);
+    EXPECT_FALSE(room.state.WriteFailed[7]);
+    EXPECT_EQ(room.state.SampleCount[7], 3);
+    EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
+    EXPECT_EQ(room.RecordInFile(kNext).UnitRecOn, 1);
+    EXPECT_EQ(room.SamplesInFile(kNext).size(), static_cast<std::size_t>(3 * inputs * 2));
+  }
+}
+
+TEST(EndOfRecording, TriesTheNextFileWhileTheDirectoryIsAway) {
+  ShortFile room(2, kName, 4);
+  room.Store(2, 1, {7, 8});
+  const std::string away = room.directory.Path() + "-away";
+  std::filesystem::rename(room.directory.Path(), away);
+  for (int tick = 0; tick < 3; ++tick) {
+    room.Pump(3);
+    room.engine.TenSecondTick();
+    EXPECT_EQ(room.state.SlotFile[12], kName);
+  }
   EXPECT_EQ(room.Announced().size(), 1U);
+  std::filesystem::rename(away, room.directory.Path());
+  room.Pump(4);
+  EXPECT_EQ(room.state.SlotFile[12], kNext);
+  EXPECT_EQ(room.SamplesInFile(kNext), Words({7, 7, 8}));
+  EXPECT_EQ(room.SamplesInFile(kName), Words({0, 1, 2, 3}));
+}
+
+// The program of the second room is the one that is started again.
+TEST(EndOfRecording, GoesOnTryingAfterARestart) {
+  ShortFile room(2, kName, 4);
+  std::string bytes;
+  {
+    const FullDisk disk(900);
+    room.Pump(3);
+  }
+  room.files.CloseRecordingFile(12);
+  bytes = room.directory.Read(kName);
+  PumpRoom again;
+  again.Open(12, kName, bytes);
+  again.Store(2, 1, {7, 8});
+  {
+    const FullDisk disk(900);
+    again.Pump(3);
+    EXPECT_EQ(again.state.SlotFile[12], kName);
+    again.engine.TenSecondTick();
+    again.Pump(3);
+  }
+  again.engine.TenSecondTick();
+  again.Pump(4);
+  EXPECT_EQ(again.state.SlotFile[12], kNext);
+  EXPECT_EQ(again.SamplesInFile(kNext), Words({7, 7, 8}));
+}
+
+// The user shortens the recording while one set is held: half of it, or the whole that the disk
+// refused. It goes through the wait, a restart included, into the next file.
+TEST(EndOfRecording, KeepsTheSetInHandThroughTheWaitAndARestart) {
+  for (const bool is_whole : {false, true}) {
+    PumpRoom room;
+    UnitRecord unit = Running(HeaderOf(2, {1, 2}));
+    unit.UnitEndAction = 2;
+    room.Open(1, kName, BytesOf(unit) + Words({1, 2, 1, 2, 3, 4, 4, 4}));
+    room.Store(2, 2, {6});
+    if (is_whole) {
+      room.Store(2, 1, {5});
+    }
+    {
+      const FullDisk disk(950);
+      room.Pump(3);
+      room.state.Unit[1].UnitMaxMinutes = 5;
+      room.state.SampleLimit[1] = 3;
+      room.state.SlotDirty[1] = true;
+      room.engine.TenSecondTick();
+      room.Pump(3);
+      EXPECT_TRUE(room.engine.HoldsSet(1));
+      EXPECT_EQ(room.state.ReadState[1], ReadState::kWaiting);
+    }
+    room.files.WriteHeader(1);
+    room.files.CloseRecordingFile(1);
+    RunState after;
+    after.Settings = room.state.Settings;
+    after.DataHome = room.state.DataHome;
+    after.SlotPath[1] = room.state.SlotPath[1];
+    after.SlotFile[1] = kName;
+    RecordingFiles files{after, room.clock, room.messages};
+    SettingsStore settings{after};
+    RecordingEngine engine{
+        {after, room.link, files, settings, room.messages, room.dialogs, room.screens, room.clock}};
+    after.PumpSlot = 1;
+    after.PumpChannel = kInputs;
+    files.OpenRecordingFile(1);
+    room.line.buffers[{2, 1}].clear();
+    room.Store(2, 1, {7});
+    if (!is_whole) {
+      room.line.buffers[{2, 1}].push_front(5);
+    }
+    room.Store(2, 2, {8});
+    for (int step = 0; step < 12; ++step) {
+      engine.PumpOnce();
+      engine.TenSecondTick();
+    }
+    EXPECT_EQ(after.SlotFile[1], kNext);
+    EXPECT_EQ(room.SamplesInFile(kNext), Words({5, 6, 5, 6, 7, 8}));
+    EXPECT_EQ(room.SamplesInFile(kName), Words({1, 2, 1, 2, 3, 4, 4, 4}));
+  }
+}
+
+TEST(EndOfRecording, MayBeStoppedByTheUserWhileTheNextFileWaits) {
+  ShortFile room(2, kName, 4);
+  {
+    const FullDisk disk(900);
+    room.Pump(3);
+  }
+  room.engine.StopRecording(12);
+  room.engine.TenSecondTick();
+  room.Pump(5);
+  EXPECT_EQ(room.state.SlotFile[12], kName);
+  EXPECT_FALSE(room.state.WriteFailed[12]);
+  EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
 }
 
 TEST(EndOfRecording, GoesOnAlthoughTheSettingsCannotBeWritten) {
@@ -237,6 +419,17 @@ TEST(EndOfRecording, GoesOnAlthoughTheSettingsCannotBeWritten) {
   EXPECT_EQ(room.state.ReadState[12], ReadState::kReading);
   EXPECT_TRUE(room.state.SettingsChanged);
   EXPECT_EQ(room.Announced(), (Texts{"TAVREL.USR | Cannot write file."}));
+}
+
+// Without the settings a restart comes back to the full file: it has to be marked as running, or
+// the recording would be over then.
+TEST(EndOfRecording, LeavesTheFullFileMarkedAsLongAsTheSettingsNameIt) {
+  ShortFile room(2, kName, 4);
+  room.state.DataHome = room.directory.Path() + "/gone/";
+  room.Pump(1);
+  EXPECT_EQ(room.state.SlotFile[12], kNext);
+  EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 1);
+  EXPECT_EQ(room.RecordInFile(kNext).UnitRecOn, 1);
 }
 
 TEST(EndOfRecording, ClosesTheGraphOfItsSlotOnly) {

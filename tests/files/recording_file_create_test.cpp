@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <string>
 
@@ -119,6 +120,32 @@ TEST(MakeNextFile, IsOnTheDiskWithTheRecordingOnAndNoMarks) {
   EXPECT_EQ(room.directory.Read("M011111[.NEW"), BytesOf(unit));
   EXPECT_EQ(room.state.SlotFile[1], "m011111z.new");
   EXPECT_EQ(room.state.Unit[1].UnitRecOn, 0);
+}
+
+TEST(MakeNextFile, GoesOnWithTodaysDateAfterTheLastLetter) {
+  for (const char* const name : {"M011111~.NEW", "old.new"}) {
+    RecordingRoom room;
+    room.clock.wall = {2026, 3, 14, 9, 5, 0};
+    room.Open(1, name, BytesOf(HeaderOf(2)));
+    EXPECT_EQ(room.files.MakeNextFile(1), "M260314A.NEW");
+  }
+}
+
+// An error of a moment, such as too many open files, must not take the slot its file.
+TEST(GoOnInFile, KeepsTheSlotThatCannotOpenTheFileNow) {
+  RecordingRoom room;
+  room.Open(7, "M011111A.NEW", BytesOf(HeaderOf(2)) + Words({1, 2}));
+  const std::string next = room.files.MakeNextFile(7);
+  std::filesystem::rename(room.directory.File(next), room.directory.File("away"));
+  EXPECT_FALSE(room.files.GoOnInFile(7, next));
+  EXPECT_EQ(room.files.Error(), "No such file or directory");
+  EXPECT_EQ(room.state.SlotFile[7], next);
+  EXPECT_EQ(room.state.ReadState[7], ReadState::kReading);
+  EXPECT_EQ(room.state.SampleCount[7], 0);
+  std::filesystem::rename(room.directory.File("away"), room.directory.File(next));
+  EXPECT_TRUE(room.files.ReopenRecordingFile(7));
+  EXPECT_TRUE(room.files.AppendRow(7, std::array<std::int16_t, 2>{3, 4}, 2));
+  EXPECT_EQ(room.SamplesInFile(next), Words({3, 4, 3, 4}));
 }
 
 TEST(DeleteRecordingFile, ClosesAndDeletesWhateverTheCase) {

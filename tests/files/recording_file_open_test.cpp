@@ -213,5 +213,37 @@ TEST(OpenRecordingFile, TakesAnyBytesWithoutACrash) {
   }
 }
 
+// The recording of such a file cannot go on; without a word the row would say "on" for ever.
+TEST(OpenRecordingFile, SaysOnceThatARunningFileOfAnotherWidthStandsStill) {
+  for (const int slot : {1, 7, 12}) {
+    RecordingRoom room;
+    UnitRecord unit = HeaderOf(3);
+    unit.UnitChannels = 2;
+    unit.UnitRecOn = 1;
+    {
+      const Messages::Deferral deferral(room.messages);
+      room.Open(slot, "M011111A.NEW", BytesOf(unit));
+    }
+    room.messages.ShowKept();
+    ASSERT_EQ(room.dialogs.announced.size(), 1U);
+    EXPECT_EQ(room.dialogs.announced[0].Title, "Read  file");
+    EXPECT_EQ(room.dialogs.announced[0].Text,
+              "M011111A.NEW: the recording stands still, for the file has another number of "
+              "columns than there are recorded inputs.");
+    EXPECT_EQ(room.state.SlotFile.at(static_cast<std::size_t>(slot)), "M011111A.NEW");
+  }
+}
+
+TEST(OpenRecordingFile, SaysNothingOfAnotherWidthWhereNothingRuns) {
+  for (const int slot : {kViewedFile, 3}) {
+    RecordingRoom room;
+    UnitRecord unit = HeaderOf(3);
+    unit.UnitChannels = 2;
+    unit.UnitRecOn = slot == kViewedFile ? 1 : 0;
+    room.Open(slot, "M011111A.NEW", BytesOf(unit));
+    EXPECT_TRUE(room.dialogs.boxes.empty());
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

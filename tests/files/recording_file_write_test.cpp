@@ -271,6 +271,7 @@ TEST(MakeNextFile, ReplacesALinkInThePlaceOfItsHeldSet) {
   const std::string before = room.directory.Read("kept");
   EXPECT_EQ(room.files.MakeNextFile(1), "M011111B.NEW");
   EXPECT_EQ(room.directory.Read("kept"), before);
+  EXPECT_EQ(room.directory.Read(HeldSetName("M011111B.NEW")).substr(0, 4), "TAVH");
 }
 
 }  // namespace

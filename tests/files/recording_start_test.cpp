@@ -25,7 +25,7 @@ TEST(StartRecording, GivesEachRecordedInputItsIntervalAndClearsItsSeries) {
   unit.UnitInterval = 3600;
   room.Open(4, kName, BytesOf(unit));
   room.engine.StartRecording(4);
-  EXPECT_EQ(room.port.sent, (Telegrams{"S22=E10\r", "R22=0\r", "S2F=E10\r", "R2F=0\r"}));
+  EXPECT_EQ(room.port.sent, (Telegrams{"T20?", "S22=E10\r", "R22=0\r", "S2F=E10\r", "R2F=0\r"}));
   EXPECT_EQ(room.screens.shown, (std::vector<View>{View::kTavWait}));
   EXPECT_EQ(room.state.Unit[4].UnitRecOn, 1);
   EXPECT_EQ(room.state.ReadState[4], ReadState::kReading);
@@ -92,12 +92,65 @@ TEST(StartRecording, RefusesAFileWhoseRolesAndChannelsDisagree) {
   EXPECT_TRUE(room.port.sent.empty());
 }
 
+// A sampling value of 1 is 1 s in the file and 10 s in the instrument, or the other way round.
+TEST(StartRecording, RefusesAFileWhoseTimeScaleIsNotTheInstruments) {
+  for (const int slot : {1, 7, 12}) {
+    for (const int is_fast : {0, 1}) {
+      PumpRoom room;
+      UnitRecord unit = HeaderOf(3, {1, 15});
+      unit.UnitFast = static_cast<std::int16_t>(is_fast);
+      unit.UnitInterval = 1;
+      room.line.registers[{3, 'T', 0}] = static_cast<std::int16_t>(1 - is_fast);
+      room.Open(slot, kName, BytesOf(unit) + Words({1, 2, 1, 2}));
+      room.engine.StartRecording(slot);
+      ExpectBox(room, "start recording",
+                is_fast == 1 ? "This file counts its sampling time in seconds, the instrument in "
+                               "tens of seconds."
+                             : "This file counts its sampling time in tens of seconds, the "
+                               "instrument in seconds.");
+      ASSERT_EQ(room.dialogs.boxes.size(), 1U);
+      EXPECT_EQ(room.dialogs.boxes[0].Icon, BoxIcon::kWarning);
+      EXPECT_EQ(room.port.sent, Telegrams{"T20?"});
+      EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
+      EXPECT_EQ(room.state.ReadState.at(static_cast<std::size_t>(slot)), ReadState::kIdle);
+      EXPECT_TRUE(room.screens.shown.empty());
+    }
+  }
+}
+
+TEST(StartRecording, TakesAFastInstrumentForAFastFile) {
+  PumpRoom room;
+  UnitRecord unit = HeaderOf(3, {1});
+  unit.UnitFast = 1;
+  unit.UnitInterval = 1;
+  room.line.registers[{3, 'T', 0}] = 1;
+  room.Open(4, kName, BytesOf(unit));
+  room.engine.StartRecording(4);
+  EXPECT_TRUE(room.dialogs.boxes.empty());
+  EXPECT_EQ(room.state.Unit[4].UnitRecOn, 1);
+}
+
+TEST(StartRecording, FailsWhereTheTimeScaleCannotBeRead) {
+  for (const bool is_silent : {false, true}) {
+    PumpRoom room;
+    room.Open(4, kName, BytesOf(HeaderOf(1, {1})));
+    if (is_silent) {
+      room.line.silent.insert(1);
+    } else {
+      room.line.refused.insert('T');
+    }
+    room.engine.StartRecording(4);
+    ExpectBox(room, "start recording", "failed");
+    EXPECT_EQ(room.port.sent, Telegrams{"T00?"});
+  }
+}
+
 TEST(StartRecording, StopsAtTheFirstWriteThatFails) {
   PumpRoom room;
   room.Open(4, kName, BytesOf(HeaderOf(1, {1, 2, 3})));
   room.line.refused.insert('R');
   room.engine.StartRecording(4);
-  EXPECT_EQ(room.port.sent, (Telegrams{"S01=A\r", "R01=0\r"}));
+  EXPECT_EQ(room.port.sent, (Telegrams{"T00?", "S01=A\r", "R01=0\r"}));
   ExpectBox(room, "start recording", "failed");
   EXPECT_EQ(room.dialogs.boxes[0].Icon, BoxIcon::kWarning);
   EXPECT_EQ(room.state.Unit[4].UnitRecOn, 0);

@@ -31,14 +31,15 @@ class ControlForms : public ModalBench {
     };
   }
   void RunCtrl() {
-    ControllerSettings settings(
-        {control.bench.state, control.bench.link, control.bench.dialogs, control.bench.screens});
+    ControllerSettings settings({control.bench.state, control.bench.link, control.bench.dialogs,
+                                 control.bench.screens, control.bench.unsure});
     control.Count();
     TavCtrl(settings).Run();
   }
   void RunPid() {
-    PidParameters parameters(
-        {control.bench.state, control.bench.link, control.bench.dialogs, control.bench.screens});
+    PidParameters parameters({control.bench.state, control.bench.link, control.bench.dialogs,
+                              control.bench.screens, control.bench.unsure,
+                              control.bench.engine.Orders()});
     control.Count();
     TavPid(parameters).Run();
   }

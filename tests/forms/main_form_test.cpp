@@ -61,6 +61,24 @@ TEST_F(MainForm, ShowsASilentInstrumentByColourAndMarkAndEmptyValues) {
   EXPECT_EQ(ColourOf("sh_Cstat_1"), kGrey);
 }
 
+TEST_F(MainForm, ShowsAControllerThatIsStillToBeSwitchedOff) {
+  Install(1, 2, 1, "Furnace");
+  Start();
+  Run(1);
+  const QString tip = Find("lb_Cstat_1")->toolTip();
+  bench.line.silent.insert(2);
+  bench.state.Unit[1].UnitEndAction = 1;
+  bench.engine.EndOfRecording(1);
+  Run(6);
+  EXPECT_EQ(TextOf("lb_Cstat_1"), "off ?");
+  EXPECT_EQ(ColourOf("sh_Cstat_1"), kOrange);
+  EXPECT_TRUE(Find("lb_Cstat_1")->toolTip().contains("not acknowledged"));
+  bench.line.silent.clear();
+  Run(20);
+  EXPECT_EQ(TextOf("lb_Cstat_1"), "off");
+  EXPECT_EQ(Find("lb_Cstat_1")->toolTip(), tip);
+}
+
 TEST_F(MainForm, MovesTheSelectionToAllRowsOfTheInstrumentThatIsClicked) {
   Install(1, 1, 1, "Furnace");
   Install(2, 2, 1, "Autoclave");

@@ -90,6 +90,37 @@ TEST_F(Sheet, ShowsASilentInstrumentInOrangeAndAsksItOnlyOnceARow) {
   EXPECT_EQ(bench.Row(3).lb_Cstat, "iso");
 }
 
+TEST_F(Sheet, ShowsAControllerThatHasNotAcknowledgedThatItIsOff) {
+  StartThreeSlots();
+  Set(2, 'Z', 1, 2);
+  Set(2, 'Z', 2, 2);
+  bench.state.Unit[3].UnitEndAction = 1;
+  Pass();
+  bench.line.refused = {'Z'};
+  bench.engine.EndOfRecording(3);
+  bench.line.refused.clear();
+  bench.clock.AdvanceSeconds(1);
+  Pass();
+  EXPECT_EQ(bench.Row(3).lb_Cstat, "off ?");
+  EXPECT_EQ(bench.Row(3).sh_Cstat, kOrange);
+  EXPECT_EQ(bench.Row(3).CstatNote.substr(0, 44), " the end of the recording switches the contr");
+  EXPECT_EQ(bench.Row(4).lb_Cstat, "iso") << "another controller of the same instrument";
+  bench.line.silent = {2};
+  Pass();
+  EXPECT_EQ(bench.Row(3).lb_Cstat, "off ?") << "also of an instrument that is away";
+  bench.state.Settings.HelpLang = "german";
+  bench.sheet.SetCaptionAndTips();
+  bench.state.SheetReset = false;
+  Pass();
+  EXPECT_EQ(bench.Row(3).CstatNote.substr(0, 41), " das Ende der Aufzeichnung schaltet den R");
+  bench.line.silent.clear();
+  bench.Run(12);
+  Pass();
+  EXPECT_EQ(bench.Row(3).lb_Cstat, "off");
+  EXPECT_EQ(bench.Row(3).sh_Cstat, kGrey);
+  EXPECT_EQ(bench.Row(3).CstatNote, "");
+}
+
 // What the sheet remembers as shown is dropped whenever a slot's file changes or a screen is
 // rebuilt. The cells must not outlive it.
 TEST_F(Sheet, ShowsNoValuesOfADeadInstrumentAfterItForgetsWhatItHasShown) {

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
+#include "tests/files/recording_room.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {
@@ -32,6 +34,17 @@ class Window : public testing::Test {
       bench.line.buffers[{inet, 1}].push_back(static_cast<std::int16_t>(100 + set));
       bench.line.buffers[{inet, 2}].push_back(static_cast<std::int16_t>(200 + set));
     }
+  }
+  // The only set that the instrument holds is in hand, and the disk has no room for it.
+  void RefuseSet() {
+    StartRecording(1);
+    Hold(1, 1);
+    const FullDisk disk(1008);
+    for (int tick = 0; tick < 40 && !bench.state.WriteFailed[1]; ++tick) {
+      bench.Run(0.05);
+    }
+    ASSERT_TRUE(bench.state.WriteFailed[1]);
+    bench.dialogs.announced.clear();
   }
   double CloseTakes() {
     const auto start = bench.clock.Elapsed();
@@ -121,6 +134,142 @@ TEST_F(Window, CompletesAHalfReadSetWhoseRestComesInTime) {
   ASSERT_EQ(samples.size(), 6U);
   EXPECT_EQ(samples[4], 44);
   EXPECT_EQ(samples[5], 55);
+}
+
+class WindowWithAnOrder : public Window {
+ protected:
+  // The recording of slot 2 has ended, and its controller has not acknowledged that it is off.
+  void LeaveAnOrder() {
+    StartRecording(2);
+    bench.line.silent = {2};
+    bench.state.Unit[2].UnitEndAction = 1;
+    bench.engine.EndOfRecording(2);
+    ASSERT_TRUE(bench.state.StopPending[2]);
+    bench.clock.AdvanceSeconds(1);
+    bench.port.sent.clear();
+  }
+  [[nodiscard]] long Tries() const {
+    return std::count(bench.port.sent.begin(), bench.port.sent.end(), "Z11=0\r");
+  }
+};
+
+TEST_F(WindowWithAnOrder, SendsItAtTheEndBesideTheLastSets) {
+  LeaveAnOrder();
+  bench.line.silent.clear();
+  Hold(1, 2);
+  EXPECT_LT(CloseTakes(), 2.0);
+  EXPECT_EQ(Tries(), 1);
+  EXPECT_EQ((bench.line.registers[{2, 'Z', 1}]), 0);
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
+}
+
+TEST_F(WindowWithAnOrder, TriesItForTenSecondsAndLeavesItOnTheDisk) {
+  LeaveAnOrder();
+  const double took = CloseTakes();
+  EXPECT_GE(took, 9.0);
+  EXPECT_LE(took, 11.5);
+  EXPECT_GE(Tries(), 5);
+  EXPECT_EQ(bench.home.Read(kStopOrdersFile), "Z=0 slot 2 inet 2 controller 1\r\nend\r\n");
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(WindowWithAnOrder, EndsAsSoonAsItIsAcknowledged) {
+  LeaveAnOrder();
+  bench.events.on_rest = [this](std::chrono::milliseconds time) {
+    bench.clock.Advance(time);
+    if (Tries() == 3) {
+      bench.line.silent.clear();
+    }
+  };
+  EXPECT_LT(CloseTakes(), 6.0);
+  EXPECT_EQ(Tries(), 4);
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+}
+
+TEST_F(WindowWithAnOrder, SendsOneThatIsGivenDuringTheLastSets) {
+  StartRecording(2);
+  bench.state.Unit[2].UnitEndAction = 1;
+  bench.state.SampleLimit[2] = 1;
+  Hold(2, 1);
+  bench.line.refused = {'Z'};
+  bench.events.on_rest = [this](std::chrono::milliseconds time) {
+    bench.clock.Advance(time);
+    bench.line.refused.clear();
+  };
+  CloseTakes();
+  EXPECT_GE(Tries(), 1);
+  EXPECT_EQ(bench.home.Exists(kStopOrdersFile), false);
+}
+
+TEST_F(WindowWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
+  StartRecording(2);
+  bench.line.silent = {2};
+  bench.state.DataHome = bench.home.File("nowhere") + "/";
+  bench.state.Unit[2].UnitEndAction = 1;
+  {
+    const Messages::Deferral deferral(bench.messages);
+    bench.engine.EndOfRecording(2);
+  }
+  CloseTakes();
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.OFF");
+}
+
+TEST_F(Window, WritesASetThatTheDiskRefusedOnceMoreAtTheEnd) {
+  RefuseSet();
+  bench.window.Close();
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+  EXPECT_FALSE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(Window, WritesARefusedSetAlsoIfItsInstrumentIsSilent) {
+  RefuseSet();
+  bench.line.silent = {1};
+  bench.Run(6);
+  EXPECT_LT(CloseTakes(), 1.0);
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+}
+
+TEST_F(Window, LeavesASetThatTheDiskRefusesForTheNextStartAndTellsIt) {
+  RefuseSet();
+  {
+    const FullDisk disk(1008);
+    bench.dialogs.on_box = [this] { EXPECT_FALSE(bench.state.SlotFileNo[1].IsOpen()); };
+    EXPECT_LT(CloseTakes(), 11.5);
+  }
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Write  file");
+  EXPECT_EQ(bench.dialogs.boxes[0].Text,
+            "M260314A.OVN: the last set could not be written (File too large); it stays beside "
+            "the file and is written when the file is opened again");
+  EXPECT_TRUE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
+  bench.files.OpenRecordingFile(1);
+  bench.engine.PumpOnce();
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+}
+
+TEST_F(Window, SaysThatASetIsLostWhereNothingCanBeKept) {
+  RefuseSet();
+  std::filesystem::rename(bench.home.File("tavdat"), bench.home.File("away"));
+  bench.engine.FlushFiles();
+  std::filesystem::remove_all(bench.home.File("away"));
+  bench.window.Close();
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text,
+            "M260314A.OVN: the last set could not be written (No such file or directory) and is "
+            "lost");
+}
+
+TEST_F(Window, WritesAFileThatWasDeletedAgainAtTheEnd) {
+  StartRecording(1);
+  std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
+  Hold(1, 1);
+  bench.Run(0.05);
+  bench.window.Close();
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
 
 TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {

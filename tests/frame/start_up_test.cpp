@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "tests/files/recording_room.h"
 #include "tests/support/bench_program.h"
 #include "tests/support/hindrance.h"
 
@@ -57,9 +58,9 @@ TEST_F(Start, AsksAgainWhileNobodyCanTellWhetherACopyRuns) {
   EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), take_lock));
   EXPECT_EQ(times, 3);
   ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
-  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot find out if the program is already running !\n\n" +
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot tell whether the program is already running:\n" +
                                              bench.home.File("TAVREL.LCK") +
-                                             "\nToo many open files");
+                                             "\n\nToo many open files");
 }
 
 TEST_F(Start, EndsIfNobodyCanTellWhetherACopyRunsAndTheUserGivesUp) {
@@ -293,6 +294,92 @@ TEST_F(Backlog, IsThatOfTheRecordingSlotWithTheMost) {
   EXPECT_EQ(bench.state.BacklogCount, 20);
 }
 
+class LeftOn : public Start {
+ protected:
+  // The program before has left orders; slot 2 has controller 3 of instrument 4.
+  void Leave(const std::string& orders) {
+    bench.home.Write(kStopOrdersFile, orders + "end\r\n");
+    bench.Install(2, "M260314A.OVN", BenchProgram::Header(4, 3, 2, true));
+    bench.line.registers[{4, 'Z', 3}] = 2;
+  }
+  std::vector<std::string> Announced() const {
+    std::vector<std::string> texts;
+    for (const Notice& notice : bench.dialogs.announced) {
+      texts.push_back(notice.Title + "|" + notice.Text);
+    }
+    return texts;
+  }
+  static constexpr const char* kOrder = "Z=0 slot 2 inet 4 controller 3\r\n";
+};
+
+TEST_F(LeftOn, IsSwitchedOffBeforeAnythingElseAndTold) {
+  Leave(kOrder);
+  bench.Start();
+  ASSERT_GE(bench.port.sent.size(), 2U);
+  EXPECT_EQ(bench.port.sent[0], "Z33=0\r");
+  EXPECT_EQ(bench.port.sent[1], "R32?");
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(Announced(), std::vector<std::string>{
+                             "controller|Controller 3 of Tavrel 4 was not switched off at the end "
+                             "of its recording.\nIt is off now."});
+}
+
+TEST_F(LeftOn, IsTriedEveryTenSecondsWhileItDoesNotAnswer) {
+  Leave(kOrder);
+  bench.line.silent = {4};
+  bench.Start();
+  EXPECT_EQ(bench.port.sent.front(), "Z33=0\r");
+  EXPECT_EQ(Announced(), std::vector<std::string>{
+                             "controller|Controller 3 of Tavrel 4 was not switched off at the end "
+                             "of its recording.\nTavrel does not acknowledge it yet; it is tried "
+                             "again."});
+  EXPECT_TRUE(bench.state.StopPending[2]);
+  bench.Run(35);
+  EXPECT_EQ(bench.Row(2).lb_Cstat, "off ?");
+  const auto tries = std::count(bench.port.sent.begin(), bench.port.sent.end(), "Z33=0\r");
+  EXPECT_GE(tries, 4);
+  EXPECT_LE(tries, 5);
+  bench.line.silent.clear();
+  bench.Run(20);
+  EXPECT_EQ((bench.line.registers[{4, 'Z', 3}]), 0);
+  EXPECT_EQ(bench.Row(2).lb_Cstat, "off");
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(Announced().size(), 1U);
+}
+
+TEST_F(LeftOn, IsNotSimulated) {
+  Leave(kOrder);
+  bench.state.Settings.CommPort = "----";
+  bench.Start();
+  bench.Run(15);
+  EXPECT_TRUE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_EQ(Announced().size(), 1U);
+}
+
+// An instrument without a slot is left alone but for the one controller.
+TEST_F(LeftOn, OfAnInstrumentWithoutASlotIsTheOnlyOneThatIsTouched) {
+  Leave("Z=0 slot 9 inet 6 controller 2\r\n");
+  bench.Start();
+  for (const std::string& command : bench.port.sent) {
+    EXPECT_TRUE(command[1] != '5' || command == "Z52=0\r") << command;
+  }
+  EXPECT_EQ(bench.port.sent.front(), "Z52=0\r");
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+}
+
+TEST_F(LeftOn, IsNoLongerToldOnceTheSweepHasSwitchedIt) {
+  Leave("Z=0 slot 2 inet 4 controller 1\r\n");
+  int refusals = 1;
+  const auto answer = bench.port.answer;
+  bench.port.answer = [&, answer](const std::string& command) {
+    return command == "Z31=0\r" && refusals-- > 0 ? std::string("?") : answer(command);
+  };
+  bench.Start();
+  EXPECT_EQ(std::count(bench.port.sent.begin(), bench.port.sent.end(), "Z31=0\r"), 2);
+  EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
+  EXPECT_FALSE(bench.state.StopPending[2]);
+}
+
 TEST_F(Start, SwitchesOffControllersThatNoSlotKnows) {
   bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
   bench.Install(2, "M260314B.OVN", BenchProgram::Header(1, 3, 2, false));
@@ -423,6 +510,43 @@ TEST_F(Start, SimulatesARecordingWithoutALine) {
   EXPECT_EQ(samples[4], 10);
   EXPECT_EQ(samples[5], 20);
   EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+}
+
+// The program was ended while the disk had no room for the next file, and has none yet.
+TEST_F(Start, GoesOnTryingToMakeTheNextFile) {
+  UnitRecord unit = BenchProgram::Header(1, 1, 2, true);
+  unit.UnitMaxMinutes = 5;  // 3 rows at 100 seconds
+  unit.UnitEndAction = 2;
+  bench.Install(7, "M260314A.OVN", unit, {1, 2, 1, 2, 3, 4, 5, 6});
+  bench.line.buffers[{1, 1}] = {11, 12};
+  bench.line.buffers[{1, 2}] = {21, 22};
+  {
+    const FullDisk disk(900);
+    bench.Start();
+    bench.Run(35);
+    EXPECT_EQ(bench.Row(7).lb_Rstat, "disk !");
+    EXPECT_EQ(bench.state.SlotFile[7], "M260314A.OVN");
+    EXPECT_EQ(bench.dialogs.announced.size(), 1U);
+    EXPECT_TRUE(bench.dialogs.boxes.empty());
+  }
+  bench.Run(25);
+  EXPECT_EQ(bench.Row(7).lb_Rstat, "on");
+  EXPECT_EQ(bench.Samples("M260314B.OVN"), (std::vector<std::int16_t>{11, 21, 11, 21, 12, 22}));
+  EXPECT_NE(bench.home.Read("TAVREL.USR").find("\"ACTIVE07:: M260314B.OVN\""), std::string::npos);
+}
+
+TEST_F(Start, TellsWithinTenSecondsThatARecordingWasDeleted) {
+  bench.Install(7, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true), {1, 2, 1, 2});
+  bench.Start();
+  bench.Run(1);
+  std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
+  bench.line.buffers[{1, 1}] = {11, 12};
+  bench.line.buffers[{1, 2}] = {21, 22};
+  bench.Run(10.5);
+  ASSERT_EQ(bench.dialogs.announced.size(), 1U);
+  EXPECT_NE(bench.dialogs.announced[0].Text.find("deleted or moved"), std::string::npos);
+  bench.Run(20);
+  EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{1, 2, 1, 2, 11, 21, 12, 22}));
 }
 
 }  // namespace

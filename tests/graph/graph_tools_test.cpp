@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -151,6 +153,17 @@ TEST_F(GraphTool, IntegralHatchesEveryRowOnTheScreenOnly) {
   EXPECT_EQ(hatch.At, (Segment{500 + 59 * 3, 300, 500 + 59 * 3, 400, kRed}));
   EXPECT_EQ(hatch.In, (Scale{530, bench.View(kPartView).YTop, 770, bench.View(kPartView).YBottom}));
   EXPECT_EQ(bench.ImgC(kPartView).strokes, before);
+}
+
+// Row 40 is the first that the cut file does not have.
+TEST_F(GraphTool, IntegralLeavesOutWhatCannotBeRead) {
+  std::filesystem::resize_file(bench.program.home.File("tavdat/M260314A.OVN"), 1000 + 40 * 6);
+  bench.graph.PbEval_Click(1);
+  ChooseCurve(2);
+  DrawBaseline({{{20, 300}, {30, 300}, {40, 300}, {50, 300}, {60, 300}}});
+  EXPECT_EQ(bench.Shown().Lbl_Instr, "Integral =  2000 °C·min");  // 20 rows of 100 degrees
+  const Stroke hatch = bench.PicC(kPartView).LinesOf(kRed).back();
+  EXPECT_EQ(hatch.At, (Segment{500 + 39 * 3, 300, 500 + 39 * 3, 400, kRed}));
 }
 
 TEST(Integral, IsOfEveryRowInLowResolutionToo) {

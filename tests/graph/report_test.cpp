@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "graph/graph_output.h"
 #include "tests/support/graph_bench.h"
 
@@ -235,6 +237,16 @@ TEST_F(TheReport, CutsACurveAtThePlotAndGoesOnWhenItIsBack) {
   is(2, 2, 60, 5, 100);  // 101 and 999 are left out, 100 is on the edge
   is(3, 5, 100, 6, 0);
   is(4, 6, 0, 8, 70);
+}
+
+// Row 40 is the first that the cut file does not have.
+TEST_F(TheReport, EndsACurveWhereTheFileCannotBeRead) {
+  ShowView(Slopes(80));
+  std::filesystem::resize_file(program.home.File(std::string("tavdat/") + kName), 1000 + 40 * 6);
+  program.graph_output.MnuGraph_Click();
+  const auto lines = program.clipboard.picture->LinesOf(kRed);
+  EXPECT_EQ(lines.size(), 1U + 29);  // that of the legend first
+  EXPECT_NEAR(lines.back().At.X2, 39, 1e-9);
 }
 
 TEST_F(TheReport, DrawsDifferencesAndTheZeroLineInARelativeView) {

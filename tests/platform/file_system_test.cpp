@@ -101,15 +101,6 @@ TEST_F(FileSystemTest, HoldsNameSeesWhateverBearsTheName) {
   EXPECT_FALSE(HoldsName(directory_.File("missing"), "FILE.NEW"));
 }
 
-TEST_F(FileSystemTest, IsAbsentIsSureOfIt) {
-  directory_.Write("A", "");
-  fs::create_symlink("nowhere", directory_.File("L"));
-  EXPECT_TRUE(IsAbsent(directory_.File("B")));
-  EXPECT_FALSE(IsAbsent(directory_.File("A")));
-  EXPECT_FALSE(IsAbsent(directory_.File("L")));
-  EXPECT_FALSE(IsAbsent(directory_.File(std::string(300, 'x'))));  // the system cannot tell
-}
-
 TEST_F(FileSystemTest, DeleteLinkSparesAllElse) {
   directory_.Write("A", "abc");
   fs::create_symlink("A", directory_.File("L"));

@@ -15,7 +15,8 @@ namespace tavrel {
 
 // Slot 1 with controller 2 of instrument 3, on either kind of line, and an open file.
 // Levers: fail_at is the exchange, counted from 1 after Count(), that the instrument refuses
-// (0: none), fail_from refuses that one and all later ones.
+// (0: none), fail_from refuses that one and all later ones, lose_at is carried out, but its reply
+// is lost.
 class ControlBench {
  public:
   static constexpr int kInet = 3;
@@ -27,7 +28,8 @@ class ControlBench {
       if (exchanges == fail_at || (fail_from > 0 && exchanges >= fail_from)) {
         return std::string("?");
       }
-      return bench.line.Answer(plugin ? InDirectWords(command) : command);
+      const std::string reply = bench.line.Answer(plugin ? InDirectWords(command) : command);
+      return exchanges == lose_at ? std::string() : reply;
     };
     bench.link.LinkOpen({"COM1", plugin ? 2 : 0, 4});
     RunState& state = bench.state;
@@ -65,6 +67,23 @@ class ControlBench {
   }
   const std::vector<std::string>& Sent() const { return bench.port.sent; }
 
+  // The cycle beneath a dialog for a while, without a screen that asks for anything itself.
+  void Tick(double seconds) {
+    MainCycle::Guests guests;
+    guests.read_back = [this] { return bench.unsure.ReadBack(); };
+    bench.cycle.SetGuests(guests);
+    bench.cycle.Start();
+    bench.Run(seconds);
+    bench.cycle.Stop();
+  }
+  std::vector<std::string> Announced() const {
+    std::vector<std::string> texts;
+    for (const Notice& notice : bench.dialogs.announced) {
+      texts.push_back(notice.Title + ": " + notice.Text);
+    }
+    return texts;
+  }
+
   // The last box, as "title: text".
   std::string LastBox() const {
     const std::vector<Notice>& boxes = bench.dialogs.boxes;
@@ -75,6 +94,7 @@ class ControlBench {
   int exchanges = 0;
   int fail_at = 0;
   int fail_from = 0;
+  int lose_at = 0;
 };
 
 // The words of a program file: a record of zeros, then steps of status, increment, setpoint, time.

@@ -42,8 +42,8 @@ class FakeDialogs : public Dialogs {
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Open(notice), yes; }
   [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override { return Open(notice), retry; }
   void Announce(const Notice& notice) override { announced.push_back(notice); }
-  void AskBeside(const Notice& notice, std::function<void(bool)> answer) override {
-    asked_beside.push_back({notice, std::move(answer)});
+  void AskBeside(const Notice& notice, const std::function<void(bool)>& answer) override {
+    asked_beside.push_back({notice, answer});
   }
   void FileDialog(FileChoice& choice) override {
     file_dialogs.push_back(choice);

@@ -31,7 +31,8 @@ class WorkBench {
                            View::kTavWait, View::kTavCtrl, View::kTavColor};
     bench.screens.on_show = [this](View view) { RunDialog(view); };
     bench.cycle.SetGuests({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
-                           [this](int slot) { programs.StepProgram(slot); }});
+                           [this](int slot) { programs.StepProgram(slot); },
+                           [this] { return bench.unsure.ReadBack(); }});
     header.UnitInterval = 1;
     header.UnitDesignation.Set("OVN:Furnace");
   }

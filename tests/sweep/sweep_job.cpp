@@ -85,6 +85,7 @@ class PatientDialogs : public FakeDialogs {
     boxes.push_back(notice);
     return ++retries_ < 5;
   }
+  [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override { return AskRetry(notice); }
 
  private:
   int retries_ = 0;
@@ -126,10 +127,7 @@ class Job {
     logic_ = std::make_unique<ProgramLogic>(Machine{port_, clock_, dialogs_, screens_, events_,
                                                     shell_, printer_, clipboard_, regional_});
     const bool is_up = logic_->start_up.SplashLoad(home_, [](const std::string&) { return true; });
-    if (is_up) {
-      static_cast<void>(logic_->start_up.SplashShow());
-    }
-    is_up_ = is_up && logic_->start_up.MainFormLoad();
+    is_up_ = is_up && logic_->start_up.SplashShow() && logic_->start_up.MainFormLoad();
     if (is_up_) {
       logic_->start_up.MainFormShow();
     }
@@ -173,6 +171,10 @@ class Job {
   // What came up to now, then a row for the stage.
   void Tell(const std::string& stage) {
     std::ofstream file(told_, std::ios::app);
+    for (const FakeDialogs::Question& question : dialogs_.asked_beside) {
+      dialogs_.announced.push_back(question.notice);
+    }
+    dialogs_.asked_beside.clear();
     for (auto* notices : {&dialogs_.boxes, &dialogs_.announced}) {
       for (const Notice& notice : *notices) {
         file << notice.Title << "\\n" << notice.Text << '\n';

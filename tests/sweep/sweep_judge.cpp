@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 constexpr const char* kSettings = "TAVREL.USR";
 // What the program may make beside what was there.
 const std::set<std::string>& OwnFiles() {
-  static const std::set<std::string> names = {kSettings, "TAVREL.BAK"};
+  static const std::set<std::string> names = {kSettings, "TAVREL.BAK", "TAVREL.BA2"};
   return names;
 }
 

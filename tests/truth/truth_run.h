@@ -99,7 +99,7 @@ class TruthRun {
 
  private:
   [[nodiscard]] bool MountData();
-  [[nodiscard]] bool LayForeignDevice();
+  void LayForeignDevice();
   [[nodiscard]] std::vector<std::string> InstrumentOptions() const;
   [[nodiscard]] std::string Samples(const RecordedSlot& slot) const;
   [[nodiscard]] int Rows(const RecordedSlot& slot) const;

@@ -25,25 +25,25 @@ constexpr int kCtrl = 3;
 constexpr const char* kName = "M260314A.OVN";
 
 // How an exchange fails, in the words of the instrument's faults.
-struct Failure {
+struct FailingExchange {
   const char* name;
   const char* level;
   bool is_carried_out;  // the instrument has done what it was told
 };
 
-inline constexpr Failure kNone{"none", "", true};
-inline constexpr Failure kLostRequest{"lost-request", "on", false};
-inline constexpr Failure kLostReply{"lost-reply", "on", true};
-inline constexpr Failure kRefusal{"refusal", "on", false};
-inline constexpr Failure kLateReply{"late-reply", "130", true};
+inline constexpr FailingExchange kNone{"none", "", true};
+inline constexpr FailingExchange kLostRequest{"lost-request", "on", false};
+inline constexpr FailingExchange kLostReply{"lost-reply", "on", true};
+inline constexpr FailingExchange kRefusal{"refusal", "on", false};
+inline constexpr FailingExchange kLateReply{"late-reply", "130", true};
 // The exchange goes well, but what is read is no value.
-inline constexpr Failure kNoValueToRead{"no-value", "on", true};
+inline constexpr FailingExchange kNoValueToRead{"no-value", "on", true};
 
-inline std::ostream& operator<<(std::ostream& out, const Failure& failure) {
+inline std::ostream& operator<<(std::ostream& out, const FailingExchange& failure) {
   return out << failure.name;
 }
 
-inline std::string NameOf(const std::tuple<bool, Failure>& parameter) {
+inline std::string NameOf(const std::tuple<bool, FailingExchange>& parameter) {
   std::string name = std::get<1>(parameter).name;
   std::replace(name.begin(), name.end(), '-', '_');
   return (std::get<0>(parameter) ? "plugin_" : "direct_") + name;
@@ -51,7 +51,7 @@ inline std::string NameOf(const std::tuple<bool, Failure>& parameter) {
 
 // The worksheet of slot 1 with the buttons of its dialogs, on a virtual instrument: instrument 2,
 // controller 3, reference 2, two inputs, rows of 10 s, not recording.
-class ButtonsOnTheWire : public testing::TestWithParam<std::tuple<bool, Failure>> {
+class ButtonsOnTheWire : public testing::TestWithParam<std::tuple<bool, FailingExchange>> {
  protected:
   void SetUp() override {
     ASSERT_TRUE(instrument.IsUp());
@@ -71,7 +71,7 @@ class ButtonsOnTheWire : public testing::TestWithParam<std::tuple<bool, Failure>
   }
 
   static bool IsPlugin() { return std::get<0>(GetParam()); }
-  static const Failure& HowItFails() { return std::get<1>(GetParam()); }
+  static const FailingExchange& HowItFails() { return std::get<1>(GetParam()); }
   static bool Fails() { return *HowItFails().level != '\0'; }
 
   // Opens it, or opens it once more, with the first refresh.

@@ -1,3 +1,5 @@
+#include <array>
+
 #include "tests/wire/button_room.h"
 
 namespace tavrel {
@@ -25,10 +27,28 @@ TEST_P(RecordingOnTheWire, StartsInANewFileWithItsSamplingTime) {
   const std::string name = program.state.SlotFile[1];
   EXPECT_NE(name, kName);
   program.worksheet.cmd_Rec_Click(1);
-  ExpectTelegrams(Of({"S11=2\r", "R11=0\r", "S12=2\r", "R12=0\r"},
-                     {"n1vC1=2\r", "n1vB1=0\r", "n1vC2=2\r", "n1vB2=0\r"}));
+  ExpectTelegrams(Of({"T10?", "S11=2\r", "R11=0\r", "S12=2\r", "R12=0\r"},
+                     {"n1vD0?", "n1vC1=2\r", "n1vB1=0\r", "n1vC2=2\r", "n1vB2=0\r"}));
   EXPECT_EQ(FileHeader(name).UnitRecOn, 1);
   EXPECT_EQ(FileHeader(name).UnitInterval, 2);
+}
+
+// The file was begun on a fast instrument, one set a second; this one would take the same sampling
+// value for ten seconds.
+TEST_P(RecordingOnTheWire, DoesNotGoOnAtAnotherTimeScale) {
+  Unit().UnitFast = 1;
+  Unit().UnitInterval = 1;
+  program.state.RecInterval[1] = 1;
+  const std::array<std::int16_t, 2> row = {400, 500};
+  ASSERT_TRUE(program.files.AppendRow(1, row, 2));
+  OpenSheet();
+  ASSERT_EQ(Unit().UnitFast, 1);
+  program.worksheet.cmd_Rec_Click(1);
+  EXPECT_EQ(Boxes(), Telegrams{"start recording: This file counts its sampling time in seconds, "
+                               "the instrument in tens of seconds."});
+  ExpectTelegrams(Of({"T10?"}, {"n1vD0?"}));
+  EXPECT_EQ(Unit().UnitRecOn, 0);
+  EXPECT_TRUE(Shown().RecOffDown);
 }
 
 TEST_P(RecordingOnTheWire, StopsWithoutTellingTheInstrument) {

@@ -99,9 +99,9 @@ TEST_P(RampWithoutAValue, OfAProgramIsRepeatedWithoutABox) {
 }
 
 TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
-  const Telegrams telegrams = Of({"S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
-                                 {"n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"});
-  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 4 : 0); ++failing) {
+  const Telegrams telegrams = Of({"T10?", "S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
+                                 {"n1vD0?", "n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"});
+  for (int failing = Fails() ? 1 : 0; failing <= (Fails() ? 5 : 0); ++failing) {
     OpenSheet();
     fail_at = failing;
     program.worksheet.cmd_Rec_Click(1);
@@ -110,7 +110,7 @@ TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
     EXPECT_EQ(Shown().RecOnDown, !Fails());
     EXPECT_EQ(Shown().RecOffDown, Fails());
     EXPECT_EQ(FileHeader(kName).UnitRecOn, Fails() ? 0 : 1);
-    EXPECT_EQ(telegrams_before_wait, Fails() ? 0 : 4);
+    EXPECT_EQ(telegrams_before_wait, Fails() ? 0 : 5);
   }
 }
 
@@ -125,7 +125,8 @@ TEST_P(WorksheetOnTheWire, SendsTheChangedSettingsOfTheController) {
     Give(kSettings);
     dialog = [&] {
       Forget();
-      ControllerSettings settings({program.state, program.link, program.dialogs, program.screens});
+      ControllerSettings settings(
+          {program.state, program.link, program.dialogs, program.screens, program.unsure});
       ExpectTelegrams(reads);
       for (int box = 0; box < 6; ++box) {
         settings.TBox_Change(box, texts.at(static_cast<std::size_t>(box)));
@@ -159,6 +160,76 @@ TEST_P(WorksheetOnTheWire, SendsTheChangedSettingsOfTheController) {
   }
 }
 
+// A write of TavCtrl is not acknowledged: nobody knows what the instrument holds.
+class UnsureOnTheWire : public ButtonsOnTheWire {
+ protected:
+  struct Value {
+    int box;
+    const char* letter;
+    int raw;
+    const char* text;
+    const char* other_text;
+  };
+  inline static const std::vector<Value> kValues = {{kUpperBox, "H", 6000, "300", "350"},
+                                                    {kFinalBox, "M", 2000, "100", "120"},
+                                                    {kSecondIncrementBox, "I", 5, "0.05", "0.5"},
+                                                    {kSetpointBox, "W", 1600, "80", "90"},
+                                                    {kLowerBox, "G", 100, "5", "10"}};
+
+  // Types another value; its exchange fails as this test is for. `then` is what the user does.
+  void TypeInVain(const Value& value, const std::function<void(ControllerSettings&)>& then) {
+    Give(kSettings);
+    dialog = [&] {
+      ControllerSettings settings(
+          {program.state, program.link, program.dialogs, program.screens, program.unsure});
+      settings.TBox_Change(value.box, value.other_text);
+      Forget();
+      fail_at = 1;
+      settings.CmdOK_Click();
+      EXPECT_EQ(Boxes(), kNotConnected) << value.letter;
+      ASSERT_TRUE(settings.IsOpen());
+      fail_at = 0;
+      then(settings);
+    };
+    program.worksheet.cmd_setCtrl_Click();
+  }
+};
+
+TEST_P(UnsureOnTheWire, SendsTheOldValueAgain) {
+  for (const Value& value : kValues) {
+    for (const bool is_read_back : {false, true}) {
+      TypeInVain(value, [&](ControllerSettings& settings) {
+        if (is_read_back) {
+          instrument.Forget();
+          EXPECT_TRUE(program.RunUntil([&] { return !instrument.Telegrams(0).empty(); }));
+        }
+        settings.TBox_Change(value.box, value.text);
+        settings.CmdOK_Click();
+        EXPECT_FALSE(settings.IsOpen());
+      });
+      EXPECT_EQ(Register(value.letter), value.raw) << value.letter << is_read_back;
+    }
+  }
+}
+
+TEST_P(UnsureOnTheWire, ReadsBackBehindEscapeAndTellsWhatIsOtherThanBefore) {
+  TypeInVain(kValues.front(), [](ControllerSettings& settings) { settings.Quit(); });
+  const std::string read = Of({"H13?"}, {"n1v13?"}).front();
+  EXPECT_TRUE(program.RunUntil([&] { return instrument.LastTime(read) > 0; }));
+  const bool differs = HowItFails().is_carried_out;
+  EXPECT_TRUE(program.RunUntil([&] { return Unit().UnitUpper == (differs ? 7000 : 6000); }));
+  EXPECT_EQ(Register("H"), Unit().UnitUpper);
+  ASSERT_EQ(program.dialogs.announced.size(), differs ? 1U : 0U);
+  if (differs) {
+    EXPECT_EQ(program.dialogs.announced.front().Text,
+              "upper limit:\n350.0 was not acknowledged, Tavrel has 350.0");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, UnsureOnTheWire,
+                         testing::Combine(testing::Bool(), testing::Values(kLostRequest, kLostReply,
+                                                                           kRefusal, kLateReply)),
+                         [](const auto& test) { return NameOf(test.param); });
 INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, WorksheetOnTheWire,
                          testing::Combine(testing::Bool(),
                                           testing::Values(kNone, kLostRequest, kLostReply, kRefusal,

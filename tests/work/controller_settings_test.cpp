@@ -24,8 +24,8 @@ class Settings : public testing::Test, public ControlBench {
   }
   ControllerSettings& Open() {
     dialog.reset();
-    dialog.emplace(
-        ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens});
+    dialog.emplace(ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
+                                             bench.unsure});
     Count();
     return *dialog;
   }
@@ -217,9 +217,196 @@ TEST_F(Settings, OpensThePidParameters) {
 
 TEST_F(Settings, TouchesNothingForTheViewedFile) {
   bench.state.SelSlot = kViewedFile;
-  const ControllerSettings now({bench.state, bench.link, bench.dialogs, bench.screens});
+  const ControllerSettings now(
+      {bench.state, bench.link, bench.dialogs, bench.screens, bench.unsure});
   EXPECT_FALSE(now.IsOpen());
   EXPECT_THAT(Sent(), IsEmpty());
+}
+
+// A value of the dialog: its box and register, what the instrument has, and what the user types.
+struct TypedValue {
+  int box;
+  char letter;
+  int old_raw;
+  const char* old_text;
+  int new_raw;
+  const char* new_text;
+  const char* name;
+};
+
+constexpr std::array kTypedValues = {
+    TypedValue{kUpperBox, 'H', 6000, "300.0", 7000, "350.0", "upper limit"},
+    TypedValue{kFinalBox, 'M', 5000, "250.0", 4400, "220.0", "final value"},
+    TypedValue{kSecondIncrementBox, 'I', 37, "0.37", 50, "0.50", "increment"},
+    TypedValue{kSetpointBox, 'W', 4000, "200.0", 5200, "260.0", "setpoint"},
+    TypedValue{kLowerBox, 'G', 100, "5.0", 200, "10.0", "lower limit"}};
+
+// A write of the dialog goes wrong. Nobody knows then what the instrument holds.
+class Unsure : public Settings {
+ protected:
+  Unsure() { Register('Z') = 2; }
+
+  // Types the new value; its write is carried out or not, and in no case acknowledged.
+  void TypeInVain(const TypedValue& value, bool is_carried_out) {
+    bench.dialogs.announced.clear();
+    fail_at = lose_at = 0;
+    Register(value.letter) = static_cast<std::int16_t>(value.old_raw);
+    bench.clock.AdvanceSeconds(1);
+    Greet();
+    Open().TBox_Change(value.box, value.new_text);
+    (is_carried_out ? lose_at : fail_at) = 1;
+    dialog->CmdOK_Click();
+    EXPECT_EQ(LastBox(), "check: Tavrel connected ?");
+    EXPECT_TRUE(dialog->IsOpen());
+    fail_at = lose_at = 0;
+  }
+  static std::string Told(const TypedValue& value, const std::string& held) {
+    return std::string("check: ") + value.name + ":\n" + value.new_text +
+           " was not acknowledged, Tavrel has " + held;
+  }
+};
+
+TEST_F(Unsure, SendsTheOldValueAgainWhetherOrNotItWasReadBack) {
+  for (const TypedValue& value : kTypedValues) {
+    for (const bool is_carried_out : {true, false}) {
+      for (const double seconds : {0.0, 1.0}) {
+        TypeInVain(value, is_carried_out);
+        Tick(seconds);
+        bench.clock.AdvanceSeconds(1);
+        dialog->TBox_Change(value.box, value.old_text);
+        dialog->CmdOK_Click();
+        EXPECT_EQ(Register(value.letter), value.old_raw) << value.name << seconds;
+        EXPECT_FALSE(dialog->IsOpen());
+      }
+    }
+  }
+}
+
+TEST_F(Unsure, SendsTheNewValueAgainOnlyIfTheInstrumentDoesNotHaveIt) {
+  for (const TypedValue& value : kTypedValues) {
+    for (const bool is_carried_out : {true, false}) {
+      TypeInVain(value, is_carried_out);
+      Tick(1);
+      EXPECT_EQ(dialog->TBox(value.box), value.new_text) << "what is typed stays";
+      Count();
+      dialog->CmdOK_Click();
+      EXPECT_EQ(Sent().size(), is_carried_out ? 0U : 1U) << value.name;
+      EXPECT_EQ(Register(value.letter), value.new_raw);
+      EXPECT_FALSE(dialog->IsOpen());
+    }
+  }
+}
+
+TEST_F(Unsure, TellsIfTheInstrumentHasAnotherValueThanTheDialogShows) {
+  for (const TypedValue& value : kTypedValues) {
+    TypeInVain(value, true);
+    Tick(1);
+    EXPECT_THAT(Announced(), IsEmpty()) << value.name;
+    TypeInVain(value, false);
+    Tick(1);
+    EXPECT_THAT(Announced(), ElementsAre(Told(value, value.old_text)));
+  }
+}
+
+TEST_F(Unsure, TellsBehindEscapeIfTheInstrumentHasNotTheValueOfBefore) {
+  for (const TypedValue& value : kTypedValues) {
+    TypeInVain(value, true);
+    dialog->Quit();
+    dialog.reset();
+    Tick(1);
+    EXPECT_THAT(Announced(), ElementsAre(Told(value, value.new_text)));
+    TypeInVain(value, false);
+    dialog.reset();
+    Tick(1);
+    EXPECT_THAT(Announced(), IsEmpty()) << value.name;
+  }
+}
+
+TEST_F(Unsure, KeepsTheHeaderAsTheInstrumentIs) {
+  TypeInVain(kTypedValues[3], true);
+  EXPECT_EQ(Unit().UnitSetpoint, 4000) << "what was acknowledged last";
+  bench.state.SlotDirty[1] = false;
+  bench.state.TickFlush = 80000;
+  dialog.reset();
+  Tick(1);
+  EXPECT_EQ(Unit().UnitSetpoint, 5200);
+  EXPECT_TRUE(bench.state.SlotDirty[1]);
+}
+
+TEST_F(Unsure, LeavesTheHeaderOfAnotherControllerAlone) {
+  TypeInVain(kTypedValues[3], true);
+  dialog.reset();
+  Unit().UnitCtrl = 4;
+  Tick(1);
+  EXPECT_EQ(Unit().UnitSetpoint, 4000);
+  EXPECT_EQ(Announced().size(), 1U);
+}
+
+TEST_F(Unsure, AsksAgainEveryTenSecondsWhileTheInstrumentIsAway) {
+  TypeInVain(kTypedValues[0], true);
+  dialog.reset();
+  bench.line.silent = {kInet};
+  Count();
+  Tick(25);
+  EXPECT_THAT(Sent(), ElementsAre("H22?", "H22?", "H22?"));
+  EXPECT_THAT(Announced(), IsEmpty());
+  bench.line.silent.clear();
+  Tick(10);
+  EXPECT_THAT(Announced(), ElementsAre(Told(kTypedValues[0], "350.0")));
+  Count();
+  Tick(20);
+  EXPECT_THAT(Sent(), IsEmpty()) << "it is known now";
+}
+
+// On a ramp the setpoint moves by itself, so that it tells nothing about the write.
+TEST_F(Unsure, DoesNotJudgeTheSetpointOnARamp) {
+  for (const int state : {3, 4}) {
+    TypeInVain(kTypedValues[3], true);
+    Register('Z') = static_cast<std::int16_t>(state);
+    Register('W') = 4321;
+    Count();
+    Tick(12);
+    EXPECT_THAT(Sent(), ElementsAre("Z22?")) << state;
+    EXPECT_THAT(Announced(), IsEmpty());
+    dialog->TBox_Change(kSetpointBox, "200.0");
+    dialog->CmdOK_Click();
+    EXPECT_EQ(Register('W'), 4000) << "it is not known, so it is sent";
+    Register('Z') = 2;
+  }
+}
+
+TEST_F(Unsure, ReadsTheSetpointBackOnceTheStateIsKnown) {
+  for (const int state : {0, 1, 2, 5, -1}) {
+    TypeInVain(kTypedValues[3], true);
+    dialog.reset();
+    Register('Z') = static_cast<std::int16_t>(state);
+    Count();
+    lose_at = 1;
+    Tick(12);
+    lose_at = 0;
+    EXPECT_THAT(Sent(), ElementsAre("Z22?", "Z22?", "W22?")) << state;
+    EXPECT_EQ(Announced().size(), 1U);
+  }
+}
+
+TEST_F(Unsure, IsSureAgainOnceTheDialogIsOpenedAnew) {
+  TypeInVain(kTypedValues[3], true);
+  Open();
+  EXPECT_EQ(dialog->TBox(kSetpointBox), "260.0");
+  Tick(1);
+  EXPECT_THAT(Sent(), IsEmpty());
+  EXPECT_THAT(Announced(), IsEmpty());
+}
+
+TEST_F(Unsure, ComparesWithWhatWasKnownBeforeTheFirstOfSeveralFailures) {
+  TypeInVain(kTypedValues[3], false);
+  fail_from = 1;
+  dialog->TBox_Change(kSetpointBox, "210.0");
+  dialog->CmdOK_Click();
+  fail_from = 0;
+  dialog.reset();
+  Tick(12);
+  EXPECT_THAT(Announced(), IsEmpty()) << "it has the value of before";
 }
 
 // The telegrams of an opening and of an OK that changes all values.
@@ -246,7 +433,8 @@ class SettingsOnTheWire : public testing::TestWithParam<Line> {
   void Open() {
     control.Count();
     dialog.emplace(ControllerSettings::Parts{control.bench.state, control.bench.link,
-                                             control.bench.dialogs, control.bench.screens});
+                                             control.bench.dialogs, control.bench.screens,
+                                             control.bench.unsure});
   }
   void TypeAll() {
     dialog->TBox_Change(kUpperBox, "500");

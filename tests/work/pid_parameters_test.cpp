@@ -26,7 +26,8 @@ class Pid : public testing::Test, public ControlBench {
   Pid() { FillRegisters(*this); }
   PidParameters& Open() {
     dialog.reset();
-    dialog.emplace(PidParameters::Parts{bench.state, bench.link, bench.dialogs, bench.screens});
+    dialog.emplace(PidParameters::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
+                                        bench.unsure, bench.engine.Orders()});
     Count();
     return *dialog;
   }
@@ -152,6 +153,101 @@ TEST_F(Pid, StaysOffIfTheRecordingEndedDuringTheWait) {
   EXPECT_EQ(Register('Z'), 0);
 }
 
+TEST_F(Pid, SendsTheOldParameterAgainAfterALostAcknowledge) {
+  const std::vector<std::tuple<int, char, const char*, const char*, int>> parameters = {
+      {1, 'P', "100.0", "90", 2000},
+      {2, 'N', "900", "800", 900},
+      {3, 'V', "160", "150", 160},
+      {4, 'T', "0", "30", 0}};
+  for (const auto& [box, letter, old_text, new_text, old_raw] : parameters) {
+    for (const bool is_read_back : {false, true}) {
+      bench.clock.AdvanceSeconds(1);
+      Greet();
+      Open().TBox_Change(box, new_text);
+      lose_at = 3;
+      dialog->CmdOK_Click();
+      lose_at = 0;
+      ASSERT_TRUE(dialog->IsOpen());
+      EXPECT_NE(Register(letter), old_raw);
+      if (is_read_back) {
+        Tick(1);
+      }
+      dialog->TBox_Change(box, old_text);
+      dialog->CmdOK_Click();
+      EXPECT_EQ(Register(letter), old_raw) << letter;
+      EXPECT_FALSE(dialog->IsOpen());
+    }
+  }
+  EXPECT_THAT(Announced(), IsEmpty());
+}
+
+TEST_F(Pid, TellsBehindEscapeWhatTheInstrumentTookAllTheSame) {
+  Open().TBox_Change(1, "90");
+  lose_at = 3;
+  dialog->CmdOK_Click();
+  lose_at = 0;
+  dialog->Quit();
+  Tick(1);
+  EXPECT_THAT(Announced(),
+              ElementsAre("check: proportional:\n90.0 was not acknowledged, Tavrel has "
+                          "90.0"));
+}
+
+// The state that the controller had before the dialog switched it off is still owed to it.
+TEST_F(Pid, BringsBackTheStateOfBeforeTheFirstTry) {
+  Open().TBox_Change(3, "200");
+  fail_from = 3;
+  dialog->CmdOK_Click();
+  EXPECT_EQ(Register('Z'), 0);
+  ASSERT_TRUE(dialog->IsOpen());
+  fail_from = 0;
+  bench.clock.AdvanceSeconds(1);
+  Greet();
+  dialog->CmdOK_Click();
+  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_EQ(Register('V'), 200);
+  EXPECT_EQ(Register('Z'), 2);
+}
+
+TEST_F(Pid, LeavesAControllerOffThatAnEndActionHasSwitchedOffBetweenTwoTries) {
+  Unit().UnitRecOn = 1;
+  Unit().UnitEndAction = 1;
+  Open().TBox_Change(3, "200");
+  fail_from = 3;
+  dialog->CmdOK_Click();
+  fail_from = 0;
+  Unit().UnitRecOn = 0;
+  bench.clock.AdvanceSeconds(1);
+  Greet();
+  dialog->CmdOK_Click();
+  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_EQ(Register('Z'), 0);
+}
+
+// The order to switch off is repeated in the ticks beneath the wait bar, and acknowledged.
+TEST_F(Pid, LeavesAControllerOffThatAnOlderOrderSwitchesOff) {
+  for (const bool is_repeated : {true, false}) {
+    Register('Z') = 2;
+    Unit().UnitEndAction = 1;
+    fail_from = 1;
+    bench.engine.EndOfRecording(1);
+    fail_from = 0;
+    bench.clock.AdvanceSeconds(1);
+    Greet();
+    bench.screens.on_show = [this, is_repeated](View) { Tick(is_repeated ? 11 : 0); };
+    Ok(3, is_repeated ? "200" : "210");
+    EXPECT_FALSE(dialog->IsOpen());
+    EXPECT_EQ(Register('Z'), 0);
+    EXPECT_EQ(bench.engine.Orders().IsWaiting(kInet, kCtrl), !is_repeated);
+  }
+}
+
+TEST_F(Pid, TakesNoValueForNoState) {
+  Register('Z') = kNoData;
+  EXPECT_EQ(Ok(3, "200"), "check: Tavrel connected ?");
+  EXPECT_THAT(Sent(), ElementsAre("Z22?"));
+}
+
 struct Line {
   bool plugin;
   std::vector<std::string> reads;
@@ -173,7 +269,8 @@ class PidOnTheWire : public testing::TestWithParam<Line> {
     dialog.reset();
     control.Count();
     dialog.emplace(PidParameters::Parts{control.bench.state, control.bench.link,
-                                        control.bench.dialogs, control.bench.screens});
+                                        control.bench.dialogs, control.bench.screens,
+                                        control.bench.unsure, control.bench.engine.Orders()});
   }
   void Ok() {
     dialog->Cbo_Click(5);

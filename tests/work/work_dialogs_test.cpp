@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "files/held_set.h"
+#include "tests/files/recording_room.h"
 #include "tests/support/work_bench.h"
 #include "work/curve_colours.h"
 
@@ -23,6 +25,14 @@ class RecordingDialog : public testing::Test, public WorkBench {
     recording.Cbo_Sampl_Change(text);
     Forget();
     recording.CmdOK_Click();
+  }
+  void RefuseSet() {
+    bench.state.SampleSeen[1][1] = bench.state.SampleSeen[1][2] = true;
+    bench.state.SampleValue[1][1] = 5;
+    bench.state.SampleValue[1][2] = 6;
+    bench.state.ReadState[1] = ReadState::kWaiting;
+    bench.state.WriteFailed[1] = true;
+    bench.files.KeepHeldSet(1, 0);
   }
 };
 
@@ -118,6 +128,70 @@ TEST_F(RecordingDialog, KeepsAnEmptyFileThatIsBeingViewed) {
   bench.state.SlotFile[0] = kName;
   NewFile([this] { Type("10"); });
   EXPECT_TRUE(HasFile(kName));
+}
+
+TEST_F(RecordingDialog, KeepsAnEmptyFileThatIsBeingViewedUnderAnotherName) {
+  StartProgram();
+  std::filesystem::create_hard_link(bench.home.File(std::string("tavdat/") + kName),
+                                    bench.home.File("tavdat/seen.ovn"));
+  bench.state.SlotPath[0] = bench.home.File("tavdat/../tavdat");
+  bench.state.SlotFile[0] = "SEEN.OVN";
+  NewFile([this] { Type("10"); });
+  EXPECT_TRUE(HasFile(kName));
+}
+
+// A set that the disk refused is complete in hand when the user begins a new file.
+TEST_F(RecordingDialog, WritesARefusedSetIntoTheOldFileFirst) {
+  header.UnitRecOn = 1;
+  StartProgram({1, 2, 1, 2});
+  RefuseSet();
+  NewFile([this] { Type("10"); });
+  EXPECT_EQ(bench.Samples(kName), (std::vector<std::int16_t>{1, 2, 1, 2, 5, 6}));
+  EXPECT_FALSE(HasFile(HeldSetName(kName)));
+  EXPECT_EQ(bench.state.SlotFile[1], "M260314B.OVN");
+}
+
+TEST_F(RecordingDialog, LeavesARefusedSetBesideTheOldFileForItsNextOpening) {
+  header.UnitRecOn = 1;
+  const std::vector<std::int16_t> rows(1000, 3);
+  StartProgram(rows);
+  RefuseSet();
+  {
+    const FullDisk disk(3000);
+    NewFile([this] {
+      Type("10");
+      EXPECT_EQ(BoxTexts(),
+                (Texts{"recording|create a new file",
+                       "Write  file|M260314A.OVN: the last set could not be written (File too "
+                       "large); it stays beside the file and is written when the file is opened "
+                       "again"}));
+    });
+  }
+  EXPECT_EQ(bench.state.SlotFile[1], "M260314B.OVN");
+  EXPECT_EQ(bench.Samples(kName), rows);
+  EXPECT_TRUE(HasFile(HeldSetName(kName)));
+  EXPECT_FALSE(bench.state.SampleSeen[1][1]);
+  bench.state.SlotPath[2] = bench.state.SlotPath[1];
+  bench.state.SlotFile[2] = kName;
+  bench.files.OpenRecordingFile(2);
+  EXPECT_EQ(bench.Samples(kName).size(), 1002U);
+  EXPECT_EQ(bench.Samples(kName)[1000], 5);
+  EXPECT_EQ(bench.Samples(kName)[1001], 6);
+  EXPECT_FALSE(HasFile(HeldSetName(kName)));
+}
+
+TEST_F(RecordingDialog, LeavesAnEmptyFileWhoseOnlySetWasRefused) {
+  header.UnitRecOn = 1;
+  StartProgram();
+  RefuseSet();
+  {
+    const FullDisk disk(1000);
+    bench.state.Settings = SettingsValues();  // few enough to be written
+    bench.state.Settings.ActiveFiles[0] = kName;
+    NewFile([this] { Type("10"); });
+  }
+  EXPECT_TRUE(HasFile(kName));
+  EXPECT_TRUE(HasFile(HeldSetName(kName)));
 }
 
 TEST_F(RecordingDialog, ChangesNothingWithoutTheUsersYes) {

@@ -26,8 +26,8 @@ std::vector<ButtonCase> Buttons() {
       {"off", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(2); }, {"Z13=0\r"}, {"n1p33=0\r"}},
       {"start",
        [](Worksheet& sheet) { sheet.cmd_Rec_Click(1); },
-       {"S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
-       {"n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"}},
+       {"T10?", "S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
+       {"n1vD0?", "n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"}},
       {"stop", [](Worksheet& sheet) { sheet.cmd_Rec_Click(2); }, {}, {}}};
 }
 

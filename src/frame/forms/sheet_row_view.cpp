@@ -145,7 +145,11 @@ void SheetRowView::Show(const SheetRow& now) {
   cmd_work_->setEnabled(now.cmd_WorkEnabled);
   if (now.RstatNote != shown_.RstatNote) {
     shown_.RstatNote = now.RstatNote;
-    ShowRecordingTip();
+    ShowTip(rstat_, shown_.RstatNote);
+  }
+  if (now.CstatNote != shown_.CstatNote) {
+    shown_.CstatNote = now.CstatNote;
+    ShowTip(cstat_, shown_.CstatNote);
   }
   if (now.Sheet != shown_.Sheet) {
     shown_.Sheet = now.Sheet;
@@ -188,13 +192,15 @@ void SheetRowView::ShowTips(Language language) {
       }
     }
   }
-  recording_tip_ = rstat_.Word->toolTip();
-  ShowRecordingTip();
+  rstat_.Tip = rstat_.Word->toolTip();
+  cstat_.Tip = cstat_.Word->toolTip();
+  ShowTip(rstat_, shown_.RstatNote);
+  ShowTip(cstat_, shown_.CstatNote);
 }
 
-void SheetRowView::ShowRecordingTip() {
-  const bool has_note = !shown_.RstatNote.empty();
-  rstat_.Word->setToolTip(has_note ? Text(shown_.RstatNote) : recording_tip_);
+// What is wrong takes the place of what the cell is for.
+void SheetRowView::ShowTip(const StatusCell& cell, const std::string& note) {
+  cell.Word->setToolTip(note.empty() ? cell.Tip : Text(note));
 }
 
 // A fine line separates the row from what stands above it.

@@ -39,6 +39,7 @@ class SheetRowView : public QWidget {
   struct StatusCell {
     ColourCell* Shape = nullptr;
     QLabel* Word = nullptr;
+    QString Tip{};  // while nothing is wrong
   };
 
   template <typename Widget>
@@ -49,13 +50,12 @@ class SheetRowView : public QWidget {
   void MakeName(const SheetColumns& columns);
   void MakeButton(const SheetColumns& columns);
   void ShowNumber(const SheetRow& now);
-  void ShowRecordingTip();
+  static void ShowTip(const StatusCell& cell, const std::string& note);
   void ShowLabel(QLabel* label, const char* head, std::string& shown, const std::string& now);
   [[nodiscard]] QString Called(const char* head) const;
 
   int row_;
   SheetRow shown_;
-  QString recording_tip_;
   std::vector<std::pair<std::string_view, QWidget*>> controls_;
 
   QWidget* img_tav_sel_ = nullptr;

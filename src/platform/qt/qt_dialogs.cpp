@@ -1,7 +1,6 @@
 #include "platform/qt/qt_dialogs.h"
 
 #include <QPushButton>
-#include <utility>
 
 #include "platform/qt/notices_window.h"
 #include "platform/qt/qt_choosers.h"
@@ -88,7 +87,7 @@ void QtDialogs::Announce(const Notice& notice) {
 }
 
 // Not modal: neither the cycle nor the forms wait for it.
-void QtDialogs::AskBeside(const Notice& notice, std::function<void(bool yes)> answer) {
+void QtDialogs::AskBeside(const Notice& notice, const std::function<void(bool yes)>& answer) {
   std::erase_if(questions_,
                 [](const QPointer<QMessageBox>& question) { return question.isNull(); });
   auto* box =
@@ -100,9 +99,8 @@ void QtDialogs::AskBeside(const Notice& notice, std::function<void(bool yes)> an
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setAttribute(Qt::WA_ShowWithoutActivating);
   box->setModal(false);
-  QObject::connect(box, &QMessageBox::finished, box, [answer = std::move(answer)](int result) {
-    answer(result == QMessageBox::Yes);
-  });
+  QObject::connect(box, &QMessageBox::finished, box,
+                   [answer](int result) { answer(result == QMessageBox::Yes); });
   box->show();
 }
 

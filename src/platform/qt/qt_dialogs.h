@@ -31,7 +31,7 @@ class QtDialogs : public Dialogs {
   void Announce(const Notice& notice) override;
 
   // Each question has a window of its own.
-  void AskBeside(const Notice& notice, std::function<void(bool yes)> answer) override;
+  void AskBeside(const Notice& notice, const std::function<void(bool yes)>& answer) override;
 
   void FileDialog(FileChoice& choice) override;
   [[nodiscard]] bool FontDialog(FontChoice& choice) override;

@@ -1,0 +1,128 @@
+#include <algorithm>
+#include <utility>
+
+#include "common/text.h"
+#include "files/new_file.h"
+#include "files/recording_file.h"
+#include "files/recording_format.h"
+#include "platform/file_system.h"
+
+// What becomes of a recording whose file others have taken away. An open file lives on without a
+// name, with all its rows, until it is closed.
+namespace tavrel {
+
+// A medium that is away takes its directory along, or another directory shows in its place: then
+// the file is not lost, it comes back.
+bool RecordingFiles::IsFileLost(int slot) const {
+  if (!IsSlot(slot) || state_.SlotFile[slot].empty()) {
+    return false;
+  }
+  const RandomFile& file = state_.SlotFileNo[slot];
+  const auto own = file.Identity();
+  if (own && own == IdentityOf(places_[slot].path)) {
+    return false;
+  }
+  const std::string& directory = state_.SlotPath[slot];
+  const std::string& name = state_.SlotFile[slot];
+  NoAnswer no_answer;
+  const auto found = FindFile(directory, name, no_answer);
+  if (found) {
+    return own && own != IdentityOf(*found);
+  }
+  const bool is_certain = no_answer.Why == Failure::kNone;
+  const bool is_same_directory =
+      places_[slot].directory && places_[slot].directory == IdentityOf(directory);
+  return is_certain && DirectoryExists(directory) && (file.IsNameless() || is_same_directory);
+}
+
+std::optional<std::string> RecordingFiles::RestoreFile(int slot) {
+  const std::string old_name = state_.SlotFile[slot];
+  const std::int32_t old_count = state_.SampleCount[slot];
+  if (AdoptCopy(slot)) {
+    return "";
+  }
+  const auto rows = RowsOfOpenFile(slot);
+  if (!rows || !PutIntoNewFile(slot, *rows)) {
+    return std::nullopt;
+  }
+  std::string text = old_name + ": the file has been deleted or moved by others; ";
+  text += EqualNoCase(state_.SlotFile[slot], old_name)
+              ? "it stands there again"
+              : "the recording goes on in " + state_.SlotFile[slot];
+  if (state_.SampleCount[slot] == old_count) {
+    return text + " with all its rows";
+  }
+  return text + (rows->empty() ? " without its rows, which are lost"
+                               : " with those of its rows that were left");
+}
+
+// Without rows the time counts from now.
+bool RecordingFiles::PutIntoNewFile(int slot, std::span<const std::byte> rows) {
+  UnitRecord unit = state_.Unit[slot];
+  if (rows.empty() && state_.SampleCount[slot] > 0) {
+    unit.UnitDate.Set(DateText(clock_.Now()));
+  }
+  const std::string& directory = state_.SlotPath[slot];
+  const bool is_free = !HoldsName(directory, state_.SlotFile[slot]);
+  const std::string name = is_free ? UpperCase(state_.SlotFile[slot]) : NextFreeName(slot);
+  if (name.empty()) {
+    return Fail("no free name for the next file");
+  }
+  RandomFile file;
+  const std::string problem = MakeRecordingFile(file, directory, name, unit, rows);
+  if (!problem.empty()) {
+    return Fail(problem);
+  }
+  const auto length = kHeaderBytes + static_cast<std::int64_t>(rows.size());
+  TakeRestoredFile(slot, name, std::move(file));
+  state_.Unit[slot] = unit;
+  state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
+  KeepHeldSet(slot, state_.AskedInput[slot]);
+  return true;
+}
+
+// What a program for backups leaves is the same recording under the same name.
+bool RecordingFiles::AdoptCopy(int slot) {
+  RandomFile copy;
+  if (!FindFile(state_.SlotPath[slot], state_.SlotFile[slot]) || !OpenSameFile(slot, copy)) {
+    return false;
+  }
+  state_.SlotFileNo[slot] = std::move(copy);
+  return true;
+}
+
+// The rows of the slot as bytes; none where no handle has them any more. Empty, with Error(), if
+// they cannot be read now.
+std::optional<std::vector<std::byte>> RecordingFiles::RowsOfOpenFile(int slot) {
+  RandomFile& file = state_.SlotFileNo[slot];
+  std::vector<std::byte> rows;
+  if (!file.IsOpen()) {
+    return rows;
+  }
+  const int channels = state_.Unit[slot].UnitChannels;
+  const std::int32_t count =
+      std::min(state_.SampleCount[slot], SampleCountOf(file.Size(), channels));
+  rows.resize(static_cast<std::size_t>(count) * static_cast<std::size_t>(kWordBytes * channels));
+  const std::int64_t got = file.ReadAt(kHeaderBytes, rows);
+  if (got != static_cast<std::int64_t>(rows.size())) {
+    Fail(file.Error());
+    return std::nullopt;
+  }
+  return rows;
+}
+
+void RecordingFiles::TakeRestoredFile(int slot, const std::string& name, RandomFile file) {
+  held_set_files_[slot].Close();
+  if (!EqualNoCase(name, state_.SlotFile[slot])) {
+    static_cast<void>(DeleteFile(HeldSetPath(slot)));
+  }
+  state_.SlotFileNo[slot] = std::move(file);
+  state_.SlotFile[slot] = name;
+  state_.Settings.ActiveFiles[slot - 1] = name;
+  state_.SlotDirty[slot] = false;
+  state_.IndexValid = false;
+  NotePlace(slot, JoinPath(state_.SlotPath[slot], name));
+  ForgetShown(slot);
+}
+
+}  // namespace tavrel

@@ -1,0 +1,87 @@
+#include "files/set_in_hand.h"
+
+#include <array>
+#include <span>
+#include <string>
+
+#include "files/recording_file.h"
+
+namespace tavrel {
+
+namespace {
+
+// Inputs of the set that have arrived.
+int SeenInputs(const RunState& state, int slot) {
+  const auto place = static_cast<std::size_t>(slot);
+  int seen = 0;
+  for (int input = 1; input <= kInputs; ++input) {
+    const bool has_come = state.SampleSeen.at(place).at(static_cast<std::size_t>(input));
+    seen += state.Unit.at(place).IsRecorded(input) && has_come ? 1 : 0;
+  }
+  return seen;
+}
+
+}  // namespace
+
+bool HoldsWholeSet(const RunState& state, int slot) {
+  const int recorded = state.Unit.at(static_cast<std::size_t>(slot)).RecordedInputs();
+  return recorded > 0 && SeenInputs(state, slot) == recorded;
+}
+
+bool HoldsAnyOfSet(const RunState& state, int slot) {
+  return SeenInputs(state, slot) > 0;
+}
+
+bool RecordingFiles::AppendSetInHand(int slot) {
+  const UnitRecord& unit = state_.Unit[slot];
+  std::array<std::int16_t, kInputs> words{};
+  std::size_t count = 0;
+  for (int input = 1; input <= kInputs; ++input) {
+    if (unit.IsRecorded(input)) {
+      words[count] = state_.SampleValue[slot][input];
+      ++count;
+    }
+  }
+  // The first set of a file stands in it twice.
+  const int copies = state_.SampleCount[slot] + 1 <= 2 ? 2 : 1;
+  if (!AppendRow(slot, std::span(words.data(), count), copies)) {
+    return false;
+  }
+  state_.SampleSeen[slot].fill(false);
+  return true;
+}
+
+// A medium that was pulled out and put back needs its file opened again before a write succeeds.
+std::string RecordingFiles::SaveSetInHand(int slot) {
+  if (!IsSlot(slot) || state_.SlotFile[slot].empty() || !HoldsWholeSet(state_, slot)) {
+    return "";
+  }
+  if (AppendSetInHand(slot) || (ReopenRecordingFile(slot) && AppendSetInHand(slot))) {
+    DropHeldSet(slot);
+    return "";
+  }
+  const std::string text =
+      state_.SlotFile[slot] + ": the last set could not be written (" + error_ + ")";
+  RandomFile& held = held_set_files_[slot];
+  if (held.IsNameless()) {
+    held.Close();
+  }
+  return KeepHeldSet(slot, 0) && held.Sync()
+             ? text + "; it stays beside the file and is written when the file is opened again"
+             : text + " and is lost";
+}
+
+// What a stop had to leave beside the file is its next row. If the disk refuses it again it is in
+// hand from now on.
+void RecordingFiles::TakeRefusedSet(int slot) {
+  TakeHeldSet(slot);
+  state_.ColumnsInDoubt[slot] = false;
+  state_.AskedInput[slot] = 0;
+  if (!HoldsWholeSet(state_, slot)) {
+    state_.SampleSeen[slot].fill(false);
+  } else if (AppendSetInHand(slot)) {
+    DropHeldSet(slot);
+  }
+}
+
+}  // namespace tavrel
