@@ -1,6 +1,7 @@
 #include "files/held_set.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "common/text.h"
@@ -9,10 +10,35 @@ namespace tavrel {
 
 namespace {
 
-constexpr std::array<char, 4> kMark = {'T', 'A', 'V', 'H'};
+constexpr std::array<char, 4> kMark = {'T', 'A', 'V', 'I'};
+constexpr std::array<char, 4> kOldMark = {'T', 'A', 'V', 'H'};
+constexpr double kPart = 1.0 / 16384;      // of the interval
+constexpr double kMicrosecond = 1e-6;      // in seconds
+constexpr double kLongestInterval = 4000;  // seconds; more is no interval
+constexpr std::uint16_t kFirstSetBit = 1;
 
 // The file's content as it lies there.
 struct Layout {
+  std::array<char, 4> Mark;
+  std::int32_t SampleCount;
+  std::int64_t LastSet;
+  std::uint32_t IntervalLow;
+  std::uint32_t IntervalHigh;
+  std::int16_t AskedInput;
+  std::uint16_t Seen;
+  std::uint16_t Uncertain;
+  std::int16_t Base;
+  std::array<std::int16_t, kInputs> Value;
+  std::array<std::int16_t, kInputs> Least;
+  std::array<std::int16_t, kInputs> Most;
+  std::array<std::uint8_t, kInputs> Owed;
+  std::array<std::uint8_t, kInputs> Repeats;
+  std::array<std::uint8_t, 6> Spare;
+  std::uint16_t Sum;
+};
+static_assert(sizeof(Layout) == kHeldSetBytes);
+
+struct OldLayout {
   std::array<char, 4> Mark;
   std::int32_t SampleCount;
   std::int16_t AskedInput;
@@ -20,16 +46,100 @@ struct Layout {
   std::array<std::int16_t, kInputs> Value;
   std::uint16_t Sum;
 };
-static_assert(sizeof(Layout) == kHeldSetBytes);
+static_assert(sizeof(OldLayout) == kOldHeldSetBytes);
 
-std::uint16_t SumOf(const Layout& layout) {
-  std::array<std::uint16_t, (kHeldSetBytes - 2) / 2> words{};
-  std::memcpy(words.data(), &layout, kHeldSetBytes - 2);
+// The sum of all words but the last one, which is the sum.
+template <typename AnyLayout>
+std::uint16_t SumOf(const AnyLayout& layout) {
+  std::array<std::uint16_t, sizeof(AnyLayout) / 2> words{};
+  std::memcpy(words.data(), &layout, sizeof layout);
   unsigned sum = 0;
-  for (const std::uint16_t word : words) {
-    sum += word;
+  for (std::size_t place = 0; place + 1 < words.size(); ++place) {
+    sum += words.at(place);
   }
   return static_cast<std::uint16_t>(sum);
+}
+
+template <typename AnyLayout>
+AnyLayout LayoutOf(std::span<const std::byte> bytes) {
+  AnyLayout layout{};
+  std::memcpy(&layout, bytes.data(), sizeof layout);
+  return layout;
+}
+
+bool IsInputOrNone(int input) {
+  return input >= 0 && input <= kInputs;
+}
+
+std::uint16_t BitsOf(const std::array<bool, kInputs + 1>& flags) {
+  unsigned bits = 0;
+  for (unsigned input = 1; input <= kInputs; ++input) {
+    bits |= flags.at(input) ? 1U << input : 0U;
+  }
+  return static_cast<std::uint16_t>(bits);
+}
+
+std::array<bool, kInputs + 1> FlagsOf(std::uint16_t bits) {
+  std::array<bool, kInputs + 1> flags{};
+  for (unsigned input = 1; input <= kInputs; ++input) {
+    flags.at(input) = (bits & (1U << input)) != 0;
+  }
+  return flags;
+}
+
+// What both layouts have.
+template <typename AnyLayout>
+HeldSet ValuesOf(const AnyLayout& layout) {
+  HeldSet held;
+  held.SampleCount = layout.SampleCount;
+  held.AskedInput = layout.AskedInput;
+  held.Seen = FlagsOf(layout.Seen);
+  std::copy(layout.Value.begin(), layout.Value.end(), held.Value.begin() + 1);
+  return held;
+}
+
+// Rounded outward, so that what is kept is never sharper than what was known.
+void PutOrder(const SamplingOrder& order, Layout& layout) {
+  layout.Base = static_cast<std::int16_t>(order.Base);
+  const double low = std::clamp(order.IntervalLow, 0.0, kLongestInterval);
+  const double high = std::clamp(order.IntervalHigh, 0.0, kLongestInterval);
+  layout.IntervalLow = static_cast<std::uint32_t>(std::floor(low / kMicrosecond));
+  layout.IntervalHigh = static_cast<std::uint32_t>(std::ceil(high / kMicrosecond));
+  for (std::size_t place = 0; place < kInputs; ++place) {
+    const double least = std::clamp<double>(order.Least.at(place + 1), -1, 1);
+    const double most = std::clamp<double>(order.Most.at(place + 1), -1, 1);
+    layout.Least.at(place) = static_cast<std::int16_t>(std::floor(least / kPart));
+    layout.Most.at(place) = static_cast<std::int16_t>(std::ceil(most / kPart));
+  }
+}
+
+SamplingOrder OrderOf(const Layout& layout) {
+  SamplingOrder order;
+  order.Base = layout.Base;
+  order.IntervalLow = layout.IntervalLow * kMicrosecond;
+  order.IntervalHigh = layout.IntervalHigh * kMicrosecond;
+  for (std::size_t place = 0; place < kInputs; ++place) {
+    order.Least.at(place + 1) = static_cast<float>(layout.Least.at(place) * kPart);
+    order.Most.at(place + 1) = static_cast<float>(layout.Most.at(place) * kPart);
+  }
+  return order;
+}
+
+// Bounds that contradict each other are none.
+bool IsOrderPossible(const Layout& layout) {
+  for (std::size_t place = 0; place < kInputs; ++place) {
+    if (layout.Least.at(place) > layout.Most.at(place)) {
+      return false;
+    }
+  }
+  return layout.IntervalLow <= layout.IntervalHigh && IsInputOrNone(layout.Base);
+}
+
+std::optional<HeldSet> DecodeOld(std::span<const std::byte> bytes) {
+  const auto layout = LayoutOf<OldLayout>(bytes);
+  const bool is_whole = layout.Mark == kOldMark && layout.Sum == SumOf(layout);
+  return is_whole && IsInputOrNone(layout.AskedInput) ? std::optional(ValuesOf(layout))
+                                                      : std::nullopt;
 }
 
 }  // namespace
@@ -38,12 +148,15 @@ HeldSetBytes EncodeHeldSet(const HeldSet& held) {
   Layout layout{};
   layout.Mark = kMark;
   layout.SampleCount = held.SampleCount;
+  layout.LastSet = held.Columns.LastSet;
   layout.AskedInput = static_cast<std::int16_t>(held.AskedInput);
-  for (int input = 1; input <= kInputs; ++input) {
-    const int bit = held.Seen[input] ? 1 << input : 0;
-    layout.Seen = static_cast<std::uint16_t>(layout.Seen | bit);
-    layout.Value[input - 1] = held.Value[input];
-  }
+  layout.Seen = BitsOf(held.Seen);
+  const std::uint16_t first = held.Columns.IsFirstSet ? kFirstSetBit : std::uint16_t{0};
+  layout.Uncertain = static_cast<std::uint16_t>(BitsOf(held.Columns.IsUncertain) | first);
+  PutOrder(held.Columns.Order, layout);
+  std::copy(held.Value.begin() + 1, held.Value.end(), layout.Value.begin());
+  std::copy(held.Columns.Owed.begin() + 1, held.Columns.Owed.end(), layout.Owed.begin());
+  std::copy(held.Columns.Repeats.begin() + 1, held.Columns.Repeats.end(), layout.Repeats.begin());
   layout.Sum = SumOf(layout);
   HeldSetBytes bytes{};
   std::memcpy(bytes.data(), &layout, kHeldSetBytes);
@@ -51,22 +164,24 @@ HeldSetBytes EncodeHeldSet(const HeldSet& held) {
 }
 
 std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes) {
+  if (bytes.size() == kOldHeldSetBytes) {
+    return DecodeOld(bytes);
+  }
   if (bytes.size() != kHeldSetBytes) {
     return std::nullopt;
   }
-  Layout layout{};
-  std::memcpy(&layout, bytes.data(), kHeldSetBytes);
+  const auto layout = LayoutOf<Layout>(bytes);
   const bool is_whole = layout.Mark == kMark && layout.Sum == SumOf(layout);
-  if (!is_whole || layout.AskedInput < 0 || layout.AskedInput > kInputs) {
+  if (!is_whole || !IsInputOrNone(layout.AskedInput) || !IsOrderPossible(layout)) {
     return std::nullopt;
   }
-  HeldSet held;
-  held.SampleCount = layout.SampleCount;
-  held.AskedInput = layout.AskedInput;
-  for (int input = 1; input <= kInputs; ++input) {
-    held.Seen[input] = (layout.Seen & (1U << input)) != 0;
-    held.Value[input] = layout.Value[input - 1];
-  }
+  HeldSet held = ValuesOf(layout);
+  held.Columns.LastSet = layout.LastSet;
+  held.Columns.IsFirstSet = (layout.Uncertain & kFirstSetBit) != 0;
+  held.Columns.IsUncertain = FlagsOf(layout.Uncertain);
+  held.Columns.Order = OrderOf(layout);
+  std::copy(layout.Owed.begin(), layout.Owed.end(), held.Columns.Owed.begin() + 1);
+  std::copy(layout.Repeats.begin(), layout.Repeats.end(), held.Columns.Repeats.begin() + 1);
   return held;
 }
 

@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 
+#include "files/column_memory.h"
 #include "files/unit_record.h"
 
 // What the pump holds of a set that is not complete yet, as a small hidden file beside the
@@ -23,22 +24,36 @@ struct HeldSet {
   int AskedInput = 0;  // input whose value was asked for and has not been judged; 0 for none
   std::array<bool, kInputs + 1> Seen{};           // by input 1..15
   std::array<std::int16_t, kInputs + 1> Value{};  // raw temperatures
+  ColumnMemory Columns{};                         // IsOpened is not kept
 
   [[nodiscard]] bool operator==(const HeldSet&) const = default;
 };
 
-//   bytes 0..3    "TAVH"
-//   bytes 4..7    SampleCount
-//   bytes 8..9    AskedInput
-//   bytes 10..11  seen, one bit an input, bit 1 is input 1
-//   bytes 12..41  values of inputs 1..15
-//   bytes 42..43  sum of the words before, 16 bits
-inline constexpr int kHeldSetBytes = 44;
+//   bytes 0..3      "TAVI"
+//   bytes 4..7      SampleCount
+//   bytes 8..15     LastSet
+//   bytes 16..23    interval on the program's clock, at the least and at the most, microseconds
+//   bytes 24..25    AskedInput
+//   bytes 26..27    seen, one bit an input, bit 1 is input 1
+//   bytes 28..29    uncertain inputs in the same way; bit 0: no set has been written since the
+//   start bytes 30..31    base of the order in which the inputs are sampled, 0 for none
+//   bytes 32..61    values of inputs 1..15
+//   bytes 62..91    time from the base to inputs 1..15 at the least, 1/16384 of the interval
+//   bytes 92..121   the same at the most
+//   bytes 122..136  Owed of inputs 1..15, a byte each
+//   bytes 137..151  Repeats in the same way
+//   bytes 152..157  0
+//   bytes 158..159  sum of the words before, 16 bits
+//
+// Earlier programs have kept 44 bytes: "TAVH", SampleCount, AskedInput, seen, values, sum. What
+// they held is taken over; of the order in which the inputs are sampled they know nothing.
+inline constexpr int kHeldSetBytes = 160;
+inline constexpr int kOldHeldSetBytes = 44;
 using HeldSetBytes = std::array<std::byte, kHeldSetBytes>;
 
 [[nodiscard]] HeldSetBytes EncodeHeldSet(const HeldSet& held);
 
-// Empty for anything that EncodeHeldSet does not make.
+// Empty for anything that EncodeHeldSet, or an earlier program, does not make.
 [[nodiscard]] std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes);
 
 // The name of the file beside the recording `file`. Hidden, so that no list of recordings shows

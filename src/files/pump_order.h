@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "files/buffer_fill.h"
+#include "files/recording_format.h"
 #include "frame/run_state.h"
 
 namespace tavrel {
@@ -55,6 +56,12 @@ class PumpOrder {
   // The slots to be served first: those of which a count is wanted, then those in danger from the
   // one on whose turn it is. Only slots that are kReading. Empty: the cursor decides.
   [[nodiscard]] std::vector<int> First(const BySlot<ReadState>& read_state, Time now) const;
+
+  // True if the slot's buffer may have dropped a set since its count was read last: the count is to
+  // be read again before the next sample.
+  [[nodiscard]] bool MayHaveDropped(int slot, Time now) const {
+    return entries_[slot].fill.MostWithoutLimit(now).value_or(0) > kBufferSets;
+  }
 
   [[nodiscard]] const BufferFill& Fill(int slot) const { return entries_[slot].fill; }
 

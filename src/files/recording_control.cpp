@@ -42,14 +42,17 @@ void RecordingEngine::StartRecording(int slot) {
     return;
   }
   TakeBufferCount(slot, 0, clock_.Elapsed());
-  screens_.Show(View::kTavWait);
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
   state_.SampleSeen[slot].fill(false);
-  state_.ColumnsInDoubt[slot] = false;
+  columns_.StartSeries(slot);
+  screens_.Show(View::kTavWait);
   state_.WriteFailed[slot] = false;
   state_.Unit[slot].UnitRecOn = 1;
   state_.ReadState[slot] = ReadState::kReading;
   files_.WriteHeader(slot);
+  if (state_.ReadState[slot] == ReadState::kReading) {
+    files_.KeepHeldSet(slot, 0);  // what lay there belonged to an older recording
+  }
 }
 
 bool RecordingEngine::MaySimulate(int slot) {
@@ -146,6 +149,7 @@ void RecordingEngine::EndInFile(int slot) {
   state_.ReadState[slot] = ReadState::kIdle;
   state_.WriteFailed[slot] = false;
   HideBacklog(slot);
+  columns_.Stop(slot);
   files_.WriteHeader(slot);
 }
 
@@ -188,6 +192,13 @@ void RecordingEngine::GoOnInNextFile(int slot) {
     state_.WriteFailed[slot] = true;
     return;
   }
+  // Each input has its own series in the instrument: values that were taken already would leave
+  // their columns one set ahead of the others if they were dropped. A doubt goes along as well.
+  const auto columns = columns_.Of(slot);
+  const auto seen = state_.SampleSeen[slot];
+  const auto memory = state_.Columns[slot];
+  const bool in_doubt = state_.ColumnsInDoubt[slot];
+  const int asked = state_.AskedInput[slot];
   state_.Settings.ActiveFiles[slot - 1] = next;
   const bool is_saved = SaveSettings(slot);
   files_.DropHeldSet(slot);
@@ -197,12 +208,12 @@ void RecordingEngine::GoOnInNextFile(int slot) {
   } else {
     files_.WriteHeader(slot);
   }
-  // Each input has its own series in the instrument: values that were taken already would leave
-  // their columns one set ahead of the others if they were dropped.
-  const auto seen = state_.SampleSeen[slot];
   const bool is_open = files_.GoOnInFile(slot, next);
+  columns_.GoOn(slot, columns);
   state_.SampleSeen[slot] = seen;
-  state_.ColumnsInDoubt[slot] = false;
+  state_.Columns[slot] = memory;
+  state_.ColumnsInDoubt[slot] = in_doubt;
+  state_.AskedInput[slot] = asked;
   state_.WriteFailed[slot] = !is_open;
   if (is_open) {
     messages_.Recovered(slot);

@@ -28,6 +28,7 @@ RecordingEngine::RecordingEngine(const Parts& parts)
       dialogs_(parts.dialogs),
       screens_(parts.screens),
       clock_(parts.clock),
+      columns_(parts.state, parts.files, parts.messages, parts.clock),
       stop_orders_({parts.state, parts.link, parts.messages}) {}
 
 void RecordingEngine::PumpOnce() {
@@ -49,6 +50,7 @@ void RecordingEngine::PumpOnce() {
     is_pressed_ = is_pressed_ && !is_whole_search;
     state_.PumpSlot = kSlots;
     state_.PumpChannel = kInputs;
+    LearnOrder();
     return;
   }
   ServeSlot();
@@ -101,7 +103,11 @@ void RecordingEngine::ServeSlot() {
     return;
   }
   if (state_.ColumnsInDoubt[state_.PumpSlot]) {
-    CompareColumns(state_.PumpSlot);
+    MendColumns(state_.PumpSlot);
+    return;
+  }
+  if (order_.MayHaveDropped(state_.PumpSlot, clock_.Elapsed())) {
+    ReadBufferCount(state_.PumpSlot);
     return;
   }
   ReadOneSample();
@@ -140,7 +146,7 @@ bool RecordingEngine::SlotHasWork() {
     return true;
   }
   if (state_.ColumnsInDoubt[slot]) {
-    return DoubtColumns(slot);
+    return columns_.Next(slot).kind != ColumnKeeper::Deed::kWait;
   }
   while (state_.PumpChannel >= 1) {
     if (unit.IsRecorded(state_.PumpChannel) && !state_.SampleSeen[slot][state_.PumpChannel]) {
@@ -174,11 +180,10 @@ void RecordingEngine::ReadOneSample() {
   const bool is_good = link_.EndsWithReply();
   NoteExchange(slot, asked);
   if (!is_good) {
-    state_.ReadState[slot] = ReadState::kWaiting;
-    state_.ColumnsInDoubt[slot] = link_.ComResult != LinkResult::kRejected;
-    state_.AskedInput[slot] = channel;
+    NoteFailure(slot, channel);
     return;
   }
+  NoteSample(slot, channel, asked);
   if (link_.ComValue == kNoData) {
     // The inputs of a recording are sampled within one interval: those that have not been read
     // yet may have one value each.
@@ -211,6 +216,7 @@ void RecordingEngine::ReadBufferCount(int slot) {
   link_.ReadReg();
   if (link_.EndsWithReply()) {
     TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), asked);
+    columns_.NoteStored(slot, input, link_.ComValue);
   } else if (link_.ComResult == LinkResult::kRejected) {
     order_.TakeRefusal(slot);
   } else {
@@ -251,11 +257,11 @@ void RecordingEngine::TakeUp(int slot, std::optional<std::int16_t> stored) {
     return;
   }
   TakeBufferCount(slot, SetsOf(slot, reference, *stored), clock_.Elapsed());
+  columns_.NoteStored(slot, reference, *stored);
 }
 
 void RecordingEngine::TakeSample(int slot, int channel, std::int16_t word) {
   if (word == kNoData) {
-    unfinished_[slot].misses_rest = HoldsSet(slot);
     state_.ReadState[slot] = ReadState::kWaiting;
     files_.KeepHeldSet(slot, 0);
     return;
@@ -299,6 +305,7 @@ bool RecordingEngine::AppendSet(int slot) {
   const bool was_told = state_.WriteFailed[slot];
   state_.WriteFailed[slot] = !files_.AppendSetInHand(slot);
   if (!state_.WriteFailed[slot]) {
+    columns_.SetWritten(slot);
     messages_.Recovered(slot);
     return true;
   }
@@ -341,7 +348,7 @@ void RecordingEngine::TenSecondTick() {
     if (files_.IsFileLost(slot) || (is_stale && !WaitsForNextFile(slot))) {
       ReopenFile(slot);
     }
-    WatchHeldSet(slot);
+    columns_.Watch(slot);
     if (state_.ReadState[slot] == ReadState::kWaiting) {
       state_.ReadState[slot] = ReadState::kReading;
     }

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "common/messages.h"
-#include "files/column_check.h"
+#include "files/column_keeper.h"
 #include "files/held_set.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
@@ -120,12 +120,13 @@ class RecordingEngine {
   void RestoreFile(int slot);
 
   // The columns: what to do about values that were lost on the line.
-  [[nodiscard]] bool DoubtColumns(int slot);
-  void WatchHeldSet(int slot);
-  void CompareColumns(int slot);
-  void EndComparison(int slot);
-  [[nodiscard]] bool FillColumn(int slot, int input);
-  [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
+  using Time = std::chrono::nanoseconds;
+  void NoteSample(int slot, int channel, Time asked);
+  void NoteFailure(int slot, int channel);
+  void MendColumns(int slot);
+  void CountForColumns(int slot, int input);
+  void DiscardForColumns(int slot, int input);
+  void LearnOrder();
 
   // A simulated line.
   void BeginSimulatedRows(int slot);
@@ -155,13 +156,6 @@ class RecordingEngine {
   Screens& screens_;
   const Clock& clock_;
 
-  // A set that stays half-read over several ten-second ticks.
-  struct Unfinished {
-    std::int32_t sample_count = -1;
-    int ticks = 0;
-    bool misses_rest = false;  // an input of it had no data
-  };
-
   // What was held of a set of the instrument when simulated rows began.
   struct SetAside {
     std::string file;
@@ -171,9 +165,7 @@ class RecordingEngine {
   BySlot<std::optional<SetAside>> set_aside_;
   PumpOrder order_;
   bool is_pressed_ = false;
-  BySlot<ColumnCheck> column_checks_;
-  BySlot<Unfinished> unfinished_;
-  BySlot<bool> was_told_of_loss_{};
+  ColumnKeeper columns_;
   StopOrders stop_orders_;
 };
 

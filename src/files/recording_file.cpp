@@ -153,6 +153,9 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SampleSeen[slot].fill(false);
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
+  state_.Columns[slot] = ColumnMemory();
+  state_.Columns[slot].IsOpened = true;
+  state_.Columns[slot].IsFirstSet = state_.SampleCount[slot] == 0;
   state_.BegunInSimulation[slot] = false;
   state_.WriteFailed[slot] = false;
   state_.SlotDirty[slot] = false;
@@ -170,20 +173,18 @@ void RecordingFiles::DeriveValues(int slot) {
   }
 }
 
-// A recording that was cut off goes on with what it held. While nobody looked the instrument may
-// have lost values of the same set, so the columns are compared before the next value is read.
+// A recording that was cut off goes on with what it held. Where rows are missing at the end of the
+// file they were lost with the power: the values that are held belong behind them all the same, for
+// the instrument has handed them over.
 void RecordingFiles::TakeHeldSet(int slot) {
-  const std::string path = HeldSetPath(slot);
-  RandomFile file;
-  HeldSetBytes bytes{};
-  if (!file.Open(path, FileAccess::kRead) ||
-      file.ReadAt(0, std::as_writable_bytes(std::span(bytes))) != kHeldSetBytes) {
+  const std::optional<HeldSet> held = ReadHeldSet(slot);
+  if (!held || held->SampleCount < state_.SampleCount[slot]) {
+    KeepOrderOf(slot, held);
     return;
   }
-  const auto held = DecodeHeldSet(bytes);
-  if (!held || held->SampleCount != state_.SampleCount[slot]) {
-    return;
-  }
+  state_.Columns[slot] = held->Columns;
+  state_.Columns[slot].IsOpened = true;
+  TellLostRows(slot, held->SampleCount);
   bool any_seen = false;
   for (int input = 1; input <= kInputs; ++input) {
     const bool is_seen = held->Seen[input] && state_.Unit[slot].IsRecorded(input);
@@ -191,8 +192,41 @@ void RecordingFiles::TakeHeldSet(int slot) {
     state_.SampleValue[slot][input] = held->Value[input];
     any_seen = any_seen || is_seen;
   }
-  state_.AskedInput[slot] = held->AskedInput;
-  state_.ColumnsInDoubt[slot] = any_seen || held->AskedInput != 0;
+  const bool is_asked = held->AskedInput != 0 && state_.Unit[slot].IsRecorded(held->AskedInput);
+  state_.AskedInput[slot] = is_asked ? held->AskedInput : 0;
+  state_.ColumnsInDoubt[slot] = any_seen || is_asked;
+}
+
+// A held set of an earlier row tells nothing about the set in hand, but the order in which the
+// inputs are sampled is the same in all sets, and so is what is uncertain.
+void RecordingFiles::KeepOrderOf(int slot, const std::optional<HeldSet>& held) {
+  if (held) {
+    state_.Columns[slot].Order = held->Columns.Order;
+    state_.Columns[slot].IsUncertain = held->Columns.IsUncertain;
+  }
+}
+
+std::optional<HeldSet> RecordingFiles::ReadHeldSet(int slot) {
+  RandomFile file;
+  std::array<std::byte, kHeldSetBytes + 1> bytes{};
+  if (!file.Open(HeldSetPath(slot), FileAccess::kRead)) {
+    return std::nullopt;
+  }
+  const std::int64_t got = file.ReadAt(0, bytes);
+  return got > 0 ? DecodeHeldSet(std::span(bytes).first(static_cast<std::size_t>(got)))
+                 : std::nullopt;
+}
+
+void RecordingFiles::TellLostRows(int slot, std::int32_t rows) {
+  const std::int32_t lost = rows - state_.SampleCount[slot];
+  if (lost <= 0) {
+    return;
+  }
+  const std::string count = lost == 1 ? "1 row was" : std::to_string(lost) + " rows were";
+  messages_.Report(slot,
+                   {state_.SlotFile[slot] + ": " + count + " lost with the power, before row " +
+                        std::to_string(state_.SampleCount[slot]),
+                    kReadTitle});
 }
 
 std::string RecordingFiles::HeldSetPath(int slot) const {
@@ -208,8 +242,9 @@ bool RecordingFiles::KeepHeldSet(int slot, int asked_input) {
   if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
     return false;
   }
-  const HeldSetBytes bytes = EncodeHeldSet(
-      {state_.SampleCount[slot], asked_input, state_.SampleSeen[slot], state_.SampleValue[slot]});
+  const HeldSetBytes bytes =
+      EncodeHeldSet({state_.SampleCount[slot], asked_input, state_.SampleSeen[slot],
+                     state_.SampleValue[slot], state_.Columns[slot]});
   if (!file.WriteAt(0, std::as_bytes(std::span(bytes)))) {
     file.Close();
     return false;
@@ -219,11 +254,26 @@ bool RecordingFiles::KeepHeldSet(int slot, int asked_input) {
 
 // What is held goes along into the next file.
 void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
-  const HeldSetBytes bytes =
-      EncodeHeldSet({0, 0, state_.SampleSeen[slot], state_.SampleValue[slot]});
+  const int asked = state_.ColumnsInDoubt[slot] ? state_.AskedInput[slot] : 0;
+  const HeldSetBytes bytes = EncodeHeldSet(
+      {0, asked, state_.SampleSeen[slot], state_.SampleValue[slot], state_.Columns[slot]});
   RandomFile file;
   if (OpenHeldSet(file, JoinPath(state_.SlotPath[slot], HeldSetName(name)))) {
     static_cast<void>(file.WriteAt(0, std::as_bytes(std::span(bytes))));
+  }
+}
+
+void RecordingFiles::ReleaseHeldSet(int slot) {
+  const auto& seen = state_.SampleSeen[slot];
+  const bool any_seen = std::find(seen.begin(), seen.end(), true) != seen.end();
+  const bool is_needed = any_seen || state_.ColumnsInDoubt[slot] || state_.Columns[slot].IsNeeded();
+  if (state_.Unit[slot].UnitRecOn != 1) {
+    return;  // what lies there belongs to a set that the disk has refused
+  }
+  if (is_needed) {
+    KeepHeldSet(slot, state_.ColumnsInDoubt[slot] ? state_.AskedInput[slot] : 0);
+  } else {
+    DropHeldSet(slot);
   }
 }
 

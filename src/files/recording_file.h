@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/messages.h"
+#include "files/held_set.h"
 #include "frame/run_state.h"
 #include "platform/clock.h"
 
@@ -100,6 +101,10 @@ class RecordingFiles {
   // half-read set, not the recording. False then.
   bool KeepHeldSet(int slot, int asked_input);
 
+  // At the end of the program: what is kept beside the recording goes if nothing of it is needed at
+  // the next start.
+  void ReleaseHeldSet(int slot);
+
   // The recording is over: nothing is held any more.
   void DropHeldSet(int slot);
 
@@ -139,6 +144,9 @@ class RecordingFiles {
   void TakeRestoredFile(int slot, const std::string& name, RandomFile file);
   void DeriveValues(int slot);
   void TakeHeldSet(int slot);
+  [[nodiscard]] std::optional<HeldSet> ReadHeldSet(int slot);
+  void KeepOrderOf(int slot, const std::optional<HeldSet>& held);
+  void TellLostRows(int slot, std::int32_t rows);
   void TakeRefusedSet(int slot);
   void HandHeldSetOn(int slot, const std::string& name);
   [[nodiscard]] std::string HeldSetPath(int slot) const;

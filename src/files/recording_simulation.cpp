@@ -16,9 +16,10 @@ void RecordingEngine::BeginSimulatedRows(int slot) {
   if (set_aside_[slot]) {
     return;
   }
-  set_aside_[slot] = SetAside{state_.SlotFile[slot],
-                              {state_.SampleCount[slot], state_.AskedInput[slot],
-                               state_.SampleSeen[slot], state_.SampleValue[slot]}};
+  set_aside_[slot] =
+      SetAside{state_.SlotFile[slot],
+               {state_.SampleCount[slot], state_.AskedInput[slot], state_.SampleSeen[slot],
+                state_.SampleValue[slot], state_.Columns[slot]}};
   EmptyHand(slot);
 }
 
@@ -43,6 +44,8 @@ void RecordingEngine::TakeSetBack(int slot) {
     state_.SampleSeen[slot] = aside->held.Seen;
     state_.SampleValue[slot] = aside->held.Value;
     state_.AskedInput[slot] = aside->held.AskedInput;
+    state_.Columns[slot] = aside->held.Columns;
+    state_.Columns[slot].IsOpened = true;
     state_.ColumnsInDoubt[slot] = HoldsSet(slot) || aside->held.AskedInput != 0;
     files_.KeepHeldSet(slot, aside->held.AskedInput);
   }
@@ -53,6 +56,8 @@ void RecordingEngine::EmptyHand(int slot) {
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   state_.WriteFailed[slot] = false;
+  state_.Columns[slot] = ColumnMemory();
+  state_.Columns[slot].IsOpened = true;
 }
 
 }  // namespace tavrel

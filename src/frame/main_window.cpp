@@ -229,6 +229,9 @@ void MainWindow::SaveEverything() {
     if (!state.SlotFile[slot].empty() && state.SlotDirty[slot]) {
       parts_.files.WriteHeader(slot);
     }
+    if (IsSlot(slot)) {
+      parts_.files.ReleaseHeldSet(slot);
+    }
     parts_.files.CloseRecordingFile(slot);
   }
   parts_.link.LinkClose();

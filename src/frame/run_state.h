@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "files/column_memory.h"
 #include "files/unit_record.h"
 #include "frame/active_view.h"
 #include "frame/settings_values.h"
@@ -53,6 +54,7 @@ struct RunState {
   BySlot<std::array<std::int16_t, kInputs + 1>> SampleValue{};  // and its word
   BySlot<bool> ColumnsInDoubt{};  // a value of the next set may be lost: compare the columns first
   BySlot<int> AskedInput{};       // input whose reading was cut off, 0 for none
+  BySlot<ColumnMemory> Columns;   // what is known of the order of the inputs, and what is owed
   BySlot<bool> WriteFailed{};     // the set in hand could not be written yet
   BySlot<bool> StopPending{};     // Z = 0 of the end action is not acknowledged yet
 

@@ -255,6 +255,15 @@ bool Link::EndsWithReply() {
   return false;
 }
 
+bool Link::EndsWithRefusal() {
+  if (Simulated || ComResult != LinkResult::kRejected) {
+    return false;
+  }
+  port_.WaitForData(kTail);
+  LinkPoll();
+  return rx_buffer_ == "?";
+}
+
 // Good once the command is on its way. A command is not sent while characters of an older
 // exchange arrive: its answer could not be told from theirs, and a value that an instrument
 // hands over only once would be lost in the mixture.

@@ -77,6 +77,11 @@ class Link : public LinkArguments {
   // older command, and nobody can tell which; the result of the exchange is then kLength.
   [[nodiscard]] bool EndsWithReply();
 
+  // Call it after an exchange that was rejected: waits 15 ms for further characters. True if the
+  // reply was a "?" alone, with silence behind it: the instrument has not carried the command out.
+  // Otherwise nobody knows what it has done.
+  [[nodiscard]] bool EndsWithRefusal();
+
   // Result of the last exchange with that address; kNone for an address outside 0..7.
   [[nodiscard]] LinkResult ComStatus(int inet) const;
   [[nodiscard]] bool IsGood(int inet) const { return ComStatus(inet) == LinkResult::kGood; }

@@ -59,6 +59,52 @@ TEST(HeldSet, IsRefusedIfItAsksForAnInputThatIsNone) {
   }
 }
 
+TEST(HeldSet, KeepsTheOrderOfTheInputsNoSharperThanItWas) {
+  HeldSet held = Example();
+  held.Columns.IsFirstSet = true;
+  held.Columns.IsUncertain[7] = true;
+  held.Columns.Owed[3] = 2;
+  held.Columns.Repeats[15] = 1;
+  held.Columns.LastSet = 1'800'000'000;
+  held.Columns.Order.Base = 4;
+  held.Columns.Order.IntervalLow = 9.998;
+  held.Columns.Order.IntervalHigh = 10.002;
+  held.Columns.Order.Least[15] = -0.7F;
+  held.Columns.Order.Most[15] = -0.6F;
+  const auto back = DecodeHeldSet(EncodeHeldSet(held));
+  ASSERT_TRUE(back);
+  const SamplingOrder& order = back->Columns.Order;
+  EXPECT_LE(order.Least[15], -0.7F);
+  EXPECT_GE(order.Most[15], -0.6F);
+  EXPECT_NEAR(order.Least[15], -0.7F, 1e-4);
+  EXPECT_NEAR(order.Most[15], -0.6F, 1e-4);
+  EXPECT_NEAR(order.IntervalLow, 9.998, 2e-6);
+  EXPECT_NEAR(order.IntervalHigh, 10.002, 2e-6);
+  held.Columns.Order = order;
+  EXPECT_EQ(*back, held);
+}
+
+// The file of an earlier program: the values belong to the set in hand as ever.
+TEST(HeldSet, OfAnEarlierProgramIsTakenOverWithoutAnOrder) {
+  std::vector<std::uint16_t> words = {0x4154, 0x4856, 7, 0, 2, 1U << 3};  // TAVH, row 7, input 2
+  words.resize(21);
+  words[6 + 2] = 444;
+  std::uint16_t sum = 0;
+  for (const std::uint16_t word : words) {
+    sum = static_cast<std::uint16_t>(sum + word);
+  }
+  words.push_back(sum);
+  const auto held = DecodeHeldSet(std::as_bytes(std::span(words)));
+  ASSERT_TRUE(held);
+  EXPECT_EQ(held->SampleCount, 7);
+  EXPECT_EQ(held->AskedInput, 2);
+  EXPECT_TRUE(held->Seen[3]);
+  EXPECT_EQ(held->Value[3], 444);
+  EXPECT_EQ(held->Columns, ColumnMemory());
+  words[8] = 445;
+  EXPECT_FALSE(DecodeHeldSet(std::as_bytes(std::span(words))));
+}
+
 TEST(HeldSet, LiesHiddenBesideItsRecording) {
   EXPECT_EQ(HeldSetName("m260314a.ovn"), ".M260314A.OVN.set");
 }

@@ -1,59 +1,129 @@
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <set>
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <numeric>
 #include <span>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "files/held_set.h"
 #include "tests/files/pump_room.h"
+#include "tests/support/set_line.h"
 
 namespace tavrel {
 namespace {
 
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Texts = std::vector<std::string>;
+
 constexpr const char* kName = "M260314A.OVN";
 constexpr const char* kHeldName = ".M260314A.OVN.set";
 constexpr int kSlot = 12;
+constexpr const char* kBefore = ": lost on the line; the value before it stands in its place";
+constexpr const char* kNext = ": lost on the line; the next value stands in its place";
 
-// A recording of inputs 1, 2 and 3 of one instrument whose samples tell their set and input: set
-// s of input k is 100 s + k. Replies can be swallowed after they were carried out.
-class LostValue : public testing::Test {
- protected:
-  LostValue() {
-    room.port.answer = [this](const std::string& command) {
-      const std::string reply = room.line.Answer(command);
-      return swallowed.erase(command) != 0 ? "" : reply;
-    };
-    room.Open(kSlot, kName, BytesOf(Running(HeaderOf(1, {1, 2, 3}))));
+// The order in which the inputs of a set are sampled, and the distance of one to the next.
+struct Sampling {
+  std::string order;
+  int distance;  // milliseconds
+};
+
+// A recording by the cycle: a call of the pump every 50 ms, the tick of ten seconds, the wait bar.
+struct RecordingBench {
+  PumpRoom room;
+  SetLine line{room.clock, room.port};
+  std::vector<int> inputs;
+  int ticks = 0;
+
+  explicit RecordingBench(const Sampling& sampling = {"together", 0},
+                          const std::vector<int>& recorded = {1, 2, 3}, int interval = 10)
+      : inputs(recorded) {
+    line.interval = seconds(interval);
+    line.registers[{1, 'T', 0}] = 1;  // a fast instrument
+    Place(sampling);
+    room.screens.on_show = [this](View) { Run(10); };
   }
 
-  // Samples the sets `first` to `last`.
-  void Sample(int first, int last) {
-    for (int set = first; set <= last; ++set) {
-      for (const int input : {1, 2, 3}) {
-        room.Store(1, input, {100 * set + input});
-      }
+  void Place(const Sampling& sampling) {
+    std::vector<int> in_order = inputs;
+    if (sampling.order == "descending") {
+      std::ranges::reverse(in_order);
+    } else if (sampling.order == "random") {
+      std::ranges::rotate(in_order, in_order.begin() + static_cast<int>(in_order.size()) / 3);
+    }
+    int place = 0;
+    for (const int input : in_order) {
+      line.places[input] = milliseconds(place);
+      place += sampling.order == "together" ? 0 : sampling.distance;
     }
   }
 
-  // The cycle for some seconds: free ticks, and every ten seconds the retry.
-  void Run(double seconds) {
-    for (int tick = 1; tick <= static_cast<int>(seconds * 20); ++tick) {
-      room.clock.AdvanceSeconds(0.05);
-      if (tick % 200 == 0) {
+  [[nodiscard]] UnitRecord Header() const {
+    UnitRecord unit = HeaderOf(1, {});
+    unit.UnitChannels = static_cast<std::int16_t>(inputs.size());
+    for (const int input : inputs) {
+      unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+    }
+    unit.UnitFast = 1;
+    unit.UnitInterval = static_cast<std::int16_t>(line.interval / seconds(1));
+    return unit;
+  }
+
+  // By the user: the series are cleared and the first samples watched.
+  void Start() {
+    room.Open(kSlot, kName, BytesOf(Header()));
+    room.engine.StartRecording(kSlot);
+  }
+
+  void Run(double time) {
+    const auto end = room.clock.Elapsed() + milliseconds(static_cast<int>(time * 1000));
+    while (room.clock.Elapsed() < end) {
+      room.clock.Advance(milliseconds(50));
+      if (++ticks % 200 == 0) {
         room.engine.TenSecondTick();
       }
-      room.engine.PumpOnce();
+      if (room.link.IsSettled()) {
+        room.engine.PumpOnce();
+      }
     }
   }
 
-  // One value, whether or not the slot sleeps.
-  void ReadOne() {
-    room.engine.TenSecondTick();
-    room.engine.PumpOnce();
+  // False if it does not come to so many rows.
+  bool RunToRows(int rows) {
+    for (int turn = 0; turn < 4000 && room.state.SampleCount[kSlot] < rows; ++turn) {
+      Run(std::chrono::duration<double>(line.interval).count() / 8);
+    }
+    return room.state.SampleCount[kSlot] >= rows;
   }
 
-  // Sets as they stand in the file from row 1 on, with each word as set * 100 + input.
-  [[nodiscard]] std::string Rows() const { return room.SamplesInFile(kName); }
+  static std::string Question(int input) {
+    char command[8];
+    std::snprintf(command, sizeof command, "X0%X?", static_cast<unsigned>(input));
+    return command;
+  }
+
+  // The next exchange that would hand a value of that input over fails: its reply is lost, or the
+  // command does not arrive.
+  void FailNext(int input, bool is_lost) {
+    line.on_command = [this, input, is_lost](const std::string& each) {
+      if (each == Question(input) && !line.buffers[{1, input}].empty()) {
+        (is_lost ? line.swallowed : line.dropped).insert(each);
+        line.on_command = [](const std::string&) {};
+      }
+    };
+  }
+
+  // False if nothing comes in doubt for a long time.
+  bool RunToDoubt() {
+    for (int turn = 0; turn < 20000 && !room.state.ColumnsInDoubt[kSlot]; ++turn) {
+      Run(0.05);
+    }
+    return room.state.ColumnsInDoubt[kSlot];
+  }
 
   // The program is killed where it stands and started again.
   void KillAndStart() {
@@ -63,416 +133,427 @@ class LostValue : public testing::Test {
     room.state.SampleSeen = {};
     room.state.SampleValue = {};
     room.state.ReadState = {};
+    room.state.Columns = {};
     room.Name(kSlot, kName);
     room.files.OpenRecordingFile(kSlot);
   }
 
-  // What the file beside the recording holds now.
+  // Each row as the sets its words are of, the first one left out.
+  [[nodiscard]] std::vector<std::vector<int>> Rows(const std::string& name = kName) const {
+    const std::string bytes = room.SamplesInFile(name);
+    std::vector<std::int16_t> words(bytes.size() / 2);
+    std::memcpy(words.data(), bytes.data(), words.size() * 2);
+    std::vector<std::vector<int>> rows;
+    for (std::size_t word = inputs.size(); word < words.size(); ++word) {
+      const std::size_t column = word % inputs.size();
+      if (column == 0) {
+        rows.emplace_back();
+      }
+      EXPECT_EQ(words[word] % 100, inputs[column]) << "word " << word;
+      rows.back().push_back(words[word] / 100);
+    }
+    return rows;
+  }
+
+  // Row r holds set r in all columns, but for the one place that is named, with its set.
+  void ExpectRows(int wrong_row = -1, int wrong_input = 0, int its_set = 0) const {
+    const auto rows = Rows();
+    for (std::size_t place = 0; place < rows.size(); ++place) {
+      const int row = static_cast<int>(place) + 1;
+      for (std::size_t column = 0; column < inputs.size(); ++column) {
+        const bool is_wrong = row == wrong_row && inputs[column] == wrong_input;
+        EXPECT_EQ(rows[place][column], is_wrong ? its_set : row)
+            << "row " << row << ", input " << inputs[column];
+      }
+    }
+  }
+
   [[nodiscard]] HeldSet Held() const {
     const std::string bytes = room.directory.Read(kHeldName);
-    return DecodeHeldSet(std::as_bytes(std::span(bytes))).value_or(HeldSet{-1, -1, {}, {}});
+    return DecodeHeldSet(std::as_bytes(std::span(bytes))).value_or(HeldSet{-1, -1, {}, {}, {}});
   }
-  void Hold(const HeldSet& held) {
+  void Hold(const HeldSet& held) const {
     const auto bytes = EncodeHeldSet(held);
     room.directory.Write(kHeldName,
                          std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
-
-  std::set<std::string> swallowed;
-  PumpRoom room;
 };
 
-TEST_F(LostValue, IsFilledWithTheOneBeforeAndShiftsNothing) {
-  Sample(1, 1);
-  Run(1);
-  swallowed = {"X02?"};
-  Sample(2, 4);
-  Run(40);
-  EXPECT_EQ(Rows(),
-            Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303, 401, 402, 403}));
+std::string Told(const std::string& where, const std::string& what) {
+  return "Read  Tavrel | " + std::string(kName) + ": " + where + what;
 }
 
-TEST_F(LostValue, IsToldOnceWithoutStoppingTheCycle) {
-  Sample(1, 1);
-  Run(1);
-  for (int set = 2; set <= 4; ++set) {
-    swallowed = {"X03?"};
-    Sample(set, set);
-    Run(40);
+class SampledLine : public testing::TestWithParam<Sampling> {};
+
+INSTANTIATE_TEST_SUITE_P(Orders, SampledLine,
+                         testing::Values(Sampling{"together", 0}, Sampling{"ascending", 30},
+                                         Sampling{"ascending", 200}, Sampling{"ascending", 500},
+                                         Sampling{"descending", 30}, Sampling{"descending", 200},
+                                         Sampling{"descending", 500}, Sampling{"random", 200},
+                                         Sampling{"random", 500}),
+                         [](const auto& each) {
+                           return each.param.order + std::to_string(each.param.distance);
+                         });
+
+std::vector<int> AllInputs() {
+  std::vector<int> all(kInputs);
+  std::iota(all.begin(), all.end(), 1);
+  return all;
+}
+
+TEST_P(SampledLine, InventsNothingWhereNothingWasLost) {
+  RecordingBench bench(GetParam(), AllInputs());
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(40));
+  bench.ExpectRows();
+  EXPECT_EQ(bench.room.Announced(), Texts());
+}
+
+TEST_P(SampledLine, InventsNothingWhereRequestsWereLost) {
+  RecordingBench bench(GetParam(), AllInputs());
+  bench.Start();
+  int row = 3;
+  for (const int input : {15, 1, 8, 12, 3}) {
+    ASSERT_TRUE(bench.RunToRows(row += 4));
+    bench.FailNext(input, false);
   }
-  EXPECT_EQ(Rows().size(), 15U * 2);
-  EXPECT_EQ(room.Announced(),
-            std::vector<std::string>{"Read  Tavrel | M260314A.OVN: values were lost on the line; "
-                                     "the values before them stand in their places"});
+  ASSERT_TRUE(bench.RunToRows(row + 6));
+  bench.ExpectRows();
+  EXPECT_EQ(bench.room.Announced(), Texts());
 }
 
-TEST_F(LostValue, OfTheFirstInputOfASetIsFoundToo) {
-  Sample(1, 1);
-  Run(1);
-  swallowed = {"X03?"};
-  Sample(2, 3);
-  Run(40);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 103, 301, 302, 303}));
+TEST_P(SampledLine, FillsALostValueWithTheOneBeforeAndShiftsNothing) {
+  for (const int input : {15, 7, 1}) {
+    RecordingBench bench(GetParam(), AllInputs());
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(6));
+    bench.FailNext(input, true);
+    ASSERT_TRUE(bench.RunToRows(12));
+    const auto announced = bench.room.Announced();
+    ASSERT_EQ(announced.size(), 1U);
+    const std::string where = announced[0].substr(announced[0].find("row ") + 4);
+    const int row = std::stoi(where);
+    bench.ExpectRows(row, input, row - 1);
+    EXPECT_EQ(announced[0],
+              Told("row " + std::to_string(row) + ", input " + std::to_string(input), kBefore));
+  }
 }
 
-TEST_F(LostValue, OfTheVeryFirstSetIsFilledWithThePresentOne) {
-  room.line.registers[{1, 'Y', 2}] = 777;
-  swallowed = {"X02?"};
-  Sample(1, 2);
-  Run(40);
-  EXPECT_EQ(Rows(), Words({101, 777, 103, 101, 777, 103, 201, 202, 203}));
+TEST(LostValue, IsToldForEveryRowWithoutStoppingTheCycle) {
+  RecordingBench bench;
+  bench.Start();
+  for (int row = 6; row <= 12; row += 3) {
+    ASSERT_TRUE(bench.RunToRows(row));
+    bench.FailNext(3, true);
+  }
+  ASSERT_TRUE(bench.RunToRows(18));
+  EXPECT_EQ(bench.room.Announced().size(), 3U);
+  EXPECT_TRUE(bench.room.dialogs.boxes.empty());
 }
 
-TEST_F(LostValue, IsNotSuspectedWhereTheRequestWasLost) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 3);
-  room.line.silent = {1};
-  Run(12);
-  room.line.silent.clear();
-  Run(30);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203, 301, 302, 303}));
-  EXPECT_TRUE(room.Announced().empty());
+TEST(LostValue, OfOneInputAloneIsFoundByTime) {
+  for (const bool is_lost : {false, true}) {
+    RecordingBench bench({"together", 0}, {9});
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(6));
+    bench.FailNext(9, is_lost);
+    ASSERT_TRUE(bench.RunToRows(12));
+    const auto announced = bench.room.Announced();
+    ASSERT_EQ(announced.size(), is_lost ? 1U : 0U);
+    bench.ExpectRows(is_lost ? 6 : -1, 9, 5);
+  }
 }
 
-TEST_F(LostValue, IsFoundThoughCountingFailsAtFirst) {
-  Sample(1, 1);
-  Run(1);
-  swallowed = {"X02?", "R03?", "R02?"};
-  Sample(2, 3);
-  Run(60);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303}));
+// With a backlog of hours the present value is of another time altogether.
+TEST(LostValue, OfTheVeryFirstSetTakesTheNextOne) {
+  RecordingBench bench;
+  bench.room.line.registers[{1, 'Y', 2}] = 777;
+  bench.Start();
+  bench.FailNext(2, true);
+  ASSERT_TRUE(bench.RunToRows(6));
+  EXPECT_EQ(bench.Rows()[0], (std::vector<int>{1, 2, 1}));
+  bench.ExpectRows(1, 2, 2);
+  EXPECT_EQ(bench.room.Announced(), Texts{Told("rows 0 and 1, input 2", kNext)});
 }
 
-TEST_F(LostValue, DoesNotHoldUpARecordingWhoseInstrumentCannotCount) {
-  Sample(1, 1);
-  Run(1);
-  room.line.refused = {'R'};
-  room.line.silent = {1};
-  Sample(2, 2);
-  Run(12);
-  room.line.silent.clear();
-  Run(20);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203}));
+TEST(LostValue, OfTheVeryFirstSetTakesTheNextOneThoughTheProgramIsKilledMeanwhile) {
+  RecordingBench bench;
+  bench.Start();
+  bench.FailNext(3, true);
+  while (bench.room.state.Columns[kSlot].Owed[3] == 0) {
+    bench.Run(0.05);
+    ASSERT_LT(bench.ticks, 20000);
+  }
+  bench.KillAndStart();
+  ASSERT_TRUE(bench.RunToRows(6));
+  bench.ExpectRows(1, 3, 2);
 }
 
-TEST_F(LostValue, OfOneInputAloneCannotBeSeenAndDoesNoHarm) {
-  room.Open(kSlot, "M260314B.OVN", BytesOf(Running(HeaderOf(1, {2}))));
-  Sample(1, 1);
-  Run(1);
-  swallowed = {"X02?"};
-  Sample(2, 3);
-  Run(25);
-  EXPECT_EQ(room.SamplesInFile("M260314B.OVN"), Words({102, 102, 302}));
+TEST(LostValue, IsFoundThoughCountingFailsAtFirst) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  bench.FailNext(2, true);
+  bench.line.dropped = {"R02?", "R03?", "R01?"};
+  ASSERT_TRUE(bench.RunToRows(12));
+  bench.ExpectRows(6, 2, 5);
 }
 
-TEST_F(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 2);
-  ReadOne();
-  ASSERT_TRUE(room.engine.HoldsSet(kSlot));
-  room.line.buffers.clear();
-  Run(35);
-  Sample(5, 6);
-  Run(20);
-  EXPECT_EQ(Rows(),
-            Words({101, 102, 103, 101, 102, 103, 101, 102, 203, 501, 502, 503, 601, 602, 603}));
+TEST(LostValue, DoesNotHoldUpARecordingWhoseInstrumentCannotCount) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  bench.line.refused = {'R'};
+  bench.line.dropped = {"X02?"};
+  ASSERT_TRUE(bench.RunToRows(12));
+  bench.ExpectRows();
+  EXPECT_EQ(bench.room.Announced().size(), 1U) << "that nobody can know it";
 }
 
-TEST_F(LostValue, ByARestartIsFoundThoughTheInstrumentSamplesAgainAtOnce) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 2);
-  ReadOne();
-  ASSERT_TRUE(room.engine.HoldsSet(kSlot));
-  room.line.buffers.clear();
-  Run(2);  // finds no rest of the set
-  Sample(5, 7);
-  Run(40);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 101, 102, 203, 501, 502, 503, 601, 602,
-                           603, 701, 702, 703}));
+TEST(LostValue, IsNotSuspectedIfTheInstrumentRefuses) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  bench.line.refused = {'X'};
+  bench.Run(12);
+  EXPECT_FALSE(bench.room.state.ColumnsInDoubt[kSlot]);
+  bench.line.refused.clear();
+  ASSERT_TRUE(bench.RunToRows(12));
+  bench.ExpectRows();
 }
 
-TEST_F(LostValue, IsNotSuspectedWhenTheRestOfASetComesLate) {
-  Sample(1, 1);
-  Run(1);
-  room.Store(1, 3, {203});
-  Run(15);
-  EXPECT_TRUE(room.engine.HoldsSet(kSlot));
-  room.Store(1, 2, {202});
-  room.Store(1, 1, {201});
-  Run(15);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203}));
-  EXPECT_TRUE(room.Announced().empty());
-}
-
-TEST_F(LostValue, BehindACopyOfTheReplyBeforeIsFoundThoughTheCopyLooksGood) {
-  Sample(1, 1);
-  Run(1);
-  const auto answer = room.port.answer;
-  bool is_copied = false;
-  room.port.answer = [this, answer, &is_copied](const std::string& command) {
-    std::string reply = answer(command);
-    if (is_copied || command != "X02?" || room.line.buffers[{1, 3}].size() > 1) {
-      return reply;
-    }
-    is_copied = true;
-    room.port.Arrive(std::chrono::milliseconds(20), reply);
-    return std::string("8000\r");
+TEST(LostValue, IsSuspectedIfARefusalIsNotAlone) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  const auto answer = bench.room.port.answer;
+  bench.room.port.answer = [answer](const std::string& command) {
+    return command == "X03?" ? "?" + answer(command) : answer(command);
   };
-  Sample(2, 3);
-  Run(40);
-  EXPECT_TRUE(is_copied);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303}));
+  bench.Run(10.5);
+  EXPECT_TRUE(bench.room.state.ColumnsInDoubt[kSlot]);
+  EXPECT_EQ(bench.room.state.AskedInput[kSlot], 3);
 }
 
-TEST_F(LostValue, OfAHalfReadSetDoesNotHappenWhenTheProgramIsKilled) {
-  Sample(1, 3);
-  for (int killed_after = 1; killed_after <= 8; ++killed_after) {
-    room.engine.PumpOnce();
-    KillAndStart();
-    Run(5);
+TEST(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
+  for (const int backlog : {1, 4}) {
+    RecordingBench bench;
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(8));
+    bench.room.clock.Advance(seconds(10 * backlog));
+    bench.room.engine.TenSecondTick();
+    bench.room.engine.PumpOnce();
+    ASSERT_TRUE(bench.room.engine.HoldsSet(kSlot));
+    bench.line.Restart(seconds(14));
+    ASSERT_TRUE(bench.RunToRows(14));
+    const auto rows = bench.Rows();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      const auto told = row == 7 ? std::vector<int>{rows[6][0], rows[6][1], 8}
+                                 : std::vector<int>(3, rows[row][0]);
+      EXPECT_EQ(rows[row], told) << "row " << row + 1;
+    }
+    const auto announced = bench.room.Announced();
+    ASSERT_EQ(announced.size(), 1U);
+    EXPECT_EQ(announced[0], Told("row 8, inputs 1, 2", kBefore));
   }
-  Run(30);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203, 301, 302, 303}));
-  EXPECT_TRUE(room.Announced().empty());
 }
 
-TEST_F(LostValue, InAReplyThatNoProgramWasThereToTakeIsFound) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 3);
-  ReadOne();
-  ReadOne();
-  KillAndStart();
-  ASSERT_TRUE(room.state.SampleSeen[kSlot][2]);
-
-  // The same moment, but killed while the reply of input 2 was on the line: the instrument has
-  // handed it over, the file beside the recording says only that it was asked for.
-  auto bytes = EncodeHeldSet({2, 2, {}, {}});
-  auto asked = DecodeHeldSet(bytes);
-  asked->Seen[3] = true;
-  asked->Value[3] = 203;
-  bytes = EncodeHeldSet(*asked);
-  room.directory.Write(kHeldName,
-                       std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-  KillAndStart();
-  Run(20);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303}));
+TEST(LostValue, OfAHalfReadSetDoesNotHappenWhenTheProgramIsKilled) {
+  RecordingBench bench({"descending", 500});
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(4));
+  for (int kill = 0; kill < 40; ++kill) {
+    bench.Run(1.35);
+    bench.KillAndStart();
+  }
+  ASSERT_TRUE(bench.RunToRows(14));
+  bench.ExpectRows();
+  EXPECT_EQ(bench.room.Announced(), Texts());
 }
 
-TEST_F(LostValue, FromAFullBufferWhileASetWasHalfRead) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 2);
-  ReadOne();  // 203 is in hand, the buffers hold sets of unequal number
+// Killed while the reply was on the line: the file beside the recording says only that the value
+// was asked for.
+TEST(LostValue, InAReplyThatNoProgramWasThereToTakeIsJudgedByTheOrderThatWasLearned) {
   for (const int input : {1, 2, 3}) {
-    room.line.buffers[{1, input}].clear();
+    for (const bool is_lost : {false, true}) {
+      RecordingBench bench({"ascending", 500});
+      bench.Start();
+      ASSERT_TRUE(bench.RunToRows(6));
+      bench.FailNext(input, is_lost);
+      ASSERT_TRUE(bench.RunToDoubt());
+      ASSERT_EQ(bench.Held().AskedInput, input);
+      ASSERT_NE(bench.Held().Columns.Order.Base, 0);
+      bench.KillAndStart();
+      ASSERT_TRUE(bench.RunToRows(12));
+      bench.ExpectRows(is_lost ? 6 : -1, input, 5);
+    }
   }
-  Sample(50, 50 + kBufferSets - 1);
-  KillAndStart();
-  Run(200);
-  const std::string rows = Rows();
-  ASSERT_EQ(rows.size(), 2U * 3 * (3 + kBufferSets));
-  EXPECT_EQ(rows.substr(12, 12), Words({101, 102, 203, 5001, 5002, 5003}));
-  const int last = 50 + kBufferSets - 1;
-  EXPECT_EQ(rows.substr(rows.size() - 6), Words({100 * last + 1, 100 * last + 2, 100 * last + 3}));
 }
 
-TEST_F(LostValue, IsNotSoughtWithTheHeldSetOfAnotherRow) {
-  Sample(1, 1);
-  Run(1);
-  const auto bytes = EncodeHeldSet({1, 2, {}, {}});
-  room.directory.Write(kHeldName,
-                       std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-  KillAndStart();
-  EXPECT_FALSE(room.state.ColumnsInDoubt[kSlot]);
+TEST(LostValue, IsNotSoughtWithTheHeldSetOfAnEarlierRow) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(4));
+  HeldSet held = bench.Held();
+  held.SampleCount = 1;
+  held.AskedInput = 2;
+  bench.Hold(held);
+  bench.KillAndStart();
+  EXPECT_FALSE(bench.room.state.ColumnsInDoubt[kSlot]);
+  EXPECT_EQ(bench.room.state.Columns[kSlot].Order, held.Columns.Order) << "but that stays";
 }
 
-TEST_F(LostValue, OfTheFirstInputOfASetIsSoughtAfterAKillToo) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 3);
-  room.line.buffers[{1, 3}].pop_front();
-  Hold({2, 3, {}, {}});
-  KillAndStart();
-  Run(20);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 103, 301, 302, 303}));
-}
-
-TEST_F(LostValue, IsNotSoughtForAnInputThatIsNotRecorded) {
-  Sample(1, 1);
-  Run(1);
-  HeldSet held{2, 0, {}, {}};
+TEST(LostValue, IsNotSoughtForAnInputThatIsNotRecorded) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(4));
+  HeldSet held = bench.Held();
+  held.SampleCount = bench.room.state.SampleCount[kSlot];
+  held.Seen = {};
   held.Seen[9] = true;
-  Hold(held);
-  KillAndStart();
-  EXPECT_FALSE(room.state.ColumnsInDoubt[kSlot]);
-  EXPECT_FALSE(room.state.SampleSeen[kSlot][9]);
+  held.AskedInput = 9;
+  bench.Hold(held);
+  bench.KillAndStart();
+  EXPECT_FALSE(bench.room.state.ColumnsInDoubt[kSlot]);
+  EXPECT_FALSE(bench.room.state.SampleSeen[kSlot][9]);
 }
 
-TEST_F(LostValue, IsPreparedForBeforeTheValueIsAskedFor) {
-  std::vector<int> asked;
-  const auto answer = room.port.answer;
-  room.port.answer = [this, answer, &asked](const std::string& command) {
-    asked.push_back(Held().AskedInput);
-    return answer(command);
-  };
-  Sample(1, 1);
-  room.Pump(3);
-  EXPECT_EQ(asked, (std::vector<int>{3, 2, 1}));
-  EXPECT_EQ(Held().SampleCount, 0);
-  room.Pump(1);
-  EXPECT_EQ(asked.back(), 3);
-  EXPECT_EQ(Held(), (HeldSet{2, 0, {}, room.state.SampleValue[kSlot]}))
-      << "nothing is doubted after an answer without data";
-}
-
-TEST_F(LostValue, DoesNotHappenToAWholeSetOnAFullDiskWhenTheProgramIsKilled) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 3);
-  {
-    const FullDisk full(kHeaderBytes + static_cast<std::size_t>(Rows().size()));
-    Run(12);
-    EXPECT_TRUE(room.state.WriteFailed[kSlot]);
-    KillAndStart();
-  }
-  Run(20);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203, 301, 302, 303}));
-}
-
-TEST_F(LostValue, IsFoundWithoutAnotherSetBehindIt) {
-  Sample(1, 1);
-  Run(1);
-  swallowed = {"X02?"};
-  Sample(2, 2);
-  Run(25);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203}));
-}
-
-TEST_F(LostValue, IsFoundAmongInputsThatAreNoNeighbours) {
-  constexpr const char* kApart = "M260314B.OVN";
-  room.Open(kSlot, kApart, BytesOf(Running(HeaderOf(1, {1, 5, 9}))));
-  for (const int set : {1, 2}) {
-    for (const int input : {1, 5, 9}) {
-      room.Store(1, input, {100 * set + input});
+TEST(LostValue, IsPreparedForBeforeTheValueIsAskedFor) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(4));
+  std::vector<std::pair<std::string, int>> asked;
+  bench.line.on_command = [&](const std::string& command) {
+    if (command[0] == 'X') {
+      asked.emplace_back(command, bench.Held().AskedInput);
     }
-    Run(12);
-    swallowed = {"X05?"};
+  };
+  ASSERT_TRUE(bench.RunToRows(8));
+  for (const auto& [command, input] : asked) {
+    EXPECT_EQ(command, "X0" + std::to_string(input) + "?");
   }
-  Run(30);
-  EXPECT_EQ(room.SamplesInFile(kApart), Words({101, 105, 109, 101, 105, 109, 201, 105, 209}));
+  EXPECT_GE(asked.size(), 6U);
 }
 
-TEST_F(LostValue, IsNotSuspectedWhileTheRestOfASetMayStillBeSampled) {
-  Sample(1, 1);
-  Run(1);
-  room.Store(1, 3, {203});
-  ReadOne();
-  Run(25);
-  EXPECT_TRUE(room.engine.HoldsSet(kSlot)) << "two ticks";
-  Run(14);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 101, 102, 203})) << "three ticks";
+// The values that are held belong behind the rows that are gone: the instrument has handed them
+// over, and will not do so again.
+TEST(LostRows, AreToldAndShiftNothing) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(8));
+  while (!bench.room.engine.HoldsSet(kSlot)) {
+    bench.Run(0.05);
+  }
+  const int rows = bench.room.state.SampleCount[kSlot];
+  const std::string bytes = bench.room.directory.Read(kName);
+  for (RandomFile& file : bench.room.state.SlotFileNo) {
+    file.Close();
+  }
+  bench.room.directory.Write(kName, bytes.substr(0, bytes.size() - std::size_t{3 * 6}));
+  bench.KillAndStart();
+  bench.room.messages.ShowKept();
+  ASSERT_EQ(bench.room.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.room.dialogs.boxes[0].Text, std::string(kName) +
+                                                  ": 3 rows were lost with the power, before row " +
+                                                  std::to_string(rows - 3));
+  ASSERT_TRUE(bench.RunToRows(rows + 3));
+  const auto all = bench.Rows();
+  for (std::size_t row = 0; row < all.size(); ++row) {
+    const int its_set = static_cast<int>(row) + 1 + (static_cast<int>(row) + 1 >= rows - 3 ? 3 : 0);
+    EXPECT_EQ(all[row], std::vector<int>(3, its_set)) << "row " << row + 1;
+  }
 }
 
-TEST_F(LostValue, IsNotFilledByAnInstrumentThatCannotCount) {
-  Sample(1, 1);
-  Run(1);
-  Sample(2, 2);
-  ReadOne();
-  room.line.refused = {'R'};
-  room.line.silent = {1};
-  Run(1);
-  room.line.silent.clear();
-  Run(25);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 202, 203}));
+TEST(HeldSetFile, GoesWithTheRecording) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(4));
+  EXPECT_TRUE(bench.room.directory.Exists(kHeldName));
+  bench.room.engine.StopRecording(kSlot);
+  EXPECT_FALSE(bench.room.directory.Exists(kHeldName));
 }
 
-TEST_F(LostValue, OfTheVeryFirstSetWaitsForAPresentOne) {
-  room.line.registers[{1, 'Y', 2}] = kNoData;
-  swallowed = {"X02?"};
-  Sample(1, 2);
-  Run(30);
-  EXPECT_EQ(Rows(), "");
-  room.line.registers[{1, 'Y', 2}] = 777;
-  Run(30);
-  EXPECT_EQ(Rows(), Words({101, 777, 103, 101, 777, 103, 201, 202, 203}));
+TEST(HeldSetFile, StaysAtTheEndOfTheProgramOnlyWhereSomethingIsHeld) {
+  for (const bool is_held : {false, true}) {
+    RecordingBench bench;
+    bench.room.Open(kSlot, kName, BytesOf(Running(bench.Header())));
+    bench.line.Begin(seconds(1));
+    bench.Run(6);
+    ASSERT_TRUE(bench.room.directory.Exists(kHeldName));
+    bench.room.state.SampleSeen[kSlot][3] = is_held;
+    bench.room.files.ReleaseHeldSet(kSlot);
+    bench.room.files.CloseRecordingFile(kSlot);
+    EXPECT_EQ(bench.room.directory.Exists(kHeldName), is_held);
+  }
 }
 
-// Of two replies nobody can tell which one is the answer.
-TEST_F(LostValue, IsSuspectedIfASecondReplyFollows) {
-  const auto answer = room.port.answer;
-  room.port.answer = [this, answer](const std::string& command) {
-    room.port.Arrive(std::chrono::milliseconds(20), "0FFF\r");
-    return answer(command);
-  };
-  Sample(1, 1);
-  room.Pump(1);
-  EXPECT_FALSE(room.state.SampleSeen[kSlot][3]);
-  EXPECT_TRUE(room.state.ColumnsInDoubt[kSlot]);
-  EXPECT_EQ(room.state.ReadState[kSlot], ReadState::kWaiting);
+TEST(HeldSetFile, KeepsTheOrderThatWasLearnedAtTheEndOfTheProgram) {
+  RecordingBench bench({"ascending", 500});
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  const SamplingOrder order = bench.room.state.Columns[kSlot].Order;
+  ASSERT_NE(order.Base, 0);
+  EXPECT_LT(order.Most[3] - order.Least[3], 0.2F);
+  bench.room.files.ReleaseHeldSet(kSlot);
+  bench.KillAndStart();
+  EXPECT_EQ(bench.room.state.Columns[kSlot].Order.Base, order.Base);
 }
 
-TEST_F(LostValue, IsNotJudgedByACountBehindWhichASecondReplyFollows) {
-  Sample(1, 1);
-  Run(1);
-  swallowed = {"X02?"};
-  Sample(2, 3);
-  const auto answer = room.port.answer;
-  int copies = 0;
-  room.port.answer = [this, answer, &copies](const std::string& command) {
-    if (command != "R02?" || copies == 2) {
-      return answer(command);
+TEST(LostValue, DoubtGoesAlongIntoTheNextFile) {
+  for (const bool is_lost : {false, true}) {
+    RecordingBench bench({"ascending", 500});
+    UnitRecord unit = bench.Header();
+    unit.UnitEndAction = 2;
+    bench.room.Open(kSlot, kName, BytesOf(unit));
+    bench.room.engine.StartRecording(kSlot);
+    ASSERT_TRUE(bench.RunToRows(6));
+    bench.FailNext(2, is_lost);
+    ASSERT_TRUE(bench.RunToDoubt());
+    bench.room.engine.EndOfRecording(kSlot);
+    ASSERT_EQ(bench.room.state.SlotFile[kSlot], "M260314B.OVN");
+    EXPECT_TRUE(bench.room.state.ColumnsInDoubt[kSlot]);
+    ASSERT_TRUE(bench.RunToRows(5));
+    const auto rows = bench.Rows("M260314B.OVN");
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      const int its_set = static_cast<int>(row) + 6;
+      const int second = is_lost && row == 0 ? its_set + 1 : its_set;
+      EXPECT_EQ(rows[row], (std::vector<int>{its_set, second, its_set}));
     }
-    ++copies;
-    room.port.Arrive(std::chrono::milliseconds(20), answer(command));
-    return std::string("0002\r");
-  };
-  Run(60);
-  EXPECT_EQ(copies, 2);
-  EXPECT_EQ(Rows(), Words({101, 102, 103, 101, 102, 103, 201, 102, 203, 301, 302, 303}));
+  }
 }
 
-TEST_F(LostValue, LeavesNoFileBehindARecordingThatIsOver) {
-  Sample(1, 1);
-  Run(1);
-  EXPECT_TRUE(room.directory.Exists(kHeldName));
-  room.engine.StopRecording(kSlot);
-  EXPECT_FALSE(room.directory.Exists(kHeldName));
-}
-
-TEST_F(LostValue, IsSoughtInTheNextFileThoughTheProgramIsKilledBeforeItReads) {
-  room.Store(1, 3, {103});
-  room.Pump(1);
-  room.state.Unit[kSlot].UnitEndAction = 2;
-  room.engine.EndOfRecording(kSlot);
-  ASSERT_EQ(room.state.SlotFile[kSlot], "M260314B.OVN");
-  room.state.SampleSeen = {};
-  room.files.CloseRecordingFile(kSlot);
-  room.files.OpenRecordingFile(kSlot);
-  EXPECT_TRUE(room.state.SampleSeen[kSlot][3]);
-  EXPECT_EQ(room.state.SampleValue[kSlot][3], 103);
-}
-
-TEST_F(LostValue, GoesOnLookingInTheNextFile) {
-  room.state.Unit[kSlot].UnitEndAction = 2;
-  room.state.SampleLimit[kSlot] = 1;
-  Sample(1, 1);
-  Run(0.15);
-  room.Store(1, 3, {203});
-  room.state.SampleCount[kSlot] = 1;
-  room.engine.PumpOnce();
-  room.state.SampleCount[kSlot] = 2;
-  Run(0.1);
-  EXPECT_EQ(room.state.SlotFile[kSlot], "M260314B.OVN");
-  EXPECT_TRUE(room.state.SampleSeen[kSlot][3]);
-  KillAndStart();
-  room.Name(kSlot, "M260314B.OVN");
-  room.files.OpenRecordingFile(kSlot);
-  EXPECT_TRUE(room.state.SampleSeen[kSlot][3]);
-  EXPECT_EQ(room.state.SampleValue[kSlot][3], 203);
+// An outage longer than the buffer, and the moment in which the first set is read does not matter.
+TEST_P(SampledLine, StandsSideBySideAfterAFullBuffer) {
+  for (const int phase : {0, 1300, 2900, 4700, 6100, 7900, 9300}) {
+    RecordingBench bench(GetParam(), AllInputs());
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(10));
+    const int read = bench.room.state.SampleCount[kSlot] - 1;
+    bench.room.clock.Advance(seconds(10 * 1000) + milliseconds(phase));
+    ASSERT_TRUE(bench.RunToRows(40));
+    const auto rows = bench.Rows();
+    int jump = 0;
+    const auto announced = bench.room.Announced();
+    ASSERT_GE(announced.size(), 1U) << phase;
+    const bool is_half_read = announced[0].find(kBefore) != std::string::npos;
+    ASSERT_EQ(announced.size(), is_half_read ? 2U : 1U) << announced.back();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      const std::string name = "row " + std::to_string(row + 1) + ", input";
+      const bool is_told = is_half_read && announced[0].find(name) != std::string::npos;
+      EXPECT_TRUE(is_told || rows[row] == std::vector<int>(15, rows[row][0]))
+          << testing::PrintToString(rows[row]) << name << " at " << phase;
+      const int before = row == 0 ? 0 : rows[row - 1][14];
+      const int step = (rows[row][14] - before + SetLine::kCycle) % SetLine::kCycle;
+      jump = std::max(jump, step - 1);
+      EXPECT_TRUE(step == 1 || static_cast<int>(row) >= read - 1) << "row " << row + 1;
+    }
+    // 1000 intervals by two clocks that differ: the number may be one beside, and says so then.
+    const std::size_t about = announced.back().find("about ");
+    const bool is_exact = about == std::string::npos;
+    const std::size_t place = announced.back().find("before this row ") + 16 + (is_exact ? 0 : 6);
+    EXPECT_NEAR(std::stoi(announced.back().substr(place)), jump, is_exact ? 0 : 1)
+        << announced.back();
+  }
 }
 
 }  // namespace

@@ -258,7 +258,7 @@ TEST(KeepHeldSet, ReplacesALinkAndSparesWhatItLeadsTo) {
     EXPECT_EQ(room.directory.Read("kept"), before);
     EXPECT_EQ(room.directory.Exists("kept"), is_there);
     EXPECT_FALSE(std::filesystem::is_symlink(room.directory.File(HeldSetName(kName))));
-    EXPECT_EQ(room.directory.Read(HeldSetName(kName)).substr(0, 4), "TAVH");
+    EXPECT_EQ(room.directory.Read(HeldSetName(kName)).substr(0, 4), "TAVI");
   }
 }
 
@@ -271,7 +271,7 @@ TEST(MakeNextFile, ReplacesALinkInThePlaceOfItsHeldSet) {
   const std::string before = room.directory.Read("kept");
   EXPECT_EQ(room.files.MakeNextFile(1), "M011111B.NEW");
   EXPECT_EQ(room.directory.Read("kept"), before);
-  EXPECT_EQ(room.directory.Read(HeldSetName("M011111B.NEW")).substr(0, 4), "TAVH");
+  EXPECT_EQ(room.directory.Read(HeldSetName("M011111B.NEW")).substr(0, 4), "TAVI");
 }
 
 }  // namespace

@@ -1,0 +1,637 @@
+#include "files/column_evidence.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "files/recording_format.h"
+
+namespace tavrel {
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+// The number of the next samples when nobody knows how many there were: there were some.
+constexpr std::int64_t kRealigned = 1000;
+
+constexpr double kSlack = 0.001;  // seconds; a clock that is read is not finer
+
+// Parts of the interval: between two rounds of a doubt, between two counts while learning.
+constexpr double kBetweenRounds = 1.0 / 48;
+constexpr double kBetweenCounts = 1.0 / 256;
+
+// The steps of an input and of its neighbour are known so well, in parts of the interval, that
+// further looks cannot tell more.
+constexpr double kWatchedWell = 1.0 / 40;
+
+// The distance of two inputs is learned when it is known so well.
+constexpr double kLearnedWell = 1.0 / 5;
+constexpr double kLearnedEnough = 1.0 / 2;  // for one neighbour to be asked instead of all
+constexpr int kLearningIntervals = 12;      // after so many there is nothing more to learn
+
+double Seconds(ColumnEvidence::Time time) {
+  return std::chrono::duration<double>(time).count();
+}
+
+ColumnEvidence::Time After(ColumnEvidence::Time time, double seconds) {
+  return time +
+         std::chrono::duration_cast<ColumnEvidence::Time>(std::chrono::duration<double>(seconds));
+}
+
+// An upper bound in parts of an interval that lies between `low` and `high`, as a time.
+double MostTime(double parts, double low, double high) {
+  return parts * (parts >= 0 ? high : low);
+}
+
+}  // namespace
+
+void ColumnEvidence::Begin(const std::vector<int>& inputs, double interval) {
+  *this = ColumnEvidence();
+  meter_.Begin(interval);
+  for (const int input : inputs) {
+    At(input).recorded = true;
+    At(input).certain = true;
+  }
+}
+
+void ColumnEvidence::Resume(const SamplingOrder& order) {
+  if (order.Base == 0) {
+    return;
+  }
+  known_ = order;
+  meter_.Resume(order.IntervalLow, order.IntervalHigh);
+}
+
+void ColumnEvidence::Learn(Time now) {
+  for (Input& input : inputs_) {
+    input.taken = 0;
+  }
+  learning_ = true;
+  learning_since_ = Seconds(now);
+  round_.clear();
+  place_ = 0;
+  for (int input = kInputs; input >= 1; --input) {
+    if (At(input).recorded) {
+      round_.push_back(input);
+    }
+  }
+}
+
+void ColumnEvidence::Restart(Time now) {
+  for (Input& input : inputs_) {
+    const bool recorded = input.recorded;
+    input = Input();
+    input.recorded = recorded;
+    input.certain = recorded;
+  }
+  known_.reset();
+  ForgetPlaces();
+  too_low_ = 0;
+  Learn(now);
+}
+
+// ---- What is known of x.
+
+// True if x of an input can be told from a sample of it.
+bool ColumnEvidence::CanPlace() {
+  if (!meter_.IsKnown()) {
+    placed_ = false;
+  }
+  return meter_.IsKnown();
+}
+
+void ColumnEvidence::PlaceAt(std::int64_t sample, double now) {
+  bounds_.Clear();
+  origin_ = sample;
+  moment_ = now;
+  placed_ = true;
+  for (Input& input : inputs_) {
+    input.low = -kInfinity;
+    input.high = kInfinity;
+  }
+  const double widest = kWidestSet * meter_.High();
+  for (int first = 1; first <= kInputs; ++first) {
+    for (int second = 1; second <= kInputs; ++second) {
+      if (At(first).recorded && At(second).recorded) {
+        static_cast<void>(bounds_.Tighten(first, second, widest));
+      }
+    }
+  }
+  for (const Seen& seen : std::exchange(seen_, {})) {
+    Use(seen);
+  }
+  if (!known_) {
+    return;
+  }
+  for (int input = 1; input <= kInputs; ++input) {
+    if (At(input).recorded && At(known_->Base).recorded) {
+      const auto place = static_cast<std::size_t>(input);
+      const double most = MostTime(known_->Most.at(place), meter_.Low(), meter_.High());
+      const double least = -MostTime(-known_->Least.at(place), meter_.Low(), meter_.High());
+      static_cast<void>(bounds_.Tighten(input, known_->Base, most + kSlack));
+      static_cast<void>(bounds_.Tighten(known_->Base, input, kSlack - least));
+    }
+  }
+}
+
+// The bounds are kept as seen from a sample of about now, so that the drift of the two clocks
+// counts only for the time since they were compared last.
+void ColumnEvidence::MoveTo(double now) {
+  const double steps = std::floor((now - moment_) / meter_.Middle());
+  if (steps < 1) {
+    return;
+  }
+  const double drift = steps * (meter_.High() - meter_.Low()) / 2;
+  origin_ += static_cast<std::int64_t>(steps);
+  moment_ += steps * meter_.Middle();
+  bounds_.Loosen(drift);
+  for (Input& input : inputs_) {
+    input.low -= drift;
+    input.high += drift;
+  }
+}
+
+// The sample was there at that moment: x is no later than this.
+double ColumnEvidence::LatestStart(std::int64_t sample, double at) const {
+  const auto steps = static_cast<double>(sample - origin_);
+  return at - moment_ - (steps * (steps >= 0 ? meter_.Low() : meter_.High())) + kSlack;
+}
+
+// The sample was not there at that moment: x is later than this.
+double ColumnEvidence::EarliestStart(std::int64_t sample, double at) const {
+  const auto steps = static_cast<double>(sample - origin_);
+  return at - moment_ - (steps * (steps >= 0 ? meter_.High() : meter_.Low())) - kSlack;
+}
+
+bool ColumnEvidence::NoteMade(int input, std::int64_t sample, double at) {
+  return sample < 0 || bounds_.Tighten(input, 0, LatestStart(sample, at));
+}
+
+bool ColumnEvidence::NoteNotMade(int input, std::int64_t sample, double at) {
+  return bounds_.Tighten(0, input, -EarliestStart(sample, at));
+}
+
+void ColumnEvidence::NoteLow() {
+  ++too_low_;
+}
+
+// Samples that cannot be there yet: the clock was set, or the order has changed.
+void ColumnEvidence::NoteHigh() {
+  ++too_high_;
+  if (too_high_ >= kConflicts) {
+    known_.reset();
+    ForgetPlaces();
+  }
+}
+
+void ColumnEvidence::ForgetPlaces() {
+  too_high_ = 0;
+  placed_ = false;
+  seen_.clear();
+  meter_.Forget();
+}
+
+// The clock says nothing about the samples any more. The distances between the inputs stay known.
+void ColumnEvidence::ForgetClock() {
+  bounds_.Free(0);
+  meter_.ForgetCounts();
+  too_low_ = 0;
+  for (Input& input : inputs_) {
+    input.low = -kInfinity;
+    input.high = kInfinity;
+  }
+}
+
+// A place that is looked at again and again fills the list: half of it is given up then, the older
+// notes, but for the first ones.
+void ColumnEvidence::Keep(const Seen& seen) {
+  if (seen_.size() == kMostSeen) {
+    const auto first = seen_.begin() + kInputs;
+    seen_.erase(first, first + kMostSeen / 2);
+  }
+  seen_.push_back(seen);
+}
+
+void ColumnEvidence::Use(const Seen& seen) {
+  if (!At(seen.input).certain) {
+    return;
+  }
+  static_cast<void>(NoteMade(seen.input, seen.made - 1, seen.answered));
+  if (seen.is_exact) {
+    static_cast<void>(NoteNotMade(seen.input, seen.made, seen.asked));
+  }
+}
+
+// ---- What the line says.
+
+void ColumnEvidence::NoteTaken(int input, const Exchange& when) {
+  Input& noted = At(input);
+  const std::int64_t sample = noted.taken;
+  ++noted.taken;
+  if (!noted.certain || noted.doubted) {
+    return;
+  }
+  if (!CanPlace() || !placed_) {
+    Keep({input, noted.taken, false, Seconds(when.asked), Seconds(when.answered)});
+    meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
+    return;
+  }
+  MoveTo(Seconds(when.answered));
+  if (NoteMade(input, sample, Seconds(when.answered))) {
+    too_high_ = 0;
+    meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
+  } else {
+    NoteHigh();
+  }
+}
+
+bool ColumnEvidence::NoteEmpty(int input, const Exchange& when) {
+  const Input& noted = At(input);
+  if (!noted.certain || noted.doubted) {
+    return true;
+  }
+  const int before = too_low_;
+  NoteCount(input, 0, when);
+  return too_low_ <= before;
+}
+
+void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
+  const Input& noted = At(input);
+  if (!noted.recorded || count < 0 || count > kBufferSets) {
+    return;
+  }
+  const std::int64_t made = noted.taken + count;
+  const bool is_exact = count < kBufferSets;  // a full buffer may have lost some
+  if (!CanPlace() && noted.certain && is_exact) {
+    meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
+  }
+  if (CanPlace()) {
+    if (!placed_) {
+      PlaceAt(made, Seconds(when.answered));
+    }
+    MoveTo(Seconds(when.answered));
+    if (noted.doubted) {
+      LookAtDoubted(input, count, when);
+    } else if (noted.certain && is_exact) {
+      const bool is_low = !NoteNotMade(input, made, Seconds(when.asked));
+      const bool is_high = !NoteMade(input, made - 1, Seconds(when.answered));
+      too_low_ = is_low ? too_low_ + 1 : 0;
+      if (is_high) {
+        NoteHigh();
+      } else if (!is_low) {
+        meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
+      }
+    }
+    Judge();
+  } else if (noted.doubted) {
+    ++At(input).looks;
+  } else if (noted.certain && is_exact) {
+    Keep({input, made, true, Seconds(when.asked), Seconds(when.answered)});
+  }
+  EndRound(when.answered);
+}
+
+// An input in doubt is looked at as if nothing was lost.
+void ColumnEvidence::LookAtDoubted(int input, int count, const Exchange& when) {
+  Input& noted = At(input);
+  ++noted.looks;
+  if (count >= kBufferSets) {
+    return;
+  }
+  const std::int64_t made = noted.taken + count;
+  const double low = EarliestStart(made, Seconds(when.asked));
+  const double high = made > 0 ? LatestStart(made - 1, Seconds(when.answered)) : kInfinity;
+  if (low > noted.high || high < noted.low) {
+    if (low > noted.high) {
+      NoteLow();
+    }
+    noted.low = low;
+    noted.high = high;
+    return;
+  }
+  noted.low = std::max(noted.low, low);
+  noted.high = std::min(noted.high, high);
+}
+
+// ---- The verdict.
+
+void ColumnEvidence::Doubt(int input, int least, int most) {
+  Input& doubted = At(input);
+  if (!doubted.recorded || doubted.doubted) {
+    return;
+  }
+  doubted.verdict = Verdict::kOpen;
+  if (!doubted.certain) {
+    doubted.verdict = Verdict::kUncertain;
+    return;
+  }
+  doubted.doubted = true;
+  doubted.least = least;
+  doubted.most = most;
+  doubted.low = -kInfinity;
+  doubted.high = kInfinity;
+  doubted.looks = 0;
+  meter_.ForgetCount(input);
+  too_low_ = 0;
+  not_before_ = {};
+  PlanRound();
+}
+
+bool ColumnEvidence::AnyDoubt() const {
+  return std::any_of(inputs_.begin(), inputs_.end(),
+                     [](const Input& input) { return input.doubted; });
+}
+
+// An input that is decided helps to decide the others.
+void ColumnEvidence::Judge() {
+  for (int pass = 0; pass < kInputs; ++pass) {
+    bool any = false;
+    for (int input = 1; input <= kInputs; ++input) {
+      if (At(input).doubted && placed_) {
+        JudgeInput(input);
+        any = any || !At(input).doubted;
+      }
+    }
+    if (!any) {
+      return;
+    }
+  }
+}
+
+void ColumnEvidence::JudgeInput(int input) {
+  Input& judged = At(input);
+  if (judged.low == -kInfinity) {
+    return;
+  }
+  int possible = 0;
+  int found = 0;
+  for (int ahead = judged.least; ahead <= judged.most; ++ahead) {
+    if (IsPossible(judged, input, ahead)) {
+      ++possible;
+      found = ahead;
+    }
+  }
+  if (possible == 1) {
+    Settle(input, found);
+  } else if (possible == 0) {
+    const double least = judged.low - (judged.most * meter_.High());
+    if (least > bounds_.Most(input, 0)) {
+      NoteLow();
+    } else {
+      NoteHigh();
+    }
+    judged.low = -kInfinity;
+    judged.high = kInfinity;
+  }
+}
+
+bool ColumnEvidence::IsPossible(const Input& input, int index, int ahead) const {
+  const double longest = MostTime(ahead, meter_.Low(), meter_.High());
+  const double shortest = -MostTime(-ahead, meter_.Low(), meter_.High());
+  return input.low - longest <= bounds_.Most(index, 0) &&
+         input.high - shortest >= bounds_.Least(index, 0);
+}
+
+void ColumnEvidence::Settle(int input, int ahead) {
+  Input& settled = At(input);
+  const double longest = MostTime(ahead, meter_.Low(), meter_.High());
+  const double shortest = -MostTime(-ahead, meter_.Low(), meter_.High());
+  static_cast<void>(bounds_.Tighten(input, 0, settled.high - shortest));
+  static_cast<void>(bounds_.Tighten(0, input, longest - settled.low));
+  settled.taken += ahead;
+  settled.ahead = ahead;
+  meter_.ForgetCount(input);
+  Release(input, ahead > 0 ? Verdict::kLost : Verdict::kNotLost);
+}
+
+void ColumnEvidence::Release(int input, Verdict verdict) {
+  At(input).doubted = false;
+  At(input).verdict = verdict;
+  round_.clear();
+  place_ = 0;
+  if (AnyDoubt()) {
+    PlanRound();
+  } else if (learning_) {
+    PlanRound();
+  }
+}
+
+void ColumnEvidence::Withdraw() {
+  for (int input = 1; input <= kInputs; ++input) {
+    if (At(input).doubted) {
+      Release(input, Verdict::kNone);
+    }
+  }
+}
+
+void ColumnEvidence::Realign(int widest) {
+  ForgetClock();
+  bool has_base = false;
+  for (int input = kInputs; input >= 1; --input) {
+    Input& each = At(input);
+    each.doubted = false;
+    each.taken = kRealigned;
+    if (each.certain && has_base) {
+      Doubt(input, -widest, widest);
+    }
+    has_base = has_base || each.certain;
+  }
+  PlanRound();
+}
+
+std::int64_t ColumnEvidence::Foremost() const {
+  std::int64_t foremost = 0;
+  for (const Input& input : inputs_) {
+    foremost = input.certain ? std::max(foremost, input.taken) : foremost;
+  }
+  return foremost;
+}
+
+int ColumnEvidence::Behind(int input) const {
+  return At(input).certain ? static_cast<int>(Foremost() - At(input).taken) : 0;
+}
+
+int ColumnEvidence::Aligned() const {
+  return static_cast<int>(Foremost() - kRealigned);
+}
+
+void ColumnEvidence::GiveUp() {
+  for (int input = 1; input <= kInputs; ++input) {
+    if (At(input).doubted) {
+      At(input).certain = false;
+      bounds_.Free(input);
+      Release(input, Verdict::kUncertain);
+    }
+  }
+}
+
+// True if the steps of the input and of all that can tell about it are seen as sharply as they
+// can be: what is possible now stays possible.
+bool ColumnEvidence::IsWatched(int input) const {
+  if (!placed_) {
+    return false;
+  }
+  const double sharp = kWatchedWell * meter_.Middle();
+  if (At(input).high - At(input).low > sharp) {
+    return false;
+  }
+  for (const int other : round_) {
+    if (!At(other).doubted && bounds_.Width(other, 0) > sharp) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// ---- What is looked at.
+
+ColumnEvidence::Look ColumnEvidence::NextLook() const {
+  if (place_ >= round_.size()) {
+    return {};
+  }
+  return {round_[place_], not_before_};
+}
+
+// First those that are certain, so that a restart of the instrument is seen before anything is
+// concluded, then those in doubt.
+void ColumnEvidence::PlanRound() {
+  round_.clear();
+  place_ = 0;
+  const bool any_doubt = AnyDoubt();
+  std::array<bool, kInputs + 1> is_asked{};
+  for (int input = kInputs; input >= 1; --input) {
+    if (!At(input).doubted) {
+      continue;
+    }
+    const int neighbour = NeighbourOf(input);
+    for (int other = 1; other <= kInputs; ++other) {
+      const bool is_useful = neighbour == 0 || other == neighbour;
+      if (is_useful && At(other).certain && !At(other).doubted) {
+        is_asked.at(static_cast<std::size_t>(other)) = true;
+      }
+    }
+  }
+  for (int input = kInputs; input >= 1; --input) {
+    const bool is_learned = !any_doubt && learning_ && At(input).certain;
+    if (is_asked.at(static_cast<std::size_t>(input)) || is_learned) {
+      round_.push_back(input);
+    }
+  }
+  for (int input = kInputs; input >= 1; --input) {
+    if (At(input).doubted) {
+      round_.push_back(input);
+    }
+  }
+}
+
+// The input whose distance is known best; 0 if none is known well enough to go without the
+// others.
+int ColumnEvidence::NeighbourOf(int input) const {
+  int best = 0;
+  double width = placed_ ? kLearnedEnough * meter_.Middle() : 0;
+  for (int other = 1; other <= kInputs; ++other) {
+    const bool is_certain = At(other).certain && !At(other).doubted;
+    if (other != input && is_certain && bounds_.Width(input, other) < width) {
+      best = other;
+      width = bounds_.Width(input, other);
+    }
+  }
+  return best;
+}
+
+double ColumnEvidence::Step() const {
+  return meter_.IsKnown() ? meter_.Middle() : meter_.Nominal();
+}
+
+void ColumnEvidence::EndRound(Time now) {
+  if (round_.empty()) {
+    return;
+  }
+  ++place_;
+  if (!AnyDoubt()) {
+    LearnMore(now);
+    return;
+  }
+  if (place_ < round_.size()) {
+    return;
+  }
+  for (int input = 1; input <= kInputs; ++input) {
+    const bool is_over = At(input).looks >= kMostRounds || IsWatched(input);
+    if (At(input).doubted && is_over) {
+      At(input).certain = false;
+      bounds_.Free(input);
+      Release(input, Verdict::kUncertain);
+    }
+  }
+  PlanRound();
+  not_before_ = After(now, Step() * kBetweenRounds);
+}
+
+void ColumnEvidence::LearnMore(Time now) {
+  const bool is_over = Seconds(now) - learning_since_ > kLearningIntervals * Step();
+  if (!learning_ || is_over || IsLearned()) {
+    learning_ = false;
+    round_.clear();
+    return;
+  }
+  if (place_ >= round_.size()) {
+    PlanRound();
+  }
+  not_before_ = After(now, Step() * kBetweenCounts);
+}
+
+bool ColumnEvidence::IsLearned() const {
+  if (!placed_) {
+    return false;
+  }
+  const SamplingOrder order = Order();
+  for (std::size_t input = 1; input <= kInputs; ++input) {
+    const bool is_known = order.Most.at(input) - order.Least.at(input) <= kLearnedWell;
+    if (At(static_cast<int>(input)).certain && !is_known) {
+      return false;
+    }
+  }
+  return order.Base != 0;
+}
+
+SamplingOrder ColumnEvidence::Order() const {
+  if (!placed_) {
+    return known_.value_or(SamplingOrder());
+  }
+  SamplingOrder order;
+  order.IntervalLow = meter_.Low();
+  order.IntervalHigh = meter_.High();
+  for (int input = 1; input <= kInputs; ++input) {
+    const auto place = static_cast<std::size_t>(input);
+    if (order.Base == 0 && At(input).certain && !At(input).doubted) {
+      order.Base = input;
+    }
+    order.Least.at(place) = -1;
+    order.Most.at(place) = 1;
+    if (order.Base != 0 && At(input).recorded) {
+      const double most = bounds_.Most(input, order.Base);
+      const double least = bounds_.Most(order.Base, input);
+      const double most_parts = most / (most >= 0 ? meter_.Low() : meter_.High());
+      const double least_parts = least / (least >= 0 ? meter_.Low() : meter_.High());
+      order.Most.at(place) = static_cast<float>(std::min(1.0, most_parts));
+      order.Least.at(place) = static_cast<float>(std::max(-1.0, -least_parts));
+    }
+  }
+  return order;
+}
+
+std::optional<ColumnEvidence::Range> ColumnEvidence::MadeSince(int input, Time now) {
+  if (!CanPlace() || !placed_ || bounds_.Width(input, 0) == kInfinity) {
+    return std::nullopt;
+  }
+  MoveTo(Seconds(now));
+  const double since = Seconds(now) - moment_;
+  const auto made = [this, since](double start) {
+    return origin_ + 1 + static_cast<std::int64_t>(std::floor((since - start) / meter_.Middle()));
+  };
+  const std::int64_t taken = At(input).taken;
+  return Range{made(bounds_.Most(input, 0)) - taken, made(bounds_.Least(input, 0)) - taken};
+}
+
+}  // namespace tavrel

@@ -1,0 +1,130 @@
+#ifndef TAVREL_FILES_COLUMN_KEEPER_H_
+#define TAVREL_FILES_COLUMN_KEEPER_H_
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/messages.h"
+#include "files/column_evidence.h"
+#include "files/full_buffer.h"
+#include "files/recording_file.h"
+#include "frame/run_state.h"
+#include "platform/clock.h"
+
+namespace tavrel {
+
+// Keeps the columns of the recordings side by side. The instrument hands each value over once; a
+// reply that does not arrive takes its value with it, and its column would run one set ahead of
+// the others from then on. So every value and every count is told to the evidence of its slot,
+// and what the evidence says is done here: a lost value is filled in, what nobody can know is told
+// and left alone, and what a full buffer has pushed out of some inputs is taken out of the others.
+//
+// Makes no exchange itself: it says which one is to be made, and is told how it went.
+class ColumnKeeper {
+ public:
+  using Exchange = ColumnEvidence::Exchange;
+  using Time = ColumnEvidence::Time;
+
+  // What is to be done next for a slot.
+  struct Deed {
+    enum Kind {
+      kWait,     // nothing now
+      kCount,    // read R of `input`
+      kDiscard,  // read X of `input`: its oldest value is given up
+      kDecide,   // call Decide(); no exchange
+    };
+    Kind kind = kWait;
+    int input = 0;
+  };
+
+  // All outlive this.
+  ColumnKeeper(RunState& state, RecordingFiles& files, Messages& messages, const Clock& clock);
+
+  // The series of the slot have just been cleared: their first samples are watched.
+  void StartSeries(int slot);
+
+  // The recording is over.
+  void Stop(int slot);
+
+  // How the reading of a sample went. A failed one begins a doubt.
+  void Taken(int slot, int input, const Exchange& when);
+  void Empty(int slot, int input, const Exchange& when);
+  void Failed(int slot, int input);
+
+  // Called on the ten-second tick for a slot that reads.
+  void Watch(int slot);
+
+  // Register R of an input of the slot, read for another reason: a buffer that is full begins a
+  // doubt of all columns.
+  void NoteStored(int slot, int input, int count);
+
+  // While the columns of a slot are in doubt: what to do for it, and how it went. `refused` is an
+  // answer too, but a useless one.
+  [[nodiscard]] Deed Next(int slot);
+  void Counted(int slot, int input, int count, const Exchange& when);
+  void Discarded(int slot, int input, bool had_value, const Exchange& when);
+  void NotCounted(int slot, bool refused);
+  // False if there is no value to fill a place with now.
+  [[nodiscard]] bool Decide(int slot);
+
+  // A slot whose series are watched and for which a count is due, 0 for none; and how it went.
+  [[nodiscard]] int SlotToLearn();
+  [[nodiscard]] int InputToLearn(int slot);
+  void NotLearned(int slot) { columns_[slot].rests = true; }
+
+  // The set in hand of a slot has been written: what was lost before the first value is repeated
+  // in the next set.
+  void SetWritten(int slot);
+
+  // All that is known of a slot.
+  struct Column {
+    ColumnEvidence evidence;
+    FullBuffer full;
+    std::vector<int> doubted;                   // inputs whose verdict is not carried out yet
+    bool is_suspicion = false;                  // nothing failed; what stays open is no doubt
+    int refusals = 0;                           // in a row
+    bool rests = false;                         // no learning before the next ten-second tick
+    std::optional<Time> misses_since;           // an input had no data while others had theirs
+    std::optional<ColumnEvidence> before;       // what was known before the buffer was full
+    std::optional<ColumnEvidence::Range> lost;  // sets that the full buffer has cost
+    std::optional<int> stored;                  // counted then
+  };
+
+  // Taken along where a recording goes on in a next file.
+  [[nodiscard]] Column Of(int slot) const { return columns_[slot]; }
+  void GoOn(int slot, const Column& column) { columns_[slot] = column; }
+
+ private:
+  [[nodiscard]] ColumnEvidence& EvidenceOf(int slot);
+  void Renew(int slot);
+  [[nodiscard]] std::vector<int> RecordedInputs(int slot) const;
+  [[nodiscard]] std::vector<int> MissingInputs(int slot) const;
+  [[nodiscard]] bool IsHalfRead(int slot) const;
+  [[nodiscard]] bool MayBeFull(int slot, int input, int count) const;
+  void Doubt(int slot, int input);
+  void Suspect(int slot);
+  void EndDoubt(int slot);
+  [[nodiscard]] bool CarryOut(int slot);
+  [[nodiscard]] bool CarryOutRestart(int slot);
+  void BeginFull(int slot);
+  [[nodiscard]] Deed NextOfFull(int slot);
+  void CompareFull(int slot);
+  void CountFull(int slot);
+  [[nodiscard]] bool CarryOutFull(int slot);
+  [[nodiscard]] bool Fill(int slot, const std::vector<int>& inputs);
+  [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
+  void Tell(int slot, const std::vector<int>& inputs, const std::string& what);
+  [[nodiscard]] std::string LostSets(int slot) const;
+  void TellLostSets(int slot);
+
+  RunState& state_;
+  RecordingFiles& files_;
+  Messages& messages_;
+  const Clock& clock_;
+  BySlot<Column> columns_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_FILES_COLUMN_KEEPER_H_
