@@ -12,6 +12,9 @@ namespace {
 // The rest of a half-read set may come so late, in parts of the interval.
 constexpr double kLate = 1.2;
 
+// Counts of an input that are looked at before a mere suspicion is dropped.
+constexpr int kLooksOfSuspicion = 48;
+
 constexpr int kMostRefusals = 8;  // in a row; then the instrument cannot count
 
 // A full buffer has lost at most so many samples more of one input than of another: one by the
@@ -183,12 +186,19 @@ void ColumnKeeper::Watch(int slot) {
   if (!column.misses_since || state_.ColumnsInDoubt[slot]) {
     return;
   }
-  const IntervalMeter& interval = column.evidence.Interval();
-  const double seconds = Seconds(clock_.Elapsed() - *column.misses_since);
-  if (interval.IsKnown() && seconds > kLate * interval.High()) {
+  if (HasWaitedLong(slot)) {
     column.misses_since = clock_.Elapsed();
     Suspect(slot);
   }
+}
+
+// The missing values are waited for, or a suspicion is looked at, for longer than an interval: all
+// that the counts can tell has been seen by then.
+bool ColumnKeeper::HasWaitedLong(int slot) const {
+  const Column& column = columns_[slot];
+  const IntervalMeter& interval = column.evidence.Interval();
+  const double longest = interval.IsKnown() ? interval.High() : interval.Nominal();
+  return column.misses_since && Seconds(clock_.Elapsed() - *column.misses_since) > kLate * longest;
 }
 
 // ---- A doubt.
@@ -221,12 +231,22 @@ void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when)
   }
   column.evidence.NoteCount(input, count, when);
   state_.Columns[slot].Order = column.evidence.Order();
-  const bool is_seen = std::all_of(column.doubted.begin(), column.doubted.end(), [&](int each) {
-    return !column.evidence.IsDoubted(each) || column.evidence.Looks(each) > 0;
-  });
-  if (column.is_suspicion && is_seen && !column.evidence.SawRestart()) {
+  if (column.is_suspicion && IsSuspicionOver(slot) && !column.evidence.SawRestart()) {
     column.evidence.Withdraw();
   }
+}
+
+// After the start of the program one look is enough, for nothing speaks of a restart of the
+// instrument. Where values stay away it takes an interval of looks, with the interval known, and
+// so many of them that the steps are seen sharply also where an exchange is slow for the interval.
+bool ColumnKeeper::IsSuspicionOver(int slot) const {
+  const Column& column = columns_[slot];
+  const int enough = column.misses_since ? kLooksOfSuspicion : 1;
+  const bool is_seen = std::all_of(column.doubted.begin(), column.doubted.end(), [&](int each) {
+    return !column.evidence.IsDoubted(each) || column.evidence.Looks(each) >= enough;
+  });
+  const bool is_long = column.evidence.Interval().IsKnown() && HasWaitedLong(slot);
+  return is_seen && (is_long || !column.misses_since);
 }
 
 void ColumnKeeper::NotCounted(int slot, bool refused) {

@@ -81,11 +81,12 @@ class ColumnKeeper {
   struct Column {
     ColumnEvidence evidence;
     FullBuffer full;
-    std::vector<int> doubted;                   // inputs whose verdict is not carried out yet
-    bool is_suspicion = false;                  // nothing failed; what stays open is no doubt
-    int refusals = 0;                           // in a row
-    bool rests = false;                         // no learning before the next ten-second tick
-    std::optional<Time> misses_since;           // an input had no data while others had theirs
+    std::vector<int> doubted;   // inputs whose verdict is not carried out yet
+    bool is_suspicion = false;  // nothing failed; what stays open is no doubt
+    int refusals = 0;           // in a row
+    bool rests = false;         // no learning before the next ten-second tick
+    // An input had no data while others had theirs; then, since when it is suspected.
+    std::optional<Time> misses_since;
     std::optional<ColumnEvidence> before;       // what was known before the buffer was full
     std::optional<ColumnEvidence::Range> lost;  // sets that the full buffer has cost
     std::optional<int> stored;                  // counted then
@@ -101,6 +102,8 @@ class ColumnKeeper {
   [[nodiscard]] std::vector<int> RecordedInputs(int slot) const;
   [[nodiscard]] std::vector<int> MissingInputs(int slot) const;
   [[nodiscard]] bool IsHalfRead(int slot) const;
+  [[nodiscard]] bool HasWaitedLong(int slot) const;
+  [[nodiscard]] bool IsSuspicionOver(int slot) const;
   [[nodiscard]] bool MayBeFull(int slot, int input, int count) const;
   void Doubt(int slot, int input);
   void Suspect(int slot);

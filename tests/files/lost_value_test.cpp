@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <numeric>
 #include <span>
@@ -355,6 +356,32 @@ TEST(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
     const auto announced = bench.room.Announced();
     ASSERT_EQ(announced.size(), 1U);
     EXPECT_EQ(announced[0], Told("row 8, inputs 1, 2", kBefore));
+  }
+}
+
+// A recording that the program has only taken up: it has not seen the first samples, and knows
+// neither the order of the inputs nor the interval.
+TEST(LostValue, ByARestartOfAnInstrumentThatIsNotKnownWell) {
+  for (int phase = 0; phase < 24; ++phase) {
+    RecordingBench bench({"descending", 30}, {2, 6}, 1);
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(3));
+    std::filesystem::remove(bench.room.directory.File(kHeldName));
+    bench.KillAndStart();
+    while (bench.room.state.SampleCount[kSlot] < 8) {
+      bench.Run(0.05);
+    }
+    bench.Run(0.05 * phase);
+    const bool is_half_read = bench.room.engine.HoldsSet(kSlot);
+    const std::size_t row = static_cast<std::size_t>(bench.room.state.SampleCount[kSlot]);
+    bench.line.Restart(seconds(1) + milliseconds(400));
+    ASSERT_TRUE(bench.RunToRows(40));
+    const auto rows = bench.Rows();
+    for (std::size_t place = 0; place < rows.size(); ++place) {
+      const bool is_mended = is_half_read && place + 1 == row;
+      EXPECT_EQ(rows[place][0] == rows[place][1], !is_mended) << "row " << place + 1;
+    }
+    EXPECT_EQ(bench.room.Announced().size(), is_half_read ? 1U : 0U) << "phase " << phase;
   }
 }
 
