@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "link/registers.h"
+#include "tests/support/start_telegrams.h"
 #include "tests/wire/live_instrument.h"
 #include "tests/wire/wire_program.h"
 
@@ -158,6 +159,10 @@ class ButtonsOnTheWire : public testing::TestWithParam<std::tuple<bool, FailingE
   }
   void ExpectTelegrams(const Telegrams& expected) const {
     EXPECT_EQ(instrument.Telegrams(expected.size()), expected) << HowItFails() << " at " << fail_at;
+  }
+  void ExpectTelegramsOfAStart(const Telegrams& expected) const {
+    EXPECT_EQ(WithoutCounts(instrument.Telegrams(expected.size())), expected)
+        << HowItFails() << " at " << fail_at;
   }
   std::vector<std::string> Boxes() const {
     std::vector<std::string> texts;

@@ -27,8 +27,8 @@ TEST_P(RecordingOnTheWire, StartsInANewFileWithItsSamplingTime) {
   const std::string name = program.state.SlotFile[1];
   EXPECT_NE(name, kName);
   program.worksheet.cmd_Rec_Click(1);
-  ExpectTelegrams(Of({"T10?", "S11=2\r", "R11=0\r", "S12=2\r", "R12=0\r"},
-                     {"n1vD0?", "n1vC1=2\r", "n1vB1=0\r", "n1vC2=2\r", "n1vB2=0\r"}));
+  ExpectTelegramsOfAStart(Of({"T10?", "S11=2\r", "R11=0\r", "S12=2\r", "R12=0\r"},
+                             {"n1vD0?", "n1vC1=2\r", "n1vB1=0\r", "n1vC2=2\r", "n1vB2=0\r"}));
   EXPECT_EQ(FileHeader(name).UnitRecOn, 1);
   EXPECT_EQ(FileHeader(name).UnitInterval, 2);
 }

@@ -105,7 +105,7 @@ TEST_P(WorksheetOnTheWire, StartsARecordingOnlyIfAllIsAcknowledged) {
     OpenSheet();
     fail_at = failing;
     program.worksheet.cmd_Rec_Click(1);
-    ExpectTelegrams(Fails() ? First(telegrams, failing) : telegrams);
+    ExpectTelegramsOfAStart(Fails() ? First(telegrams, failing) : telegrams);
     EXPECT_EQ(Boxes(), Fails() ? Telegrams{"start recording: failed"} : Telegrams{});
     EXPECT_EQ(Shown().RecOnDown, !Fails());
     EXPECT_EQ(Shown().RecOffDown, Fails());

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/start_telegrams.h"
 #include "tests/support/work_bench.h"
 #include "work/worksheet.h"
 
@@ -44,15 +45,19 @@ class ButtonBench : public WorkBench {
   }
 };
 
+// What the button has sent on that kind of line.
+Telegrams SentBy(const ButtonCase& button, int com_mode) {
+  ButtonBench line(com_mode);
+  button.press(line.worksheet);
+  const bool is_start = std::string(button.name) == "start";
+  return is_start ? WithoutCounts(line.bench.port.sent) : line.bench.port.sent;
+}
+
 TEST(WorksheetButton, SendsItsTelegramsInTheirOrderOnBothKindsOfLine) {
   for (const ButtonCase& button : Buttons()) {
-    ButtonBench direct(0);
-    button.press(direct.worksheet);
-    EXPECT_EQ(direct.bench.port.sent, button.direct) << button.name;
+    EXPECT_EQ(SentBy(button, 0), button.direct) << button.name;
     for (const int com_mode : {1, 2}) {
-      ButtonBench plug_in(com_mode);
-      button.press(plug_in.worksheet);
-      EXPECT_EQ(plug_in.bench.port.sent, button.plug_in) << button.name << com_mode;
+      EXPECT_EQ(SentBy(button, com_mode), button.plug_in) << button.name << com_mode;
     }
   }
 }
