@@ -112,8 +112,9 @@ class FileUnderFire {
   void CheckNothingLost(const Files& before) {
     const Files now = FilesIn(room_.directory);
     for (const auto& [name, length] : before) {
-      if (name.ends_with(".set")) {
-        continue;  // what is held of a set goes with the recording
+      // What is held of a set goes with the recording, an order to switch off with its answer.
+      if (name.ends_with(".set") || name == kStopOrdersFile) {
+        continue;
       }
       const auto found = now.find(name);
       Require(found != now.end(), "no file vanishes");
