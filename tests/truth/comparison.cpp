@@ -145,15 +145,26 @@ int ShiftedColumns(const std::vector<Row>& rows, const std::vector<TruthSet>& se
   return shifted;
 }
 
+std::string Text(const TakenSample& sample) {
+  constexpr std::array<const char*, 6> kFates = {"waits", "good",    "cut",
+                                                 "lost",  "overrun", "forgotten"};
+  return std::to_string(sample.word) + " " + kFates.at(static_cast<std::size_t>(sample.fate));
+}
+
+std::string Text(const TruthSet& set) {
+  std::string text;
+  for (const auto& sample : set) {
+    text += " (" + (sample ? Text(*sample) : "nothing") + ")";
+  }
+  return text;
+}
+
 std::string Text(const RecordedSlot& slot, int row, const Row& words, const TruthSet& set) {
   std::string text = slot.file + " row " + std::to_string(row) + ":";
   for (std::size_t column = 0; column < words.size(); ++column) {
     text += " " + std::to_string(words[column]);
     if (set[column] && set[column]->word != words[column]) {
-      constexpr std::array<const char*, 6> kFates = {"waits", "good",    "cut",
-                                                     "lost",  "overrun", "forgotten"};
-      text += "(" + std::to_string(set[column]->word) + " " +
-              kFates.at(static_cast<std::size_t>(set[column]->fate)) + ")";
+      text += "(" + Text(*set[column]) + ")";
     }
   }
   return text;
@@ -280,8 +291,8 @@ class Comparer {
     ++findings_.lost;
     findings_.given_up += Has(set, SampleFate::kOverrun) ? 0 : 1;
     if (!Has(set, SampleFate::kOverrun)) {
-      Tell(slot_.file + " has no row of the set with " +
-           (set[0] ? std::to_string(set[0]->word) : std::string("nothing")));
+      Tell(slot_.file + " has no row of the set with" + Text(set) + ", before row " +
+           std::to_string(row));
     }
   }
 
