@@ -81,8 +81,12 @@ std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) {
   return std::nullopt;
 }
 
-// The instrument takes the sampling value in its own unit, whatever the file means by it.
+// The instrument takes the sampling value in its own unit, whatever the file means by it. The store
+// of a simulated line is of no kind.
 std::optional<Notice> RecordingEngine::WhyNotOnInstrument(const UnitRecord& unit) {
+  if (link_.Simulated) {
+    return std::nullopt;
+  }
   link_.ComInet = unit.UnitInet;
   link_.ComLetter = reg::kKind;
   link_.ComIndex = 0;

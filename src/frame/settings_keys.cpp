@@ -148,13 +148,10 @@ std::optional<KeyLine> SplitKeyLine(std::string_view line) {
 std::vector<std::string> SettingsLines(std::string_view file_bytes) {
   std::vector<std::string> lines;
   while (!file_bytes.empty()) {
-    const std::size_t end = std::min(file_bytes.find('\n'), file_bytes.size());
-    std::string_view line = file_bytes.substr(0, end);
-    if (line.ends_with('\r')) {
-      line.remove_suffix(1);
-    }
-    lines.push_back(Unquoted(FromWindows1252(line)));
-    file_bytes.remove_prefix(std::min(end + 1, file_bytes.size()));
+    const std::size_t end = std::min(file_bytes.find_first_of("\r\n"), file_bytes.size());
+    lines.push_back(Unquoted(FromWindows1252(file_bytes.substr(0, end))));
+    const bool is_pair = file_bytes.substr(end).starts_with("\r\n");
+    file_bytes.remove_prefix(std::min(end + (is_pair ? 2 : 1), file_bytes.size()));
   }
   return lines;
 }

@@ -15,7 +15,7 @@ namespace tavrel {
 inline constexpr std::size_t kLargestSettingsFile = 1024 * 1024UL;  // bytes; none is that long
 
 // The texts of the lines of a settings file, in UTF-8 and without their quotes. Lines end in
-// CR LF or LF. A quoted text ends at its second quote, or with the line if that is missing; a
+// CR LF, LF or CR. A quoted text ends at its second quote, or with the line if that is missing; a
 // line without quotes is taken whole.
 [[nodiscard]] std::vector<std::string> SettingsLines(std::string_view file_bytes);
 

@@ -32,6 +32,22 @@ std::string PathOf(const RunState& state, const char* name) {
   return FindFile(state.DataHome, name).value_or(JoinPath(state.DataHome, name));
 }
 
+// The lines of the file `name` in `directory`; empty if there is none, or if `no_answer` says why
+// nobody can tell.
+std::optional<std::vector<std::string>> LinesOf(const std::string& directory, const char* name,
+                                                NoAnswer& no_answer) {
+  NoAnswer not_found;
+  const std::string path = FindFile(directory, name, not_found).value_or(JoinPath(directory, name));
+  const auto bytes = ReadWholeFile(path, kLargestSettingsFile, no_answer);
+  if (bytes) {
+    return SettingsLines(*bytes);
+  }
+  if (no_answer.Why == Failure::kNone) {
+    no_answer = not_found;
+  }
+  return std::nullopt;
+}
+
 std::string DefaultDefPath(const RunState& state) {
   return JoinPath(state.DataHome, kDataDirectory);
 }
@@ -129,18 +145,19 @@ void CheckPaths(SettingsValues& values, const RunState& state) {
 
 }  // namespace
 
-// The lines of that file; empty if there is none. Where that cannot be told ReadError says why.
+// The lines of that file; empty if there is none. Where that cannot be told ReadError says why. A
+// user who has no settings of his own begins with those beside the program, if they are for him.
 std::optional<std::vector<std::string>> SettingsStore::ReadLines(const char* name) {
-  NoAnswer not_found;
-  NoAnswer not_read;
-  const std::string path =
-      FindFile(state_.DataHome, name, not_found).value_or(JoinPath(state_.DataHome, name));
-  const auto bytes = ReadWholeFile(path, kLargestSettingsFile, not_read);
-  if (bytes) {
-    return SettingsLines(*bytes);
+  NoAnswer no_answer;
+  auto lines = LinesOf(state_.DataHome, name, no_answer);
+  if (!lines && no_answer.Why == Failure::kNone && state_.AppPath != state_.DataHome) {
+    lines = LinesOf(state_.AppPath, name, no_answer);
+    if (no_answer.Why == Failure::kNotAllowed) {
+      return std::nullopt;
+    }
   }
-  read_error_ = not_read.Text.empty() ? not_found.Text : not_read.Text;
-  return std::nullopt;
+  read_error_ = no_answer.Text;
+  return lines;
 }
 
 void SettingsStore::SettingsLoad() {

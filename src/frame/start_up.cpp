@@ -54,6 +54,7 @@ std::optional<std::string> StartUp::HomeOf(const std::string& program_path) cons
 bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_lock) {
   RunState& state = parts_.state;
   state.AppPath = AddSeparator(program_path);
+  WorkIn(program_path);
   const auto home = HomeOf(program_path);
   if (!home) {
     return false;

@@ -62,8 +62,9 @@ class StartUp {
   using TakeLock = std::function<LockTaking(const std::string& path)>;
 
   // Splash form, on load: guards against a second copy and a broken installation. `program_path`
-  // is the program's directory. False: a message has been shown and the process ends. Whether that
-  // directory can be written must be sure, for it decides which settings are in force.
+  // is the program's directory, in which the process works from here on. False: a message has been
+  // shown and the process ends. Whether that directory can be written must be sure, for it decides
+  // which settings are in force.
   [[nodiscard]] bool SplashLoad(const std::string& program_path, const TakeLock& take_lock);
 
   // Splash form, on first display: loads the settings. Empty: they cannot be read and the user

@@ -423,6 +423,11 @@ void SyncDirectory(const std::string& directory) {
   }
 }
 
+void WorkIn(const std::string& directory) {
+  std::error_code no_matter;
+  fs::current_path(directory, no_matter);
+}
+
 std::string ProgramDirectory() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);

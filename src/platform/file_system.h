@@ -96,6 +96,10 @@ void DeleteLink(const std::string& path);
 // Makes what happened to the names in `directory` (creation, renaming) durable.
 void SyncDirectory(const std::string& directory);
 
+// The directory in which paths begin that do not begin at the root. One that is not there leaves
+// the process where it is.
+void WorkIn(const std::string& directory);
+
 // The directory of the running program, without a separator at its end.
 [[nodiscard]] std::string ProgramDirectory();
 

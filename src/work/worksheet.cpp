@@ -144,7 +144,11 @@ std::int16_t Worksheet::ReadFrom(const char* letter, int index) {
   return Answers() ? link.ComValue : kNoData;
 }
 
+// The store of a simulated line is of no kind, the title says what the header says.
 bool Worksheet::ReadKind() {
+  if (parts_.link.Simulated) {
+    return true;
+  }
   const bool is_fast = ReadFrom(reg::kKind, 0) == 1;
   if (!Answers()) {
     return false;

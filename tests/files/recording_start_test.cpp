@@ -118,6 +118,22 @@ TEST(StartRecording, RefusesAFileWhoseTimeScaleIsNotTheInstruments) {
   }
 }
 
+// In the memory of a simulated line stands no kind of instrument.
+TEST(StartRecording, TakesAFileOfEitherTimeScaleOnASimulatedLine) {
+  for (const int slot : {1, 7, 12}) {
+    for (const int is_fast : {0, 1}) {
+      PumpRoom room;
+      room.link.LinkOpen({"----", 0, 4});
+      UnitRecord unit = HeaderOf(3, {1, 15});
+      unit.UnitFast = static_cast<std::int16_t>(is_fast);
+      room.Open(slot, kName, BytesOf(unit));
+      room.engine.StartRecording(slot);
+      EXPECT_TRUE(room.dialogs.boxes.empty()) << slot << " " << is_fast;
+      EXPECT_EQ(room.state.Unit.at(static_cast<std::size_t>(slot)).UnitRecOn, 1);
+    }
+  }
+}
+
 TEST(StartRecording, TakesAFastInstrumentForAFastFile) {
   PumpRoom room;
   UnitRecord unit = HeaderOf(3, {1});

@@ -16,6 +16,8 @@ using std::chrono::milliseconds;
 
 class Start : public testing::Test {
  protected:
+  ~Start() override { std::filesystem::current_path(began_in_); }
+
   // Starts with twelve slots on six instruments.
   std::chrono::nanoseconds LongestTimeWithoutPaint() {
     for (int slot = 1; slot <= kSlots; ++slot) {
@@ -38,6 +40,9 @@ class Start : public testing::Test {
   }
 
   BenchProgram bench;
+
+ private:
+  std::filesystem::path began_in_ = std::filesystem::current_path();
 };
 
 TEST_F(Start, RefusesASecondCopy) {
@@ -86,6 +91,19 @@ TEST_F(Start, TakesTheDirectoryOfTheProgramForItsOwn) {
   EXPECT_EQ(bench.state.AppPath, bench.home.Path() + "/");
   EXPECT_EQ(bench.state.DataHome, bench.home.Path() + "/");
   EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+// A path of the settings that does not begin at the root begins there.
+TEST_F(Start, WorksInTheDirectoryOfTheProgram) {
+  std::filesystem::create_directory(bench.home.File("data"));
+  bench.home.Write("data/M260314A.OVN", "x");
+  ASSERT_FALSE(std::filesystem::exists("data"));
+  EXPECT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
+  EXPECT_TRUE(std::filesystem::equivalent(std::filesystem::current_path(), bench.home.Path()));
+  bench.home.Write("TAVREL.USR", "\"VERSION:: 6.1\"\r\n\"DEFPATH:: data\"\r\n");
+  ASSERT_TRUE(bench.start_up.SplashShow());
+  EXPECT_EQ(bench.state.Settings.DefPath, "data");
 }
 
 TEST_F(Start, LocksTheDirectoryOfItsSettings) {

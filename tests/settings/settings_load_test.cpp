@@ -46,6 +46,97 @@ TEST_F(SettingsLoad, KeepsTheDefaultDefPathWhenTavdatHoldsAFile) {
   EXPECT_EQ(state_.Settings.OpenPath, tavdat);
 }
 
+// A program that cannot be written keeps the settings of each user in a directory of his own.
+class SettingsOfAUser : public SettingsTest {
+ protected:
+  SettingsOfAUser() {
+    std::filesystem::create_directory(home_.File("own"));
+    state_.DataHome = home_.File("own") + "/";
+  }
+};
+
+TEST_F(SettingsOfAUser, BeginWithThoseBesideTheProgram) {
+  EXPECT_EQ(Load({"PLANT:: Works", "ACTIVE12:: M260314L.OVN"}).Plant, "Works");
+  EXPECT_EQ(state_.Settings.ActiveFiles[11], "M260314L.OVN");
+  EXPECT_TRUE(state_.SettingsRead);
+  EXPECT_FALSE(state_.FirstRun);
+}
+
+TEST_F(SettingsOfAUser, GoBeforeThoseBesideTheProgram) {
+  home_.Write("own/tavrel.usr", "\"VERSION:: 6.1\"\r\n\"PLANT:: Mine\"\r\n");
+  EXPECT_EQ(Load({"PLANT:: Works"}).Plant, "Mine");
+}
+
+TEST_F(SettingsOfAUser, AreWrittenIntoHisDirectory) {
+  Load({"PLANT:: Works", "LAB:: Miller"});
+  const std::string beside = home_.Read(kSettingsFile);
+  state_.Settings.Plant = "Mine";
+  EXPECT_EQ(store_.SettingsSave(), "");
+  EXPECT_EQ(home_.Read(kSettingsFile), beside);
+  EXPECT_NE(home_.Read("own/TAVREL.USR").find("PLANT:: Mine"), std::string::npos);
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Mine");
+  EXPECT_EQ(state_.Settings.Lab, "Miller");
+}
+
+TEST_F(SettingsOfAUser, TakeTheOldLayoutBesideTheProgramToo) {
+  home_.Write(kSettingsFile, "\"no mark\"\r\n");
+  home_.Write(kLegacySettingsFile, "\"skipped\"\r\n\"M260314A.OVE\"\r\n");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.ActiveFiles[0], "M260314A.OVE");
+  EXPECT_TRUE(state_.FirstRun);
+}
+
+// Defaults would hide the names of all tests.
+TEST_F(SettingsOfAUser, AreNotReplacedByDefaultsWhileThoseBesideTheProgramCannotBeRead) {
+  WriteKeyFile({"PLANT:: Works"});
+  {
+    const NoHandlesLeft none;
+    store_.SettingsLoad();
+  }
+  EXPECT_NE(store_.ReadError(), "");
+  EXPECT_NE(store_.SettingsSave(), "");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Works");
+}
+
+// What the user has no right to is not for him.
+TEST_F(SettingsOfAUser, AreTheDefaultsWhereThoseBesideTheProgramAreNotForHim) {
+  WriteKeyFile({"PLANT:: Works"});
+  std::filesystem::permissions(home_.Path(), std::filesystem::perms{0755});
+  std::filesystem::permissions(home_.File(kSettingsFile), std::filesystem::perms::none);
+  {
+    const WithoutRights nobody;
+    store_.SettingsLoad();
+  }
+  EXPECT_EQ(store_.ReadError(), "");
+  EXPECT_EQ(state_.Settings.Plant, "?");
+  EXPECT_TRUE(state_.FirstRun);
+}
+
+// Editors of other systems end a line by a carriage return alone.
+TEST_F(SettingsLoad, TakesACarriageReturnForTheEndOfALine) {
+  home_.Write(kSettingsFile,
+              "\"VERSION:: 6.1\"\r\"PLANT:: Works\"\r\n\"LAB:: Miller\"\n\"ACRO:: viewer\"\r");
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.Plant, "Works");
+  EXPECT_EQ(state_.Settings.Lab, "Miller");
+  EXPECT_EQ(state_.Settings.Acro, "viewer");
+}
+
+TEST_F(SettingsLegacy, TakesACarriageReturnForTheEndOfALine) {
+  std::string bytes;
+  for (int line = 1; line <= 20; ++line) {
+    bytes += "\"line " + std::to_string(line) + "\"\r";
+  }
+  home_.Write(kSettingsFile, "\"no mark\"\r");
+  home_.Write(kLegacySettingsFile, bytes);
+  store_.SettingsLoad();
+  EXPECT_EQ(state_.Settings.ActiveFiles[11], "line 13");
+  EXPECT_EQ(state_.Settings.Plant, "line 14");
+  EXPECT_EQ(state_.Settings.HelpLang, "line 20");
+}
+
 TEST_F(SettingsLoad, ReadsAllKeys) {
   const std::string data = FilledDirectory("data");
   const std::string open = FilledDirectory("open");

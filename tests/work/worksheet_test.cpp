@@ -234,6 +234,25 @@ TEST_F(TheWorksheet, KeepsTheKindOfAnInstrumentThatDoesNotAnswer) {
   EXPECT_FALSE(bench.state.SlotDirty[1]);
 }
 
+// The store in memory is of no kind: what a file for a fast instrument says stays.
+TEST_F(TheWorksheet, LeavesTheKindInTheHeaderWhileTheLineIsSimulated) {
+  bench.state.Settings.CommPort = "----";
+  header.UnitInterval = 3;
+  header.UnitFast = 1;
+  bench.Install(7, "M260314G.OVN", header);
+  bench.Install(12, "M260314L.OVN", header);
+  StartProgram();
+  for (const int slot : {1, 7, 12}) {
+    bench.state.SelSlot = static_cast<std::int16_t>(slot);
+    OpenSheet();
+    const auto place = static_cast<std::size_t>(slot);
+    EXPECT_EQ(bench.state.Unit.at(place).UnitFast, 1) << slot;
+    EXPECT_EQ(bench.state.RecInterval.at(place), 3) << slot;
+    EXPECT_FALSE(bench.state.SlotDirty.at(place)) << slot;
+    EXPECT_EQ(Shown().TavcNo, "Tavrel-2F") << slot;
+  }
+}
+
 TEST_F(TheWorksheet, CountsTheIntervalOfAnEmptyFileInTheUnitOfTheInstrument) {
   header.UnitInterval = 3;
   StartProgram();
