@@ -58,6 +58,7 @@ void MainWindow::ShowForm(const MenuEntry& entry) {
     parts_.screens.Show(entry.Opens);
   }
   parts_.sheet.ShowCommands(true);
+  parts_.events.SetPointer(Pointer::kNormal);
 }
 
 void MainWindow::LinkOpen() {

@@ -1,4 +1,6 @@
 #include <QAction>
+#include <QApplication>
+#include <QDialog>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -23,6 +25,31 @@ TEST_F(MainMenu, HasItsHeadingsAndTwoCommandsInTheBar) {
   Start();
   EXPECT_EQ(CaptionsOf(form->menuBar()->actions()),
             QStringList({"Tools  ", "Diagnostic  ", "Help   ", "Exit"}));
+}
+
+// A list that opens out of the form, be it a menu or that of a text field, is a part of it.
+TEST_F(MainMenu, KeepsTheBacklogLineWhileItIsOpen) {
+  Start();
+  bench.state.BacklogCount = 40;
+  bench.state.lbl_Info = "reading from Tavrel:  40";
+  for (const int place : {0, 1}) {
+    QMenu* menu = form->menuBar()->actions()[place]->menu();
+    menu->popup(form->mapToGlobal(QPoint(0, 20)));
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(menu->isVisible());
+    emit qApp->focusWindowChanged(menu->windowHandle());
+    EXPECT_EQ(bench.state.BacklogCount, 40) << place;
+    menu->close();
+  }
+}
+
+TEST_F(MainMenu, LosesTheBacklogLineToAnotherFormOfTheProgram) {
+  Start();
+  bench.state.BacklogCount = 40;
+  QDialog other(form.get());
+  other.show();
+  emit qApp->focusWindowChanged(other.windowHandle());
+  EXPECT_EQ(bench.state.BacklogCount, 0);
 }
 
 TEST_F(MainMenu, HasItsEntriesInTheirOrder) {

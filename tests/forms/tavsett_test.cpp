@@ -47,6 +47,22 @@ TEST_F(SettingsWindow, ShowsTheValues) {
   Run();
 }
 
+// A button would take the letter behind the sign for its key and hide the sign.
+TEST_F(SettingsWindow, ShowsAnAmpersandOfThePathAndOfTheFont) {
+  bench.state.Settings.DefPath = bench.home.File("R&D");
+  bench.state.Settings.PFontName = "Black & White";
+  Then("TAVSETT", [] {
+    for (const char* name : {"cmdPath", "CmdFont"}) {
+      EXPECT_TRUE(Find<QPushButton>(name)->shortcut().isEmpty()) << name;
+    }
+    EXPECT_TRUE(TextOf("cmdPath").ends_with("/r&&d")) << TextOf("cmdPath");
+    EXPECT_EQ(TextOf("CmdFont"), "Black && White,  11");
+    Click("CmdOK");
+  });
+  Run();
+  EXPECT_EQ(bench.state.Settings.PFontName, "Black & White");
+}
+
 TEST_F(SettingsWindow, IsDrivenByTheMouse) {
   bench.dialogs.chosen_font = FontChoice{"DejaVu Sans", 9};
   Then("TAVSETT", [] {

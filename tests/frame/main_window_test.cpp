@@ -352,6 +352,22 @@ TEST_F(Window, StopsTheCycleOnlyForFormsThatOwnTheLine) {
   EXPECT_TRUE(bench.sheet.Values().picCmds);
 }
 
+// The hourglass is for the way to the form.
+TEST_F(Window, LeavesTheNormalPointerBehindEachForm) {
+  for (const MenuEntry& entry : kMainMenu) {
+    if (entry.Action == MenuAction::kShow) {
+      bench.screens.built.insert(entry.Opens);
+    }
+  }
+  bench.Start();
+  for (const MenuEntry& entry : kMainMenu) {
+    if (entry.Action == MenuAction::kShow) {
+      bench.window.Choose(entry);
+      EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal) << entry.Control;
+    }
+  }
+}
+
 TEST_F(Window, OpensThePortAnewUntilItOpens) {
   bench.screens.built = {View::kTavSett};
   bench.Start();

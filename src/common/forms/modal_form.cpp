@@ -51,6 +51,10 @@ void ModalForm::keyPressEvent(QKeyEvent* event) {
   QDialog::keyPressEvent(event);
 }
 
+QString QtCaption(std::string_view utf8) {
+  return QtText(utf8).replace('&', "&&");
+}
+
 QString QtText(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }

@@ -39,6 +39,10 @@ class ModalForm : public QDialog {
   void keyPressEvent(QKeyEvent* event) override;
 };
 
+// A text of the logic for a button or the title of a frame, which take a single "&" for the mark of
+// a key.
+[[nodiscard]] QString QtCaption(std::string_view utf8);
+
 // A text of the logic for the toolkit.
 [[nodiscard]] QString QtText(std::string_view utf8);
 

@@ -150,10 +150,12 @@ void Tavrel::ConnectSheet() {
   });
 }
 
-// Only another window of the program takes the form from the front; another program does not.
+// Only another window of the program takes the form from the front; another program does not, and
+// neither does a menu or a list that opens out of the form.
 void Tavrel::WatchFront() {
   connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* now) {
-    const bool in_front = now == nullptr || now == windowHandle();
+    const bool in_front =
+        now == nullptr || now == windowHandle() || now->type() == Qt::Popup;
     if (!in_front && isVisible()) {
       parts_.sheet.LeaveFront();
       AfterEvent();

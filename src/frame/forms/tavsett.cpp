@@ -192,8 +192,8 @@ void TavSett::Show() {
   ShowIndex(*cbo_width_, now.CboWidth);
   ShowText(*txt_plant_, now.Txt_Plant);
   ShowText(*txt_lab_, now.Txt_Lab);
-  cmd_font_->setText(QtText(now.CmdFont));
-  cmd_path_->setText(QtText(now.cmdPath));
+  cmd_font_->setText(QtCaption(now.CmdFont));
+  cmd_path_->setText(QtCaption(now.cmdPath));
   ShowTipsAndDevice();
 }
 

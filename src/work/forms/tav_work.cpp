@@ -295,7 +295,7 @@ void TavWork::ShowProgram(const WorksheetValues& now) {
     setFocus();
   }
   fr_prog_->setVisible(now.frProg);
-  const QString title = now.frProgCaption.empty() ? kNoTitle : QtText(now.frProgCaption);
+  const QString title = now.frProgCaption.empty() ? kNoTitle : QtCaption(now.frProgCaption);
   if (fr_prog_->title() != title) {
     fr_prog_->setTitle(title);
   }
