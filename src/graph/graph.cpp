@@ -111,6 +111,9 @@ void Graph::CloseNow() {
     return;
   }
   values_.TimerOn = false;
+  if (plotter_.IsAttached()) {
+    tools_.DropDrag();
+  }
   graph_.ViewWanted = kLeaveGraph;
   Leave();
 }
@@ -131,9 +134,8 @@ void Graph::Resized() {
 // The view comes to the eye at once as far as it is painted; the next tick draws what it lacks.
 void Graph::BringToFront(int view) {
   const bool is_part = view == kPartView;
-  graph_.DragOn = false;
-  values_.lbX.clear();
-  values_.lbY.clear();
+  tools_.DropDrag();
+  tools_.MouseLeave();
   values_.KeyCursorShown = false;
   graph_.ToolState = is_part ? Tool::kNone : Tool::kPartRange;
   plotter_.RestorePicture(view);
@@ -167,12 +169,14 @@ void Graph::cmdExit_Click() {
     return;
   }
   tools_.CancelTool();
+  tools_.DropDrag();
   plotter_.RestorePicture(kOverview);
   plotter_.RestorePicture(kPartView);
   graph_.ViewWanted = kLeaveGraph;
 }
 
-// Marks are coded against the Y range, which changes with the mode.
+// Marks are coded against the Y range, which changes with the mode. The view is drawn anew at once:
+// neither the mouse nor an output meets a frame of the mode before.
 void Graph::CboXY_Click(int index) {
   const bool is_change = IsLive() && index >= 0 && index < static_cast<int>(kCboXYItems.size()) &&
                          index != Unit().UnitGraphMode;
@@ -186,7 +190,8 @@ void Graph::CboXY_Click(int index) {
   });
   parts_.state.PartPrepared = false;
   values_.CboXY = index;
-  cmdPart_Click();
+  BringToFront(kPartView);
+  Timer_Graph_Timer();
 }
 
 void Graph::KeyEnter() {

@@ -1,5 +1,6 @@
 #include "graph/graph_output.h"
 
+#include <algorithm>
 #include <variant>
 
 #include "common/text.h"
@@ -142,7 +143,7 @@ void GraphOutput::CopyText() {
     return;
   }
   const std::string file = File();
-  const int rows = (View().RecEnd - View().RecFirst) / Unit().UnitChannels;
+  const int rows = std::max((View().RecEnd - View().RecFirst) / Unit().UnitChannels, 0);
   const int columns = parts_.graph.Inside().Curves.CurveCount + 1;
   const bool is_wanted = parts_.dialogs.AskOk({"columns · rows = " + std::to_string(columns) +
                                                    " · " + std::to_string(rows) + "\ncontinue ?",

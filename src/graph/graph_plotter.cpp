@@ -129,6 +129,7 @@ void GraphPlotter::FramePartView() {
   view.YTop = graph.PartY2;
   view.YBottom = graph.PartY1;
   SetFactors(view);
+  graph.AxisTicks = {};  // a view without rows has none
 }
 
 // The start point of every line, and in the relative modes a frame that is symmetrical about 0.

@@ -90,10 +90,7 @@ void GraphTools::MouseMove(PlotPoint at) {
   const PlotPoint held = Held(at);
   GraphValues& values = parts_.values;
   const ViewFrame& view = parts_.graph.Shown();
-  if (values.picXYShown) {
-    values.lbX = parts_.plotter.HasReferenceAxis() ? "" : CursorTextX(held.X, view.IsInHours());
-    values.lbY = CursorTextY(held.Y);
-  }
+  ShowReading(held);
   const Tool tool = parts_.graph.ToolState;
   if (tool == Tool::kMarkLocation || tool == Tool::kCommentLocation) {
     values.lbXYLeft = held.X + kLabelAway * (view.XRight - view.XLeft);
@@ -103,6 +100,13 @@ void GraphTools::MouseMove(PlotPoint at) {
   if (parts_.graph.DragOn) {
     BandMove(held);
   }
+}
+
+// Also while its panel is hidden, so that it is right when the panel comes back.
+void GraphTools::ShowReading(PlotPoint at) {
+  const bool is_in_hours = parts_.graph.Shown().IsInHours();
+  parts_.values.lbX = parts_.plotter.HasReferenceAxis() ? "" : CursorTextX(at.X, is_in_hours);
+  parts_.values.lbY = CursorTextY(at.Y);
 }
 
 void GraphTools::MouseLeave() {
@@ -141,6 +145,7 @@ void GraphTools::MouseUp(PlotPoint at) {
   }
   graph.DragOn = false;
   const PlotPoint held = Held(at);
+  ShowReading(held);
   const Tool tool = graph.ToolState;
   if (tool == Tool::kPartRange) {
     TakePartRange();
@@ -335,6 +340,7 @@ void GraphTools::DropMarkPoint() {
 void GraphTools::BeginTool() {
   DropMarkPoint();
   parts_.values.Txt_for_MarkShown = false;
+  parts_.values.lbXYShown = false;
   parts_.values.picXYShown = true;
   parts_.plotter.RestorePicture(kPartView);
 }
@@ -350,6 +356,21 @@ void GraphTools::Start(int index) {
   graph.ToolState = index == 0 ? Tool::kFirstPoint : Tool::kChooseCurve;
   values.Up_ArrowShown = index == 1;
   Prompt(index == 0 ? "set 1st point" : "select a curve ...");
+}
+
+// While rows are drawn the scale of the overview is that of records.
+void GraphTools::DropDrag() {
+  GraphState& graph = parts_.graph;
+  if (graph.DragOn && graph.ToolState == Tool::kPartRange) {
+    const ViewFrame& view = graph.Views.at(kOverview);
+    Surface& picture = parts_.plotter.Surfaces().Views.at(kOverview).ImgC;
+    const Scale scale = picture.GetScale();
+    picture.SetScale(view.RestingScale());
+    parts_.plotter.PartFrame(picture);
+    picture.SetScale(scale);
+    parts_.plotter.RestorePicture(kOverview);
+  }
+  graph.DragOn = false;
 }
 
 void GraphTools::CancelTool() {

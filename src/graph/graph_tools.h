@@ -45,11 +45,16 @@ class GraphTools {
   // Leaves any tool of the part view.
   void CancelTool();
 
+  // Leaves a drag whose release is awaited: the part range stays as it was, and its rectangle is in
+  // the overview again. Allowed while rows are drawn.
+  void DropDrag();
+
   // What every button of a tool does first: the prompts and transient strokes of the tool
   // before it go.
   void BeginTool();
 
  private:
+  void ShowReading(PlotPoint at);
   void DropMarkPoint();
   void TakeCurve(int place);
   void BandMove(PlotPoint at);

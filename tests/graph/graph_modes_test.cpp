@@ -219,5 +219,58 @@ TEST(ModeOfTheHeader, BeyondTheListIsShownAsItsNearestEntry) {
   EXPECT_EQ(negative.View(kPartView).YBottom, 0);
 }
 
+// Nothing that belongs to the old frame is seen or goes out until the next tick.
+TEST(ChangeOfMode, IsInForceAtOnce) {
+  GraphBench bench;
+  OpenPart(bench, 0, Rising(60));
+  for (const int mode : {2, 0, 1}) {
+    bench.graph.CboXY_Click(mode);
+    EXPECT_EQ(bench.View(kPartView).YBottom, mode == 0 ? 0 : -500) << mode;
+    EXPECT_TRUE(bench.program.state.PartPrepared) << mode;
+    EXPECT_EQ(bench.View(kPartView).RecNow, bench.View(kPartView).RecEnd) << mode;
+    EXPECT_EQ(bench.graph.Inside().AxisTicks.AxisTickCount > 0, mode == 2) << mode;
+    EXPECT_TRUE(bench.Shown().TimerOn) << mode;
+    EXPECT_TRUE(bench.Shown().CboXYShown) << mode;
+  }
+}
+
+TEST(ChangeOfMode, GoesOutAsItIsSeen) {
+  GraphBench bench;
+  OpenPart(bench, 0, Rising(60));
+  bench.graph.CboXY_Click(2);
+  bench.program.graph_output.MnuGraph_Click();
+  ASSERT_TRUE(bench.program.clipboard.picture);
+  const auto texts = bench.program.clipboard.picture->Texts();
+  EXPECT_THAT(texts, testing::IsSupersetOf({"110", "120", "-400", "400"}));
+  EXPECT_EQ(std::ranges::count(texts, "900"), 0);
+}
+
+// Pictures of another size make the overview unpainted, behind the part view.
+TEST(ChangeOfMode, TakesTheOldReadingAway) {
+  GraphBench bench;
+  OpenPart(bench, 0, Rising(60));
+  for (const bool is_resized : {false, true}) {
+    if (is_resized) {
+      bench.graph.Resized();
+      bench.Tick();
+    }
+    bench.graph.PicC_MouseMove({20, 600});
+    EXPECT_NE(bench.Shown().lbY, "");
+    bench.graph.CboXY_Click(is_resized ? 0 : 1);
+    EXPECT_EQ(bench.Shown().lbX, "") << is_resized;
+    EXPECT_EQ(bench.Shown().lbY, "") << is_resized;
+  }
+}
+
+TEST(ReferenceMode, HasNoTicksOfAnotherRecordingWhereItsViewHasNoRows) {
+  GraphBench bench;
+  OpenPart(bench, 2, Rising(60));
+  ASSERT_GT(bench.graph.Inside().AxisTicks.AxisTickCount, 0);
+  bench.program.state.SampleCount[GraphBench::kSlot] = 0;
+  bench.program.state.PartPrepared = false;
+  bench.Tick();
+  EXPECT_EQ(bench.graph.Inside().AxisTicks.AxisTickCount, 0);
+}
+
 }  // namespace
 }  // namespace tavrel

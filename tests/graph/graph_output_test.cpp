@@ -303,5 +303,18 @@ TEST_F(TheOutput, DisablesTheButtonForTheTimeOfTheOutput) {
   ExpectAllIsBack();
 }
 
+// A view behind the rows of the file has one row less than none.
+TEST_F(TheOutput, CountsNoRowsBelowNone) {
+  for (const int rows : {0, 1, 5, 9}) {
+    program.dialogs.boxes.clear();
+    program.state.SampleCount[kSlot] = rows;
+    program.state.PartPrepared = false;
+    Tick();
+    output.MnuData_Click();
+    ASSERT_EQ(program.dialogs.boxes.size(), 1U);
+    EXPECT_EQ(program.dialogs.boxes[0].Text, "columns · rows = 4 · 0\ncontinue ?") << rows;
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -415,5 +415,126 @@ TEST_F(PartRange, ByTheKeyboardIsBegunAndEndedByThePress) {
   EXPECT_EQ(bench.graph.Inside().PartY2, 700);
 }
 
+// A drag wipes the old rectangle first, in the picture in memory too.
+class PartRectangle : public GraphTool {
+ protected:
+  PartRectangle() {
+    bench.graph.cmdOver_Click();
+    bench.Tick();
+    before_ = bench.ImgC(kOverview).Of(StrokeKind::kBox);
+    bench.graph.PicC_MouseDown({20, 200});
+    bench.graph.PicC_MouseMove({40, 400});
+  }
+  // The one rectangle, in the same place and scale, in both pictures.
+  void ExpectRectangle() {
+    ASSERT_THAT(before_, SizeIs(1));
+    EXPECT_EQ(bench.ImgC(kOverview).Of(StrokeKind::kBox), before_);
+    EXPECT_EQ(bench.PicC(kOverview).Of(StrokeKind::kBox), before_);
+    EXPECT_FALSE(bench.graph.Inside().DragOn);
+  }
+  void OpenAgain() {
+    bench.graph.Open();
+    bench.Tick();
+  }
+
+ private:
+  std::vector<Stroke> before_;
+};
+
+TEST_F(PartRectangle, StaysWhenEnterLeavesTheDrag) {
+  bench.graph.KeyEnter();
+  ExpectRectangle();
+  bench.Tick();
+  bench.graph.KeyEnter();
+  bench.Tick();
+  ExpectRectangle();
+}
+
+TEST_F(PartRectangle, StaysWhenEscapeLeavesTheDragAndTheGraph) {
+  bench.graph.KeyEscape();
+  bench.Tick();
+  ExpectRectangle();
+  OpenAgain();
+  ExpectRectangle();
+}
+
+TEST_F(PartRectangle, StaysWhenTheGraphIsClosedBeneathTheDrag) {
+  bench.graph.CloseNow();
+  ExpectRectangle();
+  OpenAgain();
+  ExpectRectangle();
+}
+
+TEST_F(PartRectangle, IsOneAfterTheNextDrag) {
+  bench.graph.KeyEnter();
+  bench.Tick();
+  bench.graph.KeyEnter();
+  bench.Tick();
+  bench.Drag({30, 300}, {60, 600});
+  const auto boxes = bench.ImgC(kOverview).Of(StrokeKind::kBox);
+  ASSERT_THAT(boxes, SizeIs(1));
+  EXPECT_EQ(boxes[0].At, (Segment{30, 300, 60, 600, kBlack}));
+}
+
+// The scale of the pictures is that of records while curves grow.
+TEST(PartRectangleOfALiveGraph, StaysInItsPlaceWhenEnterComesWhileRowsAreDrawn) {
+  GraphBench bench;
+  bench.LoadAndOpen(bench.Slopes(60));
+  bench.program.state.SampleCount[GraphBench::kSlot] = 20;
+  bench.ShowPart({10, 100}, {90, 900});
+  bench.graph.cmdOver_Click();
+  bench.Tick();
+  const auto before = bench.ImgC(kOverview).Of(StrokeKind::kBox);
+  ASSERT_THAT(before, SizeIs(1));
+  bench.graph.PicC_MouseDown({20, 200});
+  bench.program.state.SampleCount[GraphBench::kSlot] = 60;
+  bench.program.events.on_pump = [&bench] { bench.graph.KeyEnter(); };
+  bench.Tick();
+  EXPECT_EQ(bench.ImgC(kOverview).Of(StrokeKind::kBox), before);
+  EXPECT_EQ(bench.graph.Inside().ViewWanted, kPartView);
+}
+
+TEST_F(GraphTool, LabelOfAnAbandonedMarkGoesWhenAnotherToolBegins) {
+  for (const bool by_comment : {false, true}) {
+    for (const int tool : {0, 1, 2, 3, 4}) {
+      if (by_comment) {
+        bench.graph.PbMark_Click(2);
+        bench.graph.Txt_for_Mark_Change("text");
+        bench.graph.KeyEnter();
+      } else {
+        bench.graph.PbMark_Click(1);
+        bench.Click({30, 300});
+      }
+      ASSERT_TRUE(bench.Shown().lbXYShown);
+      tool < 2 ? bench.graph.PbEval_Click(tool) : bench.graph.PbMark_Click(tool - 2);
+      EXPECT_FALSE(bench.Shown().lbXYShown) << tool;
+      bench.graph.KeyEscape();
+      bench.graph.CancelTool();
+    }
+  }
+}
+
+// While the place of a mark's text is chosen the reading is hidden.
+TEST_F(GraphTool, ReadOutIsThatOfTheCursorAfterAMark) {
+  bench.graph.PicC_MouseMove({20, 200});
+  bench.graph.PbMark_Click(1);
+  bench.Click({20, 200});
+  bench.graph.PicC_MouseMove({40, 500});
+  bench.graph.PicC_MouseDown({41, 510});
+  bench.graph.PicC_MouseUp({42, 520});
+  EXPECT_TRUE(bench.Shown().picXYShown);
+  EXPECT_EQ(bench.Shown().lbX, "x = 42.00");
+  EXPECT_EQ(bench.Shown().lbY, "y = 520.0");
+}
+
+TEST_F(GraphTool, ReadOutIsThatOfTheCursorAfterAnAbandonedMark) {
+  bench.graph.PicC_MouseMove({20, 200});
+  bench.graph.PbMark_Click(2);
+  bench.graph.PicC_MouseMove({40, 500});
+  bench.graph.KeyEscape();
+  EXPECT_EQ(bench.Shown().lbX, "x = 40.00");
+  EXPECT_EQ(bench.Shown().lbY, "y = 500.0");
+}
+
 }  // namespace
 }  // namespace tavrel
