@@ -13,6 +13,9 @@ constexpr std::array<std::string_view, 22> kForeignExtensions = {
     "BAS", "BAT", "BMP", "COM", "CMD", "DOC", "EXE", "FRM", "FRX", "GIF", "ICO",
     "JPG", "PDF", "PRG", "RTF", "TXT", "USR", "VAR", "VBP", "VBW", "ZIP", "ZMK"};
 
+// The graph puts it behind the whole name of a recording, so it is looked for at the end.
+constexpr std::string_view kExported = ".ASC";
+
 }  // namespace
 
 bool IsDataFileName(std::string_view file_name) {
@@ -21,6 +24,9 @@ bool IsDataFileName(std::string_view file_name) {
     return false;
   }
   const std::string extension = UpperCase(file_name.substr(point + 1));
+  if (UpperCase(file_name).ends_with(kExported)) {
+    return false;
+  }
   return std::find(kForeignExtensions.begin(), kForeignExtensions.end(), extension) ==
          kForeignExtensions.end();
 }

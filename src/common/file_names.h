@@ -9,7 +9,7 @@ namespace tavrel {
 // extension of their own: it is the first three letters of the designation. So every name
 // counts that has something behind its first point, as long as that is none of the extensions
 // known to belong to other kinds of files. All behind the first point is the extension, so a
-// second point makes any name a recording file's.
+// second point makes any name a recording file's, but for an exported text: ".ASC" at its end.
 [[nodiscard]] bool IsDataFileName(std::string_view file_name);
 
 // The recording file that the program makes when it starts with none.

@@ -41,6 +41,11 @@ constexpr Lead LeadOf(unsigned char byte) {
   return {};
 }
 
+// Both ranges of them; the second one holds the five bytes that Windows-1252 leaves undefined.
+constexpr bool IsControl(char32_t code) {
+  return code < 0x20 || (code >= 0x7F && code < 0xA0);
+}
+
 constexpr bool IsCode(char32_t code) {
   return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
 }
@@ -192,6 +197,21 @@ std::string FirstCharacters(std::string_view utf8, std::size_t count) {
 
 std::string AfterCharacters(std::string_view utf8, std::size_t count) {
   return std::string(utf8.substr(BytesOf(utf8, count)));
+}
+
+std::string WithoutControls(std::string_view utf8) {
+  std::string text;
+  text.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const Character character = FirstOf(utf8);
+    if (!character.Broken && IsControl(character.Code)) {
+      text += ' ';
+    } else {
+      text += utf8.substr(0, character.Bytes);
+    }
+    utf8.remove_prefix(character.Bytes);
+  }
+  return text;
 }
 
 std::string ToWindows1252(std::string_view utf8) {

@@ -28,6 +28,9 @@ namespace tavrel {
 // What stands behind the first `count` characters.
 [[nodiscard]] std::string AfterCharacters(std::string_view utf8, std::size_t count);
 
+// With a blank in place of each control character, of which a text on one line has none.
+[[nodiscard]] std::string WithoutControls(std::string_view utf8);
+
 // A character that Windows-1252 does not know, and each broken byte of the UTF-8, becomes "?".
 [[nodiscard]] std::string ToWindows1252(std::string_view utf8);
 

@@ -30,17 +30,18 @@ struct Style {
 constexpr Style kFileStyle{42, "time (sec)          ", " =  ", "; ", "; \r\n"};
 constexpr Style kClipboardStyle{46, "time (sec)", "  ", "\t", "\r\n"};
 
-// A quote that is part of the text on both sides of a line.
+// A quote that is part of the text on both sides of a line. What would break the line, or would
+// split it where it is read, is a blank.
 std::string Quoted(const std::string& line) {
-  return '"' + line + '"' + kLineEnd;
+  std::string text = WithoutControls(line);
+  std::ranges::replace_if(
+      text, [](char c) { return c == '"' || c == ';'; }, ' ');
+  return '"' + text + '"' + kLineEnd;
 }
 
-// All 20 characters. What would break the line or the text is a blank.
+// All 20 characters.
 std::string FullName(const HeaderText& name) {
-  std::string bytes(name.Bytes.begin(), name.Bytes.end());
-  const auto is_control = [](char c) { return static_cast<unsigned char>(c) < ' '; };
-  std::ranges::replace_if(bytes, is_control, ' ');
-  return FromWindows1252(bytes);
+  return FromWindows1252(std::string(name.Bytes.begin(), name.Bytes.end()));
 }
 
 std::string ColumnLine(std::size_t number, const Style& style, std::string_view name) {

@@ -86,7 +86,7 @@ void GraphMarks::TakePoint(PlotPoint at) {
 }
 
 void GraphMarks::TakeComment() {
-  const std::string text = Trim(parts_.values.Txt_for_Mark);
+  const std::string text = Trim(WithoutControls(parts_.values.Txt_for_Mark));
   if (text.empty()) {
     parts_.cancel_tool();
     return;
@@ -118,7 +118,7 @@ void GraphMarks::TakeLocation() {
   const std::int16_t text_x = CodeX(view, place.X);
   const std::int16_t text_y = CodeY(view, place.Y);
   if (parts_.graph.ToolState == Tool::kCommentLocation) {
-    Keep({kNoPlace, kNoPlace, text_x, text_y}, Trim(parts_.values.Txt_for_Mark));
+    Keep({kNoPlace, kNoPlace, text_x, text_y}, Trim(WithoutControls(parts_.values.Txt_for_Mark)));
     return;
   }
   Keep({CodeX(view, first_.X), CodeY(view, first_.Y), text_x, text_y}, Trim(LabelOfPoint()));

@@ -59,7 +59,8 @@ void ShowMarkText(const UnitRecord& unit, int k, const ViewFrame& view, Surface&
   if (!IsPresent(codes.text_x, codes.text_y)) {
     return;
   }
-  const std::string text = Trim(unit.UnitMarkText.at(static_cast<std::size_t>(k - 1)).Get());
+  const std::string text =
+      Trim(WithoutControls(unit.UnitMarkText.at(static_cast<std::size_t>(k - 1)).Get()));
   const PlotPoint at{DecodeX(view, codes.text_x), DecodeY(view, codes.text_y)};
   PrintMarkText(view, at, " " + text + " ", to);
 }

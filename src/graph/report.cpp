@@ -16,6 +16,7 @@ namespace {
 constexpr Colour kBar{0xE0, 0xE0, 0xE0};
 constexpr Colour kShadow{0xC0, 0xC0, 0xC0};
 constexpr int kUsualWidth = 2;  // points
+constexpr const char* kDegrees = "°C";
 
 // Logical units, see PageLayout.
 constexpr double kHeaderText = 3;
@@ -113,22 +114,24 @@ void Report::DrawHeader() {
   PrintHeaderTexts();
 }
 
-// All three get smaller together where one of the outer ones would run into the middle one.
+// Each gets smaller by itself where it would run into another one. The middle one has half of the
+// header, the outer ones what it leaves on both sides.
 void Report::PrintHeaderTexts() {
   const double left = Layout().Left + kHeaderMargin;
   const double right = Layout().Right - kHeaderMargin;
   const std::string name = content_.Unit.ApparatusName();
   const std::string file = LowerCase(content_.FileName);
   page_.On().SetBold(true);
-  const double middle = page_.WidthOf(name) / 2;
-  page_.On().SetBold(false);
-  const double outer = std::max(page_.WidthOf(style_.Plant), page_.WidthOf(file));
-  font_.Fit(middle + outer, (right - left) / 2 - kHeaderGap);
-  page_.PrintLeft(left, kHeaderText, style_.Plant);
-  page_.PrintRight(right, kHeaderText, file);
-  page_.On().SetBold(true);
+  font_.Fit(page_.WidthOf(name), (right - left) / 2);
+  const double room = (right - left - page_.WidthOf(name)) / 2 - kHeaderGap;
   page_.PrintCentred(left, right, kHeaderText, name);
   page_.On().SetBold(false);
+  font_.Restore();
+  font_.Fit(page_.WidthOf(style_.Plant), room);
+  page_.PrintLeft(left, kHeaderText, style_.Plant);
+  font_.Restore();
+  font_.Fit(page_.WidthOf(file), room);
+  page_.PrintRight(right, kHeaderText, file);
   font_.Restore();
 }
 
@@ -185,6 +188,9 @@ void Report::DrawReferenceTicks() {
     const double x = MinutesOf(ticks.AxisTickX.at(place));
     const std::string text = Trim(ticks.AxisTickText.at(place));
     const double half = page_.On().TextWidth(text) / 2;
+    if (x < view.XLeft || x > view.XRight) {
+      continue;
+    }
     GridLineAt(x);
     if (x - half > last_right && x + half < view.XRight) {
       PrintBelow(x, text);
@@ -212,6 +218,9 @@ void Report::DrawValueTicks() {
     page_.Line(Layout().PlotLeft - kTickWide, y, Layout().PlotLeft, y);
     labels_left_ = std::min(labels_left_, labels_right - tick.Width);
   }
+  // The highest label ends beneath it.
+  page_.PrintRight(labels_right, Layout().PlotTop, kDegrees);
+  labels_left_ = std::min(labels_left_, labels_right - page_.WidthOf(kDegrees));
 }
 
 void Report::DrawLegend() {

@@ -32,7 +32,17 @@ TEST(IsDataFileName, RefusesExtensionsOfOtherKindsOfFilesWhateverTheirCase) {
 TEST(IsDataFileName, TakesExtensionsThatOnlyBeginLikeOthers) {
   EXPECT_TRUE(IsDataFileName("a.TXT1"));
   EXPECT_TRUE(IsDataFileName("a.EX"));
-  EXPECT_TRUE(IsDataFileName("a.asc"));
+  EXPECT_TRUE(IsDataFileName("a.asc1"));
+}
+
+// What the graph exports is called after its recording: the whole name and the extension.
+TEST(IsDataFileName, RefusesATextThatWasExported) {
+  for (const char* const name :
+       {"a.asc", "a.ASC", "M260314A.OVN.ASC", "M260314A.OVN.asc", "a..Asc"}) {
+    EXPECT_FALSE(IsDataFileName(name)) << name;
+  }
+  EXPECT_TRUE(IsDataFileName("M260314A.ASC.OVN"));
+  EXPECT_TRUE(IsDataFileName("M260314A.XASC"));
 }
 
 TEST(IsDataFileName, TakesANameWithTwoPointsBecauseAllBehindTheFirstCounts) {

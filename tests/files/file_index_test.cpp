@@ -97,6 +97,15 @@ TEST_F(Index, DropsForeignAndMissingExtensions) {
   EXPECT_EQ(Names(), (List{"S.ABC", "S.TXT.OLD"}));
 }
 
+TEST_F(Index, DropsTextsThatWereExported) {
+  Write("M260314A.OVN");
+  Write("M260314A.OVN.ASC");
+  Write("S260314A.OVN.asc");
+  Write("S260314A.ASC");
+  Build();
+  EXPECT_EQ(Names(), (List{"M260314A.OVN"}));
+}
+
 TEST_F(Index, LeavesOutTheFilesThatSlotsRecordTo) {
   Write("M260314A.OVN");
   Write("M260314B.OVN");

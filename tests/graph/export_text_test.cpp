@@ -136,6 +136,18 @@ TEST_F(TheExport, PutsBlanksForWhatWouldBreakALine) {
   EXPECT_NE(Ascii().find("\"column 03 =  w ll                \"\r\n"), std::string::npos);
 }
 
+// Readers of such files split a line at a semicolon, and at a quote that ends before the line.
+TEST_F(TheExport, PutsBlanksForWhatWouldSplitALineOfTheHead) {
+  for (const int place : {0, 1}) {
+    table.Columns[static_cast<std::size_t>(place)].Name.Set("6\"; \x7Fx;y\"\"");
+  }
+  table.FileName = "S\"A;B.OVN";
+  EXPECT_NE(Ascii().find("\"From Tavrel-file:    S A B.OVN\"\r\n"), std::string::npos);
+  EXPECT_NE(Ascii().find("\"column 02 =  6    x y            \"\r\n"), std::string::npos);
+  EXPECT_NE(Ascii().find("\"column 03 =  6    x y            \"\r\n"), std::string::npos);
+  EXPECT_NE(Clip().find("\"column 02  6    x y            \"\r\n"), std::string::npos);
+}
+
 TEST_F(TheExport, IsNoneWhereTheFileEndsBeforeItsRows) {
   table.LastRecord = 512;
   SampleReader reader(file);

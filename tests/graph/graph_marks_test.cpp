@@ -302,5 +302,16 @@ TEST_F(TheMarks, BeginATextThatIsWiderThanThePlotAtItsLeftEdge) {
   EXPECT_DOUBLE_EQ(page.strokes.at(0).At.X1, 10);
 }
 
+// A file of others, and a text from the clipboard, may hold any character.
+TEST_F(TheMarks, HaveBlanksForControlCharacters) {
+  Comment(
+      "a\tb\nc\x7F"
+      "d",
+      {30, 400});
+  EXPECT_EQ(Text(1), "a b c d");
+  Unit().UnitMarkText[0].Bytes = {'\x01', 'o', '\r', '\n', 'n', '\x1F', 'e', '\x7F', '\x81', '!'};
+  EXPECT_EQ(LastTexts(), std::vector<std::string>{" o  n e  ! "});
+}
+
 }  // namespace
 }  // namespace tavrel

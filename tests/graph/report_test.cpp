@@ -467,5 +467,77 @@ TEST_F(TheReport, ShowsPlotAndAxesOfAViewInFrontOfTheRecording) {
   EXPECT_EQ(page.Of(StrokeKind::kBox).size(), 1U);
 }
 
+TEST_F(TheReport, DrawsNoReferenceTickOutsideOfThePlot) {
+  ShowView(Slopes(80));
+  ReferenceTicks ticks;
+  for (const int row : {0, 9, 10, 30, 60, 61, 5000}) {
+    ticks.Add(500 + 3 * row, std::to_string(row));
+  }
+  UnitRecord unit = Unit();
+  unit.UnitGraphMode = kReferenceMode;
+  PaperSurface page(570, 820);
+  DrawReport(
+      {unit, graph.Inside().Curves, View(kPartView), ticks, program.state.SlotFileNo[kSlot], kName},
+      {}, kPortrait, page);
+  std::vector<double> columns;
+  for (const Stroke& line : page.LinesOf(kGrid)) {
+    if (line.At.X1 == line.At.X2) {
+      columns.push_back(line.At.X1);
+    }
+  }
+  EXPECT_THAT(columns, ElementsAre(10, 30, 60));
+  const auto texts = page.Texts();
+  EXPECT_EQ(std::ranges::count(texts, "61"), 0);
+  EXPECT_EQ(std::ranges::count(texts, "5000"), 0);
+}
+
+// Above the labels of the Y axis, whatever stands beneath the X axis.
+TEST_F(TheReport, NamesTheUnitOfTheValueAxis) {
+  ShowView(Slopes(80));
+  for (const int mode : {0, 1, 2}) {
+    graph.CboXY_Click(mode);
+    Tick();
+    program.graph_output.MnuGraph_Click();
+    for (const auto& [layout, page] :
+         {std::pair<const PageLayout&, const PaperSurface&>{kPortrait, Print(kPortraitPaper)},
+          {kLandscape, Print(kLandscapePaper)},
+          {kPicture, *program.clipboard.picture}}) {
+      const auto is_unit = [](const PrintedText& text) { return text.Text == "°C"; };
+      ASSERT_EQ(std::ranges::count_if(page.printed, is_unit), mode == 2 ? 2 : 1) << mode;
+      const auto unit = std::ranges::min_element(page.printed, {}, [&](const PrintedText& text) {
+        return is_unit(text) ? text.Left : page.dots_wide;
+      });
+      EXPECT_NEAR(Column(page, layout, unit->Right), layout.PlotLeft - 1, 1e-6);
+      EXPECT_NEAR((unit->Top + unit->Bottom) / 2 / page.dots_high * layout.Height, layout.PlotTop,
+                  1e-6);
+      ExpectNothingOverlaps(page);
+    }
+  }
+}
+
+TEST_F(TheReport, ShrinksALongCompanyAlone) {
+  program.state.Settings.Plant = std::string(60, 'W');
+  const PaperSurface& page = PrintSlopes();
+  EXPECT_LT(TextOn(page, program.state.Settings.Plant).Points, 10);
+  EXPECT_DOUBLE_EQ(TextOn(page, "Furnace 7").Points, 11);
+  EXPECT_DOUBLE_EQ(TextOn(page, "m260314a.ovn").Points, 11);
+  ExpectNothingOverlaps(page);
+}
+
+// A size that nobody can read, or that no page has room for, is held.
+TEST_F(TheReport, HoldsTheSizeOfTheFontWhereItCanBeRead) {
+  ShowView(Slopes(80));
+  for (const double size : {1e9, 1e-30, 1e38, 0.5, 1000.0}) {
+    program.state.Settings.PFontSize = static_cast<float>(size);
+    for (const auto& paper : {kPortraitPaper, kLandscapePaper}) {
+      const PaperSurface& page = Print(paper);
+      EXPECT_GE(TextOn(page, "200").Points, 4) << size;
+      EXPECT_LE(TextOn(page, "200").Points, 14) << size;
+      EXPECT_LE(page.largest_asked, 100) << size;
+      ExpectNothingOverlaps(page);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

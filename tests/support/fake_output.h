@@ -41,6 +41,7 @@ class PaperSurface : public StrokeSurface {
     SetScale({0, 0, width, height});
   }
   std::vector<PrintedText> printed;
+  double largest_asked = 0;  // points of all fonts that were set
 
   // In points from the left and the upper edge.
   [[nodiscard]] double PointsX(double x) const {
@@ -55,6 +56,10 @@ class PaperSurface : public StrokeSurface {
     const double height = std::abs(TextHeight() / (GetScale().Bottom - GetScale().Top));
     printed.push_back({std::string(text), PointsX(x), PointsY(y), PointsX(x) + width * dots_wide,
                        PointsY(y) + height * dots_high, is_bold, points});
+  }
+  void SetFont(const std::string& new_family, double new_points) override {
+    largest_asked = std::max(largest_asked, new_points);
+    StrokeSurface::SetFont(new_family, new_points);
   }
   [[nodiscard]] double TextWidth(std::string_view text) const override {
     return StrokeSurface::TextWidth(text) * Growth();
