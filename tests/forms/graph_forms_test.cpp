@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -260,6 +261,78 @@ TEST_F(GraphForms, ChangeTheAxes) {
     EXPECT_EQ(Unit().UnitGraphMode, 2);
     EXPECT_EQ(list->currentIndex(), 2);
     EXPECT_TRUE(WaitUntil([] { return TextOf("LblAxis_1") == "°C"; }));
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+TEST_F(GraphForms, LeaveTheKeyboardOnTheAxesThatItChanges) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    Find("CboXY")->setFocus();
+    for (const int mode : {1, 2}) {
+      Key(Qt::Key_Down);
+      EXPECT_EQ(Unit().UnitGraphMode, mode);
+      EXPECT_EQ(QApplication::focusWidget(), Find("CboXY")) << mode;
+    }
+    Key(Qt::Key_Home);
+    EXPECT_EQ(Unit().UnitGraphMode, 0);
+    EXPECT_EQ(QApplication::focusWidget(), Find("CboXY"));
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+TEST_F(GraphForms, GoOnWithThePlotWhenTheMouseChangedTheAxes) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    Find("CboXY")->setFocus();
+    Key(Qt::Key_Down);
+    auto* list = Find<QComboBox>("CboXY");
+    Click("CboXY");
+    ASSERT_TRUE(WaitUntil([list] { return list->view()->isVisible(); }));
+    QTest::keyClick(list->view(), Qt::Key_Down);
+    QTest::keyClick(list->view(), Qt::Key_Return);
+    EXPECT_EQ(Unit().UnitGraphMode, 2);
+    EXPECT_EQ(Form()->focusWidget(), Find("PicC_1"));
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+// The axes are hidden while curves are drawn, as soon as an event comes in the middle of that.
+TEST_F(GraphForms, GiveTheKeyboardBackToTheAxesBehindADrawing) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    Find("CboXY")->setFocus();
+    bool was_hidden = false;
+    QWidget* plot = Find("PicC_1");
+    program.events.on_pump = [&] {
+      QTest::mouseMove(plot, QPoint(20, 20));
+      was_hidden = was_hidden || !IsShown("CboXY");
+    };
+    program.state.PartPrepared = false;
+    ASSERT_TRUE(WaitUntil([&] { return was_hidden && !graph.Inside().GraphBusy; }));
+    program.events.on_pump = [] {};
+    ASSERT_TRUE(WaitUntil([] { return IsShown("CboXY"); }));
+    EXPECT_EQ(QApplication::focusWidget(), Find("CboXY"));
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+TEST_F(GraphForms, KeepTheirWidthWhenThePartViewComesFirst) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(WaitForOverview());
+    Form()->resize(Form()->minimumSizeHint());
+    QCoreApplication::processEvents();
+    const QSize before = Form()->size();
+    Click("cmdPart");
+    ASSERT_TRUE(WaitForPart());
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(IsShown("CboXY"));
+    EXPECT_EQ(Form()->size(), before);
+    EXPECT_EQ(Form()->minimumSizeHint().width(), before.width());
     Key(Qt::Key_Escape);
   });
   Run(Slopes(80));

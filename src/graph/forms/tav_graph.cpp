@@ -208,9 +208,12 @@ void TavGraph::MakeTools() {
   for (const char* item : kCboXYItems) {
     cbo_xy_->addItem(item);
   }
+  QSizePolicy keeps_its_place = cbo_xy_->sizePolicy();
+  keeps_its_place.setRetainSizeWhenHidden(true);
+  cbo_xy_->setSizePolicy(keeps_its_place);
   connect(cbo_xy_, &QComboBox::activated, this, [this](int index) {
     graph_.CboXY_Click(index);
-    AfterPress();
+    axes_by_key_ ? AfterSwitch() : AfterPress();
   });
 }
 
@@ -404,7 +407,9 @@ void TavGraph::Show() {
     }
   }
   legend_->ShowArrow(now.Up_ArrowShown);
+  QWidget* const before = focusWidget();
   ShowTools(now);
+  KeepKeyboard(before);
   ShowPrompts(now);
   if (now.TimerOn != timer_graph_.isActive()) {
     now.TimerOn ? timer_graph_.start() : timer_graph_.stop();
@@ -424,8 +429,29 @@ void TavGraph::ShowTools(const GraphValues& now) {
   }
   cbo_xy_->setVisible(now.CboXYShown);
   cbo_xy_->setCurrentIndex(now.CboXY);
+  // The one that goes first: a window that shows both for a moment would stay wider.
+  if (!now.cmdPartShown) {
+    cmd_part_->hide();
+  }
   cmd_over_->setVisible(now.cmdOverShown);
   cmd_part_->setVisible(now.cmdPartShown);
+}
+
+// A control that a drawing hides or disables loses the keyboard to another one. Behind the drawing
+// it has it again, unless the user went elsewhere meanwhile.
+void TavGraph::KeepKeyboard(QWidget* before) {
+  if (graph_.Inside().GraphBusy) {
+    if (before != focusWidget()) {
+      asleep_ = before;
+      instead_of_asleep_ = focusWidget();
+    }
+    return;
+  }
+  const bool is_awake = asleep_ != nullptr && asleep_->isVisible() && asleep_->isEnabled();
+  if (is_awake && focusWidget() == instead_of_asleep_) {
+    asleep_->setFocus();
+  }
+  asleep_ = nullptr;
 }
 
 void TavGraph::ShowPrompts(const GraphValues& now) {
@@ -482,6 +508,11 @@ void TavGraph::WatchKeys() {
 }
 
 bool TavGraph::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == cbo_xy_) {
+    const bool is_mouse =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Wheel;
+    axes_by_key_ = (axes_by_key_ || event->type() == QEvent::KeyPress) && !is_mouse;
+  }
   const bool is_key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
   if (!is_key || !IsEnterOrEscape(*static_cast<QKeyEvent*>(event))) {
     return ModalForm::eventFilter(watched, event);

@@ -2,6 +2,7 @@
 #define TAVREL_GRAPH_FORMS_TAV_GRAPH_H_
 
 #include <QLabel>
+#include <QPointer>
 #include <QTimer>
 #include <array>
 
@@ -72,6 +73,7 @@ class TavGraph : public ModalForm {
   void AfterSwitch();
   void AfterPress();
   void ShowTools(const GraphValues& now);
+  void KeepKeyboard(QWidget* before);
   void ShowPrompts(const GraphValues& now);
   void ShowComment(const GraphValues& now);
 
@@ -100,7 +102,10 @@ class TavGraph : public ModalForm {
   QLabel* lbl_res_ = nullptr;
   QTimer timer_graph_;
   QTimer fit_;
-  int focus_calls_ = 0;  // of the graph, that have been followed
+  int focus_calls_ = 0;                  // of the graph, that have been followed
+  bool axes_by_key_ = false;             // the axes were last touched by a key
+  QPointer<QWidget> asleep_;             // had the keyboard until a drawing put it to sleep
+  QPointer<QWidget> instead_of_asleep_;  // has the keyboard meanwhile
 };
 
 }  // namespace tavrel
