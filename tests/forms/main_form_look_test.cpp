@@ -41,6 +41,23 @@ TEST_F(MainFormLook, StandsInColumns) {
   EXPECT_LT(right_edge("lb_Ref_1"), right_edge("lb_Ctrl_1"));
 }
 
+// The longest recording is 32000 rows of an hour; a file may have any name.
+TEST_F(MainFormLook, HasRoomForTheLongestValues) {
+  InstallRows(12);
+  Start();
+  for (const int row : {0, 1, 7, 12}) {
+    for (const auto& [control, text] : {std::pair<const char*, const char*>{"lb_Rec", "319980.00"},
+                                        {"lb_File", "mmmmmmmm.mmm"},
+                                        {"lb_File", "wwwwwwww.www"},
+                                        {"lb_Ref", "-1638.4"},
+                                        {"lb_Ctrl", "-1638.4"}}) {
+      auto* cell = Find<QLabel>(qPrintable(QString("%1_%2").arg(control).arg(row)));
+      const int width = QFontMetrics(cell->font()).horizontalAdvance(text);
+      EXPECT_LE(width, cell->width()) << control << " " << text;
+    }
+  }
+}
+
 TEST_F(MainFormLook, KeepsItsSizeWhenTheSlotsAreAttached) {
   InstallRows(9);
   bench.state.SettingsRead = true;

@@ -1,5 +1,8 @@
 #include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
 #include <QProgressBar>
+#include <QStyleOptionFrame>
 
 #include "frame/forms/tavsett.h"
 #include "tests/forms/modal_bench.h"
@@ -247,6 +250,41 @@ TEST_F(WorkForms, ChooseAColourByMouseAndKeyboard) {
     Key(Qt::Key_Return);
   });
   Then("TavColor", [] { Click("CmdCancel"); });
+  Run();
+}
+
+TEST_F(WorkForms, HaveRoomForTheLongestTextsOfAHeader) {
+  StartProgram();
+  Then("TavWork", [] {
+    for (const int input : {1, 7, 15}) {
+      for (const char* column : {"Prod", "Comments"}) {
+        auto* edit = Find<QLineEdit>(qPrintable(QString("%1_%2").arg(column).arg(input)));
+        for (const char* text : {"Brennkammer Zone 101", "WWWWWWWWWWWWWWWWWWWW"}) {
+          QStyleOptionFrame option;
+          option.initFrom(edit);
+          const QRect inside =
+              edit->style()->subElementRect(QStyle::SE_LineEditContents, &option, edit) -
+              edit->textMargins();
+          constexpr int kCursorRoom = 4;  // the toolkit's own, on both sides of the text
+          EXPECT_LE(edit->fontMetrics().horizontalAdvance(text) + kCursorRoom, inside.width())
+              << column << " " << text;
+        }
+      }
+    }
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+TEST_F(WorkForms, ShowAnAmpersandInTheNameOfAProgram) {
+  StartProgram();
+  bench.state.ProgRunning[1] = true;
+  Unit().UnitProgName.Set("R&D.PRG");
+  Then("TavWork", [this] {
+    bench.Run(0.1);
+    EXPECT_EQ(Find<QGroupBox>("frProg")->title(), " r&&d.prg ");
+    Key(Qt::Key_Escape);
+  });
   Run();
 }
 

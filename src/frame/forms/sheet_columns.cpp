@@ -79,8 +79,8 @@ void SheetColumns::Measure(const QFont& base, const Setting& setting) {
   Degrees = std::max(WidthOf(ValueFont, "-8888.8"), WidthOf(HeadFont, "controller  [°C]"));
   Status =
       std::max(WidthOf(StatusFont, "disk !"), WidthOf(StatusFont, "dyn-")) + setting.cell_inset;
-  Hours = std::max(WidthOf(ValueFont, "8888.88"), WidthOf(HeadFont, "recorded  [h]"));
-  File = WidthOf(StatusFont, "m888888m.mmm");
+  Hours = std::max(WidthOf(ValueFont, "888888.88"), WidthOf(HeadFont, "recorded  [h]"));
+  File = WidthOf(StatusFont, "mmmmmmmm.mmm");  // "m260314a.ovn" and any other name
   Button = line + button_air;
   RowHeight = line + setting.row_air;
   StatusHeight = line + 8;

@@ -2,6 +2,8 @@
 
 #include <QGridLayout>
 #include <QPainter>
+#include <QScreen>
+#include <algorithm>
 
 #include "common/forms/modal_form.h"
 #include "frame/forms/muted_label.h"
@@ -14,9 +16,20 @@ enum Column { kNumber, kActual, kInput, kColor, kComments, kColumns };
 
 constexpr std::array<const char*, kColumns> kHeads = {"no.", "actual", "input", "color",
                                                       "comments"};
-constexpr int kTextCharacters = 22;  // the longest text of a header and some air
+constexpr int kLeastCharacters = 22;  // of a text, where the screen has no room for the widest
+constexpr int kOtherCharacters = 36;  // all else in a row
 constexpr int kActualCharacters = 9;
+constexpr int kTextAir = 18;  // beside a text in its field: margins and cursor
 constexpr int kRowAir = 10;
+
+// As wide as the widest text of a header, as long as both columns of texts have room on the screen.
+int TextWidth(const QWidget& table) {
+  const QFontMetrics metrics = table.fontMetrics();
+  const int character = metrics.averageCharWidth();
+  const int widest = metrics.horizontalAdvance(QString(kTextLength, 'W')) + kTextAir;
+  const int room = table.screen()->availableGeometry().width() - character * kOtherCharacters;
+  return std::max(character * kLeastCharacters, std::min(widest, room / 2));
+}
 
 }  // namespace
 
@@ -28,8 +41,8 @@ WorkTable::WorkTable(QWidget* parent) : QWidget(parent) {
   grid->setVerticalSpacing(0);
   const int character = fontMetrics().averageCharWidth();
   grid->setColumnMinimumWidth(kActual, character * kActualCharacters);
-  grid->setColumnMinimumWidth(kInput, character * kTextCharacters);
-  grid->setColumnMinimumWidth(kComments, character * kTextCharacters);
+  grid->setColumnMinimumWidth(kInput, TextWidth(*this));
+  grid->setColumnMinimumWidth(kComments, TextWidth(*this));
   grid->setColumnStretch(kInput, 1);
   grid->setColumnStretch(kComments, 1);
   MakeHeads(*grid);
