@@ -11,6 +11,8 @@
 #include "frame/forms/tavsett.h"
 #include "frame/settings_dialog.h"
 #include "graph/forms/tav_graph.h"
+#include "platform/checked_printer.h"
+#include "platform/cups_queues.h"
 #include "platform/file_system.h"
 #include "platform/instance_lock.h"
 #include "platform/qt/qt_clipboard.h"
@@ -240,7 +242,9 @@ class Program {
   QtShell shell_;
   QtSignals signals_;
   QtSerialPort port_{ProgramDirectory()};
-  QtPrinter printer_{events_};
+  QtPrinter qt_printer_{events_};
+  CupsQueues queues_;
+  CheckedPrinter printer_{qt_printer_, queues_};
   QtClipboard clipboard_;
   QtRegional regional_;
   ProgramLogic logic_{

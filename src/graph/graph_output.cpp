@@ -75,8 +75,7 @@ bool GraphOutput::IsStill(const std::string& file) const {
 }
 
 std::string GraphOutput::Target(const FileChoice& choice, const char* title) {
-  std::string path =
-      FindFile(StripSeparator(choice.Directory), choice.FileName).value_or(choice.FullName);
+  std::string path = FindPath(choice.FullName).value_or(choice.FullName);
   if (IsOpenInSlot(parts_.state, path)) {
     Warn(title, choice.FileName + "\nFile is in use");
     return "";

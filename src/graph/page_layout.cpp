@@ -4,19 +4,13 @@
 #include <cmath>
 
 #include "graph/graph_plotter.h"
+#include "platform/font_size.h"
 
 namespace tavrel {
 namespace {
 
 constexpr double kRow = 1;           // height of a row of the page
 constexpr double kProbePoints = 10;  // any size that is known
-constexpr double kLeastPoints = 4;   // a text that can be read
-constexpr double kMostPoints = 100;  // a toolkit measures it; no row is that high
-
-// 0 and less: the surface's own size.
-double HeldPoints(double points) {
-  return points <= 0 ? 0 : std::clamp(points, kLeastPoints, kMostPoints);
-}
 
 double Ratio(double span, double logical_span) {
   return span == 0 ? 1 / logical_span : span / logical_span;
@@ -68,7 +62,7 @@ double Page::LineHeight() const {
 }
 
 PageFont::PageFont(Page& page, const std::string& family, double points)
-    : page_(page), points_(HeldPoints(points)) {
+    : page_(page), points_(HeldFontSize(points)) {
   page_.On().SetFont(family, points_);
   page_.On().SetBold(false);
   if (points_ <= 0) {

@@ -249,6 +249,11 @@ std::optional<std::string> FindFile(const std::string& directory, std::string_vi
   return found;
 }
 
+std::optional<std::string> FindPath(const std::string& path) {
+  const std::size_t name = path.rfind(kSeparator) + 1;  // without a separator the sum wraps to 0
+  return FindFile(StripSeparator(path.substr(0, name)), path.substr(name));
+}
+
 bool HoldsName(const std::string& directory, const std::string& name) {
   std::error_code error;
   if (fs::exists(fs::symlink_status(ToPath(JoinPath(directory, name)), error))) {

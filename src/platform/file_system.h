@@ -36,6 +36,9 @@ struct NoAnswer {
 [[nodiscard]] std::optional<std::string> FindFile(const std::string& directory,
                                                   std::string_view name, NoAnswer& no_answer);
 
+// The same of a full path.
+[[nodiscard]] std::optional<std::string> FindPath(const std::string& path);
+
 // True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
 // directory, a device, a link that leads nowhere. A directory that cannot be read holds none.
 [[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);

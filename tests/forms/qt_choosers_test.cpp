@@ -5,7 +5,9 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -137,6 +139,51 @@ TEST_F(Choosers, GiveTheFontThatWasChosen) {
   EXPECT_TRUE(dialogs.FontDialog(font));
   EXPECT_EQ(font.Name, "DejaVu Serif");
   EXPECT_EQ(font.Size, 14);
+}
+
+// What the list shows is what a click on OK takes.
+TEST_F(Choosers, ShowTheFontThatIsSet) {
+  for (const auto& [name, size] : {std::pair<const char*, float>{"DejaVu Serif", 9.0F},
+                                   {"DejaVu Sans Mono", 14.0F},
+                                   {"DejaVu Sans", 10.5F},
+                                   {"No Such Font", 12.0F},
+                                   {"", 8.0F}}) {
+    FontChoice font{name, size};
+    const QString family = *name == '\0' ? QFont().family() : QFontInfo(QFont(name)).family();
+    WhenItComes<QFontDialog>([&, size = size](QFontDialog* dialog) {
+      EXPECT_EQ(dialog->currentFont().family(), family);
+      EXPECT_EQ(dialog->currentFont().pointSize(), qRound(size));
+      EXPECT_FALSE(dialog->currentFont().italic()) << name;
+      EXPECT_FALSE(dialog->currentFont().bold()) << name;
+      QStringList shown;
+      for (const auto* list : dialog->findChildren<QListView*>()) {
+        shown << list->currentIndex().data().toString();
+      }
+      EXPECT_TRUE(shown.contains(family)) << shown.join(" | ").toStdString();
+      QStringList sizes;
+      for (const auto* edit : dialog->findChildren<QLineEdit*>()) {
+        sizes << edit->text();
+      }
+      EXPECT_TRUE(sizes.contains(QString::number(qRound(size)))) << sizes.join(" | ").toStdString();
+      dialog->accept();
+    });
+    EXPECT_TRUE(dialogs.FontDialog(font));
+    EXPECT_EQ(font.Name, name);
+    EXPECT_EQ(font.Size, size);
+  }
+}
+
+// A size that no screen has room for would make a dialog of that height.
+TEST_F(Choosers, HoldTheSizeOfAFont) {
+  for (const auto& [size, shown] : {std::pair<float, float>{1e9F, 100}, {1e-30F, 4}}) {
+    FontChoice font{"DejaVu Sans", size};
+    WhenItComes<QFontDialog>([shown = shown](QFontDialog* dialog) {
+      EXPECT_EQ(dialog->currentFont().pointSizeF(), shown);
+      dialog->reject();
+    });
+    EXPECT_FALSE(dialogs.FontDialog(font));
+    EXPECT_EQ(font.Size, size);
+  }
 }
 
 TEST_F(Choosers, KeepTheFontAfterCancel) {

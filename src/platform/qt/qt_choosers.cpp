@@ -2,16 +2,19 @@
 
 #include <QFileDialog>
 #include <QFont>
+#include <QFontDatabase>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QStringList>
 
 #include "platform/file_system.h"
+#include "platform/font_size.h"
 #include "platform/qt/window_in_front.h"
 
 namespace tavrel {
 namespace {
 
-constexpr float kUsualSize = 11;  // points, where the settings hold none
+constexpr double kUsualSize = 11;  // points, where the settings hold none
 
 QString Text(const std::string& utf8) {
   return QString::fromStdString(utf8);
@@ -38,11 +41,19 @@ void Prepare(QFileDialog& dialog, const FileChoice& choice) {
   }
 }
 
-// The path as the disk spells it, if a file of that name in any case is there.
-std::optional<std::string> Existing(const std::string& path) {
-  FileChoice split;
-  split.Take(path);
-  return FindFile(StripSeparator(split.Directory), split.FileName);
+// The font that is in use for a choice: where the machine lacks the family that is another one.
+// The dialog knows whole points only, and a style only by the family's own name for it: without one
+// it shows the first of its list, which may be oblique.
+QFont ShownFont(const FontChoice& choice) {
+  const QFont wanted = choice.Name.empty() ? QFont() : QFont(Text(choice.Name));
+  const QString name = wanted.family();
+  const QString family =
+      QFontDatabase::families().contains(name) ? name : QFontInfo(wanted).family();
+  QFont font(family);
+  const double held = HeldFontSize(static_cast<double>(choice.Size));
+  font.setPointSize(qRound(held > 0 ? held : kUsualSize));
+  font.setStyleName(QFontInfo(font).styleName());
+  return font;
 }
 
 }  // namespace
@@ -53,7 +64,7 @@ void RunFileDialog(FileChoice& choice,
   Prepare(dialog, choice);
   while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
     const std::string path = dialog.selectedFiles().first().toStdString();
-    const std::optional<std::string> existing = Existing(path);
+    const std::optional<std::string> existing = FindPath(path);
     if (choice.Mode == FileMode::kOpen || !existing || may_replace(*existing)) {
       choice.Take(existing.value_or(path));
       return;
@@ -62,16 +73,22 @@ void RunFileDialog(FileChoice& choice,
   choice.Cancel();
 }
 
+// What was not changed stays as it is in the settings: the name of a font that this machine lacks,
+// the half of a point.
 bool RunFontDialog(FontChoice& choice) {
-  QFont font(Text(choice.Name));
-  font.setPointSizeF(choice.Size > 0 ? choice.Size : kUsualSize);
+  const QFont shown = ShownFont(choice);
   bool chosen = false;
-  const QFont next = QFontDialog::getFont(&chosen, font, WindowInFront(), "Font");
-  if (chosen) {
-    choice.Name = next.family().toStdString();
-    choice.Size = static_cast<float>(next.pointSizeF());
+  const QFont next = QFontDialog::getFont(&chosen, shown, WindowInFront(), "Font");
+  if (!chosen) {
+    return false;
   }
-  return chosen;
+  if (next.family() != shown.family()) {
+    choice.Name = next.family().toStdString();
+  }
+  if (next.pointSize() != shown.pointSize()) {
+    choice.Size = static_cast<float>(next.pointSize());
+  }
+  return true;
 }
 
 QString QtFilter(const std::string& filter) {

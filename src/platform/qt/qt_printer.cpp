@@ -1,7 +1,15 @@
 #include "platform/qt/qt_printer.h"
 
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinterInfo>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTabWidget>
 #include <algorithm>
 #include <string_view>
 
@@ -14,12 +22,90 @@ namespace {
 constexpr qreal kPointsPerInch = 72;
 constexpr int kPdfResolution = 1200;  // units to the inch
 
-// One printer and a number of copies; the choice of pages would be one of one.
+// The parts of the toolkit's dialog have no names but those of its widgets.
+template <typename Widget>
+Widget* PartOf(QPrintDialog& dialog, const char* name) {
+  return dialog.findChild<Widget*>(name);
+}
+
+// The number of copies stands in a part of the dialog that a third button shows and hides.
+void Unfold(QPrintDialog& dialog) {
+  auto* const buttons = dialog.findChild<QDialogButtonBox*>();
+  if (buttons == nullptr) {
+    return;
+  }
+  for (QAbstractButton* const button : buttons->buttons()) {
+    const auto role = buttons->buttonRole(button);
+    if (role != QDialogButtonBox::AcceptRole && role != QDialogButtonBox::RejectRole) {
+      button->click();
+      button->hide();
+    }
+  }
+}
+
+// One page has neither parts nor an order. The dialog shows again what is only hidden, so these
+// live on in a widget that is never shown.
+void OfferCopiesOnly(QPrintDialog& dialog) {
+  Unfold(dialog);
+  auto* const never_shown = new QWidget(&dialog);
+  never_shown->hide();
+  for (const char* const name : {"gbPrintRange", "collate", "reverse", "outputIcon"}) {
+    if (auto* const part = PartOf<QWidget>(dialog, name)) {
+      part->setParent(never_shown);
+    }
+  }
+  auto* const tabs = PartOf<QTabWidget>(dialog, "tabs");
+  auto* const copies = PartOf<QWidget>(dialog, "copiesTab");
+  if (tabs != nullptr && copies != nullptr) {
+    tabs->setCurrentWidget(copies);
+  }
+}
+
+// The dialog would leave the end of the document's name out, which is all that tells some of the
+// recordings of a day apart.
+void OfferFileName(QPrintDialog& dialog, const QString& document) {
+  auto* const name = PartOf<QLineEdit>(dialog, "filename");
+  if (name != nullptr && !document.isEmpty()) {
+    const QString directory = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const bool is_there = QFileInfo(directory).isDir();
+    name->setText((is_there ? directory : QDir::homePath()) + '/' + document + ".pdf");
+  }
+}
+
+// The dialog itself asks for the name as it is spelled.
+bool MayReplace(QPrintDialog& dialog, const QString& path) {
+  const auto existing = FindPath(path.toStdString());
+  if (!existing || QString::fromStdString(*existing) == path) {
+    return true;
+  }
+  QMessageBox box(QMessageBox::Warning, "Save As",
+                  QString::fromStdString(*existing) + "\n\nThis file exists already. Replace it ?",
+                  QMessageBox::Yes | QMessageBox::No, &dialog);
+  box.setObjectName("ReplaceQuestion");
+  box.setDefaultButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
 bool AskByDialog(QPrinter& printer) {
   QPrintDialog dialog(&printer, WindowInFront());
   dialog.setObjectName("PrintDialog");
   dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
-  return dialog.exec() == QDialog::Accepted;
+  OfferCopiesOnly(dialog);
+  OfferFileName(dialog, printer.docName());
+  while (dialog.exec() == QDialog::Accepted) {
+    const bool is_file = printer.outputFormat() == QPrinter::PdfFormat;
+    if (!is_file || MayReplace(dialog, printer.outputFileName())) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A printer that says nothing of colours is believed what its settings say.
+bool PrintsColours(const QPrinter& printer) {
+  const auto modes = QPrinterInfo::printerInfo(printer.printerName()).supportedColorModes();
+  const bool can = modes.isEmpty() || modes.contains(QPrinter::Color);
+  return can && printer.colorMode() == QPrinter::Color;
 }
 
 // A printer that is gone leaves the system's own choice.
@@ -53,16 +139,28 @@ bool QtPrinter::Choose(PrintChoice& choice) {
   printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
   printer_->setDocName(QString::fromStdString(choice.Document));
   Offer(*printer_, choice.PrinterName);
+  if (layout_) {
+    printer_->setPageLayout(*layout_);
+  }
   if (!set_up_(*printer_)) {
     printer_.reset();
     return false;
   }
+  layout_ = printer_->pageLayout();
   choice.Copies = std::max(printer_->copyCount(), 1);
   printer_->setCopyCount(1);
-  choice.IsColour = IsPdf() || printer_->colorMode() == QPrinter::Color;
+  choice.IsColour = IsPdf() || PrintsColours(*printer_);
   choice.PrinterName = IsPdf() ? kPdfPrinter : printer_->printerName().toStdString();
-  choice.OutputFile = IsPdf() ? printer_->outputFileName().toStdString() : "";
+  choice.OutputFile = IsPdf() ? TakeFileName() : "";
   return true;
+}
+
+// A file that is there already keeps the spelling of its name.
+std::string QtPrinter::TakeFileName() {
+  const std::string typed = printer_->outputFileName().toStdString();
+  const std::string path = FindPath(typed).value_or(typed);
+  printer_->setOutputFileName(QString::fromStdString(path));
+  return path;
 }
 
 Surface* QtPrinter::BeginPage() {

@@ -2,11 +2,13 @@
 #define TAVREL_PLATFORM_QT_QT_PRINTER_H_
 
 #include <QBuffer>
+#include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/printer.h"
@@ -19,7 +21,8 @@ namespace tavrel {
 inline constexpr const char* kPdfPrinter = "Print to File (PDF)";
 
 // The printers of the system, and PDF. On paper every page is a document of its own; the pages
-// of a PDF are one file, which comes into being when the job is over, whole or not at all.
+// of a PDF are one file, which comes into being when the job is over, whole or not at all. Size and
+// orientation of the paper are those of the last job, as long as the program runs.
 class QtPrinter : public Printer {
  public:
   // Lets the user set up the printer; false: the user left.
@@ -37,6 +40,7 @@ class QtPrinter : public Printer {
 
  private:
   [[nodiscard]] bool IsPdf() const;
+  [[nodiscard]] std::string TakeFileName();
   [[nodiscard]] bool BeginPaper();
   [[nodiscard]] bool BeginPdf();
   void Forget();
@@ -44,6 +48,7 @@ class QtPrinter : public Printer {
   QtEvents& events_;
   SetUp set_up_;
   std::unique_ptr<QPrinter> printer_;  // of the job that is on
+  std::optional<QPageLayout> layout_;  // size and orientation of the last job
   QByteArray pdf_;
   std::unique_ptr<QBuffer> pdf_buffer_;
   std::unique_ptr<QPdfWriter> pdf_writer_;

@@ -1,0 +1,36 @@
+#ifndef TAVREL_PLATFORM_PRINT_QUEUES_H_
+#define TAVREL_PLATFORM_PRINT_QUEUES_H_
+
+#include <optional>
+#include <string>
+
+namespace tavrel {
+
+// What the print server says of one of its queues, in its own words.
+struct PrintQueue {
+  bool IsThere = false;  // false also if no server answers
+  std::string State;     // "3" idle, "4" at work, "5" stopped
+  std::string Accepts;   // "true" or "false"
+};
+
+// The queues of the system's print server. The toolkit hands a page over and asks nobody whether
+// the server has taken it.
+class PrintQueues {
+ public:
+  virtual ~PrintQueues() = default;
+
+  // Empty: this system has no print server that could be asked.
+  [[nodiscard]] virtual std::optional<PrintQueue> Find(const std::string& name) = 0;
+
+  // False if the server has refused the last request of this thread.
+  [[nodiscard]] virtual bool HasTakenLast() = 0;
+};
+
+// True if a page that is handed to that queue now comes out. A queue that is stopped keeps what it
+// takes, and its paper would surprise somebody days later. A word that nobody knows is no reason to
+// keep a page back.
+[[nodiscard]] bool TakesPages(const PrintQueue& queue);
+
+}  // namespace tavrel
+
+#endif  // TAVREL_PLATFORM_PRINT_QUEUES_H_
