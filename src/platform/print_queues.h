@@ -31,6 +31,20 @@ class PrintQueues {
 // keep a page back.
 [[nodiscard]] bool TakesPages(const PrintQueue& queue);
 
+// What a printer says of its inks.
+struct PrinterInks {
+  bool SaysNothing = false;  // the rest means nothing then
+  bool KnowsColours = true;
+  bool PrefersGrey = false;  // its settings ask for grey, although it knows colours
+};
+
+// What a print dialog begins with. A black printer leaves the choice open for the others that the
+// user may turn to.
+[[nodiscard]] bool BeginsInColour(const PrinterInks& inks);
+
+// Whether a page gets colours if that was chosen in the dialog.
+[[nodiscard]] bool GetsColours(const PrinterInks& inks, bool is_colour_chosen);
+
 }  // namespace tavrel
 
 #endif  // TAVREL_PLATFORM_PRINT_QUEUES_H_

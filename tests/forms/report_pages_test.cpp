@@ -162,6 +162,17 @@ TEST_F(TheReportOnPaper, ShrinksLongTextsInsteadOfCuttingThem) {
   }
 }
 
+TEST_F(TheReportOnPaper, HasItsTextsWhateverTheSizeOfTheFont) {
+  ShowView(0);
+  for (const double size : {1e9, 1e-30, 1e38}) {
+    program.state.Settings.PFontSize = static_cast<float>(size);
+    const std::string text = PrintedText(QPageLayout::Landscape);
+    EXPECT_THAT(text, HasSubstr("Keramische Werke Musterstadt")) << size;
+    EXPECT_THAT(text, HasSubstr("Brennkammer Zone 101")) << size;
+    EXPECT_THAT(text, HasSubstr("Tavrel-2")) << size;
+  }
+}
+
 TEST_F(TheReportOnPaper, IsInColour) {
   SetCurves(2);
   ShowView(0);

@@ -2,12 +2,13 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QProgressBar>
-#include <QStyleOptionFrame>
+#include <QScreen>
 
 #include "frame/forms/tavsett.h"
 #include "tests/forms/modal_bench.h"
 #include "tests/support/work_bench.h"
 #include "tests/support/work_screens.h"
+#include "work/forms/work_table.h"
 #include "work/work_tips.h"
 
 namespace tavrel {
@@ -253,23 +254,39 @@ TEST_F(WorkForms, ChooseAColourByMouseAndKeyboard) {
   Run();
 }
 
+// Beside the margins of the field the toolkit keeps two dots on both sides of its text.
+int RoomIn(const QLineEdit& edit, int column) {
+  return column - edit.textMargins().left() - edit.textMargins().right() - 4;
+}
+
 TEST_F(WorkForms, HaveRoomForTheLongestTextsOfAHeader) {
   StartProgram();
   Then("TavWork", [] {
     for (const int input : {1, 7, 15}) {
       for (const char* column : {"Prod", "Comments"}) {
-        auto* edit = Find<QLineEdit>(qPrintable(QString("%1_%2").arg(column).arg(input)));
-        for (const char* text : {"Brennkammer Zone 101", "WWWWWWWWWWWWWWWWWWWW"}) {
-          QStyleOptionFrame option;
-          option.initFrom(edit);
-          const QRect inside =
-              edit->style()->subElementRect(QStyle::SE_LineEditContents, &option, edit) -
-              edit->textMargins();
-          constexpr int kCursorRoom = 4;  // the toolkit's own, on both sides of the text
-          EXPECT_LE(edit->fontMetrics().horizontalAdvance(text) + kCursorRoom, inside.width())
-              << column << " " << text;
-        }
+        const auto* edit = Find<QLineEdit>(qPrintable(QString("%1_%2").arg(column).arg(input)));
+        const QFontMetrics metrics = edit->fontMetrics();
+        const int usual = metrics.horizontalAdvance("Brennkammer Zone 101");
+        EXPECT_LE(usual, RoomIn(*edit, edit->width())) << column;
+        const int widest = metrics.horizontalAdvance(QString(20, 'W'));
+        EXPECT_LE(widest, RoomIn(*edit, WorkTable::TextColumn(metrics, 1280))) << column;
+        EXPECT_LE(usual, RoomIn(*edit, WorkTable::TextColumn(metrics, 640))) << column;
       }
+    }
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+TEST_F(WorkForms, FitIntoTheScreen) {
+  StartProgram();
+  Then("TavWork", [] {
+    const QSize least = Form()->minimumSizeHint();
+    const QFontMetrics metrics = Form()->fontMetrics();
+    for (const int screen : {1024, 1280, 1600}) {
+      const int wider = 2 * (WorkTable::TextColumn(metrics, screen) -
+                             WorkTable::TextColumn(metrics, Form()->screen()->size().width()));
+      EXPECT_LE(least.width() + wider, screen);
     }
     Key(Qt::Key_Escape);
   });

@@ -114,5 +114,27 @@ TEST_F(PrintOnAQueue, PassesOnWhatThePrinterSays) {
   EXPECT_FALSE(PrintPage());
 }
 
+TEST(PrinterInks, GiveColoursToAPrinterThatKnowsThem) {
+  const PrinterInks colour{false, true, false};
+  const PrinterInks grey_by_wish{false, true, true};
+  const PrinterInks black{false, false, true};
+  const PrinterInks silent{true, false, true};
+  for (const PrinterInks& inks : {colour, grey_by_wish, black, silent}) {
+    EXPECT_FALSE(GetsColours(inks, false));
+  }
+  EXPECT_TRUE(GetsColours(colour, true));
+  EXPECT_TRUE(GetsColours(grey_by_wish, true));
+  EXPECT_FALSE(GetsColours(black, true));
+  EXPECT_TRUE(GetsColours(silent, true));
+}
+
+// The user may turn from a black printer to one with colours.
+TEST(PrinterInks, BeginInGreyOnlyWhereThePrinterAsksForIt) {
+  EXPECT_TRUE(BeginsInColour({false, true, false}));
+  EXPECT_FALSE(BeginsInColour({false, true, true}));
+  EXPECT_TRUE(BeginsInColour({false, false, true}));
+  EXPECT_TRUE(BeginsInColour({true, false, true}));
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "platform/file_system.h"
+#include "platform/print_queues.h"
 #include "platform/qt/window_in_front.h"
 
 namespace tavrel {
@@ -101,11 +102,15 @@ bool AskByDialog(QPrinter& printer) {
   return false;
 }
 
-// A printer that says nothing of colours is believed what its settings say.
-bool PrintsColours(const QPrinter& printer) {
-  const auto modes = QPrinterInfo::printerInfo(printer.printerName()).supportedColorModes();
-  const bool can = modes.isEmpty() || modes.contains(QPrinter::Color);
-  return can && printer.colorMode() == QPrinter::Color;
+PrinterInks InksOf(const QPrinter& printer) {
+  const QPrinterInfo info = QPrinterInfo::printerInfo(printer.printerName());
+  const auto modes = info.supportedColorModes();
+  return {modes.isEmpty(), modes.contains(QPrinter::Color),
+          info.defaultColorMode() == QPrinter::GrayScale};
+}
+
+void SetColours(QPrinter& printer, bool is_colour) {
+  printer.setColorMode(is_colour ? QPrinter::Color : QPrinter::GrayScale);
 }
 
 // A printer that is gone leaves the system's own choice.
@@ -116,6 +121,7 @@ void Offer(QPrinter& printer, const std::string& name) {
   } else if (QPrinterInfo::availablePrinterNames().contains(wanted)) {
     printer.setPrinterName(wanted);
   }
+  SetColours(printer, BeginsInColour(InksOf(printer)));
 }
 
 }  // namespace
@@ -149,7 +155,9 @@ bool QtPrinter::Choose(PrintChoice& choice) {
   layout_ = printer_->pageLayout();
   choice.Copies = std::max(printer_->copyCount(), 1);
   printer_->setCopyCount(1);
-  choice.IsColour = IsPdf() || PrintsColours(*printer_);
+  const bool is_chosen = printer_->colorMode() == QPrinter::Color;
+  choice.IsColour = IsPdf() || GetsColours(InksOf(*printer_), is_chosen);
+  SetColours(*printer_, choice.IsColour);
   choice.PrinterName = IsPdf() ? kPdfPrinter : printer_->printerName().toStdString();
   choice.OutputFile = IsPdf() ? TakeFileName() : "";
   return true;

@@ -16,22 +16,20 @@ enum Column { kNumber, kActual, kInput, kColor, kComments, kColumns };
 
 constexpr std::array<const char*, kColumns> kHeads = {"no.", "actual", "input", "color",
                                                       "comments"};
-constexpr int kLeastCharacters = 22;  // of a text, where the screen has no room for the widest
-constexpr int kOtherCharacters = 36;  // all else in a row
+constexpr int kOtherCharacters = 82;  // all else in the width of the worksheet
 constexpr int kActualCharacters = 9;
 constexpr int kTextAir = 18;  // beside a text in its field: margins and cursor
 constexpr int kRowAir = 10;
 
-// As wide as the widest text of a header, as long as both columns of texts have room on the screen.
-int TextWidth(const QWidget& table) {
-  const QFontMetrics metrics = table.fontMetrics();
-  const int character = metrics.averageCharWidth();
-  const int widest = metrics.horizontalAdvance(QString(kTextLength, 'W')) + kTextAir;
-  const int room = table.screen()->availableGeometry().width() - character * kOtherCharacters;
-  return std::max(character * kLeastCharacters, std::min(widest, room / 2));
-}
-
 }  // namespace
+
+int WorkTable::TextColumn(const QFontMetrics& metrics, int screen_width) {
+  const auto width_of = [&metrics](QChar letter) {
+    return metrics.horizontalAdvance(QString(kTextLength, letter)) + kTextAir;
+  };
+  const int room = screen_width - metrics.averageCharWidth() * kOtherCharacters;
+  return std::clamp(room / 2, width_of('n'), width_of('W'));
+}
 
 WorkTable::WorkTable(QWidget* parent) : QWidget(parent) {
   setObjectName("Sheet");
@@ -41,8 +39,9 @@ WorkTable::WorkTable(QWidget* parent) : QWidget(parent) {
   grid->setVerticalSpacing(0);
   const int character = fontMetrics().averageCharWidth();
   grid->setColumnMinimumWidth(kActual, character * kActualCharacters);
-  grid->setColumnMinimumWidth(kInput, TextWidth(*this));
-  grid->setColumnMinimumWidth(kComments, TextWidth(*this));
+  const int text_column = TextColumn(fontMetrics(), screen()->availableGeometry().width());
+  grid->setColumnMinimumWidth(kInput, text_column);
+  grid->setColumnMinimumWidth(kComments, text_column);
   grid->setColumnStretch(kInput, 1);
   grid->setColumnStretch(kComments, 1);
   MakeHeads(*grid);

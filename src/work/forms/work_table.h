@@ -18,6 +18,10 @@ namespace tavrel {
 class WorkTable : public QWidget {
   Q_OBJECT
  public:
+  // The width of both columns of texts: 20 characters of the usual kind, or of any where the screen
+  // has room for the whole worksheet then.
+  [[nodiscard]] static int TextColumn(const QFontMetrics& metrics, int screen_width);
+
   explicit WorkTable(QWidget* parent);
 
   void Show(const WorksheetValues& now);
