@@ -166,7 +166,7 @@ bool QtPrinter::Choose(PrintChoice& choice) {
 // A file that is there already keeps the spelling of its name.
 std::string QtPrinter::TakeFileName() {
   const std::string typed = printer_->outputFileName().toStdString();
-  const std::string path = FindPath(typed).value_or(typed);
+  std::string path = FindPath(typed).value_or(typed);
   printer_->setOutputFileName(QString::fromStdString(path));
   return path;
 }
