@@ -377,7 +377,7 @@ class Comparer {
     findings_.told_uncertain = told_.Count(ToldDoubt::Kind::kUncertain);
     for (const ToldLoss& loss : told_.Losses()) {
       findings_.told_lost += loss.sets.value_or(0);
-      const int about = loss.sets ? std::max(2, *loss.sets / 50) : kAnyNumber;
+      const int about = loss.sets ? std::max(2, *loss.sets / 10) : kAnyNumber;
       findings_.about += loss.is_about ? about : 0;
     }
   }
