@@ -257,6 +257,40 @@ TEST_F(CopyDialog, ServesTheProgramBetweenFilesAndMayBeStopped) {
   EXPECT_FALSE(form.IsOpen());
 }
 
+// Three files of 3 MB: each is asked about before it and behind its first and second part.
+TEST_F(CopyDialog, IsStoppedWithinALargeFile) {
+  const std::string large(3 * 1024 * 1024, 'x');
+  for (const char* name : {"M260101A.OVN", "M260102A.OVN", "M260103A.OVN"}) {
+    bench.WriteFile("tavdat", name, large);
+  }
+  Open();
+  bench.program.events.on_pump = [this] {
+    if (bench.program.events.pumps == 5) {
+      form.Leave();
+    }
+  };
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(bench.program.events.pumps, 5);
+  EXPECT_EQ(Boxes(), (List{Question(), "1  file(s) copied"}));
+  EXPECT_EQ(Copied("M260101A.OVN"), large);
+  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 1);
+  EXPECT_FALSE(form.IsOpen());
+}
+
+TEST_F(CopyDialog, EndsWithTheProgramWithoutABox) {
+  const std::string large(3 * 1024 * 1024, 'x');
+  bench.WriteFile("tavdat", "M260102A.OVN", large);
+  Open();
+  bench.program.events.on_pump = [this] {
+    bench.program.events.end_is_wanted = bench.program.events.pumps == 3;
+  };
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(bench.program.events.pumps, 3);
+  EXPECT_EQ(Boxes(), List{Question()});
+  EXPECT_EQ(Copied("M260101A.OVN"), "M260101A.OVN");
+  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 1);
+}
+
 TEST_F(CopyDialog, ShowsHowFarItIsWhenItTakesLong) {
   Open();
   std::vector<int> percents;
