@@ -51,6 +51,7 @@ class Program {
         form_->Show();
       }
     });
+    events_.WatchEnd([this] { return is_ending_ || signals_.HasRequest(); });
     QObject::connect(&signals_, &QtSignals::EndRequested, [this] { End(); });
     end_again_.setSingleShot(true);
     end_again_.callOnTimeout([this] { End(); });
@@ -189,6 +190,7 @@ class Program {
   }
 
   void ShowMainForm() {
+    has_settings_ = true;
     events_.SetPointer(Pointer::kHourglass);
     const int top = splash_->y();
     // From here on only the main form ends the program: a box may be the only window for a while.
@@ -206,21 +208,26 @@ class Program {
   }
 
   // A signal from outside ends the program as its close box does, later if a rule has to finish
-  // something on an instrument first.
+  // something on an instrument first. Before the settings are loaded there is nothing to shut down.
+  // All boxes and forms are left at once: a box that would have to agree could refuse.
   void End() {
-    if (form_ != nullptr) {
+    is_ending_ = true;
+    if (has_settings_) {
       logic_.window.Close();
       if (!logic_.window.HasEnded()) {
         end_again_.start(kTickMilliseconds);
         return;
       }
+    }
+    if (form_ != nullptr) {
       form_->close();
     }
-    QCoreApplication::quit();
+    QCoreApplication::exit(0);
   }
 
   // Whoever ends the session tells the program afterwards to quit.
   void EndSession() {
+    is_ending_ = true;
     logic_.window.Close();
     if (!logic_.window.HasEnded()) {
       End();
@@ -256,6 +263,8 @@ class Program {
   std::unique_ptr<TavGraph> graph_form_;  // a child of work_form_: goes before that
   QTimer end_again_;                      // until no rule is at work on an instrument
   TavWait* wait_form_ = nullptr;          // while it is shown
+  bool has_settings_ = false;             // the start is past its splash
+  bool is_ending_ = false;                // somebody outside wants the end
 };
 
 }  // namespace

@@ -60,14 +60,17 @@ void CopyFiles::cmdCopy_Click(const std::function<void()>& show) {
     text = std::to_string(counts.Data) + "  data-file(s)\n" + std::to_string(counts.Curves) +
            "  curve-file(s)";
   }
-  parts_.dialogs.Message({text, kTitle, BoxIcon::kInformation});
+  if (!parts_.events.EndIsWanted()) {
+    parts_.dialogs.Message({text, kTitle, BoxIcon::kInformation});
+  }
   if (counts.Data + counts.Curves > 0 || stop_) {
     stop_ = false;
     Leave();
   }
 }
 
-// The event queue is served after each file: a slow medium must not hold up the measuring cycle.
+// The event queue is served after each file and within large ones: a slow medium must not hold up
+// the measuring cycle.
 CopyFiles::Counts CopyFiles::CopyAll(const std::string& target, const std::function<void()>& show) {
   const std::vector<std::string> names = parts_.open_file.SelectedNames();
   Counts counts;
@@ -75,10 +78,11 @@ CopyFiles::Counts CopyFiles::CopyAll(const std::string& target, const std::funct
   ProgressMeter meter(parts_.clock, [&](int percent) { values_.Progress = percent; });
   values_.IsCopying = true;
   parts_.events.SetPointer(Pointer::kHourglass);
-  for (std::size_t done = 0; done < names.size() && !stop_ && outcome != Outcome::kStop; ++done) {
+  for (std::size_t done = 0; done < names.size() && !IsToEnd() && outcome != Outcome::kStop;
+       ++done) {
     meter.Step(done, names.size());
     show();
-    parts_.events.Pump();
+    static_cast<void>(ServeEvents());
     const std::string name = UpperCase(Trim(names[done]));
     outcome = CopyOne(name, target);
     counts.Data += outcome == Outcome::kCopied ? 1 : 0;
@@ -94,6 +98,12 @@ CopyFiles::Counts CopyFiles::CopyAll(const std::string& target, const std::funct
   return counts;
 }
 
+// False: the copying is to end.
+bool CopyFiles::ServeEvents() {
+  parts_.events.Pump();
+  return !IsToEnd();
+}
+
 CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string& target) {
   const std::string from = PlaceOf(parts_.open_file.Directory(), name);
   const std::string to = PlaceOf(target, name);
@@ -105,10 +115,13 @@ CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string
     Refuse(name, "File is in use");
     return Outcome::kNot;
   }
-  const std::string problem = CopyFileTo(from, to);
+  const std::string problem = CopyFileTo(from, to, [this] { return ServeEvents(); });
   if (problem.empty()) {
     parts_.state.IndexValid = false;
     return Outcome::kCopied;
+  }
+  if (IsToEnd()) {
+    return Outcome::kStop;
   }
   const bool goes_on =
       parts_.dialogs.AskOk({"Cannot copy:" + name + "\n" + problem, kTitle, BoxIcon::kWarning});

@@ -22,7 +22,7 @@ struct CopyFilesValues {
   std::string lbPath;   // the directory that is copied to
   std::string noFiles;  // how many files are selected
   int Progress = kNoProgress;
-  bool IsCopying = false;  // nothing can be chosen; leaving ends the copying after this file
+  bool IsCopying = false;  // nothing can be chosen; leaving ends the copying
   Language TipLanguage = Language::kEnglish;
 };
 
@@ -71,6 +71,8 @@ class CopyFiles {
 
   [[nodiscard]] Counts CopyAll(const std::string& target, const std::function<void()>& show);
   [[nodiscard]] Outcome CopyOne(const std::string& name, const std::string& target);
+  [[nodiscard]] bool ServeEvents();
+  [[nodiscard]] bool IsToEnd() const { return stop_ || parts_.events.EndIsWanted(); }
   void Refuse(const std::string& name, const std::string& reason);
   [[nodiscard]] bool HasCompanions() const;
   void SetDestPath(const std::string& path);

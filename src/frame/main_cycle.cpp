@@ -1,8 +1,12 @@
 #include "frame/main_cycle.h"
 
+#include <algorithm>
+#include <string>
+
 namespace tavrel {
 namespace {
 
+constexpr float kMinute = 60;             // seconds
 constexpr double kMidnightGuard = 86300;  // seconds since midnight; from here on the cycle waits
 
 // Screens whose next step hangs on the running light.
@@ -67,7 +71,11 @@ void MainCycle::PumpBetweenTicks() {
 void MainCycle::RunTick() {
   const KeepLinkArguments keep(parts_.link);
   const Messages::Deferral deferral(parts_.messages);
-  if (StandsAtMidnight() || !parts_.link.IsSettled()) {
+  if (StandsAtMidnight()) {
+    ServeAtMidnight();
+    return;
+  }
+  if (!parts_.link.IsSettled()) {
     return;
   }
   const bool is_free = ServeScreen();
@@ -92,6 +100,13 @@ bool MainCycle::StandsAtMidnight() {
     ArmAll();
   }
   return false;
+}
+
+// A controller is off while its wait bar runs: that must not take until the next day.
+void MainCycle::ServeAtMidnight() {
+  if (parts_.state.ActiveView == View::kTavWait) {
+    static_cast<void>(ServeScreen());
+  }
 }
 
 void MainCycle::ArmAll() {
@@ -152,9 +167,8 @@ void MainCycle::DoFreeWork() {
   if (!guests_.read_back || !guests_.read_back()) {
     parts_.engine.PumpOnce();
   }
-  if (IsPast(state.TickMinute) && next_program_ > kSlots) {
-    state.TickMinute += 60;
-    next_program_ = 1;
+  if (next_program_ > kSlots) {
+    BeginMinute();
   }
   StepPrograms();
   if (IsPast(state.TickFlush)) {
@@ -163,10 +177,40 @@ void MainCycle::DoFreeWork() {
   }
 }
 
-// Behind a step that failed the others wait for one of the next ticks, instead of holding up the
-// user interface until the line has settled.
+void MainCycle::BeginMinute() {
+  RunState& state = parts_.state;
+  if (!IsPast(state.TickMinute)) {
+    is_catching_up_ = false;
+    return;
+  }
+  TellCatchUp();
+  state.TickMinute += kMinute;
+  next_program_ = 1;
+}
+
+// After the machine has slept, or the cycle has stood still for a form, the programs make up for
+// the minutes that they missed. The user is told once how many these are.
+void MainCycle::TellCatchUp() {
+  const RunState& state = parts_.state;
+  const auto is_running = [](bool runs) { return runs; };
+  const int minutes = static_cast<int>((Timer() - state.TickMinute) / kMinute);
+  if (is_catching_up_ || minutes < 1 ||
+      std::none_of(state.ProgRunning.begin(), state.ProgRunning.end(), is_running)) {
+    return;
+  }
+  is_catching_up_ = true;
+  const std::string count = std::to_string(minutes) + (minutes == 1 ? " minute" : " minutes");
+  parts_.messages.Report(0, {"The controller programs stood still for " + count +
+                                 ".\nThey make up for it now: their steps follow at once.",
+                             "controller  program"});
+}
+
+// Only one step that uses the line: a ramp takes five exchanges. Behind one that failed the others
+// wait for one of the next ticks, instead of holding up the user interface until the line has
+// settled.
 void MainCycle::StepPrograms() {
-  while (next_program_ <= kSlots && parts_.link.IsSettled()) {
+  const auto before = parts_.link.Exchanges();
+  while (next_program_ <= kSlots && parts_.link.IsSettled() && parts_.link.Exchanges() == before) {
     if (guests_.step_program) {
       guests_.step_program(next_program_);
     }

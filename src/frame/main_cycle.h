@@ -40,7 +40,8 @@ class MainCycle {
   struct Guests {
     std::function<void()> refresh_worksheet;
     std::function<void()> advance_wait_bar;
-    std::function<void(int slot)> step_program;  // once a minute, slots 1..12 in that order
+    std::function<void(int slot)> step_program;  // once a minute, slots 1..12 in that order, one
+                                                 // that uses the line in a tick
     std::function<bool()> read_back{};           // on a free tick; true: it has used the line
   };
 
@@ -83,13 +84,17 @@ class MainCycle {
   [[nodiscard]] bool ServeScreen();
   void BlinkTrigger();
   void DoFreeWork();
+  void BeginMinute();
+  void TellCatchUp();
   void StepPrograms();
+  void ServeAtMidnight();
 
   Parts parts_;
   Guests guests_;
   bool enabled_ = false;
   bool in_tick_ = false;
   int next_program_ = kSlots + 1;  // slot whose program is stepped next; none is beyond the slots
+  bool is_catching_up_ = false;    // more than one minute of the programs was due
   double last_timer_ = 0;          // seconds since midnight at the tick before
 };
 

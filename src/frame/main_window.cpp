@@ -74,20 +74,23 @@ Notice MainWindow::PortErrorNotice(BoxIcon icon) const {
 }
 
 void MainWindow::MnuSettings() {
+  if (IsEnding()) {
+    return;  // at the box before this
+  }
   parts_.sheet.ShowCommands(false);
   do {
     parts_.events.SetPointer(Pointer::kHourglass);
     parts_.screens.Show(View::kTavSett);
     parts_.events.SetPointer(Pointer::kNormal);
-    if (ended_) {
+    if (IsEnding()) {
       return;
     }
     LinkOpen();
     if (parts_.link.PortError != 0 &&
-        !parts_.dialogs.AskRetry(PortErrorNotice(BoxIcon::kCritical))) {
+        !parts_.dialogs.AskRetry(PortErrorNotice(BoxIcon::kCritical)) && !IsEnding()) {
       MnuExit();
     }
-  } while (parts_.link.PortError != 0 && !ended_);
+  } while (parts_.link.PortError != 0 && !IsEnding());
   parts_.sheet.ShowCommands(true);
 }
 
@@ -142,9 +145,18 @@ void MainWindow::ReadOut() {
       continue;
     }
     LetLineSettle();
-    parts_.engine.PumpOnce();
+    PumpOrRest();
     parts_.sheet.RefreshInfo();
     parts_.events.Repaint();
+  }
+}
+
+// A comparison of columns waits for its next look without an exchange, for up to an interval.
+void MainWindow::PumpOrRest() {
+  const auto before = parts_.link.Exchanges();
+  parts_.engine.PumpOnce();
+  if (parts_.link.Exchanges() == before) {
+    parts_.events.Rest(std::chrono::milliseconds(kTickMilliseconds));
   }
 }
 

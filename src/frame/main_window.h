@@ -68,10 +68,13 @@ class MainWindow {
   [[nodiscard]] bool HasEnded() const { return ended_; }
 
  private:
+  // Nobody is left to answer: no box may be asked again.
+  [[nodiscard]] bool IsEnding() const { return ended_ || parts_.events.EndIsWanted(); }
   void ShowForm(const MenuEntry& entry);
   void ShutDown();
   void MarkLastSets();
   void ReadOut();
+  void PumpOrRest();
   void RepeatStopOrders(bool at_once);
   [[nodiscard]] bool WaitForMore();
   [[nodiscard]] bool AnyKeepsReading();

@@ -13,7 +13,6 @@
 namespace tavrel {
 namespace {
 
-constexpr const char* kDataDirectory = "tavdat";
 constexpr char kUnknown = '?';   // company and user before they are told
 constexpr int kTypeInForce = 4;  // the one link variant that is in use
 

@@ -54,6 +54,8 @@ class SettingsStore {
   std::optional<ActiveNames> names_on_disk_;  // as last read or written; empty: nobody knows
 };
 
+inline constexpr const char* kDataDirectory = "tavdat";
+
 // The directory where recording files are: DefPath, or the directory tavdat beside the settings
 // if that is empty, which is then made if missing.
 [[nodiscard]] std::string DataDirectory(const RunState& state);

@@ -67,6 +67,8 @@ bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_l
     parts_.dialogs.Message({"Installation is incomplete !", "TAVREL", BoxIcon::kWarning});
     return false;
   }
+  RemoveLeftovers(state.DataHome);
+  RemoveLeftovers(JoinPath(state.DataHome, kDataDirectory));
   return true;
 }
 
@@ -114,23 +116,23 @@ bool StartUp::MainFormLoad() {
     parts_.events.SetPointer(Pointer::kNormal);
     parts_.screens.Show(View::kTavSett);
   }
-  if (parts_.window.HasEnded()) {
+  if (IsEnding()) {
     return false;
   }
   OpenLine();
-  if (parts_.link.PortError != 0) {
+  if (parts_.link.PortError != 0 && !IsEnding()) {
     parts_.dialogs.Message(parts_.window.PortErrorNotice(BoxIcon::kInformation));
     parts_.window.MnuSettings();
   }
   parts_.sheet.SetCaptionAndTips();
   state.ActiveInet = 0;
-  return !parts_.window.HasEnded();
+  return !IsEnding();
 }
 
 // A program that was killed just now may keep its port for a moment.
 void StartUp::OpenLine() {
   parts_.window.LinkOpen();
-  for (int retry = 0; parts_.link.PortInUse && retry < kPortInUseRetries; ++retry) {
+  for (int retry = 0; parts_.link.PortInUse && retry < kPortInUseRetries && !IsEnding(); ++retry) {
     parts_.events.Rest(kPortInUseRetry);
     parts_.window.LinkOpen();
   }
@@ -151,9 +153,13 @@ void StartUp::MainFormShow() {
   }
   ReadBacklog();
   SweepControllers();
-  if (parts_.window.HasEnded()) {
-    return;  // closed while the sweep painted
+  if (!IsEnding()) {
+    ShowSheet();
   }
+}
+
+void StartUp::ShowSheet() {
+  RunState& state = parts_.state;
   state.ActiveView = View::kMainSheet;
   parts_.sheet.ShowPanel();
   parts_.sheet.RefreshInfo();
@@ -169,7 +175,7 @@ void StartUp::FinishStopOrders() {
   StopOrders& orders = parts_.engine.Orders();
   orders.Load();
   const std::vector<StopOrder> left = orders.All();
-  for (std::size_t sent = 0; sent < left.size() && orders.CanSend(); ++sent) {
+  for (std::size_t sent = 0; sent < left.size() && orders.CanSend() && !IsEnding(); ++sent) {
     parts_.window.LetLineSettle();
     static_cast<void>(orders.SendDue());
     parts_.events.Repaint();
@@ -192,7 +198,7 @@ void StartUp::ReadBacklog() {
   Link& link = parts_.link;
   state.BacklogCount = 0;
   for (int slot = 1; slot <= kSlots; ++slot) {
-    if (state.SlotFile[slot].empty()) {
+    if (state.SlotFile[slot].empty() || IsEnding()) {
       continue;
     }
     const UnitRecord& unit = state.Unit[slot];
@@ -250,7 +256,7 @@ void StartUp::SweepControllersOf(std::int16_t inet) {
     }
   }
   for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
-    if (is_used.at(ctrl)) {
+    if (is_used.at(ctrl) || IsEnding()) {
       continue;
     }
     link.ComInet = inet;

@@ -71,12 +71,13 @@ class StartUp {
   // has chosen to leave; the process ends, and nothing is saved.
   [[nodiscard]] std::optional<SplashValues> SplashShow();
 
-  // Main form, on load: opens the link. False: the user chose to leave instead.
+  // Main form, on load: opens the link. False: the user or somebody outside wants the end instead.
   [[nodiscard]] bool MainFormLoad();
 
   // Main form, on first display: attaches the files, sends what end actions of before have still to
   // switch off, looks what the instruments hold, switches off controllers that no slot knows,
-  // starts the cycle. Later calls do nothing.
+  // starts the cycle. Later calls do nothing. If somebody outside wants the end meanwhile it
+  // returns behind the exchange that is on, and the cycle does not start.
   void MainFormShow();
 
  private:
@@ -90,6 +91,10 @@ class StartUp {
   void SweepControllers();
   void SweepControllersOf(std::int16_t inet);
   void Exchange(void (Link::*access)());
+  void ShowSheet();
+  [[nodiscard]] bool IsEnding() const {
+    return parts_.window.HasEnded() || parts_.events.EndIsWanted();
+  }
 
   Parts parts_;
 };

@@ -33,6 +33,8 @@ constexpr milliseconds kTail{15};
 // command (7 x 11 / 9600 s = 8 ms instead of 5 x 11 / 4800 s = 11.5 ms).
 constexpr milliseconds kFastTail{12};
 
+constexpr std::string_view kRefusal = "?";
+
 int PortNumber(const std::string& comm_port) {
   const std::string trimmed = Trim(comm_port);
   return trimmed.size() < 4 ? 0 : ToWord(ReadNumber(std::string_view(trimmed).substr(3)));
@@ -187,12 +189,14 @@ void Link::WriteSpace(Space space) {
 }
 
 void Link::AnswerRead(const std::int16_t* word) {
+  ++exchanges_;
   ComValue = word != nullptr ? *word : ComValue;
   ReplyText = Hex(ComValue);
   Finish(LinkResult::kGood);
 }
 
 void Link::AnswerWrite(std::int16_t* word) {
+  ++exchanges_;
   if (word != nullptr) {
     *word = ComValue;
   }
@@ -200,6 +204,7 @@ void Link::AnswerWrite(std::int16_t* word) {
 }
 
 void Link::ReadValue(const std::string& frame, ValueDigits digits) {
+  ++exchanges_;
   ReplyText.clear();
   LinkResult result = LinkSend(frame);
   if (result == LinkResult::kGood) {
@@ -212,6 +217,7 @@ void Link::ReadValue(const std::string& frame, ValueDigits digits) {
 }
 
 void Link::WriteValue(const std::string& frame, Acknowledge acknowledge) {
+  ++exchanges_;
   LinkResult result = LinkSend(frame);
   if (result == LinkResult::kGood) {
     if (acknowledge == Acknowledge::kWait) {
@@ -230,7 +236,8 @@ void Link::Finish(LinkResult result) {
     com_status_[static_cast<std::size_t>(ComInet)] = result;
   }
   if (PortOpen && !Simulated && result != LinkResult::kGood) {
-    quiet_until_ = clock_.Elapsed() + kSettle;
+    const bool is_answer = result == LinkResult::kRejected && rx_buffer_ == kRefusal;
+    quiet_until_ = clock_.Elapsed() + (is_answer ? kTail : kSettle);
   }
 }
 
@@ -261,7 +268,7 @@ bool Link::EndsWithRefusal() {
   }
   port_.WaitForData(kTail);
   LinkPoll();
-  return rx_buffer_ == "?";
+  return rx_buffer_ == kRefusal;
 }
 
 // Good once the command is on its way. A command is not sent while characters of an older

@@ -64,7 +64,11 @@ class Link : public LinkArguments {
   void ReadPort();
   void WritePort();
 
-  // False for a short time after an exchange that failed, in which a late reply may still come.
+  // Exchanges that were made or tried since the link is there, also those in simulation.
+  [[nodiscard]] std::uint64_t Exchanges() const { return exchanges_; }
+
+  // False for a short time after an exchange that failed, in which a late reply may still come. A
+  // lone "?" is a complete answer: behind it the line only has to show that nothing follows.
   // An exchange that is begun meanwhile waits for the end of that time, with the user interface
   // standing still; what can wait asks first.
   [[nodiscard]] bool IsSettled() const { return SettleTime().count() == 0; }
@@ -132,6 +136,7 @@ class Link : public LinkArguments {
   int port_number_ = 0;
   bool lost_ = false;                       // the port vanished while it was in use
   std::chrono::nanoseconds quiet_until_{};  // a late reply of a failed exchange may come till then
+  std::uint64_t exchanges_ = 0;
 };
 
 // Keeps the arguments of the link and puts them back when it goes, so that a dialog in the

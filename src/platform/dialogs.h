@@ -18,6 +18,13 @@ struct Notice {
   bool PresetIsNo = false;  // the Enter key means Cancel or No, where the other answer does harm
 };
 
+// What is to become of a work that is not saved.
+enum class SaveAnswer {
+  kSave,
+  kDiscard,
+  kStay,  // the user goes on with it
+};
+
 // Boxes and common dialogs. The asking ones return when the user has answered; timers go on beneath
 // them. All texts are UTF-8.
 class Dialogs {
@@ -39,6 +46,10 @@ class Dialogs {
 
   // Yes and No; true for Yes.
   [[nodiscard]] virtual bool AskYes(const Notice& notice) = 0;
+
+  // Yes, No and Cancel for a work that would be lost. Escape and the close box mean Cancel, and so
+  // does the end of the program; where there is nobody to ask it is as after Cancel.
+  [[nodiscard]] virtual SaveAnswer AskSave(const Notice& /*notice*/) { return SaveAnswer::kStay; }
 
   // Shows the notice without waiting for an answer and without taking the keyboard: the way
   // in which the measuring cycle, which must never stop, speaks to the user.

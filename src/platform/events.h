@@ -27,6 +27,10 @@ class Events {
   // one turn. Of several only the last is run.
   virtual void WhenIdle(std::function<void()> work) = 0;
 
+  // Somebody outside wants the program to end, which the event loop sees to as soon as it runs. A
+  // rule that does not come back to it within a second looks here between its steps and returns.
+  [[nodiscard]] virtual bool EndIsWanted() const { return false; }
+
   virtual void SetPointer(Pointer pointer) = 0;
   virtual void Beep() = 0;
 };

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <pwd.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -21,8 +23,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char kSeparator = '/';
-constexpr int kTemporaryNames = 100;            // leftovers of crashes that are stepped over
-constexpr std::size_t kCopyBlock{64 * 1024UL};  // bytes
+constexpr int kTemporaryNames = 100;              // leftovers of crashes that are stepped over
+constexpr std::size_t kCopyBlock{1024 * 1024UL};  // bytes
+// What is copied goes to the disk by and by: the system would keep back much of it, and the end of
+// a copy to a slow medium would take minutes in which nothing else is served.
+constexpr std::int64_t kSyncBytes{4 * 1024 * 1024L};
+constexpr std::string_view kTemporaryStart = ".tavrel-";
+constexpr std::string_view kTemporaryEnd = ".tmp";
 
 std::string ErrorText(int error_number) {
   return std::generic_category().message(error_number);
@@ -65,7 +72,36 @@ void ForEachName(const std::string& directory,
 // A hidden name, so that a leftover is in nobody's list of files; short, so that it fits
 // wherever the target's own name fits.
 std::string TemporaryName(int number) {
-  return ".tavrel-" + std::to_string(getpid()) + "-" + std::to_string(number) + ".tmp";
+  return std::string(kTemporaryStart) + std::to_string(getpid()) + "-" + std::to_string(number) +
+         std::string(kTemporaryEnd);
+}
+
+// The number at the start of `text`, which loses it; empty if there is none.
+std::optional<int> TakeNumber(std::string_view& text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || number < 0) {
+    return std::nullopt;
+  }
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  return number;
+}
+
+// True for the name of a temporary file whose process is dead. One of this process's own number is
+// of another life, too, for nothing is being written when this is asked.
+bool IsLeftover(std::string_view name) {
+  if (!name.starts_with(kTemporaryStart)) {
+    return false;
+  }
+  name.remove_prefix(kTemporaryStart.size());
+  const std::optional<int> process = TakeNumber(name);
+  if (!process || *process == 0 || !name.starts_with('-')) {
+    return false;
+  }
+  name.remove_prefix(1);
+  const bool is_ours = TakeNumber(name) && name == kTemporaryEnd;
+  const bool is_dead = *process == getpid() || (kill(*process, 0) != 0 && errno == ESRCH);
+  return is_ours && is_dead;
 }
 
 // A new file in `directory` under a name that nobody uses. Empty if none can be made; `file`
@@ -153,10 +189,14 @@ class Replacement {
     length_ += static_cast<std::int64_t>(bytes.size());
   }
 
-  void Commit() {
+  void Sync() {
     if (error_.empty() && !file_.Sync()) {
       error_ = file_.Error();
     }
+  }
+
+  void Commit() {
+    Sync();
     if (!error_.empty()) {
       return;
     }
@@ -363,6 +403,11 @@ std::string WhyNotReplaceable(const std::string& path) {
 }
 
 std::string CopyFileTo(const std::string& from, const std::string& to) {
+  return CopyFileTo(from, to, [] { return true; });
+}
+
+std::string CopyFileTo(const std::string& from, const std::string& to,
+                       const std::function<bool()>& goes_on) {
   RandomFile source;
   if (!source.Open(from, FileAccess::kRead)) {
     return source.Error();
@@ -378,12 +423,37 @@ std::string CopyFileTo(const std::string& from, const std::string& to) {
     replacement.Append(std::span(block).first(static_cast<std::size_t>(got)));
     place += got;
     got = source.ReadAt(place, block);
+    if (got > 0 && !goes_on()) {
+      return ErrorText(ECANCELED);
+    }
+    if (place % kSyncBytes == 0) {
+      replacement.Sync();
+    }
   }
   if (got < 0) {
     return source.Error();
   }
   replacement.Commit();
   return replacement.Error();
+}
+
+void RemoveLeftovers(const std::string& directory) {
+  std::vector<std::string> left;
+  const auto visit = [&left](const std::string& name) {
+    if (IsLeftover(name)) {
+      left.push_back(name);
+    }
+    return true;
+  };
+  NoAnswer unused;
+  ForEachName(directory, visit, unused);
+  for (const std::string& name : left) {
+    const std::string path = JoinPath(directory, name);
+    std::error_code error;
+    if (fs::is_regular_file(fs::symlink_status(ToPath(path), error))) {
+      static_cast<void>(DeleteFile(path));
+    }
+  }
 }
 
 std::string DeleteFile(const std::string& path) {

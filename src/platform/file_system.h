@@ -1,6 +1,7 @@
 #ifndef TAVREL_PLATFORM_FILE_SYSTEM_H_
 #define TAVREL_PLATFORM_FILE_SYSTEM_H_
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -80,6 +81,15 @@ struct NoAnswer {
 // link at `to` is replaced and what it leads to stays as it is; a link to a directory is refused.
 // Empty text on success.
 [[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to);
+
+// The same for a file that may be large: `goes_on` is called behind each 1 MB if more follows, and
+// ends the copying by false. The old file is then untouched, and the text is not empty.
+[[nodiscard]] std::string CopyFileTo(const std::string& from, const std::string& to,
+                                     const std::function<bool()>& goes_on);
+
+// Takes away from `directory` what ReplaceFile and CopyFileTo have left there of processes that
+// were killed meanwhile. What a living process is about to write stays.
+void RemoveLeftovers(const std::string& directory);
 
 // Empty text on success; a file that is not there counts as deleted.
 [[nodiscard]] std::string DeleteFile(const std::string& path);

@@ -16,7 +16,10 @@ std::chrono::nanoseconds SinceBoot() {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
+// The time zone is looked up anew, for it may change while the program runs. It costs one look at
+// the file that names it.
 tm LocalTime(time_t seconds) {
+  tzset();
   tm parts{};
   localtime_r(&seconds, &parts);
   return parts;

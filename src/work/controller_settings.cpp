@@ -88,8 +88,13 @@ ControllerSettings::ControllerSettings(const Parts& parts)
     screen_.Leave();
     return;
   }
+  bool is_silent = false;
   for (const ControllerField& field : kReadOrder) {
-    ReadField(field);
+    if (is_silent) {
+      ShowUnknown(field);
+    } else {
+      is_silent = !ReadField(field);
+    }
   }
 }
 
@@ -97,7 +102,9 @@ ControllerSettings::~ControllerSettings() {
   parts_.unsure.Leave(boxes_);
 }
 
-void ControllerSettings::ReadField(const ControllerField& field) {
+// False if the instrument is silent: each further question would cost a time-out and the time that
+// the line needs behind it. Other failures are those of one register.
+bool ControllerSettings::ReadField(const ControllerField& field) {
   Link& link = parts_.link;
   link.ComInet = Unit().UnitInet;
   link.ComLetter = field.letter;
@@ -107,8 +114,13 @@ void ControllerSettings::ReadField(const ControllerField& field) {
     parts_.unsure.Settle(link.ComInet, field.letter, link.ComIndex);
     Unit().*field.header = link.ComValue;
     ShowField(field, link.ComValue);
-    return;
+    return true;
   }
+  ShowUnknown(field);
+  return link.ComResult != LinkResult::kTimeOut;
+}
+
+void ControllerSettings::ShowUnknown(const ControllerField& field) {
   ctrl_failed_ = true;
   boxes_.at(static_cast<std::size_t>(field.box)) = {kUnknownText, std::nullopt};
   if (field.box == kSecondIncrementBox) {

@@ -79,7 +79,8 @@ class ControllerSettings {
   void Quit();
 
  private:
-  void ReadField(const ControllerField& field);
+  [[nodiscard]] bool ReadField(const ControllerField& field);
+  void ShowUnknown(const ControllerField& field);
   void ShowField(const ControllerField& field, std::int16_t raw);
   [[nodiscard]] bool CheckBoxes();
   [[nodiscard]] bool Check(int box, const char* name, double lower, double upper);

@@ -29,7 +29,9 @@ PidParameters::PidParameters(const Parts& parts)
   }
   for (std::size_t place = 0; place < kPidParameters.size(); ++place) {
     const PidParameter& parameter = kPidParameters.at(place);
-    const auto raw = Read(parameter.Letter);
+    // Behind a time-out each further question would cost another one.
+    const bool is_silent = place > 0 && parts_.link.ComResult == LinkResult::kTimeOut;
+    const auto raw = is_silent ? std::nullopt : Read(parameter.Letter);
     if (raw) {
       parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
     }

@@ -213,11 +213,21 @@ void ProgramEditor::cmdSave_Click() {
   }
 }
 
-// Changes are saved if the user wants so; false if that came to nothing.
+// Changes are saved if the user wants so; false if that came to nothing, or if the user goes on
+// with the program.
 bool ProgramEditor::MayGoOn() {
-  const bool to_save =
-      prog_changed_ && parts_.dialogs.AskYes({"Save Program ?", "program", BoxIcon::kQuestion});
-  return !to_save || Save();
+  if (!prog_changed_) {
+    return true;
+  }
+  switch (parts_.dialogs.AskSave({"Save Program ?", "program", BoxIcon::kQuestion})) {
+    case SaveAnswer::kSave:
+      return Save();
+    case SaveAnswer::kDiscard:
+      return true;
+    case SaveAnswer::kStay:
+      break;
+  }
+  return false;
 }
 
 void ProgramEditor::Open() {

@@ -13,6 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::uintmax_t kLarge = 3 * 1024 * 1024;  // bytes
+
 class CopyDialog : public testing::Test {
  protected:
   CopyDialog() {
@@ -255,6 +257,38 @@ TEST_F(CopyDialog, ServesTheProgramBetweenFilesAndMayBeStopped) {
   EXPECT_EQ(bench.program.events.pumps, 2);
   EXPECT_EQ(Boxes(), (List{Question(), "2  file(s) copied"}));
   EXPECT_FALSE(form.IsOpen());
+}
+
+// Three files of 3 MB: each is asked about before it and behind its first and second part.
+TEST_F(CopyDialog, IsStoppedWithinALargeFile) {
+  for (const char* name : {"M260101A.OVN", "M260102A.OVN", "M260103A.OVN"}) {
+    fs::resize_file(bench.program.home.File("tavdat/" + std::string(name)), kLarge);
+  }
+  Open();
+  bench.program.events.on_pump = [this] {
+    if (bench.program.events.pumps == 5) {
+      form.Leave();
+    }
+  };
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(bench.program.events.pumps, 5);
+  EXPECT_EQ(Boxes(), (List{Question(), "1  file(s) copied"}));
+  EXPECT_TRUE(Copied("M260101A.OVN") == Source("M260101A.OVN"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 1);
+  EXPECT_FALSE(form.IsOpen());
+}
+
+TEST_F(CopyDialog, EndsWithTheProgramWithoutABox) {
+  fs::resize_file(bench.program.home.File("tavdat/M260102A.OVN"), kLarge);
+  Open();
+  bench.program.events.on_pump = [this] {
+    bench.program.events.end_is_wanted = bench.program.events.pumps == 3;
+  };
+  form.cmdCopy_Click([] {});
+  EXPECT_EQ(bench.program.events.pumps, 3);
+  EXPECT_EQ(Boxes(), List{Question()});
+  EXPECT_TRUE(Copied("M260101A.OVN") == Source("M260101A.OVN"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(target), fs::directory_iterator()), 1);
 }
 
 TEST_F(CopyDialog, ShowsHowFarItIsWhenItTakesLong) {

@@ -31,6 +31,19 @@ class StartAlone : public testing::Test {
     return !search.ReadLine(seconds(5)).empty();
   }
 
+  // The newest window of a process with that title, as the screen's number for it; empty if there
+  // is none.
+  static std::string WindowOf(pid_t pid, const std::string& title) {
+    Process search({"xdotool", "search", "--onlyvisible", "--all", "--pid", std::to_string(pid),
+                    "--name", title});
+    std::string last;
+    for (std::string line = search.ReadLine(seconds(5)); !line.empty();
+         line = search.ReadLine(seconds(5))) {
+      last = line;
+    }
+    return last;
+  }
+
   std::string Bytes(const std::string& name) const {
     std::ifstream file(Path(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -84,6 +97,78 @@ TEST_F(StartAlone, WithSettingsThatCannotBeReadAsksAndEndsWithASignal) {
   EXPECT_FALSE(std::filesystem::exists(Path("TAVREL.BAK")));
   EXPECT_FALSE(std::filesystem::exists(Path("tavdat/M011111A.NEW")));
 }
+
+// A box or a form of the start on which nobody has answered, and how to get there.
+struct WaitingStart {
+  // A window on the way and the key that leaves it; the splash is left by a click.
+  struct Step {
+    const char* title;
+    const char* key;
+  };
+  const char* name;
+  const char* title;  // of its own window
+  std::vector<Step> way;
+  const char* missing = nullptr;  // a file of the installation
+};
+
+void PrintTo(const WaitingStart& start, std::ostream* out) {
+  *out << start.name;
+}
+
+class StartThatWaits : public StartAlone, public testing::WithParamInterface<WaitingStart> {
+ protected:
+  static testing::AssertionResult Comes(pid_t pid, const std::string& title, std::string& window) {
+    const bool is_there = WaitUntil(
+        [&] {
+          const std::string found = WindowOf(pid, title);
+          const bool is_new = !found.empty() && found != window;
+          window = is_new ? found : window;
+          return is_new;
+        },
+        seconds(40));
+    return is_there ? testing::AssertionSuccess() : testing::AssertionFailure() << title;
+  }
+  static void Press(const std::string& window, const WaitingStart::Step& step) {
+    if (step.key == nullptr) {
+      RunCommand({"xdotool", "mousemove", "--window", window, "60", "200", "click", "1"});
+    } else {
+      RunCommand({"xdotool", "windowfocus", "--sync", window, "key", step.key});
+    }
+  }
+};
+
+TEST_P(StartThatWaits, EndsWithinASecondOfASignal) {
+  const WaitingStart& start = GetParam();
+  ASSERT_TRUE(program.Prepare({"COMMPORT=COM7", "COMMODE=0"}));
+  if (start.missing != nullptr) {
+    std::filesystem::remove(Path(start.missing));
+  }
+  Process alone({Path("tavrel")});
+  std::string window;
+  for (const WaitingStart::Step& step : start.way) {
+    ASSERT_TRUE(Comes(alone.Pid(), step.title, window));
+    Press(window, step);
+  }
+  ASSERT_TRUE(Comes(alone.Pid(), start.title, window));
+  alone.Signal(SIGTERM);
+  EXPECT_EQ(alone.Wait(seconds(1)), 0);
+}
+
+constexpr WaitingStart::Step kSplash{"TAVREL", nullptr};
+constexpr WaitingStart::Step kPortError{"Open COM7", "Return"};
+constexpr WaitingStart::Step kSettings{"Settings", "Escape"};
+constexpr WaitingStart::Step kRetryPort{"Open COM7", "Escape"};
+
+INSTANTIATE_TEST_SUITE_P(
+    At, StartThatWaits,
+    testing::Values(
+        WaitingStart{"TheSplash", "TAVREL", {}},
+        WaitingStart{"AnIncompleteInstallation", "TAVREL", {}, "H207_511.pdf"},
+        WaitingStart{"ThePortError", "Open COM7", {kSplash}},
+        WaitingStart{"TheSettings", "Settings", {kSplash, kPortError}},
+        WaitingStart{"TheLaterPortError", "Open COM7", {kSplash, kPortError, kSettings}},
+        WaitingStart{"TheExitQuestion", "TAVREL", {kSplash, kPortError, kSettings, kRetryPort}}),
+    testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace tavrel

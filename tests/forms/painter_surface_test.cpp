@@ -5,8 +5,13 @@
 #include <QBuffer>
 #include <QImage>
 #include <QSvgGenerator>
+#include <QXmlStreamReader>
+#include <algorithm>
 #include <array>
 #include <limits>
+#include <numeric>
+#include <random>
+#include <vector>
 
 namespace tavrel {
 namespace {
@@ -182,6 +187,93 @@ TEST(PainterSurface, KeepsTextAsTextInAnSvg) {
   EXPECT_TRUE(picture.contains("font-weight=\"700\""));
   EXPECT_TRUE(picture.contains("<polyline"));
   EXPECT_TRUE(picture.contains("#ff0000"));
+}
+
+// The points of each polyline that the surface gives a page of 1600 x 900 units for a curve of
+// noise between `least` and `most` of 900.
+std::vector<int> PointsOfNoise(int points, unsigned least, unsigned most, const Pen& pen) {
+  std::mt19937 random(3);
+  std::vector<Segment> lines;
+  double last = 0;
+  for (int k = 1; k < points; ++k) {
+    const double next = least + static_cast<double>(random() % (most - least + 1));
+    lines.push_back({1600.0 * (k - 1) / points, last, 1600.0 * k / points, next, kRed});
+    last = next;
+  }
+  QBuffer buffer;
+  QSvgGenerator svg;
+  svg.setOutputDevice(&buffer);
+  svg.setSize(QSize(1600, 900));
+  {
+    QPainter painter(&svg);
+    PainterSurface surface(painter, QRectF(0, 0, 1600, 900), 1);
+    surface.SetScale({0, 0, 1600, 900});
+    surface.SetPen(pen);
+    surface.Lines(lines);
+  }
+  std::vector<int> found;
+  QXmlStreamReader reader(buffer.data());
+  while (!reader.atEnd()) {
+    reader.readNext();
+    if (reader.isStartElement() && reader.name() == u"polyline") {
+      found.push_back(static_cast<int>(reader.attributes().value("points").count(u',')));
+    }
+  }
+  return found;
+}
+
+// A painter's work grows with the square of the size of a shape.
+TEST(PainterSurface, DrawsACurveOfNoiseInSmallPieces) {
+  for (const int points : {600, 8000, 32000}) {
+    for (const PenStyle style : {PenStyle::kSolid, PenStyle::kDashDot}) {
+      const auto pieces = PointsOfNoise(points, 0, 899, {PenMode::kCopy, style, 2});
+      ASSERT_FALSE(pieces.empty());
+      EXPECT_LE(std::ranges::max(pieces), 32) << points;
+      EXPECT_LE(std::accumulate(pieces.begin(), pieces.end(), 0), 2 * 4 * 1600) << points;
+    }
+  }
+}
+
+TEST(PainterSurface, DrawsAFlatCurveOfNoiseInPieces) {
+  for (const int points : {600, 8000, 32000}) {
+    const auto pieces = PointsOfNoise(points, 450, 452, {});
+    ASSERT_FALSE(pieces.empty());
+    EXPECT_LE(std::ranges::max(pieces), 129) << points;
+    EXPECT_LE(std::accumulate(pieces.begin(), pieces.end(), 0), 4 * 1600 + 100) << points;
+  }
+}
+
+// The dots of a picture that are neither ink nor paper.
+int SoftDots(int lines) {
+  QImage page(200, 100, QImage::Format_RGB32);
+  page.fill(Qt::white);
+  QPainter painter(&page);
+  painter.setRenderHint(QPainter::Antialiasing);
+  PainterSurface surface(painter, page.rect(), 1);
+  surface.SetScale({0, 0, 200, 100});
+  std::vector<Segment> curve;
+  for (int k = 0; k < lines; ++k) {
+    const double from = 60.0 * k / lines;
+    curve.push_back({from, k % 2 * 99.0, from + 60.0 / lines, (k + 1) % 2 * 99.0, kRed});
+  }
+  surface.Lines(curve);
+  int soft = 0;
+  for (int y = 0; y < page.height(); ++y) {
+    for (int x = 0; x < page.width(); ++x) {
+      const QColor dot = page.pixelColor(x, y);
+      soft += dot == QColor(Qt::white) || dot == QColor(Qt::red) ? 0 : 1;
+    }
+  }
+  return soft;
+}
+
+TEST(PainterSurface, DrawsSoftEdgesWhereACurveIsNotAnArea) {
+  EXPECT_GT(SoftDots(2), 100);
+  EXPECT_EQ(SoftDots(120), 0);  // all of it in pieces of four lines
+}
+
+TEST(PainterSurface, DrawsASparseCurveInOneStrokeOfAllItsPoints) {
+  EXPECT_EQ(PointsOfNoise(120, 450, 452, {}), std::vector<int>{120});
 }
 
 }  // namespace

@@ -112,6 +112,21 @@ TEST_F(Boxes, EnterTakesTheAnswerThatDoesNoHarmWhereItIsPreset) {
   dialogs.Message({"text", "title", BoxIcon::kWarning, true});
 }
 
+TEST_F(Boxes, EscapeGoesBackToAWorkThatIsNotSaved) {
+  const Notice question{"Save Program ?", "program", BoxIcon::kQuestion};
+  PressKey(Qt::Key_Escape);
+  EXPECT_EQ(dialogs.AskSave(question), SaveAnswer::kStay);
+  poll.disconnect();
+  Press(QMessageBox::Cancel);
+  EXPECT_EQ(dialogs.AskSave(question), SaveAnswer::kStay);
+  poll.disconnect();
+  Press(QMessageBox::No);
+  EXPECT_EQ(dialogs.AskSave(question), SaveAnswer::kDiscard);
+  poll.disconnect();
+  PressKey(Qt::Key_Return);
+  EXPECT_EQ(dialogs.AskSave(question), SaveAnswer::kSave);
+}
+
 TEST_F(Boxes, RetryOrExitIsLeftByItsButtonsAndByEscape) {
   const Notice unreadable{"cannot be read", "TAVREL.USR", BoxIcon::kCritical};
   QString exit;

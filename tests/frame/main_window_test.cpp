@@ -136,6 +136,42 @@ TEST_F(Window, CompletesAHalfReadSetWhoseRestComesInTime) {
   EXPECT_EQ(samples[5], 55);
 }
 
+// Two inputs of a set are in doubt, and the next look at them is not due for a while.
+TEST_F(Window, RestsWhileAComparisonWaitsForItsNextLook) {
+  StartRecording(1);
+  Hold(1, 1);
+  bench.Run(0.5);
+  const auto answer = bench.port.answer;
+  bool has_failed = false;
+  bench.port.answer = [&](const std::string& command) {
+    const bool fails = command == "X02?" && !has_failed;
+    has_failed = has_failed || fails;
+    return fails ? std::string() : answer(command);
+  };
+  Hold(1, 1);
+  for (int tick = 0; tick < 600 && !bench.state.ColumnsInDoubt[1]; ++tick) {
+    bench.Run(0.05);
+  }
+  bench.Run(10.5);
+  ASSERT_TRUE(bench.state.ColumnsInDoubt[1]);
+  ASSERT_EQ(bench.state.ReadState[1], ReadState::kReading);
+  int rests = 0;
+  int paints = 0;
+  bench.events.on_rest = [&](std::chrono::milliseconds time) {
+    ++rests;
+    bench.clock.Advance(time);
+  };
+  bench.events.on_repaint = [&] {
+    if (++paints > 100000) {
+      bench.clock.AdvanceSeconds(1);
+    }
+  };
+  const std::uint64_t before = bench.link.Exchanges();
+  EXPECT_LE(CloseTakes(), 11);
+  EXPECT_GT(rests, 0);
+  EXPECT_LE(static_cast<std::uint64_t>(paints), 2 * rests + bench.link.Exchanges() - before);
+}
+
 class WindowWithAnOrder : public Window {
  protected:
   // The recording of slot 2 has ended, and its controller has not acknowledged that it is off.

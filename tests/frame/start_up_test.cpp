@@ -106,6 +106,19 @@ TEST_F(Start, WorksInTheDirectoryOfTheProgram) {
   EXPECT_EQ(bench.state.Settings.DefPath, "data");
 }
 
+TEST_F(Start, TakesAwayWhatAKilledSaveHasLeft) {
+  const std::string left = ".tavrel-" + std::to_string(getpid()) + "-0.tmp";
+  bench.home.Write(left, "half");
+  bench.home.Write("tavdat/" + left, "half");
+  EXPECT_FALSE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return false; }));
+  EXPECT_EQ(bench.home.Read(left), "half") << "another copy may be writing it";
+  EXPECT_TRUE(
+      bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));
+  EXPECT_FALSE(std::filesystem::exists(bench.home.File(left)));
+  EXPECT_FALSE(std::filesystem::exists(bench.home.File("tavdat/" + left)));
+}
+
 TEST_F(Start, LocksTheDirectoryOfItsSettings) {
   std::string locked;
   EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), [&locked](const std::string& path) {
@@ -506,6 +519,64 @@ TEST_F(Start, EndsWhenTheUserGivesUpOnThePort) {
   EXPECT_FALSE(bench.start_up.MainFormLoad());
   EXPECT_EQ(bench.dialogs.boxes.back().Text, "Exit");
   EXPECT_TRUE(bench.window.HasEnded());
+}
+
+// A signal at a box: from then on no box waits for an answer.
+TEST_F(Start, AsksNoMoreBehindABoxAtWhichItIsEndedFromOutside) {
+  bench.screens.built = {View::kTavSett};
+  bench.state.SettingsRead = true;
+  bench.port.open_error = 2;
+  for (const std::size_t last : {1U, 2U, 3U}) {
+    bench.dialogs.boxes.clear();
+    bench.screens.shown.clear();
+    bench.events.end_is_wanted = false;
+    bench.dialogs.ok = false;
+    bench.dialogs.on_box = [&] {
+      bench.events.end_is_wanted = bench.dialogs.boxes.size() >= last;
+      bench.port.open_error = bench.dialogs.boxes.size() < 10 ? 2 : 0;
+    };
+    EXPECT_FALSE(bench.start_up.MainFormLoad());
+    EXPECT_EQ(bench.dialogs.boxes.size(), last);
+    EXPECT_EQ(bench.screens.shown.size(), last == 1 ? 0U : 1U);
+  }
+}
+
+TEST_F(Start, AsksNothingBehindTheSettingsDialogAtWhichItIsEndedFromOutside) {
+  bench.screens.built = {View::kTavSett};
+  bench.state.SettingsRead = true;
+  bench.port.open_error = 2;
+  bench.screens.on_show = [this](View) { bench.events.end_is_wanted = true; };
+  EXPECT_FALSE(bench.start_up.MainFormLoad());
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
+}
+
+TEST_F(Start, WaitsNoLongerForAPortInUseOnceItIsEndedFromOutside) {
+  bench.state.SettingsRead = true;
+  bench.port.open_error = 2;
+  bench.port.in_use = true;
+  int rests = 0;
+  bench.events.on_rest = [&](milliseconds) { bench.events.end_is_wanted = ++rests == 3; };
+  EXPECT_FALSE(bench.start_up.MainFormLoad());
+  EXPECT_EQ(rests, 3);
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(Start, LeavesTheLineBehindTheExchangeInWhichItIsEndedFromOutside) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    bench.Install(slot, "M260314" + std::string(1, static_cast<char>('A' + slot)) + ".OVN",
+                  BenchProgram::Header((slot + 1) / 2, 1, 2, true));
+  }
+  bench.line.silent = {1, 2, 3, 4, 5};
+  bench.events.on_rest = [this](milliseconds time) { bench.clock.Advance(time); };
+  bench.events.on_repaint = [this] {
+    bench.events.end_is_wanted = bench.events.end_is_wanted || bench.port.sent.size() >= 4;
+  };
+  bench.Start();
+  EXPECT_EQ(bench.port.sent.size(), 4U);
+  EXPECT_FALSE(bench.cycle.IsEnabled());
+  bench.port.sent.clear();
+  bench.start_up.MainFormShow();
+  EXPECT_TRUE(bench.port.sent.empty());
 }
 
 TEST_F(Start, RunsItsFirstDisplayOnlyOnce) {

@@ -299,6 +299,33 @@ TEST_F(LinkOnALine, IsUnsettledByEveryKindOfFailure) {
   }
 }
 
+// What an instrument refuses it has answered: only that nothing follows has to be seen.
+TEST_F(LinkOnALine, IsSettledSoonBehindALoneRefusal) {
+  Open(0);
+  port.answer = [](const std::string&) { return "?"; };
+  Ask(1, "Y", 1);
+  EXPECT_EQ(link.SettleTime(), milliseconds(15));
+  EXPECT_TRUE(link.EndsWithRefusal());
+  EXPECT_TRUE(link.IsSettled());
+  for (const char* reply : {"\x1B", "?\r", "1?"}) {
+    LetTheLineRest();
+    port.answer = [reply](const std::string&) { return reply; };
+    Ask(1, "Y", 1);
+    EXPECT_EQ(link.SettleTime(), milliseconds(150)) << reply;
+  }
+}
+
+TEST_F(LinkOnALine, CountsItsExchanges) {
+  Open(0);
+  Ask(1, "Y", 1);
+  Ask(2, "Y", 15);
+  EXPECT_EQ(link.Exchanges(), 2U);
+  link.LinkOpen({"----", 0, 4});
+  Ask(6, "Y", 1);
+  link.WriteReg();
+  EXPECT_EQ(link.Exchanges(), 4U);
+}
+
 // A reply that comes in pieces spoils one exchange and not each one in which a piece arrives.
 TEST_F(LinkOnALine, GathersAllPiecesOfALateReply) {
   Open(0);

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -399,6 +401,72 @@ TEST(UserDataDirectory, FollowsTheEnvironment) {
   unsetenv("HOME");
   EXPECT_TRUE(UserDataDirectory().starts_with('/'));
   setenv("HOME", old_home.c_str(), 1);
+}
+
+TEST(RemoveLeftovers, TakesThoseOfDeadProcessesOnly) {
+  const TemporaryDirectory home;
+  const pid_t dead = fork();
+  if (dead == 0) {
+    _exit(0);
+  }
+  waitpid(dead, nullptr, 0);
+  const auto name = [](pid_t process, const std::string& rest) {
+    return ".tavrel-" + std::to_string(process) + rest;
+  };
+  const std::vector<std::string> left = {name(dead, "-0.tmp"), name(dead, "-99.tmp"),
+                                         name(getpid(), "-3.tmp")};
+  const std::vector<std::string> others = {name(getppid(), "-0.tmp"),
+                                           name(dead, "-0.tmp.bak"),
+                                           name(dead, "-x.tmp"),
+                                           name(dead, ".tmp"),
+                                           ".tavrel--1-0.tmp",
+                                           ".tavrel-0-0.tmp",
+                                           ".tavrel-99999999999999999999-0.tmp",
+                                           "tavrel-1-0.tmp",
+                                           "M260314A.OVN"};
+  for (const std::string& each : left) {
+    home.Write(each, "half");
+  }
+  for (const std::string& each : others) {
+    home.Write(each, "kept");
+  }
+  std::filesystem::create_symlink(home.File("M260314A.OVN"), home.File(name(dead, "-5.tmp")));
+  RemoveLeftovers(home.Path());
+  for (const std::string& each : left) {
+    EXPECT_FALSE(std::filesystem::exists(home.File(each))) << each;
+  }
+  for (const std::string& each : others) {
+    EXPECT_EQ(home.Read(each), "kept") << each;
+  }
+  EXPECT_TRUE(IsLink(home.File(name(dead, "-5.tmp"))));
+  RemoveLeftovers(home.File("nowhere"));
+}
+
+TEST(CopyFileTo, AsksBetweenThePartsOfALargeFileWhetherToGoOn) {
+  const TemporaryDirectory home;
+  std::string bytes(5 * 1024 * 1024 + 17, 'x');
+  bytes.back() = 'y';
+  home.Write("large", bytes);
+  int asked = 0;
+  EXPECT_EQ(CopyFileTo(home.File("large"), home.File("copy"), [&] { return ++asked > 0; }), "");
+  EXPECT_EQ(asked, 5);
+  EXPECT_EQ(home.Read("copy"), bytes);
+  home.Write("copy", "old");
+  asked = 0;
+  EXPECT_NE(CopyFileTo(home.File("large"), home.File("copy"), [&] { return ++asked < 3; }), "");
+  EXPECT_EQ(asked, 3);
+  EXPECT_EQ(home.Read("copy"), "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(home.Path()),
+                          std::filesystem::directory_iterator()),
+            2);
+}
+
+TEST(CopyFileTo, AsksNothingForASmallFile) {
+  const TemporaryDirectory home;
+  home.Write("small", std::string(65000, 'x'));
+  int asked = 0;
+  EXPECT_EQ(CopyFileTo(home.File("small"), home.File("copy"), [&] { return ++asked < 1; }), "");
+  EXPECT_EQ(asked, 0);
 }
 
 }  // namespace

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <time.h>
+
 #include <cmath>
+#include <cstdlib>
+#include <string>
+#include <utility>
 
 namespace tavrel {
 namespace {
@@ -51,6 +56,33 @@ TEST(SystemClock, ShowsADateOfTheCalendar) {
   EXPECT_GE(now.Year, 2024);
   EXPECT_TRUE(now.Month >= 1 && now.Month <= 12);
   EXPECT_TRUE(now.Day >= 1 && now.Day <= 31);
+}
+
+// The hour of the clock less that of the world, 0..23.
+int HoursAheadOfTheWorld() {
+  const WallTime local = SystemClock().Now();
+  const time_t now = time(nullptr);
+  tm world{};
+  gmtime_r(&now, &world);
+  return (local.Hour - world.tm_hour + 24) % 24;
+}
+
+TEST(SystemClock, FollowsATimeZoneThatChanges) {
+  const char* const before = std::getenv("TZ");
+  const std::string kept = before == nullptr ? "" : before;
+  const SystemClock clock;
+  const double timer = clock.Timer();
+  for (const auto& [zone, hours] : {std::pair{"UTC0", 0}, {"EAST-7", 7}, {"WEST5", 19}}) {
+    setenv("TZ", zone, 1);
+    EXPECT_EQ(HoursAheadOfTheWorld(), hours) << zone;
+  }
+  EXPECT_LT(std::fmod(clock.Timer() - timer + 86400, 86400), 10) << "deadlines stay";
+  if (before == nullptr) {
+    unsetenv("TZ");
+  } else {
+    setenv("TZ", kept.c_str(), 1);
+  }
+  tzset();
 }
 
 }  // namespace

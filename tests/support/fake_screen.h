@@ -15,7 +15,8 @@
 namespace tavrel {
 
 // Boxes that answer at once and remember what they said.
-// Levers: ok, retry, yes are the answers (retry also to Retry and Exit); on_box runs while a box is
+// Levers: ok, retry, yes are the answers (retry also to Retry and Exit), stays is Cancel to a
+// question whether to save; on_box runs while a box is
 // open; chosen_file is the full path that the file dialog gives (empty: Cancel), chosen_font the
 // font (none: Cancel).
 class FakeDialogs : public Dialogs {
@@ -23,6 +24,7 @@ class FakeDialogs : public Dialogs {
   bool ok = true;
   bool retry = false;
   bool yes = true;
+  bool stays = false;
   std::function<void()> on_box = [] {};
   std::vector<Notice> boxes;      // blocking ones, in their order
   std::vector<Notice> announced;  // those that do not block
@@ -41,6 +43,11 @@ class FakeDialogs : public Dialogs {
   [[nodiscard]] bool AskRetry(const Notice& notice) override { return Open(notice), retry; }
   [[nodiscard]] bool AskYes(const Notice& notice) override { return Open(notice), yes; }
   [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override { return Open(notice), retry; }
+  [[nodiscard]] SaveAnswer AskSave(const Notice& notice) override {
+    Open(notice);
+    const SaveAnswer answer = yes ? SaveAnswer::kSave : SaveAnswer::kDiscard;
+    return stays ? SaveAnswer::kStay : answer;
+  }
   void Announce(const Notice& notice) override { announced.push_back(notice); }
   void AskBeside(const Notice& notice, const std::function<void(bool)>& answer) override {
     asked_beside.push_back({notice, answer});
@@ -84,14 +91,15 @@ class FakeScreens : public Screens {
 };
 
 // Levers: on_rest runs in place of a sleep, to move a clock; on_pump is what the user does while
-// events are served; on_repaint runs while the screen is painted; RunIdle() is a moment in which
-// nothing else waits.
+// events are served; on_repaint runs while the screen is painted; end_is_wanted is somebody outside
+// who wants the end; RunIdle() is a moment in which nothing else waits.
 class FakeEvents : public Events {
  public:
   std::function<void()> on_pump = [] {};
   std::function<void(std::chrono::milliseconds)> on_rest = [](std::chrono::milliseconds) {};
   std::function<void()> on_repaint = [] {};
   std::function<void()> when_idle;
+  bool end_is_wanted = false;
   int pumps = 0;
   int repaints = 0;
   int beeps = 0;
@@ -116,6 +124,7 @@ class FakeEvents : public Events {
     std::exchange(when_idle, nullptr)();
     return true;
   }
+  [[nodiscard]] bool EndIsWanted() const override { return end_is_wanted; }
   void SetPointer(Pointer pointer) override { pointers.push_back(pointer); }
   void Beep() override { ++beeps; }
 };

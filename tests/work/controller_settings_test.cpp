@@ -215,6 +215,31 @@ TEST_F(Settings, OpensThePidParameters) {
   EXPECT_THAT(bench.screens.shown, ElementsAre(View::kTavPid));
 }
 
+TEST_F(Settings, AsksASilentInstrumentOnce) {
+  bench.line.silent = {kInet};
+  Count();
+  dialog.emplace(ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
+                                           bench.unsure});
+  EXPECT_EQ(Sent().size(), 1U);
+  for (const int box :
+       {kUpperBox, kFinalBox, kFirstIncrementBox, kSecondIncrementBox, kSetpointBox, kLowerBox}) {
+    EXPECT_EQ(dialog->TBox(box), "?") << box;
+  }
+  EXPECT_TRUE(dialog->CtrlFailed());
+}
+
+TEST_F(Settings, AsksNoMoreOnceTheInstrumentFallsSilent) {
+  lose_at = 3;
+  Count();
+  dialog.emplace(ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
+                                           bench.unsure});
+  EXPECT_EQ(Sent().size(), 3U);
+  EXPECT_EQ(dialog->TBox(kSetpointBox), "200.0");
+  EXPECT_EQ(dialog->TBox(kUpperBox), "300.0");
+  EXPECT_EQ(dialog->TBox(kFinalBox), "?");
+  EXPECT_EQ(dialog->TBox(kLowerBox), "?");
+}
+
 TEST_F(Settings, TouchesNothingForTheViewedFile) {
   bench.state.SelSlot = kViewedFile;
   const ControllerSettings now(

@@ -51,6 +51,30 @@ TEST_F(Pid, ShowsWhatTheInstrumentTells) {
   EXPECT_EQ(bench.state.ActiveView, View::kTavPid);
 }
 
+TEST_F(Pid, AsksASilentInstrumentOnce) {
+  bench.line.silent = {kInet};
+  Count();
+  dialog.emplace(PidParameters::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
+                                      bench.unsure, bench.engine.Orders()});
+  EXPECT_EQ(Sent().size(), 1U);
+  EXPECT_THAT(Boxes(), ElementsAre("?", "?", "?", "?"));
+}
+
+TEST_F(Pid, AsksForEachParameterOfAnInstrumentThatRefusesOne) {
+  fail_at = 2;
+  Open();
+  EXPECT_THAT(Boxes(), ElementsAre("100.0", "?", "160", "0"));
+}
+
+TEST_F(Pid, AsksThoughTheExchangeBeforeItFoundNobody) {
+  bench.link.ComInet = 5;
+  bench.link.ComLetter = "Y";
+  bench.line.silent = {5};
+  bench.link.ReadReg();
+  Open();
+  EXPECT_THAT(Boxes(), ElementsAre("100.0", "900", "160", "0"));
+}
+
 TEST_F(Pid, FillsTheBoxesFromTheList) {
   PidParameters& now = Open();
   now.Cbo_Click(1);

@@ -265,6 +265,19 @@ TEST_F(Editor, AsksToSaveBeforeChangesAreLost) {
   EXPECT_FALSE(editor->IsOpen());
 }
 
+TEST_F(Editor, GoesOnWithTheProgramOnCancel) {
+  TypeStep(1);
+  bench.dialogs.stays = true;
+  editor->Quit();
+  editor->cmdNew_Click();
+  bench.home.Write("ONE.PRG", std::string(8, '\0'));
+  Open("ONE.PRG");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 3U);
+  EXPECT_TRUE(editor->IsOpen());
+  EXPECT_TRUE(editor->ProgChanged());
+  EXPECT_THAT(Row(1), ElementsAre("30", "200.0", "iso", ""));
+}
+
 TEST_F(Editor, StaysOpenIfTheCheckFailsOnLeaving) {
   Type(1, kTimeColumn, "5");
   editor->Quit();

@@ -22,6 +22,11 @@ class Runner : public ControlBench {
   ProgramStart Start(const std::vector<std::vector<int>>& steps) {
     return StartFile("A.PRG", ProgramBytes(steps));
   }
+  ProgramStart StartOn(int slot, const std::vector<std::vector<int>>& steps) {
+    bench.home.Write("A.PRG", ProgramBytes(steps));
+    bench.dialogs.chosen_file = bench.home.File("A.PRG");
+    return runner.Start(slot);
+  }
   ProgramStart StartFile(const std::string& name, const std::string& bytes) {
     bench.home.Write(name, bytes);
     bench.dialogs.chosen_file = bench.home.File(name);
@@ -343,6 +348,93 @@ TEST_F(Running, SendsTheFirstStepOnTheNextFreeTickOfTheCycle) {
   EXPECT_EQ(Unit().UnitProgStep, 2) << "two minutes of the grid later";
   bench.Run(60);
   EXPECT_FALSE(Runs());
+}
+
+// Twelve slots that each begin a ramp of five exchanges in the same minute.
+class TwelveRamps : public Running {
+ protected:
+  TwelveRamps() {
+    guests.step_program = [this](int slot) {
+      const std::uint64_t before = bench.link.Exchanges();
+      runner.StepProgram(slot);
+      if (bench.link.Exchanges() > before) {
+        stepped.push_back(slot);
+      }
+    };
+    bench.cycle.SetGuests(guests);
+    bench.cycle.Start();
+    bench.state.ActiveView = View::kTavProg;
+  }
+  // Four on each of three instruments, each with a controller of its own.
+  void StartAll() {
+    for (int slot = 1; slot <= kSlots; ++slot) {
+      UnitRecord& unit = bench.state.Unit[slot];
+      unit = bench.state.Unit[1];
+      unit.UnitInet = static_cast<std::int16_t>((slot - 1) / 4 + 1);
+      unit.UnitCtrl = static_cast<std::int16_t>((slot - 1) % 4 + 1);
+      const std::string name = "M260314" + std::string(1, static_cast<char>('A' + slot)) + ".OVN";
+      bench.home.Write("tavdat/" + name, bench.home.Read("tavdat/M260314A.OVN"));
+      bench.state.SlotFile[slot] = name;
+      bench.state.SlotPath[slot] = bench.state.SlotPath[1];
+      static_cast<void>(bench.state.SlotFileNo[slot].Open(bench.home.File("tavdat/" + name),
+                                                          FileAccess::kUpdate));
+      bench.link.ComInet = unit.UnitInet;
+      bench.link.ComLetter = "Y";
+      bench.link.ComIndex = unit.UnitCtrl;
+      bench.line.registers[{unit.UnitInet, 'Y', unit.UnitCtrl}] = 500;
+      bench.link.ReadReg();
+      ASSERT_EQ(StartOn(slot, {{3, 25, 8000, 2}, {3, 25, 9000, 30}}), ProgramStart::kStarted)
+          << LastBox();
+    }
+    bench.clock.AdvanceSeconds(0.01);
+    Count();
+  }
+
+  MainCycle::Guests guests;
+  std::vector<int> stepped;
+};
+
+TEST_F(TwelveRamps, StepOneInATickInTheirOrder) {
+  StartAll();
+  std::vector<int> expected;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    expected.push_back(slot);
+    bench.Run(0.05);
+    EXPECT_EQ(stepped, expected);
+  }
+  stepped.clear();
+  bench.Run(30);
+  EXPECT_THAT(stepped, IsEmpty());
+  bench.Run(120);
+  EXPECT_EQ(stepped, expected) << "the second step of each";
+}
+
+TEST_F(TwelveRamps, MakeUpForTheMinutesOfASleepAndTheUserIsTold) {
+  StartAll();
+  bench.Run(1);
+  bench.clock.AdvanceSeconds(8 * 60);
+  bench.Run(5);
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    EXPECT_EQ(bench.state.Unit[slot].UnitProgStep, 2) << slot;
+    EXPECT_EQ(bench.state.Unit[slot].UnitProgWait, 30 - 6) << slot;
+  }
+  ASSERT_EQ(bench.dialogs.announced.size(), 1U);
+  EXPECT_EQ(bench.dialogs.announced[0].Title, "controller  program");
+  EXPECT_EQ(bench.dialogs.announced[0].Text,
+            "The controller programs stood still for 7 minutes.\n"
+            "They make up for it now: their steps follow at once.");
+  bench.Run(200);
+  EXPECT_EQ(bench.dialogs.announced.size(), 1U);
+  bench.clock.AdvanceSeconds(120);
+  bench.Run(1);
+  EXPECT_EQ(bench.dialogs.announced.size(), 2U) << "another sleep";
+}
+
+TEST_F(TwelveRamps, TellNothingOfASleepInWhichNoneRuns) {
+  bench.Run(1);
+  bench.clock.AdvanceSeconds(600);
+  bench.Run(5);
+  EXPECT_THAT(bench.dialogs.announced, IsEmpty());
 }
 
 TEST_F(Running, GoesOnOverMidnight) {

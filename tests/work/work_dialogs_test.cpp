@@ -395,6 +395,23 @@ TEST_F(TheWaitBar, RisesOnceASecondAndGoesWhenItHasBeenFull) {
   EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal);
 }
 
+// A controller is off while it is shown.
+TEST_F(TheWaitBar, GoesOnAtMidnight) {
+  StartProgram();
+  for (const double begin : {86301.0, 86395.0}) {
+    bench.clock.timer_at_start = 0;
+    bench.clock.timer_at_start = begin - bench.clock.Timer();
+    bench.Run(0.1);
+    wait_bar.Open();
+    const std::size_t sent = bench.port.sent.size();
+    bench.Run(4.5);
+    EXPECT_EQ(wait_bar.prgWait(), 50) << begin;
+    EXPECT_EQ(bench.port.sent.size(), sent) << "the rest of the cycle stands";
+    bench.Run(7.5);
+    EXPECT_FALSE(wait_bar.IsOpen()) << begin;
+  }
+}
+
 class TheColourChoice : public testing::Test, public WorkBench {
  protected:
   std::optional<int> Click(double y) {

@@ -3,6 +3,7 @@
 #include <QPaintDevice>
 #include <QPen>
 #include <QPolygonF>
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -10,6 +11,11 @@ namespace tavrel {
 namespace {
 
 constexpr qreal kPointsPerInch = 72;
+
+// Of a curve that has more points than this page can show.
+constexpr qreal kColumnsToThePoint = 4;
+constexpr qreal kLeastColumn = 1;    // units of the painter: on a picture a dot
+constexpr qreal kPagesOfAPiece = 1;  // length of a piece, in widths and heights of the page
 
 // The painter's state within one call, given back when this goes.
 class KeptPainter {
@@ -41,6 +47,14 @@ Qt::PenStyle StyleOf(PenStyle style) {
 
 QString TextOf(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+QList<QLineF> LinesOf(const QPolygonF& points) {
+  QList<QLineF> lines;
+  for (qsizetype place = 1; place < points.size(); ++place) {
+    lines << QLineF(points[place - 1], points[place]);
+  }
+  return lines;
 }
 
 }  // namespace
@@ -77,29 +91,56 @@ void PainterSurface::Line(const Segment& line) {
 
 // Lines that begin where the one before ended are one stroke, so that its pattern runs on.
 void PainterSurface::Lines(std::span<const Segment> lines) {
-  const KeptPainter kept(painter_);
-  QPolygonF stroke;
+  StrokePoints stroke;
   Colour ink;
-  const auto draw = [&] {
-    painter_.setPen(PenOf(ink));
-    painter_.drawPolyline(stroke);
-    stroke.clear();
-  };
   for (const Segment& line : lines) {
     DotLine dots = map_.Dots(line);
     if (!CutLine(dots, edges_)) {
       continue;
     }
-    const QPointF from(dots.X1, dots.Y1);
-    const bool goes_on = !stroke.isEmpty() && stroke.back() == from && line.Ink == ink;
+    const StrokePoint from{dots.X1, dots.Y1};
+    const bool goes_on = !stroke.empty() && stroke.back() == from && line.Ink == ink;
     if (!goes_on) {
-      draw();
-      stroke << from;
+      DrawStroke(stroke, ink);
+      stroke = {from};
     }
     ink = line.Ink;
-    stroke << QPointF(dots.X2, dots.Y2);
+    stroke.push_back({dots.X2, dots.Y2});
   }
-  draw();
+  DrawStroke(stroke, ink);
+}
+
+void PainterSurface::DrawStroke(const StrokePoints& stroke, Colour ink) {
+  const KeptPainter kept(painter_);
+  const double column = std::max(units_per_point_ / kColumnsToThePoint, kLeastColumn);
+  const double length = kPagesOfAPiece * (place_.width() + place_.height());
+  const bool is_soft = painter_.testRenderHint(QPainter::Antialiasing);
+  for (const StrokePiece& piece : InPieces(WithoutUnseen(stroke, column), length)) {
+    const bool is_dense = piece.Length >= length;
+    painter_.setRenderHint(QPainter::Antialiasing, is_soft && !is_dense);
+    DrawPiece(piece, is_dense, ink);
+  }
+}
+
+// A part that is longer than the page within a few columns of dots is an area to the eye. Single
+// lines without soft edges and round joins take a thirtieth of the work there.
+void PainterSurface::DrawPiece(const StrokePiece& piece, bool is_dense, Colour ink) {
+  QPolygonF points;
+  for (const StrokePoint& point : piece.Points) {
+    points << QPointF(point.X, point.Y);
+  }
+  QPen pen = PenOf(ink);
+  if (is_dense && pen.style() == Qt::SolidLine) {
+    pen.setCapStyle(Qt::SquareCap);
+    painter_.setPen(pen);
+    painter_.drawLines(LinesOf(points));
+    return;
+  }
+  if (pen.style() != Qt::SolidLine && pen.widthF() > 0) {
+    pen.setDashOffset(piece.Before / pen.widthF());
+  }
+  painter_.setPen(pen);
+  painter_.drawPolyline(points);
 }
 
 void PainterSurface::Box(const Segment& diagonal) {

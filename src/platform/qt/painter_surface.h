@@ -7,6 +7,7 @@
 #include <QRectF>
 
 #include "platform/scale_map.h"
+#include "platform/stroke_pieces.h"
 #include "platform/surface.h"
 
 namespace tavrel {
@@ -40,6 +41,8 @@ class PainterSurface : public Surface {
   void Refresh() override {}
 
  private:
+  void DrawStroke(const StrokePoints& stroke, Colour ink);
+  void DrawPiece(const StrokePiece& piece, bool is_dense, Colour ink);
   [[nodiscard]] QPen PenOf(Colour ink) const;
   [[nodiscard]] QFontMetricsF Metrics() const;
 

@@ -70,6 +70,23 @@ bool QtDialogs::AskYes(const Notice& notice) {
   return Ask(notice, QMessageBox::Yes, QMessageBox::No);
 }
 
+SaveAnswer QtDialogs::AskSave(const Notice& notice) {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
+                  QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
+  Fill(box, notice, QMessageBox::Yes, QMessageBox::No);
+  box.addButton(QMessageBox::Cancel);
+  box.setEscapeButton(QMessageBox::Cancel);
+  switch (box.exec()) {
+    case QMessageBox::Yes:
+      return SaveAnswer::kSave;
+    case QMessageBox::No:
+      return SaveAnswer::kDiscard;
+    default:
+      return SaveAnswer::kStay;
+  }
+}
+
 bool QtDialogs::Ask(const Notice& notice, QMessageBox::StandardButton yes,
                     QMessageBox::StandardButton no) {
   const QtEvents::NormalPointer normal_pointer(events_);
@@ -108,7 +125,7 @@ void QtDialogs::FileDialog(FileChoice& choice) {
   const QtEvents::NormalPointer normal_pointer(events_);
   RunFileDialog(choice, [this](const std::string& path) {
     return AskYes(
-        {path + "\n\nThis file exists already. Replace it ?", "Save As", BoxIcon::kWarning});
+        {path + "\n\nThis file exists already. Replace it ?", "Save As", BoxIcon::kWarning, true});
   });
 }
 

@@ -26,6 +26,7 @@ class QtDialogs : public Dialogs {
   [[nodiscard]] bool AskRetry(const Notice& notice) override;
   [[nodiscard]] bool AskRetryOrExit(const Notice& notice) override;
   [[nodiscard]] bool AskYes(const Notice& notice) override;
+  [[nodiscard]] SaveAnswer AskSave(const Notice& notice) override;
 
   // All announced notices stand in one window, until the user closes it.
   void Announce(const Notice& notice) override;

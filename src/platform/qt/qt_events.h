@@ -21,6 +21,9 @@ class QtEvents : public Events {
   // rule asks for, since the rule's own event is not over then.
   void BeforeRepaint(std::function<void()> copy) { before_repaint_ = std::move(copy); }
 
+  // `probe` says whether somebody outside wants the end; without one nobody does.
+  void WatchEnd(std::function<bool()> probe) { end_is_wanted_ = std::move(probe); }
+
   void Pump() override;
 
   // Delivers the waiting layout and paint requests and nothing else: no queued call, no timer,
@@ -32,6 +35,7 @@ class QtEvents : public Events {
   void Rest(std::chrono::milliseconds time) override;
 
   void WhenIdle(std::function<void()> work) override;
+  [[nodiscard]] bool EndIsWanted() const override { return end_is_wanted_(); }
   void SetPointer(Pointer pointer) override;
   void Beep() override;
 
@@ -54,6 +58,7 @@ class QtEvents : public Events {
 
   std::function<void()> before_repaint_ = [] {};
   std::function<void()> when_idle_ = [] {};
+  std::function<bool()> end_is_wanted_ = [] { return false; };
   QTimer idle_;                         // fires behind all other events
   Pointer pointer_ = Pointer::kNormal;  // what the rules set
   int normal_holds_ = 0;

@@ -7,11 +7,13 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <span>
 
 namespace tavrel {
 namespace {
 
 constexpr std::array kRequests = {SIGTERM, SIGINT, SIGHUP};
+constexpr std::array kFailedWrites = {SIGPIPE, SIGXFSZ};
 
 // A handler is called without an argument, so its end of the pair is known to the process.
 std::atomic<int>& HandlerEnd() {
@@ -28,19 +30,23 @@ void OnRequest(int /*number*/) {
   errno = kept;
 }
 
-void Install(void (*handler)(int)) {
+// Not "ignore", which programs that this one starts would inherit.
+void OnFailedWrite(int /*number*/) {}
+
+void Install(std::span<const int> numbers, void (*handler)(int)) {
   struct sigaction action {};
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
-  for (const int request : kRequests) {
-    sigaction(request, &action, nullptr);
+  for (const int number : numbers) {
+    sigaction(number, &action, nullptr);
   }
 }
 
 }  // namespace
 
 QtSignals::QtSignals(QObject* parent) : QObject(parent) {
+  Install(kFailedWrites, OnFailedWrite);
   constexpr int kKind = SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC;
   if (socketpair(AF_UNIX, kKind, 0, pipe_.data()) != 0) {
     return;
@@ -48,18 +54,24 @@ QtSignals::QtSignals(QObject* parent) : QObject(parent) {
   notifier_ = new QSocketNotifier(pipe_[0], QSocketNotifier::Read, this);
   connect(notifier_, &QSocketNotifier::activated, this, &QtSignals::TakeRequest);
   HandlerEnd() = pipe_[1];
-  Install(OnRequest);
+  Install(kRequests, OnRequest);
 }
 
 QtSignals::~QtSignals() {
+  Install(kFailedWrites, SIG_DFL);
   if (notifier_ == nullptr) {
     return;
   }
-  Install(SIG_DFL);
+  Install(kRequests, SIG_DFL);
   HandlerEnd() = -1;
   delete notifier_;
   close(pipe_[0]);
   close(pipe_[1]);
+}
+
+bool QtSignals::HasRequest() const {
+  char mark = 0;
+  return notifier_ != nullptr && recv(pipe_[0], &mark, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
 }
 
 void QtSignals::TakeRequest() {

@@ -9,13 +9,17 @@ class QSocketNotifier;
 namespace tavrel {
 
 // The operating system's requests to end (SIGTERM, SIGINT, SIGHUP) as a signal of the event
-// loop, where a shut-down may do all that it does otherwise. One instance at a time; when it
-// goes, the requests end the process as usual again.
+// loop, where a shut-down may do all that it does otherwise. What tells of a failed write (SIGPIPE,
+// SIGXFSZ) ends nothing: the write itself fails, and that is dealt with there. One instance at a
+// time; when it goes, all these end the process as usual again.
 class QtSignals : public QObject {
   Q_OBJECT
  public:
   explicit QtSignals(QObject* parent = nullptr);
   ~QtSignals() override;
+
+  // A request has come that the event loop has not taken yet.
+  [[nodiscard]] bool HasRequest() const;
 
  signals:
   void EndRequested();
