@@ -268,6 +268,51 @@ TEST_F(Sheet, MarksCurvesStaleOnlyForTheSelectedSlot) {
   EXPECT_FALSE(bench.state.WorkReset || bench.state.OverPrepared || bench.state.PartPrepared);
 }
 
+TEST_F(Sheet, PreparesTheCurvesAnewForAnotherSlotOnly) {
+  StartThreeSlots();
+  bench.state.SelSlot = 3;
+  for (const int slot : {3, 4, 1, 0, 4, 4}) {
+    const bool is_other = slot != bench.state.SelSlot;
+    bench.state.WorkReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
+    bench.sheet.cmd_Work_Click(slot);
+    EXPECT_EQ(bench.state.SelSlot, slot);
+    EXPECT_EQ(bench.state.WorkReset, !is_other) << slot;
+    EXPECT_EQ(bench.state.OverPrepared, !is_other) << slot;
+    EXPECT_EQ(bench.state.PartPrepared, !is_other) << slot;
+  }
+}
+
+// A row that went dark with its file shows everything again when the file is back, although
+// nothing of it has changed.
+TEST_F(Sheet, FillsARowThatReturns) {
+  for (const int slot : {1, 3, 12}) {
+    BenchProgram other;
+    const UnitRecord header = BenchProgram::Header(2, 1, 2, false);
+    other.Install(slot, "M260314A.OVN", header, {7, 8, 7, 8});
+    other.line.registers[{2, 'Y', 2}] = 4567;
+    other.line.registers[{2, 'Y', 1}] = 400;
+    other.line.registers[{2, 'Z', 1}] = 2;
+    other.Start();
+    other.Run(6);
+    const SheetRow before = other.Row(slot);
+    EXPECT_EQ(before.lb_Ref, "228.4");
+    other.sheet.HideRow(slot);
+    EXPECT_FALSE(other.Row(slot).Sheet);
+    EXPECT_EQ(other.Row(slot).lb_Ref, "");
+    other.sheet.ShowRow(slot);
+    other.Run(6);
+    const SheetRow& after = other.Row(slot);
+    EXPECT_EQ(after.lb_Ref, before.lb_Ref) << slot;
+    EXPECT_EQ(after.lb_Ctrl, "20.0") << slot;
+    EXPECT_EQ(after.lb_Cstat, "iso") << slot;
+    EXPECT_EQ(after.lb_TavNo, "2") << slot;
+    EXPECT_EQ(after.lb_File, "m260314a.ovn") << slot;
+    EXPECT_EQ(after.lb_Rstat, "off") << slot;
+    EXPECT_EQ(after.lb_Rec, before.lb_Rec) << slot;
+    EXPECT_NE(after.lb_Rec, "") << slot;
+  }
+}
+
 TEST_F(Sheet, IsUpToDateTwelveTicksAfterTheWorksheetCloses) {
   bench.screens.built = {View::kTavWork};
   StartThreeSlots();

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/platform/calls_of_files.h"
 #include "tests/support/hindrance.h"
 #include "tests/support/temporary_directory.h"
 
@@ -314,6 +315,24 @@ TEST_F(FileSystemTest, CopyFileToCopiesFilesOfAnyLength) {
   directory_.Write("EMPTY", "");
   EXPECT_EQ(CopyFileTo(directory_.File("EMPTY"), directory_.File("B")), "");
   EXPECT_EQ(directory_.Read("B"), "");
+}
+
+// A source that fails while it is read is no shorter file: the old target stays, and nothing is
+// left beside it.
+TEST_F(FileSystemTest, CopyFileToKeepsTheTargetIfTheSourceCannotBeReadToItsEnd) {
+  constexpr int kBlocksRead = 2;
+  for (int good = 0; good <= kBlocksRead; ++good) {
+    directory_.Write("A", std::string(200'000, 'a'));
+    directory_.Write("B", "old");
+    std::string problem;
+    {
+      const CallsOfFiles calls({.good_reads = good});
+      problem = CopyFileTo(directory_.File("A"), directory_.File("B"));
+    }
+    EXPECT_EQ(problem, "Input/output error") << good;
+    EXPECT_EQ(directory_.Read("B"), "old") << good;
+    EXPECT_EQ(Names(), 2U) << good;
+  }
 }
 
 TEST_F(FileSystemTest, CopyFileToRefusesTheFileItselfUnderAnotherName) {

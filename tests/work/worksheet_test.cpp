@@ -343,6 +343,28 @@ TEST_F(TheWorksheet, StoresTextsOfRecordedInputsOnly) {
   EXPECT_FALSE(bench.state.OverPrepared);
 }
 
+TEST_F(TheWorksheet, ServesEachRecordedInputOfTheFifteen) {
+  header.UnitRole.fill(1);
+  header.UnitChannels = kInputs;
+  StartAndOpen();
+  dialog[View::kTavColor] = [this] { colours.PicColor_Click(4.99); };
+  for (int input = 1; input <= kInputs; ++input) {
+    const auto place = static_cast<std::size_t>(input - 1);
+    worksheet.Color_Click(input);
+    EXPECT_EQ(Unit().UnitColour.at(place), 5) << input;
+    const std::string text = "input " + std::to_string(input);
+    worksheet.Prod_Change(input, text);
+    worksheet.Comments_Change(input, "of " + text);
+    EXPECT_EQ(Unit().UnitInputName.at(place).Get(), text);
+    EXPECT_EQ(Unit().UnitInputNote.at(place).Get(), "of " + text);
+  }
+  EXPECT_EQ(bench.screens.shown.size(), static_cast<std::size_t>(kInputs));
+  for (const int none : {0, kInputs + 1}) {
+    worksheet.Color_Click(none);
+  }
+  EXPECT_EQ(bench.screens.shown.size(), static_cast<std::size_t>(kInputs));
+}
+
 TEST_F(TheWorksheet, KeepsTheBlankThatAUserIsTypingOverARebuild) {
   StartAndOpen();
   worksheet.Prod_Change(1, "wall ");

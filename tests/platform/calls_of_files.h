@@ -1,0 +1,27 @@
+#ifndef TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_
+#define TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_
+
+#include <cstddef>
+#include <limits>
+
+namespace tavrel {
+
+// While it lives the system reads and writes files at a place (pread, pwrite) as a bad medium
+// does. One at a time.
+// Levers: longest (bytes that one call moves at most), good_reads (calls that read until one
+// fails with EIO; below 0: none fails).
+class CallsOfFiles {
+ public:
+  struct Levers {
+    std::size_t longest = std::numeric_limits<std::size_t>::max();
+    int good_reads = -1;
+  };
+  explicit CallsOfFiles(Levers levers);
+  ~CallsOfFiles();
+  CallsOfFiles(const CallsOfFiles&) = delete;
+  CallsOfFiles& operator=(const CallsOfFiles&) = delete;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_
