@@ -299,17 +299,22 @@ TEST_F(Sheet, FillsARowThatReturns) {
     other.sheet.HideRow(slot);
     EXPECT_FALSE(other.Row(slot).Sheet);
     EXPECT_EQ(other.Row(slot).lb_Ref, "");
-    other.sheet.ShowRow(slot);
-    other.Run(6);
-    const SheetRow& after = other.Row(slot);
-    EXPECT_EQ(after.lb_Ref, before.lb_Ref) << slot;
-    EXPECT_EQ(after.lb_Ctrl, "20.0") << slot;
-    EXPECT_EQ(after.lb_Cstat, "iso") << slot;
-    EXPECT_EQ(after.lb_TavNo, "2") << slot;
-    EXPECT_EQ(after.lb_File, "m260314a.ovn") << slot;
-    EXPECT_EQ(after.lb_Rstat, "off") << slot;
-    EXPECT_EQ(after.lb_Rec, before.lb_Rec) << slot;
-    EXPECT_NE(after.lb_Rec, "") << slot;
+    for (const bool waited : {false, true}) {
+      if (waited) {
+        other.sheet.ShowWaitingRow(slot);
+      }
+      other.sheet.ShowRow(slot);
+      other.Run(6);
+      const SheetRow& after = other.Row(slot);
+      EXPECT_EQ(after.lb_Ref, before.lb_Ref) << slot;
+      EXPECT_EQ(after.lb_Ctrl, "20.0") << slot;
+      EXPECT_EQ(after.lb_Cstat, "iso") << slot;
+      EXPECT_EQ(after.lb_TavNo, "2") << slot;
+      EXPECT_EQ(after.lb_File, "m260314a.ovn") << slot;
+      EXPECT_EQ(after.lb_Rstat, "off") << slot;
+      EXPECT_EQ(after.lb_Rec, before.lb_Rec) << slot;
+      EXPECT_NE(after.lb_Rec, "") << slot;
+    }
   }
 }
 

@@ -155,9 +155,11 @@ class WindowOfASlot : public testing::TestWithParam<int> {
   BenchProgram bench;
 };
 
-TEST_P(WindowOfASlot, ReadsItsLastSet) {
-  Hold(1, 100);
-  Hold(2, 200);
+TEST_P(WindowOfASlot, ReadsOneLastSet) {
+  for (const int set : {0, 1, 2}) {
+    Hold(1, 100 + set);
+    Hold(2, 200 + set);
+  }
   bench.window.Close();
   EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
