@@ -382,6 +382,35 @@ TEST_F(LinkOnALine, GathersAllPiecesOfALateReply) {
   EXPECT_EQ(link.ComValue, 0x2222);
 }
 
+TEST_F(LinkOnALine, TakesALineForQuietAfterFortyMilliseconds) {
+  Open(0);
+  port.Arrive({}, "x");
+  EXPECT_EQ(Took([this] { Ask(1, "Y", 1); }), milliseconds(40));
+  EXPECT_EQ(link.ComResult, LinkResult::kLength);
+}
+
+// Characters that come every 30 ms, one after the other for ever.
+TEST_F(LinkOnALine, GathersForElevenHundredthsOfASecondAtMost) {
+  Open(0);
+  for (int piece = 0; piece < 100; ++piece) {
+    port.Arrive(milliseconds(30 * piece), "x");
+  }
+  EXPECT_EQ(Took([this] { Ask(1, "Y", 1); }), milliseconds(110));
+  EXPECT_EQ(link.ComResult, LinkResult::kLength);
+}
+
+// The pause behind a failed exchange is for a late reply, which no port can bring any more.
+TEST_F(LinkOnALine, WaitsForNothingOnAPortThatIsGone) {
+  Open(0);
+  Ask(1, "Y", 1);
+  ASSERT_EQ(link.ComResult, LinkResult::kTimeOut);
+  port.Vanish();
+  for (int time = 0; time < 3; ++time) {
+    EXPECT_EQ(Took([this] { Ask(1, "Y", 1); }), milliseconds(0));
+    EXPECT_EQ(link.ComResult, LinkResult::kPortError);
+  }
+}
+
 TEST_F(LinkOnALine, GathersAllPiecesOfASecondReply) {
   Open(0);
   port.answer = [this](const std::string&) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "platform/file_system.h"
@@ -41,6 +42,20 @@ TEST(MountedPlaces, BeginWithTheRootAndTheHomeDirectory) {
   EXPECT_EQ(places[0].Name, "computer  (/)");
   EXPECT_EQ(places[0].Path, "/");
   EXPECT_EQ(places[1].Path, StripSeparator(HomeDirectory()));
+}
+
+TEST(MountedPlaces, NameTheHomeDirectoryIfItIsThereAndIsNotTheRoot) {
+  const TemporaryDirectory directory;
+  const std::string before = HomeDirectory();
+  const auto names_home = [](const std::string& home) {
+    setenv("HOME", home.c_str(), 1);
+    const std::vector<Place> places = MountedPlaces();
+    return places.size() > 1 && places[1].Name == "home  (" + home + ")";
+  };
+  EXPECT_TRUE(names_home(directory.Path()));
+  EXPECT_FALSE(names_home(directory.File("gone")));
+  EXPECT_FALSE(names_home("/"));
+  setenv("HOME", before.c_str(), 1);
 }
 
 TEST(Subdirectories, FollowLinksAndSayIfTheyCannotBeRead) {
