@@ -39,6 +39,7 @@ TEST(ProgramCheck, TellsTheFirstThingThatIsMissing) {
   EXPECT_EQ(Finding({kIso, {2, -1, 0, 0}}), "missing: setpoint on row 2");
   EXPECT_EQ(Finding({kIso, {2, -1, 1, 0}}), "missing: time on row 2");
   EXPECT_EQ(Finding({{2, -1, 4000, -1}, {-1, -1, 1, 1}}), "missing: time on row 1");
+  EXPECT_EQ(Finding({{0, -1, 1, 1}, {2, -1, 1, 1}, {3, 1, 1, 1}}), "") << "the least of each";
 }
 
 TEST(ProgramCheck, WantsSetpointAndTimeOfAStepThatSwitchesOff) {

@@ -259,6 +259,20 @@ TEST_F(TheWorksheet, KeepsTheSecondsOfRowsThatAreInTheFile) {
   EXPECT_EQ(bench.state.RecInterval[1], 30);
 }
 
+// 3600 of either unit are the most that a header tells.
+TEST_F(TheWorksheet, GoesOverToTheOtherUnitUpToItsLargestCount) {
+  for (const int tens : {359, 360, 361}) {
+    WorkBench room;
+    room.header.UnitInterval = static_cast<std::int16_t>(tens);
+    room.StartProgram({1, 2, 1, 2});
+    room.Register('T', 0) = 1;
+    room.OpenSheet();
+    EXPECT_EQ(room.Unit().UnitFast, tens <= 360 ? 1 : 0) << tens;
+    EXPECT_EQ(room.Unit().UnitInterval, tens <= 360 ? 10 * tens : tens);
+    EXPECT_EQ(room.bench.state.RecInterval[1], 10 * tens);
+  }
+}
+
 TEST_F(TheWorksheet, LeavesTheHeaderWhereTheOtherUnitCannotTellTheSeconds) {
   header.UnitFast = 1;
   header.UnitInterval = 25;
