@@ -226,6 +226,7 @@ TEST_F(Cycle, PutsEditedHeadersToTheDiskEveryTwentyMinutes) {
 TEST_F(Cycle, ArmsAllDeadlinesAnewAfterMidnight) {
   bench.clock.timer_at_start = 86290;
   StartRecordingSlot(0);
+  bench.state.TickBlink = 86300;
   bench.Run(20);
   bench.port.sent.clear();
   bench.clock.AdvanceSeconds(60);

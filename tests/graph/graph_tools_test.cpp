@@ -256,6 +256,21 @@ TEST_F(GraphTool, EscapeEndsATool) {
   }
 }
 
+// The field of a mark's text takes the place of the reading at the cursor, until another tool
+// begins.
+TEST_F(GraphTool, AnotherToolBringsTheReadingBack) {
+  for (const int tool : {0, 1}) {
+    bench.graph.PbMark_Click(2);
+    ASSERT_EQ(bench.ToolState(), Tool::kComment);
+    EXPECT_FALSE(bench.Shown().picXYShown);
+    EXPECT_TRUE(bench.Shown().Txt_for_MarkShown);
+    bench.graph.PbEval_Click(tool);
+    EXPECT_TRUE(bench.Shown().picXYShown);
+    EXPECT_FALSE(bench.Shown().Txt_for_MarkShown);
+    bench.graph.KeyEscape();
+  }
+}
+
 TEST_F(GraphTool, EscapeAtRestLeavesTheGraph) {
   bench.graph.KeyEscape();
   bench.Tick();

@@ -199,6 +199,8 @@ TEST_F(SettingsForm, OpensTheManualOfTheLanguageInItsList) {
 
 TEST_F(SettingsForm, NamesTheDeviceOfThePort) {
   bench.home.Write("COM5", "");
+  bench.home.Write("COM3", "");
+  EXPECT_EQ(Open().Values().DeviceTip, " COM3 = " + bench.home.File("COM3") + " ");
   Open().cboCom_Click(5);
   EXPECT_EQ(dialog->Values().DeviceTip, " COM5 = " + bench.home.File("COM5") + " ");
   std::filesystem::remove(bench.home.File("COM5"));
