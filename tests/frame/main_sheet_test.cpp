@@ -271,7 +271,15 @@ TEST_F(Sheet, MarksCurvesStaleOnlyForTheSelectedSlot) {
 TEST_F(Sheet, PreparesTheCurvesAnewForAnotherSlotOnly) {
   StartThreeSlots();
   bench.state.SelSlot = 3;
+  bench.screens.built = {View::kTavWork};
+  bench.screens.on_show = [this](View) {
+    EXPECT_EQ(bench.state.TickRefresh, 0) << "the worksheet is filled at once";
+    EXPECT_EQ(bench.events.pointers.back(), Pointer::kHourglass);
+    bench.state.TickRefresh = 99999;
+    bench.state.SheetSlot = 5;
+  };
   for (const int slot : {3, 4, 1, 0, 4, 4}) {
+    bench.state.TickRefresh = 99999;
     const bool is_other = slot != bench.state.SelSlot;
     bench.state.WorkReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
     bench.sheet.cmd_Work_Click(slot);
@@ -279,6 +287,8 @@ TEST_F(Sheet, PreparesTheCurvesAnewForAnotherSlotOnly) {
     EXPECT_EQ(bench.state.WorkReset, !is_other) << slot;
     EXPECT_EQ(bench.state.OverPrepared, !is_other) << slot;
     EXPECT_EQ(bench.state.PartPrepared, !is_other) << slot;
+    EXPECT_EQ(bench.state.TickRefresh, 0) << "and the sheet behind it";
+    EXPECT_EQ(bench.state.SheetSlot, 0);
   }
 }
 

@@ -14,10 +14,30 @@ CallsOfFiles::Levers& LeversInForce() {
   return levers;
 }
 
+int& SyncsSoFar() {
+  static int syncs = 0;
+  return syncs;
+}
+
+// True if the call is to fail; `good` are those that are still to go well.
+bool Fails(int& good) {
+  if (good == 0) {
+    errno = EIO;
+    return true;
+  }
+  good -= good > 0 ? 1 : 0;
+  return false;
+}
+
 }  // namespace
 
 CallsOfFiles::CallsOfFiles(Levers levers) {
   LeversInForce() = levers;
+  SyncsSoFar() = 0;
+}
+
+int CallsOfFiles::Syncs() {
+  return SyncsSoFar();
 }
 
 CallsOfFiles::~CallsOfFiles() {
@@ -31,17 +51,22 @@ extern "C" {
 
 ssize_t pread(int handle, void* bytes, size_t size, off_t place) {
   auto& levers = tavrel::LeversInForce();
-  if (levers.good_reads == 0) {
-    errno = EIO;
+  if (tavrel::Fails(levers.good_reads)) {
     return -1;
   }
-  levers.good_reads -= levers.good_reads > 0 ? 1 : 0;
   return syscall(SYS_pread64, handle, bytes, std::min(size, levers.longest), place);
 }
 
 ssize_t pwrite(int handle, const void* bytes, size_t size, off_t place) {
   const std::size_t longest = tavrel::LeversInForce().longest;
   return syscall(SYS_pwrite64, handle, bytes, std::min(size, longest), place);
+}
+
+int fsync(int handle) {
+  ++tavrel::SyncsSoFar();
+  return tavrel::Fails(tavrel::LeversInForce().good_syncs)
+             ? -1
+             : static_cast<int>(syscall(SYS_fsync, handle));
 }
 
 }  // extern "C"

@@ -335,6 +335,33 @@ TEST_F(FileSystemTest, CopyFileToKeepsTheTargetIfTheSourceCannotBeReadToItsEnd) 
   }
 }
 
+// A new content is on the disk before it takes the place of the old one, and its name behind it.
+TEST_F(FileSystemTest, ReplaceFilePutsTheContentAndItsNameToTheDisk) {
+  directory_.Write("A", "old");
+  {
+    const CallsOfFiles calls({.good_syncs = 0});
+    EXPECT_EQ(ReplaceFile(directory_.File("A"), "new"), "Input/output error");
+  }
+  EXPECT_EQ(directory_.Read("A"), "old");
+  EXPECT_EQ(Names(), 1U);
+  const CallsOfFiles calls({});
+  EXPECT_EQ(ReplaceFile(directory_.File("A"), "new"), "");
+  EXPECT_EQ(directory_.Read("A"), "new");
+  EXPECT_EQ(CallsOfFiles::Syncs(), 2);
+}
+
+TEST_F(FileSystemTest, HoldsAnyFileIsSureOnceItHasFoundOne) {
+  for (char name = 'a'; name <= 'j'; ++name) {
+    MakeUnreadable(directory_.File(std::string(1, name)));
+  }
+  NoAnswer no_answer;
+  EXPECT_FALSE(HoldsAnyFile(directory_.Path(), no_answer));
+  EXPECT_NE(no_answer.Why, Failure::kNone);
+  directory_.Write("found", "");
+  EXPECT_TRUE(HoldsAnyFile(directory_.Path(), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
+}
+
 TEST_F(FileSystemTest, CopyFileToRefusesTheFileItselfUnderAnotherName) {
   directory_.Write("A", "abc");
   fs::create_hard_link(directory_.File("A"), directory_.File("B"));

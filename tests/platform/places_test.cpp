@@ -28,6 +28,8 @@ TEST(MountedMedia, AreThoseBelowTheRoomsOfMedia) {
 TEST(MountedMedia, HaveBlanksAndUmlautsInTheirNames) {
   EXPECT_EQ(MountedMedia("/dev/sdb1 /media/maria/Öfen\\0402026 vfat rw 0 0\n"),
             std::vector<std::string>{"/media/maria/Öfen 2026"});
+  EXPECT_EQ(MountedMedia("x /mnt/a\\134b\\011c\\303\\226fen vfat rw 0 0\n"),
+            std::vector<std::string>{"/mnt/a\\b\tcÖfen"});
 }
 
 TEST(MountedMedia, SurviveABrokenTable) {
