@@ -353,14 +353,12 @@ void ColumnKeeper::BeginFull(int slot) {
   state_.ColumnsInDoubt[slot] = true;
 }
 
-// A full buffer seen in a doubt: room is made first. One that fills again and again cannot be
-// compared.
+// A full buffer seen in a doubt: room is made first. One that is full again before it is decided
+// cannot be compared: further sets would be given up for nothing.
 void ColumnKeeper::CountFull(int slot) {
   Column& column = columns_[slot];
   if (column.full.At() == FullBuffer::Stage::kIdle) {
     BeginFull(slot);
-  } else if (column.full.MayTryAgain()) {
-    column.full.Begin(RecordedInputs(slot), FullBuffer::kMostSets);
   } else {
     column.evidence.GiveUp();
   }
@@ -510,9 +508,20 @@ void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::str
                     "Read  Tavrel"});
 }
 
+// Sets that wait behind it were made since: where the clock tells how many, the set is that old.
+std::int64_t ColumnKeeper::AgeOfSet(int slot) {
+  for (const int input : RecordedInputs(slot)) {
+    const auto waiting = columns_[slot].evidence.MadeSince(input, clock_.Elapsed());
+    if (waiting) {
+      return std::max<std::int64_t>(waiting->least, 0) * state_.RecInterval[slot];
+    }
+  }
+  return 0;
+}
+
 void ColumnKeeper::SetWritten(int slot) {
   ColumnMemory& memory = state_.Columns[slot];
-  memory.LastSet = WallSeconds(clock_.Now());
+  memory.LastSet = WallSeconds(clock_.Now()) - AgeOfSet(slot);
   memory.IsFirstSet = false;
   for (const int input : RecordedInputs(slot)) {
     auto& repeats = memory.Repeats.at(static_cast<std::size_t>(input));

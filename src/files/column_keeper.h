@@ -120,6 +120,7 @@ class ColumnKeeper {
   void Tell(int slot, const std::vector<int>& inputs, const std::string& what);
   [[nodiscard]] std::string LostSets(int slot) const;
   void TellLostSets(int slot);
+  [[nodiscard]] std::int64_t AgeOfSet(int slot);  // seconds; of the one in hand
 
   RunState& state_;
   RecordingFiles& files_;

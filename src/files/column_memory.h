@@ -34,7 +34,7 @@ struct ColumnMemory {
   // By input: the value of the set in hand stands in so many further sets.
   std::array<std::uint8_t, kInputs + 1> Repeats{};
 
-  // When the last set was written, by the wall clock, in seconds of some count; 0: not known.
+  // When the last set was made, by the wall clock, in seconds of some count; 0: not known.
   std::int64_t LastSet = 0;
 
   SamplingOrder Order;

@@ -7,7 +7,6 @@ namespace tavrel {
 
 void FullBuffer::Begin(const std::vector<int>& inputs, int sets) {
   stage_ = Stage::kMakeRoom;
-  ++tries_;
   rest_.clear();
   for (int set = 0; set < std::min(sets, kMostSets); ++set) {
     rest_.insert(rest_.end(), inputs.rbegin(), inputs.rend());

@@ -16,8 +16,6 @@ class FullBuffer {
 
   // The oldest sets that may be given up to make room.
   static constexpr int kMostSets = 3;
-  // How often it is begun anew on an instrument that fills its buffer faster than it is read.
-  static constexpr int kMostTries = 4;
 
   // Each of `inputs` gives up its `sets` oldest values, one after the other in that order.
   void Begin(const std::vector<int>& inputs, int sets);
@@ -32,7 +30,6 @@ class FullBuffer {
 
   [[nodiscard]] Stage At() const { return stage_; }
   [[nodiscard]] bool IsOver() const { return stage_ == Stage::kAlign && rest_.empty(); }
-  [[nodiscard]] bool MayTryAgain() const { return tries_ < kMostTries; }
 
   // The input whose oldest value is to be given up now; 0 for none.
   [[nodiscard]] int Input() const { return rest_.empty() ? 0 : rest_.back(); }
@@ -43,7 +40,6 @@ class FullBuffer {
  private:
   Stage stage_ = Stage::kIdle;
   std::vector<int> rest_;  // the last one is the next
-  int tries_ = 0;
 };
 
 }  // namespace tavrel

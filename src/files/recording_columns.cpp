@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "files/recording_engine.h"
 #include "link/registers.h"
 
@@ -45,39 +47,37 @@ void RecordingEngine::MendColumns(int slot) {
   }
 }
 
-void RecordingEngine::CountForColumns(int slot, int input) {
+// Reads a register of the input, the value is in ComValue. Empty if it failed; the columns were
+// told then.
+std::optional<ColumnKeeper::Exchange> RecordingEngine::ReadForColumns(int slot, const char* letter,
+                                                                      int input) {
   link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kBuffered;
+  link_.ComLetter = letter;
   link_.ComIndex = static_cast<std::int16_t>(input);
   const Time asked = clock_.Elapsed();
   link_.ReadReg();
   const bool is_good = link_.EndsWithReply();
   NoteExchange(slot, asked);
   if (is_good) {
-    TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), asked);
-    columns_.Counted(slot, input, link_.ComValue, {asked, clock_.Elapsed()});
-    return;
+    return ColumnKeeper::Exchange{asked, clock_.Elapsed()};
   }
   const bool is_refused = link_.EndsWithRefusal();
   columns_.NotCounted(slot, is_refused);
   state_.ReadState[slot] = is_refused ? state_.ReadState[slot] : ReadState::kWaiting;
+  return std::nullopt;
+}
+
+void RecordingEngine::CountForColumns(int slot, int input) {
+  if (const auto when = ReadForColumns(slot, reg::kBuffered, input)) {
+    TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), when->asked);
+    columns_.Counted(slot, input, link_.ComValue, *when);
+  }
 }
 
 void RecordingEngine::DiscardForColumns(int slot, int input) {
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kOldestValue;
-  link_.ComIndex = static_cast<std::int16_t>(input);
-  const Time asked = clock_.Elapsed();
-  link_.ReadReg();
-  const bool is_good = link_.EndsWithReply();
-  NoteExchange(slot, asked);
-  if (is_good) {
-    columns_.Discarded(slot, input, link_.ComValue != kNoData, {asked, clock_.Elapsed()});
-    return;
+  if (const auto when = ReadForColumns(slot, reg::kOldestValue, input)) {
+    columns_.Discarded(slot, input, link_.ComValue != kNoData, *when);
   }
-  const bool is_refused = link_.EndsWithRefusal();
-  columns_.NotCounted(slot, is_refused);
-  state_.ReadState[slot] = is_refused ? state_.ReadState[slot] : ReadState::kWaiting;
 }
 
 // While the pump has nothing to do the first samples of a recording are watched.

@@ -124,6 +124,8 @@ class RecordingEngine {
   void NoteSample(int slot, int channel, Time asked);
   void NoteFailure(int slot, int channel);
   void MendColumns(int slot);
+  [[nodiscard]] std::optional<ColumnKeeper::Exchange> ReadForColumns(int slot, const char* letter,
+                                                                     int input);
   void CountForColumns(int slot, int input);
   void DiscardForColumns(int slot, int input);
   void LearnOrder();

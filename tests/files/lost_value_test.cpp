@@ -389,6 +389,19 @@ TEST(LostValue, ByARestartOfAnInstrumentThatIsNotKnownWell) {
   }
 }
 
+// The wall clock stands still in this test: a set is as old as there are sets waiting behind it.
+TEST(LostValue, OfAFullBufferIsCountedFromTheSetThatWasWrittenLast) {
+  RecordingBench bench({"descending", 500});
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(8));
+  const std::int64_t steady = bench.room.state.Columns[kSlot].LastSet;
+  bench.room.clock.Advance(seconds(3000));
+  ASSERT_TRUE(bench.RunToRows(9));
+  const std::int32_t rows = bench.room.state.SampleCount[kSlot];
+  const std::int64_t waiting = (steady - bench.room.state.Columns[kSlot].LastSet) / 10;
+  EXPECT_NEAR(static_cast<double>(waiting), 308 - rows, 1);
+}
+
 TEST(LostValue, OfAHalfReadSetDoesNotHappenWhenTheProgramIsKilled) {
   RecordingBench bench({"descending", 500});
   bench.Start();

@@ -100,14 +100,6 @@ bool Differs(const std::optional<TakenSample>& sample, std::int16_t word) {
   return !sample || sample->word != word;
 }
 
-int DifferingWords(const Row& row, const TruthSet& set) {
-  int differing = 0;
-  for (std::size_t column = 0; column < row.size(); ++column) {
-    differing += Differs(set[column], row[column]) ? 1 : 0;
-  }
-  return differing;
-}
-
 // The words of `rows` in a column that are right if the column is `shift` rows away.
 int RightWords(const std::vector<Row>& rows, const std::vector<TruthSet>& sets, std::size_t column,
                int shift) {
@@ -217,8 +209,9 @@ class ToldOfFile {
 // Where the user was told that nobody knows how many sets are lost.
 constexpr int kAnyNumber = 100'000;
 
-// Costs of an explanation, see Align: a word that differs is 2.
-constexpr int kWordCost = 2;
+// Costs of an explanation, see Align: a word that differs in a column that may stand in another
+// row, as the user was told. In a certain column it costs as much as a whole row of these.
+constexpr int kDoubtedWordCost = 2;
 
 class Comparer {
  public:
@@ -226,7 +219,8 @@ class Comparer {
       : slot_(slot),
         rows_(std::move(rows)),
         expected_(std::move(expected)),
-        told_(told, slot.file) {}
+        told_(told, slot.file),
+        ahead_(slot.inputs.size()) {}
 
   Findings Run() {
     findings_.rows = static_cast<int>(rows_.size());
@@ -256,16 +250,43 @@ class Comparer {
   // Rows from 1 on, which is row 0 of the alignment.
   [[nodiscard]] std::vector<AlignedPair> AlignRows() const {
     const int columns = static_cast<int>(slot_.inputs.size());
+    const int row_cost = kDoubtedWordCost * columns * columns;
+    const auto word_costs = WordCosts();
     AlignmentCosts costs;
-    costs.differing = [this](int row, int set) {
-      return kWordCost * DifferingWords(rows_[static_cast<std::size_t>(row) + 1], SetAt(set));
+    costs.differing = [&](int row, int set) {
+      const auto place = static_cast<std::size_t>(row) + 1;
+      return Cost(rows_[place], SetAt(set), word_costs[place]);
     };
-    costs.missing = [this, columns](int set) {
-      return Has(SetAt(set), SampleFate::kOverrun) ? 1 : columns + 2;
+    costs.missing = [&](int set) {
+      return Has(SetAt(set), SampleFate::kOverrun) ? 1 : row_cost / 2 + 2;
     };
-    costs.superfluous = kWordCost * columns + 2;
+    costs.superfluous = row_cost + 2;
     return Align(std::max(0, static_cast<int>(rows_.size()) - 1),
                  static_cast<int>(expected_.rows.size()), costs);
+  }
+
+  // By row and column.
+  [[nodiscard]] std::vector<std::vector<int>> WordCosts() const {
+    const std::size_t columns = slot_.inputs.size();
+    const int certain = kDoubtedWordCost * static_cast<int>(columns);
+    std::vector<std::vector<int>> costs(rows_.size(), std::vector<int>(columns, certain));
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+      for (std::size_t column = 0; column < columns; ++column) {
+        if (told_.Covers(static_cast<int>(row), slot_.inputs[column],
+                         ToldDoubt::Kind::kUncertain)) {
+          costs[row][column] = kDoubtedWordCost;
+        }
+      }
+    }
+    return costs;
+  }
+
+  static int Cost(const Row& row, const TruthSet& set, const std::vector<int>& word_costs) {
+    int cost = 0;
+    for (std::size_t column = 0; column < row.size(); ++column) {
+      cost += Differs(set[column], row[column]) ? word_costs[column] : 0;
+    }
+    return cost;
   }
 
   // `row` is the one of the pair, or the one before which a set is missing.
@@ -284,7 +305,7 @@ class Comparer {
     if (Has(set, SampleFate::kForgotten)) {
       return;  // gone with a restart of the instrument
     }
-    if (IsAllInDoubt(row, set)) {
+    if (IsInDoubt(row, set) || IsInHand(row)) {
       findings_.excused += static_cast<int>(set.size());
       return;
     }
@@ -302,7 +323,7 @@ class Comparer {
     const Row& words = rows_[static_cast<std::size_t>(row)];
     for (std::size_t column = 0; column < words.size(); ++column) {
       const int input = slot_.inputs[column];
-      TakeLoss(row, input, set[column]);
+      TakeLoss(row, column, set[column]);
       if (!Differs(set[column], words[column])) {
         ++right;
       } else if (told_.Covers(row, input)) {
@@ -321,24 +342,33 @@ class Comparer {
     }
   }
 
-  // Every value of the set was lost on the line, and the user was told of each column that it may
-  // run ahead from here on.
-  [[nodiscard]] bool IsAllInDoubt(int row, const TruthSet& set) {
+  // Every column has lost a value and runs ahead from there on, and the user was told so of each:
+  // there is one row less than there are sets.
+  [[nodiscard]] bool IsInDoubt(int row, const TruthSet& set) {
     for (std::size_t column = 0; column < set.size(); ++column) {
-      const int input = slot_.inputs[column];
-      if (!IsLoss(set[column]) || !told_.Covers(row, input, ToldDoubt::Kind::kUncertain)) {
-        return false;
-      }
+      TakeLoss(row, column, set[column]);
     }
-    findings_.losses += static_cast<int>(set.size());
-    findings_.in_doubt += static_cast<int>(set.size());
-    return true;
+    const int least = *std::min_element(ahead_.begin(), ahead_.end());
+    const bool is_absent = least > absent_;
+    absent_ += is_absent ? 1 : 0;
+    return is_absent;
   }
 
-  void TakeLoss(int row, int input, const std::optional<TakenSample>& sample) {
-    if (IsLoss(sample)) {
-      ++findings_.losses;
-      findings_.in_doubt += told_.Covers(row, input, ToldDoubt::Kind::kUncertain) ? 1 : 0;
+  // Of the last set nothing but the column that runs ahead is in a row: the others are in hand.
+  [[nodiscard]] bool IsInHand(int row) {
+    const int most = *std::max_element(ahead_.begin(), ahead_.end());
+    const bool is_behind_all = row == static_cast<int>(rows_.size());
+    return is_behind_all && most > absent_ && std::exchange(has_hand_, false);
+  }
+
+  void TakeLoss(int row, std::size_t column, const std::optional<TakenSample>& sample) {
+    if (!IsLoss(sample)) {
+      return;
+    }
+    ++findings_.losses;
+    if (told_.Covers(row, slot_.inputs[column], ToldDoubt::Kind::kUncertain)) {
+      ++findings_.in_doubt;
+      ++ahead_[column];
     }
   }
 
@@ -347,7 +377,7 @@ class Comparer {
     findings_.told_uncertain = told_.Count(ToldDoubt::Kind::kUncertain);
     for (const ToldLoss& loss : told_.Losses()) {
       findings_.told_lost += loss.sets.value_or(0);
-      const int about = loss.sets ? std::max(2, *loss.sets / 50) : kAnyNumber;
+      const int about = loss.sets ? std::max(2, *loss.sets / 10) : kAnyNumber;
       findings_.about += loss.is_about ? about : 0;
     }
   }
@@ -366,6 +396,9 @@ class Comparer {
   std::vector<Row> rows_;
   Expected expected_;
   ToldOfFile told_;
+  std::vector<int> ahead_;  // by column: values that were lost, told as uncertain
+  int absent_ = 0;          // sets without a row since all columns run ahead
+  bool has_hand_ = true;    // one set may be in hand at the end
   Findings findings_;
 };
 

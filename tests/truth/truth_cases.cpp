@@ -92,6 +92,7 @@ Deed Spoilt(int percent) {
 Deed OffFor(int sets) {
   return [sets](TruthRun& run, int times) {
     for (int time = 0; time < times; ++time) {
+      run.GoOnUntilCaughtUp();
       run.GoOn(milliseconds(run.Draw(1500)));
       run.Kill();
       run.SleepForSets(sets);
