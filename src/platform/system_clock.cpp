@@ -35,11 +35,14 @@ double SecondsSinceMidnight() {
 
 }  // namespace
 
+double TimerLater(double timer, std::chrono::duration<double> later) {
+  return std::fmod(timer + later.count(), kDay);
+}
+
 SystemClock::SystemClock() : timer_at_zero_(SecondsSinceMidnight()), zero_(SinceBoot()) {}
 
 double SystemClock::Timer() const {
-  const std::chrono::duration<double> since = SinceBoot() - zero_;
-  return std::fmod(timer_at_zero_ + since.count(), kDay);
+  return TimerLater(timer_at_zero_, SinceBoot() - zero_);
 }
 
 std::chrono::nanoseconds SystemClock::Elapsed() const {

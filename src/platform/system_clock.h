@@ -5,6 +5,9 @@
 
 namespace tavrel {
 
+// What a timer of the day shows so much later: seconds since midnight, below 86400.
+[[nodiscard]] double TimerLater(double timer, std::chrono::duration<double> later);
+
 // The clock of the machine.
 class SystemClock : public Clock {
  public:

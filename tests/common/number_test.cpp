@@ -162,6 +162,16 @@ TEST(ReadNumber, GivesZeroForATextThatIsNoNumber) {
   }
 }
 
+// What stands behind the text in memory is no part of it.
+TEST(ReadNumber, EndsWithTheText) {
+  const std::string_view whole = "123.45e2";
+  const std::vector<double> values = {0, 1, 12, 123, 123, 123.4, 123.45, 123.45, 12345};
+  for (std::size_t length = 0; length <= whole.size(); ++length) {
+    EXPECT_DOUBLE_EQ(ReadNumber(whole.substr(0, length)), values.at(length)) << length;
+    EXPECT_DOUBLE_EQ(ReadNumber("-" + std::string(whole.substr(0, length))), -values.at(length));
+  }
+}
+
 TEST(ReadNumber, HoldsANumberTooLargeAtTheLargest) {
   constexpr double kLargest = std::numeric_limits<double>::max();
   EXPECT_EQ(ReadNumber("1e400"), kLargest);

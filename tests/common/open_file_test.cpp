@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/support/file_bench.h"
 
 namespace tavrel {
@@ -62,6 +64,39 @@ TEST_F(OpenDialog, BuildsTheIndexWhenItIsNotValidOnly) {
   Open();
   EXPECT_EQ(bench.Names(), (List{"M260101A.OVN", "M260102A.OVN"}));
   EXPECT_EQ(form.Values().noFiles, "2");
+}
+
+// Each look at it is a tenth of a second later.
+class SlowClock : public FakeClock {
+ public:
+  [[nodiscard]] std::chrono::nanoseconds Elapsed() const override {
+    return std::chrono::milliseconds(100) * ++looks_;
+  }
+
+ private:
+  mutable int looks_ = 0;
+};
+
+// A long index shows how far it is, and has no bar at the end.
+TEST_F(OpenDialog, ShowsHowFarTheIndexIs) {
+  for (int number = 10; number < 30; ++number) {
+    bench.WriteFile("tavdat", "M2601" + std::to_string(number) + "A.OVN");
+  }
+  const SlowClock clock;
+  FileIndex index({state, bench.program.events, clock});
+  OpenFile slow({state, index, bench.program.dialogs, bench.program.screens, bench.program.events,
+                 bench.places});
+  std::vector<int> progress;
+  slow.Load();
+  slow.Display([&] {
+    progress.push_back(slow.Values().Progress);
+    EXPECT_EQ(slow.Values().Revision, index.Revision());
+  });
+  ASSERT_GT(progress.size(), 10U);
+  EXPECT_EQ(progress.front(), 25);
+  EXPECT_EQ(progress.at(progress.size() - 2), 100);
+  EXPECT_EQ(progress.back(), kNoProgress);
+  EXPECT_EQ(bench.program.events.repaints, static_cast<int>(progress.size()) - 1);
 }
 
 TEST_F(OpenDialog, TakesTheSelectedFile) {

@@ -82,7 +82,11 @@ TEST_F(FamilyMessage, AnswersTrueAfterOkAndFalseAfterCancel) {
   };
   EXPECT_TRUE(message.Ask({"sure ?", "title", false, true, true}));
   EXPECT_TRUE(message.AskResult());
-  screens.on_show = [this](View) { message.CmdCancel_Click(); };
+  screens.on_show = [this](View) {
+    message.CmdCancel_Click();
+    EXPECT_FALSE(message.IsOpen());
+    EXPECT_EQ(state.ActiveView, View::kTavCtrl);
+  };
   EXPECT_FALSE(message.Ask({"sure ?", "title", false, true, true}));
   EXPECT_FALSE(message.AskResult());
 }

@@ -314,6 +314,44 @@ Trial DrawTrial(unsigned seed) {
   return trial;
 }
 
+// What the looks of a doubt have shown is not forgotten when somebody doubts the input once more,
+// nor does the doubt become a wider one.
+TEST(ColumnEvidence, IsNotShakenByASecondDoubtOfTheSameInput) {
+  int open_looks = 0;
+  for (int input = 1; input <= 3; ++input) {
+    PlainInstrument instrument(10, {{1, 0.0}, {2, 4.0}, {3, 8.0}});
+    instrument.Begin(5);
+    ColumnEvidence evidence;
+    evidence.Begin({1, 2, 3}, 10);
+    double now = 14;
+    const auto when = [&now] {
+      const ColumnEvidence::Time time(std::llround(now * 1e9));
+      return ColumnEvidence::Exchange{time, time + std::chrono::milliseconds(20)};
+    };
+    for (int each = 1; each <= 3; ++each) {
+      instrument.Take(each, now);
+      evidence.NoteTaken(each, when());
+    }
+    evidence.Doubt(input);
+    ColumnEvidence again = evidence;
+    for (int look = 0; look < 40 && evidence.AnyDoubt(); ++look) {
+      now += 0.7;
+      const int asked = evidence.NextLook().input;
+      ASSERT_EQ(again.NextLook().input, asked) << look;
+      const int count = static_cast<int>(instrument.Count(asked, now));
+      evidence.NoteCount(asked, count, when());
+      again.NoteCount(asked, count, when());
+      EXPECT_EQ(again.VerdictOf(input), evidence.VerdictOf(input)) << look;
+      EXPECT_EQ(again.Looks(input), evidence.Looks(input)) << look;
+      open_looks += evidence.AnyDoubt() ? 1 : 0;
+      if (evidence.AnyDoubt() && look % 2 == 1) {
+        again.Doubt(input, -5, 5);
+      }
+    }
+  }
+  EXPECT_GT(open_looks, 3);
+}
+
 TEST(ColumnEvidence, ServesARecordingOfOneInputByTime) {
   Tally tally;
   for (unsigned seed = 1000; seed <= 1100; ++seed) {

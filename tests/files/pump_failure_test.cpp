@@ -150,5 +150,34 @@ TEST(FlushFiles, ReopensRecordingSlotsAndThoseWithADirtyHeader) {
   EXPECT_TRUE(room.state.SlotFileNo[1].IsOpen());
 }
 
+// A slot that does not record and has nothing to write keeps its handle, whatever became of its
+// file: closing it would lose what may be the last of it.
+TEST(FlushFiles, LeavesTheHandleOfAnIdleSlotAlone) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    PumpRoom room;
+    room.Open(slot, "A.NEW", BytesOf(HeaderOf(1, {1})));
+    std::filesystem::remove(room.directory.File("A.NEW"));
+    room.engine.FlushFiles();
+    room.engine.TenSecondTick();
+    EXPECT_TRUE(room.state.SlotFileNo.at(static_cast<std::size_t>(slot)).IsOpen()) << slot;
+    EXPECT_FALSE(room.directory.Exists("A.NEW")) << slot;
+    EXPECT_TRUE(room.Announced().empty()) << slot;
+  }
+}
+
+TEST(TenSecondTick, OpensNoIdleSlotAgain) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    for (const bool records : {false, true}) {
+      PumpRoom room;
+      const UnitRecord header = HeaderOf(1, {1});
+      room.Open(slot, "A.NEW", BytesOf(records ? Running(header) : header));
+      room.state.SlotFileNo.at(place).Close();
+      room.engine.TenSecondTick();
+      EXPECT_EQ(room.state.SlotFileNo.at(place).IsOpen(), records) << slot;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

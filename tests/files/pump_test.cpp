@@ -162,6 +162,24 @@ TEST(Pump, GoesOnBehindTheRowsThatAreThere) {
   EXPECT_EQ(room.SamplesInFile(kName), Words({1, 2, 1, 2, 3, 4, 5, 6}));
 }
 
+// A program that was killed between the two copies of the first set leaves one row.
+TEST(Pump, WritesTheSecondSetTwiceBehindASingleRow) {
+  for (int rows = 0; rows <= 3; ++rows) {
+    PumpRoom room;
+    std::string samples;
+    for (int row = 0; row < rows; ++row) {
+      samples += Words({1, 2});
+    }
+    room.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))) + samples);
+    ASSERT_EQ(room.state.SampleCount[12], rows);
+    room.Store(1, 1, {5});
+    room.Store(1, 2, {6});
+    room.Pump(3);
+    const std::string set = Words({5, 6});
+    EXPECT_EQ(room.SamplesInFile(kName), samples + (rows < 2 ? set + set : set)) << rows;
+  }
+}
+
 TEST(Pump, FillsASimulatedFileWithTenTimesTheChannel) {
   PumpRoom room;
   room.link.LinkOpen({"----", 0});

@@ -103,6 +103,19 @@ TEST(FreeName, IsEmptyWhenNoLetterIsLeft) {
   EXPECT_EQ(room.files.FreeName(1, ""), "");
 }
 
+// A slot that waits for its file has no more than its key.
+TEST(FreeName, IsNoneThatAKeyOfASlotNames) {
+  for (std::size_t key = 0; key < kSlots; ++key) {
+    RecordingRoom room;
+    const int slot = key == 4 ? 6 : 5;
+    room.Name(slot, "M260314B.NEW");
+    room.state.Settings.ActiveFiles.at(key) = "m260314a.new";
+    EXPECT_EQ(room.files.FreeName(slot, "M260314A.NEW"), "M260314C.NEW") << key;
+    room.state.Settings.ActiveFiles.at(key).clear();
+    EXPECT_EQ(room.files.FreeName(slot, "M260314A.NEW"), "M260314A.NEW") << key;
+  }
+}
+
 TEST(FreeName, GivesCapitals) {
   RecordingRoom room;
   room.Name(1, "old.new");

@@ -98,6 +98,39 @@ TEST_F(Attaching, SweepsNoControllerWhileTheInstrumentOfAWaitingTestIsUnknown) {
   EXPECT_EQ(Writes(), std::vector<std::string>{});
 }
 
+// Whichever slot waits: it may use any controller of its instrument.
+TEST_P(Waiting, TestKeepsTheControllersOfItsInstrument) {
+  const int slot = GetParam();
+  const int other = slot == 12 ? 11 : 12;
+  bench.Install(slot, "M260314A.OVN", Running(2, 3));
+  bench.Install(other, "M260314B.OVN", Running(2, 1));
+  fs::permissions(bench.home.Path(), fs::perms(0755));
+  fs::permissions(PathOf("M260314A.OVN"), fs::perms(0444));
+  fs::permissions(PathOf("M260314B.OVN"), fs::perms(0666));
+  {
+    const WithoutRights nobody;
+    bench.Start();
+  }
+  EXPECT_EQ(File(slot), "");
+  EXPECT_EQ(Writes(), std::vector<std::string>{});
+}
+
+// The settings may name another directory by now.
+TEST_P(Waiting, FileIsLookedForWhereItWasAtTheStart) {
+  const int slot = GetParam();
+  const std::string name = "M260314A.OVN";
+  bench.Install(slot, name, Running(3, 2), {7, 8, 7, 8});
+  const std::string bytes = bench.home.Read("tavdat/" + name);
+  MakeUnreadable(PathOf(name));
+  bench.Start();
+  fs::create_directory(bench.home.File("elsewhere"));
+  bench.state.Settings.DefPath = bench.home.File("elsewhere");
+  fs::remove(PathOf(name));
+  bench.home.Write("tavdat/" + name, bytes);
+  bench.Run(kTenSeconds);
+  EXPECT_EQ(File(slot), name);
+}
+
 TEST_F(Attaching, LeavesTheControllersOfAWaitingTestsInstrumentAlone) {
   bench.Install(1, "M260314A.OVN", Running(1, 1));
   bench.Install(2, "M260314B.OVN", Running(2, 3));

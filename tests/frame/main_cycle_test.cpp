@@ -206,9 +206,27 @@ TEST_F(Cycle, WakesAWaitingSlotEveryTenSeconds) {
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{5, 6, 5, 6}));
 }
 
+// A header that was edited is on the disk after twenty minutes at the latest, also where nothing
+// records.
+TEST_F(Cycle, PutsEditedHeadersToTheDiskEveryTwentyMinutes) {
+  StartRecordingSlot(0);
+  const auto name_on_disk = [this] {
+    return bench.home.Read("tavdat/M260314A.OVN").substr(204, 6);
+  };
+  for (const char* name : {"first ", "second"}) {
+    bench.sheet.tx_Des_Change(1, name);
+    bench.Run(1185);
+    EXPECT_NE(name_on_disk(), name);
+    bench.Run(25);
+    EXPECT_EQ(name_on_disk(), name);
+    EXPECT_FALSE(bench.state.SlotDirty[1]);
+  }
+}
+
 TEST_F(Cycle, ArmsAllDeadlinesAnewAfterMidnight) {
   bench.clock.timer_at_start = 86290;
   StartRecordingSlot(0);
+  bench.state.TickBlink = 86300;
   bench.Run(20);
   bench.port.sent.clear();
   bench.clock.AdvanceSeconds(60);

@@ -268,6 +268,66 @@ TEST_F(Sheet, MarksCurvesStaleOnlyForTheSelectedSlot) {
   EXPECT_FALSE(bench.state.WorkReset || bench.state.OverPrepared || bench.state.PartPrepared);
 }
 
+TEST_F(Sheet, PreparesTheCurvesAnewForAnotherSlotOnly) {
+  StartThreeSlots();
+  bench.state.SelSlot = 3;
+  bench.screens.built = {View::kTavWork};
+  bench.screens.on_show = [this](View) {
+    EXPECT_EQ(bench.state.TickRefresh, 0) << "the worksheet is filled at once";
+    EXPECT_EQ(bench.events.pointers.back(), Pointer::kHourglass);
+    bench.state.TickRefresh = 99999;
+    bench.state.SheetSlot = 5;
+  };
+  for (const int slot : {3, 4, 1, 0, 4, 4}) {
+    bench.state.TickRefresh = 99999;
+    const bool is_other = slot != bench.state.SelSlot;
+    bench.state.WorkReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
+    bench.sheet.cmd_Work_Click(slot);
+    EXPECT_EQ(bench.state.SelSlot, slot);
+    EXPECT_EQ(bench.state.WorkReset, !is_other) << slot;
+    EXPECT_EQ(bench.state.OverPrepared, !is_other) << slot;
+    EXPECT_EQ(bench.state.PartPrepared, !is_other) << slot;
+    EXPECT_EQ(bench.state.TickRefresh, 0) << "and the sheet behind it";
+    EXPECT_EQ(bench.state.SheetSlot, 0);
+  }
+}
+
+// A row that went dark with its file shows everything again when the file is back, although
+// nothing of it has changed.
+TEST_F(Sheet, FillsARowThatReturns) {
+  for (const int slot : {1, 3, 12}) {
+    BenchProgram other;
+    const UnitRecord header = BenchProgram::Header(2, 1, 2, false);
+    other.Install(slot, "M260314A.OVN", header, {7, 8, 7, 8});
+    other.line.registers[{2, 'Y', 2}] = 4567;
+    other.line.registers[{2, 'Y', 1}] = 400;
+    other.line.registers[{2, 'Z', 1}] = 2;
+    other.Start();
+    other.Run(6);
+    const SheetRow before = other.Row(slot);
+    EXPECT_EQ(before.lb_Ref, "228.4");
+    other.sheet.HideRow(slot);
+    EXPECT_FALSE(other.Row(slot).Sheet);
+    EXPECT_EQ(other.Row(slot).lb_Ref, "");
+    for (const bool waited : {false, true}) {
+      if (waited) {
+        other.sheet.ShowWaitingRow(slot);
+      }
+      other.sheet.ShowRow(slot);
+      other.Run(6);
+      const SheetRow& after = other.Row(slot);
+      EXPECT_EQ(after.lb_Ref, before.lb_Ref) << slot;
+      EXPECT_EQ(after.lb_Ctrl, "20.0") << slot;
+      EXPECT_EQ(after.lb_Cstat, "iso") << slot;
+      EXPECT_EQ(after.lb_TavNo, "2") << slot;
+      EXPECT_EQ(after.lb_File, "m260314a.ovn") << slot;
+      EXPECT_EQ(after.lb_Rstat, "off") << slot;
+      EXPECT_EQ(after.lb_Rec, before.lb_Rec) << slot;
+      EXPECT_NE(after.lb_Rec, "") << slot;
+    }
+  }
+}
+
 TEST_F(Sheet, IsUpToDateTwelveTicksAfterTheWorksheetCloses) {
   bench.screens.built = {View::kTavWork};
   StartThreeSlots();
@@ -308,12 +368,14 @@ TEST_F(Sheet, SaysWhenTheLinkIsSimulated) {
 
 TEST_F(Sheet, ForgetsTheBacklogLineWhenTheFormLeavesTheFront) {
   StartThreeSlots();
-  bench.state.BacklogCount = 40;
-  bench.state.lbl_Info = "reading from Tavrel:  40";
-  bench.sheet.LeaveFront();
-  bench.cycle.Tick();
-  EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
-  EXPECT_EQ(bench.state.BacklogCount, 0);
+  for (const int count : {40, 1}) {
+    bench.state.BacklogCount = count;
+    bench.state.lbl_Info = "reading from Tavrel:  " + std::to_string(count);
+    bench.sheet.LeaveFront();
+    bench.cycle.Tick();
+    EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+    EXPECT_EQ(bench.state.BacklogCount, 0);
+  }
 }
 
 TEST_F(Sheet, IsNotDisturbedByTheViewedFile) {

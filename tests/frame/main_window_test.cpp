@@ -172,6 +172,64 @@ TEST_F(Window, RestsWhileAComparisonWaitsForItsNextLook) {
   EXPECT_LE(static_cast<std::uint64_t>(paints), 2 * rests + bench.link.Exchanges() - before);
 }
 
+// What the end of the program does for a slot it does for each of the twelve.
+class WindowOfASlot : public testing::TestWithParam<int> {
+ protected:
+  WindowOfASlot() {
+    bench.events.on_rest = [this](std::chrono::milliseconds time) { bench.clock.Advance(time); };
+    bench.Install(slot, kName, BenchProgram::Header(inet, 1, 2, true), {7, 8, 7, 8});
+    bench.Start();
+  }
+  void Hold(int input, int word) {
+    bench.line.buffers[{inet, input}].push_back(static_cast<std::int16_t>(word));
+  }
+  [[nodiscard]] std::vector<std::int16_t> Samples() const { return bench.Samples(kName); }
+
+  static constexpr const char* kName = "M260314A.OVN";
+  const int slot = GetParam();
+  const int inet = (slot + 1) / 2;
+  BenchProgram bench;
+};
+
+TEST_P(WindowOfASlot, ReadsOneLastSet) {
+  for (const int set : {0, 1, 2}) {
+    Hold(1, 100 + set);
+    Hold(2, 200 + set);
+  }
+  bench.window.Close();
+  EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+}
+
+TEST_P(WindowOfASlot, WaitsForTheRestOfItsSet) {
+  Hold(2, 200);
+  bench.events.on_rest = [this](std::chrono::milliseconds time) {
+    bench.clock.Advance(time);
+    Hold(1, 100);
+  };
+  bench.window.Close();
+  EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
+}
+
+TEST_P(WindowOfASlot, KeepsASetThatTheDiskRefuses) {
+  Hold(1, 100);
+  Hold(2, 200);
+  {
+    const FullDisk disk(1008);
+    bench.window.Close();
+  }
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_TRUE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
+}
+
+TEST_P(WindowOfASlot, SavesItsEditedHeaderAndClosesItsFile) {
+  bench.sheet.tx_Des_Change(slot, "Tube 7");
+  bench.window.Close();
+  EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
+  EXPECT_FALSE(bench.state.SlotFileNo.at(static_cast<std::size_t>(slot)).IsOpen());
+}
+
+INSTANTIATE_TEST_SUITE_P(EachSlot, WindowOfASlot, testing::Range(1, kSlots + 1));
+
 class WindowWithAnOrder : public Window {
  protected:
   // The recording of slot 2 has ended, and its controller has not acknowledged that it is off.

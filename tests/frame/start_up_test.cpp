@@ -310,6 +310,28 @@ TEST_F(Backlog, OfThreeOrLessShowsNothing) {
   EXPECT_EQ(bench.state.SampleCount[1], 4);
 }
 
+TEST_F(Backlog, OfNothingIsNothing) {
+  bench.Install(12, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+  bench.state.BacklogCount = 77;
+  bench.Start();
+  EXPECT_EQ(bench.state.BacklogCount, 0);
+  EXPECT_EQ(bench.sheet.Values().lbl_Info, "");
+}
+
+TEST_F(Backlog, OfTwoSlotsWithAsManyIsThatOfTheFirst) {
+  for (const auto& [first, last] : {std::pair(1, 12), std::pair(5, 6), std::pair(11, 12)}) {
+    BenchProgram other;
+    other.Install(first, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
+    other.Install(last, "M260314B.OVN", BenchProgram::Header(2, 1, 2, true));
+    for (const int inet : {1, 2}) {
+      other.line.buffers[{inet, 2}].assign(40, 5);
+    }
+    other.Start();
+    EXPECT_EQ(other.state.BacklogSlot, first);
+    EXPECT_EQ(other.state.BacklogCount, 40);
+  }
+}
+
 TEST_F(Backlog, IsThatOfTheRecordingSlotWithTheMost) {
   bench.Install(1, "M260314A.OVN", BenchProgram::Header(1, 1, 2, true));
   bench.Install(2, "M260314B.OVN", BenchProgram::Header(2, 1, 2, true));

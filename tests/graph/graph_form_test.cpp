@@ -32,6 +32,15 @@ TEST(GraphForm, OpensOnTheOverviewWithItsToolsAsleep) {
   EXPECT_TRUE(bench.program.state.GraphIdle);
 }
 
+TEST(GraphForm, HasItsTipsInTheLanguageOfTheSettings) {
+  for (const char* language : {"German", "English"}) {
+    GraphBench bench;
+    bench.program.state.Settings.HelpLang = language;
+    bench.LoadAndOpen(bench.Slopes(5));
+    EXPECT_EQ(bench.Shown().TipLanguage, LanguageOf(language));
+  }
+}
+
 TEST(GraphForm, KeepsTheFileForItselfWhileItDraws) {
   GraphBench bench;
   bench.LoadAndOpen(bench.Slopes(50));

@@ -19,11 +19,12 @@ class TheOutput : public testing::Test, public GraphBench {
   void SetUp() override {
     program.state.Settings.DefPath = program.home.File("tavdat");
     LoadAndOpen(Slopes(80));
-    ShowPart({10, 100}, {60, 600});
+    SetUpPart();
     program.dialogs.boxes.clear();
     program.events.pointers.clear();
     source = FileBytes(kName);
   }
+  void SetUpPart() { ShowPart({10, 100}, {60, 600}); }
   std::string FileBytes(const std::string& name) { return program.home.Read("tavdat/" + name); }
   std::string Path(const std::string& name) { return program.home.File("tavdat/" + name); }
   bool Exists(const std::string& name) { return program.home.Exists("tavdat/" + name); }
@@ -285,6 +286,58 @@ TEST_F(TheOutput, GivesUpIfTheRecordingWentOnInANextFile) {
   output.MnuPrint_Click();
   EXPECT_TRUE(program.printer.pages.empty());
   EXPECT_TRUE(Boxes().empty());
+}
+
+// The file dialog may stand open for hours, beneath which the recording goes on in another file or
+// the graph is closed.
+TEST_F(TheOutput, WritesNoFileIfTheGraphHasChangedBeneathItsDialog) {
+  const std::vector<std::function<void()>> commands = {[this] { output.MnuASCII_Click(); },
+                                                       [this] { output.MnuSubFile_Click(); }};
+  for (const auto& command : commands) {
+    Choose("SOUT.OVN");
+    program.dialogs.on_file_dialog = [this] { program.state.SlotFile[kSlot] = "M260314B.OVN"; };
+    command();
+    program.state.SlotFile[kSlot] = kName;
+    program.dialogs.on_file_dialog = [this] { graph.CloseNow(); };
+    command();
+    EXPECT_TRUE(Boxes().empty());
+    EXPECT_THAT(FilesOfDirectory(), ElementsAre(kName));
+    program.dialogs.on_file_dialog = [] {};
+    graph.Open();
+    SetUpPart();
+    command();
+    EXPECT_THAT(FilesOfDirectory(), ElementsAre(kName, "SOUT.OVN"));
+    std::filesystem::remove(Path("SOUT.OVN"));
+  }
+}
+
+// Each command is refused while another one of them has its dialog open.
+TEST_F(TheOutput, BeginsNoCommandWithinAnother) {
+  const auto begin_all = [this] {
+    output.MnuASCII_Click();
+    output.MnuData_Click();
+    output.MnuGraph_Click();
+    output.MnuSubFile_Click();
+    output.MnuPrint_Click();
+  };
+  program.dialogs.ok = false;
+  program.printer.chosen.reset();
+  program.dialogs.on_box = begin_all;
+  program.dialogs.on_file_dialog = begin_all;
+  program.printer.on_choose = begin_all;
+  output.MnuASCII_Click();
+  EXPECT_EQ(program.dialogs.file_dialogs.size(), 1U);
+  output.MnuSubFile_Click();
+  EXPECT_EQ(program.dialogs.file_dialogs.size(), 2U);
+  EXPECT_TRUE(Boxes().empty());
+  EXPECT_TRUE(program.printer.offered.empty());
+  output.MnuData_Click();
+  EXPECT_EQ(Boxes().size(), 1U);
+  output.MnuPrint_Click();
+  EXPECT_EQ(program.printer.offered.size(), 1U);
+  EXPECT_EQ(program.dialogs.file_dialogs.size(), 2U);
+  EXPECT_EQ(Boxes().size(), 1U);
+  EXPECT_FALSE(program.clipboard.picture);
 }
 
 TEST_F(TheOutput, DoesNotBeginASecondCommandInOne) {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <set>
 
 #include "tests/support/graph_bench.h"
 
@@ -255,6 +256,21 @@ TEST_F(GraphTool, EscapeEndsATool) {
   }
 }
 
+// The field of a mark's text takes the place of the reading at the cursor, until another tool
+// begins.
+TEST_F(GraphTool, AnotherToolBringsTheReadingBack) {
+  for (const int tool : {0, 1}) {
+    bench.graph.PbMark_Click(2);
+    ASSERT_EQ(bench.ToolState(), Tool::kComment);
+    EXPECT_FALSE(bench.Shown().picXYShown);
+    EXPECT_TRUE(bench.Shown().Txt_for_MarkShown);
+    bench.graph.PbEval_Click(tool);
+    EXPECT_TRUE(bench.Shown().picXYShown);
+    EXPECT_FALSE(bench.Shown().Txt_for_MarkShown);
+    bench.graph.KeyEscape();
+  }
+}
+
 TEST_F(GraphTool, EscapeAtRestLeavesTheGraph) {
   bench.graph.KeyEscape();
   bench.Tick();
@@ -329,6 +345,26 @@ TEST_F(GraphTool, KeyboardChoosesTheCurveNextToTheCursorAndDragsTheBaseline) {
   bench.graph.PressCursor();
   EXPECT_EQ(bench.ToolState(), Tool::kBaseline2);
   EXPECT_EQ(bench.PicC(kPartView).LinesOf(kRed).back().At, (Segment{10, 420, 20, 420, kRed}));
+}
+
+TEST_F(GraphTool, KeyboardChoosesEachCurve) {
+  const std::vector<Colour> inks = {kBlack, kRed, {0, 0xFF, 0}};
+  std::set<std::size_t> chosen;
+  for (const auto& [move, steps] :
+       {std::pair(CursorMove::kUp, 10), std::pair(CursorMove::kUp, 20),
+        std::pair(CursorMove::kDown, 35), std::pair(CursorMove::kDown, 10),
+        std::pair(CursorMove::kDown, 10), std::pair(CursorMove::kDown, 10)}) {
+    bench.graph.PbEval_Click(1);
+    bench.graph.MoveCursor(move, steps);
+    const double degrees = std::stod(bench.Shown().lbY.substr(4));
+    const std::size_t nearest = degrees < 300 ? 0 : degrees < 500 ? 1 : 2;
+    bench.graph.PressCursor();
+    ASSERT_EQ(bench.ToolState(), Tool::kBaseline1) << degrees;
+    DrawBaseline({{{20, 100}, {30, 100}, {40, 100}, {50, 100}, {60, 100}}});
+    EXPECT_TRUE(bench.PicC(kPartView).strokes.back().At.Ink == inks.at(nearest)) << degrees;
+    chosen.insert(nearest);
+  }
+  EXPECT_EQ(chosen.size(), inks.size());
 }
 
 class PartRange : public testing::Test {

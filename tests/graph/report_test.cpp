@@ -104,6 +104,8 @@ TEST_F(TheReport, ChoosesTheLayoutByTheShapeOfThePaper) {
   EXPECT_EQ(LayoutOf({0, 0, 820, 570}).Height, 34);
   EXPECT_EQ(LayoutOf({0, 0, 600, 600}).Height, 34);
   EXPECT_EQ(LayoutOf({10, 800, 580, 0}).Height, 52);
+  EXPECT_EQ(LayoutOf({500, 500, 1070, 1320}).Height, 52);
+  EXPECT_EQ(LayoutOf({1320, 500, 500, 1070}).Height, 34);
 }
 
 TEST_F(TheReport, PutsThePlotWhereTheLayoutSays) {

@@ -96,6 +96,18 @@ TEST(Frame, ReachesMemoryAndPortsOnAPluginLineByPrefix) {
   EXPECT_EQ(SpaceWriteFrame(mode, {2, 0}, Space::kPort, "1F", -1), "n1o1F=FFFF\r");
 }
 
+TEST(Frame, HasSmallLettersInItsPrefixes) {
+  const LineMode plugin = Mode(4, 2);
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const auto small = static_cast<char>(letter - 'A' + 'a');
+    EXPECT_EQ(LinkPrefix(plugin, letter, {1, 0}), std::string("n") + small);
+    EXPECT_EQ(LinkPrefix(plugin, small, {3, 0}), std::string("n2") + small);
+  }
+  for (const char other : {'@', '[', '1', '?'}) {
+    EXPECT_EQ(LinkPrefix(plugin, other, {2, 0}), std::string("n1") + other);
+  }
+}
+
 TEST(Frame, AddressesMemoryOfOtherVariantsByTheirPrefix) {
   EXPECT_EQ(SpaceReadFrame(Mode(1, 0), {0, 0}, Space::kMemory, "FE80"), "MFE80?");
   EXPECT_EQ(SpaceReadFrame(Mode(1, 0), {2, 3}, Space::kMemory, "FE80"), "s2dmFE80?");

@@ -71,6 +71,52 @@ TEST_F(LinkOnALine, KeepsTheErrorOfAPortThatDoesNotOpen) {
   EXPECT_EQ(link.PortError, 0);
 }
 
+TEST_F(LinkOnALine, GivesThePortBackWhenItIsClosed) {
+  Open(0);
+  link.LinkClose();
+  EXPECT_FALSE(port.IsOpen()) << "another program could not open it";
+  EXPECT_FALSE(link.PortOpen);
+  Open(2);
+  EXPECT_TRUE(port.IsOpen());
+  link.LinkOpen({"----", 2, 4});
+  EXPECT_FALSE(port.IsOpen()) << "a simulated line needs no port";
+}
+
+// The ten-second tick is for a port that was lost, not for one that somebody has closed.
+TEST_F(LinkOnALine, StaysClosedAtTheTenSecondTick) {
+  const auto tick = [this] {
+    link.ReopenIfLost();
+    link.ReopenIfLost();
+  };
+  tick();
+  EXPECT_TRUE(port.opened.empty()) << "nothing was ever open";
+  Open(0);
+  tick();
+  link.LinkClose();
+  tick();
+  EXPECT_FALSE(link.PortOpen);
+  port.open_error = 2;
+  Open(0);
+  tick();
+  EXPECT_FALSE(link.PortOpen) << "a port that does not open is the user's to mend";
+  link.LinkOpen({"----", 0, 4});
+  tick();
+  EXPECT_EQ(port.reopened, 0);
+}
+
+TEST_F(LinkOnALine, IsNoLongerLostOnceItIsClosed) {
+  Open(0);
+  port.Vanish();
+  port.open_error = 2;
+  link.ReopenIfLost();
+  EXPECT_EQ(port.reopened, 1);
+  link.LinkClose();
+  port.open_error = 0;
+  link.ReopenIfLost();
+  EXPECT_EQ(port.reopened, 1);
+  EXPECT_FALSE(link.PortOpen);
+}
+
 TEST_F(LinkOnALine, RemembersThatAPortIsInUseUntilItIsOpenedAnew) {
   port.open_error = 2;
   port.in_use = true;
@@ -250,6 +296,25 @@ TEST_F(LinkOnALine, DoesNotTakeALateReplyForTheNextAnswer) {
   EXPECT_EQ(link.ComValue, 0x2222);
 }
 
+// One digit of an older answer is enough to spoil the next one.
+TEST_F(LinkOnALine, SendsNothingBehindASingleStaleCharacter) {
+  for (const int com_mode : {0, 1, 2}) {
+    Open(com_mode);
+    port.answer = [](const std::string&) { return "01F4\r"; };
+    for (const char* stale : {"0", "\r", "?", "xy", "01F4\r"}) {
+      port.sent.clear();
+      port.Arrive({}, stale);
+      Ask(1, "Y", 1);
+      EXPECT_EQ(link.ComResult, LinkResult::kLength) << stale;
+      EXPECT_TRUE(port.sent.empty()) << stale;
+      LetTheLineRest();
+      Ask(1, "Y", 1);
+      EXPECT_EQ(link.ComResult, LinkResult::kGood) << stale;
+      EXPECT_EQ(link.ComValue, 500) << stale;
+    }
+  }
+}
+
 TEST_F(LinkOnALine, WaitsForALateReplyBeforeTheNextCommand) {
   Open(0);
   port.answer = [this](const std::string&) {
@@ -342,6 +407,35 @@ TEST_F(LinkOnALine, GathersAllPiecesOfALateReply) {
   Ask(1, "X", 6);
   EXPECT_EQ(link.ComResult, LinkResult::kGood);
   EXPECT_EQ(link.ComValue, 0x2222);
+}
+
+TEST_F(LinkOnALine, TakesALineForQuietAfterFortyMilliseconds) {
+  Open(0);
+  port.Arrive({}, "x");
+  EXPECT_EQ(Took([this] { Ask(1, "Y", 1); }), milliseconds(40));
+  EXPECT_EQ(link.ComResult, LinkResult::kLength);
+}
+
+// Characters that come every 30 ms, one after the other for ever.
+TEST_F(LinkOnALine, GathersForElevenHundredthsOfASecondAtMost) {
+  Open(0);
+  for (int piece = 0; piece < 100; ++piece) {
+    port.Arrive(milliseconds(30 * piece), "x");
+  }
+  EXPECT_EQ(Took([this] { Ask(1, "Y", 1); }), milliseconds(110));
+  EXPECT_EQ(link.ComResult, LinkResult::kLength);
+}
+
+// The pause behind a failed exchange is for a late reply, which no port can bring any more.
+TEST_F(LinkOnALine, WaitsForNothingOnAPortThatIsGone) {
+  Open(0);
+  Ask(1, "Y", 1);
+  ASSERT_EQ(link.ComResult, LinkResult::kTimeOut);
+  port.Vanish();
+  for (int time = 0; time < 3; ++time) {
+    EXPECT_EQ(Took([this] { Ask(1, "Y", 1); }), milliseconds(0));
+    EXPECT_EQ(link.ComResult, LinkResult::kPortError);
+  }
 }
 
 TEST_F(LinkOnALine, GathersAllPiecesOfASecondReply) {

@@ -168,6 +168,21 @@ TEST(DotCanvas, DrawsABoxWithItsCornersFromAnyDiagonal) {
   EXPECT_EQ(sheet.At(5, 4), kWhite);
 }
 
+// Where the two sides of a box touch there is no gap between them.
+TEST(DotCanvas, LeavesNoGapBetweenTheSidesOfANarrowBox) {
+  for (int width = 1; width <= 4; ++width) {
+    for (int extent = 0; extent <= 9; ++extent) {
+      Sheet sheet(20, 20);
+      sheet.Canvas().Box({4, 3}, {4 + extent, 16}, {kRed, width});
+      int inked = 0;
+      for (int x = 0; x < 20; ++x) {
+        inked += sheet.At(x, 9) == kRed ? 1 : 0;
+      }
+      EXPECT_EQ(inked, std::min(extent + width, 2 * width)) << width << " " << extent;
+    }
+  }
+}
+
 TEST(DotCanvas, DrawsAFlatBoxAsALine) {
   Sheet sheet(20, 20);
   sheet.Canvas().Box({2, 5}, {9, 5}, {0, 1, PenMode::kInvert, PenStyle::kSolid});

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/platform/calls_of_files.h"
 #include "tests/support/hindrance.h"
 #include "tests/support/temporary_directory.h"
 
@@ -316,6 +317,51 @@ TEST_F(FileSystemTest, CopyFileToCopiesFilesOfAnyLength) {
   directory_.Write("EMPTY", "");
   EXPECT_EQ(CopyFileTo(directory_.File("EMPTY"), directory_.File("B")), "");
   EXPECT_EQ(directory_.Read("B"), "");
+}
+
+// A source that fails while it is read is no shorter file: the old target stays, and nothing is
+// left beside it.
+TEST_F(FileSystemTest, CopyFileToKeepsTheTargetIfTheSourceCannotBeReadToItsEnd) {
+  constexpr int kBlocksRead = 2;
+  for (int good = 0; good <= kBlocksRead; ++good) {
+    directory_.Write("A", std::string(200'000, 'a'));
+    directory_.Write("B", "old");
+    std::string problem;
+    {
+      const CallsOfFiles calls({.good_reads = good});
+      problem = CopyFileTo(directory_.File("A"), directory_.File("B"));
+    }
+    EXPECT_EQ(problem, "Input/output error") << good;
+    EXPECT_EQ(directory_.Read("B"), "old") << good;
+    EXPECT_EQ(Names(), 2U) << good;
+  }
+}
+
+// A new content is on the disk before it takes the place of the old one, and its name behind it.
+TEST_F(FileSystemTest, ReplaceFilePutsTheContentAndItsNameToTheDisk) {
+  directory_.Write("A", "old");
+  {
+    const CallsOfFiles calls({.good_syncs = 0});
+    EXPECT_EQ(ReplaceFile(directory_.File("A"), "new"), "Input/output error");
+  }
+  EXPECT_EQ(directory_.Read("A"), "old");
+  EXPECT_EQ(Names(), 1U);
+  const CallsOfFiles calls({});
+  EXPECT_EQ(ReplaceFile(directory_.File("A"), "new"), "");
+  EXPECT_EQ(directory_.Read("A"), "new");
+  EXPECT_EQ(CallsOfFiles::Syncs(), 2);
+}
+
+TEST_F(FileSystemTest, HoldsAnyFileIsSureOnceItHasFoundOne) {
+  for (char name = 'a'; name <= 'j'; ++name) {
+    MakeUnreadable(directory_.File(std::string(1, name)));
+  }
+  NoAnswer no_answer;
+  EXPECT_FALSE(HoldsAnyFile(directory_.Path(), no_answer));
+  EXPECT_NE(no_answer.Why, Failure::kNone);
+  directory_.Write("found", "");
+  EXPECT_TRUE(HoldsAnyFile(directory_.Path(), no_answer));
+  EXPECT_EQ(no_answer.Why, Failure::kNone);
 }
 
 TEST_F(FileSystemTest, CopyFileToRefusesTheFileItselfUnderAnotherName) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "platform/file_system.h"
@@ -27,6 +28,8 @@ TEST(MountedMedia, AreThoseBelowTheRoomsOfMedia) {
 TEST(MountedMedia, HaveBlanksAndUmlautsInTheirNames) {
   EXPECT_EQ(MountedMedia("/dev/sdb1 /media/maria/Öfen\\0402026 vfat rw 0 0\n"),
             std::vector<std::string>{"/media/maria/Öfen 2026"});
+  EXPECT_EQ(MountedMedia("x /mnt/a\\134b\\011c\\303\\226fen vfat rw 0 0\n"),
+            std::vector<std::string>{"/mnt/a\\b\tcÖfen"});
 }
 
 TEST(MountedMedia, SurviveABrokenTable) {
@@ -41,6 +44,20 @@ TEST(MountedPlaces, BeginWithTheRootAndTheHomeDirectory) {
   EXPECT_EQ(places[0].Name, "computer  (/)");
   EXPECT_EQ(places[0].Path, "/");
   EXPECT_EQ(places[1].Path, StripSeparator(HomeDirectory()));
+}
+
+TEST(MountedPlaces, NameTheHomeDirectoryIfItIsThereAndIsNotTheRoot) {
+  const TemporaryDirectory directory;
+  const std::string before = HomeDirectory();
+  const auto names_home = [](const std::string& home) {
+    setenv("HOME", home.c_str(), 1);
+    const std::vector<Place> places = MountedPlaces();
+    return places.size() > 1 && places[1].Name == "home  (" + home + ")";
+  };
+  EXPECT_TRUE(names_home(directory.Path()));
+  EXPECT_FALSE(names_home(directory.File("gone")));
+  EXPECT_FALSE(names_home("/"));
+  setenv("HOME", before.c_str(), 1);
 }
 
 TEST(Subdirectories, FollowLinksAndSayIfTheyCannotBeRead) {

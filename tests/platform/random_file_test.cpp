@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/file_system.h"
+#include "tests/platform/calls_of_files.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {
@@ -50,6 +51,28 @@ class RandomFileTest : public testing::Test {
     return got < 0 ? "failed" : text.substr(0, static_cast<std::size_t>(got));
   }
 };
+
+// The system may move fewer bytes than it is asked to, and says so.
+TEST_F(RandomFileTest, GoesOnWhereAShortCallHasStopped) {
+  const std::string text = "0123456789abcdef";
+  for (std::size_t longest = 1; longest <= text.size(); ++longest) {
+    const std::string name = "A" + std::to_string(longest);
+    const CallsOfFiles calls({.longest = longest});
+    ASSERT_TRUE(file_.Open(directory_.File(name), FileAccess::kCreate));
+    EXPECT_TRUE(file_.WriteAt(3, Bytes(text))) << longest;
+    EXPECT_EQ(ReadText(3, text.size()), text) << longest;
+    EXPECT_EQ(ReadText(5, text.size()), text.substr(2)) << longest;
+    EXPECT_EQ(file_.Size(), 19) << longest;
+    EXPECT_EQ(directory_.Read(name).substr(3), text) << longest;
+  }
+}
+
+TEST_F(RandomFileTest, TakesAWriteThatMovesNothingForAFullDisk) {
+  ASSERT_TRUE(file_.Open(directory_.File("A"), FileAccess::kCreate));
+  const CallsOfFiles calls({.longest = 0});
+  EXPECT_FALSE(file_.WriteAt(0, Bytes("abc")));
+  EXPECT_EQ(file_.Error(), "No space left on device");
+}
 
 TEST_F(RandomFileTest, WritesAndReadsAtAnyPlace) {
   ASSERT_TRUE(file_.Open(directory_.File("A"), FileAccess::kCreate));

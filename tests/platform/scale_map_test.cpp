@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace tavrel {
 namespace {
@@ -56,6 +57,28 @@ TEST(CutLine, CutsAtBothEdges) {
   EXPECT_NEAR(line.Y1, 0, 1e-9);
   EXPECT_NEAR(line.X2, 98, 1e-9);
   EXPECT_NEAR(line.Y2, 49, 1e-9);
+}
+
+// A line that comes nearer to an edge by less than a dot is cut there as any other one.
+TEST(CutLine, CutsShortLinesToo) {
+  for (const double half : {0.25, 0.5, 0.75, 4.0}) {
+    for (const auto& [inside, outside] :
+         {std::pair(99 - half, 99 + half), std::pair(half, -half)}) {
+      const double edge = outside > 0 ? 99 : 0;
+      DotLine out{inside, 10, outside, 10};
+      DotLine in{outside, 10, inside, 10};
+      ASSERT_TRUE(CutLine(out, kBox) && CutLine(in, kBox)) << half;
+      EXPECT_DOUBLE_EQ(out.X1, inside) << half;
+      EXPECT_NEAR(out.X2, edge, 1e-9) << half;
+      EXPECT_NEAR(in.X1, edge, 1e-9) << half;
+      EXPECT_DOUBLE_EQ(in.X2, inside) << half;
+    }
+    DotLine down{10, 49 - half, 10, 49 + half};
+    DotLine up{10, half, 10, -half};
+    ASSERT_TRUE(CutLine(down, kBox) && CutLine(up, kBox)) << half;
+    EXPECT_NEAR(down.Y2, 49, 1e-9) << half;
+    EXPECT_NEAR(up.Y2, 0, 1e-9) << half;
+  }
 }
 
 TEST(CutLine, SeesThatALinePassesACornerOutside) {

@@ -4,8 +4,11 @@
 
 #include <time.h>
 
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <string>
 #include <utility>
 
@@ -30,6 +33,15 @@ TEST(SystemClock, KeepsItsTimerWithinTheDay) {
   EXPECT_LT(clock.Timer(), 86400);
 }
 
+TEST(SystemClock, BeginsItsTimerAnewAfterADayOf86400Seconds) {
+  using std::chrono::duration;
+  EXPECT_DOUBLE_EQ(TimerLater(0, duration<double>(86399.5)), 86399.5);
+  EXPECT_DOUBLE_EQ(TimerLater(86399, duration<double>(0.5)), 86399.5);
+  EXPECT_DOUBLE_EQ(TimerLater(86399, duration<double>(1)), 0);
+  EXPECT_DOUBLE_EQ(TimerLater(86000, duration<double>(1000)), 600);
+  EXPECT_DOUBLE_EQ(TimerLater(43200, std::chrono::hours(24 * 7)), 43200);
+}
+
 TEST(SystemClock, NeverGoesBack) {
   const SystemClock clock;
   nanoseconds last = clock.Elapsed();
@@ -51,11 +63,33 @@ TEST(SystemClock, MovesItsTimerWithElapsedTime) {
   EXPECT_LT(moved, 10);
 }
 
-TEST(SystemClock, ShowsADateOfTheCalendar) {
-  const WallTime now = SystemClock().Now();
-  EXPECT_GE(now.Year, 2024);
-  EXPECT_TRUE(now.Month >= 1 && now.Month <= 12);
-  EXPECT_TRUE(now.Day >= 1 && now.Day <= 31);
+// As the C library writes it.
+std::string LocalText() {
+  const std::time_t now = std::time(nullptr);
+  std::array<char, 32> text{};
+  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", std::localtime(&now));
+  return text.data();
+}
+
+std::string TextOf(const WallTime& time) {
+  std::array<char, 80> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", time.Year, time.Month,
+                time.Day, time.Hour, time.Minute, time.Second);
+  return text.data();
+}
+
+TEST(SystemClock, ShowsTheDateAndTheTimeOfTheLocalCalendar) {
+  const SystemClock clock;
+  // A second may end between the looks.
+  std::string before;
+  std::string shown;
+  std::string after;
+  for (int attempt = 0; attempt < 100 && (before.empty() || before != after); ++attempt) {
+    before = LocalText();
+    shown = TextOf(clock.Now());
+    after = LocalText();
+  }
+  EXPECT_EQ(shown, before);
 }
 
 // The hour of the clock less that of the world, 0..23.

@@ -199,6 +199,8 @@ TEST_F(SettingsForm, OpensTheManualOfTheLanguageInItsList) {
 
 TEST_F(SettingsForm, NamesTheDeviceOfThePort) {
   bench.home.Write("COM5", "");
+  bench.home.Write("COM3", "");
+  EXPECT_EQ(Open().Values().DeviceTip, " COM3 = " + bench.home.File("COM3") + " ");
   Open().cboCom_Click(5);
   EXPECT_EQ(dialog->Values().DeviceTip, " COM5 = " + bench.home.File("COM5") + " ");
   std::filesystem::remove(bench.home.File("COM5"));
@@ -306,8 +308,12 @@ TEST_F(SettingsForm, NamesTheConsequenceOfANewDirectoryWhileTestsRun) {
   ASSERT_EQ(Boxes().size(), 1U);
   EXPECT_EQ(Boxes()[0].Title, "Settings");
   const std::string& text = Boxes()[0].Text;
-  EXPECT_NE(text.find("until the end of the program"), std::string::npos);
-  EXPECT_NE(text.find(next), std::string::npos);
+  EXPECT_EQ(text, "Tests are running in\n" + bench.home.File("tavdat") +
+                      "\n\nThey stay there until the end of the program. At the next start they "
+                      "are looked for in\n" +
+                      next +
+                      "\nand are not found, unless their files are moved there.\n\nUse the new "
+                      "directory ?");
   EXPECT_TRUE(dialog->Values().cmdPath.ends_with("/tavdat"));
   bench.dialogs.ok = true;
   dialog->cmdPath_Click();
@@ -316,10 +322,14 @@ TEST_F(SettingsForm, NamesTheConsequenceOfANewDirectoryWhileTestsRun) {
 
 TEST_F(SettingsForm, AsksForTestsThatAreNotAttachedYet) {
   Shared().ActiveFiles[0] = "M260314A.OVN";
-  NextDirectory(bench.home.File("next"));
+  const std::string next = bench.home.File("next");
+  NextDirectory(next);
   Open().cmdPath_Click();
   ASSERT_EQ(Boxes().size(), 1U);
-  EXPECT_EQ(Boxes()[0].Text.find("until the end of the program"), std::string::npos);
+  EXPECT_EQ(Boxes()[0].Text,
+            "The files of the tests are in\n" + bench.home.File("tavdat") +
+                "\n\nFrom now on they are looked for in\n" + next +
+                "\nand are not found, unless they are moved there.\n\nUse the new directory ?");
 }
 
 TEST_F(SettingsForm, DoesNotAskForTheViewedFileNorForTheSameDirectory) {

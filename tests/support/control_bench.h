@@ -9,14 +9,15 @@
 #include <vector>
 
 #include "tests/support/bench_program.h"
+#include "tests/support/line_failure.h"
 #include "tests/support/plugin_line.h"
 
 namespace tavrel {
 
 // Slot 1 with controller 2 of instrument 3, on either kind of line, and an open file.
-// Levers: fail_at is the exchange, counted from 1 after Count(), that the instrument refuses
-// (0: none), fail_from refuses that one and all later ones, lose_at is carried out, but its reply
-// is lost.
+// Levers: fail_at is the exchange, counted from 1 after Count(), that fails (0: none), fail_from
+// that one and all later ones, failure how they do so; lose_at is carried out, but its reply is
+// lost.
 class ControlBench {
  public:
   static constexpr int kInet = 3;
@@ -25,10 +26,11 @@ class ControlBench {
   explicit ControlBench(bool plugin = false) {
     bench.port.answer = [this, plugin](const std::string& command) {
       ++exchanges;
+      const std::string words = plugin ? InDirectWords(command) : command;
       if (exchanges == fail_at || (fail_from > 0 && exchanges >= fail_from)) {
-        return std::string("?");
+        return FailedReply(failure, bench.port, [&] { return bench.line.Answer(words); });
       }
-      const std::string reply = bench.line.Answer(plugin ? InDirectWords(command) : command);
+      const std::string reply = bench.line.Answer(words);
       return exchanges == lose_at ? std::string() : reply;
     };
     bench.link.LinkOpen({"COM1", plugin ? 2 : 0, 4});
@@ -94,6 +96,7 @@ class ControlBench {
   int exchanges = 0;
   int fail_at = 0;
   int fail_from = 0;
+  LineFailure failure = LineFailure::kRefusal;
   int lose_at = 0;
 };
 

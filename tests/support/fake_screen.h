@@ -16,9 +16,9 @@ namespace tavrel {
 
 // Boxes that answer at once and remember what they said.
 // Levers: ok, retry, yes are the answers (retry also to Retry and Exit), stays is Cancel to a
-// question whether to save; on_box runs while a box is
-// open; chosen_file is the full path that the file dialog gives (empty: Cancel), chosen_font the
-// font (none: Cancel).
+// question whether to save; on_box runs while a box is open, on_file_dialog while the file dialog
+// is; chosen_file is the full path that the file dialog gives (empty: Cancel), chosen_font the font
+// (none: Cancel).
 class FakeDialogs : public Dialogs {
  public:
   bool ok = true;
@@ -35,6 +35,7 @@ class FakeDialogs : public Dialogs {
   std::vector<Question> asked_beside;  // questions that do not block; nobody has answered them
   std::string chosen_file;
   std::optional<FontChoice> chosen_font;
+  std::function<void()> on_file_dialog = [] {};
   std::vector<FileChoice> file_dialogs;  // what was asked for
   std::vector<FontChoice> font_dialogs;
 
@@ -54,6 +55,7 @@ class FakeDialogs : public Dialogs {
   }
   void FileDialog(FileChoice& choice) override {
     file_dialogs.push_back(choice);
+    on_file_dialog();
     if (chosen_file.empty()) {
       choice.Cancel();
     } else {

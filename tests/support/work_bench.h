@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/bench_program.h"
+#include "tests/support/line_failure.h"
 #include "tests/support/plugin_line.h"
 #include "work/colour_choice.h"
 #include "work/coordinates.h"
@@ -19,7 +20,7 @@ namespace tavrel {
 
 // The program on the bench with the worksheet of slot 1: instrument 2, controller 3, reference 2,
 // two inputs, rows of 10 s, not recording.
-// Levers: fail_at (the exchange, counted from 1 since Forget(), that stays without an answer),
+// Levers: fail_at (the exchange, counted from 1 since Forget(), that fails), failure (how),
 // dialog (what a user does in a dialog, by its number).
 class WorkBench {
  public:
@@ -40,10 +41,11 @@ class WorkBench {
   void StartProgram(const std::vector<std::int16_t>& samples = {}, int com_mode = 0) {
     bench.state.Settings.ComMode = com_mode;
     bench.port.answer = [this, com_mode](const std::string& command) {
+      const std::string words = com_mode == 0 ? command : InDirectWords(command);
       if (++exchanges == fail_at) {
-        return std::string();
+        return FailedReply(failure, bench.port, [&] { return bench.line.Answer(words); });
       }
-      return bench.line.Answer(com_mode == 0 ? command : InDirectWords(command));
+      return bench.line.Answer(words);
     };
     bench.Install(1, kName, header, samples);
     bench.Start();
@@ -114,6 +116,7 @@ class WorkBench {
   std::map<View, std::function<void()>> dialog;
   int exchanges = 0;
   int fail_at = 0;
+  LineFailure failure = LineFailure::kLostRequest;
 
  private:
   void RunDialog(View view) {

@@ -44,6 +44,12 @@ inline std::ostream& operator<<(std::ostream& out, const FailingExchange& failur
   return out << failure.name;
 }
 
+// Each failure once, on one kind of line or the other. All of them on both, at each exchange, are
+// tried on a scripted port, where no time passes.
+inline std::vector<std::tuple<bool, FailingExchange>> EachFailureOnce() {
+  return {{false, kLostRequest}, {true, kLostReply}, {true, kRefusal}, {false, kLateReply}};
+}
+
 inline std::string NameOf(const std::tuple<bool, FailingExchange>& parameter) {
   std::string name = std::get<1>(parameter).name;
   std::replace(name.begin(), name.end(), '-', '_');

@@ -125,9 +125,7 @@ TEST_P(PidOnTheRealWire, TellsThatTheControllerIsOffAfterTwoTries) {
 INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, PidOnAGoodWire,
                          testing::Combine(testing::Bool(), testing::Values(kNone)),
                          [](const auto& test) { return NameOf(test.param); });
-INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, PidOnTheRealWire,
-                         testing::Combine(testing::Bool(), testing::Values(kLostRequest, kLostReply,
-                                                                           kRefusal, kLateReply)),
+INSTANTIATE_TEST_SUITE_P(EachFailure, PidOnTheRealWire, testing::ValuesIn(EachFailureOnce()),
                          [](const auto& test) { return NameOf(test.param); });
 
 }  // namespace

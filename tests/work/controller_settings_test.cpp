@@ -89,6 +89,11 @@ TEST_F(Settings, KeepsBothIncrementsTogetherByTheHour) {
   now.TBox_Change(kSecondIncrementBox, "0.5");
   now.TBox_LostFocus(kSecondIncrementBox);
   EXPECT_EQ(now.TBox(kFirstIncrementBox), "30.0");
+  Register('I') = 3000;
+  EXPECT_EQ(Open().TBox(kFirstIncrementBox), "300.0");
+  EXPECT_EQ(dialog->TBox(kSecondIncrementBox), "5.000");
+  Register('I') = -3000;
+  EXPECT_EQ(Open().TBox(kSecondIncrementBox), "-5.000");
 }
 
 TEST_F(Settings, StoresTheIncrementThroughTheSecondUnit) {
@@ -440,15 +445,17 @@ struct Line {
   std::vector<std::string> reads;
   std::vector<std::string> writes;
   std::string greeting;  // asks an instrument whether it answers again
+  LineFailure failure = LineFailure::kRefusal;
 };
 
 std::ostream& operator<<(std::ostream& out, const Line& line) {
-  return out << (line.plugin ? "plugin" : "direct");
+  return out << (line.plugin ? "plugin_" : "direct_") << NameOf(line.failure);
 }
 
 class SettingsOnTheWire : public testing::TestWithParam<Line> {
  protected:
   SettingsOnTheWire() : control(GetParam().plugin) {
+    control.failure = GetParam().failure;
     control.Register('H') = 6000;
     control.Register('M') = 5000;
     control.Register('I') = 37;
@@ -487,6 +494,7 @@ TEST_P(SettingsOnTheWire, ReadsAndWritesInTheirOrder) {
 TEST_P(SettingsOnTheWire, ShowsAQuestionMarkForEachReadThatFails) {
   constexpr std::array kBoxes = {kSetpointBox, kUpperBox, kFinalBox, kSecondIncrementBox,
                                  kLowerBox};
+  control.failure = LineFailure::kRefusal;  // an answer, so that the next one may be good
   for (int exchange = 1; exchange <= 5; ++exchange) {
     control.fail_at = exchange;
     dialog.reset();
@@ -539,18 +547,18 @@ TEST_P(SettingsOnTheWire, StopsAtTheFirstWriteThatIsNotAcknowledged) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, SettingsOnTheWire,
-                         testing::Values(Line{false,
-                                              {"W22?", "H22?", "M22?", "I22?", "G22?"},
-                                              {"H22=2710\r", "M22=1F40\r", "I22=32\r", "W22=1770\r",
-                                               "G22=FF38\r"},
-                                              "T20?"},
-                                         Line{true,
-                                              {"n2p2?", "n2v12?", "n2v62?", "n2v22?", "n2v2?"},
-                                              {"n2v12=2710\r", "n2v62=1F40\r", "n2v22=32\r",
-                                               "n2p2=1770\r", "n2v2=FF38\r"},
-                                              "n2vD0?"}),
-                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(
+    BothKindsOfLine, SettingsOnTheWire,
+    testing::ValuesIn(WithEachFailure<Line>(
+        {Line{false,
+              {"W22?", "H22?", "M22?", "I22?", "G22?"},
+              {"H22=2710\r", "M22=1F40\r", "I22=32\r", "W22=1770\r", "G22=FF38\r"},
+              "T20?"},
+         Line{true,
+              {"n2p2?", "n2v12?", "n2v62?", "n2v22?", "n2v2?"},
+              {"n2v12=2710\r", "n2v62=1F40\r", "n2v22=32\r", "n2p2=1770\r", "n2v2=FF38\r"},
+              "n2vD0?"}})),
+    testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace tavrel

@@ -276,16 +276,18 @@ struct Line {
   bool plugin;
   std::vector<std::string> reads;
   std::vector<std::string> writes;  // the state read and written, four parameters, the state
+  LineFailure failure = LineFailure::kRefusal;
 };
 
 std::ostream& operator<<(std::ostream& out, const Line& line) {
-  return out << (line.plugin ? "plugin" : "direct");
+  return out << (line.plugin ? "plugin_" : "direct_") << NameOf(line.failure);
 }
 
 class PidOnTheWire : public testing::TestWithParam<Line> {
  protected:
   PidOnTheWire() : control(GetParam().plugin) {
     FillRegisters(control);
+    control.failure = GetParam().failure;
     control.bench.screens.on_show = [this](View) { before_wait = control.Sent().size(); };
     Open();
   }
@@ -380,20 +382,21 @@ TEST_P(PidOnTheWire, TellsThatTheControllerIsOff) {
   Ok();
   EXPECT_EQ(control.Sent(), Telegrams(7, {6}));
   EXPECT_EQ(control.LastBox(), "controller: controller is off");
-  EXPECT_EQ(control.Register('Z'), 0);
+  EXPECT_EQ(control.Register('Z'), IsCarriedOut(GetParam().failure) ? 2 : 0);
   EXPECT_FALSE(dialog->IsOpen());
 }
 
-INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, PidOnTheWire,
-                         testing::Values(Line{false,
-                                              {"P22?", "N22?", "V22?", "T22?"},
-                                              {"Z22?", "Z22=0\r", "P22=708\r", "N22=41A\r",
-                                               "V22=B4\r", "T22=514\r", "Z22=2\r"}},
-                                         Line{true,
-                                              {"n2v92?", "n2v72?", "n2vF2?", "n2vD2?"},
-                                              {"n2p32?", "n2p32=0\r", "n2v92=708\r", "n2v72=41A\r",
-                                               "n2vF2=B4\r", "n2vD2=514\r", "n2p32=2\r"}}),
-                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(
+    BothKindsOfLine, PidOnTheWire,
+    testing::ValuesIn(WithEachFailure<Line>(
+        {Line{false,
+              {"P22?", "N22?", "V22?", "T22?"},
+              {"Z22?", "Z22=0\r", "P22=708\r", "N22=41A\r", "V22=B4\r", "T22=514\r", "Z22=2\r"}},
+         Line{true,
+              {"n2v92?", "n2v72?", "n2vF2?", "n2vD2?"},
+              {"n2p32?", "n2p32=0\r", "n2v92=708\r", "n2v72=41A\r", "n2vF2=B4\r", "n2vD2=514\r",
+               "n2p32=2\r"}}})),
+    testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace tavrel

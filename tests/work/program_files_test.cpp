@@ -89,9 +89,11 @@ TEST_F(ProgramFiles, CutOffAnywhereOpenOrAreRefused) {
   }
 }
 
+// A sample; the fuzz target of program files goes on where this ends.
 TEST_F(ProgramFiles, OfAnyBytesOpenOrAreRefused) {
+  constexpr int kRandomFiles = 1000;
   std::mt19937 random(20260314);
-  for (int round = 0; round < 100000 && !HasFailure(); ++round) {
+  for (int round = 0; round < kRandomFiles && !HasFailure(); ++round) {
     std::string bytes(random() % 430, '\0');
     for (char& byte : bytes) {
       byte = static_cast<char>(random());

@@ -151,6 +151,21 @@ TEST_F(RecordingDialog, WritesARefusedSetIntoTheOldFileFirst) {
   EXPECT_EQ(bench.state.SlotFile[1], "M260314B.OVN");
 }
 
+// The new file has its own series: the rest of the old set will never come.
+TEST_F(RecordingDialog, DropsAHalfReadSetWithTheOldFile) {
+  header.UnitRecOn = 1;
+  StartProgram({1, 2, 1, 2});
+  bench.state.SampleSeen[1][2] = true;
+  bench.state.SampleValue[1][2] = 6;
+  bench.files.KeepHeldSet(1, 0);
+  ASSERT_TRUE(HasFile(HeldSetName(kName)));
+  NewFile([this] { Type("10"); });
+  EXPECT_EQ(bench.state.SlotFile[1], "M260314B.OVN");
+  EXPECT_FALSE(HasFile(HeldSetName(kName)));
+  EXPECT_FALSE(bench.state.SampleSeen[1][2]);
+  EXPECT_EQ(bench.Samples(kName).size(), 4U);
+}
+
 TEST_F(RecordingDialog, LeavesARefusedSetBesideTheOldFileForItsNextOpening) {
   header.UnitRecOn = 1;
   const std::vector<std::int16_t> rows(1000, 3);
@@ -213,10 +228,12 @@ TEST_F(RecordingDialog, KeepsTheSlotsFileWhenNoNameIsLeft) {
   for (char letter = 'B'; letter <= '~'; ++letter) {
     bench.home.Write(std::string("tavdat/M260314") + letter + ".OVN", "x");
   }
+  bench.state.SheetReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
   NewFile([this] { Type("10"); });
   EXPECT_EQ(bench.state.SlotFile[1], kName);
   EXPECT_TRUE(HasFile(kName));
   EXPECT_TRUE(bench.state.SlotFileNo[1].IsOpen());
+  EXPECT_FALSE(bench.state.SheetReset || bench.state.OverPrepared || bench.state.PartPrepared);
 }
 
 TEST_F(RecordingDialog, ShowsTheLimitOrAllThatTheFileCanHold) {
@@ -280,6 +297,25 @@ TEST_F(RecordingDialog, RefusesMoreThanTheFileHoldsAndMoreThanFiveHundredHours) 
   });
   EXPECT_EQ(Unit().UnitMaxMinutes, 30000);
   EXPECT_EQ(bench.state.SampleLimit[1], 500);
+}
+
+// Whole minutes may be a little more than the file holds.
+TEST_F(RecordingDialog, HoldsTheLimitToWhatTheFileHolds) {
+  for (int channels = 1; channels <= kInputs; ++channels) {
+    WorkBench room;
+    room.header = BenchProgram::Header(WorkBench::kInet, 3, channels, false);
+    room.header.UnitInterval = 1;
+    room.StartProgram();
+    const int most = 32000 / channels;
+    const double longest = most * 10 / 3600.0;  // hours
+    room.dialog[View::kTavRec] = [&room, longest] {
+      room.recording.Txt_Stop_Change(std::to_string(longest - 1e-5));
+      room.recording.CmdOK_Click();
+    };
+    room.recording.RunSettings();
+    EXPECT_LE(room.bench.state.SampleLimit[1], most) << channels;
+    EXPECT_GE(room.bench.state.SampleLimit[1], most - 3) << channels;
+  }
 }
 
 class CoordinatesDialog : public testing::Test, public WorkBench {

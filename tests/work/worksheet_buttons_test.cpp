@@ -15,27 +15,51 @@ struct ButtonCase {
   std::function<void(Worksheet&)> press;
   Telegrams direct;
   Telegrams plug_in;
+  Telegrams boxes;           // by the exchange that fails
+  std::size_t switches = 0;  // the exchange that switches the controller, 0: none
+  std::int16_t state = 0;    // to which state
 };
 
+constexpr const char* kNotConnected = "check|Tavrel connected ?";
+constexpr const char* kNotStarted = "start recording|failed";
+
 std::vector<ButtonCase> Buttons() {
-  return {
-      {"isothermal", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(0); }, {"Z13=2\r"}, {"n1p33=2\r"}},
-      {"ramp",
-       [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(1); },
-       {"Y13?", "Z13=3\r", "Y13?", "W13=1C9\r"},
-       {"n1p23?", "n1p33=3\r", "n1p23?", "n1p3=1C9\r"}},
-      {"off", [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(2); }, {"Z13=0\r"}, {"n1p33=0\r"}},
-      {"start",
-       [](Worksheet& sheet) { sheet.cmd_Rec_Click(1); },
-       {"T10?", "S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
-       {"n1vD0?", "n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"}},
-      {"stop", [](Worksheet& sheet) { sheet.cmd_Rec_Click(2); }, {}, {}}};
+  return {{"isothermal",
+           [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(0); },
+           {"Z13=2\r"},
+           {"n1p33=2\r"},
+           {kNotConnected},
+           1,
+           2},
+          {"ramp",
+           [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(1); },
+           {"Y13?", "Z13=3\r", "Y13?", "W13=1C9\r"},
+           {"n1p23?", "n1p33=3\r", "n1p23?", "n1p3=1C9\r"},
+           {kNotConnected, kNotConnected,
+            "controller|controller is on,\nthe setpoint is still the old one",
+            "controller|controller is on,\nthe setpoint was not acknowledged"},
+           2,
+           3},
+          {"off",
+           [](Worksheet& sheet) { sheet.cmd_Ctrl_Click(2); },
+           {"Z13=0\r"},
+           {"n1p33=0\r"},
+           {kNotConnected},
+           1,
+           0},
+          {"start",
+           [](Worksheet& sheet) { sheet.cmd_Rec_Click(1); },
+           {"T10?", "S11=1\r", "R11=0\r", "S12=1\r", "R12=0\r"},
+           {"n1vD0?", "n1vC1=1\r", "n1vB1=0\r", "n1vC2=1\r", "n1vB2=0\r"},
+           Telegrams(5, kNotStarted)},
+          {"stop", [](Worksheet& sheet) { sheet.cmd_Rec_Click(2); }, {}, {}, {}}};
 }
 
 // Room for one button on one kind of line.
 class ButtonBench : public WorkBench {
  public:
-  explicit ButtonBench(int com_mode) {
+  explicit ButtonBench(int com_mode, std::int16_t state = 0) {
+    Register('Z', 3) = state;
     header.UnitIncrement = 5;
     header.UnitFinal = 2000;
     Register('Y', 3) = 0x1C9;
@@ -62,23 +86,39 @@ TEST(WorksheetButton, SendsItsTelegramsInTheirOrderOnBothKindsOfLine) {
   }
 }
 
-TEST(WorksheetButton, StopsAtTheFirstExchangeThatFails) {
+class FailingButton : public testing::TestWithParam<std::tuple<int, LineFailure>> {};
+
+TEST_P(FailingButton, StopsAtTheFirstExchangeThatFails) {
+  const auto& [com_mode, failure] = GetParam();
   for (const ButtonCase& button : Buttons()) {
-    for (std::size_t failing = 1; failing <= button.direct.size(); ++failing) {
-      ButtonBench bench(0);
-      const bool is_switched = std::string(button.name) == "ramp" && failing > 2;
+    const Telegrams& telegrams = com_mode == 0 ? button.direct : button.plug_in;
+    for (std::size_t failing = 1; failing <= telegrams.size(); ++failing) {
+      const std::int16_t before = button.state == 2 ? 0 : 2;
+      ButtonBench bench(com_mode, before);
+      bench.failure = failure;
+      const bool is_switched = button.switches > 0 && failing > button.switches;
+      const bool has_state = is_switched || (failing == button.switches && IsCarriedOut(failure));
       const CtrlButton expected = is_switched ? CtrlButton::kDynamic : bench.Shown().CtrlDown;
       bench.fail_at = static_cast<int>(failing);
       button.press(bench.worksheet);
-      const auto end = button.direct.begin() + static_cast<std::ptrdiff_t>(failing);
-      EXPECT_EQ(bench.bench.port.sent, Telegrams(button.direct.begin(), end)) << button.name;
+      const auto end = telegrams.begin() + static_cast<std::ptrdiff_t>(failing);
+      EXPECT_EQ(bench.bench.port.sent, Telegrams(telegrams.begin(), end)) << button.name;
       EXPECT_EQ(bench.Shown().CtrlDown, expected) << button.name << failing;
-      EXPECT_EQ(bench.BoxTexts().size(), 1U) << button.name << failing;
+      EXPECT_EQ(bench.BoxTexts(), Telegrams{button.boxes.at(failing - 1)}) << button.name;
+      EXPECT_EQ(bench.Register('Z', 3), has_state ? button.state : before) << button.name;
       EXPECT_FALSE(bench.Shown().RecOnDown) << button.name << failing;
-      EXPECT_EQ(bench.Unit().UnitRecOn, 0);
+      EXPECT_EQ(bench.FileHeader(WorkBench::kName).UnitRecOn, 0);
     }
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, FailingButton,
+                         testing::Combine(testing::Values(0, 2), testing::ValuesIn(kLineFailures)),
+                         [](const auto& test) {
+                           const std::string line =
+                               std::get<0>(test.param) == 0 ? "direct_" : "plugin_";
+                           return line + NameOf(std::get<1>(test.param));
+                         });
 
 TEST(WorksheetButton, AsksForTheConnectionFirst) {
   std::vector<std::function<void(Worksheet&)>> presses;
@@ -384,6 +424,37 @@ TEST_F(WorksheetButtons, OpenTheDialogsOfTheSlot) {
   EXPECT_EQ(bench.screens.shown,
             (std::vector<View>{View::kTavRec, View::kTavRec, View::kTavCoord, View::kTavCtrl}));
   EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
+}
+
+// Beneath each of them the recording may have gone on in another file.
+TEST_F(WorksheetButtons, ShowTheSlotAnewBehindEachDialog) {
+  header.UnitRole.fill(1);
+  header.UnitChannels = kInputs;
+  Open();
+  bench.screens.built.insert({View::kTavGraph, View::kTavCtrl, View::kTavColor});
+  bench.dialogs.chosen_file = "";
+  const std::vector<std::function<void()>> commands = {
+      [this] { worksheet.cmd_New_Click(); },    [this] { worksheet.cmd_SetRec_Click(); },
+      [this] { worksheet.cmd_Coord_Click(); },  [this] { worksheet.cmd_setCtrl_Click(); },
+      [this] { worksheet.cmd_ProgOn_Click(); }, [this] { worksheet.cmd_ProgOff_Click(); },
+      [this] { worksheet.Color_Click(15); }};
+  int number = 0;
+  const auto go_on = [&] {
+    bench.state.SlotFile[1] = "M26031" + std::to_string(number) + "A.OVN";
+    bench.state.TickRefresh = 99999;
+  };
+  for (const View view : {View::kTavRec, View::kTavCoord, View::kTavCtrl, View::kTavColor}) {
+    dialog[view] = go_on;
+  }
+  bench.dialogs.on_file_dialog = go_on;
+  bench.dialogs.on_box = go_on;
+  for (const auto& command : commands) {
+    ++number;
+    bench.state.ProgRunning[1] = number == 6;
+    command();
+    EXPECT_EQ(Shown().TavFile, "m26031" + std::to_string(number) + "a.ovn");
+    EXPECT_EQ(bench.state.TickRefresh, 0) << number;
+  }
 }
 
 TEST_F(WorksheetButtons, ServeASlotWithoutAFileNoMore) {

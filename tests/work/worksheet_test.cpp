@@ -278,6 +278,20 @@ TEST_F(TheWorksheet, KeepsTheSecondsOfRowsThatAreInTheFile) {
   EXPECT_EQ(bench.state.RecInterval[1], 30);
 }
 
+// 3600 of either unit are the most that a header tells.
+TEST_F(TheWorksheet, GoesOverToTheOtherUnitUpToItsLargestCount) {
+  for (const int tens : {359, 360, 361}) {
+    WorkBench room;
+    room.header.UnitInterval = static_cast<std::int16_t>(tens);
+    room.StartProgram({1, 2, 1, 2});
+    room.Register('T', 0) = 1;
+    room.OpenSheet();
+    EXPECT_EQ(room.Unit().UnitFast, tens <= 360 ? 1 : 0) << tens;
+    EXPECT_EQ(room.Unit().UnitInterval, tens <= 360 ? 10 * tens : tens);
+    EXPECT_EQ(room.bench.state.RecInterval[1], 10 * tens);
+  }
+}
+
 TEST_F(TheWorksheet, LeavesTheHeaderWhereTheOtherUnitCannotTellTheSeconds) {
   header.UnitFast = 1;
   header.UnitInterval = 25;
@@ -360,6 +374,28 @@ TEST_F(TheWorksheet, StoresTextsOfRecordedInputsOnly) {
   worksheet.Prod_Change(2, "wall ");
   EXPECT_EQ(Unit().UnitInputName[1].Get(), "wall");
   EXPECT_FALSE(bench.state.OverPrepared);
+}
+
+TEST_F(TheWorksheet, ServesEachRecordedInputOfTheFifteen) {
+  header.UnitRole.fill(1);
+  header.UnitChannels = kInputs;
+  StartAndOpen();
+  dialog[View::kTavColor] = [this] { colours.PicColor_Click(4.99); };
+  for (int input = 1; input <= kInputs; ++input) {
+    const auto place = static_cast<std::size_t>(input - 1);
+    worksheet.Color_Click(input);
+    EXPECT_EQ(Unit().UnitColour.at(place), 5) << input;
+    const std::string text = "input " + std::to_string(input);
+    worksheet.Prod_Change(input, text);
+    worksheet.Comments_Change(input, "of " + text);
+    EXPECT_EQ(Unit().UnitInputName.at(place).Get(), text);
+    EXPECT_EQ(Unit().UnitInputNote.at(place).Get(), "of " + text);
+  }
+  EXPECT_EQ(bench.screens.shown.size(), static_cast<std::size_t>(kInputs));
+  for (const int none : {0, kInputs + 1}) {
+    worksheet.Color_Click(none);
+  }
+  EXPECT_EQ(bench.screens.shown.size(), static_cast<std::size_t>(kInputs));
 }
 
 TEST_F(TheWorksheet, KeepsTheBlankThatAUserIsTypingOverARebuild) {

@@ -1,0 +1,72 @@
+#include "tests/platform/calls_of_files.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace tavrel {
+namespace {
+
+CallsOfFiles::Levers& LeversInForce() {
+  static CallsOfFiles::Levers levers;
+  return levers;
+}
+
+int& SyncsSoFar() {
+  static int syncs = 0;
+  return syncs;
+}
+
+// True if the call is to fail; `good` are those that are still to go well.
+bool Fails(int& good) {
+  if (good == 0) {
+    errno = EIO;
+    return true;
+  }
+  good -= good > 0 ? 1 : 0;
+  return false;
+}
+
+}  // namespace
+
+CallsOfFiles::CallsOfFiles(Levers levers) {
+  LeversInForce() = levers;
+  SyncsSoFar() = 0;
+}
+
+int CallsOfFiles::Syncs() {
+  return SyncsSoFar();
+}
+
+CallsOfFiles::~CallsOfFiles() {
+  LeversInForce() = Levers();
+}
+
+}  // namespace tavrel
+
+// The program's own definitions go before those of the C library.
+extern "C" {
+
+ssize_t pread(int handle, void* bytes, size_t size, off_t place) {
+  auto& levers = tavrel::LeversInForce();
+  if (tavrel::Fails(levers.good_reads)) {
+    return -1;
+  }
+  return syscall(SYS_pread64, handle, bytes, std::min(size, levers.longest), place);
+}
+
+ssize_t pwrite(int handle, const void* bytes, size_t size, off_t place) {
+  const std::size_t longest = tavrel::LeversInForce().longest;
+  return syscall(SYS_pwrite64, handle, bytes, std::min(size, longest), place);
+}
+
+int fsync(int handle) {
+  ++tavrel::SyncsSoFar();
+  return tavrel::Fails(tavrel::LeversInForce().good_syncs)
+             ? -1
+             : static_cast<int>(syscall(SYS_fsync, handle));
+}
+
+}  // extern "C"

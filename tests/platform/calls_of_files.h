@@ -1,0 +1,31 @@
+#ifndef TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_
+#define TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_
+
+#include <cstddef>
+#include <limits>
+
+namespace tavrel {
+
+// While it lives the system reads and writes files at a place (pread, pwrite) and puts them to the
+// disk (fsync) as a bad medium does. One at a time.
+// Levers: longest (bytes that one call moves at most), good_reads and good_syncs (calls of either
+// kind until one fails with EIO; below 0: none fails).
+class CallsOfFiles {
+ public:
+  struct Levers {
+    std::size_t longest = std::numeric_limits<std::size_t>::max();
+    int good_reads = -1;
+    int good_syncs = -1;
+  };
+  explicit CallsOfFiles(Levers levers);
+  ~CallsOfFiles();
+  CallsOfFiles(const CallsOfFiles&) = delete;
+  CallsOfFiles& operator=(const CallsOfFiles&) = delete;
+
+  // Calls of fsync so far.
+  [[nodiscard]] static int Syncs();
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_

@@ -1,0 +1,71 @@
+#include "work/header_edit.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/temporary_directory.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kName = "M260314A.OVN";
+
+// The file of `slot` is looked at, too.
+class ViewedToo {
+ public:
+  explicit ViewedToo(int slot) {
+    directory.Write(kName, "");
+    Name(slot);
+    Name(kViewedFile);
+  }
+  void Name(int slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    state.SlotFile.at(place) = kName;
+    state.SlotPath.at(place) = directory.Path();
+  }
+  void Edit(int slot) {
+    EditHeader(state, slot, [](UnitRecord& header) { header.UnitMarks = 3; });
+  }
+
+  TemporaryDirectory directory;
+  RunState state;
+};
+
+TEST(HeaderEdit, OfAViewedFileIsMadeInItsSlotAndWrittenFromThere) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    ViewedToo room(slot);
+    EXPECT_EQ(OwnerOfViewedFile(room.state), slot);
+    room.Edit(kViewedFile);
+    EXPECT_EQ(room.state.Unit.at(kViewedFile).UnitMarks, 3) << slot;
+    EXPECT_EQ(room.state.Unit.at(place).UnitMarks, 3) << slot;
+    EXPECT_FALSE(room.state.SlotDirty.at(kViewedFile)) << slot;
+    for (int other = 1; other <= kSlots; ++other) {
+      EXPECT_EQ(room.state.SlotDirty.at(static_cast<std::size_t>(other)), other == slot) << slot;
+    }
+  }
+}
+
+TEST(HeaderEdit, OfASlotLeavesTheViewedFileAlone) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    ViewedToo room(slot);
+    room.Edit(slot);
+    EXPECT_EQ(room.state.Unit.at(place).UnitMarks, 3) << slot;
+    EXPECT_EQ(room.state.Unit.at(kViewedFile).UnitMarks, 0) << slot;
+    EXPECT_TRUE(room.state.SlotDirty.at(place)) << slot;
+    EXPECT_FALSE(room.state.SlotDirty.at(kViewedFile)) << slot;
+  }
+}
+
+TEST(HeaderEdit, OfAFileThatNoSlotHasIsItsOwn) {
+  ViewedToo room(kViewedFile);
+  EXPECT_EQ(OwnerOfViewedFile(room.state), kViewedFile);
+  room.Edit(kViewedFile);
+  EXPECT_EQ(room.state.Unit.at(kViewedFile).UnitMarks, 3);
+  EXPECT_TRUE(room.state.SlotDirty.at(kViewedFile));
+  room.state.SlotFile.at(kViewedFile).clear();
+  EXPECT_EQ(OwnerOfViewedFile(room.state), kViewedFile);
+}
+
+}  // namespace
+}  // namespace tavrel
