@@ -154,8 +154,7 @@ void Tavrel::ConnectSheet() {
 // neither does a menu or a list that opens out of the form.
 void Tavrel::WatchFront() {
   connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* now) {
-    const bool in_front =
-        now == nullptr || now == windowHandle() || now->type() == Qt::Popup;
+    const bool in_front = now == nullptr || now == windowHandle() || now->type() == Qt::Popup;
     if (!in_front && isVisible()) {
       parts_.sheet.LeaveFront();
       AfterEvent();
