@@ -50,5 +50,14 @@ TEST(IsDataFileName, TakesANameWithTwoPointsBecauseAllBehindTheFirstCounts) {
   EXPECT_TRUE(IsDataFileName("a..TXT"));
 }
 
+TEST(IsDefaultFileName, TakesEachLetterInItsPlace) {
+  EXPECT_TRUE(IsDefaultFileName("M011111A.NEW"));
+  EXPECT_TRUE(IsDefaultFileName("m011111z.new"));
+  EXPECT_TRUE(IsDefaultFileName("M011111[.NEW"));
+  for (const char* other : {"M011112A.NEW", "M01111AA.NEW", "M011111A.OVN", "M011111", ""}) {
+    EXPECT_FALSE(IsDefaultFileName(other)) << other;
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

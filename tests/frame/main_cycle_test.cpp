@@ -237,11 +237,11 @@ TEST_F(Cycle, ArmsAllDeadlinesAnewAfterMidnight) {
   Tick();
   const auto now = static_cast<float>(bench.clock.Timer());
   ASSERT_LT(now, 10);
-  EXPECT_NEAR(bench.state.TickTen, now + 10, 1);
-  EXPECT_NEAR(bench.state.TickMinute, now + 60, 1);
-  EXPECT_NEAR(bench.state.TickRefresh, now + 5, 1);
-  EXPECT_NEAR(bench.state.TickFlush, now + 100, 1);
-  EXPECT_NEAR(bench.state.TickWait, now + 1, 1);
+  EXPECT_FLOAT_EQ(bench.state.TickTen, now + 10);
+  EXPECT_FLOAT_EQ(bench.state.TickMinute, now + 60);
+  EXPECT_FLOAT_EQ(bench.state.TickRefresh, now + 5);
+  EXPECT_FLOAT_EQ(bench.state.TickFlush, now + 100);
+  EXPECT_FLOAT_EQ(bench.state.TickWait, now + 1);
   EXPECT_EQ(bench.state.TickBlink, 0);
 }
 

@@ -356,6 +356,7 @@ TEST_F(Sheet, MarksAPassByItsIndicator) {
   EXPECT_TRUE(bench.sheet.Values().Indicator);
   Pass();
   EXPECT_FALSE(bench.sheet.Values().Indicator);
+  EXPECT_TRUE(bench.state.SheetReset) << "what is shown is remembered";
 }
 
 TEST_F(Sheet, SaysWhenTheLinkIsSimulated) {

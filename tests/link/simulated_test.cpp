@@ -35,6 +35,14 @@ class SimulatedLink : public testing::Test {
   Link link{port, clock};
 };
 
+TEST(SimulatedStore, HasNothingWithoutALetter) {
+  SimulatedStore store;
+  for (int type_sel = 1; type_sel <= 4; ++type_sel) {
+    EXPECT_EQ(store.Register(type_sel, {1, 0, "", 1}), nullptr) << type_sel;
+    EXPECT_NE(store.Register(type_sel, {1, 0, "V", 1}), nullptr) << type_sel;
+  }
+}
+
 TEST_F(SimulatedLink, ReadsZeroBeforeAnythingWasWritten) {
   for (std::int16_t inet = 0; inet < 8; ++inet) {
     EXPECT_EQ(Read(inet, "Z", 1), 0);

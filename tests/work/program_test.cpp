@@ -54,6 +54,7 @@ TEST(ProgramCheck, CountsAGapAsAMissingStatus) {
 
 TEST(ProgramCheck, CountsARowWithOnlyAnIncrementAsUsed) {
   EXPECT_EQ(Finding({kIso, {-1, 5, -1, -1}}), "missing: status on row 2");
+  EXPECT_EQ(Finding({kIso, {0, -1, -1, -1}}), "missing: setpoint on row 2");
 }
 
 TEST(ProgramCheck, LooksAtTheLastRow) {

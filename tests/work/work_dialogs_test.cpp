@@ -229,11 +229,13 @@ TEST_F(RecordingDialog, KeepsTheSlotsFileWhenNoNameIsLeft) {
     bench.home.Write(std::string("tavdat/M260314") + letter + ".OVN", "x");
   }
   bench.state.SheetReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
+  bench.state.WorkReset = true;
   NewFile([this] { Type("10"); });
   EXPECT_EQ(bench.state.SlotFile[1], kName);
   EXPECT_TRUE(HasFile(kName));
   EXPECT_TRUE(bench.state.SlotFileNo[1].IsOpen());
   EXPECT_FALSE(bench.state.SheetReset || bench.state.OverPrepared || bench.state.PartPrepared);
+  EXPECT_FALSE(bench.state.WorkReset);
 }
 
 TEST_F(RecordingDialog, ShowsTheLimitOrAllThatTheFileCanHold) {
