@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <random>
 #include <vector>
 
 #include "bench/promise.h"
@@ -31,6 +32,14 @@ double Smooth(int row, int input) {
   return 500 + 30 * input * std::sin(row / 150.0 + input);
 }
 
+// Degrees of a broken sensor.
+double Noise(int /*row*/, int /*input*/) {
+  static std::mt19937 random(1);
+  return static_cast<double>(random() % static_cast<unsigned>(kTop));
+}
+
+using Curve = double (*)(int row, int input);
+
 class NoShell : public Shell {
  public:
   void OpenDocument(const std::string& /*path*/) override {}
@@ -38,8 +47,8 @@ class NoShell : public Shell {
 
 // The graph of one full recording with a row to each minute, on pictures of a usual size.
 struct DrawingBench {
-  DrawingBench(int inputs, Events& served)
-      : channels(inputs), graph({state, files, dialogs, served, shell}) {
+  DrawingBench(int inputs, Events& served, Curve drawn = Smooth)
+      : channels(inputs), curve(drawn), graph({state, files, dialogs, served, shell}) {
     home.Write(kName, FileBytes());
     state.SlotPath[kSlot] = home.Path() + "/";
     state.SlotFile[kSlot] = kName;
@@ -80,7 +89,7 @@ struct DrawingBench {
         unit.UnitRole.at(static_cast<std::size_t>(input)) = 1;
         unit.UnitColour.at(static_cast<std::size_t>(input)) =
             static_cast<std::int16_t>(input % 14 + 1);
-        words.push_back(static_cast<std::int16_t>(std::lround(Smooth(row, input) * 20)));
+        words.push_back(static_cast<std::int16_t>(std::lround(curve(row, input) * 20)));
       }
     }
     std::string bytes(sizeof unit + 2 * words.size(), '\0');
@@ -90,6 +99,7 @@ struct DrawingBench {
   }
 
   int channels;
+  Curve curve;
   TemporaryDirectory home;
   FakeClock clock;
   FakeDialogs dialogs;
@@ -108,8 +118,8 @@ struct DrawingBench {
 
 // The drawing without the events: what the overview gains from nothing to the full file.
 struct PlotterBench : DrawingBench {
-  PlotterBench(int inputs, Events& served)
-      : DrawingBench(inputs, served), plotter({state, inside, values, served}) {
+  PlotterBench(int inputs, Events& served, Curve drawn = Smooth)
+      : DrawingBench(inputs, served, drawn), plotter({state, inside, values, served}) {
     BuildCurveList(state.Unit[kSlot], inside.Curves);
     plotter.Attach(&surfaces);
   }
@@ -186,6 +196,28 @@ void FullFileFine(benchmark::State& state) {
   FullFileAt(state, 2);
 }
 BENCHMARK(FullFileFine)->Name("the same on a screen of twice the scale")->Iterations(kRounds);
+
+// The worst that there is to draw: a stroke over half the plot for each word. Events are served in
+// between, but the later ones wait.
+void FullFileOfNoise(benchmark::State& state) {
+  FakeEvents events;
+  PlotterBench bench(kInputs, events, Noise);
+  PlotterBench smooth(kInputs, events);
+  Promise promise("ms");
+  for (auto unused : state) {
+    bench.Prepare();
+    promise.Measured(TimeOf<std::milli>([&] { bench.plotter.DrawCurves(); }));
+    smooth.Prepare();
+    promise.Limit(TimeOf<std::milli>([&] { smooth.plotter.DrawCurves(); }));
+  }
+  if (!bench.IsDrawn()) {
+    state.SkipWithError("the file was not drawn");
+    return;
+  }
+  promise.MustBeAtMost(500);
+  promise.Report(state);
+}
+BENCHMARK(FullFileOfNoise)->Name("noise onto both images, 15 inputs")->Iterations(kRounds);
 
 // The strokes of one row by a painter for each tick and picture.
 void DrawRowBare(QImage& image, int row) {

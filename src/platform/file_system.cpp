@@ -27,7 +27,7 @@ constexpr int kTemporaryNames = 100;              // leftovers of crashes that a
 constexpr std::size_t kCopyBlock{1024 * 1024UL};  // bytes
 // What is copied goes to the disk by and by: the system would keep back much of it, and the end of
 // a copy to a slow medium would take minutes in which nothing else is served.
-constexpr std::int64_t kSyncBytes{4 * 1024 * 1024L};
+constexpr std::int64_t kSyncBytes{4L * 1024 * 1024};
 constexpr std::string_view kTemporaryStart = ".tavrel-";
 constexpr std::string_view kTemporaryEnd = ".tmp";
 
