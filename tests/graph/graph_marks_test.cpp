@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "graph/mark_drawing.h"
 #include "tests/support/graph_bench.h"
 
@@ -178,6 +180,17 @@ TEST_F(TheMarks, RefuseTheSixth) {
   Comment("again", kPlace);
   EXPECT_EQ(Unit().UnitMarks, 5);
   EXPECT_EQ(Text(5), "again");
+}
+
+TEST_F(TheMarks, AreAllDrawnToTheFifth) {
+  for (int k = 1; k <= kMarks; ++k) {
+    Comment("note " + std::to_string(k), kPlace);
+  }
+  const std::vector<std::string> texts = LastTexts();
+  for (int k = 1; k <= kMarks; ++k) {
+    const std::string text = " note " + std::to_string(k) + " ";
+    EXPECT_EQ(std::count(texts.begin(), texts.end(), text), 1) << text;
+  }
 }
 
 TEST_F(TheMarks, DeleteTheLastAndPaintAfresh) {

@@ -85,6 +85,16 @@ TEST_F(TheSubfile, HoldsTheRowsFromTheFirstToTheLast) {
   EXPECT_EQ(Rows(), "");
 }
 
+TEST_F(TheSubfile, KeepsTheLastInput) {
+  source.UnitRole[6] = 0;
+  source.UnitColour[6] = 0;
+  source.UnitRole[14] = 1;
+  source.UnitColour[14] = 2;
+  EXPECT_EQ(Header().UnitChannels, 3);
+  EXPECT_EQ(Header().UnitRole[14], 1);
+  EXPECT_EQ(Rows(), Words({11, 14, 17, 21, 24, 27}));
+}
+
 TEST_F(TheSubfile, RoundsTheLengthOfItsAxisToEven) {
   cut.Minutes = 12.5;
   EXPECT_EQ(Header().UnitXmax, 12);
