@@ -6,8 +6,8 @@
 #include <string>
 
 #include "files/recording_format.h"
-#include "frame/settings_keys.h"
-#include "frame/settings_store.h"
+#include "state/settings_keys.h"
+#include "state/settings_store.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {

@@ -12,7 +12,7 @@
 #include "bench/bench_home.h"
 #include "bench/promise.h"
 #include "bench/qt_machine.h"
-#include "frame/forms/tavrel.h"
+#include "main/forms/tavrel.h"
 
 namespace tavrel {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "bench/bench_home.h"
 #include "bench/promise.h"
-#include "common/messages.h"
 #include "files/recording_file.h"
+#include "state/messages.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_screen.h"
 

@@ -12,8 +12,8 @@
 #include <string>
 
 #include "files/file_index.h"
-#include "files/unit_record.h"
 #include "platform/system_clock.h"
+#include "state/unit_record.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"
 

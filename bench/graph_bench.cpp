@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "bench/promise.h"
-#include "common/messages.h"
 #include "files/recording_format.h"
 #include "graph/forms/plot_view.h"
 #include "graph/graph.h"
 #include "platform/qt/qt_events.h"
+#include "state/messages.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"

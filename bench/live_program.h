@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "program_logic.h"
+#include "app/program_logic.h"
 
 namespace tavrel {
 

@@ -4,7 +4,7 @@
 
 #include "bench/first_look.h"
 #include "bench/qt_machine.h"
-#include "frame/forms/tavrel.h"
+#include "main/forms/tavrel.h"
 
 int main(int count, char** arguments) {
   qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -14,7 +14,7 @@
 #include "bench/instrument_line.h"
 #include "bench/promise.h"
 #include "bench/qt_machine.h"
-#include "frame/forms/tavrel.h"
+#include "main/forms/tavrel.h"
 
 namespace tavrel {
 namespace {

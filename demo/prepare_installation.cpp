@@ -16,14 +16,14 @@
 #include <string>
 #include <vector>
 
-#include "common/messages.h"
-#include "common/text.h"
+#include "base/text.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"
-#include "frame/run_state.h"
-#include "frame/settings_store.h"
 #include "platform/file_system.h"
 #include "platform/system_clock.h"
+#include "state/messages.h"
+#include "state/run_state.h"
+#include "state/settings_store.h"
 
 namespace tavrel {
 namespace {

@@ -7,9 +7,9 @@
 #include <optional>
 #include <vector>
 
-#include "files/column_memory.h"
 #include "files/interval_meter.h"
 #include "files/time_bounds.h"
+#include "state/column_memory.h"
 
 namespace tavrel {
 

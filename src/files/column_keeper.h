@@ -5,12 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "common/messages.h"
 #include "files/column_evidence.h"
 #include "files/full_buffer.h"
 #include "files/recording_file.h"
-#include "frame/run_state.h"
 #include "platform/clock.h"
+#include "state/messages.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

@@ -4,12 +4,12 @@
 #include <tuple>
 #include <utility>
 
-#include "common/progress_meter.h"
-#include "common/text.h"
+#include "base/text.h"
 #include "files/index_rules.h"
 #include "files/recording_format.h"
-#include "frame/settings_store.h"
 #include "platform/directory_scan.h"
+#include "platform/progress_meter.h"
+#include "state/settings_store.h"
 
 namespace tavrel {
 namespace {

@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/run_state.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

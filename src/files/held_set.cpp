@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "common/text.h"
+#include "base/text.h"
 
 namespace tavrel {
 

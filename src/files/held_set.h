@@ -8,8 +8,8 @@
 #include <span>
 #include <string>
 
-#include "files/column_memory.h"
-#include "files/unit_record.h"
+#include "state/column_memory.h"
+#include "state/unit_record.h"
 
 // What the pump holds of a set that is not complete yet, as a small hidden file beside the
 // recording. An instrument hands each value over only once: without this file the values of a

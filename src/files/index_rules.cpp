@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "common/file_names.h"
-#include "common/text.h"
-#include "files/unit_record.h"
+#include "base/file_names.h"
+#include "base/text.h"
+#include "state/unit_record.h"
 
 namespace tavrel {
 namespace {

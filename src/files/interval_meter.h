@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "files/unit_record.h"
+#include "state/unit_record.h"
 
 namespace tavrel {
 

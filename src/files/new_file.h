@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 
-#include "files/unit_record.h"
 #include "platform/random_file.h"
+#include "state/unit_record.h"
 
 // How a recording file comes to the disk. Both answer with the empty text, or with the system's
 // words for what went wrong.

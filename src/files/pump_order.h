@@ -7,7 +7,7 @@
 
 #include "files/buffer_fill.h"
 #include "files/recording_format.h"
-#include "frame/run_state.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

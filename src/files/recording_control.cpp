@@ -4,8 +4,8 @@
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
 #include "files/simulated_rows.h"
-#include "frame/unfinished_work.h"
 #include "link/registers.h"
+#include "state/unfinished_work.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
 namespace tavrel {

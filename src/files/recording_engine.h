@@ -6,18 +6,18 @@
 #include <optional>
 #include <string>
 
-#include "common/messages.h"
 #include "files/column_keeper.h"
 #include "files/held_set.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
 #include "files/stop_orders.h"
-#include "frame/run_state.h"
-#include "frame/settings_store.h"
 #include "link/link.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/messages.h"
+#include "state/run_state.h"
+#include "state/settings_store.h"
 
 namespace tavrel {
 

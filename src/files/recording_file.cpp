@@ -5,13 +5,13 @@
 #include <cmath>
 #include <utility>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "files/held_set.h"
 #include "files/new_file.h"
-#include "files/open_slots.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 

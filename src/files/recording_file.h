@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "common/messages.h"
 #include "files/held_set.h"
-#include "frame/run_state.h"
 #include "platform/clock.h"
+#include "state/messages.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

@@ -1,4 +1,4 @@
-#include "common/text.h"
+#include "base/text.h"
 #include "files/new_file.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"

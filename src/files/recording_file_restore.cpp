@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "files/new_file.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
-#include "common/number.h"
-#include "common/text.h"
+#include "base/number.h"
+#include "base/text.h"
 
 namespace tavrel {
 

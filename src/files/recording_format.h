@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "files/unit_record.h"
 #include "platform/clock.h"
+#include "state/unit_record.h"
 
 // The recording file in numbers and names: pure rules, no file is touched here.
 //

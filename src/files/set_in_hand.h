@@ -1,7 +1,7 @@
 #ifndef TAVREL_FILES_SET_IN_HAND_H_
 #define TAVREL_FILES_SET_IN_HAND_H_
 
-#include "frame/run_state.h"
+#include "state/run_state.h"
 
 // What the pump holds of the next set of a slot, in SampleSeen and SampleValue.
 namespace tavrel {

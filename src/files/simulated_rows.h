@@ -1,9 +1,9 @@
 #ifndef TAVREL_FILES_SIMULATED_ROWS_H_
 #define TAVREL_FILES_SIMULATED_ROWS_H_
 
-#include "frame/run_state.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
+#include "state/run_state.h"
 
 // Without a port the store in memory answers, and its values would be written behind the samples
 // of an instrument, where nobody could tell them apart later.

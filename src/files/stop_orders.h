@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "common/messages.h"
-#include "frame/run_state.h"
 #include "link/link.h"
+#include "state/messages.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

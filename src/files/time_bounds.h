@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "files/unit_record.h"
+#include "state/unit_record.h"
 
 namespace tavrel {
 

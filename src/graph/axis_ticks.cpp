@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "common/number.h"
+#include "base/number.h"
 
 namespace tavrel {
 namespace {

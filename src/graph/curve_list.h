@@ -3,9 +3,9 @@
 
 #include <array>
 
-#include "files/unit_record.h"
-#include "frame/colour.h"
-#include "work/curve_colours.h"
+#include "base/colour.h"
+#include "state/curve_colours.h"
+#include "state/unit_record.h"
 
 namespace tavrel {
 

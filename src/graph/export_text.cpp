@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "common/text.h"
+#include "base/text.h"
 
 namespace tavrel {
 namespace {

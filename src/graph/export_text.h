@@ -7,8 +7,8 @@
 #include <variant>
 #include <vector>
 
-#include "files/unit_record.h"
 #include "graph/sample_reader.h"
+#include "state/unit_record.h"
 
 // The rows of the part view as text, for a file and for the clipboard. Lines end in CR LF. The
 // time is that of the export, not of the recording: the first row reads one interval.

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "common/help.h"
-#include "work/header_edit.h"
+#include "dialogs/help.h"
+#include "state/header_edit.h"
 
 namespace tavrel {
 namespace {

@@ -5,8 +5,6 @@
 #include <string>
 
 #include "files/recording_file.h"
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
 #include "graph/graph_marks.h"
 #include "graph/graph_plotter.h"
 #include "graph/graph_state.h"
@@ -15,6 +13,8 @@
 #include "platform/dialogs.h"
 #include "platform/events.h"
 #include "platform/shell.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 
 namespace tavrel {
 

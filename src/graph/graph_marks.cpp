@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "graph/graph_tools.h"
 #include "graph/mark_drawing.h"
 #include "graph/mark_label.h"
-#include "work/header_edit.h"
+#include "state/header_edit.h"
 
 namespace tavrel {
 namespace {

@@ -6,12 +6,12 @@
 #include <functional>
 #include <string>
 
-#include "frame/run_state.h"
 #include "graph/graph_plotter.h"
 #include "graph/graph_state.h"
 #include "graph/graph_values.h"
 #include "graph/measure.h"
 #include "platform/dialogs.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

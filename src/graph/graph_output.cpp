@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <variant>
 
-#include "common/text.h"
-#include "files/open_slots.h"
+#include "base/text.h"
 #include "graph/output_pause.h"
 #include "platform/file_system.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "common/number.h"
+#include "base/number.h"
 
 namespace tavrel {
 namespace {

@@ -4,11 +4,11 @@
 #include <functional>
 #include <optional>
 
-#include "frame/run_state.h"
 #include "graph/graph_state.h"
 #include "graph/graph_values.h"
 #include "graph/sample_reader.h"
 #include "platform/events.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

@@ -1,6 +1,6 @@
-#include "files/open_slots.h"
 #include "graph/graph_output.h"
 #include "graph/output_pause.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {

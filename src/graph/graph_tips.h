@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "frame/tool_tips.h"
+#include "base/tool_tips.h"
 
 namespace tavrel {
 

@@ -7,7 +7,7 @@
 
 #include "graph/graph_marks.h"
 #include "graph/sample_reader.h"
-#include "work/header_edit.h"
+#include "state/header_edit.h"
 
 namespace tavrel {
 namespace {

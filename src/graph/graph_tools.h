@@ -1,12 +1,12 @@
 #ifndef TAVREL_GRAPH_GRAPH_TOOLS_H_
 #define TAVREL_GRAPH_GRAPH_TOOLS_H_
 
-#include "frame/run_state.h"
 #include "graph/graph_plotter.h"
 #include "graph/graph_state.h"
 #include "graph/graph_values.h"
 #include "graph/measure.h"
 #include "platform/dialogs.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

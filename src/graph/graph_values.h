@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "common/language.h"
+#include "base/language.h"
 #include "graph/view_frame.h"
 
 namespace tavrel {

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <string>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "graph/graph_plotter.h"
 #include "graph/graph_tools.h"
 

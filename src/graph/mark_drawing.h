@@ -3,10 +3,10 @@
 
 #include <string_view>
 
-#include "files/unit_record.h"
 #include "graph/measure.h"
 #include "graph/view_frame.h"
 #include "platform/surface.h"
+#include "state/unit_record.h"
 
 // The marks of a header on a plot: the picture on the screen and the printed page alike. The
 // surface has the scale of the plot, minutes across and degrees upwards; it may reach beyond it.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/number.h"
+#include "base/number.h"
 
 namespace tavrel {
 namespace {

@@ -1,9 +1,9 @@
 #ifndef TAVREL_GRAPH_OUTPUT_PAUSE_H_
 #define TAVREL_GRAPH_OUTPUT_PAUSE_H_
 
-#include "frame/run_state.h"
 #include "graph/graph.h"
 #include "platform/events.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "common/number.h"
-#include "common/text.h"
+#include "base/number.h"
+#include "base/text.h"
 #include "graph/graph_plotter.h"
 #include "graph/mark_drawing.h"
 #include "graph/sample_reader.h"

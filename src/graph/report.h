@@ -3,11 +3,11 @@
 
 #include <string>
 
-#include "files/unit_record.h"
 #include "graph/axis_ticks.h"
 #include "graph/curve_list.h"
 #include "graph/page_layout.h"
 #include "platform/random_file.h"
+#include "state/unit_record.h"
 
 // The report of a part view: the plot with its axes, marks and curves, the legend, and on paper a
 // header and a foot. It is drawn anew from the file, not copied from the screen; the printed page

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <vector>
 
-#include "common/number.h"
-#include "common/text.h"
+#include "base/number.h"
+#include "base/text.h"
 #include "files/recording_format.h"
 #include "graph/view_frame.h"
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "files/unit_record.h"
 #include "graph/sample_reader.h"
+#include "state/unit_record.h"
 
 // A subfile: a recording file that holds only the rows of the part view, and of the inputs only
 // the curves and the reference, so that the relative modes still work.

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "files/unit_record.h"
 #include "platform/surface.h"
+#include "state/unit_record.h"
 
 // A view of the graph in numbers: its extent, which rows it shows, and the code in which places
 // on it are kept in a header.

@@ -1,6 +1,6 @@
 #include "link/frame.h"
 
-#include "common/number.h"
+#include "base/number.h"
 #include "link/registers.h"
 
 namespace tavrel {

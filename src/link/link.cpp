@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "common/number.h"
-#include "common/text.h"
+#include "base/number.h"
+#include "base/text.h"
 #include "link/registers.h"
 
 namespace tavrel {

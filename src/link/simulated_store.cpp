@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/number.h"
+#include "base/number.h"
 
 namespace tavrel {
 namespace {

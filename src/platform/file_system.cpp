@@ -15,7 +15,7 @@
 #include <span>
 #include <system_error>
 
-#include "common/text.h"
+#include "base/text.h"
 
 namespace tavrel {
 namespace {

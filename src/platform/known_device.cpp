@@ -11,7 +11,7 @@
 #include <system_error>
 #include <vector>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "platform/file_system.h"
 
 namespace tavrel {

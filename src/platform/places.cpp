@@ -9,7 +9,7 @@
 #include <sstream>
 #include <system_error>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "platform/file_system.h"
 
 namespace tavrel {

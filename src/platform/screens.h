@@ -1,7 +1,7 @@
 #ifndef TAVREL_PLATFORM_SCREENS_H_
 #define TAVREL_PLATFORM_SCREENS_H_
 
-#include "frame/active_view.h"
+#include "base/active_view.h"
 
 namespace tavrel {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "frame/colour.h"
+#include "base/colour.h"
 
 namespace tavrel {
 

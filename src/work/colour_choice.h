@@ -3,9 +3,9 @@
 
 #include <optional>
 
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
 #include "platform/screens.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 
 namespace tavrel {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/checks.h"
-#include "common/number.h"
+#include "base/number.h"
+#include "dialogs/checks.h"
 #include "link/registers.h"
 
 namespace tavrel {

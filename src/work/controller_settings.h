@@ -4,11 +4,11 @@
 #include <array>
 #include <string>
 
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 #include "work/number_box.h"
 #include "work/unsure_registers.h"
 

@@ -1,8 +1,8 @@
 #include "work/controller_switch.h"
 
-#include "common/checks.h"
-#include "frame/run_state.h"
+#include "dialogs/checks.h"
 #include "link/registers.h"
+#include "state/run_state.h"
 
 namespace tavrel {
 namespace {

@@ -3,9 +3,9 @@
 
 #include <optional>
 
-#include "files/unit_record.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
+#include "state/unit_record.h"
 
 namespace tavrel {
 

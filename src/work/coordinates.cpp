@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "common/checks.h"
-#include "common/number.h"
-#include "work/header_edit.h"
+#include "base/number.h"
+#include "dialogs/checks.h"
+#include "state/header_edit.h"
 
 namespace tavrel {
 namespace {

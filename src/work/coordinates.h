@@ -7,10 +7,10 @@
 #include <string>
 #include <string_view>
 
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 
 namespace tavrel {
 

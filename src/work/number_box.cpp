@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "common/number.h"
+#include "base/number.h"
 
 namespace tavrel {
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "common/checks.h"
-#include "common/number.h"
-#include "frame/unfinished_work.h"
+#include "base/number.h"
+#include "dialogs/checks.h"
 #include "link/registers.h"
+#include "state/unfinished_work.h"
 
 namespace tavrel {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "common/checks.h"
-#include "common/number.h"
-#include "common/program_file.h"
-#include "common/text.h"
-#include "files/open_slots.h"
+#include "base/number.h"
+#include "base/text.h"
+#include "dialogs/checks.h"
+#include "dialogs/program_file.h"
 #include "platform/file_system.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {

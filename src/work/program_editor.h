@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <string>
 
-#include "common/language.h"
-#include "frame/colour.h"
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
+#include "base/colour.h"
+#include "base/language.h"
 #include "platform/dialogs.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 #include "work/program.h"
 
 namespace tavrel {

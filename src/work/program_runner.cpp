@@ -3,8 +3,8 @@
 #include <optional>
 #include <utility>
 
-#include "common/checks.h"
-#include "common/program_file.h"
+#include "dialogs/checks.h"
+#include "dialogs/program_file.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 

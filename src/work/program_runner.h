@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "files/recording_engine.h"
-#include "frame/run_state.h"
 #include "link/link.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
+#include "state/run_state.h"
 #include "work/program.h"
 
 namespace tavrel {

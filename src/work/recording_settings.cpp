@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/checks.h"
-#include "common/number.h"
-#include "files/open_slots.h"
+#include "base/number.h"
+#include "dialogs/checks.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {

@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "common/messages.h"
 #include "files/recording_file.h"
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
-#include "frame/settings_store.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/messages.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
+#include "state/settings_store.h"
 
 namespace tavrel {
 

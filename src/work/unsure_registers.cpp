@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "common/number.h"
+#include "base/number.h"
 #include "link/registers.h"
 
 namespace tavrel {

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "common/messages.h"
-#include "frame/run_state.h"
 #include "link/link.h"
 #include "platform/clock.h"
+#include "state/messages.h"
+#include "state/run_state.h"
 #include "work/number_box.h"
 
 namespace tavrel {

@@ -3,10 +3,10 @@
 
 #include <optional>
 
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
 #include "platform/clock.h"
 #include "platform/events.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 
 namespace tavrel {
 

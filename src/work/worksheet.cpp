@@ -1,7 +1,7 @@
 #include "work/worksheet.h"
 
-#include "common/number.h"
-#include "common/text.h"
+#include "base/number.h"
+#include "base/text.h"
 #include "files/recording_format.h"
 #include "link/registers.h"
 

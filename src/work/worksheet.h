@@ -7,13 +7,13 @@
 #include <string>
 
 #include "files/recording_engine.h"
-#include "frame/run_state.h"
-#include "frame/screen_in_front.h"
 #include "link/link.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
 #include "platform/screens.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
 #include "work/colour_choice.h"
 #include "work/coordinates.h"
 #include "work/program_runner.h"

@@ -1,5 +1,5 @@
-#include "common/checks.h"
-#include "work/header_edit.h"
+#include "dialogs/checks.h"
+#include "state/header_edit.h"
 #include "work/worksheet.h"
 
 // What the user does on the worksheet; what it shows is in worksheet.cpp.

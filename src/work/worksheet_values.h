@@ -4,8 +4,8 @@
 #include <array>
 #include <string>
 
-#include "common/language.h"
-#include "files/unit_record.h"
+#include "base/language.h"
+#include "state/unit_record.h"
 #include "work/controller_switch.h"
 
 namespace tavrel {

@@ -1,4 +1,4 @@
-#include "common/checks.h"
+#include "dialogs/checks.h"
 
 #include <gtest/gtest.h>
 

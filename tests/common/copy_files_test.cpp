@@ -1,10 +1,10 @@
-#include "common/copy_files.h"
+#include "dialogs/copy_files.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "tests/files/recording_room.h"
 #include "tests/support/file_bench.h"
 

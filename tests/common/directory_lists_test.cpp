@@ -1,4 +1,4 @@
-#include "common/directory_lists.h"
+#include "platform/directory_lists.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/file_names.h"
+#include "base/file_names.h"
 
 #include <gtest/gtest.h>
 

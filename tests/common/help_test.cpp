@@ -1,4 +1,4 @@
-#include "common/help.h"
+#include "dialogs/help.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/messages.h"
+#include "state/messages.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/open_file.h"
+#include "dialogs/open_file.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/program_file.h"
+#include "dialogs/program_file.h"
 
 #include <gtest/gtest.h>
 

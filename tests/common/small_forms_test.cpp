@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "common/choose_directory.h"
-#include "common/message_form.h"
+#include "dialogs/choose_directory.h"
+#include "dialogs/message_form.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"
 

@@ -1,4 +1,4 @@
-#include "files/open_slots.h"
+#include "state/open_slots.h"
 
 #include <gtest/gtest.h>
 

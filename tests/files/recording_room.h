@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "common/messages.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"
-#include "frame/run_state.h"
+#include "state/messages.h"
+#include "state/run_state.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"

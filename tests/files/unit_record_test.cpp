@@ -1,4 +1,4 @@
-#include "files/unit_record.h"
+#include "state/unit_record.h"
 
 #include <gtest/gtest.h>
 

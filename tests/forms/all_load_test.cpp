@@ -1,4 +1,4 @@
-#include "frame/forms/all_load.h"
+#include "main/forms/all_load.h"
 
 #include <gtest/gtest.h>
 

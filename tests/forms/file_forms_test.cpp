@@ -11,8 +11,8 @@
 #include <QTreeWidget>
 #include <functional>
 
-#include "common/forms/all_copy.h"
-#include "common/forms/all_open.h"
+#include "dialogs/forms/all_copy.h"
+#include "dialogs/forms/all_open.h"
 #include "tests/support/file_bench.h"
 #include "tests/support/wait_until.h"
 

@@ -1,8 +1,8 @@
 #include <QPushButton>
 #include <QTreeWidget>
 
-#include "common/forms/all_dir.h"
-#include "common/forms/all_msg.h"
+#include "dialogs/forms/all_dir.h"
+#include "dialogs/forms/all_msg.h"
 #include "tests/forms/modal_bench.h"
 
 namespace tavrel {

@@ -1,10 +1,10 @@
-#include "frame/forms/tavsett.h"
+#include "main/forms/tavsett.h"
 
 #include <QAbstractItemView>
 #include <QPushButton>
 
-#include "common/forms/all_dir.h"
-#include "frame/tool_tips.h"
+#include "base/tool_tips.h"
+#include "dialogs/forms/all_dir.h"
 #include "tests/forms/modal_bench.h"
 
 namespace tavrel {

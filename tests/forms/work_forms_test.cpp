@@ -4,7 +4,7 @@
 #include <QProgressBar>
 #include <QScreen>
 
-#include "frame/forms/tavsett.h"
+#include "main/forms/tavsett.h"
 #include "tests/forms/modal_bench.h"
 #include "tests/support/work_bench.h"
 #include "tests/support/work_screens.h"

@@ -1,4 +1,4 @@
-#include "frame/attachment.h"
+#include "main/attachment.h"
 
 #include <gtest/gtest.h>
 

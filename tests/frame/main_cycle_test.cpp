@@ -1,4 +1,4 @@
-#include "frame/main_cycle.h"
+#include "main/main_cycle.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "frame/main_sheet.h"
+#include "main/main_sheet.h"
 
 #include <gtest/gtest.h>
 
-#include "frame/main_menu.h"
+#include "main/main_menu.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {

@@ -1,4 +1,4 @@
-#include "frame/main_window.h"
+#include "main/main_window.h"
 
 #include <gtest/gtest.h>
 

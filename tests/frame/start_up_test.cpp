@@ -1,4 +1,4 @@
-#include "frame/start_up.h"
+#include "main/start_up.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <set>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "files/index_rules.h"
 #include "files/recording_format.h"
 #include "tests/fuzz/fuzz_input.h"

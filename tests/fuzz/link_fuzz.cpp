@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "common/number.h"
+#include "base/number.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/support/fake_port.h"
 

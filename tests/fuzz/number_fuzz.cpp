@@ -1,4 +1,4 @@
-#include "common/number.h"
+#include "base/number.h"
 
 #include <cmath>
 #include <limits>

@@ -3,7 +3,7 @@
 #include <map>
 #include <vector>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "tests/files/pump_room.h"
 #include "tests/fuzz/fuzz_input.h"
 

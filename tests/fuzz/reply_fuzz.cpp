@@ -1,6 +1,6 @@
 #include "link/reply.h"
 
-#include "common/number.h"
+#include "base/number.h"
 #include "link/frame.h"
 #include "tests/fuzz/fuzz_input.h"
 

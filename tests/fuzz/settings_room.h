@@ -8,10 +8,10 @@
 #include <limits>
 #include <string>
 
-#include "common/text.h"
-#include "frame/run_state.h"
-#include "frame/settings_keys.h"
-#include "frame/settings_store.h"
+#include "base/text.h"
+#include "state/run_state.h"
+#include "state/settings_keys.h"
+#include "state/settings_store.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "tests/support/temporary_directory.h"
 

@@ -1,8 +1,8 @@
-#include "frame/settings_dialog.h"
+#include "main/settings_dialog.h"
 
 #include <gtest/gtest.h>
 
-#include "common/text.h"
+#include "base/text.h"
 #include "tests/support/settings_bench.h"
 
 namespace tavrel {

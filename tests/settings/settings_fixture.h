@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "frame/settings_store.h"
+#include "state/settings_store.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {

@@ -1,4 +1,4 @@
-#include "frame/settings_lists.h"
+#include "main/settings_lists.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "common/help.h"
-#include "program_logic.h"
+#include "app/program_logic.h"
+#include "dialogs/help.h"
 #include "tests/support/direct_line.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_output.h"

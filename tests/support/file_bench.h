@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "common/copy_files.h"
-#include "common/open_file.h"
+#include "dialogs/copy_files.h"
+#include "dialogs/open_file.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {

@@ -6,7 +6,7 @@
 #include <QTest>
 #include <string>
 
-#include "frame/forms/tavrel.h"
+#include "main/forms/tavrel.h"
 #include "tests/support/bench_program.h"
 #include "tests/support/wait_until.h"
 

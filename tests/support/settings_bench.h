@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "common/choose_directory.h"
-#include "frame/settings_dialog.h"
+#include "dialogs/choose_directory.h"
+#include "main/settings_dialog.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {

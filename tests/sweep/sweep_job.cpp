@@ -17,10 +17,10 @@
 #include <memory>
 #include <string>
 
-#include "common/help.h"
+#include "app/program_logic.h"
+#include "dialogs/help.h"
 #include "instrument/instrument_line.h"
 #include "instrument/truth_log.h"
-#include "program_logic.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_output.h"
 #include "tests/support/fake_port.h"

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <set>
 
-#include "files/unit_record.h"
+#include "state/unit_record.h"
 #include "tests/sweep/sweep_bench.h"
 #include "tests/truth/comparison.h"
 

@@ -1,7 +1,7 @@
 // Twelve recordings with nearly full buffers, on a line at its true speed.
 #include <fstream>
 
-#include "frame/forms/tavrel.h"
+#include "main/forms/tavrel.h"
 #include "platform/qt/qt_events.h"
 #include "tests/truth/comparison.h"
 #include "tests/wire/live_instrument.h"

@@ -1,6 +1,6 @@
 #include <fstream>
 
-#include "frame/forms/tavrel.h"
+#include "main/forms/tavrel.h"
 #include "tests/forms/modal_bench.h"
 #include "tests/support/wait_until.h"
 #include "tests/support/work_screens.h"

@@ -1,4 +1,4 @@
-#include "work/header_edit.h"
+#include "state/header_edit.h"
 
 #include <gtest/gtest.h>
 

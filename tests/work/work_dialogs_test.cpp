@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "files/held_set.h"
+#include "state/curve_colours.h"
 #include "tests/files/recording_room.h"
 #include "tests/support/work_bench.h"
-#include "work/curve_colours.h"
 
 namespace tavrel {
 namespace {

@@ -5,8 +5,8 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "common/forms/modal_form.h"
-#include "frame/forms/shades.h"
+#include "widgets/modal_form.h"
+#include "widgets/shades.h"
 
 namespace tavrel {
 namespace {

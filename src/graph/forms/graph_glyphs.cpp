@@ -2,7 +2,7 @@
 
 #include <QPainterPath>
 
-#include "frame/forms/glyph_grid.h"
+#include "widgets/glyph_grid.h"
 
 namespace tavrel {
 namespace {

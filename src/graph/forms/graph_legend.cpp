@@ -3,8 +3,8 @@
 #include <QGridLayout>
 #include <QPainter>
 
-#include "frame/forms/shades.h"
 #include "graph/forms/graph_glyphs.h"
+#include "widgets/shades.h"
 
 namespace tavrel {
 namespace {

@@ -12,10 +12,10 @@
 #include <algorithm>
 #include <chrono>
 
-#include "files/unit_record.h"
-#include "frame/forms/muted_label.h"
 #include "graph/forms/graph_glyphs.h"
 #include "graph/graph_tips.h"
+#include "state/unit_record.h"
+#include "widgets/muted_label.h"
 
 namespace tavrel {
 namespace {

@@ -6,12 +6,12 @@
 #include <QTimer>
 #include <array>
 
-#include "common/forms/modal_form.h"
-#include "frame/forms/glyph_button.h"
 #include "graph/forms/curve_frame.h"
 #include "graph/forms/graph_legend.h"
 #include "graph/graph.h"
 #include "graph/graph_output.h"
+#include "widgets/glyph_button.h"
+#include "widgets/modal_form.h"
 
 class QComboBox;
 class QHBoxLayout;

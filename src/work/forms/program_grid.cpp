@@ -7,8 +7,8 @@
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 
-#include "common/forms/modal_form.h"
-#include "frame/forms/colour_cell.h"
+#include "widgets/colour_cell.h"
+#include "widgets/modal_form.h"
 
 namespace tavrel {
 namespace {

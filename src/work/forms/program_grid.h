@@ -4,7 +4,7 @@
 #include <QComboBox>
 #include <QTableWidget>
 
-#include "work/forms/number_edit.h"
+#include "widgets/number_edit.h"
 #include "work/program_editor.h"
 
 namespace tavrel {

@@ -8,9 +8,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "frame/forms/shades.h"
-#include "work/curve_colours.h"
-#include "work/forms/curve_sample.h"
+#include "state/curve_colours.h"
+#include "widgets/curve_sample.h"
+#include "widgets/shades.h"
 
 namespace tavrel {
 namespace {

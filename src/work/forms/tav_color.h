@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "common/forms/modal_form.h"
+#include "widgets/modal_form.h"
 #include "work/colour_choice.h"
 
 namespace tavrel {

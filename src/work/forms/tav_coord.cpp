@@ -7,9 +7,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "frame/forms/muted_label.h"
-#include "frame/forms/shades.h"
-#include "work/forms/number_edit.h"
+#include "widgets/muted_label.h"
+#include "widgets/number_edit.h"
+#include "widgets/shades.h"
 
 namespace tavrel {
 namespace {

@@ -3,9 +3,9 @@
 
 #include <array>
 
-#include "common/forms/modal_form.h"
+#include "widgets/modal_form.h"
+#include "widgets/number_edit.h"
 #include "work/controller_settings.h"
-#include "work/forms/number_edit.h"
 
 class QGridLayout;
 class QPushButton;

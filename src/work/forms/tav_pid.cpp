@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "frame/forms/muted_label.h"
+#include "widgets/muted_label.h"
 
 namespace tavrel {
 namespace {

@@ -4,8 +4,8 @@
 #include <QComboBox>
 #include <array>
 
-#include "common/forms/modal_form.h"
-#include "work/forms/number_edit.h"
+#include "widgets/modal_form.h"
+#include "widgets/number_edit.h"
 #include "work/pid_parameters.h"
 
 class QGridLayout;

@@ -4,7 +4,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 
-#include "frame/forms/muted_label.h"
+#include "widgets/muted_label.h"
 #include "work/program_tips.h"
 
 namespace tavrel {

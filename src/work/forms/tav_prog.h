@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <QMenu>
 
-#include "common/forms/modal_form.h"
+#include "widgets/modal_form.h"
 #include "work/forms/program_grid.h"
 #include "work/program_editor.h"
 

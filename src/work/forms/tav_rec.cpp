@@ -5,8 +5,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "frame/forms/muted_label.h"
-#include "frame/forms/tavsett.h"
+#include "widgets/muted_label.h"
+#include "widgets/selecting_edit.h"
 
 namespace tavrel {
 namespace {

@@ -5,7 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 
-#include "common/forms/modal_form.h"
+#include "widgets/modal_form.h"
 #include "work/recording_settings.h"
 
 class QGridLayout;

@@ -1,7 +1,7 @@
 #ifndef TAVREL_WORK_FORMS_TAV_WAIT_H_
 #define TAVREL_WORK_FORMS_TAV_WAIT_H_
 
-#include "common/forms/modal_form.h"
+#include "widgets/modal_form.h"
 #include "work/wait_bar.h"
 
 class QProgressBar;

@@ -5,8 +5,8 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
-#include "frame/forms/muted_label.h"
-#include "work/forms/unit_label.h"
+#include "widgets/muted_label.h"
+#include "widgets/unit_label.h"
 #include "work/forms/work_glyphs.h"
 #include "work/work_tips.h"
 

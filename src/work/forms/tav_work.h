@@ -4,9 +4,9 @@
 #include <QLabel>
 #include <array>
 
-#include "common/forms/modal_form.h"
-#include "frame/forms/colour_cell.h"
-#include "frame/forms/glyph_button.h"
+#include "widgets/colour_cell.h"
+#include "widgets/glyph_button.h"
+#include "widgets/modal_form.h"
 #include "work/forms/work_table.h"
 #include "work/worksheet.h"
 

@@ -3,7 +3,7 @@
 #include <QPainterPath>
 #include <array>
 
-#include "frame/forms/glyph_grid.h"
+#include "widgets/glyph_grid.h"
 
 namespace tavrel {
 namespace {

@@ -5,9 +5,9 @@
 #include <QScreen>
 #include <algorithm>
 
-#include "common/forms/modal_form.h"
-#include "frame/forms/muted_label.h"
-#include "frame/forms/shades.h"
+#include "widgets/modal_form.h"
+#include "widgets/muted_label.h"
+#include "widgets/shades.h"
 
 namespace tavrel {
 namespace {

@@ -5,8 +5,8 @@
 #include <QWidget>
 #include <array>
 
-#include "work/forms/cell_edit.h"
-#include "work/forms/curve_sample.h"
+#include "widgets/cell_edit.h"
+#include "widgets/curve_sample.h"
 #include "work/worksheet_values.h"
 
 class QGridLayout;

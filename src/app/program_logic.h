@@ -1,0 +1,101 @@
+#ifndef TAVREL_APP_PROGRAM_LOGIC_H_
+#define TAVREL_APP_PROGRAM_LOGIC_H_
+
+#include "dialogs/choose_directory.h"
+#include "dialogs/copy_files.h"
+#include "dialogs/message_form.h"
+#include "dialogs/open_file.h"
+#include "files/file_index.h"
+#include "files/recording_engine.h"
+#include "files/recording_file.h"
+#include "graph/graph.h"
+#include "graph/graph_output.h"
+#include "link/link.h"
+#include "main/attachment.h"
+#include "main/main_cycle.h"
+#include "main/main_sheet.h"
+#include "main/main_window.h"
+#include "main/simulation_question.h"
+#include "main/start_up.h"
+#include "platform/clipboard.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "platform/printer.h"
+#include "platform/regional.h"
+#include "platform/screens.h"
+#include "platform/serial_port.h"
+#include "platform/shell.h"
+#include "state/messages.h"
+#include "state/run_state.h"
+#include "state/settings_store.h"
+#include "work/colour_choice.h"
+#include "work/coordinates.h"
+#include "work/program_runner.h"
+#include "work/recording_settings.h"
+#include "work/unsure_registers.h"
+#include "work/wait_bar.h"
+#include "work/worksheet.h"
+
+namespace tavrel {
+
+// What the machine does for the program. All outlive the logic.
+struct Machine {
+  SerialPort& port;
+  const Clock& clock;
+  Dialogs& dialogs;
+  Screens& screens;
+  Events& events;
+  Shell& shell;
+  Printer& printer;
+  Clipboard& clipboard;
+  const Regional& regional;
+};
+
+// The logic of the whole program, joined: one instance for the life of the process. The program
+// joins it to its forms, a test to its doubles, a benchmark to the real machine.
+struct ProgramLogic {
+  explicit ProgramLogic(const Machine& on) : machine(on) {}
+  ProgramLogic(const ProgramLogic&) = delete;
+  ProgramLogic& operator=(const ProgramLogic&) = delete;
+
+  Machine machine;
+  RunState state;
+  Link link{machine.port, machine.clock};
+  Messages messages{machine.dialogs};
+  SettingsStore settings{state};
+  RecordingFiles files{state, machine.clock, messages};
+  RecordingEngine engine{
+      {state, link, files, settings, messages, machine.dialogs, machine.screens, machine.clock}};
+  ProgramRunner runner{{state, link, engine, machine.dialogs, machine.events, machine.clock}};
+  UnsureRegisters unsure{{state, link, messages, machine.clock}};
+  FileIndex index{{state, machine.events, machine.clock}};
+  OpenFile open_file{{state, index, machine.dialogs, machine.screens, machine.events}};
+  CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};
+  DirectoryChoice directory{state, machine.screens};
+  MessageForm message{state, machine.screens};
+  RecordingSettings recording_settings{
+      {state, files, settings, messages, machine.dialogs, machine.screens}};
+  Coordinates coordinates{state, machine.dialogs, machine.screens};
+  ColourChoice colours{state, machine.screens};
+  WaitBar wait_bar{state, machine.events, machine.clock};
+  Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
+                       machine.dialogs, machine.screens, machine.events, machine.clock}};
+  Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
+  GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
+                            machine.clipboard, machine.regional, machine.clock}};
+  MainSheet sheet{
+      {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
+  Attachment attachment{{state, files, engine, settings, sheet, messages}};
+  SimulationQuestion simulation{state, link, machine.dialogs};
+  MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
+                   machine.clock}};
+  MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
+                     machine.screens, machine.events, machine.shell, machine.clock}};
+  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
+                    messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_APP_PROGRAM_LOGIC_H_

@@ -1,0 +1,68 @@
+#include "dialogs/checks.h"
+
+#include "base/number.h"
+#include "link/registers.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kTitle = "check";
+constexpr int kQuestionKind = 1;
+constexpr int kWarningKind = 2;
+constexpr int kGreetings = 2;
+
+BoxIcon IconOf(int kind) {
+  switch (kind) {
+    case kQuestionKind:
+      return BoxIcon::kQuestion;
+    case kWarningKind:
+      return BoxIcon::kWarning;
+    default:
+      return BoxIcon::kInformation;
+  }
+}
+
+}  // namespace
+
+void ShowMessage(Dialogs& dialogs, const std::string& text, const std::string& title, int kind) {
+  dialogs.Message({text, title, IconOf(kind)});
+}
+
+bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double lower,
+                double upper) {
+  // Both comparisons are false for what is no number.
+  if (lower <= value && value <= upper) {
+    return true;
+  }
+  const std::string range = ShortestNumber(lower) + " ... " + ShortestNumber(upper);
+  ShowMessage(dialogs, name + ":\n" + range, kTitle, kWarningKind);
+  return false;
+}
+
+Notice NotConnectedNotice() {
+  return {"Tavrel connected ?", kTitle, IconOf(kQuestionKind)};
+}
+
+void ShowNotConnected(Dialogs& dialogs) {
+  dialogs.Message(NotConnectedNotice());
+}
+
+bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {
+  if (link.IsGood(inet)) {
+    return true;
+  }
+  ShowNotConnected(dialogs);
+  return false;
+}
+
+bool CheckAnswers(Dialogs& dialogs, Link& link, std::int16_t inet) {
+  for (int greeting = 0; greeting < kGreetings && !link.IsGood(inet); ++greeting) {
+    link.ComInet = inet;
+    link.ComLetter = reg::kKind;
+    link.ComIndex = 0;
+    link.ReadReg();
+  }
+  return CheckConnected(dialogs, link, inet);
+}
+
+}  // namespace tavrel

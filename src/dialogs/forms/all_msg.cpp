@@ -1,0 +1,110 @@
+#include "dialogs/forms/all_msg.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace tavrel {
+namespace {
+
+constexpr int kLeastTextWidth = 28;  // characters, so that a short text has a calm box
+
+QLabel* MakePicture(const char* name, QStyle::StandardPixmap picture, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(name);
+  const int side = parent->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, parent);
+  label->setPixmap(parent->style()->standardIcon(picture).pixmap(side));
+  return label;
+}
+
+QPushButton* MakeButton(const char* name, const char* caption, QWidget* parent) {
+  auto* button = new QPushButton(caption, parent);
+  button->setObjectName(name);
+  button->setAccessibleName(caption);
+  button->setAutoDefault(false);
+  return button;
+}
+
+}  // namespace
+
+AllMsg::AllMsg(MessageForm& message)
+    : ModalForm("ALL_MSG", message.Request().Title), message_(message) {
+  MakePictures();
+  MakeLines();
+  MakeButtons();
+  Arrange();
+}
+
+void AllMsg::MakePictures() {
+  img_attention_ = MakePicture("Img_Attention", QStyle::SP_MessageBoxWarning, this);
+  img_attention_->setAccessibleName("attention");
+  img_question_ = MakePicture("Img_Question", QStyle::SP_MessageBoxQuestion, this);
+  img_question_->setAccessibleName("question");
+}
+
+void AllMsg::MakeLines() {
+  for (std::size_t line = 0; line < msg_.size(); ++line) {
+    msg_.at(line) = new QLabel(this);
+    msg_.at(line)->setObjectName(QString("Msg_%1").arg(line));
+    msg_.at(line)->setTextFormat(Qt::PlainText);
+    msg_.at(line)->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  }
+  msg_.front()->setMinimumWidth(fontMetrics().averageCharWidth() * kLeastTextWidth);
+}
+
+void AllMsg::MakeButtons() {
+  cmd_ok_ = MakeButton("CmdOK", "OK", this);
+  cmd_ok_->setDefault(true);
+  cmd_cancel_ = MakeButton("CmdCancel", "Cancel", this);
+  connect(cmd_ok_, &QPushButton::clicked, this, [this] {
+    message_.CmdOK_Click();
+    AfterEvent();
+  });
+  connect(cmd_cancel_, &QPushButton::clicked, this, [this] {
+    message_.CmdCancel_Click();
+    AfterEvent();
+  });
+}
+
+void AllMsg::Arrange() {
+  auto* lines = new QVBoxLayout;
+  lines->setSpacing(2);
+  lines->addStretch(1);
+  for (QLabel* line : msg_) {
+    lines->addWidget(line);
+  }
+  lines->addStretch(1);
+  auto* head = new QHBoxLayout;
+  head->setSpacing(16);
+  head->addWidget(img_attention_, 0, Qt::AlignTop);
+  head->addWidget(img_question_, 0, Qt::AlignTop);
+  head->addLayout(lines, 1);
+  auto* foot = new QHBoxLayout;
+  foot->addStretch(1);
+  foot->addWidget(cmd_ok_);
+  foot->addWidget(cmd_cancel_);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(16, 16, 16, 16);
+  column->setSpacing(16);
+  column->addLayout(head);
+  column->addLayout(foot);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void AllMsg::Show() {
+  const Language language = message_.TipLanguage();
+  for (std::size_t line = 0; line < msg_.size(); ++line) {
+    const std::string& text = message_.Msg().at(line);
+    msg_.at(line)->setText(QtText(text));
+    msg_.at(line)->setVisible(!text.empty());
+  }
+  img_attention_->setVisible(message_.Request().Img_Attention);
+  img_question_->setVisible(message_.Request().Img_Question);
+  cmd_cancel_->setVisible(message_.Request().CmdCancel);
+  cmd_ok_->setToolTip(QtText(MessageForm::kOkTip.In(language)));
+  cmd_cancel_->setToolTip(QtText(MessageForm::kCancelTip.In(language)));
+}
+
+}  // namespace tavrel

@@ -1,0 +1,161 @@
+#include "dialogs/forms/all_open.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <chrono>
+
+#include "dialogs/file_tips.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kMargin = 16;
+constexpr int kGap = 12;
+
+// A form that is never painted must list its files all the same.
+constexpr std::chrono::milliseconds kPaintLimit{400};
+
+}  // namespace
+
+AllOpen::AllOpen(OpenFile& open_file) : ModalForm("ALL_OPEN", " Files"), open_file_(open_file) {
+  MakeGrid();
+  MakePath();
+  MakeCommands();
+  Arrange();
+  connect(qApp, &QApplication::focusChanged, this, &AllOpen::FollowFocus);
+  first_display_.setSingleShot(true);
+  connect(&first_display_, &QTimer::timeout, this, [this] {
+    open_file_.Display([this] { Show(); });
+    AfterEvent();
+  });
+  grid_->FocusRows();
+}
+
+void AllOpen::MakeGrid() {
+  grid_ = new FileGrid(open_file_.Rows(), this);
+  connect(grid_, &FileGrid::Selected, this, [this](int current_row, RowBlock block) {
+    open_file_.Select(current_row, block);
+    AfterEvent();
+  });
+  connect(grid_, &FileGrid::Opened, this, [this] {
+    open_file_.cmdOpen_Click();
+    AfterEvent();
+  });
+  connect(grid_, &FileGrid::FileHeadPressed, this, [this] {
+    open_file_.cmdFile_Click();
+    AfterEvent();
+  });
+  connect(grid_, &FileGrid::ProductHeadPressed, this, [this] {
+    open_file_.cmdProduct_Click();
+    AfterEvent();
+  });
+}
+
+void AllOpen::MakePath() {
+  fr_path_ = new QGroupBox("directory", this);
+  fr_path_->setObjectName("frPath");
+  directories_ = new DirectoryView(open_file_.Lists(), fr_path_);
+  connect(directories_, &DirectoryView::Changed, this, [this] { AfterEvent(); });
+  cmd_new_ = new QPushButton("OK", fr_path_);
+  cmd_new_->setObjectName("cmdNew");
+  cmd_new_->setAccessibleName("list the files of this directory");
+  connect(cmd_new_, &QPushButton::clicked, this, [this] {
+    open_file_.cmdNew_Click([this] { Show(); });
+    grid_->FocusRows();
+    AfterEvent();
+  });
+  auto* column = new QVBoxLayout(fr_path_);
+  column->setSpacing(kGap);
+  column->addWidget(directories_, 1);
+  column->addWidget(cmd_new_, 0, Qt::AlignRight);
+}
+
+QPushButton* AllOpen::MakeButton(const char* name, const char* caption, void (OpenFile::*click)()) {
+  auto* button = new QPushButton(caption, this);
+  button->setObjectName(name);
+  button->setAccessibleName(caption);
+  connect(button, &QPushButton::clicked, this, [this, click] {
+    (open_file_.*click)();
+    AfterEvent();
+  });
+  return button;
+}
+
+void AllOpen::MakeCommands() {
+  no_files_ = new QLabel(this);
+  no_files_->setObjectName("noFiles");
+  progress_ = new QProgressBar(this);
+  progress_->setObjectName("PbIndex");
+  progress_->setAccessibleName("reading the directory");
+  progress_->setTextVisible(false);
+  progress_->hide();
+  cmd_copy_ = MakeButton("cmdCopy", "Copy ...", &OpenFile::cmdCopy_Click);
+  cmd_open_ = MakeButton("cmdOpen", "Open", &OpenFile::cmdOpen_Click);
+  cmd_back_ = MakeButton("cmdBack", "Cancel", &OpenFile::cmdBack_Click);
+}
+
+void AllOpen::Arrange() {
+  auto* count = new QHBoxLayout;
+  count->addWidget(new QLabel(" no. of files ", this));
+  count->addWidget(no_files_);
+  count->addWidget(progress_, 1);
+  count->addStretch(1);
+  count->addWidget(cmd_copy_);
+  auto* files = new QVBoxLayout;
+  files->setSpacing(kGap);
+  files->addWidget(grid_, 1);
+  files->addLayout(count);
+  auto* leave = new QHBoxLayout;
+  leave->addStretch(1);
+  leave->addWidget(cmd_open_);
+  leave->addWidget(cmd_back_);
+  auto* right = new QVBoxLayout;
+  right->setSpacing(kGap);
+  right->addWidget(fr_path_, 1);
+  right->addLayout(leave);
+  auto* all = new QHBoxLayout(this);
+  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  all->setSpacing(kMargin);
+  all->addLayout(files, 3);
+  all->addLayout(right, 2);
+  resize(sizeHint().boundedTo(screen()->availableSize()));
+}
+
+// The default button shows what the Enter key does where the keyboard is.
+void AllOpen::FollowFocus() {
+  const QWidget* focus = focusWidget();
+  const bool in_path = focus != nullptr && fr_path_->isAncestorOf(focus);
+  (in_path ? cmd_new_ : cmd_open_)->setDefault(true);
+}
+
+void AllOpen::Show() {
+  const OpenFileValues& now = open_file_.Values();
+  grid_->Show(now);
+  directories_->Show();
+  no_files_->setText(QtText(now.noFiles));
+  progress_->setVisible(now.Progress != kNoProgress);
+  progress_->setValue(now.Progress);
+  cmd_copy_->setEnabled(now.cmdCopyEnabled);
+  ShowTips(kOpenFileTips, now.TipLanguage);
+}
+
+void AllOpen::showEvent(QShowEvent* event) {
+  ModalForm::showEvent(event);
+  first_display_.start(kPaintLimit);
+}
+
+// A long search begins when the user sees the form.
+void AllOpen::paintEvent(QPaintEvent* event) {
+  ModalForm::paintEvent(event);
+  if (first_display_.isActive() && first_display_.interval() != 0) {
+    first_display_.start(std::chrono::milliseconds(0));
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,183 @@
+#include "dialogs/forms/file_grid.h"
+
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <algorithm>
+#include <cmath>
+
+#include "widgets/modal_form.h"
+
+namespace tavrel {
+namespace {
+
+constexpr double kNameShare = 0.28;
+constexpr int kColumns = 2;
+constexpr int kNameColumn = 0;
+constexpr int kRowPadding = 6;
+constexpr int kShownRows = 18;
+constexpr int kFewestRows = 5;                 // on a small screen
+constexpr const char* kWide = "M888888M.WWW";  // no usual name is wider
+
+SortMark MarkOf(const std::string& sort_key, char column) {
+  if (sort_key.size() != 2 || sort_key.front() != column) {
+    return SortMark::kNone;
+  }
+  return sort_key.back() == 'A' ? SortMark::kUp : SortMark::kDown;
+}
+
+// The text of a cell begins where that of its head does.
+class CellText : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QString text = cell.text;
+    cell.text.clear();
+    const QStyle* style = cell.widget->style();
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    const QRect place = cell.rect.adjusted(SortHead::kIndent, 0, -2, 0);
+    const bool selected = cell.state.testFlag(QStyle::State_Selected);
+    style->drawItemText(painter, place, Qt::AlignVCenter, cell.palette, true,
+                        cell.fontMetrics.elidedText(text, Qt::ElideRight, place.width()),
+                        selected ? QPalette::HighlightedText : QPalette::Text);
+  }
+};
+
+}  // namespace
+
+FileRows::FileRows(const std::vector<IndexRow>& rows, QObject* parent)
+    : QAbstractTableModel(parent), rows_(rows) {}
+
+void FileRows::TakeRows() {
+  beginResetModel();
+  count_ = static_cast<int>(rows_.size());
+  endResetModel();
+}
+
+int FileRows::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : count_;
+}
+
+int FileRows::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant FileRows::data(const QModelIndex& index, int role) const {
+  const auto row = static_cast<std::size_t>(index.row());
+  if (role != Qt::DisplayRole || !index.isValid() || row >= rows_.size()) {
+    return {};
+  }
+  return QtText(index.column() == kNameColumn ? rows_[row].Name : rows_[row].Contents);
+}
+
+FileGrid::FileGrid(const std::vector<IndexRow>& rows, QWidget* parent) : QFrame(parent) {
+  setFrameShape(QFrame::StyledPanel);
+  cmd_file_ = new SortHead("cmdFile", "filename", this);
+  cmd_product_ = new SortHead("cmdProduct", "contents", this);
+  MakeView(rows);
+  ConnectView();
+  setMinimumSize(sizeHint().width() / 2, HeightOf(kFewestRows));
+  setTabOrder(f_grid_, cmd_file_);
+  setTabOrder(cmd_file_, cmd_product_);
+}
+
+int FileGrid::HeightOf(int rows) const {
+  const int row_height = f_grid_->verticalHeader()->defaultSectionSize();
+  return cmd_file_->sizeHint().height() + row_height * rows + 2 * frameWidth();
+}
+
+QSize FileGrid::sizeHint() const {
+  const int columns = static_cast<int>(std::lround(NameWidth() / kNameShare));
+  const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
+  return {columns + scroll_bar + 2 * frameWidth(), HeightOf(kShownRows)};
+}
+
+int FileGrid::NameWidth() const {
+  return fontMetrics().horizontalAdvance(kWide) + 2 * SortHead::kIndent;
+}
+
+void FileGrid::MakeView(const std::vector<IndexRow>& rows) {
+  f_grid_ = new QTableView(this);
+  f_grid_->setObjectName("FGrid");
+  f_grid_->setAccessibleName("files");
+  model_ = new FileRows(rows, f_grid_);
+  f_grid_->setModel(model_);
+  f_grid_->setItemDelegate(new CellText(f_grid_));
+  f_grid_->setFrameShape(QFrame::NoFrame);
+  f_grid_->setShowGrid(false);
+  f_grid_->setWordWrap(false);
+  f_grid_->setTabKeyNavigation(false);
+  f_grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  f_grid_->setSelectionMode(QAbstractItemView::ContiguousSelection);
+  f_grid_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  f_grid_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  f_grid_->horizontalHeader()->hide();
+  f_grid_->horizontalHeader()->setMinimumSectionSize(1);
+  f_grid_->verticalHeader()->hide();
+  f_grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  f_grid_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+}
+
+void FileGrid::ConnectView() {
+  connect(cmd_file_, &SortHead::clicked, this, &FileGrid::FileHeadPressed);
+  connect(cmd_product_, &SortHead::clicked, this, &FileGrid::ProductHeadPressed);
+  connect(f_grid_, &QTableView::doubleClicked, this, &FileGrid::Opened);
+  const QItemSelectionModel* selection = f_grid_->selectionModel();
+  connect(selection, &QItemSelectionModel::selectionChanged, this, &FileGrid::TellSelection);
+  connect(selection, &QItemSelectionModel::currentRowChanged, this, &FileGrid::TellSelection);
+}
+
+void FileGrid::Show(const OpenFileValues& now) {
+  cmd_file_->ShowMark(MarkOf(now.SortKey, 'F'));
+  cmd_product_->ShowMark(MarkOf(now.SortKey, 'P'));
+  if (now.Revision == revision_) {
+    return;
+  }
+  revision_ = now.Revision;
+  is_showing_ = true;
+  model_->TakeRows();
+  ShowSelection(now);
+  is_showing_ = false;
+}
+
+void FileGrid::ShowSelection(const OpenFileValues& now) {
+  const QModelIndex current = model_->index(now.CurrentRow, kNameColumn);
+  f_grid_->setCurrentIndex(current);
+  f_grid_->scrollTo(current, QAbstractItemView::PositionAtCenter);
+}
+
+// The selection is one block, so its ranges have a first and a last row.
+void FileGrid::TellSelection() {
+  if (is_showing_) {
+    return;
+  }
+  RowBlock block;
+  for (const QItemSelectionRange& range : f_grid_->selectionModel()->selection()) {
+    block.First = block.First < 0 ? range.top() : std::min(block.First, range.top());
+    block.Last = std::max(block.Last, range.bottom());
+  }
+  emit Selected(f_grid_->currentIndex().row(), block);
+}
+
+void FileGrid::resizeEvent(QResizeEvent* event) {
+  QFrame::resizeEvent(event);
+  const QRect room = contentsRect();
+  const int head = cmd_file_->sizeHint().height();
+  const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
+  const int width = room.width() - scroll_bar;
+  // On a small screen the names keep what they need to be told apart.
+  const int share = static_cast<int>(std::lround(kNameShare * width));
+  const int names = std::min(std::max(share, NameWidth()), width / 2);
+  cmd_file_->setGeometry(room.left(), room.top(), names, head);
+  cmd_product_->setGeometry(room.left() + names, room.top(), room.width() - names, head);
+  f_grid_->setGeometry(room.adjusted(0, head, 0, 0));
+  f_grid_->setColumnWidth(0, names);
+  f_grid_->setColumnWidth(1, width - names);
+}
+
+}  // namespace tavrel

@@ -1,0 +1,245 @@
+#include "main/forms/tavrel.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStatusBar>
+#include <QWindow>
+#include <algorithm>
+#include <chrono>
+
+#include "main/forms/emblem.h"
+#include "widgets/shades.h"
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+
+// A window that is never painted (it starts minimised) must measure all the same.
+constexpr milliseconds kPaintLimit{400};
+
+constexpr int kFewestRows = 4;     // a smaller window looks lost
+constexpr int kRoomForNames = 40;  // beside the least width
+
+QString Text(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+// The mark of a pass over the rows: a small disc that keeps its place while it is hidden.
+class IndicatorMark : public QWidget {
+ public:
+  explicit IndicatorMark(QWidget* parent) : QWidget(parent) {
+    setObjectName("Indicator");
+    setAccessibleName("reading the instruments");
+    setFixedSize(kSide + 8, kSide);
+    QSizePolicy keeps_its_place = sizePolicy();
+    keeps_its_place.setRetainSizeWhenHidden(true);
+    setSizePolicy(keeps_its_place);
+    hide();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette().color(QPalette::Highlight));
+    painter.drawEllipse(1, 1, kSide - 2, kSide - 2);
+  }
+
+ private:
+  static constexpr int kSide = 12;
+};
+
+}  // namespace
+
+Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
+  setObjectName("Tavrel");
+  setWindowIcon(EmblemIcon());
+  // The sheet is read while another program has the keyboard.
+  setAttribute(Qt::WA_AlwaysShowToolTips);
+  MakeMenu();
+  table_ = new SheetTable;
+  scroll_ = new QScrollArea(this);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidgetResizable(true);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->setWidget(table_);
+  setCentralWidget(scroll_);
+  MakeStatusLine();
+  ConnectSheet();
+  WatchFront();
+  timer_main_.setObjectName("Timer_Main");
+  timer_main_.setTimerType(Qt::PreciseTimer);
+  connect(&timer_main_, &QTimer::timeout, this, &Tavrel::RunTick);
+  first_display_.setSingleShot(true);
+  connect(&first_display_, &QTimer::timeout, this, &Tavrel::FirstDisplay);
+  const QSize sheet = table_->SizeWith(std::clamp(expected_rows, kFewestRows, kSlots));
+  table_height_ = sheet.height();
+  resize(sheet.width() + kRoomForNames,
+         sheet.height() + menuBar()->sizeHint().height() + statusBar()->height());
+  Show();
+}
+
+void Tavrel::MakeMenu() {
+  QMenu* below = nullptr;
+  for (const MenuEntry& entry : kMainMenu) {
+    if (entry.Action == MenuAction::kHeading) {
+      below = menuBar()->addMenu(Text(entry.Caption));
+      below->menuAction()->setObjectName(Text(entry.Control));
+      continue;
+    }
+    QAction* action = MakeEntry(entry);
+    const bool in_bar = entry.Control == "MnuHelp" || entry.Control == "MnuExit";
+    if (in_bar || below == nullptr) {
+      menuBar()->addAction(action);
+    } else {
+      below->addAction(action);
+    }
+  }
+}
+
+QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
+  auto* action = new QAction(Text(entry.Caption), this);
+  action->setObjectName(Text(entry.Control));
+  action->setEnabled(parts_.window.IsEnabled(entry));
+  if (entry.Action == MenuAction::kHelp) {
+    action->setShortcut(QKeySequence::HelpContents);
+  }
+  connect(action, &QAction::triggered, this, [this, &entry] {
+    parts_.window.Choose(entry);
+    AfterEvent();
+  });
+  return action;
+}
+
+void Tavrel::MakeStatusLine() {
+  statusBar()->setSizeGripEnabled(false);
+  lbl_info_ = new QLabel(this);
+  lbl_info_->setObjectName("lbl_Info");
+  lbl_info_->setTextFormat(Qt::PlainText);
+  lbl_info_->setIndent(10);
+  lbl_info_->hide();
+  statusBar()->addWidget(lbl_info_, 1);
+  indicator_ = new IndicatorMark(this);
+  statusBar()->addPermanentWidget(indicator_);
+  statusBar()->setFixedHeight(fontMetrics().height() + 14);
+}
+
+void Tavrel::ConnectSheet() {
+  connect(table_, &SheetTable::NumberClicked, this, [this](int row) {
+    parts_.sheet.lb_TavNo_Click(row);
+    AfterEvent();
+  });
+  connect(table_, &SheetTable::NameEdited, this, [this](int row, const QString& text) {
+    parts_.sheet.tx_Des_Change(row, text.toStdString());
+    AfterEvent();
+  });
+  connect(table_, &SheetTable::WorkClicked, this, [this](int row) {
+    parts_.sheet.cmd_Work_Click(row);
+    AfterEvent();
+  });
+  connect(table_, &SheetTable::OpenClicked, this, [this] {
+    parts_.sheet.cmd_Open_Click();
+    AfterEvent();
+  });
+}
+
+// Only another window of the program takes the form from the front; another program does not, and
+// neither does a menu or a list that opens out of the form.
+void Tavrel::WatchFront() {
+  connect(qApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow* now) {
+    const bool in_front = now == nullptr || now == windowHandle() || now->type() == Qt::Popup;
+    if (!in_front && isVisible()) {
+      parts_.sheet.LeaveFront();
+      AfterEvent();
+    }
+  });
+}
+
+void Tavrel::Show() {
+  const SheetValues& now = parts_.sheet.Values();
+  if (now.Caption != caption_) {
+    caption_ = now.Caption;
+    setWindowTitle(Text(caption_));
+  }
+  if (now.lbl_Info != info_) {
+    info_ = now.lbl_Info;
+    lbl_info_->setText(Text(info_));
+    lbl_info_->setVisible(!info_.empty());
+  }
+  indicator_->setVisible(now.Indicator);
+  table_->Show(now);
+  GrowToRows();
+}
+
+// More rows than the window was made for: it grows, as far as the screen goes.
+void Tavrel::GrowToRows() {
+  const SheetValues& now = parts_.sheet.Values();
+  const auto rows = std::count_if(now.Rows.begin() + 1, now.Rows.end(),
+                                  [](const SheetRow& row) { return row.Sheet; });
+  const int needed = table_->SizeWith(static_cast<int>(rows)).height();
+  if (needed <= table_height_) {
+    return;
+  }
+  table_height_ = needed;
+  const int missing = needed - scroll_->viewport()->height();
+  if (missing > 0 && !isMaximized() && !isFullScreen()) {
+    const int room = screen()->availableGeometry().bottom() - frameGeometry().bottom();
+    resize(width(), height() + std::clamp(missing, 0, std::max(room, 0)));
+  }
+}
+
+void Tavrel::PlaceAt(int top) {
+  const QRect room = screen()->availableGeometry();
+  resize(size().boundedTo(room.size()));
+  const int left = room.left() + (room.width() - width()) / 2;
+  move(left, std::clamp(top, room.top(), std::max(room.top(), room.bottom() - height())));
+}
+
+void Tavrel::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (!timer_main_.isActive()) {
+    timer_main_.start(milliseconds(kTickMilliseconds));
+    first_display_.start(kPaintLimit);
+  }
+}
+
+// The first display may take a while on the line: the user sees the form before it begins.
+void Tavrel::paintEvent(QPaintEvent* event) {
+  QMainWindow::paintEvent(event);
+  if (first_display_.isActive() && first_display_.interval() != 0) {
+    first_display_.start(milliseconds(0));
+  }
+}
+
+void Tavrel::FirstDisplay() {
+  parts_.start_up.MainFormShow();
+  AfterEvent();
+}
+
+void Tavrel::RunTick() {
+  parts_.cycle.Tick();
+  AfterEvent();
+}
+
+void Tavrel::closeEvent(QCloseEvent* event) {
+  parts_.window.Close();
+  event->setAccepted(parts_.window.HasEnded());
+  AfterEvent();
+}
+
+void Tavrel::AfterEvent() {
+  Show();
+  if (parts_.window.HasEnded()) {
+    timer_main_.stop();
+    QCoreApplication::exit(0);
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,187 @@
+#include "main/forms/tavsett.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+#include "base/tool_tips.h"
+#include "main/settings_lists.h"
+#include "widgets/shades.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kMargin = 20;
+constexpr int kControlCharacters = 46;  // the longest path and the longest item fit
+constexpr int kGapOfSections = 14;
+constexpr int kTextMargin = 4;  // texts begin where those of the lists do
+
+template <typename Items>
+QStringList QtItems(const Items& items) {
+  QStringList texts;
+  for (const auto& item : items) {
+    texts << QtText(item);
+  }
+  return texts;
+}
+
+void ShowIndex(QComboBox& list, int index) {
+  const QSignalBlocker quiet(list);
+  list.setCurrentIndex(index);
+}
+
+// A text that is there already is not set again, which keeps the cursor of a user who types.
+void ShowText(QLineEdit& edit, const std::string& utf8) {
+  const QSignalBlocker quiet(edit);
+  if (edit.text() != QtText(utf8)) {
+    edit.setText(QtText(utf8));
+  }
+}
+
+}  // namespace
+
+TavSett::TavSett(SettingsDialog& dialog) : ModalForm("TAVSETT", " Settings"), dialog_(dialog) {
+  MakeControls();
+  Arrange();
+  MakeMenu();
+  txt_plant_->setFocus();
+}
+
+// In the order in which the Tab key visits them.
+void TavSett::MakeControls() {
+  txt_plant_ = MakeText("Txt_Plant", &SettingsDialog::Txt_Plant_Change);
+  txt_lab_ = MakeText("Txt_Lab", &SettingsDialog::Txt_Lab_Change);
+  cbo_help_ = MakeList("cboHelp", QtItems(kHelpItems), &SettingsDialog::cboHelp_Click);
+  cbo_com_ = MakeList("cboCom", QtItems(PortItems()), &SettingsDialog::cboCom_Click);
+  cbo_mode_ = MakeList("cboMode", QtItems(kModeItems), &SettingsDialog::cboMode_Click);
+  cbo_dia_ = MakeList("cboDia", QtItems(kDiaItems), &SettingsDialog::cboDia_Click);
+  cmd_path_ = MakeButton("cmdPath", &SettingsDialog::cmdPath_Click);
+  cmd_font_ = MakeButton("CmdFont", &SettingsDialog::CmdFont_Click);
+  cbo_width_ = MakeList("CboWidth", QtItems(kWidthItems), &SettingsDialog::CboWidth_Click);
+  for (QPushButton* value : {cmd_path_, cmd_font_}) {
+    value->setStyleSheet("text-align: left; padding: 3px 8px;");
+  }
+  cmd_ok_ = MakeButton("CmdOK", &SettingsDialog::CmdOK_Click);
+  cmd_ok_->setText("OK");
+  cmd_ok_->setAccessibleName("OK");
+  cmd_ok_->setDefault(true);
+}
+
+void TavSett::Arrange() {
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(kMargin);
+  grid->setVerticalSpacing(8);
+  grid->setColumnMinimumWidth(1, fontMetrics().averageCharWidth() * kControlCharacters);
+  AddHeading(*grid, "User");
+  AddLine(*grid, "company", txt_plant_);
+  AddLine(*grid, "user", txt_lab_);
+  AddLine(*grid, "help language", cbo_help_);
+  AddHeading(*grid, "Instruments");
+  AddLine(*grid, "serial port", cbo_com_);
+  AddLine(*grid, "interface", cbo_mode_);
+  AddLine(*grid, "diagnostic", cbo_dia_);
+  AddHeading(*grid, "Data and reports");
+  AddLine(*grid, "data directory", cmd_path_);
+  AddLine(*grid, "report font", cmd_font_);
+  AddLine(*grid, "line width", cbo_width_);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(kMargin, kGapOfSections, kMargin, kMargin);
+  column->setSpacing(kMargin);
+  column->addLayout(grid);
+  column->addWidget(cmd_ok_, 0, Qt::AlignRight);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void TavSett::MakeMenu() {
+  auto* bar = new QMenuBar(this);
+  QAction* help = bar->addAction("Help   ");
+  help->setObjectName("MnuHelp");
+  help->setShortcut(QKeySequence::HelpContents);
+  connect(help, &QAction::triggered, this, [this] {
+    dialog_.MnuHelp_Click();
+    AfterEvent();
+  });
+  layout()->setMenuBar(bar);
+}
+
+void TavSett::AddHeading(QGridLayout& grid, const char* text) {
+  const int row = grid.rowCount();
+  if (row > 1) {
+    grid.setRowMinimumHeight(row, kGapOfSections);
+  }
+  auto* heading = new QLabel(text, this);
+  QFont font = heading->font();
+  font.setBold(true);
+  heading->setFont(font);
+  grid.addWidget(heading, row + 1, 0, 1, 2);
+}
+
+void TavSett::AddLine(QGridLayout& grid, const char* text, QWidget* control) {
+  const int row = grid.rowCount();
+  auto* label = new QLabel(text, this);
+  QPalette muted;
+  muted.setColor(QPalette::WindowText, MutedOf(label->palette()));
+  label->setPalette(muted);
+  control->setAccessibleName(text);
+  grid.addWidget(label, row, 0);
+  grid.addWidget(control, row, 1);
+}
+
+QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeIndex take) {
+  auto* list = new QComboBox(this);
+  list->setObjectName(name);
+  list->addItems(items);
+  connect(list, &QComboBox::currentIndexChanged, this, [this, take](int index) {
+    (dialog_.*take)(index);
+    AfterEvent();
+  });
+  return list;
+}
+
+SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
+  auto* edit = new SelectingEdit(this);
+  edit->setObjectName(name);
+  edit->setTextMargins(kTextMargin, 0, kTextMargin, 0);
+  connect(edit, &QLineEdit::textChanged, this, [this, take](const QString& text) {
+    (dialog_.*take)(text.toStdString());
+    AfterEvent();
+  });
+  return edit;
+}
+
+QPushButton* TavSett::MakeButton(const char* name, Press press) {
+  auto* button = new QPushButton(this);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, [this, press] {
+    (dialog_.*press)();
+    AfterEvent();
+  });
+  return button;
+}
+
+void TavSett::Show() {
+  const SettingsControls& now = dialog_.Values();
+  ShowIndex(*cbo_com_, now.cboCom);
+  ShowIndex(*cbo_help_, now.cboHelp);
+  ShowIndex(*cbo_mode_, now.cboMode);
+  ShowIndex(*cbo_dia_, now.cboDia);
+  ShowIndex(*cbo_width_, now.CboWidth);
+  ShowText(*txt_plant_, now.Txt_Plant);
+  ShowText(*txt_lab_, now.Txt_Lab);
+  cmd_font_->setText(QtCaption(now.CmdFont));
+  cmd_path_->setText(QtCaption(now.cmdPath));
+  ShowTipsAndDevice();
+}
+
+void TavSett::ShowTipsAndDevice() {
+  const SettingsControls& now = dialog_.Values();
+  ShowTips(kSettingsTips, now.TipLanguage);
+  if (!now.DeviceTip.empty()) {
+    cbo_com_->setToolTip(cbo_com_->toolTip() + "\n" + QtText(now.DeviceTip));
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,221 @@
+#include "main/main_cycle.h"
+
+#include <algorithm>
+#include <string>
+
+namespace tavrel {
+namespace {
+
+constexpr float kMinute = 60;             // seconds
+constexpr double kMidnightGuard = 86300;  // seconds since midnight; from here on the cycle waits
+
+// Screens whose next step hangs on the running light.
+bool HasTrigger(View view) {
+  switch (view) {
+    case View::kAllCom:
+    case View::kAllMem:
+    case View::kAllQs:
+    case View::kAllRam:
+    case View::kAllRegs:
+    case View::kSpTavHs:
+    case View::kAllWdog:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+void MainCycle::Tick() {
+  if (!enabled_ || in_tick_) {
+    return;
+  }
+  if (parts_.state.ActiveView == View::kTavNum) {
+    parts_.state.Trigger = !parts_.state.Trigger;
+    return;
+  }
+  in_tick_ = true;
+  RunTick();
+  in_tick_ = false;
+  parts_.messages.ShowKept();
+  parts_.simulation.AskIfDue();
+  GoOnIfPressed();
+}
+
+void MainCycle::GoOnIfPressed() {
+  if (parts_.engine.IsPressed()) {
+    parts_.events.WhenIdle([this] { PumpBetweenTicks(); });
+  }
+}
+
+// What takes a tick for itself, or the line, keeps the time between two ticks as well. Behind an
+// exchange that failed one of the next ticks goes on, once the line has settled.
+void MainCycle::PumpBetweenTicks() {
+  const View view = parts_.state.ActiveView;
+  const bool is_drawing = view == View::kTavGraph && !parts_.state.GraphIdle;
+  const bool is_taken = in_tick_ || view == View::kTavNum || is_drawing;
+  if (!enabled_ || is_taken || StandsAtMidnight() || !parts_.link.IsSettled()) {
+    return;
+  }
+  in_tick_ = true;
+  {
+    const KeepLinkArguments keep(parts_.link);
+    parts_.engine.PumpOnce();
+  }
+  in_tick_ = false;
+  parts_.messages.ShowKept();
+  GoOnIfPressed();
+}
+
+void MainCycle::RunTick() {
+  const KeepLinkArguments keep(parts_.link);
+  const Messages::Deferral deferral(parts_.messages);
+  if (StandsAtMidnight()) {
+    ServeAtMidnight();
+    return;
+  }
+  if (!parts_.link.IsSettled()) {
+    return;
+  }
+  const bool is_free = ServeScreen();
+  BlinkTrigger();
+  if (is_free) {
+    DoFreeWork();
+  }
+  parts_.sheet.RefreshInfo();
+}
+
+// Deadlines are seconds of one day. In the last minutes of the day the cycle stands still, so
+// that none is set beyond its end; once the clock has wrapped all are armed anew. The same is
+// done whenever the clock is found lower than before: the machine slept over midnight.
+bool MainCycle::StandsAtMidnight() {
+  const double timer = parts_.clock.Timer();
+  const bool wrapped = timer < last_timer_;
+  last_timer_ = timer;
+  if (timer > kMidnightGuard) {
+    return true;
+  }
+  if (wrapped) {
+    ArmAll();
+  }
+  return false;
+}
+
+// A controller is off while its wait bar runs: that must not take until the next day.
+void MainCycle::ServeAtMidnight() {
+  if (parts_.state.ActiveView == View::kTavWait) {
+    static_cast<void>(ServeScreen());
+  }
+}
+
+void MainCycle::ArmAll() {
+  RunState& state = parts_.state;
+  const float now = Timer();
+  state.TickTen = now + 10;
+  state.TickMinute = now + 60;
+  state.TickRefresh = now + 5;
+  state.TickFlush = now + 100;
+  state.TickWait = now + 1;
+  state.TickBlink = 0;
+}
+
+// True if the screen in front leaves the tick free.
+bool MainCycle::ServeScreen() {
+  const RunState& state = parts_.state;
+  switch (state.ActiveView) {
+    case View::kMainSheet:
+      if (!IsPast(state.TickRefresh)) {
+        return true;
+      }
+      parts_.sheet.RefreshRow();
+      return false;
+    case View::kTavWork:
+      if (!IsPast(state.TickRefresh) || !guests_.refresh_worksheet) {
+        return true;
+      }
+      guests_.refresh_worksheet();
+      return state.SelSlot == kViewedFile;  // a viewed file needs no line
+    case View::kTavGraph:
+      return state.GraphIdle;
+    case View::kTavWait:
+      if (!IsPast(state.TickWait) || !guests_.advance_wait_bar) {
+        return true;
+      }
+      guests_.advance_wait_bar();
+      return false;
+    default:
+      return true;
+  }
+}
+
+void MainCycle::BlinkTrigger() {
+  RunState& state = parts_.state;
+  if (HasTrigger(state.ActiveView) && IsPast(state.TickBlink)) {
+    state.Trigger = !state.Trigger;
+  }
+}
+
+void MainCycle::DoFreeWork() {
+  RunState& state = parts_.state;
+  if (IsPast(state.TickTen)) {
+    state.TickTen = Timer() + 10;
+    parts_.link.ReopenIfLost();
+    parts_.engine.TenSecondTick();
+    parts_.attachment.RetryWaiting();
+  }
+  if (!guests_.read_back || !guests_.read_back()) {
+    parts_.engine.PumpOnce();
+  }
+  if (next_program_ > kSlots) {
+    BeginMinute();
+  }
+  StepPrograms();
+  if (IsPast(state.TickFlush)) {
+    state.TickFlush = Timer() + 1200;
+    parts_.engine.FlushFiles();
+  }
+}
+
+void MainCycle::BeginMinute() {
+  RunState& state = parts_.state;
+  if (!IsPast(state.TickMinute)) {
+    is_catching_up_ = false;
+    return;
+  }
+  TellCatchUp();
+  state.TickMinute += kMinute;
+  next_program_ = 1;
+}
+
+// After the machine has slept, or the cycle has stood still for a form, the programs make up for
+// the minutes that they missed. The user is told once how many these are.
+void MainCycle::TellCatchUp() {
+  const RunState& state = parts_.state;
+  const auto is_running = [](bool runs) { return runs; };
+  const int minutes = static_cast<int>((Timer() - state.TickMinute) / kMinute);
+  if (is_catching_up_ || minutes < 1 ||
+      std::none_of(state.ProgRunning.begin(), state.ProgRunning.end(), is_running)) {
+    return;
+  }
+  is_catching_up_ = true;
+  const std::string count = std::to_string(minutes) + (minutes == 1 ? " minute" : " minutes");
+  parts_.messages.Report(0, {"The controller programs stood still for " + count +
+                                 ".\nThey make up for it now: their steps follow at once.",
+                             "controller  program"});
+}
+
+// Only one step that uses the line: a ramp takes five exchanges. Behind one that failed the others
+// wait for one of the next ticks, instead of holding up the user interface until the line has
+// settled.
+void MainCycle::StepPrograms() {
+  const auto before = parts_.link.Exchanges();
+  while (next_program_ <= kSlots && parts_.link.IsSettled() && parts_.link.Exchanges() == before) {
+    if (guests_.step_program) {
+      guests_.step_program(next_program_);
+    }
+    ++next_program_;
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,117 @@
+#ifndef TAVREL_MAIN_SETTINGS_DIALOG_H_
+#define TAVREL_MAIN_SETTINGS_DIALOG_H_
+
+#include <string>
+
+#include "base/language.h"
+#include "dialogs/choose_directory.h"
+#include "link/link.h"
+#include "main/main_window.h"
+#include "platform/dialogs.h"
+#include "platform/shell.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
+#include "state/settings_store.h"
+
+namespace tavrel {
+
+// What the settings dialog shows. Lists are told by their index, from 0.
+struct SettingsControls {
+  int cboCom = 0;
+  int cboHelp = 0;
+  int cboMode = 0;
+  int cboDia = 0;
+  int CboWidth = 0;
+  std::string Txt_Plant;  // as typed, blanks included
+  std::string Txt_Lab;
+  std::string CmdFont;  // captions
+  std::string cmdPath;
+  Language TipLanguage = Language::kEnglish;
+  std::string DeviceTip;  // second line of the tool tip of cboCom: the device of the port
+};
+
+// The settings that the dialog edits.
+struct EditedSettings {
+  std::string Plant;
+  std::string Lab;
+  bool Diagnostic = false;
+  std::string CommPort;
+  std::string DefPath;
+  std::string HelpLang;
+  int ComMode = 0;
+  std::string PFontName;
+  float PFontSize = 0;
+  int PDrawWidth = 0;
+
+  [[nodiscard]] bool operator==(const EditedSettings&) const = default;
+};
+
+// TAVSETT, the settings dialog. One object is one showing of the form: it takes a private copy of
+// the settings when it comes, and they change only by CmdOK_Click. A value that was never
+// touched can differ from the copy's all the same, where its list cannot show it.
+class SettingsDialog {
+ public:
+  struct Parts {  // all outlive the dialog
+    RunState& state;
+    Link& link;
+    SettingsStore& settings;
+    MainWindow& window;
+    DirectoryChoice& directory;
+    Dialogs& dialogs;
+    Shell& shell;
+  };
+  explicit SettingsDialog(const Parts& parts);
+
+  // What the form shows now. The form reads it after every event.
+  [[nodiscard]] const SettingsControls& Values() const { return values_; }
+
+  // False: the form closes.
+  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+
+  // The lists and texts, as the user changes them.
+  void cboCom_Click(int index);
+  void cboHelp_Click(int index);
+  void cboMode_Click(int index) { values_.cboMode = index; }
+  void cboDia_Click(int index) { values_.cboDia = index; }
+  void CboWidth_Click(int index) { values_.CboWidth = index; }
+  void Txt_Plant_Change(const std::string& text) { values_.Txt_Plant = text; }
+  void Txt_Lab_Change(const std::string& text) { values_.Txt_Lab = text; }
+
+  // The buttons that lead to another dialog.
+  void CmdFont_Click();
+  void cmdPath_Click();
+
+  // The manual in the language that the list shows.
+  void MnuHelp_Click();
+
+  // The button and the Enter key: takes the settings over, closes the port and saves. If the
+  // file cannot be written, the program is shut down. The port going out of use under a running
+  // recording is asked about first.
+  void CmdOK_Click();
+
+  // The Escape key and the close box: leaves without taking anything over; changes are asked
+  // about. The port is closed here, too, because the caller opens it anew either way.
+  void Quit();
+
+ private:
+  [[nodiscard]] EditedSettings TakeControls() const;
+  [[nodiscard]] std::string PathInForce() const;
+  [[nodiscard]] bool MaySimulate(const EditedSettings& edited);
+  void AskToGoOn();
+  [[nodiscard]] bool CanBeKept(const std::string& directory);
+  [[nodiscard]] bool MayMoveTo(const std::string& directory);
+  void ShowFont();
+  void ShowPath();
+  void ShowDevice();
+  void Save();
+  void Leave();
+
+  Parts parts_;
+  EditedSettings copy_;
+  SettingsControls values_;
+  ScreenInFront screen_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_MAIN_SETTINGS_DIALOG_H_

@@ -1,0 +1,281 @@
+#include "main/start_up.h"
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/language.h"
+#include "dialogs/help.h"
+#include "link/registers.h"
+#include "platform/file_system.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kLockFile = "TAVREL.LCK";
+constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
+constexpr float kFlushSeconds = 1200;
+constexpr std::chrono::milliseconds kPortInUseRetry{100};
+constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
+
+constexpr const char* kStopWaits = "Tavrel does not acknowledge it yet; it is tried again.";
+constexpr const char* kStopIsDone = "It is off now.";
+
+constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
+                                      " Start  (beliebige Taste) "};
+
+}  // namespace
+
+// Settings and data stand beside the program, or, where nothing can be written there, in the
+// user's own directory. A probe that fails for another reason says nothing about that: the program
+// would come up with other settings and without its tests.
+std::optional<std::string> StartUp::HomeOf(const std::string& program_path) const {
+  NoAnswer no_answer;
+  bool is_writable = IsWritable(program_path, no_answer);
+  while (no_answer.Why != Failure::kNone) {
+    const Notice question{"Cannot tell whether the program's directory can be written:\n" +
+                              program_path + "\n\n" + no_answer.Text,
+                          "TAVREL", BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return std::nullopt;
+    }
+    is_writable = IsWritable(program_path, no_answer);
+  }
+  if (is_writable) {
+    return AddSeparator(program_path);
+  }
+  const std::string own = UserDataDirectory();
+  static_cast<void>(MakeDirectory(own));  // what cannot be written later says so itself
+  return AddSeparator(own);
+}
+
+bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_lock) {
+  RunState& state = parts_.state;
+  state.AppPath = AddSeparator(program_path);
+  WorkIn(program_path);
+  const auto home = HomeOf(program_path);
+  if (!home) {
+    return false;
+  }
+  state.DataHome = *home;
+  if (!IsFirst(take_lock)) {
+    return false;
+  }
+  if (!FindFile(program_path, kGermanManual)) {
+    parts_.dialogs.Message({"Installation is incomplete !", "TAVREL", BoxIcon::kWarning});
+    return false;
+  }
+  RemoveLeftovers(state.DataHome);
+  RemoveLeftovers(JoinPath(state.DataHome, kDataDirectory));
+  return true;
+}
+
+// Where nobody can tell whether another copy runs, the user can try to make it possible.
+bool StartUp::IsFirst(const TakeLock& take_lock) {
+  const std::string path = parts_.state.DataHome + kLockFile;
+  LockTaking taking = take_lock(path);
+  while (!taking.Problem.empty()) {
+    const Notice question{
+        "Cannot tell whether the program is already running:\n" + path + "\n\n" + taking.Problem,
+        "TAVREL", BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return false;
+    }
+    taking = take_lock(path);
+  }
+  if (!taking.IsTaken) {
+    parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
+  }
+  return taking.IsTaken;
+}
+
+std::optional<SplashValues> StartUp::SplashShow() {
+  parts_.state.FirstRun = false;
+  parts_.settings.SettingsLoad();
+  while (!parts_.settings.ReadError().empty()) {
+    const Notice question{"The settings are there, but cannot be read:\n" +
+                              parts_.settings.ReadError() +
+                              "\n\nThey name all tests. Nothing is saved as long as they "
+                              "cannot be read.",
+                          kSettingsFile, BoxIcon::kCritical};
+    if (!parts_.dialogs.AskRetryOrExit(question)) {
+      return std::nullopt;
+    }
+    parts_.settings.SettingsLoad();
+  }
+  const Language language = LanguageOf(parts_.state.Settings.HelpLang);
+  return SplashValues{std::string(kStartCaption.In(language)), "release   2446"};
+}
+
+bool StartUp::MainFormLoad() {
+  RunState& state = parts_.state;
+  state.Settings.TypeSel = 4;
+  if (state.FirstRun || !state.SettingsRead) {
+    parts_.events.SetPointer(Pointer::kNormal);
+    parts_.screens.Show(View::kTavSett);
+  }
+  if (IsEnding()) {
+    return false;
+  }
+  OpenLine();
+  if (parts_.link.PortError != 0 && !IsEnding()) {
+    parts_.dialogs.Message(parts_.window.PortErrorNotice(BoxIcon::kInformation));
+    parts_.window.MnuSettings();
+  }
+  parts_.sheet.SetCaptionAndTips();
+  state.ActiveInet = 0;
+  return !IsEnding();
+}
+
+// A program that was killed just now may keep its port for a moment.
+void StartUp::OpenLine() {
+  parts_.window.LinkOpen();
+  for (int retry = 0; parts_.link.PortInUse && retry < kPortInUseRetries && !IsEnding(); ++retry) {
+    parts_.events.Rest(kPortInUseRetry);
+    parts_.window.LinkOpen();
+  }
+}
+
+void StartUp::MainFormShow() {
+  RunState& state = parts_.state;
+  if (state.ActiveView == View::kMainSheet) {
+    return;
+  }
+  parts_.events.SetPointer(Pointer::kHourglass);
+  parts_.events.Repaint();
+  state.PendingFile = state.Settings.OpenFile;
+  {
+    const Messages::Deferral deferral(parts_.messages);
+    parts_.attachment.AttachAll();
+    FinishStopOrders();
+  }
+  ReadBacklog();
+  SweepControllers();
+  if (!IsEnding()) {
+    ShowSheet();
+  }
+}
+
+void StartUp::ShowSheet() {
+  RunState& state = parts_.state;
+  state.ActiveView = View::kMainSheet;
+  parts_.sheet.ShowPanel();
+  parts_.sheet.RefreshInfo();
+  state.TickFlush = static_cast<float>(parts_.clock.Timer()) + kFlushSeconds;
+  parts_.cycle.Start();
+  parts_.events.SetPointer(Pointer::kNormal);
+  parts_.messages.ShowKept();
+}
+
+// An oven that should be off comes before everything else on the line. Where no line is, the orders
+// wait.
+void StartUp::FinishStopOrders() {
+  StopOrders& orders = parts_.engine.Orders();
+  orders.Load();
+  const std::vector<StopOrder> left = orders.All();
+  for (std::size_t sent = 0; sent < left.size() && orders.CanSend() && !IsEnding(); ++sent) {
+    parts_.window.LetLineSettle();
+    static_cast<void>(orders.SendDue());
+    parts_.events.Repaint();
+  }
+  for (const StopOrder& order : left) {
+    TellStopOrder(order);
+  }
+}
+
+void StartUp::TellStopOrder(const StopOrder& order) {
+  const bool waits = parts_.engine.Orders().IsWaiting(order.Inet, order.Controller);
+  const std::string what = "Controller " + std::to_string(order.Controller) + " of Tavrel " +
+                           std::to_string(order.Inet) + " was not switched off at the end of its " +
+                           "recording.\n";
+  parts_.messages.Report(order.Slot, {what + (waits ? kStopWaits : kStopIsDone), "controller"});
+}
+
+void StartUp::ReadBacklog() {
+  RunState& state = parts_.state;
+  Link& link = parts_.link;
+  state.BacklogCount = 0;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (state.SlotFile[slot].empty() || IsEnding()) {
+      continue;
+    }
+    const UnitRecord& unit = state.Unit[slot];
+    link.ComInet = unit.UnitInet;
+    link.ComLetter = reg::kBuffered;
+    link.ComIndex = unit.UnitRef;
+    Exchange(&Link::ReadReg);
+    if (state.ReadState[slot] < ReadState::kReading) {
+      continue;
+    }
+    const bool answers = link.IsGood(unit.UnitInet);
+    parts_.engine.TakeUp(slot, answers ? std::optional(link.ComValue) : std::nullopt);
+    if (answers && link.ComValue > state.BacklogCount) {
+      state.BacklogCount = link.ComValue;
+      state.BacklogSlot = slot;
+    }
+  }
+  if (state.BacklogCount > kBacklogWorthTelling) {
+    state.lbl_Info = "reading from Tavrel:  " + std::to_string(state.BacklogCount);
+  }
+}
+
+bool StartUp::IsInUse(std::int16_t inet) const {
+  const RunState& state = parts_.state;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A controller that was left running without a file is switched off. An instrument that the
+// backlog did not reach, since it does not answer or has no slot, is left alone, and so is one
+// whose controllers a test may use that waits for its file.
+void StartUp::SweepControllers() {
+  const auto waiting = parts_.attachment.WaitingInstruments();
+  if (!waiting) {
+    return;
+  }
+  for (std::int16_t inet = 1; inet <= kInets; ++inet) {
+    if (IsInUse(inet) && parts_.link.IsGood(inet) && !waiting->contains(inet)) {
+      SweepControllersOf(inet);
+    }
+  }
+}
+
+void StartUp::SweepControllersOf(std::int16_t inet) {
+  const RunState& state = parts_.state;
+  Link& link = parts_.link;
+  std::array<bool, kControllers + 1> is_used{};
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
+      is_used.at(state.Unit[slot].UnitCtrl) = true;
+    }
+  }
+  for (std::int16_t ctrl = 1; ctrl <= kControllers; ++ctrl) {
+    if (is_used.at(ctrl) || IsEnding()) {
+      continue;
+    }
+    link.ComInet = inet;
+    link.ComLetter = reg::kControllerState;
+    link.ComIndex = ctrl;
+    link.ComValue = controller::kOff;
+    Exchange(&Link::WriteReg);
+    if (link.IsGood(inet)) {
+      parts_.engine.Orders().Drop(inet, ctrl);
+    }
+  }
+}
+
+// Each silent instrument costs a good tenth of a second and a pause behind it: the form is
+// painted in between.
+void StartUp::Exchange(void (Link::*access)()) {
+  parts_.window.LetLineSettle();
+  (parts_.link.*access)();
+  parts_.events.Repaint();
+}
+
+}  // namespace tavrel

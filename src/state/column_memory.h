@@ -1,0 +1,55 @@
+#ifndef TAVREL_STATE_COLUMN_MEMORY_H_
+#define TAVREL_STATE_COLUMN_MEMORY_H_
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+#include "state/unit_record.h"
+
+namespace tavrel {
+
+// What is known of the order and the distance in time in which an instrument samples the inputs
+// of a recording: of each input how long it is sampled after the base, in parts of the interval,
+// at the least and at the most. It holds for as long as the instrument is not switched off.
+struct SamplingOrder {
+  int Base = 0;            // input 1..15; 0: nothing is known
+  double IntervalLow = 0;  // seconds on the program's clock; 0 if it is not known
+  double IntervalHigh = 0;
+  std::array<float, kInputs + 1> Least{};  // by input 1..15, -1..1; both 0 for the base
+  std::array<float, kInputs + 1> Most{};
+
+  [[nodiscard]] bool operator==(const SamplingOrder&) const = default;
+};
+
+// What a recording has to remember about its columns beyond the values of the set in hand. Kept
+// beside the file, for a restart of the program.
+struct ColumnMemory {
+  bool IsOpened = false;    // the file was opened since: what is known begins with this
+  bool IsFirstSet = false;  // no set has been written since the recording was started
+  std::array<bool, kInputs + 1> IsUncertain{};  // by input: a doubt of it was given up
+
+  // By input: so many values of the first sets were lost, and the next one stands for them too.
+  std::array<std::uint8_t, kInputs + 1> Owed{};
+  // By input: the value of the set in hand stands in so many further sets.
+  std::array<std::uint8_t, kInputs + 1> Repeats{};
+
+  // When the last set was made, by the wall clock, in seconds of some count; 0: not known.
+  std::int64_t LastSet = 0;
+
+  SamplingOrder Order;
+
+  // True if it says anything that a restart of the program has to know.
+  [[nodiscard]] bool IsNeeded() const {
+    constexpr auto is_set = [](const auto& value) { return value != 0; };
+    return Order.Base != 0 || std::any_of(IsUncertain.begin(), IsUncertain.end(), is_set) ||
+           std::any_of(Owed.begin(), Owed.end(), is_set) ||
+           std::any_of(Repeats.begin(), Repeats.end(), is_set);
+  }
+
+  [[nodiscard]] bool operator==(const ColumnMemory&) const = default;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_STATE_COLUMN_MEMORY_H_

@@ -1,0 +1,30 @@
+#include "state/messages.h"
+
+namespace tavrel {
+
+void Messages::Report(int slot, const Notice& notice) {
+  if (deferrals_ == 0) {
+    dialogs_.Message(notice);
+    return;
+  }
+  std::string& told = told_.at(slot);
+  if (IsSlot(slot) && told == notice.Text) {
+    return;
+  }
+  told = notice.Text;
+  kept_.push_back(notice);
+}
+
+void Messages::Recovered(int slot) {
+  told_.at(slot).clear();
+}
+
+void Messages::ShowKept() {
+  std::vector<Notice> due;
+  due.swap(kept_);
+  for (const Notice& notice : due) {
+    dialogs_.Announce(notice);
+  }
+}
+
+}  // namespace tavrel

@@ -1,0 +1,64 @@
+#include "state/open_slots.h"
+
+#include <filesystem>
+
+#include "base/text.h"
+#include "platform/file_system.h"
+#include "state/settings_store.h"
+
+namespace tavrel {
+
+namespace {
+
+std::string OrHere(const std::string& directory) {
+  return directory.empty() ? "." : directory;
+}
+
+// True if `path` is, or would be, the file `name` of `directory`.
+bool IsPlaceOf(const std::string& path, const std::string& directory, const std::string& name) {
+  const std::filesystem::path place(path);
+  return EqualNoCase(place.filename().string(), name) &&
+         IsSameFile(OrHere(place.parent_path().string()), OrHere(directory));
+}
+
+// Whether or not the file is there now.
+bool IsFileNamed(const std::string& path, const std::string& directory, const std::string& name) {
+  if (IsPlaceOf(path, directory, name)) {
+    return true;
+  }
+  const auto own = FindFile(directory, name);
+  return own && IsSameFile(*own, path);
+}
+
+// A slot that waits for its file has no more than the key that names it.
+bool IsAwaitedFile(const RunState& state, int slot, const std::string& path) {
+  if (!IsSlot(slot) || !state.SlotFile[slot].empty()) {
+    return false;
+  }
+  const std::string& name = state.Settings.ActiveFiles[slot - 1];
+  return !name.empty() && IsFileNamed(path, DataDirectory(state), name);
+}
+
+}  // namespace
+
+bool IsFileOfSlot(const RunState& state, int slot, const std::string& path) {
+  const auto place = static_cast<std::size_t>(slot);
+  const std::string& name = state.SlotFile.at(place);
+  if (name.empty() || path.empty()) {
+    return false;
+  }
+  const auto open_file = state.SlotFileNo.at(place).Identity();
+  return (open_file && open_file == IdentityOf(path)) ||
+         IsFileNamed(path, state.SlotPath.at(place), name);
+}
+
+bool IsOpenInSlot(const RunState& state, const std::string& path) {
+  for (int slot = kViewedFile; !path.empty() && slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(state, slot, path) || IsAwaitedFile(state, slot, path)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace tavrel

@@ -1,0 +1,46 @@
+#ifndef TAVREL_WIDGETS_GLYPH_BUTTON_H_
+#define TAVREL_WIDGETS_GLYPH_BUTTON_H_
+
+#include <QAbstractButton>
+
+#include "widgets/glyphs.h"
+
+namespace tavrel {
+
+// A calm button: a glyph, a text, or both, on a fine frame that wakes up under the pointer.
+// Enter presses it as the space bar does.
+class GlyphButton : public QAbstractButton {
+  Q_OBJECT
+ public:
+  // `glyph` may be null.
+  GlyphButton(Glyph glyph, QWidget* parent);
+
+  // Without a frame while nobody points at it: for a button that is a cell of a table.
+  void SetFlat(bool flat) { flat_ = flat; }
+
+  // The down picture, filled, while what the button stands for is the case; a click does not
+  // change it by itself.
+  void SetLatched(bool latched);
+  [[nodiscard]] bool IsLatched() const { return latched_; }
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  void DrawFrame(QPainter& painter) const;
+  [[nodiscard]] QColor InkNow() const;
+  [[nodiscard]] int GlyphSide() const;
+
+  Glyph glyph_;
+  bool flat_ = false;
+  bool latched_ = false;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WIDGETS_GLYPH_BUTTON_H_

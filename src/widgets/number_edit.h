@@ -1,0 +1,31 @@
+#ifndef TAVREL_WIDGETS_NUMBER_EDIT_H_
+#define TAVREL_WIDGETS_NUMBER_EDIT_H_
+
+#include <string>
+
+#include "widgets/selecting_edit.h"
+
+namespace tavrel {
+
+// A box for a number: it takes digits, one sign and one decimal mark, a comma or a point. All is
+// selected when the keyboard comes to it, so that typing replaces what stands there, a "?" too.
+class NumberEdit : public SelectingEdit {
+  Q_OBJECT
+ public:
+  NumberEdit(const QString& name, QWidget* parent);
+
+  // Shows `utf8`. A text that is there already is not set again, which keeps the cursor of a
+  // user who types.
+  void ShowText(const std::string& utf8);
+
+ signals:
+  // The keyboard goes to another control of the form.
+  void Left();
+
+ protected:
+  void focusOutEvent(QFocusEvent* event) override;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WIDGETS_NUMBER_EDIT_H_

@@ -1,0 +1,24 @@
+#ifndef TAVREL_WIDGETS_SELECTING_EDIT_H_
+#define TAVREL_WIDGETS_SELECTING_EDIT_H_
+
+#include <QLineEdit>
+
+namespace tavrel {
+
+// A free text of which all is selected when the keyboard or a click comes to it.
+class SelectingEdit : public QLineEdit {
+  Q_OBJECT
+ public:
+  using QLineEdit::QLineEdit;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  bool came_by_click_ = false;  // the click that brought the focus is still going on
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_WIDGETS_SELECTING_EDIT_H_
