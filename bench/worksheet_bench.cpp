@@ -40,7 +40,7 @@ class Bench {
     program.worksheet.Open();
     form_ = std::make_unique<TavWork>(program.worksheet);
     form_->show();
-    program.cycle.SetGuests({[this] { Refresh(); }, {}, {}});
+    program.cycle.SetHandlers({[this] { Refresh(); }, {}, {}});
     return program.link.IsGood(1);
   }
   bool Tell(const std::string& command) const {

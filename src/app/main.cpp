@@ -60,9 +60,9 @@ class Program {
     AddWorkForms();
     screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
     AddControlForms();
-    logic_.cycle.SetGuests({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
-                            [this](int slot) { logic_.runner.StepProgram(slot); },
-                            [this] { return logic_.unsure.ReadBack(); }});
+    logic_.cycle.SetHandlers({[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
+                              [this](int slot) { logic_.runner.StepProgram(slot); },
+                              [this] { return logic_.unsure.ReadBack(); }});
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.

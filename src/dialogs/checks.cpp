@@ -9,7 +9,7 @@ namespace {
 constexpr const char* kTitle = "check";
 constexpr int kQuestionKind = 1;
 constexpr int kWarningKind = 2;
-constexpr int kGreetings = 2;
+constexpr int kProbeTries = 2;
 
 BoxIcon IconOf(int kind) {
   switch (kind) {
@@ -56,7 +56,7 @@ bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {
 }
 
 bool CheckAnswers(Dialogs& dialogs, Link& link, std::int16_t inet) {
-  for (int greeting = 0; greeting < kGreetings && !link.IsGood(inet); ++greeting) {
+  for (int tries = 0; tries < kProbeTries && !link.IsGood(inet); ++tries) {
     link.ComInet = inet;
     link.ComLetter = reg::kKind;
     link.ComIndex = 0;

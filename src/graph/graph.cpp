@@ -131,7 +131,7 @@ void Graph::Resized() {
   plotter_.BuildLegend();
 }
 
-// The view comes to the eye at once as far as it is painted; the next tick draws what it lacks.
+// The view becomes visible at once as far as it is painted; the next tick draws what it lacks.
 void Graph::BringToFront(int view) {
   const bool is_part = view == kPartView;
   tools_.DropDrag();

@@ -28,7 +28,7 @@ void GraphOutput::MnuSubFile_Click() {
   if (is_at_work_ || !parts_.graph.HasOutput()) {
     return;
   }
-  const HeldFlag at_work(is_at_work_, true);
+  const ScopedFlag at_work(is_at_work_, true);
   const DisabledButton button(parts_.graph, &GraphValues::PbSaveEnabled);
   SaveSubfile();
 }
@@ -37,7 +37,7 @@ void GraphOutput::MnuASCII_Click() {
   if (is_at_work_ || !parts_.graph.HasOutput()) {
     return;
   }
-  const HeldFlag at_work(is_at_work_, true);
+  const ScopedFlag at_work(is_at_work_, true);
   SaveText();
 }
 
@@ -45,7 +45,7 @@ void GraphOutput::MnuData_Click() {
   if (is_at_work_ || !parts_.graph.HasOutput()) {
     return;
   }
-  const HeldFlag at_work(is_at_work_, true);
+  const ScopedFlag at_work(is_at_work_, true);
   CopyText();
 }
 
@@ -53,7 +53,7 @@ void GraphOutput::MnuGraph_Click() {
   if (is_at_work_ || !parts_.graph.HasOutput()) {
     return;
   }
-  const HeldFlag at_work(is_at_work_, true);
+  const ScopedFlag at_work(is_at_work_, true);
   const DisabledButton button(parts_.graph, &GraphValues::PbCopyEnabled);
   CopyPicture();
 }
@@ -100,7 +100,7 @@ void GraphOutput::SaveText() {
   }
   const std::string target = Target(choice, kAsciiTitle);
   if (target.empty() || !WhyNotReplaceable(target).empty()) {
-    return;  // a file that cannot be opened ends this without a word, as ever
+    return;  // a file that cannot be opened ends this without a message
   }
   std::optional<std::string> text;
   std::string problem;

@@ -20,7 +20,7 @@ void GraphOutput::MnuPrint_Click() {
   if (is_at_work_ || !parts_.graph.HasOutput()) {
     return;
   }
-  const HeldFlag at_work(is_at_work_, true);
+  const ScopedFlag at_work(is_at_work_, true);
   parts_.graph.CancelTool();
   const DisabledButton button(parts_.graph, &GraphValues::PbPrintEnabled);
   Print();

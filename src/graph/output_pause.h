@@ -49,12 +49,12 @@ class DisabledButton {
 };
 
 // A flag that has a value while this lives and then its own again.
-class HeldFlag {
+class ScopedFlag {
  public:
-  HeldFlag(bool& flag, bool value) : flag_(flag), before_(flag) { flag_ = value; }
-  ~HeldFlag() { flag_ = before_; }
-  HeldFlag(const HeldFlag&) = delete;
-  HeldFlag& operator=(const HeldFlag&) = delete;
+  ScopedFlag(bool& flag, bool value) : flag_(flag), before_(flag) { flag_ = value; }
+  ~ScopedFlag() { flag_ = before_; }
+  ScopedFlag(const ScopedFlag&) = delete;
+  ScopedFlag& operator=(const ScopedFlag&) = delete;
 
  private:
   bool& flag_;

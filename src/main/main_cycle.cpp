@@ -131,18 +131,18 @@ bool MainCycle::ServeScreen() {
       parts_.sheet.RefreshRow();
       return false;
     case View::kTavWork:
-      if (!IsPast(state.TickRefresh) || !guests_.refresh_worksheet) {
+      if (!IsPast(state.TickRefresh) || !handlers_.refresh_worksheet) {
         return true;
       }
-      guests_.refresh_worksheet();
+      handlers_.refresh_worksheet();
       return state.SelSlot == kViewedFile;  // a viewed file needs no line
     case View::kTavGraph:
       return state.GraphIdle;
     case View::kTavWait:
-      if (!IsPast(state.TickWait) || !guests_.advance_wait_bar) {
+      if (!IsPast(state.TickWait) || !handlers_.advance_wait_bar) {
         return true;
       }
-      guests_.advance_wait_bar();
+      handlers_.advance_wait_bar();
       return false;
     default:
       return true;
@@ -164,7 +164,7 @@ void MainCycle::DoFreeWork() {
     parts_.engine.TenSecondTick();
     parts_.attachment.RetryWaiting();
   }
-  if (!guests_.read_back || !guests_.read_back()) {
+  if (!handlers_.read_back || !handlers_.read_back()) {
     parts_.engine.PumpOnce();
   }
   if (next_program_ > kSlots) {
@@ -211,8 +211,8 @@ void MainCycle::TellCatchUp() {
 void MainCycle::StepPrograms() {
   const auto before = parts_.link.Exchanges();
   while (next_program_ <= kSlots && parts_.link.IsSettled() && parts_.link.Exchanges() == before) {
-    if (guests_.step_program) {
-      guests_.step_program(next_program_);
+    if (handlers_.step_program) {
+      handlers_.step_program(next_program_);
     }
     ++next_program_;
   }

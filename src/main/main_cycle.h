@@ -37,7 +37,7 @@ class MainCycle {
 
   // What other screens and the controller programs do on a tick. A part that the program does
   // not have stays empty.
-  struct Guests {
+  struct TickHandlers {
     std::function<void()> refresh_worksheet;
     std::function<void()> advance_wait_bar;
     std::function<void(int slot)> step_program;  // once a minute, slots 1..12 in that order, one
@@ -47,7 +47,7 @@ class MainCycle {
 
   explicit MainCycle(const Parts& parts) : parts_(parts) {}
 
-  void SetGuests(Guests guests) { guests_ = std::move(guests); }
+  void SetHandlers(TickHandlers handlers) { handlers_ = std::move(handlers); }
 
   // Timer_Main. A tick that comes while one runs, or while the cycle is stopped, is dropped.
   void Tick();
@@ -90,7 +90,7 @@ class MainCycle {
   void ServeAtMidnight();
 
   Parts parts_;
-  Guests guests_;
+  TickHandlers handlers_;
   bool enabled_ = false;
   bool in_tick_ = false;
   int next_program_ = kSlots + 1;  // slot whose program is stepped next; none is beyond the slots

@@ -60,7 +60,7 @@ class MainSheet {
   void cmd_Work_Click(int slot);
 
   // Lets the user choose a recording file to look at and opens it in row 0 and on the worksheet.
-  // Cancel leaves the row as it was; a file that is refused leaves it dark.
+  // Cancel leaves the row as it was; a file that is refused hides the row.
   void cmd_Open_Click();
 
   // The main form is no longer in front: the count of the backlog has been seen.

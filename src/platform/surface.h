@@ -98,7 +98,7 @@ class Surface {
   // Becomes the same picture as `other`, a surface of the same kind and size.
   virtual void TakePicture(const Surface& other) = 0;
 
-  // What was drawn comes to the eye with the next turn of the event loop.
+  // What was drawn becomes visible with the next turn of the event loop.
   virtual void Refresh() = 0;
 };
 

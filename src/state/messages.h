@@ -11,7 +11,7 @@
 namespace tavrel {
 
 // Where rules report what went wrong. A report in the middle of a user's own action shows a box
-// at once; one born in the measuring cycle or at start-up is kept, and announced afterwards
+// at once; one from the measuring cycle or the start-up is kept, and announced afterwards
 // without stopping the cycle, and the same text for the same slot only once until the slot has
 // recovered. `dialogs` outlives this.
 class Messages {

@@ -19,8 +19,8 @@ class WorkForms : public ModalDeeds, public WorkBench {
  protected:
   WorkForms() {
     bench.screens.on_show = [this](View view) { screens.Run(view); };
-    bench.cycle.SetGuests({[this] { screens.Refresh(); }, [this] { screens.Advance(); },
-                           [this](int slot) { programs.StepProgram(slot); }});
+    bench.cycle.SetHandlers({[this] { screens.Refresh(); }, [this] { screens.Advance(); },
+                             [this](int slot) { programs.StepProgram(slot); }});
   }
 
   // The worksheet of slot 1, until it closes. The deeds that were told run in it.

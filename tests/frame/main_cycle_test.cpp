@@ -128,7 +128,7 @@ TEST_F(Cycle, LeavesTheTickToAGraphThatIsDrawing) {
 TEST_F(Cycle, DoesNotBlockThePumpForAViewedFileOnTheWorksheet) {
   StartRecordingSlot(3);
   int refreshed = 0;
-  bench.cycle.SetGuests({[&refreshed] { ++refreshed; }, {}, {}});
+  bench.cycle.SetHandlers({[&refreshed] { ++refreshed; }, {}, {}});
   bench.state.ActiveView = View::kTavWork;
   bench.state.TickRefresh = 0;
   bench.state.SelSlot = 1;
@@ -141,12 +141,12 @@ TEST_F(Cycle, DoesNotBlockThePumpForAViewedFileOnTheWorksheet) {
 TEST_F(Cycle, AdvancesTheWaitBarOnItsOwnSeconds) {
   StartRecordingSlot(3);
   int advanced = 0;
-  bench.cycle.SetGuests({{},
-                         [&] {
-                           ++advanced;
-                           bench.state.TickWait = static_cast<float>(bench.clock.Timer()) + 1;
-                         },
-                         {}});
+  bench.cycle.SetHandlers({{},
+                           [&] {
+                             ++advanced;
+                             bench.state.TickWait = static_cast<float>(bench.clock.Timer()) + 1;
+                           },
+                           {}});
   bench.state.ActiveView = View::kTavWait;
   EXPECT_EQ(Exchanges(), 0);
   EXPECT_EQ(Exchanges(), 1);
@@ -158,7 +158,7 @@ TEST_F(Cycle, AdvancesTheWaitBarOnItsOwnSeconds) {
 TEST_F(Cycle, StepsProgramsOnAFixedGridOfMinutes) {
   StartRecordingSlot(0);
   std::vector<int> stepped;
-  bench.cycle.SetGuests({{}, {}, [&stepped](int slot) { stepped.push_back(slot); }});
+  bench.cycle.SetHandlers({{}, {}, [&stepped](int slot) { stepped.push_back(slot); }});
   bench.state.ActiveView = View::kTavProg;
   bench.state.TickMinute = static_cast<float>(bench.clock.Timer());
   const float grid = bench.state.TickMinute;
@@ -177,11 +177,11 @@ TEST_F(Cycle, StepsProgramsOfSeveralSilentInstrumentsInTicksOfTheirOwn) {
   bench.Start();
   bench.line.silent = {1, 2, 3, 4, 5, 6};
   std::vector<int> stepped;
-  bench.cycle.SetGuests({{}, {}, [this, &stepped](int slot) {
-                           stepped.push_back(slot);
-                           bench.link.ComInet = static_cast<std::int16_t>((slot + 1) / 2);
-                           bench.link.WriteReg();
-                         }});
+  bench.cycle.SetHandlers({{}, {}, [this, &stepped](int slot) {
+                             stepped.push_back(slot);
+                             bench.link.ComInet = static_cast<std::int16_t>((slot + 1) / 2);
+                             bench.link.WriteReg();
+                           }});
   bench.state.ActiveView = View::kTavProg;
   bench.state.TickMinute = static_cast<float>(bench.clock.Timer()) - 60;  // two minutes are due
   std::chrono::nanoseconds longest{0};
@@ -282,10 +282,10 @@ TEST_F(Cycle, LeavesTicksOutWhileALateReplyMayCome) {
 TEST_F(Cycle, DropsATickThatComesWhileOneRuns) {
   StartRecordingSlot(2);
   int nested = 0;
-  bench.cycle.SetGuests({{}, {}, [&](int) {
-                           ++nested;
-                           bench.cycle.Tick();
-                         }});
+  bench.cycle.SetHandlers({{}, {}, [&](int) {
+                             ++nested;
+                             bench.cycle.Tick();
+                           }});
   bench.state.ActiveView = View::kTavProg;
   Tick();
   EXPECT_EQ(nested, kSlots);

@@ -71,9 +71,9 @@ class ControlBench {
 
   // The cycle beneath a dialog for a while, without a screen that asks for anything itself.
   void Tick(double seconds) {
-    MainCycle::Guests guests;
-    guests.read_back = [this] { return bench.unsure.ReadBack(); };
-    bench.cycle.SetGuests(guests);
+    MainCycle::TickHandlers handlers;
+    handlers.read_back = [this] { return bench.unsure.ReadBack(); };
+    bench.cycle.SetHandlers(handlers);
     bench.cycle.Start();
     bench.Run(seconds);
     bench.cycle.Stop();

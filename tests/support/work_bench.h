@@ -31,9 +31,9 @@ class WorkBench {
     bench.screens.built = {View::kTavWork, View::kTavRec,  View::kTavCoord,
                            View::kTavWait, View::kTavCtrl, View::kTavColor};
     bench.screens.on_show = [this](View view) { RunDialog(view); };
-    bench.cycle.SetGuests({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
-                           [this](int slot) { programs.StepProgram(slot); },
-                           [this] { return bench.unsure.ReadBack(); }});
+    bench.cycle.SetHandlers({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
+                             [this](int slot) { programs.StepProgram(slot); },
+                             [this] { return bench.unsure.ReadBack(); }});
     header.UnitInterval = 1;
     header.UnitDesignation.Set("OVN:Furnace");
   }

@@ -38,7 +38,7 @@ class WorkScreens {
     }
   }
 
-  // The guests of the cycle.
+  // What the cycle calls in its ticks.
   void Refresh() {
     parts_.worksheet.Refresh();
     if (work_form_ != nullptr) {

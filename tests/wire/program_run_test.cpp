@@ -52,9 +52,9 @@ class ProgramRun : public ModalDeeds, public testing::WithParamInterface<bool> {
     program.Start(GetParam(), "M260314A.OVN", BenchProgram::Header(1, 1, 2, false));
     ASSERT_TRUE(Write("G", 0));
     ASSERT_TRUE(Write("H", 300 * kDegree));
-    MainCycle::Guests guests;
-    guests.step_program = [this](int slot) { StepAndLook(slot); };
-    program.cycle.SetGuests(guests);
+    MainCycle::TickHandlers handlers;
+    handlers.step_program = [this](int slot) { StepAndLook(slot); };
+    program.cycle.SetHandlers(handlers);
   }
 
   bool Write(const char* letter, int value) {
@@ -107,7 +107,7 @@ class ProgramRun : public ModalDeeds, public testing::WithParamInterface<bool> {
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(cell).center());
   }
 
-  // The guest of the cycle: the step of the minute, and what came of it.
+  // The handler of the cycle: the step of the minute, and what came of it.
   void StepAndLook(int slot) {
     if (slot != 1 || HasEnded()) {
       return;

@@ -25,7 +25,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     ASSERT_TRUE(instrument.IsUp());
     program.screens.built = {View::kTavWork, View::kTavRec, View::kTavWait};
     program.screens.on_show = [this](View view) { screens.Run(view); };
-    program.cycle.SetGuests({[this] { screens.Refresh(); }, [this] { screens.Advance(); }, {}});
+    program.cycle.SetHandlers({[this] { screens.Refresh(); }, [this] { screens.Advance(); }, {}});
     UnitRecord header = BenchProgram::Header(kInet, 1, 3, false);
     header.UnitRole.fill(0);
     for (const int input : kRecorded) {

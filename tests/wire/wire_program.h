@@ -71,9 +71,9 @@ class WireProgram : public WireMachine, public ProgramLogic {
     state.DataHome = state.AppPath;
     state.Settings.CommPort = "COM1";
     state.Settings.TypeSel = 4;
-    cycle.SetGuests({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
-                     [this](int slot) { runner.StepProgram(slot); },
-                     [this] { return unsure.ReadBack(); }});
+    cycle.SetHandlers({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
+                       [this](int slot) { runner.StepProgram(slot); },
+                       [this] { return unsure.ReadBack(); }});
     timer_main.callOnTimeout([this] { cycle.Tick(); });
   }
 

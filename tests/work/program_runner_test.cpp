@@ -334,9 +334,9 @@ TEST_F(Running, LeavesTheOrderForAnotherControllerInForce) {
 }
 
 TEST_F(Running, SendsTheFirstStepOnTheNextFreeTickOfTheCycle) {
-  MainCycle::Guests guests;
-  guests.step_program = [this](int slot) { runner.StepProgram(slot); };
-  bench.cycle.SetGuests(guests);
+  MainCycle::TickHandlers handlers;
+  handlers.step_program = [this](int slot) { runner.StepProgram(slot); };
+  bench.cycle.SetHandlers(handlers);
   bench.cycle.Start();
   bench.state.ActiveView = View::kTavProg;
   Start({{2, -1, 4000, 2}, {0, -1, 20, 1}});
@@ -354,14 +354,14 @@ TEST_F(Running, SendsTheFirstStepOnTheNextFreeTickOfTheCycle) {
 class TwelveRamps : public Running {
  protected:
   TwelveRamps() {
-    guests.step_program = [this](int slot) {
+    handlers.step_program = [this](int slot) {
       const std::uint64_t before = bench.link.Exchanges();
       runner.StepProgram(slot);
       if (bench.link.Exchanges() > before) {
         stepped.push_back(slot);
       }
     };
-    bench.cycle.SetGuests(guests);
+    bench.cycle.SetHandlers(handlers);
     bench.cycle.Start();
     bench.state.ActiveView = View::kTavProg;
   }
@@ -390,7 +390,7 @@ class TwelveRamps : public Running {
     Count();
   }
 
-  MainCycle::Guests guests;
+  MainCycle::TickHandlers handlers;
   std::vector<int> stepped;
 };
 
@@ -438,9 +438,9 @@ TEST_F(TwelveRamps, TellNothingOfASleepInWhichNoneRuns) {
 }
 
 TEST_F(Running, GoesOnOverMidnight) {
-  MainCycle::Guests guests;
-  guests.step_program = [this](int slot) { runner.StepProgram(slot); };
-  bench.cycle.SetGuests(guests);
+  MainCycle::TickHandlers handlers;
+  handlers.step_program = [this](int slot) { runner.StepProgram(slot); };
+  bench.cycle.SetHandlers(handlers);
   bench.cycle.Start();
   bench.state.ActiveView = View::kTavProg;
   bench.clock.timer_at_start = 86280;
