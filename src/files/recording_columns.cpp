@@ -56,7 +56,7 @@ std::optional<ColumnKeeper::Exchange> RecordingEngine::ReadForColumns(int slot, 
   link_.ComIndex = static_cast<std::int16_t>(input);
   const Time asked = clock_.Elapsed();
   link_.ReadReg();
-  const bool is_good = link_.EndsWithReply();
+  const bool is_good = link_.NoTrailingBytes();
   NoteExchange(slot, asked);
   if (is_good) {
     return ColumnKeeper::Exchange{asked, clock_.Elapsed()};
@@ -92,7 +92,7 @@ void RecordingEngine::LearnOrder() {
   link_.ComIndex = static_cast<std::int16_t>(input);
   const Time asked = clock_.Elapsed();
   link_.ReadReg();
-  if (link_.EndsWithReply()) {
+  if (link_.NoTrailingBytes()) {
     columns_.Counted(slot, input, link_.ComValue, {asked, clock_.Elapsed()});
   } else {
     columns_.NotLearned(slot);

@@ -177,7 +177,7 @@ void RecordingEngine::ReadOneSample() {
   files_.KeepHeldSet(slot, channel);
   const auto asked = clock_.Elapsed();
   link_.ReadReg();
-  const bool is_good = link_.EndsWithReply();
+  const bool is_good = link_.NoTrailingBytes();
   NoteExchange(slot, asked);
   if (!is_good) {
     NoteFailure(slot, channel);
@@ -214,7 +214,7 @@ void RecordingEngine::ReadBufferCount(int slot) {
   link_.ComIndex = static_cast<std::int16_t>(input);
   const auto asked = clock_.Elapsed();
   link_.ReadReg();
-  if (link_.EndsWithReply()) {
+  if (link_.NoTrailingBytes()) {
     TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), asked);
     columns_.NoteStored(slot, input, link_.ComValue);
   } else if (link_.ComResult == LinkResult::kRejected) {

@@ -247,7 +247,7 @@ milliseconds Link::SettleTime() const {
   return is_settled ? milliseconds(0) : std::chrono::ceil<milliseconds>(left);
 }
 
-bool Link::EndsWithReply() {
+bool Link::NoTrailingBytes() {
   if (Simulated || ComResult != LinkResult::kGood) {
     return ComResult == LinkResult::kGood;
   }

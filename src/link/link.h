@@ -79,7 +79,7 @@ class Link : public LinkArguments {
   // Call it after a good reply that must not be taken for a wrong one: waits 15 ms, at
   // 9600 baud 12 ms, for further characters. False if some come: one of two replies belongs to an
   // older command, and nobody can tell which; the result of the exchange is then kLength.
-  [[nodiscard]] bool EndsWithReply();
+  [[nodiscard]] bool NoTrailingBytes();
 
   // Call it after an exchange that was rejected: waits 15 ms for further characters. True if the
   // reply was a "?" alone, with silence behind it: the instrument has not carried the command out.

@@ -15,6 +15,10 @@ enum class LinkResult : int {
   kRejected = 7,   // the instrument refused the command by "?" or ESC
 };
 
+[[nodiscard]] constexpr bool IsGood(LinkResult result) {
+  return result == LinkResult::kGood;
+}
+
 }  // namespace tavrel
 
 #endif  // TAVREL_LINK_RESULT_H_

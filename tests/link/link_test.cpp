@@ -446,7 +446,7 @@ TEST_F(LinkOnALine, GathersAllPiecesOfASecondReply) {
     return "1111\r";
   };
   Ask(1, "X", 5);
-  EXPECT_FALSE(link.EndsWithReply());
+  EXPECT_FALSE(link.NoTrailingBytes());
   port.answer = [](const std::string&) { return "3333\r"; };
   Ask(1, "X", 6);
   EXPECT_EQ(link.ComValue, 0x3333);
@@ -468,7 +468,7 @@ TEST_F(LinkOnALine, SeesThatASecondReplyFollowsAGoodOne) {
   };
   Ask(1, "X", 5);
   ASSERT_EQ(link.ComResult, LinkResult::kGood);
-  EXPECT_FALSE(link.EndsWithReply());
+  EXPECT_FALSE(link.NoTrailingBytes());
   EXPECT_EQ(link.ComStatus(1), LinkResult::kLength);
 }
 
@@ -476,7 +476,7 @@ TEST_F(LinkOnALine, TrustsAReplyThatStandsAlone) {
   Open(0);
   port.answer = [](const std::string&) { return "1111\r"; };
   Ask(1, "X", 5);
-  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.EndsWithReply()); }), milliseconds(15));
+  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.NoTrailingBytes()); }), milliseconds(15));
   EXPECT_EQ(link.ComValue, 0x1111);
 }
 
@@ -484,7 +484,7 @@ TEST_F(LinkOnALine, WatchesAFasterLineForALittleShorter) {
   Open(2);
   port.answer = [](const std::string&) { return "1111\r"; };
   Ask(1, "X", 5);
-  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.EndsWithReply()); }), milliseconds(12));
+  EXPECT_EQ(Took([this] { EXPECT_TRUE(link.NoTrailingBytes()); }), milliseconds(12));
 }
 
 TEST_F(LinkOnALine, EndsOnALineThatNeverFallsSilent) {

@@ -1,0 +1,67 @@
+#include "link/register_access.h"
+
+namespace tavrel {
+namespace {
+
+void SetArguments(Link& link, int inet, std::string_view letter, int index) {
+  link.ComInet = static_cast<std::int16_t>(inet);
+  link.ComLetter = letter;
+  link.ComIndex = static_cast<std::int16_t>(index);
+}
+
+void SetPlace(Link& link, int inet, std::string_view address) {
+  link.ComInet = static_cast<std::int16_t>(inet);
+  link.ComLetter = address;
+}
+
+Reading Result(const Link& link) {
+  return {link.ComResult, link.ComValue};
+}
+
+}  // namespace
+
+Reading Read(Link& link, const Register& from) {
+  SetArguments(link, from.inet, from.letter, from.index);
+  link.ReadReg();
+  return Result(link);
+}
+
+Reading Read(Link& link, const MemoryPlace& from) {
+  SetPlace(link, from.inet, from.address);
+  link.ReadMem();
+  return Result(link);
+}
+
+Reading Read(Link& link, const PortPlace& from) {
+  SetPlace(link, from.inet, from.address);
+  link.ReadPort();
+  return Result(link);
+}
+
+Reading ReadAlone(Link& link, const Register& from) {
+  const Reading reading = Read(link, from);
+  return link.NoTrailingBytes() ? reading : Reading{link.ComResult, reading.word};
+}
+
+LinkResult Write(Link& link, const Register& to, std::int16_t word) {
+  SetArguments(link, to.inet, to.letter, to.index);
+  link.ComValue = word;
+  link.WriteReg();
+  return link.ComResult;
+}
+
+LinkResult Write(Link& link, const MemoryPlace& to, std::int16_t word) {
+  SetPlace(link, to.inet, to.address);
+  link.ComValue = word;
+  link.WriteMem();
+  return link.ComResult;
+}
+
+LinkResult Write(Link& link, const PortPlace& to, std::int16_t word) {
+  SetPlace(link, to.inet, to.address);
+  link.ComValue = word;
+  link.WritePort();
+  return link.ComResult;
+}
+
+}  // namespace tavrel
