@@ -19,7 +19,7 @@ inline constexpr std::string_view kVariableLetters = "GHIJKLMNOPQRSTVWZ";
 inline constexpr int kVariableGroups = static_cast<int>(kVariableLetters.size());
 inline constexpr int kVariables = kVariableGroups * kRegistersPerLetter;  // registers of a file
 
-inline constexpr std::size_t kLargestVariableFile = 1'000'000;  // bytes; a whole one has 2 kB
+inline constexpr std::size_t kLargestVariableFile = 10'000;  // bytes; a whole one has 2 kB at most
 
 // Words by group and row 0..15.
 using VariableWords = std::array<std::array<std::int16_t, kRegistersPerLetter>, kVariableGroups>;

@@ -146,8 +146,9 @@ TEST(Linearisation, SpanIsInCounts) {
   // 502 counts are entry 31: 28; 474 counts are entry 29: 27.
   EXPECT_EQ(span.reference_correction, CorrectionAt(sensor::kFeCuNi, 29));
   EXPECT_EQ(span.reference_correction, 27);
-  // 4000 counts are entry 250: 68; 3932 counts are entry 245: 69.
+  // 4000 counts are entry 250: 68; 3932 counts are entry 245: 68.
   EXPECT_EQ(span.final_correction, CorrectionAt(sensor::kFeCuNi, 245));
+  EXPECT_EQ(span.final_correction, 68);
 }
 
 TEST(Linearisation, LinearInputNeedsTheFinalValueAlone) {
