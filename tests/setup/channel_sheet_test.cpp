@@ -199,7 +199,7 @@ TEST(ChannelSheet, NoStepHoldsTheWindowForMoreThanHalfASecond) {
     EXPECT_EQ(room.commands.size(), 17U + 15 + 16 + 32 + 16 + 15);
     EXPECT_EQ(room.Row(15).gain, "1.2000");
     if (milliseconds == 11) {
-      EXPECT_EQ(ticks, 1 + 7 + 1) << "one step for each column, two for the divisors";
+      EXPECT_EQ(ticks, 1 + 6 + 1) << "one step for each column, two for the divisors";
     }
   }
 }
