@@ -6,6 +6,7 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "setup/forms/tav_chann.h"
 #include "work/forms/tav_color.h"
 #include "work/forms/tav_coord.h"
 #include "work/forms/tav_ctrl.h"
@@ -41,6 +42,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
   AddFileForms();
+  AddChannels();
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -76,6 +78,14 @@ void ProgramScreens::AddFileForms() {
   screens_.Add(View::kAllCopy, [this] {
     logic_.copy_files.Open();
     RunForm<AllCopy>(logic_.copy_files);
+  });
+}
+
+// Shows the hourglass itself while it reads its sheet.
+void ProgramScreens::AddChannels() {
+  screens_.Add(View::kTavChann, [this] {
+    logic_.channels.Open();
+    RunForm<TavChann>(logic_.channels);
   });
 }
 
