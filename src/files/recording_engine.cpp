@@ -107,7 +107,8 @@ void RecordingEngine::ServeSlot() {
     MendColumns(state_.PumpSlot);
     return;
   }
-  if (order_.MayHaveDropped(state_.PumpSlot, clock_.Elapsed())) {
+  const bool may_have_dropped = order_.MayHaveDropped(state_.PumpSlot, clock_.Elapsed());
+  if (may_have_dropped && !columns_.IsStillFull(state_.PumpSlot)) {
     ReadBufferCount(state_.PumpSlot);
     return;
   }
