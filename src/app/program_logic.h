@@ -29,6 +29,7 @@
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
+#include "state/stepped_screen.h"
 #include "work/colour_choice.h"
 #include "work/coordinates.h"
 #include "work/program_runner.h"
@@ -88,8 +89,9 @@ struct ProgramLogic {
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
   SimulationQuestion simulation{state, link, machine.dialogs};
+  SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
-                   machine.clock}};
+                   stepped, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                      machine.screens, machine.events, machine.shell, machine.clock}};
   StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
