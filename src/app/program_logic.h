@@ -26,6 +26,7 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "setup/installation.h"
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
@@ -96,6 +97,15 @@ struct ProgramLogic {
                      machine.screens, machine.events, machine.shell, machine.clock}};
   StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
+
+  // One showing of the installation.
+  [[nodiscard]] Installation::Parts InstallationParts() {
+    return {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },
+             [this](int slot) { attachment.ShowSlot(slot); }},
+            machine.dialogs,
+            machine.events,
+            [this](int slot) { return sheet.IsControllerOn(slot); }};
+  }
 };
 
 }  // namespace tavrel

@@ -398,12 +398,17 @@ void RecordingEngine::RestoreFile(int slot) {
   }
 }
 
-std::string RecordingEngine::SaveSetInHand(int slot) {
-  std::string text;
-  if (IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1 && files_.IsFileLost(slot)) {
-    text = files_.RestoreFile(slot).value_or("");
-    state_.SettingsChanged = true;  // they may have to name another file
+// What is to be told to the user; empty if nothing is.
+std::string RecordingEngine::RestoreIfLost(int slot) {
+  if (!IsSlot(slot) || state_.Unit[slot].UnitRecOn != 1 || !files_.IsFileLost(slot)) {
+    return "";
   }
+  state_.SettingsChanged = true;  // they may have to name another file
+  return files_.RestoreFile(slot).value_or("");
+}
+
+std::string RecordingEngine::SaveSetInHand(int slot) {
+  const std::string text = RestoreIfLost(slot);
   const std::string unsaved = files_.SaveSetInHand(slot);
   return text.empty() || unsaved.empty() ? text + unsaved : text + "\n" + unsaved;
 }

@@ -71,6 +71,14 @@ class RecordingEngine {
   // tried once more; if that fails it stays beside the file, and the user is told.
   void StopRecording(int slot);
 
+  // The slot is about to be given to another test: its recording ends without a question, and a
+  // file that others have taken away is put to the disk again first. A complete set in hand is
+  // written or, if that fails, left beside the file; nothing else of a set or a doubt survives.
+  // The file is still open afterwards, unless its header could not be written: SlotFile is empty
+  // then. True if nothing was left beside the file. An order to switch the controller off stays:
+  // it is the instrument's and not the test's.
+  bool GiveUpTest(int slot);
+
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
   // recording goes on in a next file, ReadState is kReading afterwards; if that file cannot be made
   // now, kWaiting: the recording stays on in the full file, WriteFailed says so, and every
@@ -146,6 +154,7 @@ class RecordingEngine {
   [[nodiscard]] bool WaitsForNextFile(int slot) const;
   [[nodiscard]] bool SaveSettings(int slot);
   void CloseGraphOf(int slot);
+  [[nodiscard]] std::string RestoreIfLost(int slot);
   void StopInFile(int slot);
   void EndInFile(int slot);
 

@@ -77,7 +77,6 @@ class RecordingSettings {
   [[nodiscard]] std::optional<std::int16_t> TypedInterval();
   void NewFile();
   void BeginFile(std::int16_t interval);
-  void DropEmptyFile(const std::string& path) const;
   void SaveSettings();
   void TakeSettings();
 
