@@ -1,5 +1,6 @@
 #include "files/recording_engine.h"
 
+#include <algorithm>
 #include <string>
 
 #include "files/recording_format.h"
@@ -396,6 +397,19 @@ void RecordingEngine::RestoreFile(int slot) {
     static_cast<void>(SaveSettings(slot));
     CloseGraphOf(slot);
   }
+}
+
+std::optional<std::chrono::seconds> RecordingEngine::BuffersLast() const {
+  std::optional<std::chrono::seconds> shortest;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (state_.ReadState[slot] == ReadState::kIdle || state_.SlotFile[slot].empty()) {
+      continue;
+    }
+    const int room = order_.Fill(slot).LeastRoom(clock_.Elapsed()).value_or(0);
+    const std::chrono::seconds time(std::int64_t{room} * state_.RecInterval[slot]);
+    shortest = std::min(shortest.value_or(time), time);
+  }
+  return shortest;
 }
 
 // What is to be told to the user; empty if nothing is.

@@ -96,6 +96,10 @@ class RecordingEngine {
   // to be saved afterwards.
   [[nodiscard]] std::string SaveSetInHand(int slot);
 
+  // How long all recordings that run can do without the pump at least, until the first of their
+  // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
+  [[nodiscard]] std::optional<std::chrono::seconds> BuffersLast() const;
+
   // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
   // rows holds no longer once an instrument answers, and a half-read set of it goes on.
   void LineOpened(bool was_simulated);
