@@ -15,6 +15,7 @@
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
 #include "main/main_window.h"
+#include "main/settings_dialog.h"
 #include "main/simulation_question.h"
 #include "main/start_up.h"
 #include "platform/clipboard.h"
@@ -32,7 +33,10 @@
 #include "state/settings_store.h"
 #include "state/stepped_screen.h"
 #include "work/colour_choice.h"
+#include "work/controller_settings.h"
 #include "work/coordinates.h"
+#include "work/pid_parameters.h"
+#include "work/program_editor.h"
 #include "work/program_runner.h"
 #include "work/recording_settings.h"
 #include "work/unsure_registers.h"
@@ -52,6 +56,7 @@ struct Machine {
   Printer& printer;
   Clipboard& clipboard;
   const Regional& regional;
+  DirectoryLists::ListPlaces list_places = MountedPlaces;  // where the lists of directories begin
 };
 
 // The logic of the whole program, joined: one instance for the life of the process. The program
@@ -72,14 +77,20 @@ struct ProgramLogic {
   ProgramRunner runner{{state, link, engine, machine.dialogs, machine.events, machine.clock}};
   UnsureRegisters unsure{{state, link, messages, machine.clock}};
   FileIndex index{{state, machine.events, machine.clock}};
-  OpenFile open_file{{state, index, machine.dialogs, machine.screens, machine.events}};
-  CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};
-  DirectoryChoice directory{state, machine.screens};
+  OpenFile open_file{
+      {state, index, machine.dialogs, machine.screens, machine.events, machine.list_places}};
+  CopyFiles copy_files{
+      {state, open_file, machine.dialogs, machine.events, machine.clock, machine.list_places}};
+  DirectoryChoice directory{state, machine.screens, machine.list_places};
   MessageForm message{state, machine.screens};
   RecordingSettings recording_settings{
       {state, files, settings, messages, machine.dialogs, machine.screens}};
   Coordinates coordinates{state, machine.dialogs, machine.screens};
   ColourChoice colours{state, machine.screens};
+  ControllerSettings controller_settings{{state, link, machine.dialogs, machine.screens, unsure}};
+  PidParameters pid_parameters{
+      {state, link, machine.dialogs, machine.screens, unsure, engine.Orders()}};
+  ProgramEditor program_editor{{state, machine.dialogs}};
   WaitBar wait_bar{state, machine.events, machine.clock};
   Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
                        machine.dialogs, machine.screens, machine.events, machine.clock}};
@@ -95,6 +106,8 @@ struct ProgramLogic {
                    stepped, machine.clock}};
   MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                      machine.screens, machine.events, machine.shell, machine.clock}};
+  SettingsDialog settings_dialog{
+      {state, link, settings, window, directory, machine.dialogs, machine.shell}};
   StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 

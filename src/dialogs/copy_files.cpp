@@ -26,10 +26,13 @@ std::string CompanionOf(std::string name) {
 
 }  // namespace
 
-CopyFiles::CopyFiles(Parts parts) : parts_(std::move(parts)), lists_(parts_.list_places) {}
+CopyFiles::CopyFiles(Parts parts)
+    : ModalScreen(parts.state, View::kAllCopy),
+      parts_(std::move(parts)),
+      lists_(parts_.list_places) {}
 
-void CopyFiles::Load() {
-  screen_.emplace(parts_.state, View::kAllCopy);
+void CopyFiles::Open() {
+  OpenScreen();
   values_ = CopyFilesValues();
   values_.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
   values_.noFiles = std::to_string(parts_.open_file.SelectedNames().size());
@@ -65,7 +68,7 @@ void CopyFiles::cmdCopy_Click(const std::function<void()>& show) {
   }
   if (counts.Data + counts.Curves > 0 || stop_) {
     stop_ = false;
-    Leave();
+    Quit();
   }
 }
 
@@ -145,14 +148,12 @@ void CopyFiles::SetDestPath(const std::string& path) {
   }
 }
 
-void CopyFiles::Leave() {
+void CopyFiles::Quit() {
   if (values_.IsCopying) {
     stop_ = true;
     return;
   }
-  if (screen_) {
-    screen_->Leave();
-  }
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -30,9 +30,9 @@ bool MessageForm::Ask(const MessageRequest& request) {
   request_ = request;
   msg_ = ThreeLines(request.Text);
   ask_result_ = false;
-  screen_.emplace(state_, View::kAllMsg);
+  OpenScreen();
   screens_.Show(View::kAllMsg);
-  screen_.reset();
+  CloseScreen();
   return ask_result_;
 }
 
@@ -48,9 +48,7 @@ void MessageForm::CmdCancel_Click() {
 
 void MessageForm::Answer(bool result) {
   ask_result_ = result;
-  if (screen_) {
-    screen_->Leave();
-  }
+  CloseScreen();
 }
 
 }  // namespace tavrel

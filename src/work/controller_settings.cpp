@@ -79,15 +79,18 @@ const char* MaskOf(bool hourly, int box) {
 
 }  // namespace
 
-ControllerSettings::ControllerSettings(const Parts& parts)
-    : parts_(parts),
-      slot_(parts.state.SelSlot),
-      hourly_(parts.state.Settings.VerType.starts_with('H')),
-      screen_(parts.state, View::kTavCtrl) {
+void ControllerSettings::Open() {
+  CloseNow();
+  slot_ = parts_.state.SelSlot;
+  hourly_ = parts_.state.Settings.VerType.starts_with('H');
+  boxes_ = {};
+  edited_increment_ = -1;
+  refused_ = -1;
+  ctrl_failed_ = false;
   if (!IsSlot(slot_)) {
-    screen_.Leave();
     return;
   }
+  OpenScreen();
   bool is_silent = false;
   for (const ControllerField& field : kReadOrder) {
     if (is_silent) {
@@ -96,10 +99,6 @@ ControllerSettings::ControllerSettings(const Parts& parts)
       is_silent = !ReadField(field);
     }
   }
-}
-
-ControllerSettings::~ControllerSettings() {
-  parts_.unsure.Leave(boxes_);
 }
 
 // False if the instrument is silent: each further question would cost a time-out and the time that
@@ -267,9 +266,9 @@ void ControllerSettings::cmdPID_Click() {
   parts_.screens.Show(View::kTavPid);
 }
 
-void ControllerSettings::Quit() {
+void ControllerSettings::CloseNow() {
   parts_.unsure.Leave(boxes_);
-  screen_.Leave();
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -21,12 +21,17 @@ std::string TextOf(const PidParameter& parameter, std::int16_t raw) {
 
 }  // namespace
 
-PidParameters::PidParameters(const Parts& parts)
-    : parts_(parts), slot_(parts.state.SelSlot), screen_(parts.state, View::kTavPid) {
+void PidParameters::Open() {
+  CloseNow();
+  slot_ = parts_.state.SelSlot;
+  cbo_ = 0;
+  refused_ = 0;
+  kept_.reset();
+  boxes_ = {};
   if (!IsSlot(slot_)) {
-    screen_.Leave();
     return;
   }
+  OpenScreen();
   for (std::size_t place = 0; place < kPidParameters.size(); ++place) {
     const PidParameter& parameter = kPidParameters.at(place);
     // Behind a time-out each further question would cost another one.
@@ -37,10 +42,6 @@ PidParameters::PidParameters(const Parts& parts)
     }
     boxes_.at(place) = {raw ? TextOf(parameter, *raw) : kUnknownText, raw};
   }
-}
-
-PidParameters::~PidParameters() {
-  parts_.unsure.Leave(boxes_);
 }
 
 const std::string& PidParameters::TBox(int index) const {
@@ -225,9 +226,9 @@ bool PidParameters::Write(const char* letter, std::int16_t value) {
   return link.IsGood(link.ComInet);
 }
 
-void PidParameters::Quit() {
+void PidParameters::CloseNow() {
   parts_.unsure.Leave(boxes_);
-  screen_.Leave();
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -54,9 +54,9 @@ void RecordingSettings::Run(bool new_mode) {
   } else {
     ShowSettings();
   }
-  screen_.emplace(parts_.state, View::kTavRec);
+  OpenScreen();
   parts_.screens.Show(View::kTavRec);
-  screen_.reset();
+  CloseScreen();
 }
 
 void RecordingSettings::ShowSampling() {
@@ -141,7 +141,7 @@ void RecordingSettings::NewFile() {
     return;
   }
   BeginFile(*interval);
-  Leave();
+  CloseScreen();
 }
 
 // Beneath the question the measuring goes on: by now the recording may have ended, or gone on in
@@ -208,13 +208,7 @@ void RecordingSettings::TakeSettings() {
   if (is_stop_changed || is_func_changed) {
     parts_.state.SlotDirty[slot_] = true;
   }
-  Leave();
-}
-
-void RecordingSettings::Leave() {
-  if (screen_) {
-    screen_->Leave();
-  }
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -35,8 +35,7 @@ void Worksheet::Open() {
   if (parts_.state.ActiveView == View::kTavWork) {
     return;
   }
-  screen_.reset();
-  screen_.emplace(parts_.state, View::kTavWork);
+  OpenScreen();
   const int focus_calls = values_.ProgOffFocusCalls;
   values_ = WorksheetValues();
   values_.ProgOffFocusCalls = focus_calls;

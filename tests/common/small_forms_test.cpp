@@ -36,7 +36,7 @@ TEST_F(ChooseDirectory, BeginsWithTheGivenDirectoryAndGivesTheChosenOne) {
 TEST_F(ChooseDirectory, GivesNothingAfterEscape) {
   screens.on_show = [this](View) {
     EXPECT_TRUE(choice.IsOpen());
-    choice.Leave();
+    choice.Quit();
   };
   EXPECT_EQ(choice.Ask(home.Path()), std::nullopt);
   EXPECT_EQ(state.ActiveView, View::kTavSett);

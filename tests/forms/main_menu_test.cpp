@@ -79,7 +79,7 @@ TEST_F(MainMenu, HidesTheCommandsWhileAFormIsOpen) {
   Start();
   bool was_shown = true;
   bench.screens.on_show = [&](View) {
-    form->Show();
+    form->UpdateWidgets();
     was_shown = Find("picCmds")->isVisible();
   };
   Choose("MnuComm");

@@ -32,7 +32,7 @@ class SimulatedRows : public testing::Test, public SettingsBench {
     bench.screens.on_show = [this, index](View view) {
       if (view == View::kTavSett) {
         Open().cboCom_Click(index);
-        dialog->CmdOK_Click();
+        dialog.CmdOK_Click();
       }
     };
     bench.window.MnuSettings();
@@ -123,7 +123,7 @@ TEST_F(SimulatedRows, DoNotFollowWhereThePortWasMissingAtTheStart) {
   bench.screens.on_show = [this](View view) {
     if (view == View::kTavSett) {
       Open().cboCom_Click(0);
-      dialog->CmdOK_Click();
+      dialog.CmdOK_Click();
     }
   };
   ASSERT_TRUE(bench.start_up.MainFormLoad());

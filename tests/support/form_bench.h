@@ -36,7 +36,7 @@ class FormBench : public testing::Test {
   // The cycle for a while, and what it says on the screen.
   void Run(double seconds) {
     bench.Run(seconds);
-    form->Show();
+    form->UpdateWidgets();
   }
 
   template <typename Widget = QWidget>

@@ -1,9 +1,10 @@
+#include <QComboBox>
 #include <fstream>
 
 #include "main/forms/tavrel.h"
 #include "tests/forms/modal_bench.h"
+#include "tests/support/form_screens.h"
 #include "tests/support/wait_until.h"
-#include "tests/support/work_screens.h"
 #include "tests/truth/comparison.h"
 #include "tests/wire/live_instrument.h"
 #include "tests/wire/wire_program.h"
@@ -25,7 +26,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     ASSERT_TRUE(instrument.IsUp());
     program.screens.built = {View::kTavWork, View::kTavRec, View::kTavWait};
     program.screens.on_show = [this](View view) { screens.Run(view); };
-    program.cycle.SetHandlers({[this] { screens.Refresh(); }, [this] { screens.Advance(); }, {}});
+    program.cycle.SetHandlers(screens.Handlers());
     UnitRecord header = BenchProgram::Header(kInet, 1, 3, false);
     header.UnitRole.fill(0);
     for (const int input : kRecorded) {
@@ -116,8 +117,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
                              "--warm", "--oven", "1.1=ramp:450:0.1"}};
   std::unique_ptr<Tavrel> form;
   // The worksheet is a child of the main form and has to go before it.
-  WorkScreens screens{{program.worksheet, program.recording_settings, program.coordinates,
-                       program.colours, program.wait_bar}};
+  FormScreens screens{program};
 };
 
 TEST_P(RecordingForms, RecordStopAndGoOnInTheSameFile) {

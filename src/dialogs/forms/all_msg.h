@@ -19,9 +19,7 @@ class AllMsg : public ModalForm {
   explicit AllMsg(MessageForm& message);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return message_.IsOpen(); }
-  void Leave() override { message_.CmdCancel_Click(); }
+  void UpdateWidgets() override;
 
  private:
   void MakePictures();

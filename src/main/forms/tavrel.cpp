@@ -83,7 +83,7 @@ Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   table_height_ = sheet.height();
   resize(sheet.width() + kRoomForNames,
          sheet.height() + menuBar()->sizeHint().height() + statusBar()->height());
-  Show();
+  UpdateWidgets();
 }
 
 void Tavrel::MakeMenu() {
@@ -162,7 +162,7 @@ void Tavrel::WatchFront() {
   });
 }
 
-void Tavrel::Show() {
+void Tavrel::UpdateWidgets() {
   const SheetValues& now = parts_.sheet.Values();
   if (now.Caption != caption_) {
     caption_ = now.Caption;
@@ -174,7 +174,7 @@ void Tavrel::Show() {
     lbl_info_->setVisible(!info_.empty());
   }
   indicator_->setVisible(now.Indicator);
-  table_->Show(now);
+  table_->UpdateWidgets(now);
   GrowToRows();
 }
 
@@ -235,7 +235,7 @@ void Tavrel::closeEvent(QCloseEvent* event) {
 }
 
 void Tavrel::AfterEvent() {
-  Show();
+  UpdateWidgets();
   if (parts_.window.HasEnded()) {
     timer_main_.stop();
     QCoreApplication::exit(0);

@@ -35,7 +35,7 @@ class Tavrel : public QMainWindow {
   Tavrel(const Parts& parts, int expected_rows);
 
   // Copies what the logic says to the widgets. Cheap while nothing has changed.
-  void Show();
+  void UpdateWidgets();
 
   // At that height of the screen, in its horizontal middle, but nowhere outside of it.
   void PlaceAt(int top);
