@@ -28,6 +28,7 @@
 #include "platform/serial_port.h"
 #include "platform/shell.h"
 #include "setup/installation.h"
+#include "setup/numbering.h"
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
@@ -100,6 +101,13 @@ struct ProgramLogic {
   MainSheet sheet{
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
+  Installation installation{
+      {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },
+        [this](int slot) { attachment.ShowSlot(slot); }},
+       machine.dialogs,
+       machine.events,
+       [this](int slot) { return sheet.IsControllerOn(slot); }}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
@@ -110,15 +118,6 @@ struct ProgramLogic {
       {state, link, settings, window, directory, machine.dialogs, machine.shell}};
   StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
-
-  // One showing of the installation.
-  [[nodiscard]] Installation::Parts InstallationParts() {
-    return {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },
-             [this](int slot) { attachment.ShowSlot(slot); }},
-            machine.dialogs,
-            machine.events,
-            [this](int slot) { return sheet.IsControllerOn(slot); }};
-  }
 };
 
 }  // namespace tavrel

@@ -50,7 +50,11 @@ InstallationCell NumberCell(int number, Language language) {
 }  // namespace
 
 Installation::Installation(const Parts& parts)
-    : parts_(parts), screen_(parts_.commit.state, View::kTavInst) {
+    : ModalScreen(parts.commit.state, View::kTavInst), parts_(parts) {}
+
+void Installation::Open() {
+  OpenScreen();
+  values_ = InstallationValues();
   for (int row = 1; row <= kSlots; ++row) {
     LoadRow(row);
     ShowRow(row);
@@ -91,7 +95,7 @@ void Installation::ShowRow(int row) {
   const TestRow& work = InstWork[row];
   const Language language = TipLanguage();
   InstallationRow& shown = values_.Rows[row];
-  shown.Test_Des = work.Test_Des;
+  shown.Test_Des = work.IsKept() ? LowerCase(work.AwaitedFile) : work.Test_Des;
   shown.Test_Ext = work.Test_Ext;
   for (int input = 1; input <= kInputs; ++input) {
     shown.Inputs.at(static_cast<std::size_t>(input - 1)) =
@@ -241,7 +245,7 @@ void Installation::Commit() {
   parts_.events.SetPointer(Pointer::kHourglass);
   InstallationCommit(parts_.commit).Run(InstWork);
   parts_.events.SetPointer(Pointer::kNormal);
-  screen_.Leave();
+  CloseScreen();
   parts_.commit.messages.ShowKept();
 }
 
@@ -256,8 +260,9 @@ void Installation::Escape() {
 void Installation::Quit() {
   const Notice question{"Installation has been changed, quit anyway ?", "Installation",
                         BoxIcon::kQuestion};
+  HidePopup();
   if (!values_.CmdOK || parts_.dialogs.AskOk(question)) {
-    screen_.Leave();
+    CloseScreen();
   }
 }
 

@@ -12,8 +12,8 @@
 #include "platform/events.h"
 #include "setup/installation_commit.h"
 #include "setup/test_rows.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -60,9 +60,9 @@ struct InstallationValues {
   std::vector<std::string> lbl_Effect;  // what CmdOK would do; empty while nothing has changed
 };
 
-// TavInst: which tests exist. One object is one showing of the form. It works on a private copy of
-// the records and talks to no instrument; recordings go on beneath it.
-class Installation {
+// TavInst: which tests exist. It works on a private copy of the records and talks to no instrument;
+// recordings go on beneath it.
+class Installation : public ModalScreen {
  public:
   struct Parts {  // all outlive this
     InstallationCommit::Parts commit;
@@ -72,18 +72,14 @@ class Installation {
   };
   explicit Installation(const Parts& parts);
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+  // Begins with the tests that exist now.
+  void Open();
 
   [[nodiscard]] const InstallationValues& Values() const { return values_; }
   [[nodiscard]] Language TipLanguage() const;
 
   // A click on the grid, in its scale.
   void Sheet_Click(double x, double y);
-
-  // The same from the keyboard: the choices for an input or for the number of a row.
-  void OfferInput(int row, int input);
-  void OfferNumber(int row);
 
   // The buttons of the pop-ups: `index` is the code of the role, or the number of the instrument.
   void cmd_Input_Click(int index);
@@ -106,7 +102,7 @@ class Installation {
   void Escape();
 
   // The close box: asks about changes first.
-  void Quit();
+  void Quit() override;
 
   // The measuring goes on: what OK would do may be something else by now.
   void Refresh();
@@ -114,6 +110,8 @@ class Installation {
  private:
   [[nodiscard]] RunState& State() const { return parts_.commit.state; }
   [[nodiscard]] bool IsEditable(int row) const;
+  void OfferInput(int row, int input);
+  void OfferNumber(int row);
   void LoadRow(int row);
   void TakeArrived();
   void HidePopup() { values_.Popup = InstallationPopup::kNone; }
@@ -126,7 +124,6 @@ class Installation {
   Parts parts_;
   TestRows InstWork;
   InstallationValues values_;
-  ScreenInFront screen_;
 };
 
 }  // namespace tavrel

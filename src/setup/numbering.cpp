@@ -38,10 +38,16 @@ std::string Duration(std::chrono::seconds time) {
 
 }  // namespace
 
-Numbering::Numbering(const Parts& parts)
-    : parts_(parts),
-      num_target_(std::max(parts.state.ActiveInet, 1)),
-      screen_(parts.state, View::kTavNum) {
+Numbering::Numbering(const Parts& parts) : ModalScreen(parts.state, View::kTavNum), parts_(parts) {}
+
+void Numbering::Open() {
+  OpenScreen();
+  values_ = NumberingValues();
+  num_step_ = NumStep::kScan;
+  num_target_ = std::max(parts_.state.ActiveInet, 1);
+  num_misses_ = 0;
+  scanned_ = 0;
+  was_sent_ = false;
   ShowState();
   ShowBuffer();
 }
@@ -277,11 +283,8 @@ void Numbering::ShowBuffer() {
   values_.lbl_Buffer = time ? std::string(kLasts.In(TipLanguage())) + Duration(*time) : "";
 }
 
-void Numbering::Leave() {
-  if (!IsOpen()) {
-    return;
-  }
-  screen_.Leave();
+void Numbering::Quit() {
+  CloseScreen();
   if (num_step_ == NumStep::kAssign && was_sent_) {
     parts_.dialogs.Message({"Tavrel " + std::to_string(from_inet_) +
                                 " has not acknowledged its new number " +

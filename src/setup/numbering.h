@@ -13,8 +13,8 @@
 #include "link/register_access.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -32,15 +32,14 @@ struct NumberingValues {
   std::string lbl_Note;                      // why nothing can be assigned; empty: it can
 };
 
-// TavNum: finds the numbers that answer on the line, and gives one instrument a new number. One
-// object is one showing of the form. The cycle leaves the line to it and calls Step; each step is
-// one exchange.
+// TavNum: finds the numbers that answer on the line, and gives one instrument a new number. The
+// cycle leaves the line to it and calls Step; each step is one exchange.
 //
 // An instrument that has not acknowledged its new number may have it nevertheless. The write is
 // only repeated when the new number is silent and the old one still answers: the next fresh
 // instrument that is put to the line has the number that all begin with, and would take the new one
 // as well.
-class Numbering {
+class Numbering : public ModalScreen {
  public:
   struct Parts {  // all outlive this
     RunState& state;
@@ -51,8 +50,7 @@ class Numbering {
   };
   explicit Numbering(const Parts& parts);
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+  void Open();
 
   [[nodiscard]] const NumberingValues& Values() const { return values_; }
   [[nodiscard]] Language TipLanguage() const;
@@ -66,8 +64,8 @@ class Numbering {
   // Gives the selected instrument the number n, 1..6. Asks first if a test uses either number.
   void cmd_TavNo_Click(int number);
 
-  // Escape and the close box, at any time.
-  void Leave();
+  // Escape and the close box, at any time. Says so if an instrument may have either number.
+  void Quit() override;
 
  private:
   enum class NumStep { kScan = 0, kWatch = 1, kAssign = 10 };
@@ -102,7 +100,6 @@ class Numbering {
   int from_inet_ = 0;      // the instrument that is given a number
   bool was_sent_ = false;  // and the number has been sent to it
   std::chrono::nanoseconds reopen_at_{};
-  ScreenInFront screen_;
 };
 
 inline constexpr std::array kNumberingTips = {

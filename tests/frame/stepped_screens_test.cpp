@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "link/register_access.h"
-#include "state/screen_in_front.h"
+#include "state/modal_screen.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {
@@ -13,6 +13,12 @@ namespace {
 
 constexpr View kServiceViews[] = {View::kAllCom,  View::kAllMem,  View::kAllQs,  View::kAllRam,
                                   View::kAllRegs, View::kSpTavHs, View::kAllWdog};
+
+// A screen of that number comes to the front.
+class ScreenInFront : public ModalScreen {
+ public:
+  ScreenInFront(RunState& state, View view) : ModalScreen(state, view) { OpenScreen(); }
+};
 
 // A running cycle, with a recording in slot 7 of INET 2 whose inputs 1 and 2 hold `sets`.
 class SteppedScreen : public testing::Test {

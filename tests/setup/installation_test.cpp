@@ -25,10 +25,7 @@ class TavInst : public testing::Test {
     ASSERT_EQ(bench.settings.SettingsSave(), "");
     bench.Run(1);
   }
-  void Open() {
-    inst.reset();
-    inst = std::make_unique<Installation>(bench.InstallationParts());
-  }
+  void Open() { inst->Open(); }
   void Press() {
     bench.dialogs.boxes.clear();
     bench.port.sent.clear();
@@ -66,7 +63,7 @@ class TavInst : public testing::Test {
   }
 
   BenchProgram bench;
-  std::unique_ptr<Installation> inst;
+  Installation* inst = &bench.installation;
 };
 
 TEST_F(TavInst, ShowsTheTestsThatExist) {

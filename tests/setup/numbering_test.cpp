@@ -73,8 +73,8 @@ class TavNum : public testing::Test {
     bench.port.sent.clear();
   }
   void Open() {
-    form = std::make_unique<Numbering>(
-        Numbering::Parts{bench.state, bench.link, bench.engine, bench.dialogs, bench.clock});
+    turn.reset();
+    form->Open();
     turn = std::make_unique<SteppedScreens::Turn>(bench.stepped, View::kTavNum,
                                                   [this] { form->Step(); });
   }
@@ -107,7 +107,7 @@ class TavNum : public testing::Test {
 
   BenchProgram bench;
   NumberLine line;
-  std::unique_ptr<Numbering> form;
+  Numbering* form = &bench.numbering;
   std::unique_ptr<SteppedScreens::Turn> turn;
 };
 
@@ -138,13 +138,10 @@ TEST_F(TavNum, AsksOneNumberInAPulseAndShowsTheResultAtOnce) {
 TEST_F(TavNum, SelectsTheFirstIfTheSelectedInstrumentIsNotThere) {
   for (const int inet : {0, 3}) {
     line.inets = {1, 4, 6};
-    BenchProgram& program = bench;
-    if (form == nullptr) {
+    if (!bench.cycle.IsEnabled()) {
       Start();
     }
-    program.state.ActiveInet = inet;
-    turn.reset();
-    form.reset();
+    bench.state.ActiveInet = inet;
     Open();
     Pulses(6);
     EXPECT_EQ(form->Values().Selected, 0);
@@ -188,7 +185,7 @@ TEST_F(TavNum, GivesTheSelectedInstrumentANewNumber) {
   EXPECT_EQ(form->Values().Selected, 1) << "under its new number";
   EXPECT_EQ(Buttons(), "-2345-");
   EXPECT_TRUE(bench.dialogs.boxes.empty());
-  form->Leave();
+  form->Quit();
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
   EXPECT_TRUE(bench.dialogs.boxes.empty());
 }
@@ -206,11 +203,9 @@ TEST_F(TavNum, SendsNumberOneAsNought) {
 TEST_F(TavNum, RepeatsAnAssignmentThatWasNotCarriedOut) {
   for (const std::string fate : {"", "?", ".?"}) {
     line.inets = {1};
-    if (form == nullptr) {
+    if (!bench.cycle.IsEnabled()) {
       Start();
     }
-    turn.reset();
-    form.reset();
     Open();
     Pulses(6);
     form->cmd_TavNo_Click(3);
@@ -283,7 +278,7 @@ TEST_F(TavNum, SaysWhatNobodyKnowsWhenItIsLeftMeanwhile) {
   line.replies = {"lost reply"};
   Pulse();
   bench.dialogs.boxes.clear();
-  form->Leave();
+  form->Quit();
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text,
             "Tavrel 1 has not acknowledged its new number 3.\nIt may have either of them.");
@@ -294,11 +289,9 @@ TEST_F(TavNum, LeavesAtOnceInEachStep) {
   line.inets = {1};
   Start();
   for (int pulses = 0; pulses <= 9; ++pulses) {
-    turn.reset();
-    form.reset();
     Open();
     Pulses(pulses);
-    form->Leave();
+    form->Quit();
     EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
   }
   EXPECT_TRUE(bench.dialogs.boxes.empty());
@@ -357,8 +350,9 @@ TEST_F(TavNum, DoesNothingWhenItWasLeftBeneathTheQuestion) {
   Open();
   Pulses(6);
   bench.dialogs.on_box = [this] {
-    bench.dialogs.on_box = [] {};
-    form->Leave();
+    if (form->IsOpen()) {
+      form->Quit();
+    }
   };
   form->cmd_TavNo_Click(3);
   bench.port.sent.clear();
@@ -428,9 +422,7 @@ TEST_F(TavNum, NeedsASingleInstrumentOnADirectLine) {
             "direct line:  numbering needs the plug-in line or a single instrument");
   form->cmd_TavNo_Click(5);
   EXPECT_EQ(Pulse(), Texts{"T00?"});
-  form->Leave();
-  turn.reset();
-  form.reset();
+  form->Quit();
 
   bench.line.silent = {1, 2, 3, 5, 6};
   Open();
