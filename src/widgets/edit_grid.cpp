@@ -66,6 +66,7 @@ EditGrid::EditGrid(const char* name, int rows, int columns, QWidget* parent)
     for (int column = 0; column < columns; ++column) {
       auto* cell = new QTableWidgetItem;
       cell->setTextAlignment(Qt::AlignCenter);
+      cell->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
       setItem(row, column, cell);
     }
   }
@@ -91,9 +92,7 @@ void EditGrid::ShowCell(int row, int column, const GridCell& cell) {
   const QBrush background =
       is_plain ? QBrush()
                : QBrush(QColor(cell.Background.Red, cell.Background.Green, cell.Background.Blue));
-  const Qt::ItemFlags flags =
-      cell.IsEnabled ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::ItemIsSelectable;
-  if (shown->text() == text && shown->background() == background && shown->flags() == flags &&
+  if (shown->text() == text && shown->background() == background &&
       shown->data(Qt::AccessibleTextRole).toString() == spoken) {
     return;
   }
@@ -101,7 +100,6 @@ void EditGrid::ShowCell(int row, int column, const GridCell& cell) {
   shown->setBackground(background);
   // The coloured cells are light in every palette, so their ink is dark in every palette.
   shown->setForeground(is_plain ? QBrush() : QBrush(QColor::fromRgb(kStatusInk)));
-  shown->setFlags(flags);
   shown->setToolTip(QtText(cell.Tip));
   shown->setData(Qt::AccessibleTextRole, spoken);
 }

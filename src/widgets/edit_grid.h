@@ -15,7 +15,6 @@ struct GridCell {
   Colour Background{0xFF, 0xFF, 0xFF};  // white is the colour of the sheet, whatever the palette
   std::string Spoken;                   // where it stands and what it says, in words
   std::string Tip;
-  bool IsEnabled = true;
 };
 
 // A grid of small cells that are edited in their places, by mouse or by keyboard alone. The arrow

@@ -264,9 +264,10 @@ void TavInst::ShowRow(int row) {
     const std::string place =
         is_input ? std::string(kInputWord.In(language)) + InputName(InputOf(column)) + ": "
                  : std::string(kNumberWord.In(language));
-    sheet_->ShowCell(row - 1, column,
-                     {cell.Text, cell.Background, RowText(language, row) + place + cell.Spoken,
-                      now.WhyNot, now.IsEditable});
+    const std::string& says = now.IsEditable ? cell.Spoken : now.WhyNot;
+    sheet_->ShowCell(
+        row - 1, column,
+        {cell.Text, cell.Background, RowText(language, row) + place + says, now.WhyNot});
   }
   for (const int column : {kApparatus, kExtension}) {
     auto* edit = static_cast<CellEdit*>(sheet_->cellWidget(row - 1, column));
