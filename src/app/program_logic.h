@@ -27,9 +27,12 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "setup/installation.h"
+#include "setup/numbering.h"
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
+#include "state/stepped_screen.h"
 #include "work/colour_choice.h"
 #include "work/controller_settings.h"
 #include "work/coordinates.h"
@@ -98,9 +101,17 @@ struct ProgramLogic {
   MainSheet sheet{
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
+  Installation installation{
+      {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },
+        [this](int slot) { attachment.ShowSlot(slot); }},
+       machine.dialogs,
+       machine.events,
+       [this](int slot) { return sheet.IsControllerOn(slot); }}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   SimulationQuestion simulation{state, link, machine.dialogs};
+  SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
-                   machine.clock}};
+                   stepped, machine.clock}};
   MainCommands commands{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
                          machine.screens, machine.events, machine.shell, machine.clock}};
   SettingsDialog settings_dialog{

@@ -6,6 +6,8 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "setup/forms/tav_inst.h"
+#include "setup/forms/tav_num.h"
 #include "work/forms/tav_color.h"
 #include "work/forms/tav_coord.h"
 #include "work/forms/tav_ctrl.h"
@@ -40,7 +42,9 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavCtrl>(View::kTavCtrl, logic.controller_settings);
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
+  AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
   AddFileForms();
+  screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -77,6 +81,14 @@ void ProgramScreens::AddFileForms() {
     logic_.copy_files.Open();
     RunForm<AllCopy>(logic_.copy_files);
   });
+}
+
+// The form also takes its turns from the cycle.
+void ProgramScreens::ShowNumbering() {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  logic_.numbering.Open();
+  TavNum(logic_.numbering, logic_.stepped).Run();
+  logic_.numbering.CloseNow();
 }
 
 void ProgramScreens::ShowWorksheet() {

@@ -139,6 +139,21 @@ void RecordingEngine::StopInFile(int slot) {
   EndInFile(slot);
 }
 
+bool RecordingEngine::GiveUpTest(int slot) {
+  if (!IsSlot(slot) || state_.SlotFile[slot].empty()) {
+    return true;
+  }
+  const std::string restored = RestoreIfLost(slot);
+  if (!restored.empty()) {
+    messages_.Report(slot, {restored, kWriteTitle});
+  }
+  StopInFile(slot);
+  const bool is_left = HoldsWholeSet(state_, slot);
+  EmptyHand(slot);
+  set_aside_[slot].reset();
+  return !is_left;
+}
+
 void RecordingEngine::EndInFile(int slot) {
   state_.Unit[slot].UnitRecOn = 0;
   state_.ReadState[slot] = ReadState::kIdle;

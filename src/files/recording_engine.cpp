@@ -1,5 +1,6 @@
 #include "files/recording_engine.h"
 
+#include <algorithm>
 #include <string>
 
 #include "files/recording_format.h"
@@ -393,12 +394,30 @@ void RecordingEngine::RestoreFile(int slot) {
   }
 }
 
-std::string RecordingEngine::SaveSetInHand(int slot) {
-  std::string text;
-  if (IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1 && files_.IsFileLost(slot)) {
-    text = files_.RestoreFile(slot).value_or("");
-    state_.SettingsChanged = true;  // they may have to name another file
+std::optional<std::chrono::seconds> RecordingEngine::BuffersLast() const {
+  std::optional<std::chrono::seconds> shortest;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (state_.ReadState[slot] == ReadState::kIdle || state_.SlotFile[slot].empty()) {
+      continue;
+    }
+    const int room = order_.Fill(slot).LeastRoom(clock_.Elapsed()).value_or(0);
+    const std::chrono::seconds time(std::int64_t{room} * state_.RecInterval[slot]);
+    shortest = std::min(shortest.value_or(time), time);
   }
+  return shortest;
+}
+
+// What is to be told to the user; empty if nothing is.
+std::string RecordingEngine::RestoreIfLost(int slot) {
+  if (!IsSlot(slot) || state_.Unit[slot].UnitRecOn != 1 || !files_.IsFileLost(slot)) {
+    return "";
+  }
+  state_.SettingsChanged = true;  // they may have to name another file
+  return files_.RestoreFile(slot).value_or("");
+}
+
+std::string RecordingEngine::SaveSetInHand(int slot) {
+  const std::string text = RestoreIfLost(slot);
   const std::string unsaved = files_.SaveSetInHand(slot);
   return text.empty() || unsaved.empty() ? text + unsaved : text + "\n" + unsaved;
 }

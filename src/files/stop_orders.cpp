@@ -207,6 +207,24 @@ void StopOrders::DropInstrument(int inet) {
   DropIf([=](const StopOrder& order) { return order.Inet == inet; });
 }
 
+void StopOrders::Renumber(int from_inet, int to_inet) {
+  if (from_inet == to_inet || parts_.link.Simulated) {
+    return;
+  }
+  DropInstrument(to_inet);
+  bool is_any = false;
+  for (StopOrder& order : orders_) {
+    if (order.Inet == from_inet) {
+      order.Inet = static_cast<std::int16_t>(to_inet);
+      order.IsDue = true;
+      is_any = true;
+    }
+  }
+  if (is_any) {
+    Changed();
+  }
+}
+
 template <typename Predicate>
 void StopOrders::DropIf(Predicate is_void) {
   if (parts_.link.Simulated) {

@@ -152,6 +152,18 @@ void MainSheet::ShowWaitingRow(int slot) {
   row.RstatNote = kNotOpenNote.In(values_.TipLanguage);
 }
 
+bool MainSheet::IsControllerOn(int slot) const {
+  switch (shown_.at(slot).ctrl_state) {
+    case controller::kIsotherm:
+    case controller::kDynamic:
+    case controller::kDynamicFalling:
+    case controller::kTest:
+      return true;
+    default:
+      return false;
+  }
+}
+
 void MainSheet::RefreshRow() {
   RunState& state = parts_.state;
   if (!state.SheetReset) {

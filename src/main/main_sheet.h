@@ -47,6 +47,9 @@ class MainSheet {
   // again.
   void ShowWaitingRow(int slot);
 
+  // True if the controller of the slot heats, or may heat, by what was read of it last.
+  [[nodiscard]] bool IsControllerOn(int slot) const;
+
   // Advances to the next row in use and refreshes it; after the last one the pass ends and the
   // next begins 5 s later.
   void RefreshRow();
