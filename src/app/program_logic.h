@@ -3,7 +3,7 @@
 
 #include "dialogs/choose_directory.h"
 #include "dialogs/copy_files.h"
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 #include "dialogs/open_file.h"
 #include "files/file_index.h"
 #include "files/recording_engine.h"
@@ -12,9 +12,9 @@
 #include "graph/graph_output.h"
 #include "link/link.h"
 #include "main/attachment.h"
+#include "main/main_commands.h"
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
-#include "main/main_window.h"
 #include "main/settings_dialog.h"
 #include "main/simulation_question.h"
 #include "main/start_up.h"
@@ -28,9 +28,12 @@
 #include "platform/serial_port.h"
 #include "platform/shell.h"
 #include "setup/channel_adjustment.h"
+#include "setup/installation.h"
+#include "setup/numbering.h"
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
+#include "state/stepped_screen.h"
 #include "work/colour_choice.h"
 #include "work/controller_settings.h"
 #include "work/coordinates.h"
@@ -81,7 +84,7 @@ struct ProgramLogic {
   CopyFiles copy_files{
       {state, open_file, machine.dialogs, machine.events, machine.clock, machine.list_places}};
   DirectoryChoice directory{state, machine.screens, machine.list_places};
-  MessageForm message{state, machine.screens};
+  MessageBoxLogic message{state, machine.screens};
   RecordingSettings recording_settings{
       {state, files, settings, messages, machine.dialogs, machine.screens}};
   Coordinates coordinates{state, machine.dialogs, machine.screens};
@@ -100,14 +103,22 @@ struct ProgramLogic {
   MainSheet sheet{
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
+  Installation installation{
+      {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },
+        [this](int slot) { attachment.ShowSlot(slot); }},
+       machine.dialogs,
+       machine.events,
+       [this](int slot) { return sheet.IsControllerOn(slot); }}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   SimulationQuestion simulation{state, link, machine.dialogs};
+  SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
-                   machine.clock}};
-  MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
-                     machine.screens, machine.events, machine.shell, machine.clock}};
+                   stepped, machine.clock}};
+  MainCommands commands{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
+                         machine.screens, machine.events, machine.shell, machine.clock}};
   SettingsDialog settings_dialog{
-      {state, link, settings, window, directory, machine.dialogs, machine.shell}};
-  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
+      {state, link, settings, commands, directory, machine.dialogs, machine.shell}};
+  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, commands,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 

@@ -7,6 +7,8 @@
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
 #include "setup/forms/tav_chann.h"
+#include "setup/forms/tav_inst.h"
+#include "setup/forms/tav_num.h"
 #include "work/forms/tav_color.h"
 #include "work/forms/tav_coord.h"
 #include "work/forms/tav_ctrl.h"
@@ -41,7 +43,9 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavCtrl>(View::kTavCtrl, logic.controller_settings);
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
+  AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
   AddFileForms();
+  screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
@@ -79,6 +83,14 @@ void ProgramScreens::AddFileForms() {
     logic_.copy_files.Open();
     RunForm<AllCopy>(logic_.copy_files);
   });
+}
+
+// The form also takes its turns from the cycle.
+void ProgramScreens::ShowNumbering() {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  logic_.numbering.Open();
+  TavNum(logic_.numbering, logic_.stepped).Run();
+  logic_.numbering.CloseNow();
 }
 
 // Shows the hourglass itself while it reads its sheet.

@@ -37,6 +37,7 @@ class ProgramScreens {
   template <typename Form, typename Screen>
   void AddFormToOpen(View view, Screen& screen);
   void AddFileForms();
+  void ShowNumbering();
   void AddChannels();
   void ShowWorksheet();
   void ShowGraph();

@@ -7,7 +7,6 @@
 #include "dialogs/checks.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
-#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {
@@ -166,7 +165,7 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   if (parts_.files.CreateRecordingFile(slot, interval)) {
     SaveSettings();
     if (was_empty && is_written && old_path) {
-      DropEmptyFile(*old_path);
+      parts_.files.DropEmptyFile(*old_path);
     }
   }
   state.SheetReset = false;
@@ -176,15 +175,6 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   if (!unsaved.empty()) {
     parts_.messages.Report(slot, {unsaved, "Write  file"});
   }
-}
-
-// A file without a sample holds nothing, unless it is in use elsewhere: somebody looks at it.
-void RecordingSettings::DropEmptyFile(const std::string& path) const {
-  if (IsOpenInSlot(parts_.state, path)) {
-    return;
-  }
-  static_cast<void>(DeleteFile(path));
-  parts_.state.IndexValid = false;
 }
 
 // A restart has to find the new name.

@@ -72,7 +72,6 @@ class RecordingSettings : public ModalScreen {
   [[nodiscard]] std::optional<std::int16_t> TypedInterval();
   void NewFile();
   void BeginFile(std::int16_t interval);
-  void DropEmptyFile(const std::string& path) const;
   void SaveSettings();
   void TakeSettings();
 
