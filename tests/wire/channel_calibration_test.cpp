@@ -108,7 +108,6 @@ class Calibration : public testing::TestWithParam<bool>, public ChannelRoom {
     constexpr int kReadings = 16;
     double sum = 0;
     for (int reading = 0; reading < kReadings; ++reading) {
-      QTest::qWait(0);
       sum += Held('Y', row);
       EXPECT_TRUE(instrument.Tell("pass 2 2"));
     }
