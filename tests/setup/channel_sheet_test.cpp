@@ -272,6 +272,19 @@ TEST(ChannelSheet, FillsItsGapsWhenTheInstrumentAnswersAgain) {
   }
 }
 
+TEST(ChannelSheet, GapsAreNotAskedForWhileTheInstrumentIsSilent) {
+  ChannelBench room;
+  room.Open();
+  room.Tick();
+  room.fails = [](const std::string& command) { return command[0] != 'Y' && command[0] != 'R'; };
+  ASSERT_TRUE(room.TickTo(AdjState::kIdle));
+  room.fails = [](const std::string&) { return true; };
+  room.Tick(8);
+  room.Forget();
+  room.Tick(18);
+  EXPECT_LE(room.commands.size(), 4U * 6) << "three of each of two columns in a round";
+}
+
 TEST(ChannelSheet, ComIconFollowsTheInstrument) {
   ChannelBench room;
   room.OpenIdle();
