@@ -108,9 +108,8 @@ void ColumnEvidence::PlaceAt(std::int64_t sample, double now) {
   }
   for (int input = 1; input <= kInputs; ++input) {
     if (At(input).recorded && At(known_->Base).recorded) {
-      const auto place = static_cast<std::size_t>(input);
-      const double most = MostTime(known_->Most.at(place), meter_.Low(), meter_.High());
-      const double least = -MostTime(-known_->Least.at(place), meter_.Low(), meter_.High());
+      const double most = MostTime(known_->Most[input], meter_.Low(), meter_.High());
+      const double least = -MostTime(-known_->Least[input], meter_.Low(), meter_.High());
       static_cast<void>(bounds_.Tighten(input, known_->Base, most + kSlack));
       static_cast<void>(bounds_.Tighten(known_->Base, input, kSlack - least));
     }
@@ -454,19 +453,18 @@ SamplingOrder ColumnEvidence::Order() const {
   order.IntervalLow = meter_.Low();
   order.IntervalHigh = meter_.High();
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input);
     if (order.Base == 0 && At(input).certain && !At(input).doubted) {
       order.Base = input;
     }
-    order.Least.at(place) = -1;
-    order.Most.at(place) = 1;
+    order.Least[input] = -1;
+    order.Most[input] = 1;
     if (order.Base != 0 && At(input).recorded) {
       const double most = bounds_.Most(input, order.Base);
       const double least = bounds_.Most(order.Base, input);
       const double most_parts = most / (most >= 0 ? meter_.Low() : meter_.High());
       const double least_parts = least / (least >= 0 ? meter_.Low() : meter_.High());
-      order.Most.at(place) = static_cast<float>(std::min(1.0, most_parts));
-      order.Least.at(place) = static_cast<float>(std::max(-1.0, -least_parts));
+      order.Most[input] = static_cast<float>(std::min(1.0, most_parts));
+      order.Least[input] = static_cast<float>(std::max(-1.0, -least_parts));
     }
   }
   return order;

@@ -117,7 +117,8 @@ class ColumnEvidence {
   void Realign(int widest);
 
   // After Realign(), when nothing is in doubt any more: how many samples the input is behind the
-  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all (0 if none is certain).
+  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all (0 if
+  // none is certain).
   [[nodiscard]] int Behind(int input) const;
   [[nodiscard]] int Aligned() const;
 
@@ -157,10 +158,8 @@ class ColumnEvidence {
     Verdict verdict = Verdict::kNone;
   };
 
-  [[nodiscard]] Input& At(int input) { return inputs_.at(static_cast<std::size_t>(input)); }
-  [[nodiscard]] const Input& At(int input) const {
-    return inputs_.at(static_cast<std::size_t>(input));
-  }
+  [[nodiscard]] Input& At(int input) { return inputs_[input]; }
+  [[nodiscard]] const Input& At(int input) const { return inputs_[input]; }
 
   // What was seen of an input before the interval was known.
   struct Seen {
@@ -200,7 +199,7 @@ class ColumnEvidence {
   [[nodiscard]] bool IsLearned() const;
   [[nodiscard]] double Step() const;
 
-  std::array<Input, kInputs + 1> inputs_{};
+  ByInput<Input> inputs_{};
   IntervalMeter meter_;
   TimeBounds bounds_;  // of x, as seen from sample `origin_` and the moment `moment_`
   bool placed_ = false;

@@ -148,10 +148,9 @@ bool ColumnKeeper::CarryOutFull(int slot) {
   }
   std::vector<int> uncertain;
   for (const int input : RecordedInputs(slot)) {
-    const auto place = static_cast<std::size_t>(input);
-    const bool is_new = !state_.Columns[slot].IsUncertain.at(place);
+    const bool is_new = !state_.Columns[slot].IsUncertain[input];
     if (is_new && !column.evidence.IsCertain(input)) {
-      state_.Columns[slot].IsUncertain.at(place) = true;
+      state_.Columns[slot].IsUncertain[input] = true;
       uncertain.push_back(input);
     }
   }

@@ -75,7 +75,7 @@ void ColumnKeeper::Renew(int slot) {
     if (state_.SampleSeen[slot][input]) {
       column.evidence.ResumeTaken(input);
     }
-    if (state_.Columns[slot].IsUncertain.at(static_cast<std::size_t>(input))) {
+    if (state_.Columns[slot].IsUncertain[input]) {
       column.evidence.ResumeUncertain(input);
     }
   }
@@ -109,8 +109,8 @@ void ColumnKeeper::Taken(int slot, int input, const Exchange& when) {
   EvidenceOf(slot).NoteTaken(input, when);
   columns_[slot].misses_since.reset();
   columns_[slot].is_still_full = false;
-  auto& owed = state_.Columns[slot].Owed.at(static_cast<std::size_t>(input));
-  state_.Columns[slot].Repeats.at(static_cast<std::size_t>(input)) = std::exchange(owed, 0);
+  auto& owed = state_.Columns[slot].Owed[input];
+  state_.Columns[slot].Repeats[input] = std::exchange(owed, 0);
 }
 
 void ColumnKeeper::Empty(int slot, int input, const Exchange& when) {
@@ -279,7 +279,7 @@ bool ColumnKeeper::CarryOut(int slot) {
     return false;
   }
   for (const int input : uncertain) {
-    state_.Columns[slot].IsUncertain.at(static_cast<std::size_t>(input)) = true;
+    state_.Columns[slot].IsUncertain[input] = true;
   }
   Tell(slot, uncertain,
        "nobody can know whether a value was lost on the line; nothing was filled in, from here on "
@@ -324,7 +324,7 @@ bool ColumnKeeper::Fill(int slot, const std::vector<int>& inputs) {
   }
   if (state_.Columns[slot].IsFirstSet || state_.SampleCount[slot] == 0) {
     for (const int input : inputs) {
-      ++state_.Columns[slot].Owed.at(static_cast<std::size_t>(input));
+      ++state_.Columns[slot].Owed[input];
     }
     Tell(slot, inputs, "lost on the line; the next value stands in its place");
     return true;
@@ -369,7 +369,7 @@ void ColumnKeeper::SetWritten(int slot) {
   memory.LastSet = TimeOfSet(slot);
   memory.IsFirstSet = false;
   for (const int input : RecordedInputs(slot)) {
-    auto& repeats = memory.Repeats.at(static_cast<std::size_t>(input));
+    auto& repeats = memory.Repeats[input];
     if (repeats > 0) {
       --repeats;
       state_.SampleSeen[slot][input] = true;

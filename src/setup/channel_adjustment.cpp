@@ -21,7 +21,8 @@ class Busy {
 }  // namespace
 
 ChannelAdjustment::ChannelAdjustment(const Parts& parts)
-    : parts_(parts),
+    : ModalScreen(parts.state, View::kTavChann),
+      parts_(parts),
       inet_(parts.state.ActiveInet > 0 ? parts.state.ActiveInet : kFirstInet),
       adj_state_(parts.link.IsGood(inet_) ? AdjState::kEmptySheet : AdjState::kNoLink),
       sheet_(parts.link, inet_, values_),
@@ -30,8 +31,8 @@ ChannelAdjustment::ChannelAdjustment(const Parts& parts)
            inet_),
       transfer_(
           {parts.state, parts.link, parts.dialogs, parts.events, parts.clock, values_, adj_state_},
-          inet_),
-      screen_(parts.state, View::kTavChann) {
+          inet_) {
+  OpenScreen();
   values_.Caption = " Tavrel-" + std::to_string(inet_) + ":   Channels";
   ShowConnection();
 }
@@ -225,7 +226,7 @@ void ChannelAdjustment::Quit() {
   } else if (adj_state_ == AdjState::kSaving || adj_state_ == AdjState::kLoading) {
     adj_state_ = AdjState::kCancelled;
   } else {
-    screen_.Leave();
+    CloseScreen();
   }
 }
 

@@ -13,8 +13,8 @@
 #include "setup/channel_sheet.h"
 #include "setup/channel_values.h"
 #include "setup/variable_transfer.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -22,7 +22,7 @@ namespace tavrel {
 // adjustment. A machine of steps, one step each time that the form's Timer_chann ticks; no step
 // holds the window for longer than half a second, and none begins while a box is open. All values
 // live in the instrument. One object is one showing of the form.
-class ChannelAdjustment {
+class ChannelAdjustment : public ModalScreen {
  public:
   static constexpr int kTickMilliseconds = 100;
 
@@ -40,9 +40,6 @@ class ChannelAdjustment {
   ~ChannelAdjustment();
   ChannelAdjustment(const ChannelAdjustment&) = delete;
   ChannelAdjustment& operator=(const ChannelAdjustment&) = delete;
-
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
 
   // What the form shows.
   [[nodiscard]] const ChannelValues& Values() const { return values_; }
@@ -71,7 +68,7 @@ class ChannelAdjustment {
   void CmdOK_Click();
 
   // Escape and the close box: drops the run; without one the form closes.
-  void Quit();
+  void Quit() override;
 
  private:
   void BeginInputs(std::int16_t sensor_code);
@@ -95,7 +92,6 @@ class ChannelAdjustment {
   std::chrono::nanoseconds adj_next_{};  // of the next refresh
   bool is_refreshing_ = false;
   bool is_busy_ = false;  // within a step, a box or a transfer
-  ScreenInFront screen_;
 };
 
 }  // namespace tavrel

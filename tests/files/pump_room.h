@@ -20,7 +20,7 @@ inline UnitRecord HeaderOf(int inet, std::initializer_list<int> inputs) {
   unit.UnitInet = static_cast<std::int16_t>(inet);
   unit.UnitChannels = static_cast<std::int16_t>(inputs.size());
   for (const int input : inputs) {
-    unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+    unit.UnitRole[input] = 1;
   }
   return unit;
 }

@@ -249,8 +249,8 @@ TEST_F(TavInst, WritesTheNamesOfTheRolesInTheUsersLanguage) {
   EXPECT_EQ(Row(2).Inputs[0].Spoken, "Regler");
   Fill(9, 4, 1, 15);
   Press();
-  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[0].Get(), "Regler");
-  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[14].Get(), "Referenz");
+  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[1].Get(), "Regler");
+  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[15].Get(), "Referenz");
 }
 
 TEST_F(TavInst, EndsTheRecordingOfATestThatChanges) {
@@ -556,7 +556,7 @@ TEST_F(TavInst, IsReachedFromTheMenuWithoutStoppingTheCycle) {
   };
   const auto* entry = std::find_if(kMainMenu.begin(), kMainMenu.end(),
                                    [](const MenuEntry& each) { return each.Control == "MnuInst"; });
-  bench.window.Choose(*entry);
+  bench.commands.Choose(*entry);
   EXPECT_TRUE(ran);
 }
 

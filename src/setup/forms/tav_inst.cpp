@@ -30,7 +30,7 @@ constexpr BothLanguages kNumberWord{", number of the instrument: ", ", Nummer de
 constexpr BothLanguages kApparatusWord{", apparatus", ", Apparatur"};
 constexpr BothLanguages kExtensionWord{", extension of the files", ", Endung der Dateien"};
 
-bool IsInput(int column) {
+bool IsInputColumn(int column) {
   return column >= kFirstInput && column < kNumber;
 }
 
@@ -44,7 +44,7 @@ std::string InputName(int input) {
 
 // The middle of a column in the scale of the grid.
 double SheetX(int column) {
-  if (IsInput(column)) {
+  if (IsInputColumn(column)) {
     return kInputsLeft + (InputOf(column) - 0.5) * kInputWidth;
   }
   return column == kNumber ? (kNumberLeft + kSheetWidth) / 2 : kApparatusLeft;
@@ -223,7 +223,7 @@ void TavInst::keyPressEvent(QKeyEvent* event) {
 }
 
 void TavInst::TypeOnCell(int row, int column, const QString& text) {
-  if (IsInput(column)) {
+  if (IsInputColumn(column)) {
     const int code =
         text.isEmpty() ? 0 : static_cast<int>(QString("0123-CRM").indexOf(text.toUpper()));
     if (code >= 0 && code != 4) {
@@ -258,7 +258,7 @@ void TavInst::ShowRow(int row) {
   const InstallationRow& now = installation_.Values().Rows[row];
   const Language language = installation_.TipLanguage();
   for (int column = kFirstInput; column < kColumns; ++column) {
-    const bool is_input = IsInput(column);
+    const bool is_input = IsInputColumn(column);
     const InstallationCell& cell =
         is_input ? now.Inputs.at(static_cast<std::size_t>(InputOf(column) - 1)) : now.Number;
     const std::string place =
