@@ -18,7 +18,8 @@ using std::chrono::sys_days;
 constexpr std::chrono::sys_seconds kEndOfSummerTime = sys_days(2026y / 10 / 25) + hours(1);
 constexpr std::chrono::sys_seconds kBeginOfSummerTime = sys_days(2027y / 3 / 28) + hours(1);
 constexpr seconds kPatience{120};  // a comparison of columns may take many intervals
-constexpr int kBuffer = 896;       // sets that an instrument holds
+constexpr seconds kToKnowThePace{25};
+constexpr int kBuffer = 896;  // sets that an instrument holds
 
 constexpr std::chrono::sys_seconds kMidnight = sys_days(2026y / 3 / 14) + hours(23);
 
@@ -45,7 +46,9 @@ Deed FaultsInTurn(const std::vector<std::string>& faults) {
 // The sets are several seconds apart: a machine so busy that the program stands still in the middle
 // of a set, until the series that began anew has its first sample, leaves nothing that shows the
 // restart.
+// The program has to know the pace of the sets before it can tell that some are missing.
 void RestartInstrument(TruthRun& run, int times) {
+  run.GoOn(kToKnowThePace);
   for (int time = 0; time < times; ++time) {
     run.GoOn(milliseconds(700 + run.Draw(2000)));
     run.Tell("restart 1");
