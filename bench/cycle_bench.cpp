@@ -32,9 +32,9 @@ void IdleTick(benchmark::State& state) {
     state.SkipWithError("the program did not start");
     return;
   }
-  Tavrel form({program.sheet, program.window, program.cycle, program.start_up}, kSlots);
+  Tavrel form({program.sheet, program.commands, program.cycle, program.start_up}, kSlots);
   program.start_up.MainFormShow();
-  form.Show();
+  form.UpdateWidgets();
   Promise promise("us");
   for (auto unused : state) {
     const auto later = static_cast<float>(machine.clock.Timer() + kFarAway);
@@ -43,7 +43,7 @@ void IdleTick(benchmark::State& state) {
     promise.Measured(TimeOf<std::micro>([&] {
                        for (int tick = 0; tick < kTicksOfARound; ++tick) {
                          program.cycle.Tick();
-                         form.Show();
+                         form.UpdateWidgets();
                        }
                      }) /
                      kTicksOfARound);

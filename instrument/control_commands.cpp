@@ -103,6 +103,22 @@ std::string ControlCommands::DoRestart(const Words& words) {
   return targets.empty() ? kNoInstrument : std::string();
 }
 
+// "attach INET [fast]".
+std::string ControlCommands::DoAttach(const Words& words) {
+  const auto inet = words.size() > 1 ? ParseNumber<int>(words[1], 1, kHighestInet) : std::nullopt;
+  const bool is_fast = words.size() == 3 && words[2] == "fast";
+  if (!inet || words.size() > 3 || (words.size() == 3 && !is_fast)) {
+    return "attach INET [fast], INET 1..6";
+  }
+  return line_.Attach(*inet, is_fast) ? std::string() : "no room for more instruments";
+}
+
+// "detach INET".
+std::string ControlCommands::DoDetach(const Words& words) {
+  const auto inet = words.size() == 2 ? ParseNumber<int>(words[1], 1, kHighestInet) : std::nullopt;
+  return inet && line_.Detach(*inet) ? std::string() : kNoInstrument;
+}
+
 std::string ControlCommands::DoFill(const Words& words) {
   const auto targets = words.size() == 3 ? Targets(words[1]) : std::vector<int>{};
   const auto sets =
@@ -187,6 +203,12 @@ std::string ControlCommands::Dispatch(const Words& words, std::string& answer) {
   }
   if (verb == "restart") {
     return DoRestart(words);
+  }
+  if (verb == "attach") {
+    return DoAttach(words);
+  }
+  if (verb == "detach") {
+    return DoDetach(words);
   }
   if (verb == "fill") {
     return DoFill(words);

@@ -35,6 +35,8 @@ class ControlCommands {
   // Each returns an error sentence, empty when it went well.
   [[nodiscard]] std::string DoFault(const Words& words);
   [[nodiscard]] std::string DoRestart(const Words& words);
+  [[nodiscard]] std::string DoAttach(const Words& words);
+  [[nodiscard]] std::string DoDetach(const Words& words);
   [[nodiscard]] std::string DoFill(const Words& words);
   [[nodiscard]] std::string DoPass(const Words& words);
   [[nodiscard]] std::string DoSensor(const Words& words);

@@ -1,6 +1,7 @@
 #include "instrument/instrument_line.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace instrument {
@@ -12,6 +13,8 @@ constexpr char kRefused = '?';
 constexpr std::string_view kNoise = "\x01\x7F\xF0\xFE\x55~#U";
 constexpr int kNoiseBytes = 2;
 constexpr std::uint16_t kNoValue = 0x8000;
+constexpr char kCollision = '~';
+constexpr std::size_t kMostInstruments = 16;
 
 // A reply is told worse, never better.
 void Worsen(Reply& reply, Fate fate) {
@@ -48,6 +51,30 @@ InstrumentLine::Station::Station(const InstrumentSettings& settings, TruthLog& t
 
 void InstrumentLine::Add(const InstrumentSettings& settings) {
   stations_.emplace_back(settings, truth_);
+  first_ = first_.value_or(settings);
+}
+
+bool InstrumentLine::Attach(int inet, bool fast) {
+  if (stations_.size() >= kMostInstruments) {
+    return false;
+  }
+  InstrumentSettings settings = first_.value_or(InstrumentSettings{});
+  ++attached_;
+  settings.inet = inet;
+  settings.fast = fast;
+  settings.seed += attached_;
+  Add(settings);
+  return true;
+}
+
+bool InstrumentLine::Detach(int inet) {
+  const auto has_number = [inet](const Station& s) { return s.instrument.Inet() == inet; };
+  const auto last = std::find_if(stations_.rbegin(), stations_.rend(), has_number);
+  if (last == stations_.rend()) {
+    return false;
+  }
+  stations_.erase(std::next(last).base());
+  return true;
 }
 
 InstrumentLine::Station* InstrumentLine::FindStation(int inet) {
@@ -85,17 +112,41 @@ void InstrumentLine::Advance(Instrument::Time time, Instrument::Pace pace) {
   }
 }
 
+// All instruments of the number that is meant hear the command and answer at the same time.
 std::optional<Reply> InstrumentLine::Answer(const Command& command) {
-  Station* station = FindStation(command.inet);
-  if (station == nullptr || station->faults.Strikes(Fault::kSilence) ||
-      station->faults.Strikes(Fault::kLostRequest)) {
+  const Station* meant = FindStation(command.inet);
+  if (meant == nullptr) {
     return std::nullopt;
   }
-  Reply reply = Obey(*station, command);
+  const int inet = meant->instrument.Inet();
+  is_number_taken_ = TakesNumberOfAnother(inet, command);
+  std::vector<Station*> hearing;
+  for (Station& station : stations_) {
+    if (station.instrument.Inet() == inet) {
+      hearing.push_back(&station);
+    }
+  }
+  std::optional<Reply> together;
+  for (Station* station : hearing) {
+    std::optional<Reply> reply = AnswerOf(*station, command);
+    if (together && reply) {
+      TalkOver(*together, *reply);
+    } else if (reply) {
+      together = std::move(reply);
+    }
+  }
+  return together;
+}
+
+std::optional<Reply> InstrumentLine::AnswerOf(Station& station, const Command& command) {
+  if (station.faults.Strikes(Fault::kSilence) || station.faults.Strikes(Fault::kLostRequest)) {
+    return std::nullopt;
+  }
+  Reply reply = Obey(station, command);
   if (reply.bytes.empty()) {
     return std::nullopt;
   }
-  if (station->faults.Strikes(Fault::kLostReply)) {
+  if (station.faults.Strikes(Fault::kLostReply)) {
     if (reply.handed) {
       reply.handed->fate = Fate::kLost;
       truth_.Handed(*reply.handed);
@@ -103,9 +154,37 @@ std::optional<Reply> InstrumentLine::Answer(const Command& command) {
     return std::nullopt;
   }
   const std::string clean = reply.bytes;
-  Spoil(*station, reply);
-  station->last_reply = clean;
+  Spoil(station, reply);
+  station.last_reply = clean;
   return reply;
+}
+
+// An instrument knows nothing of the others; the line keeps them from getting one number by a
+// command. Those that share a number change it together.
+bool InstrumentLine::TakesNumberOfAnother(int inet, const Command& command) const {
+  const bool renumbers =
+      command.write && command.access == Access::kMemory && command.address == kUnitNumberAddress;
+  const auto has_it = [&](const Station& s) { return s.instrument.Inet() == command.word + 1; };
+  return renumbers && command.word + 1 != inet &&
+         std::any_of(stations_.begin(), stations_.end(), has_it);
+}
+
+// Two talk at the same time: where they say different things nothing can be read.
+void InstrumentLine::TalkOver(Reply& reply, const Reply& other) {
+  const bool is_same = reply.bytes == other.bytes;
+  const std::size_t common = std::min(reply.bytes.size(), other.bytes.size());
+  for (std::size_t place = 0; place < common; ++place) {
+    reply.bytes[place] = reply.bytes[place] == other.bytes[place] ? reply.bytes[place] : kCollision;
+  }
+  reply.bytes += other.bytes.substr(std::min(reply.bytes.size(), other.bytes.size()));
+  if (!is_same) {
+    Worsen(reply, Fate::kSpoiled);
+  }
+  if (other.handed) {
+    HandedSample handed = *other.handed;
+    handed.fate = is_same ? handed.fate : Fate::kSpoiled;
+    truth_.Handed(handed);
+  }
 }
 
 Reply InstrumentLine::Obey(Station& station, const Command& command) {
@@ -161,7 +240,7 @@ bool InstrumentLine::MissesValue(Station& station, const Command& command) {
   return is_present_value && station.faults.Strikes(Fault::kNoValue);
 }
 
-bool InstrumentLine::Write(Instrument& instrument, const Command& command) {
+bool InstrumentLine::Write(Instrument& instrument, const Command& command) const {
   switch (command.access) {
     case Access::kRegister:
       return instrument.WriteRegister(command.address, static_cast<std::int16_t>(command.word));
@@ -172,12 +251,7 @@ bool InstrumentLine::Write(Instrument& instrument, const Command& command) {
       break;
   }
   // Two instruments of one number would talk at the same time, so a taken one is refused.
-  const bool renumbers = command.address == kUnitNumberAddress;
-  const Instrument* holder = renumbers ? Find(command.word + 1) : nullptr;
-  if (holder != nullptr && holder != &instrument) {
-    return false;
-  }
-  return instrument.WriteMemory(command.address, command.word);
+  return !is_number_taken_ && instrument.WriteMemory(command.address, command.word);
 }
 
 void InstrumentLine::Spoil(Station& station, Reply& reply) {

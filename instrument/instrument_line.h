@@ -2,7 +2,7 @@
 #define TAVREL_INSTRUMENT_INSTRUMENT_LINE_H_
 
 #include <chrono>
-#include <deque>
+#include <list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,8 +29,16 @@ class InstrumentLine {
   // `truth` outlives the line.
   InstrumentLine(LineMode mode, TruthLog& truth) : mode_(mode), truth_(truth) {}
 
-  // Instruments have different numbers; the one with the lowest answers what names none.
+  // The instrument with the lowest number answers what names none.
   void Add(const InstrumentSettings& settings);
+
+  // A fresh instrument of that number is put to the line, beside those that have it already: it is
+  // built as the first of all was, with amplifiers of its own. False: there is no room for more.
+  [[nodiscard]] bool Attach(int inet, bool fast);
+
+  // Takes the instrument of that number off the line, of several the one that came last, with all
+  // that it holds. False: there is none.
+  [[nodiscard]] bool Detach(int inet);
 
   // Lets the meant instrument carry the command out. Nothing: no answer comes, because nobody
   // has that number, the command needs none, or a fault swallowed it.
@@ -52,15 +60,21 @@ class InstrumentLine {
     std::string last_reply;
   };
   [[nodiscard]] Station* FindStation(int inet);
+  [[nodiscard]] std::optional<Reply> AnswerOf(Station& station, const Command& command);
+  [[nodiscard]] bool TakesNumberOfAnother(int inet, const Command& command) const;
+  void TalkOver(Reply& reply, const Reply& other);
   [[nodiscard]] Reply Obey(Station& station, const Command& command);
   [[nodiscard]] static bool MissesValue(Station& station, const Command& command);
   [[nodiscard]] Reply ReadValue(Instrument& instrument, const Command& command);
-  [[nodiscard]] bool Write(Instrument& instrument, const Command& command);
+  [[nodiscard]] bool Write(Instrument& instrument, const Command& command) const;
   static void Spoil(Station& station, Reply& reply);
 
   LineMode mode_;
   TruthLog& truth_;
-  std::deque<Station> stations_;
+  std::list<Station> stations_;
+  std::optional<InstrumentSettings> first_;  // as the first instrument was built
+  std::uint64_t attached_ = 0;               // instruments that came while the line ran
+  bool is_number_taken_ = false;             // the command in work would give a number twice
 };
 
 }  // namespace instrument

@@ -3,7 +3,7 @@
 
 #include "dialogs/choose_directory.h"
 #include "dialogs/copy_files.h"
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 #include "dialogs/open_file.h"
 #include "files/file_index.h"
 #include "files/recording_engine.h"
@@ -12,9 +12,10 @@
 #include "graph/graph_output.h"
 #include "link/link.h"
 #include "main/attachment.h"
+#include "main/main_commands.h"
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
-#include "main/main_window.h"
+#include "main/settings_dialog.h"
 #include "main/simulation_question.h"
 #include "main/start_up.h"
 #include "platform/clipboard.h"
@@ -26,11 +27,17 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "setup/installation.h"
+#include "setup/numbering.h"
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
+#include "state/stepped_screen.h"
 #include "work/colour_choice.h"
+#include "work/controller_settings.h"
 #include "work/coordinates.h"
+#include "work/pid_parameters.h"
+#include "work/program_editor.h"
 #include "work/program_runner.h"
 #include "work/recording_settings.h"
 #include "work/unsure_registers.h"
@@ -50,6 +57,7 @@ struct Machine {
   Printer& printer;
   Clipboard& clipboard;
   const Regional& regional;
+  DirectoryLists::ListPlaces list_places = MountedPlaces;  // where the lists of directories begin
 };
 
 // The logic of the whole program, joined: one instance for the life of the process. The program
@@ -70,14 +78,20 @@ struct ProgramLogic {
   ProgramRunner runner{{state, link, engine, machine.dialogs, machine.events, machine.clock}};
   UnsureRegisters unsure{{state, link, messages, machine.clock}};
   FileIndex index{{state, machine.events, machine.clock}};
-  OpenFile open_file{{state, index, machine.dialogs, machine.screens, machine.events}};
-  CopyFiles copy_files{{state, open_file, machine.dialogs, machine.events, machine.clock}};
-  DirectoryChoice directory{state, machine.screens};
-  MessageForm message{state, machine.screens};
+  OpenFile open_file{
+      {state, index, machine.dialogs, machine.screens, machine.events, machine.list_places}};
+  CopyFiles copy_files{
+      {state, open_file, machine.dialogs, machine.events, machine.clock, machine.list_places}};
+  DirectoryChoice directory{state, machine.screens, machine.list_places};
+  MessageBoxLogic message{state, machine.screens};
   RecordingSettings recording_settings{
       {state, files, settings, messages, machine.dialogs, machine.screens}};
   Coordinates coordinates{state, machine.dialogs, machine.screens};
   ColourChoice colours{state, machine.screens};
+  ControllerSettings controller_settings{{state, link, machine.dialogs, machine.screens, unsure}};
+  PidParameters pid_parameters{
+      {state, link, machine.dialogs, machine.screens, unsure, engine.Orders()}};
+  ProgramEditor program_editor{{state, machine.dialogs}};
   WaitBar wait_bar{state, machine.events, machine.clock};
   Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
                        machine.dialogs, machine.screens, machine.events, machine.clock}};
@@ -87,12 +101,22 @@ struct ProgramLogic {
   MainSheet sheet{
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
+  Installation installation{
+      {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },
+        [this](int slot) { attachment.ShowSlot(slot); }},
+       machine.dialogs,
+       machine.events,
+       [this](int slot) { return sheet.IsControllerOn(slot); }}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   SimulationQuestion simulation{state, link, machine.dialogs};
+  SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
-                   machine.clock}};
-  MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
-                     machine.screens, machine.events, machine.shell, machine.clock}};
-  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
+                   stepped, machine.clock}};
+  MainCommands commands{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
+                         machine.screens, machine.events, machine.shell, machine.clock}};
+  SettingsDialog settings_dialog{
+      {state, link, settings, commands, directory, machine.dialogs, machine.shell}};
+  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, commands,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 

@@ -7,21 +7,24 @@
 #include "base/language.h"
 #include "platform/directory_lists.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
 // ALL_DIR, the choice of a directory: what its form shows, and the choice for the rule that asks
 // for one. One instance for the life of the program; the form is open at most once.
-class DirectoryChoice {
+class DirectoryChoice : public ModalScreen {
  public:
   static constexpr BothLanguages kOkTip{" ok  (enter-key)  ", " Auswählen  (Eingabe-Taste) "};
 
   // All outlive this.
   DirectoryChoice(RunState& state, Screens& screens,
                   DirectoryLists::ListPlaces list_places = MountedPlaces)
-      : state_(state), screens_(screens), lists_(std::move(list_places)) {}
+      : ModalScreen(state, View::kAllDir),
+        state_(state),
+        screens_(screens),
+        lists_(std::move(list_places)) {}
 
   // Shows the form, beginning with `directory`. The chosen directory without a separator at its
   // end, or nothing if the user left without a choice.
@@ -31,20 +34,13 @@ class DirectoryChoice {
   [[nodiscard]] DirectoryLists& Lists() { return lists_; }
   [[nodiscard]] Language TipLanguage() const { return LanguageOf(state_.Settings.HelpLang); }
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
-
   // The button and the Enter key: the path of the lists is chosen.
   void CmdOK_Click();
-
-  // The Escape key and the close box: nothing is chosen.
-  void Leave();
 
  private:
   RunState& state_;
   Screens& screens_;
   DirectoryLists lists_;
-  std::optional<ScreenInFront> screen_;
   std::optional<std::string> chosen_;
 };
 

@@ -15,7 +15,7 @@ constexpr int kTypeWithCompanions = 3;  // link variant whose recordings have a 
 constexpr char kCompanionLetter = 'C';
 
 // Where `name` is in `directory`, or would be.
-std::string PlaceOf(const std::string& directory, const std::string& name) {
+std::string PathIn(const std::string& directory, const std::string& name) {
   return FindFile(directory, name).value_or(JoinPath(directory, name));
 }
 
@@ -26,10 +26,13 @@ std::string CompanionOf(std::string name) {
 
 }  // namespace
 
-CopyFiles::CopyFiles(Parts parts) : parts_(std::move(parts)), lists_(parts_.list_places) {}
+CopyFiles::CopyFiles(Parts parts)
+    : ModalScreen(parts.state, View::kAllCopy),
+      parts_(std::move(parts)),
+      lists_(parts_.list_places) {}
 
-void CopyFiles::Load() {
-  screen_.emplace(parts_.state, View::kAllCopy);
+void CopyFiles::Open() {
+  OpenScreen();
   values_ = CopyFilesValues();
   values_.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
   values_.noFiles = std::to_string(parts_.open_file.SelectedNames().size());
@@ -65,7 +68,7 @@ void CopyFiles::cmdCopy_Click(const std::function<void()>& show) {
   }
   if (counts.Data + counts.Curves > 0 || stop_) {
     stop_ = false;
-    Leave();
+    Quit();
   }
 }
 
@@ -105,8 +108,8 @@ bool CopyFiles::ServeEvents() {
 }
 
 CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string& target) {
-  const std::string from = PlaceOf(parts_.open_file.Directory(), name);
-  const std::string to = PlaceOf(target, name);
+  const std::string from = PathIn(parts_.open_file.Directory(), name);
+  const std::string to = PathIn(target, name);
   if (IsSameFile(from, to)) {
     Refuse(name, "Source = Destination");
     return Outcome::kNot;
@@ -145,14 +148,12 @@ void CopyFiles::SetDestPath(const std::string& path) {
   }
 }
 
-void CopyFiles::Leave() {
+void CopyFiles::Quit() {
   if (values_.IsCopying) {
     stop_ = true;
     return;
   }
-  if (screen_) {
-    screen_->Leave();
-  }
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -12,8 +12,8 @@
 #include "platform/directory_lists.h"
 #include "platform/events.h"
 #include "platform/progress_meter.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -29,7 +29,7 @@ struct CopyFilesValues {
 // ALL_COPY, the copying of the files that are selected in ALL_OPEN to another directory: what the
 // form shows and what its controls do. One instance for the life of the program; the form is open
 // at most once.
-class CopyFiles {
+class CopyFiles : public ModalScreen {
  public:
   struct Parts {  // all outlive this
     RunState& state;
@@ -42,9 +42,8 @@ class CopyFiles {
   explicit CopyFiles(Parts parts);
 
   // The form comes to the front, on the last destination; where that is gone, on the user's home.
-  void Load();
+  void Open();
 
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
   [[nodiscard]] const CopyFilesValues& Values() const { return values_; }
 
   [[nodiscard]] DirectoryLists& Lists() { return lists_; }
@@ -56,8 +55,8 @@ class CopyFiles {
   // `show` runs whenever the values change before this returns. Timers go on meanwhile.
   void cmdCopy_Click(const std::function<void()>& show);
 
-  // The Escape key and the close box.
-  void Leave();
+  // Ends the copying that goes on, else closes.
+  void Quit() override;
 
  private:
   // How one file went.
@@ -80,7 +79,6 @@ class CopyFiles {
   Parts parts_;
   DirectoryLists lists_;
   CopyFilesValues values_;
-  std::optional<ScreenInFront> screen_;
   bool stop_ = false;  // the user has had enough
 };
 

@@ -9,10 +9,13 @@
 
 namespace tavrel {
 
-OpenFile::OpenFile(Parts parts) : parts_(std::move(parts)), lists_(parts_.list_places) {}
+OpenFile::OpenFile(Parts parts)
+    : ModalScreen(parts.state, View::kAllOpen),
+      parts_(std::move(parts)),
+      lists_(parts_.list_places) {}
 
-void OpenFile::Load() {
-  screen_.emplace(parts_.state, View::kAllOpen);
+void OpenFile::Open() {
+  OpenScreen();
   values_ = OpenFileValues();
   values_.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
   values_.SortKey = parts_.state.Settings.SortKey;
@@ -94,7 +97,7 @@ void OpenFile::cmdOpen_Click() {
   }
   SetOpenPath(parts_.index.ListedDirectory());
   SetOpenFile(name);
-  Leave();
+  CloseScreen();
 }
 
 // The rows of another directory are not built again for nobody to see: without IndexValid the
@@ -108,7 +111,7 @@ void OpenFile::cmdBack_Click() {
   }
   state.IndexValid = false;
   SetOpenFile("");
-  Leave();
+  CloseScreen();
 }
 
 void OpenFile::cmdNew_Click(const std::function<void()>& show) {
@@ -152,12 +155,6 @@ void OpenFile::SetOpenFile(const std::string& name) {
   if (state.Settings.OpenFile != name) {
     state.Settings.OpenFile = name;
     state.SettingsChanged = true;
-  }
-}
-
-void OpenFile::Leave() {
-  if (screen_) {
-    screen_->Leave();
   }
 }
 

@@ -13,8 +13,8 @@
 #include "platform/events.h"
 #include "platform/progress_meter.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -39,7 +39,7 @@ struct OpenFileValues {
 // ALL_OPEN, the choice of a recording file by the index of its directory: what the form shows and
 // what its controls do. The choice goes to OpenFile and OpenPath of the settings; OpenFile is
 // empty after Cancel. One instance for the life of the program; the form is open at most once.
-class OpenFile {
+class OpenFile : public ModalScreen {
  public:
   struct Parts {  // all outlive this
     RunState& state;
@@ -52,13 +52,12 @@ class OpenFile {
   explicit OpenFile(Parts parts);
 
   // The form comes to the front: its number is in ActiveView until it is left.
-  void Load();
+  void Open();
 
   // The form is on the screen: the index is built if the rows are not valid. `show` runs whenever
   // the values change before this returns, so that a long search is seen.
   void Display(const std::function<void()>& show);
 
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
   [[nodiscard]] const OpenFileValues& Values() const { return values_; }
   [[nodiscard]] const std::vector<IndexRow>& Rows() const { return parts_.index.Rows(); }
   [[nodiscard]] DirectoryLists& Lists() { return lists_; }
@@ -77,6 +76,7 @@ class OpenFile {
 
   // The Escape key and the close box do the same. The next opening begins in the data directory.
   void cmdBack_Click();
+  void CloseNow() override { cmdBack_Click(); }
 
   // Lists the directory that the lists show. `show` as in Display.
   void cmdNew_Click(const std::function<void()>& show);
@@ -92,12 +92,10 @@ class OpenFile {
   void SetOpenPath(const std::string& path);
   void SetOpenFile(const std::string& name);
   [[nodiscard]] std::string NameAt(int row) const;
-  void Leave();
 
   Parts parts_;
   DirectoryLists lists_;
   OpenFileValues values_;
-  std::optional<ScreenInFront> screen_;
 };
 
 }  // namespace tavrel

@@ -1,10 +1,12 @@
 #include "files/recording_engine.h"
 
+#include <algorithm>
 #include <string>
 
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
 #include "files/simulated_rows.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -171,28 +173,24 @@ void RecordingEngine::EndFullSlot(int slot) {
 void RecordingEngine::ReadOneSample() {
   const int slot = state_.PumpSlot;
   const int channel = state_.PumpChannel;
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kOldestValue;
-  link_.ComIndex = static_cast<std::int16_t>(channel);
   // The instrument hands the value over whether or not its reply arrives.
   files_.KeepHeldSet(slot, channel);
   const auto asked = clock_.Elapsed();
-  link_.ReadReg();
-  const bool is_good = link_.NoTrailingBytes();
+  const Reading oldest = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kOldestValue, channel});
   NoteExchange(slot, asked);
-  if (!is_good) {
+  if (!oldest.IsGood()) {
     NoteFailure(slot, channel);
     return;
   }
-  NoteSample(slot, channel, asked);
-  if (link_.ComValue == kNoData) {
+  NoteSample(slot, channel, oldest.word, asked);
+  if (oldest.word == kNoData) {
     // The inputs of a recording are sampled within one interval: those that have not been read
     // yet may have one value each.
     TakeBufferCount(slot, 1, asked);
   }
   const int simulated_word = channel * 10;
   TakeSample(slot, channel,
-             link_.Simulated ? static_cast<std::int16_t>(simulated_word) : link_.ComValue);
+             link_.Simulated ? static_cast<std::int16_t>(simulated_word) : oldest.word);
   --state_.PumpChannel;
 }
 
@@ -210,15 +208,12 @@ void RecordingEngine::NoteExchange(int slot, std::chrono::nanoseconds asked) {
 // Asks how many sets wait for the slot.
 void RecordingEngine::ReadBufferCount(int slot) {
   const int input = InputToCount(slot);
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kBuffered;
-  link_.ComIndex = static_cast<std::int16_t>(input);
   const auto asked = clock_.Elapsed();
-  link_.ReadReg();
-  if (link_.NoTrailingBytes()) {
-    TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), asked);
-    columns_.NoteStored(slot, input, link_.ComValue);
-  } else if (link_.ComResult == LinkResult::kRejected) {
+  const Reading count = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kBuffered, input});
+  if (count.IsGood()) {
+    TakeBufferCount(slot, SetsOf(slot, input, count.word), asked);
+    columns_.NoteStored(slot, input, count.word);
+  } else if (count.status == LinkResult::kRejected) {
     order_.TakeRefusal(slot);
   } else {
     order_.TakeFailure(slot, asked);
@@ -399,12 +394,30 @@ void RecordingEngine::RestoreFile(int slot) {
   }
 }
 
-std::string RecordingEngine::SaveSetInHand(int slot) {
-  std::string text;
-  if (IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1 && files_.IsFileLost(slot)) {
-    text = files_.RestoreFile(slot).value_or("");
-    state_.SettingsChanged = true;  // they may have to name another file
+std::optional<std::chrono::seconds> RecordingEngine::BuffersLast() const {
+  std::optional<std::chrono::seconds> shortest;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (state_.ReadState[slot] == ReadState::kIdle || state_.SlotFile[slot].empty()) {
+      continue;
+    }
+    const int room = order_.Fill(slot).LeastRoom(clock_.Elapsed()).value_or(0);
+    const std::chrono::seconds time(std::int64_t{room} * state_.RecInterval[slot]);
+    shortest = std::min(shortest.value_or(time), time);
   }
+  return shortest;
+}
+
+// What is to be told to the user; empty if nothing is.
+std::string RecordingEngine::RestoreIfLost(int slot) {
+  if (!IsSlot(slot) || state_.Unit[slot].UnitRecOn != 1 || !files_.IsFileLost(slot)) {
+    return "";
+  }
+  state_.SettingsChanged = true;  // they may have to name another file
+  return files_.RestoreFile(slot).value_or("");
+}
+
+std::string RecordingEngine::SaveSetInHand(int slot) {
+  const std::string text = RestoreIfLost(slot);
   const std::string unsaved = files_.SaveSetInHand(slot);
   return text.empty() || unsaved.empty() ? text + unsaved : text + "\n" + unsaved;
 }

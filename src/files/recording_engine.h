@@ -71,6 +71,14 @@ class RecordingEngine {
   // tried once more; if that fails it stays beside the file, and the user is told.
   void StopRecording(int slot);
 
+  // The slot is about to be given to another test: its recording ends without a question, and a
+  // file that others have taken away is put to the disk again first. A complete set in hand is
+  // written or, if that fails, left beside the file; nothing else of a set or a doubt survives.
+  // The file is still open afterwards, unless its header could not be written: SlotFile is empty
+  // then. True if nothing was left beside the file. An order to switch the controller off stays:
+  // it is the instrument's and not the test's.
+  bool GiveUpTest(int slot);
+
   // The file of the slot is full: stops the recording and carries out UnitEndAction. If the
   // recording goes on in a next file, ReadState is kReading afterwards; if that file cannot be made
   // now, kWaiting: the recording stays on in the full file, WriteFailed says so, and every
@@ -87,6 +95,10 @@ class RecordingEngine {
   // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
   // to be saved afterwards.
   [[nodiscard]] std::string SaveSetInHand(int slot);
+
+  // How long all recordings that run can do without the pump at least, until the first of their
+  // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
+  [[nodiscard]] std::optional<std::chrono::seconds> BuffersLast() const;
 
   // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
   // rows holds no longer once an instrument answers, and a half-read set of it goes on.
@@ -121,11 +133,15 @@ class RecordingEngine {
 
   // The columns: what to do about values that were lost on the line.
   using Time = std::chrono::nanoseconds;
-  void NoteSample(int slot, int channel, Time asked);
+  void NoteSample(int slot, int channel, std::int16_t word, Time asked);
   void NoteFailure(int slot, int channel);
   void MendColumns(int slot);
-  [[nodiscard]] std::optional<ColumnKeeper::Exchange> ReadForColumns(int slot, const char* letter,
-                                                                     int input);
+  // A word and when it was read.
+  struct TimedWord {
+    std::int16_t word;
+    ColumnKeeper::Exchange when;
+  };
+  [[nodiscard]] std::optional<TimedWord> ReadForColumns(int slot, const char* letter, int input);
   void CountForColumns(int slot, int input);
   void DiscardForColumns(int slot, int input);
   void LearnOrder();
@@ -140,12 +156,12 @@ class RecordingEngine {
   [[nodiscard]] std::optional<Notice> WhyNotOnInstrument(const UnitRecord& unit);
   [[nodiscard]] bool MaySimulate(int slot);
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
-  [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
   void GoOnInNextFile(int slot);
   [[nodiscard]] bool WaitsForNextFile(int slot) const;
   [[nodiscard]] bool SaveSettings(int slot);
   void CloseGraphOf(int slot);
+  [[nodiscard]] std::string RestoreIfLost(int slot);
   void StopInFile(int slot);
   void EndInFile(int slot);
 

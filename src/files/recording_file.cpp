@@ -348,6 +348,13 @@ void RecordingFiles::CloseRecordingFile(int slot) {
   }
 }
 
+void RecordingFiles::DropEmptyFile(const std::string& path) {
+  if (!IsOpenInSlot(state_, path)) {
+    static_cast<void>(DeleteFile(path));
+    state_.IndexValid = false;
+  }
+}
+
 void RecordingFiles::DeleteRecordingFile(int slot) {
   if (!IsTableSlot(slot)) {
     return;

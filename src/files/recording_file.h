@@ -82,6 +82,10 @@ class RecordingFiles {
   // What was written is on the disk afterwards.
   void CloseRecordingFile(int slot);
 
+  // Deletes the file at `path`, which held no sample when its slot has left it, unless a slot or
+  // the viewer has it: somebody looks at it.
+  void DropEmptyFile(const std::string& path);
+
   // Closes and deletes.
   void DeleteRecordingFile(int slot);
 

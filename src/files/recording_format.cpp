@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "base/file_names.h"
 #include "base/number.h"
 #include "base/text.h"
 
@@ -16,6 +17,7 @@ constexpr double kSecondsPerMinute = 60;
 constexpr double kSecondsPerHour = 3600;
 constexpr std::size_t kLetterPlace = 7;  // place 8 of a name, counted from 0
 constexpr std::size_t kExtensionLength = 3;
+constexpr std::string_view kUndefinedCodes = "\x81\x8D\x8F\x90\x9D";  // of Windows-1252
 constexpr char kLastLetter = '~';  // the codes above it are no letters of a name
 
 // Minutes of a new X axis, for one channel at one row a second. The constant is fixed.
@@ -38,6 +40,14 @@ bool IsUnfit(char character) {
 
 bool IsUnfitInExtension(char character) {
   return IsUnfit(character) || character == '.' || character == ' ';
+}
+
+// Also what would end the text in quotes that the settings hold, and the codes that control a
+// printer or are none.
+bool IsUnfitInNewExtension(char character) {
+  const auto code = static_cast<unsigned char>(character);
+  const bool is_undefined = kUndefinedCodes.find(character) != std::string_view::npos;
+  return IsUnfitInExtension(character) || character == '\'' || code == 0x7F || is_undefined;
 }
 
 // The first three letters of the designation in capitals. A designation comes from a file and
@@ -133,6 +143,13 @@ std::string NextFileName(std::string_view name) {
 bool IsNameForNewFile(std::string_view name) {
   return !name.empty() && std::none_of(name.begin(), name.end(), IsUnfit) &&
          UpperCase(name) == name;
+}
+
+bool IsExtensionForNewFile(std::string_view extension) {
+  const std::string bytes = ToWindows1252(UpperCase(Trim(extension)));
+  return !bytes.empty() && bytes.size() <= kExtensionLength &&
+         std::none_of(bytes.begin(), bytes.end(), IsUnfitInNewExtension) &&
+         IsDataFileName("x." + FromWindows1252(bytes));
 }
 
 std::string DateText(const WallTime& now) {

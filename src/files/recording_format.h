@@ -75,6 +75,11 @@ inline constexpr int kBufferSets = 896;  // sample sets that an instrument holds
 // different would be one to the disk) and holds nothing that a file name cannot hold.
 [[nodiscard]] bool IsNameForNewFile(std::string_view name);
 
+// True if the trimmed text may be the extension of recordings: one to three characters that can
+// stand in a file name and between the quotes of the settings, and that Windows-1252 has; not one
+// of the extensions that belong to other kinds of files.
+[[nodiscard]] bool IsExtensionForNewFile(std::string_view extension);
+
 // "mm-dd-yyyy / hh:nn".
 [[nodiscard]] std::string DateText(const WallTime& now);
 

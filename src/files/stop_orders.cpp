@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 
@@ -193,13 +194,8 @@ bool StopOrders::SendDue() {
 }
 
 bool StopOrders::Send(const StopOrder& order) {
-  Link& link = parts_.link;
-  link.ComInet = order.Inet;
-  link.ComLetter = reg::kControllerState;
-  link.ComIndex = order.Controller;
-  link.ComValue = controller::kOff;
-  link.WriteReg();
-  return link.IsGood(order.Inet);
+  const Register state{order.Inet, reg::kControllerState, order.Controller};
+  return IsGood(Write(parts_.link, state, controller::kOff));
 }
 
 void StopOrders::Drop(int inet, int controller) {
@@ -209,6 +205,24 @@ void StopOrders::Drop(int inet, int controller) {
 
 void StopOrders::DropInstrument(int inet) {
   DropIf([=](const StopOrder& order) { return order.Inet == inet; });
+}
+
+void StopOrders::Renumber(int from_inet, int to_inet) {
+  if (from_inet == to_inet || parts_.link.Simulated) {
+    return;
+  }
+  DropInstrument(to_inet);
+  bool is_any = false;
+  for (StopOrder& order : orders_) {
+    if (order.Inet == from_inet) {
+      order.Inet = static_cast<std::int16_t>(to_inet);
+      order.IsDue = true;
+      is_any = true;
+    }
+  }
+  if (is_any) {
+    Changed();
+  }
 }
 
 template <typename Predicate>

@@ -73,9 +73,12 @@ class StopOrders {
   // Somebody else has switched that controller with success: an order for it is void.
   void Drop(int inet, int controller);
 
-  // The instrument is another one from now on, installed anew or renumbered: so are all orders for
-  // it.
+  // The instrument with this number is another one from now on: all orders for it are void.
   void DropInstrument(int inet);
+
+  // The instrument has got a new number, and its orders with it: its ovens are still to be off.
+  // What waited under the new number was for another one.
+  void Renumber(int from_inet, int to_inet);
 
   [[nodiscard]] bool IsWaiting(int inet, int controller) const;
 

@@ -13,7 +13,8 @@ constexpr double kCursorUp = 100;  // steps of the keyboard's cursor in the heig
 }  // namespace
 
 Graph::Graph(const Parts& parts)
-    : parts_(parts),
+    : ModalScreen(parts.state, View::kTavGraph),
+      parts_(parts),
       plotter_({parts.state, graph_, values_, parts.events}),
       marks_({parts.state, graph_, values_, plotter_, parts.dialogs,
               [this] { tools_.CancelTool(); }, [this] { cmdPart_Click(); }}),
@@ -37,7 +38,7 @@ void Graph::Open() {
   if (IsOpen() || !CanBeShown()) {
     return;
   }
-  screen_.emplace(parts_.state, View::kTavGraph);
+  OpenScreen();
   parts_.state.GraphMustClose = false;
   ResetValues();
   if (!parts_.state.OverPrepared) {
@@ -103,7 +104,7 @@ void Graph::Leave() {
   parts_.state.GraphIdle = true;
   parts_.state.GraphMustClose = false;
   graph_.GraphLoaded = false;
-  screen_->Leave();
+  CloseScreen();
 }
 
 void Graph::CloseNow() {

@@ -13,8 +13,8 @@
 #include "platform/dialogs.h"
 #include "platform/events.h"
 #include "platform/shell.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -24,7 +24,7 @@ enum class CursorMove { kLeft, kRight, kUp, kDown, kToStart, kToEnd };
 // TavGraph, the form of the curves of SelSlot: the overview, whose extent stands in the header,
 // and the part view, a rectangle that the user drew on it. One instance for the life of the
 // program. The pictures grow with the recording at every tick of Timer_Graph.
-class Graph {
+class Graph : public ModalScreen {
  public:
   struct Parts {  // all outlive this
     RunState& state;
@@ -34,8 +34,6 @@ class Graph {
     Shell& shell;
   };
   explicit Graph(const Parts& parts);
-  Graph(const Graph&) = delete;
-  Graph& operator=(const Graph&) = delete;
 
   // The pictures to paint on, before Open; they live until Attach(nullptr).
   void Attach(GraphSurfaces* surfaces) { plotter_.Attach(surfaces); }
@@ -43,15 +41,12 @@ class Graph {
   // Before the form is shown. No effect while the graph is in front.
   void Open();
 
-  // False: the form hides.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
-
   // Closes at once, with the header written: the program ends, or the form is gone.
-  void CloseNow();
+  void CloseNow() override;
 
   // What the form shows now. The form reads it after every event.
   [[nodiscard]] const GraphValues& Values() const { return values_; }
-  [[nodiscard]] const GraphState& Inside() const { return graph_; }
+  [[nodiscard]] const GraphState& State() const { return graph_; }
 
   // Every 100 ms while TimerOn. Draws what is new; serves events meanwhile.
   void Timer_Graph_Timer();
@@ -63,7 +58,8 @@ class Graph {
 
   void cmdPart_Click();
   void cmdOver_Click();
-  void cmdExit_Click();  // also the close box: the next tick closes the form
+  void cmdExit_Click();  // the next tick closes the form
+  void Quit() override { cmdExit_Click(); }
   void CboXY_Click(int index);
   void KeyEnter();
   void KeyEscape();
@@ -110,7 +106,6 @@ class Graph {
   GraphPlotter plotter_;
   GraphMarks marks_;
   GraphTools tools_;
-  std::optional<ScreenInFront> screen_;
 };
 
 }  // namespace tavrel

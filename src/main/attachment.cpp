@@ -85,6 +85,8 @@ void Attachment::RetryWaiting() {
 void Attachment::ShowSlot(int slot) {
   if (Waits(slot)) {
     parts_.sheet.ShowWaitingRow(slot);
+  } else if (parts_.state.SlotFile[slot].empty()) {
+    parts_.sheet.HideRow(slot);
   } else {
     parts_.sheet.ShowRow(slot);
   }

@@ -42,6 +42,9 @@ class Attachment {
   // The slot has a key and no file. It is not free.
   [[nodiscard]] bool Waits(int slot) const;
 
+  // Shows on the sheet what the slot is now: in use, waiting, or free.
+  void ShowSlot(int slot);
+
   // The instruments of the slots that wait, by INET. Empty optional: one of them is unknown, since
   // the header of its file cannot be read.
   [[nodiscard]] std::optional<std::set<int>> WaitingInstruments() const;
@@ -49,7 +52,6 @@ class Attachment {
  private:
   void AttachSlot(int slot);
   [[nodiscard]] bool Open(int slot);
-  void ShowSlot(int slot);
   void TellOfDropped();
   void MakeDefaultSlot();
 

@@ -32,7 +32,7 @@ void MainCycle::Tick() {
     return;
   }
   if (parts_.state.ActiveView == View::kTavNum) {
-    parts_.state.Trigger = !parts_.state.Trigger;
+    StepNumbering();
     return;
   }
   in_tick_ = true;
@@ -41,6 +41,17 @@ void MainCycle::Tick() {
   parts_.messages.ShowKept();
   parts_.simulation.AskIfDue();
   GoOnIfPressed();
+}
+
+// The line belongs to the screen that assigns numbers: nothing else of the cycle runs beneath it.
+void MainCycle::StepNumbering() {
+  in_tick_ = true;
+  if (parts_.link.IsSettled()) {
+    const Messages::Deferral deferral(parts_.messages);
+    StepScreenInFront();
+  }
+  in_tick_ = false;
+  parts_.messages.ShowKept();
 }
 
 void MainCycle::GoOnIfPressed() {
@@ -79,8 +90,9 @@ void MainCycle::RunTick() {
     return;
   }
   const bool is_free = ServeScreen();
-  BlinkTrigger();
-  if (is_free) {
+  StepServiceScreen();
+  // Behind an exchange of the screen that failed the rest waits for one of the next ticks.
+  if (is_free && parts_.link.IsSettled()) {
     DoFreeWork();
   }
   parts_.sheet.RefreshInfo();
@@ -102,10 +114,15 @@ bool MainCycle::StandsAtMidnight() {
   return false;
 }
 
-// A controller is off while its wait bar runs: that must not take until the next day.
+// A controller is off while its wait bar runs: that must not take until the next day. The service
+// screens count elapsed time, and a test that one of them runs must not stand still with an output
+// switched on.
 void MainCycle::ServeAtMidnight() {
   if (parts_.state.ActiveView == View::kTavWait) {
     static_cast<void>(ServeScreen());
+  }
+  if (parts_.link.IsSettled()) {
+    StepServiceScreen();
   }
 }
 
@@ -117,7 +134,7 @@ void MainCycle::ArmAll() {
   state.TickRefresh = now + 5;
   state.TickFlush = now + 100;
   state.TickWait = now + 1;
-  state.TickBlink = 0;
+  state.TickBlink = {};
 }
 
 // True if the screen in front leaves the tick free.
@@ -149,11 +166,17 @@ bool MainCycle::ServeScreen() {
   }
 }
 
-void MainCycle::BlinkTrigger() {
-  RunState& state = parts_.state;
-  if (HasTrigger(state.ActiveView) && IsPast(state.TickBlink)) {
-    state.Trigger = !state.Trigger;
+void MainCycle::StepServiceScreen() {
+  const RunState& state = parts_.state;
+  if (HasTrigger(state.ActiveView) && parts_.clock.Elapsed() >= state.TickBlink) {
+    StepScreenInFront();
   }
+}
+
+void MainCycle::StepScreenInFront() {
+  RunState& state = parts_.state;
+  state.Trigger = !state.Trigger;
+  parts_.stepped.Step(state.ActiveView);
 }
 
 void MainCycle::DoFreeWork() {

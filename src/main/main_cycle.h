@@ -12,6 +12,7 @@
 #include "platform/events.h"
 #include "state/messages.h"
 #include "state/run_state.h"
+#include "state/stepped_screen.h"
 
 namespace tavrel {
 
@@ -32,6 +33,7 @@ class MainCycle {
     SimulationQuestion& simulation;
     Messages& messages;
     Events& events;
+    const SteppedScreens& stepped;
     const Clock& clock;
   };
 
@@ -82,7 +84,9 @@ class MainCycle {
   [[nodiscard]] bool StandsAtMidnight();
   void ArmAll();
   [[nodiscard]] bool ServeScreen();
-  void BlinkTrigger();
+  void StepNumbering();
+  void StepServiceScreen();
+  void StepScreenInFront();
   void DoFreeWork();
   void BeginMinute();
   void TellCatchUp();

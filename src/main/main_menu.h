@@ -32,7 +32,7 @@ struct MenuEntry {
 inline constexpr std::array kMainMenu = {
     MenuEntry{"MnuTools", "Tools  "},
     MenuEntry{"MnuSettings", "System:    Settings  ", MenuAction::kSettings, View::kTavSett},
-    MenuEntry{"MnuInst", "System:    Installation", MenuAction::kShow, View::kTavInst, true, true},
+    MenuEntry{"MnuInst", "System:    Installation", MenuAction::kShow, View::kTavInst, true},
     MenuEntry{"MnuChannels", "Tavrel:    adjust   channels", MenuAction::kShow, View::kTavChann},
     MenuEntry{"MnuTavNo", "Tavrel:    assign  numbers", MenuAction::kShow, View::kTavNum, true},
     MenuEntry{"MnuProg", "Tavrel:    program", MenuAction::kShow, View::kTavProg},

@@ -47,6 +47,9 @@ class MainSheet {
   // again.
   void ShowWaitingRow(int slot);
 
+  // True if the controller of the slot heats, or may heat, by what was read of it last.
+  [[nodiscard]] bool IsControllerOn(int slot) const;
+
   // Advances to the next row in use and refreshes it; after the last one the pass ends and the
   // next begins 5 s later.
   void RefreshRow();
@@ -88,7 +91,8 @@ class MainSheet {
   void BeginPass();
   void EndPass();
   void RefreshSlot(int slot);
-  [[nodiscard]] std::int16_t ReadIfGood(const char* letter, std::int16_t index);
+  [[nodiscard]] std::int16_t ReadWord(int inet, const char* letter, int index);
+  [[nodiscard]] std::int16_t ReadIfGood(int inet, const char* letter, int index);
   void RefreshStatus(int slot);
   void RefreshController(int slot);
   void RefreshFile(int slot);

@@ -90,8 +90,10 @@ bool IsPresent(const std::string& device) {
 
 }  // namespace
 
-SettingsDialog::SettingsDialog(const Parts& parts)
-    : parts_(parts), copy_(EditedOf(parts.state.Settings)), screen_(parts.state, View::kTavSett) {
+void SettingsDialog::Open() {
+  copy_ = EditedOf(parts_.state.Settings);
+  values_ = {};
+  OpenScreen();
   values_.cboCom = PortIndex(copy_.CommPort);
   values_.cboHelp = HelpIndex(copy_.HelpLang);
   values_.cboMode = ModeIndex(copy_.ComMode);
@@ -161,7 +163,7 @@ void SettingsDialog::Quit() {
     return;
   }
   parts_.link.LinkClose();
-  Leave();
+  CloseScreen();
 }
 
 EditedSettings SettingsDialog::TakeControls() const {
@@ -261,17 +263,13 @@ void SettingsDialog::ShowDevice() {
 void SettingsDialog::Save() {
   const bool saved = parts_.settings.SettingsSave().empty();
   if (saved) {
-    Leave();
+    CloseScreen();
     return;
   }
   parts_.dialogs.Message({"Cannot write file.", kSettingsFile, BoxIcon::kWarning});
   parts_.state.SettingsChanged = false;
-  Leave();
-  parts_.window.Close();
-}
-
-void SettingsDialog::Leave() {
-  screen_.Leave();
+  CloseScreen();
+  parts_.commands.Close();
 }
 
 }  // namespace tavrel

@@ -6,11 +6,11 @@
 #include "base/language.h"
 #include "dialogs/choose_directory.h"
 #include "link/link.h"
-#include "main/main_window.h"
+#include "main/main_commands.h"
 #include "platform/dialogs.h"
 #include "platform/shell.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 #include "state/settings_store.h"
 
 namespace tavrel {
@@ -46,27 +46,28 @@ struct EditedSettings {
   [[nodiscard]] bool operator==(const EditedSettings&) const = default;
 };
 
-// TAVSETT, the settings dialog. One object is one showing of the form: it takes a private copy of
-// the settings when it comes, and they change only by CmdOK_Click. A value that was never
+// TAVSETT, the settings dialog. It takes a private copy of the settings when it
+// opens, and they change only by CmdOK_Click. A value that was never
 // touched can differ from the copy's all the same, where its list cannot show it.
-class SettingsDialog {
+class SettingsDialog : public ModalScreen {
  public:
   struct Parts {  // all outlive the dialog
     RunState& state;
     Link& link;
     SettingsStore& settings;
-    MainWindow& window;
+    MainCommands& commands;
     DirectoryChoice& directory;
     Dialogs& dialogs;
     Shell& shell;
   };
-  explicit SettingsDialog(const Parts& parts);
+  explicit SettingsDialog(const Parts& parts)
+      : ModalScreen(parts.state, View::kTavSett), parts_(parts) {}
+
+  // Before the form is shown.
+  void Open();
 
   // What the form shows now. The form reads it after every event.
   [[nodiscard]] const SettingsControls& Values() const { return values_; }
-
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
 
   // The lists and texts, as the user changes them.
   void cboCom_Click(int index);
@@ -89,9 +90,9 @@ class SettingsDialog {
   // recording is asked about first.
   void CmdOK_Click();
 
-  // The Escape key and the close box: leaves without taking anything over; changes are asked
-  // about. The port is closed here, too, because the caller opens it anew either way.
-  void Quit();
+  // Leaves without taking anything over; changes are asked about. The port is closed here, too,
+  // because the caller opens it anew either way.
+  void Quit() override;
 
  private:
   [[nodiscard]] EditedSettings TakeControls() const;
@@ -104,12 +105,10 @@ class SettingsDialog {
   void ShowPath();
   void ShowDevice();
   void Save();
-  void Leave();
 
   Parts parts_;
   EditedSettings copy_;
   SettingsControls values_;
-  ScreenInFront screen_;
 };
 
 }  // namespace tavrel

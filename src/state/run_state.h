@@ -2,6 +2,7 @@
 #define TAVREL_STATE_RUN_STATE_H_
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -100,8 +101,8 @@ struct RunState {
   float TickRefresh = 0;
   float TickFlush = 0;
   float TickWait = 0;
-  float TickBlink = 0;
-  bool Trigger = false;  // the running light of the service dialog in front is lit
+  std::chrono::nanoseconds TickBlink{};  // by Clock::Elapsed(): no step of a service screen before
+  bool Trigger = false;                  // its running light is lit; each change is a step
 
   // What the line beside the table says ("reading from Tavrel:  12"); empty: hidden.
   std::string lbl_Info;

@@ -2,18 +2,26 @@
 
 #include <QKeyEvent>
 
+#include "widgets/form_texts.h"
 #include "widgets/shades.h"
 
 namespace tavrel {
 namespace {
 
 constexpr qreal kRadius = 4;
-constexpr int kGap = 8;  // between glyph and text, and beside them
+constexpr qreal kToolGlyph = 1.35;  // of the type, so that the pictures tell themselves apart
+constexpr int kGap = 8;             // between glyph and text, and beside them
 
 }  // namespace
 
 GlyphButton::GlyphButton(Glyph glyph, QWidget* parent) : QAbstractButton(parent), glyph_(glyph) {
   setFocusPolicy(Qt::StrongFocus);
+}
+
+void GlyphButton::SetToolSize() {
+  setFont(Sized(font(), kToolGlyph));
+  const QSize size = sizeHint();
+  setFixedSize(size.width() * 5 / 4, size.height());
 }
 
 void GlyphButton::SetLatched(bool latched) {

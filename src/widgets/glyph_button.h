@@ -18,6 +18,9 @@ class GlyphButton : public QAbstractButton {
   // Without a frame while nobody points at it: for a button that is a cell of a table.
   void SetFlat(bool flat) { flat_ = flat; }
 
+  // The size of a button in a row of tools, by its glyph or text.
+  void SetToolSize();
+
   // The down picture, filled, while what the button stands for is the case; a click does not
   // change it by itself.
   void SetLatched(bool latched);

@@ -1,32 +1,41 @@
 #include "widgets/modal_form.h"
 
+#include <QAction>
+#include <QGridLayout>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
 
 #include "platform/qt/window_in_front.h"
+#include "widgets/muted_label.h"
+#include "widgets/number_edit.h"
 
 namespace tavrel {
 
-ModalForm::ModalForm(const char* name, std::string_view caption) : QDialog(WindowInFront()) {
+ModalForm::ModalForm(ModalScreen& screen, const char* name, std::string_view caption)
+    : QDialog(WindowInFront()), screen_(screen) {
   setObjectName(name);
   setWindowTitle(QtText(caption));
   setWindowModality(Qt::ApplicationModal);
 }
 
 void ModalForm::Run() {
-  Show();
-  if (IsOpen()) {
+  UpdateWidgets();
+  if (screen_.IsOpen()) {
     exec();
   }
 }
 
 void ModalForm::reject() {
-  Leave();
+  screen_.Quit();
   AfterEvent();
 }
 
 void ModalForm::AfterEvent() {
-  if (IsOpen()) {
-    Show();
+  if (screen_.IsOpen()) {
+    UpdateWidgets();
   } else {
     done(QDialog::Accepted);
   }
@@ -41,6 +50,80 @@ void ModalForm::ShowTips(std::span<const ToolTip> tips, Language language) {
   }
 }
 
+QPushButton* ModalForm::MakeButton(const char* name, const char* caption, Press press) {
+  auto* button = new QPushButton(caption, this);
+  button->setObjectName(name);
+  button->setAccessibleName(caption);
+  button->setAutoDefault(false);
+  connect(button, &QPushButton::clicked, this, [this, press = std::move(press)] {
+    press();
+    AfterEvent();
+  });
+  return button;
+}
+
+QPushButton* ModalForm::MakeOk(Press press) {
+  QPushButton* ok = MakeButton("CmdOK", "OK", std::move(press));
+  ok->setDefault(true);
+  return ok;
+}
+
+GlyphButton* ModalForm::MakeGlyphButton(const QString& name, const char* spoken, Glyph glyph,
+                                        Press press) {
+  auto* button = new GlyphButton(glyph, this);
+  button->setObjectName(name);
+  button->setAccessibleName(spoken);
+  button->SetToolSize();
+  connect(button, &GlyphButton::clicked, this, [this, press = std::move(press)] {
+    press();
+    AfterEvent();
+  });
+  return button;
+}
+
+void ModalForm::AddEntry(QMenu& menu, const char* name, const char* caption, Press press,
+                         const QKeySequence& shortcut) {
+  QAction* action = menu.addAction(caption);
+  action->setObjectName(name);
+  action->setShortcut(shortcut);
+  connect(action, &QAction::triggered, this, [this, press = std::move(press)] {
+    press();
+    AfterEvent();
+  });
+}
+
+NumberEdit* ModalForm::AddNumberBox(QGridLayout& grid, int index, const QString& caption,
+                                    Qt::Alignment alignment, Changed changed) {
+  auto* label = new MutedLabel(caption, this);
+  label->setObjectName(QString("Label_%1").arg(index));
+  label->setTextFormat(Qt::PlainText);
+  auto* box = new NumberEdit(QString("TBox_%1").arg(index), this);
+  box->setAccessibleName(caption.simplified());
+  label->setBuddy(box);
+  connect(box, &QLineEdit::textEdited, this,
+          [this, changed = std::move(changed)](const QString& text) {
+            changed(text.toStdString());
+            AfterEvent();
+          });
+  const int row = grid.rowCount();
+  grid.addWidget(label, row, 0, alignment | Qt::AlignVCenter);
+  grid.addWidget(box, row, 1);
+  return box;
+}
+
+QVBoxLayout* ModalForm::MakeColumn(int margin) {
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(margin, margin, margin, margin);
+  column->setSpacing(margin);
+  return column;
+}
+
+QVBoxLayout* ModalForm::MakeFixedColumn(int margin) {
+  QVBoxLayout* column = MakeColumn(margin);
+  column->setSizeConstraint(QLayout::SetFixedSize);
+  return column;
+}
+
 // An Enter key that is still held down from the window before presses nothing here.
 void ModalForm::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -49,14 +132,6 @@ void ModalForm::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QDialog::keyPressEvent(event);
-}
-
-QString QtCaption(std::string_view utf8) {
-  return QtText(utf8).replace('&', "&&");
-}
-
-QString QtText(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
 }  // namespace tavrel

@@ -3,8 +3,6 @@
 #include <QFocusEvent>
 #include <QRegularExpressionValidator>
 
-#include "widgets/modal_form.h"
-
 namespace tavrel {
 namespace {
 
@@ -20,13 +18,6 @@ NumberEdit::NumberEdit(const QString& name, QWidget* parent) : SelectingEdit(par
   setFixedWidth(fontMetrics().horizontalAdvance(QString(kCharacters, '0')) + 16);
   const QRegularExpression number(R"(\?|[-+]?[0-9]*[.,]?[0-9]*)");
   setValidator(new QRegularExpressionValidator(number, this));
-}
-
-void NumberEdit::ShowText(const std::string& utf8) {
-  const QString wanted = QtText(utf8);
-  if (text() != wanted) {
-    setText(wanted);
-  }
 }
 
 void NumberEdit::focusOutEvent(QFocusEvent* event) {

@@ -1,8 +1,6 @@
 #ifndef TAVREL_WIDGETS_NUMBER_EDIT_H_
 #define TAVREL_WIDGETS_NUMBER_EDIT_H_
 
-#include <string>
-
 #include "widgets/selecting_edit.h"
 
 namespace tavrel {
@@ -13,10 +11,6 @@ class NumberEdit : public SelectingEdit {
   Q_OBJECT
  public:
   NumberEdit(const QString& name, QWidget* parent);
-
-  // Shows `utf8`. A text that is there already is not set again, which keeps the cursor of a
-  // user who types.
-  void ShowText(const std::string& utf8);
 
  signals:
   // The keyboard goes to another control of the form.

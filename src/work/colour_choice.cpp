@@ -6,9 +6,9 @@ std::optional<int> ColourChoice::Ask(int input, int code) {
   input_ = input;
   present_code_ = code;
   chosen_.reset();
-  screen_.emplace(state_, View::kTavColor);
+  OpenScreen();
   screens_.Show(View::kTavColor);
-  screen_.reset();
+  CloseScreen();
   return chosen_;
 }
 
@@ -18,13 +18,7 @@ void ColourChoice::PicColor_Click(double y) {
   }
   const int code = static_cast<int>(y) + 1;
   chosen_ = code == kRows ? 0 : code;
-  screen_->Leave();
-}
-
-void ColourChoice::CmdCancel_Click() {
-  if (screen_) {
-    screen_->Leave();
-  }
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -4,19 +4,20 @@
 #include <optional>
 
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
 // TavColor, the choice of the colour of a curve: one line sample in each row, and an empty row
 // for none. One instance for the life of the program; its form is open at most once.
-class ColourChoice {
+class ColourChoice : public ModalScreen {
  public:
   static constexpr int kRows = 15;  // codes 1..14 and the empty row; the height of PicColor
 
   // All outlive this.
-  ColourChoice(RunState& state, Screens& screens) : state_(state), screens_(screens) {}
+  ColourChoice(RunState& state, Screens& screens)
+      : ModalScreen(state, View::kTavColor), screens_(screens) {}
 
   // Shows the form for `input`, whose code is `code`. The chosen code, 0 for no colour; nothing
   // if the user left without a choice.
@@ -26,20 +27,15 @@ class ColourChoice {
   [[nodiscard]] int Input() const { return input_; }
   [[nodiscard]] int PresentCode() const { return present_code_; }
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
-
   // A click at height `y` of the picture, 0 at its top and kRows at its bottom. Nothing is
   // chosen outside of it.
   void PicColor_Click(double y);
 
-  // The button, the Escape key and the close box: nothing is chosen.
-  void CmdCancel_Click();
+  // The button, as the Escape key and the close box: nothing is chosen.
+  void CmdCancel_Click() { Quit(); }
 
  private:
-  RunState& state_;
   Screens& screens_;
-  std::optional<ScreenInFront> screen_;
   std::optional<int> chosen_;
   int input_ = 0;
   int present_code_ = 0;

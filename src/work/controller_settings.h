@@ -7,8 +7,8 @@
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 #include "work/number_box.h"
 #include "work/unsure_registers.h"
 
@@ -29,9 +29,9 @@ enum ControllerBox : int {
 struct ControllerField;
 
 // TavCtrl, the settings of the controller of the selected slot: limits, setpoint, final value and
-// the ramp. One object is one showing of the form. The values live in the instrument, are
+// the ramp. The values live in the instrument, are
 // mirrored in the header of the slot, and are sent only if they changed.
-class ControllerSettings {
+class ControllerSettings : public ModalScreen {
  public:
   struct Parts {  // all outlive the dialog
     RunState& state;
@@ -41,15 +41,13 @@ class ControllerSettings {
     UnsureRegisters& unsure;
   };
 
-  // Reads the five values from the instrument; what it tells goes into the header. What it does
-  // not tell shows as "?". Without a selected slot the dialog is closed at once.
-  explicit ControllerSettings(const Parts& parts);
-  ~ControllerSettings();
-  ControllerSettings(const ControllerSettings&) = delete;
-  ControllerSettings& operator=(const ControllerSettings&) = delete;
+  explicit ControllerSettings(const Parts& parts)
+      : ModalScreen(parts.state, View::kTavCtrl), parts_(parts) {}
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+  // Before the form is shown: reads the five values of SelSlot from the instrument; what it tells
+  // goes into the header. What it does not tell shows as "?". Without a selected slot the dialog
+  // stays closed.
+  void Open();
 
   // What the form shows.
   [[nodiscard]] const std::string& TBox(int index) const;
@@ -75,8 +73,7 @@ class ControllerSettings {
 
   void cmdPID_Click();
 
-  // Escape and the close box.
-  void Quit();
+  void CloseNow() override;
 
  private:
   [[nodiscard]] bool ReadField(const ControllerField& field);
@@ -91,13 +88,12 @@ class ControllerSettings {
   [[nodiscard]] UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
 
   Parts parts_;
-  int slot_;
-  bool hourly_;  // the instruments count the ramp by the hour
+  int slot_ = 0;
+  bool hourly_ = false;  // the instruments count the ramp by the hour
   std::array<NumberBox, kControllerBoxes> boxes_;
   int edited_increment_ = -1;  // the increment box that was changed and not left yet
   int refused_ = -1;
   bool ctrl_failed_ = false;
-  ScreenInFront screen_;
 };
 
 }  // namespace tavrel

@@ -32,9 +32,9 @@ double LongestXmaxHours(std::int32_t rec_interval, int channels) {
 void Coordinates::Run() {
   slot_ = state_.SelSlot;
   ReadHeader();
-  screen_.emplace(state_, View::kTavCoord);
+  OpenScreen();
   screens_.Show(View::kTavCoord);
-  screen_.reset();
+  CloseScreen();
 }
 
 void Coordinates::ReadHeader() {
@@ -62,7 +62,7 @@ void Coordinates::CmdOK_Click() {
     return;
   }
   Store(wanted);
-  Leave();
+  CloseScreen();
 }
 
 bool Coordinates::ExamineAll(Wanted& wanted) {
@@ -129,12 +129,6 @@ void Coordinates::Store(const Wanted& wanted) {
   });
   state_.OverPrepared = false;
   state_.PartPrepared = false;
-}
-
-void Coordinates::Leave() {
-  if (screen_) {
-    screen_->Leave();
-  }
 }
 
 }  // namespace tavrel

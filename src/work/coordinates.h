@@ -9,8 +9,8 @@
 
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -24,13 +24,13 @@ inline constexpr std::array<std::string_view, 2> kResolutionItems = {"  high", "
 // TavCoord, the coordinates of the graph of the selected slot. One instance for the life of the
 // program; its form is open at most once. A box that still shows what it showed at opening
 // changes nothing.
-class Coordinates {
+class Coordinates : public ModalScreen {
  public:
   enum Box : std::size_t { kYmax = 0, kYmin = 1, kXmax = 2, kBoxes = 3 };
 
   // All outlive this.
   Coordinates(RunState& state, Dialogs& dialogs, Screens& screens)
-      : state_(state), dialogs_(dialogs), screens_(screens) {}
+      : ModalScreen(state, View::kTavCoord), state_(state), dialogs_(dialogs), screens_(screens) {}
 
   // Shows the form for SelSlot and returns when it has closed.
   void Run();
@@ -38,18 +38,12 @@ class Coordinates {
   [[nodiscard]] const std::string& TBox(std::size_t box) const { return boxes_.at(box); }
   [[nodiscard]] int CboRes() const { return low_ ? 1 : 0; }
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
-
   void TBox_Change(std::size_t box, const std::string& text);
   void CboRes_Click(int row);
 
   // Takes all values over, or none of them: the first that lies out of its range is told in a
   // box, and the form stays open.
   void CmdOK_Click();
-
-  // The Escape key and the close box: nothing changes.
-  void Leave();
 
  private:
   // What the header is going to hold.
@@ -71,7 +65,6 @@ class Coordinates {
   RunState& state_;
   Dialogs& dialogs_;
   Screens& screens_;
-  std::optional<ScreenInFront> screen_;
   int slot_ = 0;
   std::array<std::string, kBoxes> boxes_;
   std::array<std::string, kBoxes> at_opening_;

@@ -4,6 +4,7 @@
 
 #include "base/number.h"
 #include "dialogs/checks.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "state/unfinished_work.h"
 
@@ -21,26 +22,27 @@ std::string TextOf(const PidParameter& parameter, std::int16_t raw) {
 
 }  // namespace
 
-PidParameters::PidParameters(const Parts& parts)
-    : parts_(parts), slot_(parts.state.SelSlot), screen_(parts.state, View::kTavPid) {
+void PidParameters::Open() {
+  CloseNow();
+  slot_ = parts_.state.SelSlot;
+  cbo_ = 0;
+  refused_ = 0;
+  kept_.reset();
+  boxes_ = {};
   if (!IsSlot(slot_)) {
-    screen_.Leave();
     return;
   }
+  OpenScreen();
   for (std::size_t place = 0; place < kPidParameters.size(); ++place) {
     const PidParameter& parameter = kPidParameters.at(place);
     // Behind a time-out each further question would cost another one.
     const bool is_silent = place > 0 && parts_.link.ComResult == LinkResult::kTimeOut;
-    const auto raw = is_silent ? std::nullopt : Read(parameter.Letter);
+    const auto raw = is_silent ? std::nullopt : ReadParameter(parameter.Letter);
     if (raw) {
       parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
     }
     boxes_.at(place) = {raw ? TextOf(parameter, *raw) : kUnknownText, raw};
   }
-}
-
-PidParameters::~PidParameters() {
-  parts_.unsure.Leave(boxes_);
 }
 
 const std::string& PidParameters::TBox(int index) const {
@@ -91,7 +93,7 @@ bool PidParameters::CheckBoxes() {
 
 bool PidParameters::IsChanged(int place) const {
   const auto index = static_cast<std::size_t>(place);
-  const auto told = boxes_.at(index).Told();
+  const auto told = boxes_.at(index).Acknowledged();
   return !told || *told != boxes_.at(index).Raw(kPidParameters.at(index).PerUnit);
 }
 
@@ -114,7 +116,7 @@ bool PidParameters::Transfer() {
   }
   const bool was_to_be_off = IsToBeOff();
   const UnfinishedWork change(parts_.state);
-  const bool is_off = Write(reg::kControllerState, controller::kOff);
+  const bool is_off = WriteParameter(reg::kControllerState, controller::kOff);
   const bool is_sent = is_off && SendChanged();
   if (is_off) {
     parts_.screens.Show(View::kTavWait);
@@ -131,7 +133,7 @@ bool PidParameters::Transfer() {
 // False if the state is not known. A controller that could not be brought back is off by this
 // dialog alone: what it did before is still owed to it.
 bool PidParameters::KeepState() {
-  const auto state = Read(reg::kControllerState);
+  const auto state = ReadParameter(reg::kControllerState);
   if (!state || *state == kNoData) {
     return false;
   }
@@ -157,12 +159,12 @@ bool PidParameters::SendChanged() {
     if (!IsChanged(place)) {
       continue;
     }
-    if (!Write(parameter.Letter, raw)) {
+    if (!WriteParameter(parameter.Letter, raw)) {
       Doubt(place, raw);
       return false;
     }
     parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
-    boxes_.at(index).Tell(raw);
+    boxes_.at(index).Acknowledge(raw);
   }
   return true;
 }
@@ -179,7 +181,7 @@ void PidParameters::Doubt(int place, std::int16_t sent) {
   unsure.PerUnit = parameter.PerUnit;
   unsure.Mask = parameter.Mask;
   unsure.Sent = sent;
-  unsure.Before = boxes_.at(index).Told();
+  unsure.Before = boxes_.at(index).Acknowledged();
   unsure.Box = &boxes_.at(index);
   parts_.unsure.Add(unsure);
   boxes_.at(index).Forget();
@@ -198,7 +200,7 @@ bool PidParameters::BringBack(std::int16_t controller_state) {
 bool PidParameters::SwitchBack(std::int16_t controller_state) {
   int sent = 0;
   for (int attempt = 0; attempt < kMostAttempts && sent < kTries; ++attempt) {
-    if (Write(reg::kControllerState, controller_state)) {
+    if (WriteParameter(reg::kControllerState, controller_state)) {
       return true;
     }
     sent += parts_.link.ComResult == LinkResult::kLength ? 0 : 1;
@@ -206,28 +208,18 @@ bool PidParameters::SwitchBack(std::int16_t controller_state) {
   return false;
 }
 
-std::optional<std::int16_t> PidParameters::Read(const char* letter) {
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = letter;
-  link.ComIndex = Unit().UnitCtrl;
-  link.ReadReg();
-  return link.IsGood(link.ComInet) ? std::optional(link.ComValue) : std::nullopt;
+std::optional<std::int16_t> PidParameters::ReadParameter(const char* letter) {
+  return Read(parts_.link, Register{Unit().UnitInet, letter, Unit().UnitCtrl}).Word();
 }
 
-bool PidParameters::Write(const char* letter, std::int16_t value) {
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = letter;
-  link.ComIndex = Unit().UnitCtrl;
-  link.ComValue = value;
-  link.WriteReg();
-  return link.IsGood(link.ComInet);
+bool PidParameters::WriteParameter(const char* letter, std::int16_t value) {
+  const Register to{Unit().UnitInet, letter, Unit().UnitCtrl};
+  return IsGood(Write(parts_.link, to, value));
 }
 
-void PidParameters::Quit() {
+void PidParameters::CloseNow() {
   parts_.unsure.Leave(boxes_);
-  screen_.Leave();
+  CloseScreen();
 }
 
 }  // namespace tavrel

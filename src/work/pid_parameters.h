@@ -10,8 +10,8 @@
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 #include "work/number_box.h"
 #include "work/unsure_registers.h"
 
@@ -53,10 +53,9 @@ inline constexpr std::array<PidParameter, kPidBoxes> kPidParameters = {{
     {"       filter for the setpoint", "sec", "T", 1, "#####0", 0, 10000, "filter for setpoint"},
 }};
 
-// TavPid, the parameters of the controller of the selected slot. One object is one showing of
-// the form. The instrument alone keeps them. While they are changed the controller is off, for
-// about ten seconds.
-class PidParameters {
+// TavPid, the parameters of the controller of the selected slot. The instrument alone keeps them.
+// While they are changed the controller is off, for about ten seconds.
+class PidParameters : public ModalScreen {
  public:
   struct Parts {  // all outlive the dialog
     RunState& state;
@@ -67,15 +66,12 @@ class PidParameters {
     const StopOrders& stop_orders;
   };
 
-  // Reads the four parameters; what the instrument does not tell shows as "?". Without a
-  // selected slot the dialog is closed at once.
-  explicit PidParameters(const Parts& parts);
-  ~PidParameters();
-  PidParameters(const PidParameters&) = delete;
-  PidParameters& operator=(const PidParameters&) = delete;
+  explicit PidParameters(const Parts& parts)
+      : ModalScreen(parts.state, View::kTavPid), parts_(parts) {}
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+  // Before the form is shown: reads the four parameters of the controller of SelSlot; what the
+  // instrument does not tell shows as "?". Without a selected slot the dialog stays closed.
+  void Open();
 
   // What the form shows; `index` 1..4.
   [[nodiscard]] const std::string& TBox(int index) const;
@@ -97,8 +93,7 @@ class PidParameters {
   // switch off, stays off.
   void CmdOK_Click();
 
-  // Escape and the close box.
-  void Quit();
+  void CloseNow() override;
 
  private:
   [[nodiscard]] bool CheckBoxes();
@@ -117,17 +112,16 @@ class PidParameters {
   [[nodiscard]] bool IsToBeOff() const;
   [[nodiscard]] bool BringBack(std::int16_t controller_state);
   [[nodiscard]] bool SwitchBack(std::int16_t controller_state);
-  [[nodiscard]] std::optional<std::int16_t> Read(const char* letter);
-  [[nodiscard]] bool Write(const char* letter, std::int16_t value);
+  [[nodiscard]] std::optional<std::int16_t> ReadParameter(const char* letter);
+  [[nodiscard]] bool WriteParameter(const char* letter, std::int16_t value);
   [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
 
   Parts parts_;
-  int slot_;
+  int slot_ = 0;
   std::array<NumberBox, kPidBoxes> boxes_;
   int cbo_ = 0;
   int refused_ = 0;
   std::optional<Kept> kept_;  // empty once it is brought back
-  ScreenInFront screen_;
 };
 
 }  // namespace tavrel

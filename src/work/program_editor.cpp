@@ -81,8 +81,13 @@ bool IsCell(int row, int column) {
 
 }  // namespace
 
-ProgramEditor::ProgramEditor(const Parts& parts)
-    : parts_(parts), screen_(parts.state, View::kTavProg) {}
+void ProgramEditor::Open() {
+  rows_ = {};
+  caption_ = " Controller  program";
+  edit_ = {};
+  prog_changed_ = false;
+  OpenScreen();
+}
 
 Language ProgramEditor::TipLanguage() const {
   return LanguageOf(parts_.state.Settings.HelpLang);
@@ -203,7 +208,7 @@ void ProgramEditor::cmdNew_Click() {
 void ProgramEditor::cmdOpen_Click() {
   if (CloseEdit() && MayGoOn() &&
       ChooseProgramFile(parts_.state, parts_.dialogs, FileMode::kOpen)) {
-    Open();
+    OpenProgram();
   }
 }
 
@@ -230,7 +235,7 @@ bool ProgramEditor::MayGoOn() {
   return false;
 }
 
-void ProgramEditor::Open() {
+void ProgramEditor::OpenProgram() {
   const SettingsValues& settings = parts_.state.Settings;
   const ProgramFile file = ReadProgramFile(JoinPath(settings.ProgPath, settings.ProgFile));
   std::string objection;
@@ -284,7 +289,7 @@ bool ProgramEditor::Save() {
 
 void ProgramEditor::Quit() {
   if (CloseEdit() && MayGoOn()) {
-    screen_.Leave();
+    CloseScreen();
   }
 }
 

@@ -8,8 +8,8 @@
 #include "base/colour.h"
 #include "base/language.h"
 #include "platform/dialogs.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 #include "work/program.h"
 
 namespace tavrel {
@@ -60,18 +60,19 @@ struct CellInEdit {
   [[nodiscard]] bool IsList() const { return IsOpen() && Column == kStatusColumn; }
 };
 
-// TavProg, the editor of controller programs. One object is one showing of the form. It knows no
-// slot and no instrument. Rows count from 1, as the steps do.
-class ProgramEditor {
+// TavProg, the editor of controller programs. It knows no slot and no instrument. Rows count from
+// 1, as the steps do.
+class ProgramEditor : public ModalScreen {
  public:
   struct Parts {  // all outlive the editor
     RunState& state;
     Dialogs& dialogs;
   };
-  explicit ProgramEditor(const Parts& parts);
+  explicit ProgramEditor(const Parts& parts)
+      : ModalScreen(parts.state, View::kTavProg), parts_(parts) {}
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+  // Before the form is shown: an empty program.
+  void Open();
 
   // What the form shows.
   [[nodiscard]] const std::string& Caption() const { return caption_; }
@@ -103,8 +104,8 @@ class ProgramEditor {
   // The Escape key in a cell: the cell is as it was before the edit.
   void DropEdit() { edit_ = {}; }
 
-  // Escape and the close box of the form: asks about changes first.
-  void Quit();
+  // Asks about changes first.
+  void Quit() override;
 
  private:
   [[nodiscard]] bool CloseEdit();
@@ -115,17 +116,16 @@ class ProgramEditor {
   [[nodiscard]] bool MayGoOn();
   [[nodiscard]] bool Check();
   [[nodiscard]] bool Save();
-  void Open();
+  void OpenProgram();
   void Take(const ProgramFile& file);
 
   Parts parts_;
   ProgramRows rows_{};
-  std::string caption_ = " Controller  program";
+  std::string caption_;
   CellInEdit edit_;
   std::string text_before_;  // of the cell in edit, as it was put in
   int line_before_ = 0;
   bool prog_changed_ = false;
-  ScreenInFront screen_;
 };
 
 }  // namespace tavrel

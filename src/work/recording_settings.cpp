@@ -7,7 +7,6 @@
 #include "dialogs/checks.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
-#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {
@@ -55,9 +54,9 @@ void RecordingSettings::Run(bool new_mode) {
   } else {
     ShowSettings();
   }
-  screen_.emplace(parts_.state, View::kTavRec);
+  OpenScreen();
   parts_.screens.Show(View::kTavRec);
-  screen_.reset();
+  CloseScreen();
 }
 
 void RecordingSettings::ShowSampling() {
@@ -142,7 +141,7 @@ void RecordingSettings::NewFile() {
     return;
   }
   BeginFile(*interval);
-  Leave();
+  CloseScreen();
 }
 
 // Beneath the question the measuring goes on: by now the recording may have ended, or gone on in
@@ -166,7 +165,7 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   if (parts_.files.CreateRecordingFile(slot, interval)) {
     SaveSettings();
     if (was_empty && is_written && old_path) {
-      DropEmptyFile(*old_path);
+      parts_.files.DropEmptyFile(*old_path);
     }
   }
   state.SheetReset = false;
@@ -176,15 +175,6 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   if (!unsaved.empty()) {
     parts_.messages.Report(slot, {unsaved, "Write  file"});
   }
-}
-
-// A file without a sample holds nothing, unless it is in use elsewhere: somebody looks at it.
-void RecordingSettings::DropEmptyFile(const std::string& path) const {
-  if (IsOpenInSlot(parts_.state, path)) {
-    return;
-  }
-  static_cast<void>(DeleteFile(path));
-  parts_.state.IndexValid = false;
 }
 
 // A restart has to find the new name.
@@ -218,13 +208,7 @@ void RecordingSettings::TakeSettings() {
   if (is_stop_changed || is_func_changed) {
     parts_.state.SlotDirty[slot_] = true;
   }
-  Leave();
-}
-
-void RecordingSettings::Leave() {
-  if (screen_) {
-    screen_->Leave();
-  }
+  CloseScreen();
 }
 
 }  // namespace tavrel

@@ -12,8 +12,8 @@
 #include "platform/dialogs.h"
 #include "platform/screens.h"
 #include "state/messages.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 #include "state/settings_store.h"
 
 namespace tavrel {
@@ -36,7 +36,7 @@ struct RecordingSettingsValues {
 
 // TavRec: a new recording file for the selected slot, or how its recording ends. One instance
 // for the life of the program; its form is open at most once.
-class RecordingSettings {
+class RecordingSettings : public ModalScreen {
  public:
   struct Parts {  // all outlive this
     RunState& state;
@@ -46,16 +46,14 @@ class RecordingSettings {
     Dialogs& dialogs;
     Screens& screens;
   };
-  explicit RecordingSettings(const Parts& parts) : parts_(parts) {}
+  explicit RecordingSettings(const Parts& parts)
+      : ModalScreen(parts.state, View::kTavRec), parts_(parts) {}
 
   // Show one face for SelSlot, a slot 1..12 with a file, and return when the form has closed.
   void RunNewFile();
   void RunSettings();
 
   [[nodiscard]] const RecordingSettingsValues& Values() const { return values_; }
-
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
 
   void Cbo_Sampl_Change(const std::string& text);
   void Txt_Stop_Change(const std::string& text);
@@ -64,9 +62,6 @@ class RecordingSettings {
   // New file: asks, closes the present file and begins the next; the recording is not started.
   // Settings: takes over what was changed. After a value that is refused the form stays open.
   void CmdOK_Click();
-
-  // The Escape key and the close box: nothing changes.
-  void Leave();
 
  private:
   void Run(bool new_mode);
@@ -77,7 +72,6 @@ class RecordingSettings {
   [[nodiscard]] std::optional<std::int16_t> TypedInterval();
   void NewFile();
   void BeginFile(std::int16_t interval);
-  void DropEmptyFile(const std::string& path) const;
   void SaveSettings();
   void TakeSettings();
 
@@ -86,7 +80,6 @@ class RecordingSettings {
   [[nodiscard]] std::int32_t RecInterval() const { return parts_.state.RecInterval.at(slot_); }
 
   Parts parts_;
-  std::optional<ScreenInFront> screen_;
   std::size_t slot_ = 0;
   RecordingSettingsValues values_;
   std::string stop_at_opening_;

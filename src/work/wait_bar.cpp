@@ -10,9 +10,8 @@ constexpr int kLastStepBelow = 91;
 }  // namespace
 
 void WaitBar::Open() {
-  screen_.reset();
   value_ = 0;
-  screen_.emplace(state_, View::kTavWait);
+  OpenScreen();
   state_.TickWait = static_cast<float>(clock_.Timer());
   events_.SetPointer(Pointer::kHourglass);
 }
@@ -28,7 +27,7 @@ void WaitBar::Advance() {
 
 void WaitBar::Unload() {
   if (IsOpen()) {
-    screen_->Leave();
+    CloseScreen();
     events_.SetPointer(Pointer::kNormal);
   }
 }

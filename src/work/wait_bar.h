@@ -5,20 +5,20 @@
 
 #include "platform/clock.h"
 #include "platform/events.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
 // TavWait, the bar of ten seconds that is shown while an instrument takes in new parameters.
 // Nothing but the measuring cycle closes it.
-class WaitBar {
+class WaitBar : public ModalScreen {
  public:
   static constexpr int kFull = 100;
 
   // All outlive this.
   WaitBar(RunState& state, Events& events, const Clock& clock)
-      : state_(state), events_(events), clock_(clock) {}
+      : ModalScreen(state, View::kTavWait), state_(state), events_(events), clock_(clock) {}
 
   // Before the form is shown: the bar is empty and the pointer waits.
   void Open();
@@ -29,8 +29,8 @@ class WaitBar {
 
   [[nodiscard]] int prgWait() const { return value_; }  // 0..kFull
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
+  // The user cannot close it.
+  void Quit() override {}
 
  private:
   void Unload();
@@ -38,7 +38,6 @@ class WaitBar {
   RunState& state_;
   Events& events_;
   const Clock& clock_;
-  std::optional<ScreenInFront> screen_;
   int value_ = 0;
 };
 

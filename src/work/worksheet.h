@@ -12,8 +12,8 @@
 #include "platform/dialogs.h"
 #include "platform/events.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 #include "work/colour_choice.h"
 #include "work/coordinates.h"
 #include "work/program_runner.h"
@@ -25,7 +25,7 @@ namespace tavrel {
 // TavWork, the form of one slot or of the viewed file: what is recorded, how it is sampled, what
 // the controller does, and what each input is called and shows. One instance for the life of the
 // program; it works on SelSlot. For the viewed file nothing is sent on the line.
-class Worksheet {
+class Worksheet : public ModalScreen {
  public:
   struct Parts {  // all outlive the worksheet
     RunState& state;
@@ -40,13 +40,11 @@ class Worksheet {
     Events& events;
     const Clock& clock;
   };
-  explicit Worksheet(const Parts& parts) : parts_(parts) {}
+  explicit Worksheet(const Parts& parts)
+      : ModalScreen(parts.state, View::kTavWork), parts_(parts) {}
 
   // Before the form is shown. No effect while the worksheet is in front.
   void Open();
-
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
 
   // What the form shows now. The form reads it after every event.
   [[nodiscard]] const WorksheetValues& Values() const { return values_; }
@@ -66,7 +64,7 @@ class Worksheet {
   void cmd_ProgOff_Click();
   void cmd_Coord_Click();
   void CmdOK_Click();
-  void cmdExit_Click();  // also the Escape key and the close box
+  void cmdExit_Click() { Quit(); }
 
   // The table; `input` 1..15. A row of an input that is not recorded takes nothing.
   void Color_Click(int input);
@@ -120,7 +118,6 @@ class Worksheet {
   Parts parts_;
   WorksheetValues values_;
   ShownRaw shown_;
-  std::optional<ScreenInFront> screen_;
   int next_step_ = kKind;  // of the refresh that is going on
   int exchanges_ = 0;      // in this tick
   bool answers_ = false;   // the instrument has answered in it

@@ -116,12 +116,6 @@ void Worksheet::CmdOK_Click() {
   AfterDialog();
 }
 
-void Worksheet::cmdExit_Click() {
-  if (screen_) {
-    screen_->Leave();
-  }
-}
-
 bool Worksheet::IsRowLive(int input) const {
   return IsOpen() && input >= 1 && input <= kInputs && Unit().IsRecorded(input);
 }

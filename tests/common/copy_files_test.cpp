@@ -27,10 +27,10 @@ class CopyDialog : public testing::Test {
   }
   // Selects all files and goes to the form.
   void Open() {
-    bench.open_file.Load();
+    bench.open_file.Open();
     bench.open_file.Display([] {});
     bench.open_file.Select(0, {0, static_cast<int>(bench.open_file.Rows().size()) - 1});
-    form.Load();
+    form.Open();
   }
   void Copy() {
     Open();
@@ -74,7 +74,7 @@ TEST_F(CopyDialog, CopiesTheSelectedFilesAfterAQuestion) {
 TEST_F(CopyDialog, CopiesTheBlockOnly) {
   Open();
   bench.open_file.Select(1, {1, 1});
-  form.Load();
+  form.Open();
   EXPECT_EQ(form.Values().noFiles, "1");
   form.cmdCopy_Click([] {});
   EXPECT_EQ(Boxes().back(), "1  file(s) copied");
@@ -96,7 +96,7 @@ TEST_F(CopyDialog, DoesNothingOnCancel) {
 TEST_F(CopyDialog, WritesItsNumberAndGivesTheOldOneBack) {
   Open();
   EXPECT_EQ(state.ActiveView, View::kAllCopy);
-  form.Leave();
+  form.Quit();
   EXPECT_EQ(state.ActiveView, View::kAllOpen);
   EXPECT_FALSE(form.IsOpen());
 }
@@ -249,7 +249,7 @@ TEST_F(CopyDialog, ServesTheProgramBetweenFilesAndMayBeStopped) {
     was_copying = was_copying || form.Values().IsCopying;
     if (bench.program.events.pumps == 1) {
       form.cmdCopy_Click([] {});
-      form.Leave();
+      form.Quit();
     }
   };
   form.cmdCopy_Click(stop_after_one);
@@ -267,7 +267,7 @@ TEST_F(CopyDialog, IsStoppedWithinALargeFile) {
   Open();
   bench.program.events.on_pump = [this] {
     if (bench.program.events.pumps == 5) {
-      form.Leave();
+      form.Quit();
     }
   };
   form.cmdCopy_Click([] {});

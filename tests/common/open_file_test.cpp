@@ -15,7 +15,7 @@ class OpenDialog : public testing::Test {
  protected:
   void Open() {
     state.ActiveView = View::kMainSheet;
-    form.Load();
+    form.Open();
     form.Display([] {});
   }
   // Goes to the directory `name` in the list of directories.
@@ -85,9 +85,9 @@ TEST_F(OpenDialog, ShowsHowFarTheIndexIs) {
   const SlowClock clock;
   FileIndex index({state, bench.program.events, clock});
   OpenFile slow({state, index, bench.program.dialogs, bench.program.screens, bench.program.events,
-                 bench.places});
+                 [this] { return bench.program.places; }});
   std::vector<int> progress;
-  slow.Load();
+  slow.Open();
   slow.Display([&] {
     progress.push_back(slow.Values().Progress);
     EXPECT_EQ(slow.Values().Revision, index.Revision());

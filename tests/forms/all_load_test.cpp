@@ -16,7 +16,7 @@ namespace {
 
 class Splash : public testing::Test {
  protected:
-  void Show() { form.Show({" ... to start hit any key ... ", "release   2446"}); }
+  void Show() { form.UpdateWidgets({" ... to start hit any key ... ", "release   2446"}); }
 
   AllLoad form;
   QSignalSpy left{&form, &AllLoad::Left};

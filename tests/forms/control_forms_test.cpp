@@ -31,21 +31,18 @@ class ControlForms : public ModalBench {
     };
   }
   void RunCtrl() {
-    ControllerSettings settings({control.bench.state, control.bench.link, control.bench.dialogs,
-                                 control.bench.screens, control.bench.unsure});
+    control.bench.controller_settings.Open();
     control.Count();
-    TavCtrl(settings).Run();
+    TavCtrl(control.bench.controller_settings).Run();
   }
   void RunPid() {
-    PidParameters parameters({control.bench.state, control.bench.link, control.bench.dialogs,
-                              control.bench.screens, control.bench.unsure,
-                              control.bench.engine.Orders()});
+    control.bench.pid_parameters.Open();
     control.Count();
-    TavPid(parameters).Run();
+    TavPid(control.bench.pid_parameters).Run();
   }
   void RunProg() {
-    ProgramEditor editor({control.bench.state, control.bench.dialogs});
-    TavProg(editor).Run();
+    control.bench.program_editor.Open();
+    TavProg(control.bench.program_editor).Run();
   }
   static void Type(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
   static std::string Focus() { return QApplication::focusWidget()->objectName().toStdString(); }

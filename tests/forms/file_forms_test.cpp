@@ -28,7 +28,7 @@ class FileForms : public testing::Test {
   FileForms() {
     bench.program.screens.on_show = [this](View view) {
       if (view == View::kAllCopy) {
-        bench.copy_files.Load();
+        bench.copy_files.Open();
         AllCopy form(bench.copy_files);
         RunWith(form, use_copy);
       }
@@ -37,7 +37,7 @@ class FileForms : public testing::Test {
 
   // Shows ALL_OPEN, lets `use` act on it once its files are listed, and returns when it is closed.
   void Open(const std::function<void()>& use) {
-    bench.open_file.Load();
+    bench.open_file.Open();
     AllOpen form(bench.open_file);
     RunWith(form, [&] {
       EXPECT_TRUE(WaitUntil([&] { return bench.open_file.Values().Revision >= 0; }));

@@ -63,7 +63,7 @@ TEST_F(MainFormLook, KeepsItsSizeWhenTheSlotsAreAttached) {
   bench.state.SettingsRead = true;
   ASSERT_TRUE(bench.start_up.MainFormLoad());
   form = std::make_unique<Tavrel>(
-      Tavrel::Parts{bench.sheet, bench.window, bench.cycle, bench.start_up}, 9);
+      Tavrel::Parts{bench.sheet, bench.commands, bench.cycle, bench.start_up}, 9);
   form->show();
   const QSize first = form->size();
   ASSERT_TRUE(WaitUntil([this] { return bench.cycle.IsEnabled(); }));
@@ -92,7 +92,7 @@ TEST_F(MainFormLook, ShowsTheMarkOfAPassWithoutMovingAnything) {
   const QRect info = Find("lbl_Info")->geometry();
   bench.state.TickRefresh = 0;
   bench.cycle.Tick();
-  form->Show();
+  form->UpdateWidgets();
   lay_out();
   ASSERT_TRUE(Find("Indicator")->isVisible());
   EXPECT_EQ(row->mapTo(form.get(), QPoint()), before);
@@ -106,10 +106,10 @@ TEST_F(MainFormLook, ShowsTheMarkDuringAPassOnly) {
   EXPECT_FALSE(Find("Indicator")->isVisible());
   bench.state.TickRefresh = 0;
   bench.cycle.Tick();
-  form->Show();
+  form->UpdateWidgets();
   EXPECT_TRUE(Find("Indicator")->isVisible());
   bench.Run(0.1);
-  form->Show();
+  form->UpdateWidgets();
   EXPECT_FALSE(Find("Indicator")->isVisible());
 }
 
@@ -120,7 +120,7 @@ TEST_F(MainFormLook, SpeaksTheLanguageOfTheSettingsInItsTips) {
   EXPECT_EQ(Find("cmd_Open")->toolTip(), " open a Tavrel-file ");
   bench.state.Settings.HelpLang = "german";
   bench.sheet.SetCaptionAndTips();
-  form->Show();
+  form->UpdateWidgets();
   EXPECT_EQ(Find("lb_TavNo_1")->toolTip(), QString::fromUtf8(" dieses Tavrel auswählen "));
   EXPECT_EQ(Find("tx_Des_12")->toolTip(), " Bezeichnung der Apparatur ");
   EXPECT_EQ(Find("cmd_Open")->toolTip(), QString::fromUtf8(" Tavrel-Datei öffnen "));

@@ -135,7 +135,7 @@ TEST_F(SettingsWindow, IgnoresAnEnterKeyThatIsStillHeldDown) {
   Then("TAVSETT", [this] {
     QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
     QApplication::sendEvent(QApplication::focusWidget(), &held);
-    EXPECT_TRUE(dialog->IsOpen());
+    EXPECT_TRUE(dialog.IsOpen());
     Key(Qt::Key_Escape);
   });
   Run();

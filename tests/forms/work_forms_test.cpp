@@ -6,8 +6,8 @@
 
 #include "main/forms/tavsett.h"
 #include "tests/forms/modal_bench.h"
+#include "tests/support/form_screens.h"
 #include "tests/support/work_bench.h"
-#include "tests/support/work_screens.h"
 #include "work/forms/work_table.h"
 #include "work/work_tips.h"
 
@@ -19,8 +19,7 @@ class WorkForms : public ModalDeeds, public WorkBench {
  protected:
   WorkForms() {
     bench.screens.on_show = [this](View view) { screens.Run(view); };
-    bench.cycle.SetHandlers({[this] { screens.Refresh(); }, [this] { screens.Advance(); },
-                             [this](int slot) { programs.StepProgram(slot); }});
+    bench.cycle.SetHandlers(screens.Handlers());
   }
 
   // The worksheet of slot 1, until it closes. The deeds that were told run in it.
@@ -28,7 +27,7 @@ class WorkForms : public ModalDeeds, public WorkBench {
 
   static bool IsDown(const char* name) { return Find<GlyphButton>(name)->IsLatched(); }
 
-  WorkScreens screens{{worksheet, recording, coordinates, colours, wait_bar}};
+  FormScreens screens{bench};
 };
 
 TEST_F(WorkForms, ShowTheSlotAndWhatItsInstrumentSays) {

@@ -100,7 +100,7 @@ TEST_F(Cycle, TogglesTheRunningLightOfServiceScreensOnly) {
 TEST_F(Cycle, DoesNotBlinkBeforeItsTime) {
   StartRecordingSlot(0);
   bench.state.ActiveView = View::kAllMem;
-  bench.state.TickBlink = static_cast<float>(bench.clock.Timer() + 0.2);
+  bench.state.TickBlink = bench.clock.Elapsed() + std::chrono::milliseconds(200);
   Tick();
   EXPECT_FALSE(bench.state.Trigger);
   bench.clock.AdvanceSeconds(0.25);
@@ -226,7 +226,7 @@ TEST_F(Cycle, PutsEditedHeadersToTheDiskEveryTwentyMinutes) {
 TEST_F(Cycle, ArmsAllDeadlinesAnewAfterMidnight) {
   bench.clock.timer_at_start = 86290;
   StartRecordingSlot(0);
-  bench.state.TickBlink = 86300;
+  bench.state.TickBlink = std::chrono::seconds(86300);
   bench.Run(20);
   bench.port.sent.clear();
   bench.clock.AdvanceSeconds(60);
@@ -242,7 +242,7 @@ TEST_F(Cycle, ArmsAllDeadlinesAnewAfterMidnight) {
   EXPECT_FLOAT_EQ(bench.state.TickRefresh, now + 5);
   EXPECT_FLOAT_EQ(bench.state.TickFlush, now + 100);
   EXPECT_FLOAT_EQ(bench.state.TickWait, now + 1);
-  EXPECT_EQ(bench.state.TickBlink, 0);
+  EXPECT_EQ(bench.state.TickBlink.count(), 0);
 }
 
 TEST_F(Cycle, ArmsAllDeadlinesAfterSleepingOverMidnight) {

@@ -65,6 +65,7 @@ class ProgramUnderFire {
 
   void CheckEditor() {
     ProgramEditor editor({room_.state, room_.dialogs});
+    editor.Open();
     Choose(kName);
     editor.cmdOpen_Click();
     for (int edit = 0; edit < kEdits; ++edit) {

@@ -54,8 +54,74 @@ TEST_F(Commands, FaultStrikesSoManyTimes) {
   EXPECT_EQ(bench.Say("W11?W11?"), "?0000\r");
 }
 
+TEST_F(Commands, AttachPutsAFreshInstrumentToTheLine) {
+  EXPECT_EQ(bench.Say("T50?"), "");
+  EXPECT_EQ(Do("attach 6"), "ok\n");
+  EXPECT_EQ(bench.Say("T50?"), "000A\r");
+  EXPECT_EQ(Do("attach 4 fast"), "ok\n");
+  EXPECT_EQ(bench.Say("T30?"), "0001\r");
+  EXPECT_EQ(bench.Say("Z31?R31?"), "0000\r0000\r");
+}
+
+TEST_F(Commands, DetachTakesAnInstrumentOffTheLine) {
+  EXPECT_EQ(Do("detach 2"), "ok\n");
+  EXPECT_EQ(bench.Say("T10?T00?"), "000A\r");
+  EXPECT_EQ(Do("detach 2"), "error: no such instrument\n");
+  EXPECT_EQ(Do("detach 1"), "ok\n");
+  EXPECT_EQ(bench.Say("T00?8000<"), "");
+  EXPECT_EQ(Do("restart all"), "error: no such instrument\n");
+  EXPECT_EQ(Do("attach 1"), "ok\n");
+  EXPECT_EQ(bench.Say("T00?8000<"), "000A\r0000\r");
+}
+
+TEST_F(Commands, InstrumentsOfOneNumberTalkAtTheSameTime) {
+  EXPECT_EQ(Do("attach 2"), "ok\n");
+  EXPECT_EQ(bench.Say("W11=64\r"), ".");
+  EXPECT_EQ(bench.Say("W11?"), "0064\r");
+  EXPECT_EQ(Do("attach 2"), "ok\n");
+  EXPECT_EQ(bench.Say("W11?"), "00~~\r");
+  EXPECT_EQ(Do("detach 2"), "ok\n");
+  EXPECT_EQ(bench.Say("W11?"), "0064\r") << "the one that came last has gone";
+}
+
+TEST_F(Commands, ThereIsNoRoomForEndlesslyManyInstruments) {
+  for (int count = 3; count <= 16; ++count) {
+    EXPECT_EQ(Do("attach 3"), "ok\n");
+  }
+  EXPECT_EQ(Do("attach 3"), "error: no room for more instruments\n");
+}
+
+// On a plug-in line each instrument is written a number of its own.
+TEST(NumbersOnALine, AreGivenToOneInstrumentAfterTheOther) {
+  LineBench bench{LineMode::kPlugin, {1}};
+  FakeSwitchboard board;
+  ControlCommands commands(bench.line, board);
+  EXPECT_EQ(bench.Say("nm8000=4\r"), ".");
+  EXPECT_EQ(bench.Say("nm8000?n4m8000?"), "0004\r");
+  EXPECT_EQ(commands.Execute("attach 1"), "ok\n");
+  EXPECT_EQ(bench.Say("nm8000=4\r"), "?") << "taken";
+  EXPECT_EQ(bench.Say("nm8000=2\r"), ".");
+  EXPECT_EQ(bench.Say("n2m8000?n4m8000?"), "0002\r0004\r");
+  EXPECT_EQ(commands.Execute("attach 3"), "ok\n");
+  EXPECT_EQ(bench.Say("n2m8000=5\r"), ".") << "both of them hear it";
+  EXPECT_EQ(bench.Say("n2m8000?"), "");
+  EXPECT_EQ(bench.Say("n5m8000?"), "0005\r");
+  EXPECT_EQ(commands.Execute("detach 6"), "ok\n");
+  EXPECT_EQ(commands.Execute("detach 6"), "ok\n");
+  EXPECT_EQ(commands.Execute("detach 6"), "error: no such instrument\n");
+}
+
 TEST_F(Commands, NonsenseIsAnError) {
   for (const char* text : {"",
+                           "attach",
+                           "attach 0",
+                           "attach 7",
+                           "attach x",
+                           "attach 3 slow",
+                           "attach 3 fast now",
+                           "detach",
+                           "detach all",
+                           "detach 3 4",
                            "fault",
                            "fault 1",
                            "fault 3 silence",

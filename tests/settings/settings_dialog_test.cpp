@@ -52,41 +52,41 @@ TEST_F(SettingsForm, ShowsTheUsualDirectoryForAnEmptyPath) {
   Shared().DefPath.clear();
   const std::string usual = LowerCase(bench.home.File("tavdat"));
   EXPECT_TRUE(Open().Values().cmdPath.ends_with(usual.substr(usual.size() - 20)));
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_EQ(Shared().DefPath, "");
 }
 
 TEST_F(SettingsForm, HasItsNumberAndGivesTheOldOneBack) {
   Open();
   EXPECT_EQ(bench.state.ActiveView, View::kTavSett);
-  dialog->CmdOK_Click();
-  EXPECT_FALSE(dialog->IsOpen());
+  dialog.CmdOK_Click();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
   Open();
-  dialog->Quit();
+  dialog.Quit();
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
 }
 
 TEST_F(SettingsForm, GivesItsNumberBackEvenIfTheProgramEndsUnderIt) {
   Open();
-  dialog.reset();
+  dialog.CloseNow();
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
 }
 
 TEST_F(SettingsForm, TakesEveryControlOverAtOk) {
   Open();
-  dialog->Txt_Plant_Change("  Foundry North ");
-  dialog->Txt_Lab_Change(" ");
-  dialog->cboHelp_Click(1);
-  dialog->cboCom_Click(12);
-  dialog->cboMode_Click(1);
-  dialog->cboDia_Click(1);
-  dialog->CboWidth_Click(0);
+  dialog.Txt_Plant_Change("  Foundry North ");
+  dialog.Txt_Lab_Change(" ");
+  dialog.cboHelp_Click(1);
+  dialog.cboCom_Click(12);
+  dialog.cboMode_Click(1);
+  dialog.cboDia_Click(1);
+  dialog.CboWidth_Click(0);
   bench.dialogs.chosen_font = FontChoice{"DejaVu Sans", 9};
-  dialog->CmdFont_Click();
-  EXPECT_EQ(dialog->Values().CmdFont, "DejaVu Sans,  9");
+  dialog.CmdFont_Click();
+  EXPECT_EQ(dialog.Values().CmdFont, "DejaVu Sans,  9");
   EXPECT_EQ(Shared().Plant, "Foundry South");
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_TRUE(Boxes().empty());
   for (const char* line :
        {"PLANT:: Foundry North", "LAB:: ", "HELPLANG:: German", "COMMPORT:: COM12", "COMMODE:: 1",
@@ -114,25 +114,25 @@ TEST_F(SettingsForm, ClearsTheListOfFilesAtOkOnly) {
 TEST_F(SettingsForm, KeepsWhatARecordingChangedWhileItWasOpen) {
   Open();
   Shared().ActiveFiles[2] = "M260314B.OVN";
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_TRUE(FileHolds("ACTIVE03:: M260314B.OVN"));
 }
 
 TEST_F(SettingsForm, ClosesThePortEitherWay) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   ASSERT_TRUE(bench.link.PortOpen);
   Open().CmdOK_Click();
   EXPECT_FALSE(bench.link.PortOpen);
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   Open().Quit();
   EXPECT_FALSE(bench.link.PortOpen);
 }
 
 TEST_F(SettingsForm, LeavesWithoutAQuestionIfNothingChanged) {
   Open();
-  dialog->Txt_Plant_Change(" Foundry South ");
-  dialog->Quit();
-  EXPECT_FALSE(dialog->IsOpen());
+  dialog.Txt_Plant_Change(" Foundry South ");
+  dialog.Quit();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_TRUE(Boxes().empty());
   EXPECT_FALSE(bench.home.Exists("TAVREL.USR"));
 }
@@ -140,14 +140,14 @@ TEST_F(SettingsForm, LeavesWithoutAQuestionIfNothingChanged) {
 TEST_F(SettingsForm, AsksBeforeItForgetsAChange) {
   Open().cboDia_Click(1);
   bench.dialogs.ok = false;
-  dialog->Quit();
-  EXPECT_TRUE(dialog->IsOpen());
+  dialog.Quit();
+  EXPECT_TRUE(dialog.IsOpen());
   ASSERT_EQ(Boxes().size(), 1U);
   EXPECT_EQ(Boxes()[0].Text, "Parameters changed !\nQuit anyway ?");
   EXPECT_EQ(Boxes()[0].Title, "Settings");
   bench.dialogs.ok = true;
-  dialog->Quit();
-  EXPECT_FALSE(dialog->IsOpen());
+  dialog.Quit();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_FALSE(Shared().Diagnostic);
 }
 
@@ -175,24 +175,24 @@ TEST_F(SettingsForm, KeepsTheFontAfterCancel) {
   ASSERT_EQ(bench.dialogs.font_dialogs.size(), 1U);
   EXPECT_EQ(bench.dialogs.font_dialogs[0].Name, "Arial");
   EXPECT_EQ(bench.dialogs.font_dialogs[0].Size, 11);
-  EXPECT_EQ(dialog->Values().CmdFont, "Arial,  11");
+  EXPECT_EQ(dialog.Values().CmdFont, "Arial,  11");
 }
 
 TEST_F(SettingsForm, ChangesTheLanguageOfItsTipsAtOnceWithoutKeepingIt) {
   Open();
-  EXPECT_EQ(dialog->Values().TipLanguage, Language::kEnglish);
-  dialog->cboHelp_Click(1);
-  EXPECT_EQ(dialog->Values().TipLanguage, Language::kGerman);
+  EXPECT_EQ(dialog.Values().TipLanguage, Language::kEnglish);
+  dialog.cboHelp_Click(1);
+  EXPECT_EQ(dialog.Values().TipLanguage, Language::kGerman);
   EXPECT_EQ(Shared().HelpLang, "English");
-  dialog->Quit();
+  dialog.Quit();
   EXPECT_EQ(Shared().HelpLang, "English");
 }
 
 TEST_F(SettingsForm, OpensTheManualOfTheLanguageInItsList) {
   bench.home.Write(kEnglishManual, "manual");
   Open().MnuHelp_Click();
-  dialog->cboHelp_Click(1);
-  dialog->MnuHelp_Click();
+  dialog.cboHelp_Click(1);
+  dialog.MnuHelp_Click();
   EXPECT_EQ(bench.shell.opened, (std::vector<std::string>{bench.home.File(kEnglishManual),
                                                           bench.home.File(kGermanManual)}));
 }
@@ -202,26 +202,26 @@ TEST_F(SettingsForm, NamesTheDeviceOfThePort) {
   bench.home.Write("COM3", "");
   EXPECT_EQ(Open().Values().DeviceTip, " COM3 = " + bench.home.File("COM3") + " ");
   Open().cboCom_Click(5);
-  EXPECT_EQ(dialog->Values().DeviceTip, " COM5 = " + bench.home.File("COM5") + " ");
+  EXPECT_EQ(dialog.Values().DeviceTip, " COM5 = " + bench.home.File("COM5") + " ");
   std::filesystem::remove(bench.home.File("COM5"));
   std::filesystem::create_symlink("/nowhere", bench.home.File("COM6"));
-  dialog->cboCom_Click(6);
-  EXPECT_EQ(dialog->Values().DeviceTip, " COM6 = " + bench.home.File("COM6") + "  (not present) ");
-  dialog->cboHelp_Click(1);
-  EXPECT_EQ(dialog->Values().DeviceTip,
+  dialog.cboCom_Click(6);
+  EXPECT_EQ(dialog.Values().DeviceTip, " COM6 = " + bench.home.File("COM6") + "  (not present) ");
+  dialog.cboHelp_Click(1);
+  EXPECT_EQ(dialog.Values().DeviceTip,
             " COM6 = " + bench.home.File("COM6") + "  (nicht vorhanden) ");
-  dialog->cboCom_Click(0);
-  EXPECT_EQ(dialog->Values().DeviceTip, "");
+  dialog.cboCom_Click(0);
+  EXPECT_EQ(dialog.Values().DeviceTip, "");
 }
 
 TEST_F(SettingsForm, TakesANewDirectoryWithItsCase) {
   const std::string next = bench.home.File("Ofenhalle");
   NextDirectory(next);
   Open().cmdPath_Click();
-  EXPECT_TRUE(dialog->Values().cmdPath.ends_with("/ofenhalle"));
+  EXPECT_TRUE(dialog.Values().cmdPath.ends_with("/ofenhalle"));
   EXPECT_TRUE(Boxes().empty());
   EXPECT_EQ(bench.state.ActiveView, View::kTavSett);
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_EQ(Shared().DefPath, next);
   EXPECT_TRUE(FileHolds("DEFPATH:: " + next));
 }
@@ -236,7 +236,7 @@ class DirectoryName : public SettingsForm,
     bench.screens.on_show = [this, path](View) { Choose(path); };
     bench.home.Write(std::string(GetParam().first) + "/M260314A.OVN", "x");
     Open().cmdPath_Click();
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
     bench.settings.SettingsLoad();
     return DataDirectory(bench.state);
   }
@@ -293,9 +293,9 @@ TEST_F(SettingsForm, IsContentWithADirectoryThatIsInForceAlready) {
 }
 
 TEST_F(SettingsForm, KeepsTheDirectoryIfNoneIsChosen) {
-  bench.screens.on_show = [this](View) { directory.Leave(); };
+  bench.screens.on_show = [this](View) { directory.Quit(); };
   Open().cmdPath_Click();
-  dialog->Quit();
+  dialog.Quit();
   EXPECT_TRUE(Boxes().empty());
 }
 
@@ -314,10 +314,10 @@ TEST_F(SettingsForm, NamesTheConsequenceOfANewDirectoryWhileTestsRun) {
                       next +
                       "\nand are not found, unless their files are moved there.\n\nUse the new "
                       "directory ?");
-  EXPECT_TRUE(dialog->Values().cmdPath.ends_with("/tavdat"));
+  EXPECT_TRUE(dialog.Values().cmdPath.ends_with("/tavdat"));
   bench.dialogs.ok = true;
-  dialog->cmdPath_Click();
-  EXPECT_TRUE(dialog->Values().cmdPath.ends_with("/next"));
+  dialog.cmdPath_Click();
+  EXPECT_TRUE(dialog.Values().cmdPath.ends_with("/next"));
 }
 
 TEST_F(SettingsForm, AsksForTestsThatAreNotAttachedYet) {
@@ -339,52 +339,52 @@ TEST_F(SettingsForm, DoesNotAskForTheViewedFileNorForTheSameDirectory) {
   EXPECT_TRUE(Boxes().empty());
   PutIntoUse(1, false);
   NextDirectory(bench.home.File("tavdat"));
-  dialog->cmdPath_Click();
+  dialog.cmdPath_Click();
   EXPECT_TRUE(Boxes().empty());
-  dialog->Quit();
+  dialog.Quit();
   EXPECT_TRUE(Boxes().empty()) << "back to the old directory nothing has changed";
 }
 
 TEST_F(SettingsForm, AsksBeforeARecordingIsSimulated) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   PutIntoUse(4, true);
   Open().cboCom_Click(0);
   bench.dialogs.ok = false;
-  dialog->CmdOK_Click();
-  EXPECT_TRUE(dialog->IsOpen());
+  dialog.CmdOK_Click();
+  EXPECT_TRUE(dialog.IsOpen());
   EXPECT_EQ(Shared().CommPort, "COM3");
   EXPECT_TRUE(bench.link.PortOpen);
   EXPECT_EQ(Boxes().size(), 1U);
   bench.dialogs.ok = true;
-  dialog->CmdOK_Click();
-  EXPECT_FALSE(dialog->IsOpen());
+  dialog.CmdOK_Click();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_EQ(Shared().CommPort, "----");
 }
 
 TEST_F(SettingsForm, SimulatesWithoutAQuestionWhereNothingRecords) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   PutIntoUse(4, false);
   bench.state.Unit[5].UnitRecOn = 1;
   Open().cboCom_Click(0);
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_TRUE(Boxes().empty());
 }
 
 TEST_F(SettingsForm, GoesOnSimulatingWithoutAQuestion) {
   Shared().CommPort = "----";
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   PutIntoUse(4, true);
   Open().CmdOK_Click();
   EXPECT_TRUE(Boxes().empty());
 }
 
 TEST_F(SettingsForm, KeepsTheLineInForceUntilItIsOpenedAnew) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   Shared().ComMode = 1;
   EXPECT_TRUE(bench.link.Mode().LinkDirect);
   Open().CmdOK_Click();
   EXPECT_TRUE(bench.link.Mode().LinkDirect);
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   EXPECT_FALSE(bench.link.Mode().LinkDirect);
 }
 
@@ -396,12 +396,12 @@ TEST_F(SettingsForm, EndsTheProgramInOrderIfItCannotSave) {
   bench.state.SettingsChanged = true;
   bench.state.DataHome = bench.home.File("nowhere") + "/";
   bench.screens.on_show = [this](View) { Open().CmdOK_Click(); };
-  bench.window.MnuSettings();
+  bench.commands.MnuSettings();
   ASSERT_EQ(Boxes().size(), 1U);
   EXPECT_EQ(Boxes()[0].Text, "Cannot write file.");
   EXPECT_EQ(Boxes()[0].Title, "TAVREL.USR");
   EXPECT_EQ(Boxes()[0].Icon, BoxIcon::kWarning);
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
   EXPECT_FALSE(bench.link.PortOpen);
   EXPECT_EQ(bench.screens.shown.size(), 1U);
@@ -412,7 +412,7 @@ TEST_F(SettingsForm, EndsTheStartIfItCannotSave) {
   bench.state.DataHome = bench.home.File("nowhere") + "/";
   bench.screens.on_show = [this](View) { Open().CmdOK_Click(); };
   EXPECT_FALSE(bench.start_up.MainFormLoad());
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_FALSE(bench.link.PortOpen);
 }
 
@@ -424,8 +424,8 @@ TEST_F(SettingsForm, ComesUpAtAFirstRunBeforeTheLineIsOpened) {
     EXPECT_EQ(view, View::kTavSett);
     EXPECT_FALSE(bench.link.PortOpen);
     EXPECT_EQ(Open().Values().cboCom, 0);
-    EXPECT_EQ(dialog->Values().Txt_Plant, "?");
-    dialog->CmdOK_Click();
+    EXPECT_EQ(dialog.Values().Txt_Plant, "?");
+    dialog.CmdOK_Click();
   };
   EXPECT_TRUE(bench.start_up.MainFormLoad());
   EXPECT_TRUE(bench.link.Simulated);
@@ -440,9 +440,9 @@ TEST_F(SettingsForm, ComesAgainUntilThePortOpens) {
   bench.screens.on_show = [&](View) {
     Open();
     if (++shown == 2) {
-      dialog->cboCom_Click(0);
+      dialog.cboCom_Click(0);
     }
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
   };
   EXPECT_TRUE(bench.start_up.MainFormLoad());
   EXPECT_EQ(shown, 2);

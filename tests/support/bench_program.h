@@ -36,9 +36,11 @@ struct BenchMachine {
   FakePrinter printer;
   FakeClipboard clipboard;
   FakeRegional regional;
+  std::vector<Place> places{{"computer  (/)", "/"}};  // where the lists of directories begin
 
   [[nodiscard]] Machine All() {
-    return {port, clock, dialogs, screens, events, shell, printer, clipboard, regional};
+    return {port,  clock,   dialogs,   screens,  events,
+            shell, printer, clipboard, regional, [this] { return places; }};
   }
 };
 

@@ -6,17 +6,15 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/copy_files.h"
-#include "dialogs/open_file.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {
 
-// The dialogs of files on the bench's program, over real directories. The places of the lists of
-// directories are the root and the bench's own home, so that no test depends on the machine.
+// The dialogs of files on the bench's program, over real directories.
 class FileBench {
  public:
   FileBench() {
+    program.places = {{"computer", "/"}, {"home", program.home.Path()}};
     program.state.Settings.DefPath = Data();
     program.state.Settings.OpenPath = Data();
     program.state.Settings.SortKey = "FA";
@@ -50,14 +48,9 @@ class FileBench {
   }
 
   BenchProgram program;
-  DirectoryLists::ListPlaces places = [this] {
-    return std::vector<Place>{{"computer", "/"}, {"home", program.home.Path()}};
-  };
-  FileIndex index{{program.state, program.events, program.clock}};
-  OpenFile open_file{
-      {program.state, index, program.dialogs, program.screens, program.events, places}};
-  CopyFiles copy_files{
-      {program.state, open_file, program.dialogs, program.events, program.clock, places}};
+  FileIndex& index = program.index;
+  OpenFile& open_file = program.open_file;
+  CopyFiles& copy_files = program.copy_files;
 };
 
 }  // namespace tavrel

@@ -2,12 +2,9 @@
 #define TAVREL_TESTS_SUPPORT_SETTINGS_BENCH_H_
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "dialogs/choose_directory.h"
-#include "main/settings_dialog.h"
 #include "tests/support/bench_program.h"
 
 namespace tavrel {
@@ -31,10 +28,8 @@ class SettingsBench {
   }
 
   SettingsDialog& Open() {
-    dialog.reset();
-    return dialog.emplace(SettingsDialog::Parts{bench.state, bench.link, bench.settings,
-                                                bench.window, directory, bench.dialogs,
-                                                bench.shell});
+    dialog.Open();
+    return dialog;
   }
 
   // The next cmdPath opens that directory and takes it.
@@ -55,10 +50,8 @@ class SettingsBench {
   std::string SavedSettings() const { return bench.home.Read("TAVREL.USR"); }
 
   BenchProgram bench;
-  DirectoryChoice directory{bench.state, bench.screens, [] {
-                              return std::vector<Place>{{"computer  (/)", "/"}};
-                            }};
-  std::optional<SettingsDialog> dialog;
+  DirectoryChoice& directory = bench.directory;
+  SettingsDialog& dialog = bench.settings_dialog;
 };
 
 }  // namespace tavrel

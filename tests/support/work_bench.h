@@ -9,12 +9,6 @@
 #include "tests/support/bench_program.h"
 #include "tests/support/line_failure.h"
 #include "tests/support/plugin_line.h"
-#include "work/colour_choice.h"
-#include "work/coordinates.h"
-#include "work/program_runner.h"
-#include "work/recording_settings.h"
-#include "work/wait_bar.h"
-#include "work/worksheet.h"
 
 namespace tavrel {
 
@@ -104,15 +98,12 @@ class WorkBench {
 
   BenchProgram bench;
   UnitRecord header = BenchProgram::Header(kInet, 3, 2, false);
-  ProgramRunner programs{
-      {bench.state, bench.link, bench.engine, bench.dialogs, bench.events, bench.clock}};
-  RecordingSettings recording{
-      {bench.state, bench.files, bench.settings, bench.messages, bench.dialogs, bench.screens}};
-  Coordinates coordinates{bench.state, bench.dialogs, bench.screens};
-  ColourChoice colours{bench.state, bench.screens};
-  WaitBar wait_bar{bench.state, bench.events, bench.clock};
-  Worksheet worksheet{{bench.state, bench.link, bench.engine, programs, recording, coordinates,
-                       colours, bench.dialogs, bench.screens, bench.events, bench.clock}};
+  ProgramRunner& programs = bench.runner;
+  RecordingSettings& recording = bench.recording_settings;
+  Coordinates& coordinates = bench.coordinates;
+  ColourChoice& colours = bench.colours;
+  WaitBar& wait_bar = bench.wait_bar;
+  Worksheet& worksheet = bench.worksheet;
   std::map<View, std::function<void()>> dialog;
   int exchanges = 0;
   int fail_at = 0;

@@ -19,15 +19,13 @@ class PidOnTheRealWire : public ButtonsOnTheWire {
   void PressOk(int failing) {
     Give({{"P", 2000}, {"N", 900}, {"V", 160}, {"T", 0}, {"Z", 2}});
     Forget();
-    form = std::make_unique<PidParameters>(
-        PidParameters::Parts{program.state, program.link, program.dialogs, program.screens,
-                             program.unsure, program.engine.Orders()});
+    form.Open();
     ExpectTelegrams(Of({"P13?", "N13?", "V13?", "T13?"}, {"n1v93?", "n1v73?", "n1vF3?", "n1vD3?"}));
-    form->Cbo_Click(5);
+    form.Cbo_Click(5);
     Forget();
     telegrams_before_wait = 0;
     fail_at = failing;
-    form->CmdOK_Click();
+    form.CmdOK_Click();
   }
   // The first `count` telegrams and the one that brings the state back.
   Telegrams FirstAndLast(int count) const {
@@ -44,7 +42,7 @@ class PidOnTheRealWire : public ButtonsOnTheWire {
   }
 
   Telegrams writes;
-  std::unique_ptr<PidParameters> form;
+  PidParameters& form = program.pid_parameters;
 };
 
 const Telegrams kAsked = {"controller: new parameters"};
@@ -57,7 +55,7 @@ TEST_P(PidOnAGoodWire, SwitchesOffWritesWaitsAndSwitchesOnAgain) {
   ExpectTelegrams(writes);
   EXPECT_EQ(telegrams_before_wait, 6) << "all but the last one";
   EXPECT_EQ(Boxes(), kAsked);
-  EXPECT_FALSE(form->IsOpen());
+  EXPECT_FALSE(form.IsOpen());
   ExpectAllParameters();
 }
 
@@ -65,7 +63,7 @@ TEST_P(PidOnTheRealWire, WritesNothingWithoutTheState) {
   PressOk(1);
   ExpectTelegrams(First(writes, 1));
   EXPECT_EQ(Boxes(), kAskedInVain);
-  EXPECT_TRUE(form->IsOpen());
+  EXPECT_TRUE(form.IsOpen());
   EXPECT_EQ(Register("P"), 2000);
   EXPECT_EQ(Register("Z"), 2);
 }
@@ -75,7 +73,7 @@ TEST_P(PidOnTheRealWire, BringsTheStateBackIfItCannotSwitchOff) {
   ExpectTelegrams(FirstAndLast(2));
   EXPECT_EQ(telegrams_before_wait, 0) << "nothing to wait for";
   EXPECT_EQ(Boxes(), kAskedInVain);
-  EXPECT_TRUE(form->IsOpen());
+  EXPECT_TRUE(form.IsOpen());
   EXPECT_EQ(Register("Z"), 2);
 }
 
@@ -92,15 +90,15 @@ TEST_P(PidOnTheRealWire, StopsAtAParameterReadsItBackAndGoesOnFromThere) {
     ExpectTelegrams(expected);
     EXPECT_EQ(telegrams_before_wait, failing);
     EXPECT_EQ(Boxes(), kAskedInVain);
-    ASSERT_TRUE(form->IsOpen());
+    ASSERT_TRUE(form.IsOpen());
     EXPECT_EQ(Register("Z"), 2);
     Forget();
-    form->CmdOK_Click();
+    form.CmdOK_Click();
     const int arrived = HowItFails().is_carried_out ? failing : failing - 1;
     Telegrams rest = First(writes, 2);
     rest.insert(rest.end(), writes.begin() + arrived, writes.end());
     ExpectTelegrams(arrived == 6 ? Telegrams{} : rest);
-    EXPECT_FALSE(form->IsOpen());
+    EXPECT_FALSE(form.IsOpen());
     ExpectAllParameters();
   }
 }
@@ -109,7 +107,7 @@ TEST_P(PidOnTheRealWire, TriesTheLastTelegramAgain) {
   PressOk(7);
   ExpectTelegrams(FirstAndLast(7));
   EXPECT_EQ(Boxes(), kAsked);
-  EXPECT_FALSE(form->IsOpen());
+  EXPECT_FALSE(form.IsOpen());
   ExpectAllParameters();
 }
 
@@ -118,7 +116,7 @@ TEST_P(PidOnTheRealWire, TellsThatTheControllerIsOffAfterTwoTries) {
   PressOk(7);
   ExpectTelegrams(FirstAndLast(7));
   EXPECT_EQ(Boxes(), (Telegrams{"controller: new parameters", "controller: controller is off"}));
-  EXPECT_FALSE(form->IsOpen());
+  EXPECT_FALSE(form.IsOpen());
   EXPECT_EQ(Register("Z"), HowItFails().is_carried_out ? 2 : 0);
 }
 

@@ -86,8 +86,8 @@ class ProgramRun : public ModalDeeds, public testing::WithParamInterface<bool> {
       Click("cmdSave");
       Key(Qt::Key_Escape);
     });
-    ProgramEditor editor({program.state, program.dialogs});
-    TavProg(editor).Run();
+    program.program_editor.Open();
+    TavProg(program.program_editor).Run();
     ASSERT_TRUE(program.dialogs.boxes.empty());
   }
   // Time, setpoint and increment, and the line of the list of states.

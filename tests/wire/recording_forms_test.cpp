@@ -1,9 +1,10 @@
+#include <QComboBox>
 #include <fstream>
 
 #include "main/forms/tavrel.h"
 #include "tests/forms/modal_bench.h"
+#include "tests/support/form_screens.h"
 #include "tests/support/wait_until.h"
-#include "tests/support/work_screens.h"
 #include "tests/truth/comparison.h"
 #include "tests/wire/live_instrument.h"
 #include "tests/wire/wire_program.h"
@@ -25,7 +26,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     ASSERT_TRUE(instrument.IsUp());
     program.screens.built = {View::kTavWork, View::kTavRec, View::kTavWait};
     program.screens.on_show = [this](View view) { screens.Run(view); };
-    program.cycle.SetHandlers({[this] { screens.Refresh(); }, [this] { screens.Advance(); }, {}});
+    program.cycle.SetHandlers(screens.Handlers());
     UnitRecord header = BenchProgram::Header(kInet, 1, 3, false);
     header.UnitRole.fill(0);
     for (const int input : kRecorded) {
@@ -37,7 +38,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     program.PrepareStart(GetParam(), kName, header);
     ASSERT_TRUE(program.start_up.MainFormLoad());
     form = std::make_unique<Tavrel>(
-        Tavrel::Parts{program.sheet, program.window, program.cycle, program.start_up}, 1);
+        Tavrel::Parts{program.sheet, program.commands, program.cycle, program.start_up}, 1);
     form->show();
     ASSERT_TRUE(WaitUntil([this] { return program.cycle.IsEnabled(); }));
   }
@@ -95,7 +96,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
     const Findings findings = Compare(truth, {files.front(), kInet, kRecorded}, all);
-    EXPECT_TRUE(findings.IsTrue()) << testing::PrintToString(findings.details);
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
     EXPECT_EQ(findings.excused, 0);
     EXPECT_EQ(truth.overruns, 0);
     EXPECT_EQ(HandedSets(truth, {files.front(), kInet, kRecorded}), RowsIn(all) - 1);
@@ -116,8 +117,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
                              "--warm", "--oven", "1.1=ramp:450:0.1"}};
   std::unique_ptr<Tavrel> form;
   // The worksheet is a child of the main form and has to go before it.
-  WorkScreens screens{{program.worksheet, program.recording_settings, program.coordinates,
-                       program.colours, program.wait_bar}};
+  FormScreens screens{program};
 };
 
 TEST_P(RecordingForms, RecordStopAndGoOnInTheSameFile) {
@@ -230,13 +230,13 @@ TEST_P(RecordingForms, LoseNothingIfTheProgramEndsDuringTheStart) {
   Then("TavWait", [this] {
     EXPECT_FALSE(form->close());
     EXPECT_TRUE(form->isVisible());
-    EXPECT_FALSE(program.window.HasEnded());
+    EXPECT_FALSE(program.commands.HasEnded());
   });
   program.state.SettingsChanged = true;  // as they were given by the test, not read from a file
   RunWorksheet();
   form->findChild<QTimer*>("Timer_Main")->stop();  // its next tick would end this process
-  program.window.Close();
-  ASSERT_TRUE(program.window.HasEnded());
+  program.commands.Close();
+  ASSERT_TRUE(program.commands.HasEnded());
   EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
 
   ProgramLogic next(program.All());
@@ -250,7 +250,7 @@ TEST_P(RecordingForms, LoseNothingIfTheProgramEndsDuringTheStart) {
     next.cycle.Tick();
     return next.state.SampleCount[1] >= 6;
   }));
-  next.window.Close();
+  next.commands.Close();
   ExpectTruth({kName});
 }
 

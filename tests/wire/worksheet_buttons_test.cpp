@@ -125,8 +125,8 @@ TEST_P(WorksheetOnTheWire, SendsTheChangedSettingsOfTheController) {
     Give(kSettings);
     dialog = [&] {
       Forget();
-      ControllerSettings settings(
-          {program.state, program.link, program.dialogs, program.screens, program.unsure});
+      ControllerSettings& settings = program.controller_settings;
+      settings.Open();
       ExpectTelegrams(reads);
       for (int box = 0; box < 6; ++box) {
         settings.TBox_Change(box, texts.at(static_cast<std::size_t>(box)));
@@ -180,8 +180,8 @@ class UnsureOnTheWire : public ButtonsOnTheWire {
   void TypeInVain(const Value& value, const std::function<void(ControllerSettings&)>& then) {
     Give(kSettings);
     dialog = [&] {
-      ControllerSettings settings(
-          {program.state, program.link, program.dialogs, program.screens, program.unsure});
+      ControllerSettings& settings = program.controller_settings;
+      settings.Open();
       settings.TBox_Change(value.box, value.other_text);
       Forget();
       fail_at = 1;

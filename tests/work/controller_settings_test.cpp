@@ -23,11 +23,9 @@ class Settings : public testing::Test, public ControlBench {
     Register('G') = 20 * 5;
   }
   ControllerSettings& Open() {
-    dialog.reset();
-    dialog.emplace(ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
-                                             bench.unsure});
+    dialog.Open();
     Count();
-    return *dialog;
+    return dialog;
   }
   // Opens, types, presses OK; the last box.
   std::string Ok(const std::vector<std::pair<int, std::string>>& typed) {
@@ -41,7 +39,7 @@ class Settings : public testing::Test, public ControlBench {
     return LastBox();
   }
 
-  std::optional<ControllerSettings> dialog;
+  ControllerSettings& dialog = bench.controller_settings;
 };
 
 TEST_F(Settings, ShowsWhatTheInstrumentTells) {
@@ -91,7 +89,7 @@ TEST_F(Settings, KeepsBothIncrementsTogetherByTheHour) {
   EXPECT_EQ(now.TBox(kFirstIncrementBox), "30.0");
   Register('I') = 3000;
   EXPECT_EQ(Open().TBox(kFirstIncrementBox), "300.0");
-  EXPECT_EQ(dialog->TBox(kSecondIncrementBox), "5.000");
+  EXPECT_EQ(dialog.TBox(kSecondIncrementBox), "5.000");
   Register('I') = -3000;
   EXPECT_EQ(Open().TBox(kSecondIncrementBox), "-5.000");
 }
@@ -117,7 +115,7 @@ TEST_F(Settings, SendsNothingWhenNothingWasTouched) {
   const UnitRecord before = Unit();
   EXPECT_EQ(Ok({}), "");
   EXPECT_THAT(Sent(), IsEmpty());
-  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
   EXPECT_EQ(Unit().UnitSetpoint, 4001);
   EXPECT_EQ(Unit().UnitRole, before.UnitRole);
@@ -129,8 +127,8 @@ TEST_F(Settings, LimitsTheSetpointByTheUpperLimit) {
   EXPECT_EQ(Register('W'), 20000);
   EXPECT_EQ(Ok({{kUpperBox, "1005"}}), "check: setpoint:\n15 ... 995");
   EXPECT_EQ(Ok({{kUpperBox, "1100"}, {kSetpointBox, "1000.1"}}), "check: setpoint:\n15 ... 1000");
-  EXPECT_EQ(dialog->RefusedBox(), kSetpointBox);
-  EXPECT_TRUE(dialog->IsOpen());
+  EXPECT_EQ(dialog.RefusedBox(), kSetpointBox);
+  EXPECT_TRUE(dialog.IsOpen());
   EXPECT_EQ(Ok({{kSetpointBox, "14.9"}}), "check: setpoint:\n15 ... 1000");
   EXPECT_EQ(Ok({{kUpperBox, "1100.1"}}), "check: upper limit:\n910 ... 1100");
 }
@@ -201,7 +199,7 @@ TEST_F(Settings, AsksForTheInstrumentBeforeAnythingElse) {
   fail_from = 1;
   EXPECT_EQ(Ok({}), "check: Tavrel connected ?");
   EXPECT_THAT(Sent(), ElementsAre("T20?", "T20?")) << "it may answer again by now";
-  EXPECT_TRUE(dialog->IsOpen());
+  EXPECT_TRUE(dialog.IsOpen());
 }
 
 TEST_F(Settings, ChangesNothingOnEscape) {
@@ -223,33 +221,30 @@ TEST_F(Settings, OpensThePidParameters) {
 TEST_F(Settings, AsksASilentInstrumentOnce) {
   bench.line.silent = {kInet};
   Count();
-  dialog.emplace(ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
-                                           bench.unsure});
+  dialog.Open();
   EXPECT_EQ(Sent().size(), 1U);
   for (const int box :
        {kUpperBox, kFinalBox, kFirstIncrementBox, kSecondIncrementBox, kSetpointBox, kLowerBox}) {
-    EXPECT_EQ(dialog->TBox(box), "?") << box;
+    EXPECT_EQ(dialog.TBox(box), "?") << box;
   }
-  EXPECT_TRUE(dialog->CtrlFailed());
+  EXPECT_TRUE(dialog.CtrlFailed());
 }
 
 TEST_F(Settings, AsksNoMoreOnceTheInstrumentFallsSilent) {
   lose_at = 3;
   Count();
-  dialog.emplace(ControllerSettings::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
-                                           bench.unsure});
+  dialog.Open();
   EXPECT_EQ(Sent().size(), 3U);
-  EXPECT_EQ(dialog->TBox(kSetpointBox), "200.0");
-  EXPECT_EQ(dialog->TBox(kUpperBox), "300.0");
-  EXPECT_EQ(dialog->TBox(kFinalBox), "?");
-  EXPECT_EQ(dialog->TBox(kLowerBox), "?");
+  EXPECT_EQ(dialog.TBox(kSetpointBox), "200.0");
+  EXPECT_EQ(dialog.TBox(kUpperBox), "300.0");
+  EXPECT_EQ(dialog.TBox(kFinalBox), "?");
+  EXPECT_EQ(dialog.TBox(kLowerBox), "?");
 }
 
 TEST_F(Settings, TouchesNothingForTheViewedFile) {
   bench.state.SelSlot = kViewedFile;
-  const ControllerSettings now(
-      {bench.state, bench.link, bench.dialogs, bench.screens, bench.unsure});
-  EXPECT_FALSE(now.IsOpen());
+  dialog.Open();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_THAT(Sent(), IsEmpty());
 }
 
@@ -285,9 +280,9 @@ class Unsure : public Settings {
     Greet();
     Open().TBox_Change(value.box, value.new_text);
     (is_carried_out ? lose_at : fail_at) = 1;
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
     EXPECT_EQ(LastBox(), "check: Tavrel connected ?");
-    EXPECT_TRUE(dialog->IsOpen());
+    EXPECT_TRUE(dialog.IsOpen());
     fail_at = lose_at = 0;
   }
   static std::string Told(const TypedValue& value, const std::string& held) {
@@ -303,10 +298,10 @@ TEST_F(Unsure, SendsTheOldValueAgainWhetherOrNotItWasReadBack) {
         TypeInVain(value, is_carried_out);
         Tick(seconds);
         bench.clock.AdvanceSeconds(1);
-        dialog->TBox_Change(value.box, value.old_text);
-        dialog->CmdOK_Click();
+        dialog.TBox_Change(value.box, value.old_text);
+        dialog.CmdOK_Click();
         EXPECT_EQ(Register(value.letter), value.old_raw) << value.name << seconds;
-        EXPECT_FALSE(dialog->IsOpen());
+        EXPECT_FALSE(dialog.IsOpen());
       }
     }
   }
@@ -317,12 +312,12 @@ TEST_F(Unsure, SendsTheNewValueAgainOnlyIfTheInstrumentDoesNotHaveIt) {
     for (const bool is_carried_out : {true, false}) {
       TypeInVain(value, is_carried_out);
       Tick(1);
-      EXPECT_EQ(dialog->TBox(value.box), value.new_text) << "what is typed stays";
+      EXPECT_EQ(dialog.TBox(value.box), value.new_text) << "what is typed stays";
       Count();
-      dialog->CmdOK_Click();
+      dialog.CmdOK_Click();
       EXPECT_EQ(Sent().size(), is_carried_out ? 0U : 1U) << value.name;
       EXPECT_EQ(Register(value.letter), value.new_raw);
-      EXPECT_FALSE(dialog->IsOpen());
+      EXPECT_FALSE(dialog.IsOpen());
     }
   }
 }
@@ -341,12 +336,12 @@ TEST_F(Unsure, TellsIfTheInstrumentHasAnotherValueThanTheDialogShows) {
 TEST_F(Unsure, TellsBehindEscapeIfTheInstrumentHasNotTheValueOfBefore) {
   for (const TypedValue& value : kTypedValues) {
     TypeInVain(value, true);
-    dialog->Quit();
-    dialog.reset();
+    dialog.Quit();
+    dialog.CloseNow();
     Tick(1);
     EXPECT_THAT(Announced(), ElementsAre(Told(value, value.new_text)));
     TypeInVain(value, false);
-    dialog.reset();
+    dialog.CloseNow();
     Tick(1);
     EXPECT_THAT(Announced(), IsEmpty()) << value.name;
   }
@@ -357,7 +352,7 @@ TEST_F(Unsure, KeepsTheHeaderAsTheInstrumentIs) {
   EXPECT_EQ(Unit().UnitSetpoint, 4000) << "what was acknowledged last";
   bench.state.SlotDirty[1] = false;
   bench.state.TickFlush = 80000;
-  dialog.reset();
+  dialog.CloseNow();
   Tick(1);
   EXPECT_EQ(Unit().UnitSetpoint, 5200);
   EXPECT_TRUE(bench.state.SlotDirty[1]);
@@ -365,7 +360,7 @@ TEST_F(Unsure, KeepsTheHeaderAsTheInstrumentIs) {
 
 TEST_F(Unsure, LeavesTheHeaderOfAnotherControllerAlone) {
   TypeInVain(kTypedValues[3], true);
-  dialog.reset();
+  dialog.CloseNow();
   Unit().UnitCtrl = 4;
   Tick(1);
   EXPECT_EQ(Unit().UnitSetpoint, 4000);
@@ -374,7 +369,7 @@ TEST_F(Unsure, LeavesTheHeaderOfAnotherControllerAlone) {
 
 TEST_F(Unsure, AsksAgainEveryTenSecondsWhileTheInstrumentIsAway) {
   TypeInVain(kTypedValues[0], true);
-  dialog.reset();
+  dialog.CloseNow();
   bench.line.silent = {kInet};
   Count();
   Tick(25);
@@ -398,8 +393,8 @@ TEST_F(Unsure, DoesNotJudgeTheSetpointOnARamp) {
     Tick(12);
     EXPECT_THAT(Sent(), ElementsAre("Z22?")) << state;
     EXPECT_THAT(Announced(), IsEmpty());
-    dialog->TBox_Change(kSetpointBox, "200.0");
-    dialog->CmdOK_Click();
+    dialog.TBox_Change(kSetpointBox, "200.0");
+    dialog.CmdOK_Click();
     EXPECT_EQ(Register('W'), 4000) << "it is not known, so it is sent";
     Register('Z') = 2;
   }
@@ -408,7 +403,7 @@ TEST_F(Unsure, DoesNotJudgeTheSetpointOnARamp) {
 TEST_F(Unsure, ReadsTheSetpointBackOnceTheStateIsKnown) {
   for (const int state : {0, 1, 2, 5, -1}) {
     TypeInVain(kTypedValues[3], true);
-    dialog.reset();
+    dialog.CloseNow();
     Register('Z') = static_cast<std::int16_t>(state);
     Count();
     lose_at = 1;
@@ -422,7 +417,7 @@ TEST_F(Unsure, ReadsTheSetpointBackOnceTheStateIsKnown) {
 TEST_F(Unsure, IsSureAgainOnceTheDialogIsOpenedAnew) {
   TypeInVain(kTypedValues[3], true);
   Open();
-  EXPECT_EQ(dialog->TBox(kSetpointBox), "260.0");
+  EXPECT_EQ(dialog.TBox(kSetpointBox), "260.0");
   Tick(1);
   EXPECT_THAT(Sent(), IsEmpty());
   EXPECT_THAT(Announced(), IsEmpty());
@@ -431,10 +426,10 @@ TEST_F(Unsure, IsSureAgainOnceTheDialogIsOpenedAnew) {
 TEST_F(Unsure, ComparesWithWhatWasKnownBeforeTheFirstOfSeveralFailures) {
   TypeInVain(kTypedValues[3], false);
   fail_from = 1;
-  dialog->TBox_Change(kSetpointBox, "210.0");
-  dialog->CmdOK_Click();
+  dialog.TBox_Change(kSetpointBox, "210.0");
+  dialog.CmdOK_Click();
   fail_from = 0;
-  dialog.reset();
+  dialog.CloseNow();
   Tick(12);
   EXPECT_THAT(Announced(), IsEmpty()) << "it has the value of before";
 }
@@ -464,20 +459,18 @@ class SettingsOnTheWire : public testing::TestWithParam<Line> {
   }
   void Open() {
     control.Count();
-    dialog.emplace(ControllerSettings::Parts{control.bench.state, control.bench.link,
-                                             control.bench.dialogs, control.bench.screens,
-                                             control.bench.unsure});
+    dialog.Open();
   }
   void TypeAll() {
-    dialog->TBox_Change(kUpperBox, "500");
-    dialog->TBox_Change(kFinalBox, "400");
-    dialog->TBox_Change(kSecondIncrementBox, "0.5");
-    dialog->TBox_Change(kSetpointBox, "300");
-    dialog->TBox_Change(kLowerBox, "-10");
+    dialog.TBox_Change(kUpperBox, "500");
+    dialog.TBox_Change(kFinalBox, "400");
+    dialog.TBox_Change(kSecondIncrementBox, "0.5");
+    dialog.TBox_Change(kSetpointBox, "300");
+    dialog.TBox_Change(kLowerBox, "-10");
   }
 
   ControlBench control;
-  std::optional<ControllerSettings> dialog;
+  ControllerSettings& dialog = control.bench.controller_settings;
 };
 
 TEST_P(SettingsOnTheWire, ReadsAndWritesInTheirOrder) {
@@ -485,7 +478,7 @@ TEST_P(SettingsOnTheWire, ReadsAndWritesInTheirOrder) {
   EXPECT_EQ(control.Sent(), GetParam().reads);
   TypeAll();
   control.Count();
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_EQ(control.Sent(), GetParam().writes);
   EXPECT_TRUE(control.bench.state.SlotDirty[1]);
   EXPECT_EQ(control.Unit().UnitLower, -200);
@@ -497,11 +490,11 @@ TEST_P(SettingsOnTheWire, ShowsAQuestionMarkForEachReadThatFails) {
   control.failure = LineFailure::kRefusal;  // an answer, so that the next one may be good
   for (int exchange = 1; exchange <= 5; ++exchange) {
     control.fail_at = exchange;
-    dialog.reset();
+    dialog.CloseNow();
     Open();
     EXPECT_EQ(control.Sent(), GetParam().reads);
     for (int read = 1; read <= 5; ++read) {
-      const bool failed = dialog->TBox(kBoxes.at(static_cast<std::size_t>(read - 1))) == "?";
+      const bool failed = dialog.TBox(kBoxes.at(static_cast<std::size_t>(read - 1))) == "?";
       EXPECT_EQ(failed, read == exchange) << exchange;
     }
   }
@@ -523,27 +516,27 @@ TEST_P(SettingsOnTheWire, StopsAtTheFirstWriteThatIsNotAcknowledged) {
     control.Register('W') = 4000;
     control.Register('G') = 100;
     control.fail_at = 0;
-    dialog.reset();
+    dialog.CloseNow();
     Open();
     TypeAll();
     control.Count();
     control.fail_at = exchange;
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
     EXPECT_EQ(control.Sent(), std::vector<std::string>(all.begin(), all.begin() + exchange));
     EXPECT_EQ(control.LastBox(), "check: Tavrel connected ?");
-    ASSERT_TRUE(dialog->IsOpen());
+    ASSERT_TRUE(dialog.IsOpen());
     std::vector<int> expected = wanted;
     std::copy(old.begin() + exchange - 1, old.end(), expected.begin() + exchange - 1);
     EXPECT_EQ(copies(), expected) << exchange;
 
     control.fail_at = 0;
     control.Count();
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
     std::vector<std::string> rest = {GetParam().greeting};
     rest.insert(rest.end(), all.begin() + exchange - 1, all.end());
     EXPECT_EQ(control.Sent(), rest);
     EXPECT_EQ(copies(), wanted);
-    EXPECT_FALSE(dialog->IsOpen());
+    EXPECT_FALSE(dialog.IsOpen());
   }
 }
 

@@ -25,37 +25,34 @@ class Pid : public testing::Test, public ControlBench {
  protected:
   Pid() { FillRegisters(*this); }
   PidParameters& Open() {
-    dialog.reset();
-    dialog.emplace(PidParameters::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
-                                        bench.unsure, bench.engine.Orders()});
+    dialog.Open();
     Count();
-    return *dialog;
+    return dialog;
   }
   std::vector<std::string> Boxes() const {
-    return {dialog->TBox(1), dialog->TBox(2), dialog->TBox(3), dialog->TBox(4)};
+    return {dialog.TBox(1), dialog.TBox(2), dialog.TBox(3), dialog.TBox(4)};
   }
   std::string Ok(int box, const std::string& text) {
     bench.dialogs.boxes.clear();
     Open().TBox_Change(box, text);
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
     return LastBox();
   }
 
-  std::optional<PidParameters> dialog;
+  PidParameters& dialog = bench.pid_parameters;
 };
 
 TEST_F(Pid, ShowsWhatTheInstrumentTells) {
   Open();
   EXPECT_THAT(Boxes(), ElementsAre("100.0", "900", "160", "0"));
-  EXPECT_EQ(dialog->Cbo(), 0);
+  EXPECT_EQ(dialog.Cbo(), 0);
   EXPECT_EQ(bench.state.ActiveView, View::kTavPid);
 }
 
 TEST_F(Pid, AsksASilentInstrumentOnce) {
   bench.line.silent = {kInet};
   Count();
-  dialog.emplace(PidParameters::Parts{bench.state, bench.link, bench.dialogs, bench.screens,
-                                      bench.unsure, bench.engine.Orders()});
+  dialog.Open();
   EXPECT_EQ(Sent().size(), 1U);
   EXPECT_THAT(Boxes(), ElementsAre("?", "?", "?", "?"));
 }
@@ -98,7 +95,7 @@ TEST_F(Pid, FillsTheBoxesFromTheList) {
 TEST_F(Pid, ClosesWithoutAQuestionIfNothingChanged) {
   Register('P') = 2001;  // 100.05 shows as 100.1
   Open().CmdOK_Click();
-  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_THAT(bench.dialogs.boxes, IsEmpty());
   EXPECT_THAT(Sent(), IsEmpty());
   EXPECT_EQ(bench.state.ActiveView, View::kTavWork);
@@ -112,8 +109,8 @@ TEST_F(Pid, ChecksTheRanges) {
   EXPECT_EQ(Ok(2, "10001"), "check: integral:\n0 ... 10000");
   EXPECT_EQ(Ok(3, "10001"), "check: derivative:\n0 ... 10000");
   EXPECT_EQ(Ok(4, "10001"), "check: filter for setpoint:\n0 ... 10000");
-  EXPECT_EQ(dialog->RefusedBox(), 4);
-  EXPECT_TRUE(dialog->IsOpen());
+  EXPECT_EQ(dialog.RefusedBox(), 4);
+  EXPECT_TRUE(dialog.IsOpen());
   EXPECT_THAT(Sent(), IsEmpty());
   EXPECT_EQ(Ok(1, "500"), "controller: new parameters");
   EXPECT_EQ(Register('P'), 10000);
@@ -125,7 +122,7 @@ TEST_F(Pid, SendsNothingOnCancel) {
   bench.dialogs.ok = false;
   EXPECT_EQ(Ok(2, "800"), "controller: new parameters");
   EXPECT_EQ(bench.dialogs.boxes.back().Icon, BoxIcon::kQuestion);
-  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_THAT(Sent(), IsEmpty());
 }
 
@@ -137,20 +134,20 @@ TEST_F(Pid, SendsOnlyWhatChanged) {
 
 TEST_F(Pid, SwitchesOnAgainBeforeTheProgramEnds) {
   bench.screens.on_show = [this](View) {
-    bench.window.Close();
-    EXPECT_FALSE(bench.window.HasEnded()) << "the controller is off";
+    bench.commands.Close();
+    EXPECT_FALSE(bench.commands.HasEnded()) << "the controller is off";
   };
   Ok(3, "200");
   EXPECT_EQ(Register('Z'), 2);
-  bench.window.Close();
-  EXPECT_TRUE(bench.window.HasEnded());
+  bench.commands.Close();
+  EXPECT_TRUE(bench.commands.HasEnded());
 }
 
 TEST_F(Pid, LeavesAControllerOffThatWasOff) {
   Register('Z') = 0;
   Open().TBox_Change(3, "200");
   fail_from = 4;
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_THAT(Sent(), ElementsAre("Z22?", "Z22=0\r", "V22=C8\r", "Z22=0\r", "Z22=0\r"));
   EXPECT_EQ(LastBox(), "controller: new parameters") << "no alarm: it is off as it was before";
 }
@@ -189,17 +186,17 @@ TEST_F(Pid, SendsTheOldParameterAgainAfterALostAcknowledge) {
       Greet();
       Open().TBox_Change(box, new_text);
       lose_at = 3;
-      dialog->CmdOK_Click();
+      dialog.CmdOK_Click();
       lose_at = 0;
-      ASSERT_TRUE(dialog->IsOpen());
+      ASSERT_TRUE(dialog.IsOpen());
       EXPECT_NE(Register(letter), old_raw);
       if (is_read_back) {
         Tick(1);
       }
-      dialog->TBox_Change(box, old_text);
-      dialog->CmdOK_Click();
+      dialog.TBox_Change(box, old_text);
+      dialog.CmdOK_Click();
       EXPECT_EQ(Register(letter), old_raw) << letter;
-      EXPECT_FALSE(dialog->IsOpen());
+      EXPECT_FALSE(dialog.IsOpen());
     }
   }
   EXPECT_THAT(Announced(), IsEmpty());
@@ -208,9 +205,9 @@ TEST_F(Pid, SendsTheOldParameterAgainAfterALostAcknowledge) {
 TEST_F(Pid, TellsBehindEscapeWhatTheInstrumentTookAllTheSame) {
   Open().TBox_Change(1, "90");
   lose_at = 3;
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   lose_at = 0;
-  dialog->Quit();
+  dialog.Quit();
   Tick(1);
   EXPECT_THAT(Announced(),
               ElementsAre("check: proportional:\n90.0 was not acknowledged, Tavrel has "
@@ -221,14 +218,14 @@ TEST_F(Pid, TellsBehindEscapeWhatTheInstrumentTookAllTheSame) {
 TEST_F(Pid, BringsBackTheStateOfBeforeTheFirstTry) {
   Open().TBox_Change(3, "200");
   fail_from = 3;
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   EXPECT_EQ(Register('Z'), 0);
-  ASSERT_TRUE(dialog->IsOpen());
+  ASSERT_TRUE(dialog.IsOpen());
   fail_from = 0;
   bench.clock.AdvanceSeconds(1);
   Greet();
-  dialog->CmdOK_Click();
-  EXPECT_FALSE(dialog->IsOpen());
+  dialog.CmdOK_Click();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_EQ(Register('V'), 200);
   EXPECT_EQ(Register('Z'), 2);
 }
@@ -238,13 +235,13 @@ TEST_F(Pid, LeavesAControllerOffThatAnEndActionHasSwitchedOffBetweenTwoTries) {
   Unit().UnitEndAction = 1;
   Open().TBox_Change(3, "200");
   fail_from = 3;
-  dialog->CmdOK_Click();
+  dialog.CmdOK_Click();
   fail_from = 0;
   Unit().UnitRecOn = 0;
   bench.clock.AdvanceSeconds(1);
   Greet();
-  dialog->CmdOK_Click();
-  EXPECT_FALSE(dialog->IsOpen());
+  dialog.CmdOK_Click();
+  EXPECT_FALSE(dialog.IsOpen());
   EXPECT_EQ(Register('Z'), 0);
 }
 
@@ -260,7 +257,7 @@ TEST_F(Pid, LeavesAControllerOffThatAnOlderOrderSwitchesOff) {
     Greet();
     bench.screens.on_show = [this, is_repeated](View) { Tick(is_repeated ? 11 : 0); };
     Ok(3, is_repeated ? "200" : "210");
-    EXPECT_FALSE(dialog->IsOpen());
+    EXPECT_FALSE(dialog.IsOpen());
     EXPECT_EQ(Register('Z'), 0);
     EXPECT_EQ(bench.engine.Orders().IsWaiting(kInet, kCtrl), !is_repeated);
   }
@@ -292,17 +289,15 @@ class PidOnTheWire : public testing::TestWithParam<Line> {
     Open();
   }
   void Open() {
-    dialog.reset();
+    dialog.CloseNow();
     control.Count();
-    dialog.emplace(PidParameters::Parts{control.bench.state, control.bench.link,
-                                        control.bench.dialogs, control.bench.screens,
-                                        control.bench.unsure, control.bench.engine.Orders()});
+    dialog.Open();
   }
   void Ok() {
-    dialog->Cbo_Click(5);
+    dialog.Cbo_Click(5);
     control.Count();
     control.bench.dialogs.boxes.clear();
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
   }
   // The first `count` telegrams, then those of `more` by their places.
   static std::vector<std::string> Telegrams(std::size_t count, std::vector<std::size_t> more) {
@@ -315,7 +310,7 @@ class PidOnTheWire : public testing::TestWithParam<Line> {
   }
 
   ControlBench control;
-  std::optional<PidParameters> dialog;
+  PidParameters& dialog = control.bench.pid_parameters;
   std::size_t before_wait = 0;
 };
 
@@ -324,7 +319,7 @@ TEST_P(PidOnTheWire, SwitchesOffWritesWaitsAndSwitchesOnAgain) {
   Ok();
   EXPECT_EQ(control.Sent(), GetParam().writes);
   EXPECT_EQ(before_wait, 6U) << "all but the last telegram";
-  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_FALSE(dialog.IsOpen());
 }
 
 TEST_P(PidOnTheWire, WritesNothingWithoutTheState) {
@@ -332,7 +327,7 @@ TEST_P(PidOnTheWire, WritesNothingWithoutTheState) {
   Ok();
   EXPECT_EQ(control.Sent(), Telegrams(1, {}));
   EXPECT_EQ(control.LastBox(), "check: Tavrel connected ?");
-  EXPECT_TRUE(dialog->IsOpen());
+  EXPECT_TRUE(dialog.IsOpen());
 }
 
 TEST_P(PidOnTheWire, BringsTheStateBackIfItCannotSwitchOff) {
@@ -341,7 +336,7 @@ TEST_P(PidOnTheWire, BringsTheStateBackIfItCannotSwitchOff) {
   EXPECT_EQ(control.Sent(), Telegrams(2, {6}));
   EXPECT_EQ(before_wait, 0U) << "nothing to wait for";
   EXPECT_EQ(control.LastBox(), "check: Tavrel connected ?");
-  EXPECT_TRUE(dialog->IsOpen());
+  EXPECT_TRUE(dialog.IsOpen());
 }
 
 TEST_P(PidOnTheWire, StopsAtTheFirstParameterAndGoesOnFromThere) {
@@ -354,17 +349,17 @@ TEST_P(PidOnTheWire, StopsAtTheFirstParameterAndGoesOnFromThere) {
     EXPECT_EQ(control.Sent(), Telegrams(exchange, {6})) << exchange;
     EXPECT_EQ(before_wait, exchange);
     EXPECT_EQ(control.LastBox(), "check: Tavrel connected ?");
-    ASSERT_TRUE(dialog->IsOpen());
+    ASSERT_TRUE(dialog.IsOpen());
     EXPECT_EQ(control.Register('Z'), 2);
 
     control.fail_at = 0;
     control.Count();
-    dialog->CmdOK_Click();
+    dialog.CmdOK_Click();
     std::vector<std::string> rest = Telegrams(2, {});
     rest.insert(rest.end(), GetParam().writes.begin() + static_cast<long>(exchange) - 1,
                 GetParam().writes.end());
     EXPECT_EQ(control.Sent(), rest);
-    EXPECT_FALSE(dialog->IsOpen());
+    EXPECT_FALSE(dialog.IsOpen());
   }
 }
 
@@ -374,7 +369,7 @@ TEST_P(PidOnTheWire, TriesTheLastTelegramTwice) {
   EXPECT_EQ(control.Sent(), Telegrams(7, {6}));
   EXPECT_EQ(control.LastBox(), "controller: new parameters");
   EXPECT_EQ(control.Register('Z'), 2);
-  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_FALSE(dialog.IsOpen());
 }
 
 TEST_P(PidOnTheWire, TellsThatTheControllerIsOff) {
@@ -383,7 +378,7 @@ TEST_P(PidOnTheWire, TellsThatTheControllerIsOff) {
   EXPECT_EQ(control.Sent(), Telegrams(7, {6}));
   EXPECT_EQ(control.LastBox(), "controller: controller is off");
   EXPECT_EQ(control.Register('Z'), IsCarriedOut(GetParam().failure) ? 2 : 0);
-  EXPECT_FALSE(dialog->IsOpen());
+  EXPECT_FALSE(dialog.IsOpen());
 }
 
 INSTANTIATE_TEST_SUITE_P(

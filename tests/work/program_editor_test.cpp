@@ -16,17 +16,17 @@ class Editor : public testing::Test {
  protected:
   Editor() {
     bench.state.ActiveView = View::kMainSheet;
-    editor.emplace(ProgramEditor::Parts{bench.state, bench.dialogs});
+    editor.Open();
   }
   void Type(int row, int column, const std::string& text) {
-    editor->Grid_Click(row, column);
-    editor->txtEdit_Change(text);
-    editor->Grid_Click(0, 0);
+    editor.Grid_Click(row, column);
+    editor.txtEdit_Change(text);
+    editor.Grid_Click(0, 0);
   }
   void Choose(int row, int line) {
-    editor->Grid_Click(row, kStatusColumn);
-    editor->Cstat_Click(line);
-    editor->Grid_Click(0, 0);
+    editor.Grid_Click(row, kStatusColumn);
+    editor.Cstat_Click(line);
+    editor.Grid_Click(0, 0);
   }
   void TypeStep(int row) {
     Type(row, kTimeColumn, "30");
@@ -36,13 +36,13 @@ class Editor : public testing::Test {
   std::vector<std::string> Row(int row) const {
     std::vector<std::string> texts;
     for (int column = kTimeColumn; column <= kIncrementColumn; ++column) {
-      texts.push_back(editor->Cell(row, column).Text);
+      texts.push_back(editor.Cell(row, column).Text);
     }
     return texts;
   }
   void Open(const std::string& name) {
     bench.dialogs.chosen_file = bench.home.File(name);
-    editor->cmdOpen_Click();
+    editor.cmdOpen_Click();
   }
   std::string LastBox() const {
     const std::vector<Notice>& boxes = bench.dialogs.boxes;
@@ -50,16 +50,16 @@ class Editor : public testing::Test {
   }
 
   BenchProgram bench;
-  std::optional<ProgramEditor> editor;
+  ProgramEditor& editor = bench.program_editor;
 };
 
 TEST_F(Editor, BeginsEmpty) {
-  EXPECT_EQ(editor->Caption(), " Controller  program");
+  EXPECT_EQ(editor.Caption(), " Controller  program");
   EXPECT_EQ(bench.state.ActiveView, View::kTavProg);
   EXPECT_THAT(Row(1), ElementsAre("", "", "", ""));
   EXPECT_THAT(Row(50), ElementsAre("", "", "", ""));
-  EXPECT_FALSE(editor->ProgChanged());
-  editor->Quit();
+  EXPECT_FALSE(editor.ProgChanged());
+  editor.Quit();
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
   EXPECT_THAT(bench.dialogs.boxes, IsEmpty());
 }
@@ -70,29 +70,29 @@ TEST_F(Editor, StoresAndDrawsEachColumn) {
   Choose(1, 3);
   Type(1, kIncrementColumn, "0.256");
   EXPECT_THAT(Row(1), ElementsAre("90", "250.6", "dyn", "0.26"));
-  EXPECT_EQ(editor->Cell(1, kTimeColumn).Background, (Colour{0xFF, 0xFF, 0xC0}));
-  EXPECT_EQ(editor->Cell(1, kSetpointColumn).Background, (Colour{0xFF, 0xFF, 0xFF}));
-  EXPECT_EQ(editor->Cell(1, kStatusColumn).Background, (Colour{0xC0, 0xFF, 0xC0}));
-  EXPECT_EQ(editor->Cell(1, kIncrementColumn).Background, (Colour{0xE0, 0xE0, 0xE0}));
-  EXPECT_EQ(editor->Cell(2, kTimeColumn).Background, (Colour{0xFF, 0xFF, 0xFF}));
-  EXPECT_TRUE(editor->ProgChanged());
+  EXPECT_EQ(editor.Cell(1, kTimeColumn).Background, (Colour{0xFF, 0xFF, 0xC0}));
+  EXPECT_EQ(editor.Cell(1, kSetpointColumn).Background, (Colour{0xFF, 0xFF, 0xFF}));
+  EXPECT_EQ(editor.Cell(1, kStatusColumn).Background, (Colour{0xC0, 0xFF, 0xC0}));
+  EXPECT_EQ(editor.Cell(1, kIncrementColumn).Background, (Colour{0xE0, 0xE0, 0xE0}));
+  EXPECT_EQ(editor.Cell(2, kTimeColumn).Background, (Colour{0xFF, 0xFF, 0xFF}));
+  EXPECT_TRUE(editor.ProgChanged());
   Choose(2, 1);
   Choose(3, 2);
-  EXPECT_EQ(editor->Cell(2, kStatusColumn), (ProgramCell{"off", {0xFF, 0xE0, 0xC0}}));
-  EXPECT_EQ(editor->Cell(3, kStatusColumn), (ProgramCell{"iso", {0xC0, 0xFF, 0xC0}}));
+  EXPECT_EQ(editor.Cell(2, kStatusColumn), (ProgramCell{"off", {0xFF, 0xE0, 0xC0}}));
+  EXPECT_EQ(editor.Cell(3, kStatusColumn), (ProgramCell{"iso", {0xC0, 0xFF, 0xC0}}));
   Choose(3, 0);
-  EXPECT_EQ(editor->Cell(3, kStatusColumn), ProgramCell{});
+  EXPECT_EQ(editor.Cell(3, kStatusColumn), ProgramCell{});
 }
 
 TEST_F(Editor, PutsTheTextOfTheCellIntoTheBox) {
   Type(3, kSetpointColumn, "120");
-  editor->Grid_Click(3, kSetpointColumn);
-  EXPECT_EQ(editor->Edit().txtEdit, "120.0");
-  EXPECT_FALSE(editor->Edit().IsList());
+  editor.Grid_Click(3, kSetpointColumn);
+  EXPECT_EQ(editor.Edit().txtEdit, "120.0");
+  EXPECT_FALSE(editor.Edit().IsList());
   Choose(3, 2);
-  editor->Grid_Click(3, kStatusColumn);
-  EXPECT_TRUE(editor->Edit().IsList());
-  EXPECT_EQ(editor->Edit().Cstat, 2);
+  editor.Grid_Click(3, kStatusColumn);
+  EXPECT_TRUE(editor.Edit().IsList());
+  EXPECT_EQ(editor.Edit().Cstat, 2);
 }
 
 TEST_F(Editor, RefusesWhatIsOutOfRange) {
@@ -104,11 +104,11 @@ TEST_F(Editor, RefusesWhatIsOutOfRange) {
   for (const auto& [column, text, box] : values) {
     Type(1, column, text);
     EXPECT_EQ(LastBox(), box);
-    EXPECT_EQ(editor->Edit().Row, 1) << "stays in edit";
-    EXPECT_EQ(editor->Edit().txtEdit, text);
-    EXPECT_EQ(editor->Cell(1, column).Text, "");
-    EXPECT_FALSE(editor->ProgChanged());
-    editor->DropEdit();
+    EXPECT_EQ(editor.Edit().Row, 1) << "stays in edit";
+    EXPECT_EQ(editor.Edit().txtEdit, text);
+    EXPECT_EQ(editor.Cell(1, column).Text, "");
+    EXPECT_FALSE(editor.ProgChanged());
+    editor.DropEdit();
   }
 }
 
@@ -122,72 +122,72 @@ TEST_F(Editor, TakesTheUpperLimits) {
 TEST_F(Editor, KeepsTheWordBehindATextThatWasNotTouched) {
   bench.home.Write("A.PRG", ProgramBytes({{2, 5, 4001, 30}}));
   Open("A.PRG");
-  EXPECT_EQ(editor->Cell(1, kSetpointColumn).Text, "200.1") << "200.05";
+  EXPECT_EQ(editor.Cell(1, kSetpointColumn).Text, "200.1") << "200.05";
   Type(1, kSetpointColumn, "200.1");
   Choose(1, 2);
-  EXPECT_FALSE(editor->ProgChanged());
-  editor->cmdSave_Click();
+  EXPECT_FALSE(editor.ProgChanged());
+  editor.cmdSave_Click();
   EXPECT_EQ(bench.home.Read("A.PRG"), ProgramBytes({{2, 5, 4001, 30}}));
 }
 
 TEST_F(Editor, EmptiesACellWhoseTextWasDeleted) {
   TypeStep(1);
   Type(1, kTimeColumn, "");
-  EXPECT_EQ(editor->Cell(1, kTimeColumn), ProgramCell{});
-  editor->cmdSave_Click();
+  EXPECT_EQ(editor.Cell(1, kTimeColumn), ProgramCell{});
+  editor.cmdSave_Click();
   EXPECT_EQ(LastBox(), "check of program: missing: time on row 1");
 }
 
 TEST_F(Editor, DropsAnEditOnEscape) {
   Type(1, kTimeColumn, "5");
-  editor->Grid_Click(1, kTimeColumn);
-  editor->txtEdit_Change("99999");
-  editor->DropEdit();
-  EXPECT_EQ(editor->Cell(1, kTimeColumn).Text, "5");
-  EXPECT_FALSE(editor->Edit().IsOpen());
+  editor.Grid_Click(1, kTimeColumn);
+  editor.txtEdit_Change("99999");
+  editor.DropEdit();
+  EXPECT_EQ(editor.Cell(1, kTimeColumn).Text, "5");
+  EXPECT_FALSE(editor.Edit().IsOpen());
   EXPECT_THAT(bench.dialogs.boxes, IsEmpty());
 }
 
 TEST_F(Editor, GoesOnToTheNextRowWithEnter) {
-  editor->Grid_Click(1, kTimeColumn);
-  editor->txtEdit_Change("10");
-  editor->MoveEdit(1, 0);
-  EXPECT_EQ(editor->Edit().Row, 2);
-  EXPECT_EQ(editor->Edit().Column, kTimeColumn);
-  EXPECT_EQ(editor->Cell(1, kTimeColumn).Text, "10");
-  editor->txtEdit_Change("x");
-  editor->txtEdit_Change("99999");
-  editor->MoveEdit(1, 0);
-  EXPECT_EQ(editor->Edit().Row, 2) << "a refused value is corrected first";
-  editor->DropEdit();
-  editor->Grid_Click(50, kTimeColumn);
-  editor->txtEdit_Change("7");
-  editor->MoveEdit(1, 0);
-  EXPECT_FALSE(editor->Edit().IsOpen()) << "there is no row 51";
-  EXPECT_EQ(editor->Cell(50, kTimeColumn).Text, "7");
+  editor.Grid_Click(1, kTimeColumn);
+  editor.txtEdit_Change("10");
+  editor.MoveEdit(1, 0);
+  EXPECT_EQ(editor.Edit().Row, 2);
+  EXPECT_EQ(editor.Edit().Column, kTimeColumn);
+  EXPECT_EQ(editor.Cell(1, kTimeColumn).Text, "10");
+  editor.txtEdit_Change("x");
+  editor.txtEdit_Change("99999");
+  editor.MoveEdit(1, 0);
+  EXPECT_EQ(editor.Edit().Row, 2) << "a refused value is corrected first";
+  editor.DropEdit();
+  editor.Grid_Click(50, kTimeColumn);
+  editor.txtEdit_Change("7");
+  editor.MoveEdit(1, 0);
+  EXPECT_FALSE(editor.Edit().IsOpen()) << "there is no row 51";
+  EXPECT_EQ(editor.Cell(50, kTimeColumn).Text, "7");
 }
 
 TEST_F(Editor, GoesOnToTheNextCellWithTab) {
-  editor->Grid_Click(1, kIncrementColumn);
-  editor->MoveEdit(0, 1);
-  EXPECT_EQ(editor->Edit().Row, 2);
-  EXPECT_EQ(editor->Edit().Column, kTimeColumn);
-  editor->MoveEdit(0, -1);
-  EXPECT_EQ(editor->Edit().Row, 1);
-  EXPECT_EQ(editor->Edit().Column, kIncrementColumn);
-  editor->Grid_Click(1, kTimeColumn);
-  editor->MoveEdit(0, -1);
-  EXPECT_FALSE(editor->Edit().IsOpen());
-  editor->MoveEdit(0, 1);
-  EXPECT_FALSE(editor->Edit().IsOpen()) << "nothing was in edit";
+  editor.Grid_Click(1, kIncrementColumn);
+  editor.MoveEdit(0, 1);
+  EXPECT_EQ(editor.Edit().Row, 2);
+  EXPECT_EQ(editor.Edit().Column, kTimeColumn);
+  editor.MoveEdit(0, -1);
+  EXPECT_EQ(editor.Edit().Row, 1);
+  EXPECT_EQ(editor.Edit().Column, kIncrementColumn);
+  editor.Grid_Click(1, kTimeColumn);
+  editor.MoveEdit(0, -1);
+  EXPECT_FALSE(editor.Edit().IsOpen());
+  editor.MoveEdit(0, 1);
+  EXPECT_FALSE(editor.Edit().IsOpen()) << "nothing was in edit";
 }
 
 TEST_F(Editor, TakesClicksBesideTheCellsForTheEndOfAnEdit) {
   for (const auto& [row, column] :
        std::vector<std::pair<int, int>>{{0, 1}, {51, 1}, {1, 0}, {1, 5}, {-1, -1}}) {
-    editor->Grid_Click(1, kTimeColumn);
-    editor->Grid_Click(row, column);
-    EXPECT_FALSE(editor->Edit().IsOpen());
+    editor.Grid_Click(1, kTimeColumn);
+    editor.Grid_Click(row, column);
+    EXPECT_FALSE(editor.Edit().IsOpen());
   }
 }
 
@@ -198,10 +198,10 @@ TEST_F(Editor, SavesWhatOpensAgain) {
   Choose(2, 3);
   Type(2, kIncrementColumn, "0.25");
   bench.dialogs.chosen_file = bench.home.File("Anneal.PRG");
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(bench.home.Read("Anneal.PRG"), ProgramBytes({{2, -1, 4000, 30}, {3, 25, 8000, 60}}));
-  EXPECT_EQ(editor->Caption(), " anneal.prg");
-  EXPECT_FALSE(editor->ProgChanged());
+  EXPECT_EQ(editor.Caption(), " anneal.prg");
+  EXPECT_FALSE(editor.ProgChanged());
   EXPECT_EQ(bench.state.Settings.ProgFile, "Anneal.PRG");
   EXPECT_EQ(bench.state.Settings.ProgPath, bench.home.Path() + "/");
   EXPECT_TRUE(bench.state.SettingsChanged);
@@ -209,90 +209,90 @@ TEST_F(Editor, SavesWhatOpensAgain) {
   EXPECT_EQ(asked.Mode, FileMode::kSave);
   EXPECT_EQ(asked.DefaultExtension, "prg");
   EXPECT_EQ(asked.Filter, "program  (*.prg)|*.prg");
-  editor->cmdNew_Click();
-  EXPECT_EQ(editor->Caption(), " new program");
+  editor.cmdNew_Click();
+  EXPECT_EQ(editor.Caption(), " new program");
   EXPECT_THAT(Row(2), ElementsAre("", "", "", ""));
   Open("Anneal.PRG");
   EXPECT_THAT(Row(1), ElementsAre("30", "200.0", "iso", ""));
   EXPECT_THAT(Row(2), ElementsAre("60", "400.0", "dyn", "0.25"));
-  EXPECT_EQ(editor->Caption(), " anneal.prg");
+  EXPECT_EQ(editor.Caption(), " anneal.prg");
 }
 
 TEST_F(Editor, LeavesNoTailOfALongerFile) {
   bench.home.Write("A.PRG", std::string(400, '\1'));
   TypeStep(1);
   bench.dialogs.chosen_file = bench.home.File("A.PRG");
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(bench.home.Read("A.PRG").size(), 16U);
 }
 
 TEST_F(Editor, ChecksBeforeItAsksForAName) {
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(LastBox(), "check of program: program is empty");
   EXPECT_EQ(bench.dialogs.boxes.back().Icon, BoxIcon::kWarning);
   Type(1, kIncrementColumn, "0.5");
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(LastBox(), "check of program: missing: status on row 1");
-  EXPECT_TRUE(editor->ProgChanged());
+  EXPECT_TRUE(editor.ProgChanged());
   EXPECT_THAT(bench.dialogs.file_dialogs, IsEmpty());
 }
 
 TEST_F(Editor, ForgetsTheChangesOfAProgramThatIsEmptyAgain) {
   Choose(1, 2);
   Choose(1, 0);
-  EXPECT_TRUE(editor->ProgChanged());
-  editor->Quit();
+  EXPECT_TRUE(editor.ProgChanged());
+  editor.Quit();
   EXPECT_EQ(LastBox(), "check of program: program is empty");
-  EXPECT_TRUE(editor->IsOpen());
-  editor->Quit();
-  EXPECT_FALSE(editor->IsOpen());
+  EXPECT_TRUE(editor.IsOpen());
+  editor.Quit();
+  EXPECT_FALSE(editor.IsOpen());
 }
 
 TEST_F(Editor, AsksToSaveBeforeChangesAreLost) {
   TypeStep(1);
   bench.dialogs.yes = true;
   bench.dialogs.chosen_file.clear();
-  editor->Quit();
+  editor.Quit();
   EXPECT_EQ(LastBox(), "program: Save Program ?");
-  EXPECT_TRUE(editor->IsOpen()) << "the file box was cancelled";
-  editor->cmdNew_Click();
+  EXPECT_TRUE(editor.IsOpen()) << "the file box was cancelled";
+  editor.cmdNew_Click();
   EXPECT_THAT(Row(1), ElementsAre("30", "200.0", "iso", ""));
   bench.dialogs.yes = false;
-  editor->cmdNew_Click();
+  editor.cmdNew_Click();
   EXPECT_THAT(Row(1), ElementsAre("", "", "", ""));
   TypeStep(2);
-  editor->Quit();
-  EXPECT_FALSE(editor->IsOpen());
+  editor.Quit();
+  EXPECT_FALSE(editor.IsOpen());
 }
 
 TEST_F(Editor, GoesOnWithTheProgramOnCancel) {
   TypeStep(1);
   bench.dialogs.stays = true;
-  editor->Quit();
-  editor->cmdNew_Click();
+  editor.Quit();
+  editor.cmdNew_Click();
   bench.home.Write("ONE.PRG", std::string(8, '\0'));
   Open("ONE.PRG");
   EXPECT_EQ(bench.dialogs.boxes.size(), 3U);
-  EXPECT_TRUE(editor->IsOpen());
-  EXPECT_TRUE(editor->ProgChanged());
+  EXPECT_TRUE(editor.IsOpen());
+  EXPECT_TRUE(editor.ProgChanged());
   EXPECT_THAT(Row(1), ElementsAre("30", "200.0", "iso", ""));
 }
 
 TEST_F(Editor, StaysOpenIfTheCheckFailsOnLeaving) {
   Type(1, kTimeColumn, "5");
-  editor->Quit();
+  editor.Quit();
   EXPECT_EQ(LastBox(), "check of program: missing: status on row 1");
-  EXPECT_TRUE(editor->IsOpen());
+  EXPECT_TRUE(editor.IsOpen());
 }
 
 TEST_F(Editor, EndsEachDeedAtARefusedValue) {
   TypeStep(1);
   Type(1, kTimeColumn, "99999");
-  editor->cmdSave_Click();
-  editor->cmdOpen_Click();
-  editor->cmdNew_Click();
-  editor->Quit();
-  EXPECT_TRUE(editor->IsOpen());
+  editor.cmdSave_Click();
+  editor.cmdOpen_Click();
+  editor.cmdNew_Click();
+  editor.Quit();
+  EXPECT_TRUE(editor.IsOpen());
   EXPECT_THAT(bench.dialogs.file_dialogs, IsEmpty());
   EXPECT_EQ(LastBox(), "check: time:\n0 ... 30000");
 }
@@ -307,7 +307,7 @@ TEST_F(Editor, RefusesFilesByTheirLengthAlone) {
   EXPECT_EQ(bench.dialogs.boxes.back().Icon, BoxIcon::kWarning);
   Open("NONE.PRG");
   EXPECT_EQ(LastBox(), "Read  file: NONE.PRG: No such file or directory");
-  EXPECT_EQ(editor->Caption(), " Controller  program");
+  EXPECT_EQ(editor.Caption(), " Controller  program");
 }
 
 TEST_F(Editor, OpensAFileOfOneRecordAsAnEmptyProgram) {
@@ -315,7 +315,7 @@ TEST_F(Editor, OpensAFileOfOneRecordAsAnEmptyProgram) {
   bench.dialogs.yes = false;
   bench.home.Write("ONE.PRG", std::string(8, '\0'));
   Open("ONE.PRG");
-  EXPECT_EQ(editor->Caption(), " one.prg");
+  EXPECT_EQ(editor.Caption(), " one.prg");
   EXPECT_THAT(Row(1), ElementsAre("", "", "", ""));
 }
 
@@ -324,7 +324,7 @@ TEST_F(Editor, WritesAFullGridThatItRefusesToRead) {
     TypeStep(row);
   }
   bench.dialogs.chosen_file = bench.home.File("FULL.PRG");
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(bench.home.Read("FULL.PRG").size(), 408U);
   Open("FULL.PRG");
   EXPECT_EQ(LastBox(), "Read  file: FULL.PRG  is not a program file !");
@@ -333,9 +333,9 @@ TEST_F(Editor, WritesAFullGridThatItRefusesToRead) {
 TEST_F(Editor, TellsWhyItCannotWrite) {
   TypeStep(1);
   bench.dialogs.chosen_file = bench.home.File("nowhere/A.PRG");
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(LastBox(), "Write file: A.PRG: No such file or directory");
-  EXPECT_TRUE(editor->ProgChanged());
+  EXPECT_TRUE(editor.ProgChanged());
 }
 
 TEST_F(Editor, NeverWritesOntoTheRecordingOfASlot) {
@@ -344,7 +344,7 @@ TEST_F(Editor, NeverWritesOntoTheRecordingOfASlot) {
   bench.state.SlotFile[3] = "M260314A.OVN";
   bench.state.SlotPath[3] = bench.home.File("tavdat");
   bench.dialogs.chosen_file = bench.home.File("tavdat/M260314A.OVN");
-  editor->cmdSave_Click();
+  editor.cmdSave_Click();
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN"), "samples");
   EXPECT_TRUE(bench.dialogs.boxes.back().Title == "Write file");
 }
@@ -352,11 +352,11 @@ TEST_F(Editor, NeverWritesOntoTheRecordingOfASlot) {
 TEST_F(Editor, ShowsAStatusThatItsListDoesNotHave) {
   bench.home.Write("A.PRG", ProgramBytes({{4, 5, 400, 30}}));
   Open("A.PRG");
-  EXPECT_EQ(editor->Cell(1, kStatusColumn).Text, "4");
-  editor->Grid_Click(1, kStatusColumn);
-  EXPECT_EQ(editor->Edit().Cstat, 0);
-  editor->Grid_Click(0, 0);
-  EXPECT_EQ(editor->Cell(1, kStatusColumn).Text, "4");
+  EXPECT_EQ(editor.Cell(1, kStatusColumn).Text, "4");
+  editor.Grid_Click(1, kStatusColumn);
+  EXPECT_EQ(editor.Edit().Cstat, 0);
+  editor.Grid_Click(0, 0);
+  EXPECT_EQ(editor.Cell(1, kStatusColumn).Text, "4");
 }
 
 TEST_F(Editor, OpensOrRefusesEveryTruncationAndAnyBytes) {
@@ -372,7 +372,7 @@ TEST_F(Editor, OpensOrRefusesEveryTruncationAndAnyBytes) {
     const auto records = RecordsOf(static_cast<std::int64_t>(bytes.size()));
     if (records >= 1 && records <= 50) {
       ASSERT_THAT(bench.dialogs.boxes, IsEmpty());
-      ASSERT_EQ(editor->Caption(), " a.prg");
+      ASSERT_EQ(editor.Caption(), " a.prg");
       ASSERT_THAT(Row(50), ElementsAre("", "", "", ""));
     } else {
       ASSERT_EQ(LastBox(), "Read  file: A.PRG  is not a program file !");
@@ -396,7 +396,8 @@ TEST_F(Editor, NeverSavesOverAFileInUse) {
                                         program.home.File("tavdat/HARD.PRG"));
       program.state.SlotPath.at(static_cast<std::size_t>(slot)) = program.home.File("tavdat");
       program.state.SlotFile.at(static_cast<std::size_t>(slot)) = "M260314A.OVN";
-      ProgramEditor saving(ProgramEditor::Parts{program.state, program.dialogs});
+      ProgramEditor& saving = program.program_editor;
+      saving.Open();
       saving.Grid_Click(1, kTimeColumn);
       saving.txtEdit_Change("30");
       saving.Grid_Click(1, kSetpointColumn);

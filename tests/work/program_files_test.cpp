@@ -73,9 +73,8 @@ class ProgramFiles : public testing::Test, public ControlBench {
 
   std::string path = bench.home.File("ANY.PRG");
   std::fstream disk;
-  ProgramEditor editor{{bench.state, bench.dialogs}};
-  ProgramRunner runner{
-      {bench.state, bench.link, bench.engine, bench.dialogs, bench.events, bench.clock}};
+  ProgramEditor& editor = bench.program_editor;
+  ProgramRunner& runner = bench.runner;
 };
 
 TEST_F(ProgramFiles, CutOffAnywhereOpenOrAreRefused) {

@@ -216,7 +216,7 @@ TEST_F(RecordingDialog, ChangesNothingWithoutTheUsersYes) {
   NewFile([this] {
     Type("10");
     EXPECT_TRUE(recording.IsOpen());
-    recording.Leave();
+    recording.Quit();
   });
   EXPECT_EQ(Unit().UnitRecOn, 1);
   EXPECT_EQ(bench.state.SlotFile[1], kName);
@@ -396,7 +396,7 @@ TEST_F(CoordinatesDialog, TellsTheFirstBadValueAndTakesNone) {
     coordinates.CmdOK_Click();
     EXPECT_EQ(BoxTexts().back(), "check|Ymax:\n1 ... 30000");
     EXPECT_TRUE(coordinates.IsOpen());
-    coordinates.Leave();
+    coordinates.Quit();
   });
   EXPECT_EQ(Unit().UnitYmax, 500);
   EXPECT_EQ(Unit().UnitMarks, 3);

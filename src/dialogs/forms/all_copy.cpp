@@ -11,12 +11,12 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 16;
 constexpr int kGap = 12;
 
 }  // namespace
 
-AllCopy::AllCopy(CopyFiles& copy_files) : ModalForm("ALL_COPY", " Copy"), copy_files_(copy_files) {
+AllCopy::AllCopy(CopyFiles& copy_files)
+    : ModalForm(copy_files, "ALL_COPY", " Copy"), copy_files_(copy_files) {
   MakeLists();
   MakeFoot();
   Arrange();
@@ -43,14 +43,9 @@ void AllCopy::MakeFoot() {
   progress_->setAccessibleName("copying");
   progress_->setTextVisible(false);
   progress_->hide();
-  cmd_copy_ = new QPushButton("Copy", this);
-  cmd_copy_->setObjectName("cmdCopy");
-  cmd_copy_->setAccessibleName("Copy");
+  cmd_copy_ = MakeButton("cmdCopy", "Copy",
+                         [this] { copy_files_.cmdCopy_Click([this] { UpdateWidgets(); }); });
   cmd_copy_->setDefault(true);
-  connect(cmd_copy_, &QPushButton::clicked, this, [this] {
-    copy_files_.cmdCopy_Click([this] { Show(); });
-    AfterEvent();
-  });
 }
 
 void AllCopy::Arrange() {
@@ -63,17 +58,16 @@ void AllCopy::Arrange() {
   foot->addWidget(progress_, 1);
   foot->addStretch(1);
   foot->addWidget(cmd_copy_);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  QVBoxLayout* column = MakeColumn(kListMargin);
   column->setSpacing(kGap);
   column->addLayout(head);
   column->addWidget(directories_, 1);
   column->addLayout(foot);
 }
 
-void AllCopy::Show() {
+void AllCopy::UpdateWidgets() {
   const CopyFilesValues& now = copy_files_.Values();
-  directories_->Show();
+  directories_->UpdateWidgets();
   ShowPath();
   no_files_->setText(QtText(now.noFiles));
   progress_->setVisible(now.Progress != kNoProgress);

@@ -19,9 +19,7 @@ class AllCopy : public ModalForm {
   explicit AllCopy(CopyFiles& copy_files);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return copy_files_.IsOpen(); }
-  void Leave() override { copy_files_.Leave(); }
+  void UpdateWidgets() override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:

@@ -18,9 +18,7 @@ class AllDir : public ModalForm {
   explicit AllDir(DirectoryChoice& choice);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return choice_.IsOpen(); }
-  void Leave() override { choice_.Leave(); }
+  void UpdateWidgets() override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:

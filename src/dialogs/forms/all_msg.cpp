@@ -19,18 +19,10 @@ QLabel* MakePicture(const char* name, QStyle::StandardPixmap picture, QWidget* p
   return label;
 }
 
-QPushButton* MakeButton(const char* name, const char* caption, QWidget* parent) {
-  auto* button = new QPushButton(caption, parent);
-  button->setObjectName(name);
-  button->setAccessibleName(caption);
-  button->setAutoDefault(false);
-  return button;
-}
-
 }  // namespace
 
-AllMsg::AllMsg(MessageForm& message)
-    : ModalForm("ALL_MSG", message.Request().Title), message_(message) {
+AllMsg::AllMsg(MessageBoxLogic& message)
+    : ModalForm(message, "ALL_MSG", message.Request().Title), message_(message) {
   MakePictures();
   MakeLines();
   MakeButtons();
@@ -55,17 +47,8 @@ void AllMsg::MakeLines() {
 }
 
 void AllMsg::MakeButtons() {
-  cmd_ok_ = MakeButton("CmdOK", "OK", this);
-  cmd_ok_->setDefault(true);
-  cmd_cancel_ = MakeButton("CmdCancel", "Cancel", this);
-  connect(cmd_ok_, &QPushButton::clicked, this, [this] {
-    message_.CmdOK_Click();
-    AfterEvent();
-  });
-  connect(cmd_cancel_, &QPushButton::clicked, this, [this] {
-    message_.CmdCancel_Click();
-    AfterEvent();
-  });
+  cmd_ok_ = MakeOk([this] { message_.CmdOK_Click(); });
+  cmd_cancel_ = MakeButton("CmdCancel", "Cancel", [this] { message_.CmdCancel_Click(); });
 }
 
 void AllMsg::Arrange() {
@@ -77,7 +60,7 @@ void AllMsg::Arrange() {
   }
   lines->addStretch(1);
   auto* head = new QHBoxLayout;
-  head->setSpacing(16);
+  head->setSpacing(kListMargin);
   head->addWidget(img_attention_, 0, Qt::AlignTop);
   head->addWidget(img_question_, 0, Qt::AlignTop);
   head->addLayout(lines, 1);
@@ -85,15 +68,12 @@ void AllMsg::Arrange() {
   foot->addStretch(1);
   foot->addWidget(cmd_ok_);
   foot->addWidget(cmd_cancel_);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(16, 16, 16, 16);
-  column->setSpacing(16);
+  QVBoxLayout* column = MakeFixedColumn(kListMargin);
   column->addLayout(head);
   column->addLayout(foot);
-  column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void AllMsg::Show() {
+void AllMsg::UpdateWidgets() {
   const Language language = message_.TipLanguage();
   for (std::size_t line = 0; line < msg_.size(); ++line) {
     const std::string& text = message_.Msg().at(line);
@@ -103,8 +83,8 @@ void AllMsg::Show() {
   img_attention_->setVisible(message_.Request().Img_Attention);
   img_question_->setVisible(message_.Request().Img_Question);
   cmd_cancel_->setVisible(message_.Request().CmdCancel);
-  cmd_ok_->setToolTip(QtText(MessageForm::kOkTip.In(language)));
-  cmd_cancel_->setToolTip(QtText(MessageForm::kCancelTip.In(language)));
+  cmd_ok_->setToolTip(QtText(MessageBoxLogic::kOkTip.In(language)));
+  cmd_cancel_->setToolTip(QtText(MessageBoxLogic::kCancelTip.In(language)));
 }
 
 }  // namespace tavrel

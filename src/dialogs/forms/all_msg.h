@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 #include "widgets/modal_form.h"
 
 class QLabel;
@@ -16,12 +16,10 @@ class AllMsg : public ModalForm {
   Q_OBJECT
  public:
   // `message` outlives the form.
-  explicit AllMsg(MessageForm& message);
+  explicit AllMsg(MessageBoxLogic& message);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return message_.IsOpen(); }
-  void Leave() override { message_.CmdCancel_Click(); }
+  void UpdateWidgets() override;
 
  private:
   void MakePictures();
@@ -29,7 +27,7 @@ class AllMsg : public ModalForm {
   void MakeButtons();
   void Arrange();
 
-  MessageForm& message_;
+  MessageBoxLogic& message_;
   std::array<QLabel*, 3> msg_{};
   QLabel* img_attention_ = nullptr;
   QLabel* img_question_ = nullptr;

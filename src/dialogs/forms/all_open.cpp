@@ -15,7 +15,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 16;
 constexpr int kGap = 12;
 
 // A form that is never painted must list its files all the same.
@@ -23,7 +22,8 @@ constexpr std::chrono::milliseconds kPaintLimit{400};
 
 }  // namespace
 
-AllOpen::AllOpen(OpenFile& open_file) : ModalForm("ALL_OPEN", " Files"), open_file_(open_file) {
+AllOpen::AllOpen(OpenFile& open_file)
+    : ModalForm(open_file, "ALL_OPEN", " Files"), open_file_(open_file) {
   MakeGrid();
   MakePath();
   MakeCommands();
@@ -31,7 +31,7 @@ AllOpen::AllOpen(OpenFile& open_file) : ModalForm("ALL_OPEN", " Files"), open_fi
   connect(qApp, &QApplication::focusChanged, this, &AllOpen::FollowFocus);
   first_display_.setSingleShot(true);
   connect(&first_display_, &QTimer::timeout, this, [this] {
-    open_file_.Display([this] { Show(); });
+    open_file_.Display([this] { UpdateWidgets(); });
     AfterEvent();
   });
   grid_->FocusRows();
@@ -62,29 +62,15 @@ void AllOpen::MakePath() {
   fr_path_->setObjectName("frPath");
   directories_ = new DirectoryView(open_file_.Lists(), fr_path_);
   connect(directories_, &DirectoryView::Changed, this, [this] { AfterEvent(); });
-  cmd_new_ = new QPushButton("OK", fr_path_);
-  cmd_new_->setObjectName("cmdNew");
-  cmd_new_->setAccessibleName("list the files of this directory");
-  connect(cmd_new_, &QPushButton::clicked, this, [this] {
-    open_file_.cmdNew_Click([this] { Show(); });
+  cmd_new_ = MakeButton("cmdNew", "OK", [this] {
+    open_file_.cmdNew_Click([this] { UpdateWidgets(); });
     grid_->FocusRows();
-    AfterEvent();
   });
+  cmd_new_->setAccessibleName("list the files of this directory");
   auto* column = new QVBoxLayout(fr_path_);
   column->setSpacing(kGap);
   column->addWidget(directories_, 1);
   column->addWidget(cmd_new_, 0, Qt::AlignRight);
-}
-
-QPushButton* AllOpen::MakeButton(const char* name, const char* caption, void (OpenFile::*click)()) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(name);
-  button->setAccessibleName(caption);
-  connect(button, &QPushButton::clicked, this, [this, click] {
-    (open_file_.*click)();
-    AfterEvent();
-  });
-  return button;
 }
 
 void AllOpen::MakeCommands() {
@@ -95,9 +81,9 @@ void AllOpen::MakeCommands() {
   progress_->setAccessibleName("reading the directory");
   progress_->setTextVisible(false);
   progress_->hide();
-  cmd_copy_ = MakeButton("cmdCopy", "Copy ...", &OpenFile::cmdCopy_Click);
-  cmd_open_ = MakeButton("cmdOpen", "Open", &OpenFile::cmdOpen_Click);
-  cmd_back_ = MakeButton("cmdBack", "Cancel", &OpenFile::cmdBack_Click);
+  cmd_copy_ = MakeButton("cmdCopy", "Copy ...", [this] { open_file_.cmdCopy_Click(); });
+  cmd_open_ = MakeButton("cmdOpen", "Open", [this] { open_file_.cmdOpen_Click(); });
+  cmd_back_ = MakeButton("cmdBack", "Cancel", [this] { open_file_.cmdBack_Click(); });
 }
 
 void AllOpen::Arrange() {
@@ -120,8 +106,8 @@ void AllOpen::Arrange() {
   right->addWidget(fr_path_, 1);
   right->addLayout(leave);
   auto* all = new QHBoxLayout(this);
-  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  all->setSpacing(kMargin);
+  all->setContentsMargins(kListMargin, kListMargin, kListMargin, kListMargin);
+  all->setSpacing(kListMargin);
   all->addLayout(files, 3);
   all->addLayout(right, 2);
   resize(sizeHint().boundedTo(screen()->availableSize()));
@@ -134,10 +120,10 @@ void AllOpen::FollowFocus() {
   (in_path ? cmd_new_ : cmd_open_)->setDefault(true);
 }
 
-void AllOpen::Show() {
+void AllOpen::UpdateWidgets() {
   const OpenFileValues& now = open_file_.Values();
-  grid_->Show(now);
-  directories_->Show();
+  grid_->UpdateWidgets(now);
+  directories_->UpdateWidgets();
   no_files_->setText(QtText(now.noFiles));
   progress_->setVisible(now.Progress != kNoProgress);
   progress_->setValue(now.Progress);

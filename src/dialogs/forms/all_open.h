@@ -24,9 +24,7 @@ class AllOpen : public ModalForm {
   explicit AllOpen(OpenFile& open_file);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return open_file_.IsOpen(); }
-  void Leave() override { open_file_.cmdBack_Click(); }
+  void UpdateWidgets() override;
   void showEvent(QShowEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
@@ -36,7 +34,6 @@ class AllOpen : public ModalForm {
   void MakeCommands();
   void Arrange();
   void FollowFocus();
-  QPushButton* MakeButton(const char* name, const char* caption, void (OpenFile::*click)());
 
   OpenFile& open_file_;
   FileGrid* grid_ = nullptr;

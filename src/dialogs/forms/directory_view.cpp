@@ -77,7 +77,7 @@ DirectoryView::DirectoryView(DirectoryLists& lists, QWidget* parent)
 void DirectoryView::ConnectLists() {
   connect(drv_list_, &DriveList::AboutToDrop, this, [this] {
     lists_.RefreshPlaces();
-    Show();
+    UpdateWidgets();
   });
   connect(drv_list_, &QComboBox::currentIndexChanged, this, [this](int index) {
     lists_.ChooseDrive(index);
@@ -97,7 +97,7 @@ void DirectoryView::ConnectLists() {
   });
 }
 
-void DirectoryView::Show() {
+void DirectoryView::UpdateWidgets() {
   ShowPlaces();
   ShowLines();
 }

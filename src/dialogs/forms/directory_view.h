@@ -52,7 +52,7 @@ class DirectoryView : public QWidget {
   void FocusDirectories() { dir_list_->setFocus(); }
 
   // Copies what the lists say to the widgets. Cheap while nothing has changed.
-  void Show();
+  void UpdateWidgets();
 
  signals:
   // The path of the lists may be another one.

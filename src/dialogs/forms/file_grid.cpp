@@ -132,7 +132,7 @@ void FileGrid::ConnectView() {
   connect(selection, &QItemSelectionModel::currentRowChanged, this, &FileGrid::TellSelection);
 }
 
-void FileGrid::Show(const OpenFileValues& now) {
+void FileGrid::UpdateWidgets(const OpenFileValues& now) {
   cmd_file_->ShowMark(MarkOf(now.SortKey, 'F'));
   cmd_product_->ShowMark(MarkOf(now.SortKey, 'P'));
   if (now.Revision == revision_) {

@@ -45,7 +45,7 @@ class FileGrid : public QFrame {
   [[nodiscard]] QSize sizeHint() const override;
 
   // Copies what differs from what was shown last.
-  void Show(const OpenFileValues& now);
+  void UpdateWidgets(const OpenFileValues& now);
 
  signals:
   void Selected(int current_row, RowBlock block);

@@ -113,7 +113,7 @@ void CurveFrame::FitTo(const CurveFrame& shown) {
   Fit(pic_y_, *shown.view_y_);
 }
 
-void CurveFrame::Show(const GraphValues& now) {
+void CurveFrame::UpdateWidgets(const GraphValues& now) {
   lbl_axis_->setText(QtText(now.LblAxis.at(static_cast<std::size_t>(view_))).trimmed());
 }
 

@@ -28,7 +28,7 @@ class CurveFrame : public QWidget {
   void FitTo(const CurveFrame& shown);
 
   // The unit of the X axis.
-  void Show(const GraphValues& now);
+  void UpdateWidgets(const GraphValues& now);
   // The keyboard's cursor and the label that follows the mouse. Not in the middle of a drawing,
   // which has another scale.
   void ShowPlaces(const GraphValues& now);

@@ -20,10 +20,8 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 10;
 constexpr int kGap = 6;
 constexpr int kGroupGap = 18;  // between groups of buttons
-constexpr qreal kGlyphSize = 1.35;
 constexpr qreal kPromptSize = 1.15;
 constexpr QSize kFirstSize(1040, 680);
 constexpr std::chrono::milliseconds kTimerGraph{100};
@@ -47,18 +45,6 @@ constexpr std::array<Entry, 5> kEntries = {
      {"MnuData", "Clipboard:  Data", &GraphOutput::MnuData_Click},
      {"MnuGraph", "Clipboard:  Graphics ", &GraphOutput::MnuGraph_Click}}};
 
-void ShowText(QLabel* label, const std::string& utf8) {
-  const QString text = QtText(utf8);
-  if (label->text() != text) {
-    label->setText(text);
-  }
-}
-
-QFont Sized(QFont font, qreal size) {
-  font.setPointSizeF(font.pointSizeF() * size);
-  return font;
-}
-
 PlotPoint PointOf(QPointF user) {
   return {user.x(), user.y()};
 }
@@ -74,7 +60,7 @@ bool IsEnterOrEscape(const QKeyEvent& event) {
 }  // namespace
 
 TavGraph::TavGraph(Graph& graph, GraphOutput& output)
-    : ModalForm("TavGraph", ""),
+    : ModalForm(graph, "TavGraph", ""),
       graph_(graph),
       output_(output),
       frames_{new CurveFrame(kOverview, this), new CurveFrame(kPartView, this)},
@@ -145,63 +131,40 @@ void TavGraph::MakeMenu() {
   });
 }
 
-GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph) {
-  auto* button = new GlyphButton(glyph, this);
-  button->setObjectName(name);
-  button->setAccessibleName(spoken);
-  button->setFont(Sized(button->font(), kGlyphSize));
-  const QSize size = button->sizeHint();
-  button->setFixedSize(size.width() * 5 / 4, size.height());
-  return button;
-}
-
-GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
-                                  Press press) {
-  GlyphButton* button = MakeButton(name, spoken, glyph);
-  connect(button, &GlyphButton::clicked, this, [this, press] {
-    (graph_.*press)();
-    AfterPress();
-  });
-  return button;
-}
-
-GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
-                                  PressIndex press, int index) {
-  GlyphButton* button = MakeButton(name, spoken, glyph);
-  connect(button, &GlyphButton::clicked, this, [this, press, index] {
-    (graph_.*press)(index);
-    AfterPress();
-  });
-  return button;
-}
-
-GlyphButton* TavGraph::MakeButton(const QString& name, const char* spoken, Glyph glyph,
-                                  Command command) {
-  GlyphButton* button = MakeButton(name, spoken, glyph);
-  connect(button, &GlyphButton::clicked, this, [this, command] { Execute(command); });
-  return button;
-}
-
 void TavGraph::Execute(Command command) {
   (output_.*command)();
   AfterPress();
 }
 
+// The keyboard goes back to the plot behind it.
+GlyphButton* TavGraph::MakeTool(const char* name, const char* spoken, Glyph glyph, Press press) {
+  return MakeGlyphButton(name, spoken, glyph, [this, press = std::move(press)] {
+    press();
+    AfterPress();
+  });
+}
+
 void TavGraph::MakeTools() {
-  pb_print_ = MakeButton("PbPrint", "print", DrawPrinterGlyph, &GraphOutput::MnuPrint_Click);
-  pb_save_ = MakeButton("PbSave", "sub-file", DrawSubFileGlyph, &GraphOutput::MnuSubFile_Click);
-  pb_copy_ = MakeButton("PbCopy", "copy to the clipboard", DrawClipboardGlyph,
-                        &GraphOutput::MnuGraph_Click);
-  const auto eval = &Graph::PbEval_Click;
-  pb_eval_ = {MakeButton("PbEval_0", "measure a distance", DrawDistanceGlyph, eval, 0),
-              MakeButton("PbEval_1", "integrate", DrawIntegralGlyph, eval, 1)};
-  const auto mark = &Graph::PbMark_Click;
-  pb_mark_ = {MakeButton("PbMark_0", "delete last mark", DrawDeleteMarkGlyph, mark, 0),
-              MakeButton("PbMark_1", "add coordinates", DrawPointMarkGlyph, mark, 1),
-              MakeButton("PbMark_2", "add a comment", DrawCommentGlyph, mark, 2)};
-  cmd_over_ = MakeButton("cmdOver", "overview", DrawOverviewGlyph, &Graph::cmdOver_Click);
-  cmd_part_ = MakeButton("cmdPart", "part view", DrawPartViewGlyph, &Graph::cmdPart_Click);
-  cmd_exit_ = MakeButton("cmdExit", "exit", DrawExitGlyph, &Graph::cmdExit_Click);
+  pb_print_ = MakeTool("PbPrint", "print", DrawPrinterGlyph, [this] { output_.MnuPrint_Click(); });
+  pb_save_ =
+      MakeTool("PbSave", "sub-file", DrawSubFileGlyph, [this] { output_.MnuSubFile_Click(); });
+  pb_copy_ = MakeTool("PbCopy", "copy to the clipboard", DrawClipboardGlyph,
+                      [this] { output_.MnuGraph_Click(); });
+  pb_eval_ = {
+      MakeTool("PbEval_0", "measure a distance", DrawDistanceGlyph,
+               [this] { graph_.PbEval_Click(0); }),
+      MakeTool("PbEval_1", "integrate", DrawIntegralGlyph, [this] { graph_.PbEval_Click(1); })};
+  pb_mark_ = {
+      MakeTool("PbMark_0", "delete last mark", DrawDeleteMarkGlyph,
+               [this] { graph_.PbMark_Click(0); }),
+      MakeTool("PbMark_1", "add coordinates", DrawPointMarkGlyph,
+               [this] { graph_.PbMark_Click(1); }),
+      MakeTool("PbMark_2", "add a comment", DrawCommentGlyph, [this] { graph_.PbMark_Click(2); })};
+  cmd_over_ =
+      MakeTool("cmdOver", "overview", DrawOverviewGlyph, [this] { graph_.cmdOver_Click(); });
+  cmd_part_ =
+      MakeTool("cmdPart", "part view", DrawPartViewGlyph, [this] { graph_.cmdPart_Click(); });
+  cmd_exit_ = MakeTool("cmdExit", "exit", DrawExitGlyph, [this] { graph_.cmdExit_Click(); });
   cbo_xy_ = new QComboBox(this);
   cbo_xy_->setObjectName("CboXY");
   cbo_xy_->setAccessibleName("axes of the part view");
@@ -259,12 +222,12 @@ void TavGraph::Arrange() {
     stack_->addWidget(frame);
   }
   auto* middle = new QHBoxLayout;
-  middle->setSpacing(kMargin);
+  middle->setSpacing(kNarrowMargin);
   middle->addLayout(stack_, 1);
   middle->addWidget(legend_);
   auto* all = new QVBoxLayout(this);
-  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  all->setSpacing(kMargin);
+  all->setContentsMargins(kNarrowMargin, kNarrowMargin, kNarrowMargin, kNarrowMargin);
+  all->setSpacing(kNarrowMargin);
   all->setMenuBar(menu_);
   all->addLayout(ArrangeTools());
   all->addLayout(middle, 1);
@@ -322,7 +285,7 @@ QHBoxLayout* TavGraph::ArrangeTools() {
 QHBoxLayout* TavGraph::ArrangePrompts() {
   // Always as high as with the text field in it, so that nothing moves when that comes.
   auto* line = new QHBoxLayout;
-  line->setSpacing(kMargin);
+  line->setSpacing(kNarrowMargin);
   line->addStrut(std::max(txt_for_mark_->sizeHint().height(), lbl_instr_->sizeHint().height()));
   auto* one_place = new QWidget(this);
   one_place->setFixedWidth(std::max(pic_xy_->sizeHint().width(), kLeastCommentWidth));
@@ -379,7 +342,7 @@ void TavGraph::Tick() {
 // A view that has just come to the front is drawn without waiting for the next tick, so that it
 // does not flash white and the mouse meets its scale.
 void TavGraph::AfterSwitch() {
-  if (graph_.Values().frCurve != graph_.Inside().ViewShown) {
+  if (graph_.Values().frCurve != graph_.State().ViewShown) {
     Tick();
   } else {
     AfterEvent();
@@ -394,14 +357,14 @@ void TavGraph::AfterPress() {
   }
 }
 
-void TavGraph::Show() {
+void TavGraph::UpdateWidgets() {
   const GraphValues& now = graph_.Values();
   if (windowTitle() != QtText(now.Caption)) {
     setWindowTitle(QtText(now.Caption));
   }
   stack_->setCurrentIndex(now.frCurve);
   for (CurveFrame* frame : frames_) {
-    frame->Show(now);
+    frame->UpdateWidgets(now);
     if (graph_.MayResize()) {
       frame->ShowPlaces(now);
     }
@@ -440,7 +403,7 @@ void TavGraph::ShowTools(const GraphValues& now) {
 // A control that a drawing hides or disables loses the keyboard to another one. Behind the drawing
 // it has it again, unless the user went elsewhere meanwhile.
 void TavGraph::KeepKeyboard(QWidget* before) {
-  if (graph_.Inside().GraphBusy) {
+  if (graph_.State().GraphBusy) {
     if (before != focusWidget()) {
       asleep_ = before;
       instead_of_asleep_ = focusWidget();
@@ -456,11 +419,11 @@ void TavGraph::KeepKeyboard(QWidget* before) {
 
 void TavGraph::ShowPrompts(const GraphValues& now) {
   pic_xy_->setVisible(now.picXYShown);
-  ShowText(lb_x_, now.lbX);
-  ShowText(lb_y_, now.lbY);
+  ShowText(*lb_x_, now.lbX);
+  ShowText(*lb_y_, now.lbY);
   lbl_instr_->setVisible(now.Lbl_InstrShown);
-  ShowText(lbl_instr_, now.Lbl_Instr);
-  ShowText(lbl_res_, now.lblRes);
+  ShowText(*lbl_instr_, now.Lbl_Instr);
+  ShowText(*lbl_res_, now.lblRes);
   ShowComment(now);
 }
 

@@ -33,20 +33,18 @@ class TavGraph : public ModalForm {
   TavGraph& operator=(const TavGraph&) = delete;
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return graph_.IsOpen(); }
-  void Leave() override { graph_.cmdExit_Click(); }
+  void UpdateWidgets() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void keyReleaseEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
-  using Press = void (Graph::*)();
-  using PressIndex = void (Graph::*)(int index);
   using Command = void (GraphOutput::*)();
 
   void MakeMenu();
+  [[nodiscard]] GlyphButton* MakeTool(const char* name, const char* spoken, Glyph glyph,
+                                      Press press);
   void MakeTools();
   void MakePrompts();
   void ConnectPictures();
@@ -55,13 +53,6 @@ class TavGraph : public ModalForm {
   void OrderTabs();
   [[nodiscard]] QHBoxLayout* ArrangeTools();
   [[nodiscard]] QHBoxLayout* ArrangePrompts();
-  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph);
-  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
-                                        Press press);
-  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
-                                        PressIndex press, int index);
-  [[nodiscard]] GlyphButton* MakeButton(const QString& name, const char* spoken, Glyph glyph,
-                                        Command command);
   void Execute(Command command);
   void WatchKeys();
   [[nodiscard]] CurveFrame& FrameInFront();

@@ -73,7 +73,7 @@ void AllLoad::Place() {
   move(room.left() + (room.width() - width()) / 2, room.top() + (room.height() - height()) / 10);
 }
 
-void AllLoad::Show(const SplashValues& values) {
+void AllLoad::UpdateWidgets(const SplashValues& values) {
   cmd_start_->setText(QString::fromStdString(values.cmdStart));
   cmd_start_->setAccessibleName(QString::fromStdString(values.cmdStart).trimmed());
   lb_release_->setText(QString::fromStdString(values.lbRelease));

@@ -19,7 +19,7 @@ class AllLoad : public QWidget {
   AllLoad();
 
   // What the form shows. From now on it can be left, and the minute runs.
-  void Show(const SplashValues& values);
+  void UpdateWidgets(const SplashValues& values);
 
  signals:
   // Exactly once.

@@ -130,7 +130,7 @@ QString SheetRowView::Called(const char* head) const {
                    : QString("%1, row %2").arg(head).arg(row_);
 }
 
-void SheetRowView::Show(const SheetRow& now) {
+void SheetRowView::UpdateWidgets(const SheetRow& now) {
   ShowNumber(now);
   tx_des_->ShowText(now.tx_Des);
   tx_des_->setEnabled(now.tx_DesEnabled);

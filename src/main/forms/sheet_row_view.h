@@ -24,7 +24,7 @@ class SheetRowView : public QWidget {
   SheetRowView(int row, const SheetColumns& columns, QWidget* parent);
 
   // Copies what differs from what was shown last.
-  void Show(const SheetRow& now);
+  void UpdateWidgets(const SheetRow& now);
   void ShowTips(Language language);
 
  signals:

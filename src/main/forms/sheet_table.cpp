@@ -151,9 +151,9 @@ QSize SheetTable::SizeWith(int rows) const {
   return {columns_.LineWidth() + 2 * kPaperEdge + around, height + 4 * kPaperEdge + around};
 }
 
-void SheetTable::Show(const SheetValues& now) {
+void SheetTable::UpdateWidgets(const SheetValues& now) {
   for (std::size_t row = 0; row < rows_.size(); ++row) {
-    rows_.at(row)->Show(now.Rows.at(row));
+    rows_.at(row)->UpdateWidgets(now.Rows.at(row));
   }
   no_viewed_->setVisible(!now.Rows.front().Sheet);
   pic_actual_->setVisible(now.picActual);

@@ -20,7 +20,7 @@ class SheetTable : public QWidget {
   explicit SheetTable(QWidget* parent = nullptr);
 
   // Copies what differs from what was shown last.
-  void Show(const SheetValues& now);
+  void UpdateWidgets(const SheetValues& now);
 
   // What the sheet takes with `rows` of the twelve in use; its width is always the same.
   [[nodiscard]] QSize SizeWith(int rows) const;

@@ -83,7 +83,7 @@ Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   table_height_ = sheet.height();
   resize(sheet.width() + kRoomForNames,
          sheet.height() + menuBar()->sizeHint().height() + statusBar()->height());
-  Show();
+  UpdateWidgets();
 }
 
 void Tavrel::MakeMenu() {
@@ -107,12 +107,12 @@ void Tavrel::MakeMenu() {
 QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
   auto* action = new QAction(Text(entry.Caption), this);
   action->setObjectName(Text(entry.Control));
-  action->setEnabled(parts_.window.IsEnabled(entry));
+  action->setEnabled(parts_.commands.IsEnabled(entry));
   if (entry.Action == MenuAction::kHelp) {
     action->setShortcut(QKeySequence::HelpContents);
   }
   connect(action, &QAction::triggered, this, [this, &entry] {
-    parts_.window.Choose(entry);
+    parts_.commands.Choose(entry);
     AfterEvent();
   });
   return action;
@@ -162,7 +162,7 @@ void Tavrel::WatchFront() {
   });
 }
 
-void Tavrel::Show() {
+void Tavrel::UpdateWidgets() {
   const SheetValues& now = parts_.sheet.Values();
   if (now.Caption != caption_) {
     caption_ = now.Caption;
@@ -174,7 +174,7 @@ void Tavrel::Show() {
     lbl_info_->setVisible(!info_.empty());
   }
   indicator_->setVisible(now.Indicator);
-  table_->Show(now);
+  table_->UpdateWidgets(now);
   GrowToRows();
 }
 
@@ -229,14 +229,14 @@ void Tavrel::RunTick() {
 }
 
 void Tavrel::closeEvent(QCloseEvent* event) {
-  parts_.window.Close();
-  event->setAccepted(parts_.window.HasEnded());
+  parts_.commands.Close();
+  event->setAccepted(parts_.commands.HasEnded());
   AfterEvent();
 }
 
 void Tavrel::AfterEvent() {
-  Show();
-  if (parts_.window.HasEnded()) {
+  UpdateWidgets();
+  if (parts_.commands.HasEnded()) {
     timer_main_.stop();
     QCoreApplication::exit(0);
   }

@@ -5,44 +5,28 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QVBoxLayout>
 
 #include "base/tool_tips.h"
 #include "main/settings_lists.h"
-#include "widgets/shades.h"
+#include "widgets/muted_label.h"
 
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 20;
 constexpr int kControlCharacters = 46;  // the longest path and the longest item fit
 constexpr int kGapOfSections = 14;
 constexpr int kTextMargin = 4;  // texts begin where those of the lists do
-
-template <typename Items>
-QStringList QtItems(const Items& items) {
-  QStringList texts;
-  for (const auto& item : items) {
-    texts << QtText(item);
-  }
-  return texts;
-}
 
 void ShowIndex(QComboBox& list, int index) {
   const QSignalBlocker quiet(list);
   list.setCurrentIndex(index);
 }
 
-// A text that is there already is not set again, which keeps the cursor of a user who types.
-void ShowText(QLineEdit& edit, const std::string& utf8) {
-  const QSignalBlocker quiet(edit);
-  if (edit.text() != QtText(utf8)) {
-    edit.setText(QtText(utf8));
-  }
-}
-
 }  // namespace
 
-TavSett::TavSett(SettingsDialog& dialog) : ModalForm("TAVSETT", " Settings"), dialog_(dialog) {
+TavSett::TavSett(SettingsDialog& dialog)
+    : ModalForm(dialog, "TAVSETT", " Settings"), dialog_(dialog) {
   MakeControls();
   Arrange();
   MakeMenu();
@@ -57,21 +41,18 @@ void TavSett::MakeControls() {
   cbo_com_ = MakeList("cboCom", QtItems(PortItems()), &SettingsDialog::cboCom_Click);
   cbo_mode_ = MakeList("cboMode", QtItems(kModeItems), &SettingsDialog::cboMode_Click);
   cbo_dia_ = MakeList("cboDia", QtItems(kDiaItems), &SettingsDialog::cboDia_Click);
-  cmd_path_ = MakeButton("cmdPath", &SettingsDialog::cmdPath_Click);
-  cmd_font_ = MakeButton("CmdFont", &SettingsDialog::CmdFont_Click);
+  cmd_path_ = MakeButton("cmdPath", "", [this] { dialog_.cmdPath_Click(); });
+  cmd_font_ = MakeButton("CmdFont", "", [this] { dialog_.CmdFont_Click(); });
   cbo_width_ = MakeList("CboWidth", QtItems(kWidthItems), &SettingsDialog::CboWidth_Click);
   for (QPushButton* value : {cmd_path_, cmd_font_}) {
     value->setStyleSheet("text-align: left; padding: 3px 8px;");
   }
-  cmd_ok_ = MakeButton("CmdOK", &SettingsDialog::CmdOK_Click);
-  cmd_ok_->setText("OK");
-  cmd_ok_->setAccessibleName("OK");
-  cmd_ok_->setDefault(true);
+  cmd_ok_ = MakeOk([this] { dialog_.CmdOK_Click(); });
 }
 
 void TavSett::Arrange() {
   auto* grid = new QGridLayout;
-  grid->setHorizontalSpacing(kMargin);
+  grid->setHorizontalSpacing(kWideMargin);
   grid->setVerticalSpacing(8);
   grid->setColumnMinimumWidth(1, fontMetrics().averageCharWidth() * kControlCharacters);
   AddHeading(*grid, "User");
@@ -86,12 +67,10 @@ void TavSett::Arrange() {
   AddLine(*grid, "data directory", cmd_path_);
   AddLine(*grid, "report font", cmd_font_);
   AddLine(*grid, "line width", cbo_width_);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kGapOfSections, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  QVBoxLayout* column = MakeFixedColumn(kWideMargin);
+  column->setContentsMargins(kWideMargin, kGapOfSections, kWideMargin, kWideMargin);
   column->addLayout(grid);
   column->addWidget(cmd_ok_, 0, Qt::AlignRight);
-  column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 void TavSett::MakeMenu() {
@@ -120,12 +99,8 @@ void TavSett::AddHeading(QGridLayout& grid, const char* text) {
 
 void TavSett::AddLine(QGridLayout& grid, const char* text, QWidget* control) {
   const int row = grid.rowCount();
-  auto* label = new QLabel(text, this);
-  QPalette muted;
-  muted.setColor(QPalette::WindowText, MutedOf(label->palette()));
-  label->setPalette(muted);
   control->setAccessibleName(text);
-  grid.addWidget(label, row, 0);
+  grid.addWidget(new MutedLabel(text, this), row, 0);
   grid.addWidget(control, row, 1);
 }
 
@@ -151,18 +126,7 @@ SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
   return edit;
 }
 
-QPushButton* TavSett::MakeButton(const char* name, Press press) {
-  auto* button = new QPushButton(this);
-  button->setObjectName(name);
-  button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, [this, press] {
-    (dialog_.*press)();
-    AfterEvent();
-  });
-  return button;
-}
-
-void TavSett::Show() {
+void TavSett::UpdateWidgets() {
   const SettingsControls& now = dialog_.Values();
   ShowIndex(*cbo_com_, now.cboCom);
   ShowIndex(*cbo_help_, now.cboHelp);

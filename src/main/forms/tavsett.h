@@ -21,14 +21,11 @@ class TavSett : public ModalForm {
   explicit TavSett(SettingsDialog& dialog);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return dialog_.IsOpen(); }
-  void Leave() override { dialog_.Quit(); }
+  void UpdateWidgets() override;
 
  private:
   using TakeIndex = void (SettingsDialog::*)(int index);
   using TakeText = void (SettingsDialog::*)(const std::string& text);
-  using Press = void (SettingsDialog::*)();
 
   void MakeMenu();
   void MakeControls();
@@ -37,7 +34,6 @@ class TavSett : public ModalForm {
   void AddLine(QGridLayout& grid, const char* text, QWidget* control);
   [[nodiscard]] QComboBox* MakeList(const char* name, const QStringList& items, TakeIndex take);
   [[nodiscard]] SelectingEdit* MakeText(const char* name, TakeText take);
-  [[nodiscard]] QPushButton* MakeButton(const char* name, Press press);
   void ShowTipsAndDevice();
 
   SettingsDialog& dialog_;

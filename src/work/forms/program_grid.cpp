@@ -121,7 +121,7 @@ QSize ProgramGrid::sizeHint() const {
           horizontalHeader()->sizeHint().height() + rows + frame};
 }
 
-void ProgramGrid::Show(const ProgramEditor& editor) {
+void ProgramGrid::UpdateWidgets(const ProgramEditor& editor) {
   for (int row = 1; row <= kProgramRows; ++row) {
     for (int column = kTimeColumn; column < kProgramColumns; ++column) {
       ShowCell(row, column, editor.Cell(row, column));
@@ -148,7 +148,7 @@ void ProgramGrid::ShowCell(int row, int column, const ProgramCell& cell) {
 void ProgramGrid::ShowEdit(const CellInEdit& edit) {
   const bool is_new = edit.Row != shown_.Row || edit.Column != shown_.Column;
   shown_ = edit;
-  txt_edit_->ShowText(edit.txtEdit);
+  ShowText(*txt_edit_, edit.txtEdit);
   const QSignalBlocker quiet(cstat_);
   cstat_->setCurrentIndex(edit.Cstat);
   txt_edit_->setVisible(edit.IsOpen() && !edit.IsList());

@@ -17,7 +17,7 @@ class ProgramGrid : public QTableWidget {
   explicit ProgramGrid(QWidget* parent);
 
   // Copies what differs from what was shown last.
-  void Show(const ProgramEditor& editor);
+  void UpdateWidgets(const ProgramEditor& editor);
 
   [[nodiscard]] QSize sizeHint() const override;
 

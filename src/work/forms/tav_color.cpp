@@ -15,7 +15,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 12;
 constexpr int kRows = ColourChoice::kRows;
 constexpr int kRowAir = 8;
 constexpr int kSampleWidth = 90;
@@ -119,27 +118,18 @@ void ColourPicture::keyPressEvent(QKeyEvent* event) {
   }
 }
 
-TavColor::TavColor(ColourChoice& choice) : ModalForm("TavColor", "color"), choice_(choice) {
+TavColor::TavColor(ColourChoice& choice) : ModalForm(choice, "TavColor", "color"), choice_(choice) {
   const int code = choice.PresentCode();
   auto* picture = new ColourPicture(CurveColourOf(code) == nullptr ? kRows - 1 : code - 1, this);
   connect(picture, &ColourPicture::Clicked, this, [this](double y) {
     choice_.PicColor_Click(y);
     AfterEvent();
   });
-  auto* cmd_cancel = new QPushButton("Cancel", this);
-  cmd_cancel->setObjectName("CmdCancel");
-  cmd_cancel->setAccessibleName("Cancel");
-  cmd_cancel->setAutoDefault(false);
-  connect(cmd_cancel, &QPushButton::clicked, this, [this] {
-    choice_.CmdCancel_Click();
-    AfterEvent();
-  });
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  QPushButton* cmd_cancel =
+      MakeButton("CmdCancel", "Cancel", [this] { choice_.CmdCancel_Click(); });
+  QVBoxLayout* column = MakeFixedColumn(kNarrowMargin);
   column->addWidget(picture);
   column->addWidget(cmd_cancel, 0, Qt::AlignRight);
-  column->setSizeConstraint(QLayout::SetFixedSize);
   picture->setFocus();
 }
 
@@ -154,7 +144,7 @@ void TavColor::showEvent(QShowEvent* event) {
     return;
   }
   const QRect room = screen()->availableGeometry();
-  const QPoint wanted = field->mapToGlobal(QPoint(field->width() + kMargin, -height() / 4));
+  const QPoint wanted = field->mapToGlobal(QPoint(field->width() + kNarrowMargin, -height() / 4));
   move(std::clamp(wanted.x(), room.left(), std::max(room.left(), room.right() - width())),
        std::clamp(wanted.y(), room.top(), std::max(room.top(), room.bottom() - height())));
 }

@@ -45,9 +45,7 @@ class TavColor : public ModalForm {
   explicit TavColor(ColourChoice& choice);
 
  protected:
-  void Show() override {}
-  [[nodiscard]] bool IsOpen() const override { return choice_.IsOpen(); }
-  void Leave() override { choice_.CmdCancel_Click(); }
+  void UpdateWidgets() override {}
   void showEvent(QShowEvent* event) override;
 
  private:

@@ -14,7 +14,6 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 20;
 constexpr Qt::Alignment kBesideTheValue = Qt::AlignRight | Qt::AlignVCenter;
 constexpr int kPictureSide = 96;
 
@@ -52,46 +51,29 @@ class AxesPicture : public QWidget {
 }  // namespace
 
 TavCoord::TavCoord(Coordinates& coordinates)
-    : ModalForm("TavCoord", "coordinates"), coordinates_(coordinates) {
+    : ModalForm(coordinates, "TavCoord", "coordinates"), coordinates_(coordinates) {
   auto* grid = new QGridLayout;
-  grid->setHorizontalSpacing(kMargin);
+  grid->setHorizontalSpacing(kWideMargin);
   grid->setVerticalSpacing(10);
   AddBox(*grid, "Y max     °C", Coordinates::kYmax);
   AddBox(*grid, "Y min     °C", Coordinates::kYmin);
   AddBox(*grid, "X max     h", Coordinates::kXmax);
   AddResolution(*grid);
-  auto* cmd_ok = new QPushButton("OK", this);
-  cmd_ok->setObjectName("CmdOK");
-  cmd_ok->setAccessibleName("OK");
-  cmd_ok->setDefault(true);
-  connect(cmd_ok, &QPushButton::clicked, this, [this] {
-    coordinates_.CmdOK_Click();
-    AfterEvent();
-  });
   auto* line = new QHBoxLayout;
-  line->setSpacing(kMargin);
+  line->setSpacing(kWideMargin);
   line->addWidget(new AxesPicture(this), 0, Qt::AlignTop);
   line->addLayout(grid);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(line);
-  column->addWidget(cmd_ok, 0, Qt::AlignRight);
-  column->setSizeConstraint(QLayout::SetFixedSize);
+  column->addWidget(MakeOk([this] { coordinates_.CmdOK_Click(); }), 0, Qt::AlignRight);
 }
 
 void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
-  auto* edit = new NumberEdit(QString("TBox_%1").arg(box), this);
-  edit->setAccessibleName(QString(text).simplified());
+  NumberEdit* edit =
+      AddNumberBox(grid, static_cast<int>(box), text, Qt::AlignRight,
+                   [this, box](const std::string& now) { coordinates_.TBox_Change(box, now); });
   edit->setText(QtText(coordinates_.TBox(box)));
   edit->selectAll();
-  connect(edit, &QLineEdit::textChanged, this, [this, box](const QString& now) {
-    coordinates_.TBox_Change(box, now.toStdString());
-    AfterEvent();
-  });
-  const int row = grid.rowCount();
-  grid.addWidget(new MutedLabel(text, this), row, 0, kBesideTheValue);
-  grid.addWidget(edit, row, 1);
 }
 
 void TavCoord::AddResolution(QGridLayout& grid) {

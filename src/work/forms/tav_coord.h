@@ -16,9 +16,7 @@ class TavCoord : public ModalForm {
   explicit TavCoord(Coordinates& coordinates);
 
  protected:
-  void Show() override {}  // the values change by the user's own typing only
-  [[nodiscard]] bool IsOpen() const override { return coordinates_.IsOpen(); }
-  void Leave() override { coordinates_.Leave(); }
+  void UpdateWidgets() override {}  // the values change by the user's own typing only
 
  private:
   void AddBox(QGridLayout& grid, const char* text, std::size_t box);

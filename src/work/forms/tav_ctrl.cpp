@@ -1,20 +1,18 @@
 #include "work/forms/tav_ctrl.h"
 
 #include <QGridLayout>
-#include <QLabel>
 #include <QPushButton>
 
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 20;
 constexpr int kGap = 8;
 constexpr int kGapOfGroups = 12;
 
 }  // namespace
 
 TavCtrl::TavCtrl(ControllerSettings& settings)
-    : ModalForm("TavCtrl", " Controller"), settings_(settings) {
+    : ModalForm(settings, "TavCtrl", " Controller"), settings_(settings) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kGapOfGroups);
   grid->setVerticalSpacing(kGap);
@@ -26,56 +24,31 @@ TavCtrl::TavCtrl(ControllerSettings& settings)
   AddBox(*grid, kSetpointBox, "setpoint     °C");
   AddBox(*grid, kLowerBox, "lower limit     °C");
   auto* buttons = new QHBoxLayout;
-  QPushButton* pid = MakeButton("cmdPID", "PID", &ControllerSettings::cmdPID_Click);
+  QPushButton* pid = MakeButton("cmdPID", "PID", [this] { settings_.cmdPID_Click(); });
   pid->setAccessibleName("PID parameters");
   pid->setEnabled(settings.HasPid());
   buttons->addWidget(pid);
   buttons->addStretch(1);
-  QPushButton* ok = MakeButton("CmdOK", "OK", &ControllerSettings::CmdOK_Click);
-  ok->setDefault(true);
-  buttons->addWidget(ok);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  buttons->addWidget(MakeOk([this] {
+    settings_.CmdOK_Click();
+    UpdateWidgets();
+    GoToRefused();
+  }));
+  QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
   column->addLayout(buttons);
-  column->setSizeConstraint(QLayout::SetFixedSize);
   boxes_.front()->setFocus();
 }
 
 void TavCtrl::AddBox(QGridLayout& grid, int index, const QString& caption) {
-  const int row = grid.rowCount();
-  auto* label = new QLabel(caption, this);
-  label->setObjectName(QString("Label_%1").arg(index));
-  label->setTextFormat(Qt::PlainText);
-  auto* box = new NumberEdit(QString("TBox_%1").arg(index), this);
-  box->setAccessibleName(caption.simplified());
-  label->setBuddy(box);
-  connect(box, &QLineEdit::textEdited, this, [this, index](const QString& text) {
-    settings_.TBox_Change(index, text.toStdString());
-    AfterEvent();
-  });
+  NumberEdit* box =
+      AddNumberBox(grid, index, caption, Qt::AlignRight,
+                   [this, index](const std::string& text) { settings_.TBox_Change(index, text); });
   connect(box, &NumberEdit::Left, this, [this, index] {
     settings_.TBox_LostFocus(index);
     AfterEvent();
   });
-  grid.addWidget(label, row, 0, Qt::AlignRight | Qt::AlignVCenter);
-  grid.addWidget(box, row, 1);
   boxes_.at(static_cast<std::size_t>(index)) = box;
-}
-
-QPushButton* TavCtrl::MakeButton(const char* name, const char* caption,
-                                 void (ControllerSettings::*press)()) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(name);
-  button->setAccessibleName(caption);
-  button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, [this, press] {
-    (settings_.*press)();
-    AfterEvent();
-    GoToRefused();
-  });
-  return button;
 }
 
 // The keyboard is where the user has to correct something.
@@ -87,9 +60,9 @@ void TavCtrl::GoToRefused() {
   }
 }
 
-void TavCtrl::Show() {
+void TavCtrl::UpdateWidgets() {
   for (int index = 0; index < kControllerBoxes; ++index) {
-    boxes_.at(static_cast<std::size_t>(index))->ShowText(settings_.TBox(index));
+    ShowText(*boxes_.at(static_cast<std::size_t>(index)), settings_.TBox(index));
   }
 }
 

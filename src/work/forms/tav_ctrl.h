@@ -20,14 +20,10 @@ class TavCtrl : public ModalForm {
   explicit TavCtrl(ControllerSettings& settings);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return settings_.IsOpen(); }
-  void Leave() override { settings_.Quit(); }
+  void UpdateWidgets() override;
 
  private:
   void AddBox(QGridLayout& grid, int index, const QString& caption);
-  QPushButton* MakeButton(const char* name, const char* caption,
-                          void (ControllerSettings::*press)());
   void GoToRefused();
 
   ControllerSettings& settings_;

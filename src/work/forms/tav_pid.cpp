@@ -9,14 +9,13 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 20;
 constexpr int kGap = 8;
 constexpr int kGapOfGroups = 12;
 
 }  // namespace
 
 TavPid::TavPid(PidParameters& parameters)
-    : ModalForm("TavPid", " PID  -  Parameters"), parameters_(parameters) {
+    : ModalForm(parameters, "TavPid", " PID  -  Parameters"), parameters_(parameters) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kGapOfGroups);
   grid->setVerticalSpacing(kGap);
@@ -24,12 +23,9 @@ TavPid::TavPid(PidParameters& parameters)
   for (int index = 1; index <= kPidBoxes; ++index) {
     AddBox(*grid, index);
   }
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
-  column->addWidget(MakeOk(), 0, Qt::AlignRight);
-  column->setSizeConstraint(QLayout::SetFixedSize);
+  column->addWidget(MakeOk([this] { PressOk(); }), 0, Qt::AlignRight);
   boxes_.front()->setFocus();
 }
 
@@ -53,36 +49,16 @@ void TavPid::MakeList(QGridLayout& grid) {
 
 void TavPid::AddBox(QGridLayout& grid, int index) {
   const PidParameter& parameter = kPidParameters.at(static_cast<std::size_t>(index - 1));
-  const int row = grid.rowCount();
-  auto* label = new QLabel(parameter.Label, this);
-  label->setObjectName(QString("Label_%1").arg(index));
-  label->setTextFormat(Qt::PlainText);
-  auto* box = new NumberEdit(QString("TBox_%1").arg(index), this);
-  box->setAccessibleName(label->text().simplified());
-  label->setBuddy(box);
-  connect(box, &QLineEdit::textEdited, this, [this, index](const QString& text) {
-    parameters_.TBox_Change(index, text.toStdString());
-    AfterEvent();
-  });
-  grid.addWidget(label, row, 0);
-  grid.addWidget(box, row, 1);
-  grid.addWidget(new MutedLabel(parameter.Unit, this), row, 2);
-  boxes_.at(static_cast<std::size_t>(index - 1)) = box;
-}
-
-QPushButton* TavPid::MakeOk() {
-  auto* ok = new QPushButton("OK", this);
-  ok->setObjectName("CmdOK");
-  ok->setAccessibleName("OK");
-  ok->setDefault(true);
-  connect(ok, &QPushButton::clicked, this, &TavPid::PressOk);
-  return ok;
+  boxes_.at(static_cast<std::size_t>(index - 1)) = AddNumberBox(
+      grid, index, parameter.Label, Qt::AlignLeft,
+      [this, index](const std::string& text) { parameters_.TBox_Change(index, text); });
+  grid.addWidget(new MutedLabel(parameter.Unit, this), grid.rowCount() - 1, 2);
 }
 
 // The keyboard is where the user has to correct something.
 void TavPid::PressOk() {
   parameters_.CmdOK_Click();
-  AfterEvent();
+  UpdateWidgets();
   const int refused = parameters_.RefusedBox();
   if (parameters_.IsOpen() && refused >= 1) {
     NumberEdit* box = boxes_.at(static_cast<std::size_t>(refused - 1));
@@ -91,10 +67,10 @@ void TavPid::PressOk() {
   }
 }
 
-void TavPid::Show() {
+void TavPid::UpdateWidgets() {
   cbo_->setCurrentIndex(parameters_.Cbo());
   for (int index = 1; index <= kPidBoxes; ++index) {
-    boxes_.at(static_cast<std::size_t>(index - 1))->ShowText(parameters_.TBox(index));
+    ShowText(*boxes_.at(static_cast<std::size_t>(index - 1)), parameters_.TBox(index));
   }
 }
 

@@ -21,14 +21,11 @@ class TavPid : public ModalForm {
   explicit TavPid(PidParameters& parameters);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return parameters_.IsOpen(); }
-  void Leave() override { parameters_.Quit(); }
+  void UpdateWidgets() override;
 
  private:
   void MakeList(QGridLayout& grid);
   void AddBox(QGridLayout& grid, int index);
-  QPushButton* MakeOk();
   void PressOk();
 
   PidParameters& parameters_;

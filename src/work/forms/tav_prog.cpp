@@ -8,14 +8,11 @@
 #include "work/program_tips.h"
 
 namespace tavrel {
-namespace {
-
-constexpr int kMargin = 12;
-
-}  // namespace
 
 TavProg::TavProg(ProgramEditor& editor)
-    : ModalForm("TavProg", editor.Caption()), editor_(editor), grid_(new ProgramGrid(this)) {
+    : ModalForm(editor, "TavProg", editor.Caption()),
+      editor_(editor),
+      grid_(new ProgramGrid(this)) {
   ConnectGrid();
   Arrange();
   ShowTips(kProgramTips, editor_.TipLanguage());
@@ -48,52 +45,30 @@ void TavProg::ConnectGrid() {
 void TavProg::Arrange() {
   auto* bar = new QMenuBar(this);
   QMenu* menu = bar->addMenu("Program  ");
-  MakeEntry(*menu, "MnuNew", "New", QKeySequence::New, &ProgramEditor::cmdNew_Click);
-  MakeEntry(*menu, "MnuOpen", "Open ...", QKeySequence::Open, &ProgramEditor::cmdOpen_Click);
-  MakeEntry(*menu, "MnuSave", "Save as ...", QKeySequence::Save, &ProgramEditor::cmdSave_Click);
+  const auto begin = [this] { editor_.cmdNew_Click(); };
+  const auto open = [this] { editor_.cmdOpen_Click(); };
+  const auto save = [this] { editor_.cmdSave_Click(); };
+  AddEntry(*menu, "MnuNew", "New", begin, QKeySequence::New);
+  AddEntry(*menu, "MnuOpen", "Open ...", open, QKeySequence::Open);
+  AddEntry(*menu, "MnuSave", "Save as ...", save, QKeySequence::Save);
   auto* buttons = new QHBoxLayout;
-  buttons->addWidget(MakeButton("cmdNew", "New", &ProgramEditor::cmdNew_Click));
-  buttons->addWidget(MakeButton("cmdOpen", "Open", &ProgramEditor::cmdOpen_Click));
-  buttons->addWidget(MakeButton("cmdSave", "Save", &ProgramEditor::cmdSave_Click));
+  buttons->addWidget(MakeButton("cmdNew", "New", begin));
+  buttons->addWidget(MakeButton("cmdOpen", "Open", open));
+  buttons->addWidget(MakeButton("cmdSave", "Save", save));
   buttons->addStretch(1);
   lb_changed_ = new MutedLabel("changed", this);
   lb_changed_->setObjectName("lb_Changed");
   buttons->addWidget(lb_changed_);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  QVBoxLayout* column = MakeColumn(kNarrowMargin);
   column->setMenuBar(bar);
   column->addLayout(buttons);
   column->addWidget(grid_, 1);
 }
 
-void TavProg::MakeEntry(QMenu& menu, const char* name, const char* caption,
-                        QKeySequence::StandardKey shortcut, Press press) {
-  QAction* action = menu.addAction(caption);
-  action->setObjectName(name);
-  action->setShortcut(shortcut);
-  connect(action, &QAction::triggered, this, [this, press] {
-    (editor_.*press)();
-    AfterEvent();
-  });
-}
-
-QPushButton* TavProg::MakeButton(const char* name, const char* caption, Press press) {
-  auto* button = new QPushButton(caption, this);
-  button->setObjectName(name);
-  button->setAccessibleName(caption);
-  button->setAutoDefault(false);
-  connect(button, &QPushButton::clicked, this, [this, press] {
-    (editor_.*press)();
-    AfterEvent();
-  });
-  return button;
-}
-
-void TavProg::Show() {
+void TavProg::UpdateWidgets() {
   setWindowTitle(QtText(editor_.Caption()));
   lb_changed_->setVisible(editor_.ProgChanged());
-  grid_->Show(editor_);
+  grid_->UpdateWidgets(editor_);
 }
 
 }  // namespace tavrel

@@ -20,18 +20,11 @@ class TavProg : public ModalForm {
   explicit TavProg(ProgramEditor& editor);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return editor_.IsOpen(); }
-  void Leave() override { editor_.Quit(); }
+  void UpdateWidgets() override;
 
  private:
-  using Press = void (ProgramEditor::*)();
-
   void ConnectGrid();
   void Arrange();
-  void MakeEntry(QMenu& menu, const char* name, const char* caption,
-                 QKeySequence::StandardKey shortcut, Press press);
-  QPushButton* MakeButton(const char* name, const char* caption, Press press);
 
   ProgramEditor& editor_;
   ProgramGrid* grid_ = nullptr;

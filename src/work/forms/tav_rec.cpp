@@ -11,28 +11,16 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 20;
 constexpr int kNumberCharacters = 12;
 
 }  // namespace
 
 TavRec::TavRec(RecordingSettings& settings)
-    : ModalForm("TavRec", settings.Values().Caption), settings_(settings) {
+    : ModalForm(settings, "TavRec", settings.Values().Caption), settings_(settings) {
   QWidget* face = settings.Values().RecNewMode ? MakeNewFace() : MakeSettingsFace();
-  auto* cmd_ok = new QPushButton("OK", this);
-  cmd_ok->setObjectName("CmdOK");
-  cmd_ok->setAccessibleName("OK");
-  cmd_ok->setDefault(true);
-  connect(cmd_ok, &QPushButton::clicked, this, [this] {
-    settings_.CmdOK_Click();
-    AfterEvent();
-  });
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin);
+  QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addWidget(face);
-  column->addWidget(cmd_ok, 0, Qt::AlignRight);
-  column->setSizeConstraint(QLayout::SetFixedSize);
+  column->addWidget(MakeOk([this] { settings_.CmdOK_Click(); }), 0, Qt::AlignRight);
 }
 
 QWidget* TavRec::MakeNewFace() {
@@ -104,7 +92,7 @@ QLabel* TavRec::MakeHours(const char* name) {
 
 void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, const char* unit) {
   const int row = grid.rowCount();
-  grid.setHorizontalSpacing(kMargin);
+  grid.setHorizontalSpacing(kWideMargin);
   grid.setVerticalSpacing(10);
   grid.addWidget(new MutedLabel(text, this), row, 0);
   control->setAccessibleName(text);
@@ -114,7 +102,7 @@ void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, cons
   }
   control->setFixedWidth(fontMetrics().averageCharWidth() * kNumberCharacters);
   auto* value = new QHBoxLayout;
-  value->setSpacing(kMargin / 2);
+  value->setSpacing(kWideMargin / 2);
   value->addWidget(control);
   value->addWidget(new MutedLabel(unit, this));
   value->addStretch(1);
@@ -122,7 +110,7 @@ void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, cons
 }
 
 // Texts that the user edits are in the widgets already.
-void TavRec::Show() {
+void TavRec::UpdateWidgets() {
   const RecordingSettingsValues& now = settings_.Values();
   lbl_auto_->setText(QtText(now.Lbl_Auto));
   if (lbl_max_ != nullptr) {

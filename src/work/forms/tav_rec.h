@@ -20,9 +20,7 @@ class TavRec : public ModalForm {
   explicit TavRec(RecordingSettings& settings);
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return settings_.IsOpen(); }
-  void Leave() override { settings_.Leave(); }
+  void UpdateWidgets() override;
 
  private:
   [[nodiscard]] QWidget* MakeNewFace();

@@ -7,12 +7,11 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 24;
 constexpr int kBarCharacters = 50;
 
 }  // namespace
 
-TavWait::TavWait(WaitBar& bar) : ModalForm("TavWait", "Tavrel"), bar_(bar) {
+TavWait::TavWait(WaitBar& bar) : ModalForm(bar, "TavWait", "Tavrel"), bar_(bar) {
   setWindowFlag(Qt::WindowCloseButtonHint, false);
   setCursor(Qt::WaitCursor);
   auto* text = new QLabel("The instrument takes in its new settings.", this);
@@ -22,15 +21,12 @@ TavWait::TavWait(WaitBar& bar) : ModalForm("TavWait", "Tavrel"), bar_(bar) {
   prg_wait_->setRange(0, WaitBar::kFull);
   prg_wait_->setTextVisible(false);
   prg_wait_->setMinimumWidth(fontMetrics().averageCharWidth() * kBarCharacters);
-  auto* column = new QVBoxLayout(this);
-  column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  column->setSpacing(kMargin / 2);
+  QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addWidget(text);
   column->addWidget(prg_wait_);
-  column->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-void TavWait::Show() {
+void TavWait::UpdateWidgets() {
   prg_wait_->setValue(bar_.prgWait());
 }
 

@@ -19,9 +19,7 @@ class TavWait : public ModalForm {
   void ShowStep() { AfterEvent(); }
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return bar_.IsOpen(); }
-  void Leave() override {}
+  void UpdateWidgets() override;
 
  private:
   WaitBar& bar_;

@@ -13,25 +13,11 @@
 namespace tavrel {
 namespace {
 
-constexpr int kMargin = 14;
 constexpr int kGap = 8;
-constexpr qreal kGlyphSize = 1.35;  // of the type, so that the pictures tell themselves apart
 constexpr qreal kValueSize = 1.3;
 constexpr int kValueCharacters = 8;
 constexpr const char* kNoTitle = " ";  // keeps the place of one
 constexpr int kRoomForAlarm = 24;      // behind the number of an instrument
-
-void ShowText(QLabel* label, const std::string& utf8) {
-  const QString text = QtText(utf8);
-  if (label->text() != text) {
-    label->setText(text);
-  }
-}
-
-QFont Sized(QFont font, qreal size) {
-  font.setPointSizeF(font.pointSizeF() * size);
-  return font;
-}
 
 ColourCell* MakeChip(QLabel* word, QWidget* parent) {
   auto* chip = new ColourCell(parent);
@@ -45,7 +31,8 @@ ColourCell* MakeChip(QLabel* word, QWidget* parent) {
 
 }  // namespace
 
-TavWork::TavWork(Worksheet& worksheet) : ModalForm("TavWork", ""), worksheet_(worksheet) {
+TavWork::TavWork(Worksheet& worksheet)
+    : ModalForm(worksheet, "TavWork", ""), worksheet_(worksheet) {
   // Keys belong to the form itself until the user goes to a control.
   setFocusPolicy(Qt::ClickFocus);
   MakeHead();
@@ -85,35 +72,6 @@ void TavWork::MakeTable() {
   });
 }
 
-GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph) {
-  auto* button = new GlyphButton(glyph, this);
-  button->setObjectName(name);
-  button->setAccessibleName(spoken);
-  button->setFont(Sized(button->font(), kGlyphSize));
-  const QSize size = button->sizeHint();
-  button->setFixedSize(size.width() * 5 / 4, size.height());
-  return button;
-}
-
-GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph, Press press) {
-  GlyphButton* button = MakeButton(name, spoken, glyph);
-  connect(button, &GlyphButton::clicked, this, [this, press] {
-    (worksheet_.*press)();
-    AfterEvent();
-  });
-  return button;
-}
-
-GlyphButton* TavWork::MakeButton(const char* name, const char* spoken, Glyph glyph,
-                                 PressIndex press, int index) {
-  GlyphButton* button = MakeButton(name, spoken, glyph);
-  connect(button, &GlyphButton::clicked, this, [this, press, index] {
-    (worksheet_.*press)(index);
-    AfterEvent();
-  });
-  return button;
-}
-
 TavWork::Reading TavWork::MakeReading(const char* name, const char* words) {
   Reading reading{new QLabel(this), new UnitLabel(words, this)};
   reading.value->setObjectName(name);
@@ -141,9 +99,10 @@ void TavWork::AddReading(QVBoxLayout& column, const Reading& reading, QWidget* b
 void TavWork::MakeRecording() {
   fr_recording_ = new QGroupBox("recording", this);
   fr_recording_->setObjectName("frRecording");
-  cmd_rec_ = {
-      MakeButton("cmd_Rec_1", "recording on", DrawRecordOnGlyph, &Worksheet::cmd_Rec_Click, 1),
-      MakeButton("cmd_Rec_2", "recording off", DrawRecordOffGlyph, &Worksheet::cmd_Rec_Click, 2)};
+  cmd_rec_ = {MakeGlyphButton("cmd_Rec_1", "recording on", DrawRecordOnGlyph,
+                              [this] { worksheet_.cmd_Rec_Click(1); }),
+              MakeGlyphButton("cmd_Rec_2", "recording off", DrawRecordOffGlyph,
+                              [this] { worksheet_.cmd_Rec_Click(2); })};
   rec_buttons_ = new QWidget(this);
   auto* line = new QHBoxLayout(rec_buttons_);
   line->setContentsMargins(0, 0, 0, 0);
@@ -151,9 +110,10 @@ void TavWork::MakeRecording() {
   line->addWidget(cmd_rec_[0]);
   line->addWidget(cmd_rec_[1]);
   line->addStretch(1);
-  line->addWidget(MakeButton("cmd_New", "new file", DrawNewFileGlyph, &Worksheet::cmd_New_Click));
-  line->addWidget(MakeButton("cmd_SetRec", "properties of recording", DrawSettingsGlyph,
-                             &Worksheet::cmd_SetRec_Click));
+  line->addWidget(MakeGlyphButton("cmd_New", "new file", DrawNewFileGlyph,
+                                  [this] { worksheet_.cmd_New_Click(); }));
+  line->addWidget(MakeGlyphButton("cmd_SetRec", "properties of recording", DrawSettingsGlyph,
+                                  [this] { worksheet_.cmd_SetRec_Click(); }));
   rec_state_ = new QLabel;
   rec_state_->setObjectName("Lbl_RecState");
   rec_state_cell_ = MakeChip(rec_state_, this);
@@ -168,14 +128,16 @@ void TavWork::MakeRecording() {
 void TavWork::MakeController() {
   fr_controller_ = new QGroupBox("controller", this);
   fr_controller_->setObjectName("frController");
-  const auto press = &Worksheet::cmd_Ctrl_Click;
-  cmd_ctrl_ = {MakeButton("cmd_Ctrl_0", "controller isothermal", DrawIsothermGlyph, press, 0),
-               MakeButton("cmd_Ctrl_1", "controller dynamic", DrawRampGlyph, press, 1),
-               MakeButton("cmd_Ctrl_2", "controller off", DrawPowerGlyph, press, 2)};
-  cmd_prog_on_ =
-      MakeButton("cmd_ProgOn", "program", DrawProgramGlyph, &Worksheet::cmd_ProgOn_Click);
-  cmd_set_ctrl_ = MakeButton("cmd_setCtrl", "properties of controller", DrawSettingsGlyph,
-                             &Worksheet::cmd_setCtrl_Click);
+  cmd_ctrl_ = {MakeGlyphButton("cmd_Ctrl_0", "controller isothermal", DrawIsothermGlyph,
+                               [this] { worksheet_.cmd_Ctrl_Click(0); }),
+               MakeGlyphButton("cmd_Ctrl_1", "controller dynamic", DrawRampGlyph,
+                               [this] { worksheet_.cmd_Ctrl_Click(1); }),
+               MakeGlyphButton("cmd_Ctrl_2", "controller off", DrawPowerGlyph,
+                               [this] { worksheet_.cmd_Ctrl_Click(2); })};
+  cmd_prog_on_ = MakeGlyphButton("cmd_ProgOn", "program", DrawProgramGlyph,
+                                 [this] { worksheet_.cmd_ProgOn_Click(); });
+  cmd_set_ctrl_ = MakeGlyphButton("cmd_setCtrl", "properties of controller", DrawSettingsGlyph,
+                                  [this] { worksheet_.cmd_setCtrl_Click(); });
   auto* line = new QHBoxLayout;
   line->setSpacing(kGap);
   for (GlyphButton* button : cmd_ctrl_) {
@@ -196,8 +158,8 @@ void TavWork::MakeProgram() {
   QSizePolicy keeps_its_place = fr_prog_->sizePolicy();
   keeps_its_place.setRetainSizeWhenHidden(true);
   fr_prog_->setSizePolicy(keeps_its_place);
-  cmd_prog_off_ = MakeButton("cmd_ProgOff", "end of program", DrawStopProgramGlyph,
-                             &Worksheet::cmd_ProgOff_Click);
+  cmd_prog_off_ = MakeGlyphButton("cmd_ProgOff", "end of program", DrawStopProgramGlyph,
+                                  [this] { worksheet_.cmd_ProgOff_Click(); });
   step_ = MakeReading("Lbl_Step", "step");
   time_ = MakeReading("Lbl_Time", "min   until next step");
   auto* column = new QVBoxLayout(fr_prog_);
@@ -206,15 +168,17 @@ void TavWork::MakeProgram() {
 }
 
 void TavWork::MakeExits() {
-  cmd_coord_ =
-      MakeButton("cmd_Coord", "coordinates", DrawCoordinatesGlyph, &Worksheet::cmd_Coord_Click);
-  cmd_ok_ = MakeButton("CmdOK", "show the graph", DrawCurveGlyph, &Worksheet::CmdOK_Click);
-  cmd_exit_ = MakeButton("cmdExit", "exit", DrawExitGlyph, &Worksheet::cmdExit_Click);
+  cmd_coord_ = MakeGlyphButton("cmd_Coord", "coordinates", DrawCoordinatesGlyph,
+                               [this] { worksheet_.cmd_Coord_Click(); });
+  cmd_ok_ = MakeGlyphButton("CmdOK", "show the graph", DrawCurveGlyph,
+                            [this] { worksheet_.CmdOK_Click(); });
+  cmd_exit_ =
+      MakeGlyphButton("cmdExit", "exit", DrawExitGlyph, [this] { worksheet_.cmdExit_Click(); });
 }
 
 void TavWork::Arrange() {
   auto* head = new QHBoxLayout;
-  head->setSpacing(kMargin);
+  head->setSpacing(kNarrowMargin);
   head->addWidget(tavc_cell_);
   head->addWidget(tav_file_);
   head->addStretch(1);
@@ -225,7 +189,7 @@ void TavWork::Arrange() {
   exits->addStretch(1);
   exits->addWidget(cmd_exit_);
   auto* side = new QVBoxLayout;
-  side->setSpacing(kMargin);
+  side->setSpacing(kNarrowMargin);
   side->addLayout(head);
   side->addWidget(fr_recording_);
   side->addWidget(fr_controller_);
@@ -233,8 +197,8 @@ void TavWork::Arrange() {
   side->addStretch(1);
   side->addLayout(exits);
   auto* all = new QHBoxLayout(this);
-  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  all->setSpacing(kMargin);
+  all->setContentsMargins(kNarrowMargin, kNarrowMargin, kNarrowMargin, kNarrowMargin);
+  all->setSpacing(kNarrowMargin);
   all->addWidget(sheet_, 1);
   all->addLayout(side);
 }
@@ -245,13 +209,13 @@ void TavWork::ShowRefresh() {
   }
 }
 
-void TavWork::Show() {
+void TavWork::UpdateWidgets() {
   const WorksheetValues& now = worksheet_.Values();
   if (windowTitle() != QtText(now.Caption)) {
     setWindowTitle(QtText(now.Caption));
   }
   ShowHead(now);
-  sheet_->Show(now);
+  sheet_->UpdateWidgets(now);
   ShowRecording(now);
   ShowController(now);
   ShowProgram(now);
@@ -260,8 +224,8 @@ void TavWork::Show() {
 }
 
 void TavWork::ShowHead(const WorksheetValues& now) {
-  ShowText(tavc_no_, now.TavcNo);
-  ShowText(tav_file_, now.TavFile);
+  ShowText(*tavc_no_, now.TavcNo);
+  ShowText(*tav_file_, now.TavFile);
   const Colour answering = now.OfSlot ? kYellow : kGrey;
   tavc_cell_->SetColour(now.NoAnswer ? kOrange : answering);
   tavc_no_->setAccessibleDescription(now.NoAnswer ? "no answer" : "");
@@ -272,12 +236,12 @@ void TavWork::ShowRecording(const WorksheetValues& now) {
   rec_buttons_->setVisible(now.OfSlot);
   cmd_rec_[0]->SetLatched(now.RecOnDown);
   cmd_rec_[1]->SetLatched(now.RecOffDown);
-  ShowText(rec_state_, now.RecState);
+  ShowText(*rec_state_, now.RecState);
   rec_state_cell_->setVisible(!now.RecState.empty());
   rec_state_cell_->SetColour(now.RecState == "end" ? kYellow : kOrange);
-  ShowText(rec_.value, now.Lbl_rec);
-  ShowText(rec_.words, now.RecUnit);
-  ShowText(sampl_.value, now.Lbl_sampl);
+  ShowText(*rec_.value, now.Lbl_rec);
+  ShowText(*rec_.words, now.RecUnit);
+  ShowText(*sampl_.value, now.Lbl_sampl);
 }
 
 void TavWork::ShowController(const WorksheetValues& now) {
@@ -287,7 +251,7 @@ void TavWork::ShowController(const WorksheetValues& now) {
   }
   cmd_prog_on_->SetLatched(now.ProgDown);
   cmd_set_ctrl_->setEnabled(now.cmd_setCtrlEnabled);
-  ShowText(setpoint_.value, now.Lbl_setpoint);
+  ShowText(*setpoint_.value, now.Lbl_setpoint);
 }
 
 void TavWork::ShowProgram(const WorksheetValues& now) {
@@ -299,8 +263,8 @@ void TavWork::ShowProgram(const WorksheetValues& now) {
   if (fr_prog_->title() != title) {
     fr_prog_->setTitle(title);
   }
-  ShowText(step_.value, now.Lbl_Step);
-  ShowText(time_.value, now.Lbl_Time);
+  ShowText(*step_.value, now.Lbl_Step);
+  ShowText(*time_.value, now.Lbl_Time);
   if (now.ProgOffFocusCalls != focus_calls_) {
     focus_calls_ = now.ProgOffFocusCalls;
     cmd_prog_off_->setFocus();

@@ -27,16 +27,11 @@ class TavWork : public ModalForm {
   void ShowRefresh();
 
  protected:
-  void Show() override;
-  [[nodiscard]] bool IsOpen() const override { return worksheet_.IsOpen(); }
-  void Leave() override { worksheet_.cmdExit_Click(); }
+  void UpdateWidgets() override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
-  using Press = void (Worksheet::*)();
-  using PressIndex = void (Worksheet::*)(int index);
-
   // A value in large type with the words that tell what it is.
   struct Reading {
     QLabel* value = nullptr;
@@ -50,11 +45,6 @@ class TavWork : public ModalForm {
   void MakeProgram();
   void MakeExits();
   void Arrange();
-  [[nodiscard]] GlyphButton* MakeButton(const char* name, const char* spoken, Glyph glyph);
-  [[nodiscard]] GlyphButton* MakeButton(const char* name, const char* spoken, Glyph glyph,
-                                        Press press);
-  [[nodiscard]] GlyphButton* MakeButton(const char* name, const char* spoken, Glyph glyph,
-                                        PressIndex press, int index);
   [[nodiscard]] Reading MakeReading(const char* name, const char* words);
   static void AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind = nullptr);
   void ShowHead(const WorksheetValues& now);

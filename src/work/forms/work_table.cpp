@@ -106,7 +106,7 @@ CellEdit* WorkTable::MakeEdit(const char* column, const char* spoken, int input)
   return edit;
 }
 
-void WorkTable::Show(const WorksheetValues& now) {
+void WorkTable::UpdateWidgets(const WorksheetValues& now) {
   heads_.at(kActual)->setVisible(now.OfSlot);
   for (int input = 1; input <= kInputs; ++input) {
     const auto place = static_cast<std::size_t>(input - 1);

@@ -24,7 +24,7 @@ class WorkTable : public QWidget {
 
   explicit WorkTable(QWidget* parent);
 
-  void Show(const WorksheetValues& now);
+  void UpdateWidgets(const WorksheetValues& now);
 
  signals:
   void ProdEdited(int input, const QString& text);

@@ -1,5 +1,5 @@
-#ifndef TAVREL_DIALOGS_MESSAGE_FORM_H_
-#define TAVREL_DIALOGS_MESSAGE_FORM_H_
+#ifndef TAVREL_DIALOGS_MESSAGE_BOX_LOGIC_H_
+#define TAVREL_DIALOGS_MESSAGE_BOX_LOGIC_H_
 
 #include <array>
 #include <optional>
@@ -7,8 +7,8 @@
 
 #include "base/language.h"
 #include "platform/screens.h"
+#include "state/modal_screen.h"
 #include "state/run_state.h"
-#include "state/screen_in_front.h"
 
 namespace tavrel {
 
@@ -24,13 +24,14 @@ struct MessageRequest {
 // ALL_MSG, the family's own message box with one or two answers: what its form shows. One
 // instance for the life of the program; the form is open at most once. The boxes of this
 // program are those of the platform; the form stands by for the instruments that want it.
-class MessageForm {
+class MessageBoxLogic : public ModalScreen {
  public:
   static constexpr BothLanguages kOkTip{" ok   (enter-key)", " Ja  (Eingabe-Taste) "};
   static constexpr BothLanguages kCancelTip{" cancel  (esc-key) ", " cancel  (esc-key) "};
 
   // All outlive this.
-  MessageForm(RunState& state, Screens& screens) : state_(state), screens_(screens) {}
+  MessageBoxLogic(RunState& state, Screens& screens)
+      : ModalScreen(state, View::kAllMsg), state_(state), screens_(screens) {}
 
   // Shows the form and gives AskResult.
   bool Ask(const MessageRequest& request);
@@ -42,9 +43,6 @@ class MessageForm {
   [[nodiscard]] const std::array<std::string, 3>& Msg() const { return msg_; }
   [[nodiscard]] Language TipLanguage() const { return LanguageOf(state_.Settings.HelpLang); }
 
-  // False: the form closes.
-  [[nodiscard]] bool IsOpen() const { return screen_ && screen_->IsInFront(); }
-
   // The answer: true after OK.
   [[nodiscard]] bool AskResult() const { return ask_result_; }
 
@@ -53,6 +51,7 @@ class MessageForm {
 
   // The button, the Escape key and the close box; no effect while the button is hidden.
   void CmdCancel_Click();
+  void Quit() override { CmdCancel_Click(); }
 
  private:
   void Answer(bool result);
@@ -61,10 +60,9 @@ class MessageForm {
   Screens& screens_;
   MessageRequest request_;
   std::array<std::string, 3> msg_;
-  std::optional<ScreenInFront> screen_;
   bool ask_result_ = false;
 };
 
 }  // namespace tavrel
 
-#endif  // TAVREL_DIALOGS_MESSAGE_FORM_H_
+#endif  // TAVREL_DIALOGS_MESSAGE_BOX_LOGIC_H_

@@ -1,0 +1,141 @@
+#include "app/program_screens.h"
+
+#include "dialogs/forms/all_copy.h"
+#include "dialogs/forms/all_dir.h"
+#include "dialogs/forms/all_msg.h"
+#include "dialogs/forms/all_open.h"
+#include "graph/forms/tav_graph.h"
+#include "main/forms/tavsett.h"
+#include "setup/forms/tav_inst.h"
+#include "setup/forms/tav_num.h"
+#include "work/forms/tav_color.h"
+#include "work/forms/tav_coord.h"
+#include "work/forms/tav_ctrl.h"
+#include "work/forms/tav_pid.h"
+#include "work/forms/tav_prog.h"
+#include "work/forms/tav_rec.h"
+#include "work/forms/tav_wait.h"
+#include "work/forms/tav_work.h"
+
+namespace tavrel {
+namespace {
+
+// The program may end under the form: then nobody has chosen.
+template <typename Form, typename Screen>
+void RunForm(Screen& screen) {
+  Form(screen).Run();
+  if (screen.IsOpen()) {
+    screen.CloseNow();
+  }
+}
+
+}  // namespace
+
+ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents& events)
+    : logic_(logic), screens_(screens), events_(events) {
+  AddForm<AllDir>(View::kAllDir, logic.directory);
+  AddForm<AllMsg>(View::kAllMsg, logic.message);
+  AddForm<TavRec>(View::kTavRec, logic.recording_settings);
+  AddForm<TavCoord>(View::kTavCoord, logic.coordinates);
+  AddForm<TavColor>(View::kTavColor, logic.colours);
+  AddFormToOpen<TavSett>(View::kTavSett, logic.settings_dialog);
+  AddFormToOpen<TavCtrl>(View::kTavCtrl, logic.controller_settings);
+  AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
+  AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
+  AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
+  AddFileForms();
+  screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
+  screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
+  screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
+  screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
+}
+
+ProgramScreens::~ProgramScreens() = default;
+
+// For a screen that its rules have opened.
+template <typename Form, typename Screen>
+void ProgramScreens::AddForm(View view, Screen& screen) {
+  screens_.Add(view, [this, &screen] {
+    const QtEvents::NormalPointer normal_pointer(events_);
+    RunForm<Form>(screen);
+  });
+}
+
+// For a screen that opens when its number is shown.
+template <typename Form, typename Screen>
+void ProgramScreens::AddFormToOpen(View view, Screen& screen) {
+  screens_.Add(view, [this, &screen] {
+    const QtEvents::NormalPointer normal_pointer(events_);
+    screen.Open();
+    RunForm<Form>(screen);
+  });
+}
+
+// These show the hourglass themselves while they search and copy.
+void ProgramScreens::AddFileForms() {
+  screens_.Add(View::kAllOpen, [this] {
+    logic_.open_file.Open();
+    RunForm<AllOpen>(logic_.open_file);
+  });
+  screens_.Add(View::kAllCopy, [this] {
+    logic_.copy_files.Open();
+    RunForm<AllCopy>(logic_.copy_files);
+  });
+}
+
+// The form also takes its turns from the cycle.
+void ProgramScreens::ShowNumbering() {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  logic_.numbering.Open();
+  TavNum(logic_.numbering, logic_.stepped).Run();
+  logic_.numbering.CloseNow();
+}
+
+void ProgramScreens::ShowWorksheet() {
+  logic_.worksheet.Open();
+  if (work_form_ == nullptr) {
+    work_form_ = std::make_unique<TavWork>(logic_.worksheet);
+  }
+  work_form_->Run();
+}
+
+// The graph keeps its pictures while it is hidden.
+void ProgramScreens::ShowGraph() {
+  if (graph_form_ == nullptr) {
+    graph_form_ = std::make_unique<TavGraph>(logic_.graph, logic_.graph_output);
+  }
+  logic_.graph.Open();
+  graph_form_->Run();
+  logic_.graph.CloseNow();
+}
+
+// The pointer stays as the rule has set it that waits.
+void ProgramScreens::ShowWaitBar() {
+  logic_.wait_bar.Open();
+  TavWait form(logic_.wait_bar);
+  wait_form_ = &form;
+  form.Run();
+  wait_form_ = nullptr;
+}
+
+MainCycle::TickHandlers ProgramScreens::Handlers() {
+  return {[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
+          [this](int slot) { logic_.runner.StepProgram(slot); },
+          [this] { return logic_.unsure.ReadBack(); }};
+}
+
+void ProgramScreens::RefreshWorksheet() {
+  logic_.worksheet.Refresh();
+  if (work_form_ != nullptr) {
+    work_form_->ShowRefresh();
+  }
+}
+
+void ProgramScreens::AdvanceWaitBar() {
+  logic_.wait_bar.Advance();
+  if (wait_form_ != nullptr) {
+    wait_form_->ShowStep();
+  }
+}
+
+}  // namespace tavrel

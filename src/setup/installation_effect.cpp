@@ -1,0 +1,129 @@
+#include "setup/installation_effect.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "files/set_in_hand.h"
+
+namespace tavrel {
+namespace {
+
+constexpr BothLanguages kEnds{"ends the recording:  ", "beendet die Aufzeichnung:  "};
+constexpr BothLanguages kEndsProgram{"ends the controller program:  ",
+                                     "beendet das Regler-Programm:  "};
+constexpr BothLanguages kBegins{"begins a file:  ", "beginnt eine Datei:  "};
+constexpr BothLanguages kRemoves{"deletes the empty file:  ", "löscht die leere Datei:  "};
+constexpr BothLanguages kLoses{"is on and loses its test:  ",
+                               "ist ein und verliert seinen Test:  "};
+constexpr BothLanguages kRow{"row ", "Zeile "};
+constexpr BothLanguages kController{" controller ", " Regler "};
+
+const UnitRecord& UnitOf(const RunState& state, int slot) {
+  return state.Unit.at(static_cast<std::size_t>(slot));
+}
+
+bool IsChanged(const RunState& state, const TestRows& rows, int slot) {
+  TestRow row = rows[slot];
+  if (row.IsKept()) {
+    return false;
+  }
+  if (row.IsInstalled()) {
+    CollectTexts(row);
+  }
+  return IsOtherTest(UnitOf(state, slot), row.Unit);
+}
+
+// One of the rows has that controller.
+bool IsControlled(const TestRows& rows, int inet, int controller) {
+  return std::any_of(rows.begin(), rows.end(), [=](const TestRow& row) {
+    return row.Unit.UnitInet == inet && InputWith(row.Unit, Role::kController) == controller;
+  });
+}
+
+// What the test of the slot leaves behind when it goes.
+void AddEnd(const RunState& state, int slot, InstallationEffect& effect) {
+  if (state.ProgRunning[slot]) {
+    effect.EndedPrograms.push_back(slot);
+  }
+  if (state.SlotFile[slot].empty()) {
+    return;
+  }
+  if (UnitOf(state, slot).UnitRecOn == 1) {
+    effect.EndedRecordings.push_back(slot);
+  }
+  if (state.SampleCount[slot] == 0 && !HoldsWholeSet(state, slot)) {
+    effect.RemovedFiles.push_back(slot);
+  }
+}
+
+std::string Numbered(const RunState& state, const std::vector<int>& slots, Language language) {
+  std::string text;
+  for (const int slot : slots) {
+    text += text.empty() ? "" : ",  ";
+    text += std::string(kRow.In(language)) + std::to_string(slot) + "  " +
+            LowerCase(state.SlotFile[slot]);
+  }
+  return text;
+}
+
+std::string NewOnes(const TestRows& rows, const std::vector<int>& slots, Language language) {
+  std::string text;
+  for (const int slot : slots) {
+    text += text.empty() ? "" : ",  ";
+    text += std::string(kRow.In(language)) + std::to_string(slot) + "  (" +
+            LowerCase(Trim(rows[slot].Test_Ext)) + ")";
+  }
+  return text;
+}
+
+std::string Controllers(const std::vector<LostController>& controllers, Language language) {
+  std::string text;
+  for (const LostController& lost : controllers) {
+    text += text.empty() ? "" : ",  ";
+    text += "Tavrel " + std::to_string(lost.Inet) + std::string(kController.In(language)) +
+            std::to_string(lost.Controller) + "  (" + std::string(kRow.In(language)) +
+            std::to_string(lost.Slot) + ")";
+  }
+  return text;
+}
+
+}  // namespace
+
+InstallationEffect EffectOf(const RunState& state, const TestRows& rows,
+                            const std::function<bool(int slot)>& is_controller_on) {
+  InstallationEffect effect;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (!IsChanged(state, rows, slot)) {
+      continue;
+    }
+    AddEnd(state, slot, effect);
+    if (rows[slot].IsInstalled()) {
+      effect.NewFiles.push_back(slot);
+    }
+    const UnitRecord& unit = UnitOf(state, slot);
+    const bool is_on = state.ProgRunning[slot] || is_controller_on(slot);
+    if (!state.SlotFile[slot].empty() && is_on &&
+        !IsControlled(rows, unit.UnitInet, unit.UnitCtrl)) {
+      effect.Controllers.push_back({slot, unit.UnitInet, unit.UnitCtrl});
+    }
+  }
+  return effect;
+}
+
+std::vector<std::string> EffectLines(const RunState& state, const TestRows& rows,
+                                     const InstallationEffect& effect, Language language) {
+  std::vector<std::string> lines;
+  const auto add = [&](const BothLanguages& what, const std::string& which) {
+    if (!which.empty()) {
+      lines.push_back(std::string(what.In(language)) + which);
+    }
+  };
+  add(kLoses, Controllers(effect.Controllers, language));
+  add(kEnds, Numbered(state, effect.EndedRecordings, language));
+  add(kEndsProgram, Numbered(state, effect.EndedPrograms, language));
+  add(kBegins, NewOnes(rows, effect.NewFiles, language));
+  add(kRemoves, Numbered(state, effect.RemovedFiles, language));
+  return lines;
+}
+
+}  // namespace tavrel
