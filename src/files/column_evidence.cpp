@@ -49,28 +49,44 @@ void ColumnEvidence::Learn(Time now) {
   for (Input& input : inputs_) {
     input.taken = 0;
   }
-  learning_ = true;
-  learning_since_ = Seconds(now);
-  round_.clear();
-  place_ = 0;
-  for (int input = kInputs; input >= 1; --input) {
-    if (At(input).recorded) {
-      round_.push_back(input);
-    }
+  BeginLearning(now);
+}
+
+void ColumnEvidence::LearnLate(Time now) {
+  const auto inputs = std::count_if(inputs_.begin(), inputs_.end(),
+                                    [](const Input& input) { return input.certain; });
+  if (inputs > 1 && !was_learning_ && !AnyDoubt() && !IsLearned()) {
+    is_late_ = true;
+    BeginLearning(now);
   }
 }
 
-void ColumnEvidence::Restart(Time now) {
-  for (Input& input : inputs_) {
-    const bool recorded = input.recorded;
-    input = Input();
-    input.recorded = recorded;
-    input.certain = recorded;
-  }
+void ColumnEvidence::BeginAnew(const std::vector<int>& seen, int widest, bool keeps_interval) {
+  const double low = is_too_high_ ? low_before_ : meter_.Low();
+  const double high = is_too_high_ ? high_before_ : meter_.High();
   known_.reset();
   ForgetPlaces();
+  if (keeps_interval) {
+    meter_.Resume(low, high);
+  }
+  is_too_high_ = false;
   too_low_ = 0;
-  Learn(now);
+  learning_ = false;
+  was_learning_ = false;
+  bool has_base = false;
+  for (int input = kInputs; input >= 1; --input) {
+    Input& each = At(input);
+    const bool recorded = each.recorded;
+    each = Input();
+    each.recorded = recorded;
+    each.certain = recorded;
+    each.taken = kRealigned + std::count(seen.begin(), seen.end(), input);
+    if (has_base) {
+      Doubt(input, -widest, widest);
+    }
+    has_base = has_base || recorded;
+  }
+  PlanRound();
 }
 
 // ---- What is known of x.
@@ -158,9 +174,13 @@ void ColumnEvidence::NoteLow() {
 }
 
 // Samples that cannot be there yet: the clock was set, or the order has changed.
+
 void ColumnEvidence::NoteHigh() {
   ++too_high_;
   if (too_high_ >= kConflicts) {
+    is_too_high_ = true;
+    low_before_ = meter_.Low();
+    high_before_ = meter_.High();
     known_.reset();
     ForgetPlaces();
   }
@@ -176,6 +196,7 @@ void ColumnEvidence::ForgetPlaces() {
 // The clock says nothing about the samples any more. The distances between the inputs stay known.
 void ColumnEvidence::ForgetClock() {
   bounds_.Free(0);
+  seen_.clear();
   meter_.ForgetCounts();
   too_low_ = 0;
   for (Input& input : inputs_) {
@@ -438,11 +459,15 @@ int ColumnEvidence::Aligned() const {
 void ColumnEvidence::GiveUp() {
   for (int input = 1; input <= kInputs; ++input) {
     if (At(input).doubted) {
-      At(input).certain = false;
-      bounds_.Free(input);
-      Release(input, Verdict::kUncertain);
+      MakeUncertain(input);
     }
   }
+}
+
+void ColumnEvidence::MakeUncertain(int input) {
+  At(input).certain = false;
+  bounds_.Free(input);
+  Release(input, Verdict::kUncertain);
 }
 
 SamplingOrder ColumnEvidence::Order() const {

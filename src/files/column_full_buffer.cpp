@@ -43,7 +43,10 @@ void ColumnKeeper::BeginFull(int slot, int input) {
   if (column.full.At() != FullBuffer::Stage::kIdle) {
     return;
   }
-  column.before = evidence;
+  if (column.restarts == 0) {
+    column.before = evidence;
+  }
+  column.restarts = 0;
   column.is_suspicion = false;
   column.doubted.clear();
   const int sets = SetsOfRoom(slot);

@@ -124,13 +124,18 @@ void ColumnEvidence::EndRound(Time now) {
   for (int input = 1; input <= kInputs; ++input) {
     const bool is_over = At(input).looks >= kMostRounds || IsWatched(input);
     if (At(input).doubted && is_over) {
-      At(input).certain = false;
-      bounds_.Free(input);
-      Release(input, Verdict::kUncertain);
+      MakeUncertain(input);
     }
   }
   PlanRound();
   not_before_ = After(now, Step() * kBetweenRounds);
+}
+
+void ColumnEvidence::BeginLearning(Time now) {
+  learning_ = true;
+  was_learning_ = true;
+  learning_since_ = Seconds(now);
+  PlanRound();
 }
 
 void ColumnEvidence::LearnMore(Time now) {
@@ -147,9 +152,6 @@ void ColumnEvidence::LearnMore(Time now) {
 }
 
 bool ColumnEvidence::IsLearned() const {
-  if (!placed_) {
-    return false;
-  }
   const SamplingOrder order = Order();
   for (std::size_t input = 1; input <= kInputs; ++input) {
     const bool is_known = order.Most[input] - order.Least[input] <= kLearnedWell;
