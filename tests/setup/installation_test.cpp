@@ -435,14 +435,14 @@ TEST_F(TavInst, TellsWhatOKWouldDo) {
   EXPECT_EQ(inst->Values().lbl_Effect, Lines{"nothing changes"});
   inst->PutNumber(2, 0);
   EXPECT_EQ(inst->Values().lbl_Effect,
-            Lines{"is on and loses its test:  Tavrel 1 controller 1  (row 2)"});
+            Lines{"a controller that is on loses its test:  Tavrel 1 controller 1  (row 2)"});
   inst->PutRole(5, 2, Role::kNotUsed);
   inst->PutRole(5, 3, Role::kController);
   bench.state.ProgRunning[5] = true;
   inst->PutNumber(12, 5);
   Fill(1, 1, 1, 5);  // the controller of row 2 has a test again
   EXPECT_EQ(inst->Values().lbl_Effect,
-            (Lines{"is on and loses its test:  Tavrel 2 controller 2  (row 5)",
+            (Lines{"a controller that is on loses its test:  Tavrel 2 controller 2  (row 5)",
                    "ends the recording:  row 5  m260314c.ovn",
                    "ends the controller program:  row 5  m260314c.ovn",
                    "begins a file:  row 1  (new),  row 5  (ovn),  row 12  (ovn)",
