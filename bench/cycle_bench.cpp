@@ -32,7 +32,7 @@ void IdleTick(benchmark::State& state) {
     state.SkipWithError("the program did not start");
     return;
   }
-  Tavrel form({program.sheet, program.window, program.cycle, program.start_up}, kSlots);
+  Tavrel form({program.sheet, program.commands, program.cycle, program.start_up}, kSlots);
   program.start_up.MainFormShow();
   form.UpdateWidgets();
   Promise promise("us");

@@ -70,7 +70,7 @@ struct DrawingBench {
 
   [[nodiscard]] int Rows() const { return kMaxSampleWords / channels; }
   [[nodiscard]] bool IsDrawn() const {
-    const ViewFrame& view = graph.Inside().Views[kOverview];
+    const ViewFrame& view = graph.State().Views[kOverview];
     return view.RecDrawn >= view.RecEnd && view.RecEnd > Rows();
   }
 

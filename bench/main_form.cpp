@@ -18,7 +18,7 @@ int main(int count, char** arguments) {
   if (!program.Load()) {
     return 1;
   }
-  tavrel::Tavrel form({program.sheet, program.window, program.cycle, program.start_up},
+  tavrel::Tavrel form({program.sheet, program.commands, program.cycle, program.start_up},
                       tavrel::kSlots);
   const tavrel::FirstLook look(form, arguments[1]);
   form.show();

@@ -65,7 +65,7 @@ class Bench {
       return false;
     }
     form_ = std::make_unique<Tavrel>(
-        Tavrel::Parts{program.sheet, program.window, program.cycle, program.start_up}, kSlots);
+        Tavrel::Parts{program.sheet, program.commands, program.cycle, program.start_up}, kSlots);
     form_->show();
     return RunUntil([this] { return program.engine.IsPressed(); });
   }
@@ -102,7 +102,7 @@ class Bench {
     program.link.LinkClose();
   }
   void Return() {
-    program.window.LinkOpen();
+    program.commands.LinkOpen();
     program.cycle.Start();
   }
 

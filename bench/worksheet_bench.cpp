@@ -123,7 +123,7 @@ void LineTimeOfARefresh(benchmark::State& state) {
     promise.Measured(Sum(bench.Ticks()));
     bench.program.link.LinkClose();
     promise.Limit(BareExchanges(bench.line));
-    bench.program.window.LinkOpen();
+    bench.program.commands.LinkOpen();
   }
   promise.MustBeWithin(1.05);
   promise.Report(state);

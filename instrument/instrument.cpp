@@ -215,13 +215,13 @@ void Instrument::RunControllers(std::int64_t second) {
 
 double Instrument::SensorDegrees(int input) const {
   const Oven& oven = OvenAt(OvenOf(input));
-  switch (PlaceOf(input)) {
+  switch (PlaceInOven(input)) {
     case 0:
       return oven.ControlSensor();
     case 1:
       return oven.Sample();
     default:
-      return oven.Towards(PlaceOf(input) - 2);
+      return oven.Towards(PlaceInOven(input) - 2);
   }
 }
 

@@ -96,7 +96,7 @@ class Instrument {
   // oven (k - 1) mod ovens; the first round are the controllers' sensors, the second the
   // references in the samples, the further ones stand towards the door.
   [[nodiscard]] int OvenOf(int input) const { return (input - 1) % settings_.ovens; }
-  [[nodiscard]] int PlaceOf(int input) const { return (input - 1) / settings_.ovens; }
+  [[nodiscard]] int PlaceInOven(int input) const { return (input - 1) / settings_.ovens; }
 
   [[nodiscard]] int Inet() const { return inet_; }
   [[nodiscard]] double Seconds() const { return std::chrono::duration<double>(now_).count(); }

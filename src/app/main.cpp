@@ -76,7 +76,8 @@ class Program {
       return;
     }
     form_ = std::make_unique<Tavrel>(
-        Tavrel::Parts{logic_.sheet, logic_.window, logic_.cycle, logic_.start_up}, ExpectedRows());
+        Tavrel::Parts{logic_.sheet, logic_.commands, logic_.cycle, logic_.start_up},
+        ExpectedRows());
     form_->PlaceAt(top);
     form_->show();
   }
@@ -87,8 +88,8 @@ class Program {
   void End() {
     is_ending_ = true;
     if (has_settings_) {
-      logic_.window.Close();
-      if (!logic_.window.HasEnded()) {
+      logic_.commands.Close();
+      if (!logic_.commands.HasEnded()) {
         end_again_.start(kTickMilliseconds);
         return;
       }
@@ -102,8 +103,8 @@ class Program {
   // Whoever ends the session tells the program afterwards to quit.
   void EndSession() {
     is_ending_ = true;
-    logic_.window.Close();
-    if (!logic_.window.HasEnded()) {
+    logic_.commands.Close();
+    if (!logic_.commands.HasEnded()) {
       End();
     }
   }

@@ -3,7 +3,7 @@
 
 #include "dialogs/choose_directory.h"
 #include "dialogs/copy_files.h"
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 #include "dialogs/open_file.h"
 #include "files/file_index.h"
 #include "files/recording_engine.h"
@@ -12,9 +12,9 @@
 #include "graph/graph_output.h"
 #include "link/link.h"
 #include "main/attachment.h"
+#include "main/main_commands.h"
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
-#include "main/main_window.h"
 #include "main/settings_dialog.h"
 #include "main/simulation_question.h"
 #include "main/start_up.h"
@@ -83,7 +83,7 @@ struct ProgramLogic {
   CopyFiles copy_files{
       {state, open_file, machine.dialogs, machine.events, machine.clock, machine.list_places}};
   DirectoryChoice directory{state, machine.screens, machine.list_places};
-  MessageForm message{state, machine.screens};
+  MessageBoxLogic message{state, machine.screens};
   RecordingSettings recording_settings{
       {state, files, settings, messages, machine.dialogs, machine.screens}};
   Coordinates coordinates{state, machine.dialogs, machine.screens};
@@ -112,11 +112,11 @@ struct ProgramLogic {
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
                    stepped, machine.clock}};
-  MainWindow window{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
-                     machine.screens, machine.events, machine.shell, machine.clock}};
+  MainCommands commands{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
+                         machine.screens, machine.events, machine.shell, machine.clock}};
   SettingsDialog settings_dialog{
-      {state, link, settings, window, directory, machine.dialogs, machine.shell}};
-  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, window,
+      {state, link, settings, commands, directory, machine.dialogs, machine.shell}};
+  StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, commands,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 };
 

@@ -1,6 +1,7 @@
 #include "dialogs/checks.h"
 
 #include "base/number.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -57,10 +58,7 @@ bool CheckConnected(Dialogs& dialogs, const Link& link, int inet) {
 
 bool CheckAnswers(Dialogs& dialogs, Link& link, std::int16_t inet) {
   for (int tries = 0; tries < kProbeTries && !link.IsGood(inet); ++tries) {
-    link.ComInet = inet;
-    link.ComLetter = reg::kKind;
-    link.ComIndex = 0;
-    link.ReadReg();
+    static_cast<void>(Read(link, Register{inet, reg::kKind, 0}));
   }
   return CheckConnected(dialogs, link, inet);
 }

@@ -15,7 +15,7 @@ constexpr int kTypeWithCompanions = 3;  // link variant whose recordings have a 
 constexpr char kCompanionLetter = 'C';
 
 // Where `name` is in `directory`, or would be.
-std::string PlaceOf(const std::string& directory, const std::string& name) {
+std::string PathIn(const std::string& directory, const std::string& name) {
   return FindFile(directory, name).value_or(JoinPath(directory, name));
 }
 
@@ -108,8 +108,8 @@ bool CopyFiles::ServeEvents() {
 }
 
 CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string& target) {
-  const std::string from = PlaceOf(parts_.open_file.Directory(), name);
-  const std::string to = PlaceOf(target, name);
+  const std::string from = PathIn(parts_.open_file.Directory(), name);
+  const std::string to = PathIn(target, name);
   if (IsSameFile(from, to)) {
     Refuse(name, "Source = Destination");
     return Outcome::kNot;

@@ -433,7 +433,7 @@ int ColumnEvidence::Behind(int input) const {
 }
 
 int ColumnEvidence::Aligned() const {
-  return static_cast<int>(Foremost() - kRealigned);
+  return static_cast<int>(std::max<std::int64_t>(Foremost() - kRealigned, 0));
 }
 
 void ColumnEvidence::GiveUp() {

@@ -117,7 +117,7 @@ class ColumnEvidence {
   void Realign(int widest);
 
   // After Realign(), when nothing is in doubt any more: how many samples the input is behind the
-  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all.
+  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all (0 if none is certain).
   [[nodiscard]] int Behind(int input) const;
   [[nodiscard]] int Aligned() const;
 

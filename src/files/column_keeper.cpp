@@ -17,28 +17,8 @@ constexpr int kLooksOfSuspicion = 48;
 
 constexpr int kMostRefusals = 8;  // in a row; then the instrument cannot count
 
-// A full buffer has lost at most so many samples more of one input than of another: one by the
-// order in which they are sampled, one for each exchange that failed while room was made.
-constexpr int kWidestShift = 5;
-
-// Room of two sets is enough where an interval is long and the order is known: one more is made
-// while the inputs are compared.
-constexpr int kSetsOfRoom = 2;
-constexpr int kLongInterval = 10;  // seconds
-
 double Seconds(ColumnKeeper::Time time) {
   return std::chrono::duration<double>(time).count();
-}
-
-// A wall clock's time as a count of seconds.
-std::int64_t WallSeconds(const WallTime& time) {
-  using std::chrono::day;
-  using std::chrono::month;
-  using std::chrono::year;
-  const std::chrono::sys_days date = year(time.Year) / month(static_cast<unsigned>(time.Month)) /
-                                     day(static_cast<unsigned>(time.Day));
-  const std::int64_t days = date.time_since_epoch().count();
-  return (((days * 24 + time.Hour) * 60 + time.Minute) * 60) + time.Second;
 }
 
 std::string NumberOf(const std::vector<int>& inputs) {
@@ -128,6 +108,7 @@ void ColumnKeeper::Stop(int slot) {
 void ColumnKeeper::Taken(int slot, int input, const Exchange& when) {
   EvidenceOf(slot).NoteTaken(input, when);
   columns_[slot].misses_since.reset();
+  columns_[slot].is_still_full = false;
   auto& owed = state_.Columns[slot].Owed.at(static_cast<std::size_t>(input));
   state_.Columns[slot].Repeats.at(static_cast<std::size_t>(input)) = std::exchange(owed, 0);
 }
@@ -221,13 +202,11 @@ void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when)
   Column& column = columns_[slot];
   column.refusals = 0;
   if (MayBeFull(slot, input, count)) {
-    CountFull(slot);
+    CountFull(slot, input);
     return;
   }
   if (column.before && !column.stored && !column.evidence.IsDoubted(input)) {
-    const int row = IsHalfRead(slot) && !state_.SampleSeen[slot][input] ? 1 : 0;
-    column.stored = count + row;
-    column.lost = column.before->MadeSince(input, when.answered);
+    NoteLost(slot, input, count, when.answered);
   }
   column.evidence.NoteCount(input, count, when);
   state_.Columns[slot].Order = column.evidence.Order();
@@ -262,7 +241,9 @@ void ColumnKeeper::NotCounted(int slot, bool refused) {
   }
   if (column.refusals >= kMostRefusals) {
     column.refusals = 0;
-    column.full.End();
+    if (column.full.At() != FullBuffer::Stage::kIdle) {
+      CompareFull(slot);
+    }
     column.evidence.GiveUp();
   }
 }
@@ -326,135 +307,10 @@ void ColumnKeeper::EndDoubt(int slot) {
   Column& column = columns_[slot];
   column.doubted.clear();
   column.is_suspicion = false;
+  column.before.reset();
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   files_.KeepHeldSet(slot, 0);
-}
-
-// ---- A full buffer.
-
-void ColumnKeeper::NoteStored(int slot, int input, int count) {
-  if (MayBeFull(slot, input, count)) {
-    BeginFull(slot);
-  }
-}
-
-void ColumnKeeper::BeginFull(int slot) {
-  const ColumnEvidence& evidence = EvidenceOf(slot);
-  Column& column = columns_[slot];
-  if (column.full.At() != FullBuffer::Stage::kIdle) {
-    return;
-  }
-  column.before = evidence;
-  column.is_suspicion = false;
-  column.doubted.clear();
-  const bool is_known = state_.RecInterval[slot] >= kLongInterval && evidence.IsOrderKnown();
-  column.full.Begin(RecordedInputs(slot), is_known ? kSetsOfRoom : FullBuffer::kMostSets);
-  state_.ColumnsInDoubt[slot] = true;
-}
-
-// A full buffer seen in a doubt: room is made first. One that is full again before it is decided
-// cannot be compared: further sets would be given up for nothing.
-void ColumnKeeper::CountFull(int slot) {
-  Column& column = columns_[slot];
-  if (column.full.At() == FullBuffer::Stage::kIdle) {
-    BeginFull(slot);
-  } else {
-    column.evidence.GiveUp();
-  }
-}
-
-ColumnKeeper::Deed ColumnKeeper::NextOfFull(int slot) {
-  Column& column = columns_[slot];
-  if (column.full.Input() != 0) {
-    return {Deed::kDiscard, column.full.Input()};
-  }
-  if (!column.evidence.AnyDoubt()) {
-    return {Deed::kDecide, 0};
-  }
-  const auto look = column.evidence.NextLook();
-  const bool is_due = look.input != 0 && look.not_before <= clock_.Elapsed();
-  return is_due ? Deed{Deed::kCount, look.input} : Deed{};
-}
-
-void ColumnKeeper::Discarded(int slot, int input, bool had_value, const Exchange& when) {
-  Column& column = columns_[slot];
-  const bool is_aligning = column.full.At() == FullBuffer::Stage::kAlign;
-  if (is_aligning && had_value) {
-    column.evidence.NoteTaken(input, when);
-  }
-  column.full.TakeInput();
-  if (!is_aligning && column.full.At() == FullBuffer::Stage::kCompare) {
-    CompareFull(slot);
-  }
-}
-
-void ColumnKeeper::CompareFull(int slot) {
-  Column& column = columns_[slot];
-  column.lost.reset();
-  column.stored.reset();
-  column.evidence.Realign(kWidestShift);
-  column.full.Compare();
-}
-
-bool ColumnKeeper::CarryOutFull(int slot) {
-  Column& column = columns_[slot];
-  if (column.full.At() == FullBuffer::Stage::kCompare) {
-    std::vector<int> behind;
-    for (const int input : RecordedInputs(slot)) {
-      behind.insert(behind.end(), static_cast<std::size_t>(column.evidence.Behind(input)), input);
-    }
-    column.full.Align(std::move(behind));
-    if (!column.full.IsOver()) {
-      return true;
-    }
-  }
-  std::vector<int> uncertain;
-  for (const int input : RecordedInputs(slot)) {
-    const auto place = static_cast<std::size_t>(input);
-    const bool is_new = !state_.Columns[slot].IsUncertain.at(place);
-    if (is_new && !column.evidence.IsCertain(input)) {
-      state_.Columns[slot].IsUncertain.at(place) = true;
-      uncertain.push_back(input);
-    }
-  }
-  if (!Fill(slot, IsHalfRead(slot) ? MissingInputs(slot) : std::vector<int>())) {
-    return false;
-  }
-  TellLostSets(slot);
-  Tell(slot, uncertain,
-       "the buffer of the instrument was full; from here on the values may stand in a wrong row");
-  column.full.End();
-  column.before.reset();
-  EndDoubt(slot);
-  return true;
-}
-
-// By the clock that nobody sets; where it does not reach, about so many by the wall clock.
-std::string ColumnKeeper::LostSets(int slot) const {
-  const Column& column = columns_[slot];
-  const std::int64_t last = state_.Columns[slot].LastSet;
-  const std::int64_t stored = column.stored.value_or(kBufferSets);
-  std::int64_t made = 0;
-  if (column.lost) {
-    made = (column.lost->least + column.lost->most) / 2;
-  } else if (last != 0) {
-    made = (WallSeconds(clock_.Now()) - last) / state_.RecInterval[slot];
-  } else {
-    return "an unknown number of sets was";
-  }
-  const std::int64_t count = std::max<std::int64_t>(made - stored + column.evidence.Aligned(), 0);
-  const bool is_exact = column.lost && column.lost->least == column.lost->most;
-  return (is_exact ? "" : "about ") + std::to_string(count) +
-         (count == 1 ? " set was" : " sets were");
-}
-
-void ColumnKeeper::TellLostSets(int slot) {
-  const std::int32_t row = state_.SampleCount[slot] + (IsHalfRead(slot) ? 1 : 0);
-  const std::string where = state_.SlotFile[slot] + ": row " + std::to_string(row) + ": ";
-  messages_.Report(slot, {where + "the buffer of the instrument was full; before this row " +
-                              LostSets(slot) + " lost",
-                          "Read  Tavrel"});
 }
 
 // ---- Filling in and telling.
@@ -508,20 +364,9 @@ void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::str
                     "Read  Tavrel"});
 }
 
-// Sets that wait behind it were made since: where the clock tells how many, the set is that old.
-std::int64_t ColumnKeeper::AgeOfSet(int slot) {
-  for (const int input : RecordedInputs(slot)) {
-    const auto waiting = columns_[slot].evidence.MadeSince(input, clock_.Elapsed());
-    if (waiting) {
-      return std::max<std::int64_t>(waiting->least, 0) * state_.RecInterval[slot];
-    }
-  }
-  return 0;
-}
-
 void ColumnKeeper::SetWritten(int slot) {
   ColumnMemory& memory = state_.Columns[slot];
-  memory.LastSet = WallSeconds(clock_.Now()) - AgeOfSet(slot);
+  memory.LastSet = TimeOfSet(slot);
   memory.IsFirstSet = false;
   for (const int input : RecordedInputs(slot)) {
     auto& repeats = memory.Repeats.at(static_cast<std::size_t>(input));

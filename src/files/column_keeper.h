@@ -59,6 +59,10 @@ class ColumnKeeper {
   // doubt of all columns.
   void NoteStored(int slot, int input, int count);
 
+  // True if a full buffer was settled without making room, and no value was taken since: to count
+  // again before the next one would say the same again.
+  [[nodiscard]] bool IsStillFull(int slot) const { return columns_[slot].is_still_full; }
+
   // While the columns of a slot are in doubt: what to do for it, and how it went. `refused` is an
   // answer too, but a useless one.
   [[nodiscard]] Deed Next(int slot);
@@ -90,6 +94,8 @@ class ColumnKeeper {
     std::optional<ColumnEvidence> before;       // what was known before the buffer was full
     std::optional<ColumnEvidence::Range> lost;  // sets that the full buffer has cost
     std::optional<int> stored;                  // counted then
+    bool is_still_full = false;                 // no value was taken since
+    std::optional<std::int32_t> told_row;       // before which lost sets were told last
   };
 
   // Taken along where a recording goes on in a next file.
@@ -97,6 +103,12 @@ class ColumnKeeper {
   void GoOn(int slot, const Column& column) { columns_[slot] = column; }
 
  private:
+  // Sets that a full buffer has cost; empty if nothing tells how many.
+  struct LostSets {
+    std::optional<std::int64_t> count;
+    bool is_exact = false;
+  };
+
   [[nodiscard]] ColumnEvidence& EvidenceOf(int slot);
   void Renew(int slot);
   [[nodiscard]] std::vector<int> RecordedInputs(int slot) const;
@@ -110,17 +122,21 @@ class ColumnKeeper {
   void EndDoubt(int slot);
   [[nodiscard]] bool CarryOut(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);
-  void BeginFull(int slot);
+  void BeginFull(int slot, int input);
+  [[nodiscard]] int SetsOfRoom(int slot) const;
   [[nodiscard]] Deed NextOfFull(int slot);
   void CompareFull(int slot);
-  void CountFull(int slot);
+  void CountFull(int slot, int input);
+  void NoteLost(int slot, int input, int count, Time when);
+  void NoteStillFull(int slot, int input);
   [[nodiscard]] bool CarryOutFull(int slot);
   [[nodiscard]] bool Fill(int slot, const std::vector<int>& inputs);
   [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
   void Tell(int slot, const std::vector<int>& inputs, const std::string& what);
-  [[nodiscard]] std::string LostSets(int slot) const;
+  [[nodiscard]] LostSets CountLostSets(int slot) const;
+  [[nodiscard]] static std::string TextOf(const LostSets& lost);
   void TellLostSets(int slot);
-  [[nodiscard]] std::int64_t AgeOfSet(int slot);  // seconds; of the one in hand
+  [[nodiscard]] std::int64_t TimeOfSet(int slot);  // by the wall clock; of the one in hand
 
   RunState& state_;
   RecordingFiles& files_;

@@ -1,18 +1,19 @@
 #include <optional>
 
 #include "files/recording_engine.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 // The exchanges that keep the columns of the recordings side by side; what they mean is judged in
 // column_keeper.cpp.
 namespace tavrel {
 
-void RecordingEngine::NoteSample(int slot, int channel, Time asked) {
+void RecordingEngine::NoteSample(int slot, int channel, std::int16_t word, Time asked) {
   if (link_.Simulated) {
     return;
   }
   const ColumnKeeper::Exchange when{asked, clock_.Elapsed()};
-  if (link_.ComValue == kNoData) {
+  if (word == kNoData) {
     columns_.Empty(slot, channel, when);
   } else {
     columns_.Taken(slot, channel, when);
@@ -47,19 +48,16 @@ void RecordingEngine::MendColumns(int slot) {
   }
 }
 
-// Reads a register of the input, the value is in ComValue. Empty if it failed; the columns were
+// Reads a register of the input. Empty if it failed; the columns were
 // told then.
-std::optional<ColumnKeeper::Exchange> RecordingEngine::ReadForColumns(int slot, const char* letter,
-                                                                      int input) {
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = letter;
-  link_.ComIndex = static_cast<std::int16_t>(input);
+std::optional<RecordingEngine::TimedWord> RecordingEngine::ReadForColumns(int slot,
+                                                                          const char* letter,
+                                                                          int input) {
   const Time asked = clock_.Elapsed();
-  link_.ReadReg();
-  const bool is_good = link_.NoTrailingBytes();
+  const Reading reading = ReadAlone(link_, {state_.Unit[slot].UnitInet, letter, input});
   NoteExchange(slot, asked);
-  if (is_good) {
-    return ColumnKeeper::Exchange{asked, clock_.Elapsed()};
+  if (reading.IsGood()) {
+    return TimedWord{reading.word, {asked, clock_.Elapsed()}};
   }
   const bool is_refused = link_.EndsWithRefusal();
   columns_.NotCounted(slot, is_refused);
@@ -68,15 +66,15 @@ std::optional<ColumnKeeper::Exchange> RecordingEngine::ReadForColumns(int slot, 
 }
 
 void RecordingEngine::CountForColumns(int slot, int input) {
-  if (const auto when = ReadForColumns(slot, reg::kBuffered, input)) {
-    TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), when->asked);
-    columns_.Counted(slot, input, link_.ComValue, *when);
+  if (const auto count = ReadForColumns(slot, reg::kBuffered, input)) {
+    TakeBufferCount(slot, SetsOf(slot, input, count->word), count->when.asked);
+    columns_.Counted(slot, input, count->word, count->when);
   }
 }
 
 void RecordingEngine::DiscardForColumns(int slot, int input) {
-  if (const auto when = ReadForColumns(slot, reg::kOldestValue, input)) {
-    columns_.Discarded(slot, input, link_.ComValue != kNoData, *when);
+  if (const auto value = ReadForColumns(slot, reg::kOldestValue, input)) {
+    columns_.Discarded(slot, input, value->word != kNoData, value->when);
   }
 }
 
@@ -87,13 +85,10 @@ void RecordingEngine::LearnOrder() {
     return;
   }
   const int input = columns_.InputToLearn(slot);
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kBuffered;
-  link_.ComIndex = static_cast<std::int16_t>(input);
   const Time asked = clock_.Elapsed();
-  link_.ReadReg();
-  if (link_.NoTrailingBytes()) {
-    columns_.Counted(slot, input, link_.ComValue, {asked, clock_.Elapsed()});
+  const Reading count = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kBuffered, input});
+  if (count.IsGood()) {
+    columns_.Counted(slot, input, count.word, {asked, clock_.Elapsed()});
   } else {
     columns_.NotLearned(slot);
   }

@@ -4,6 +4,7 @@
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
 #include "files/simulated_rows.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "state/unfinished_work.h"
 
@@ -87,15 +88,12 @@ std::optional<Notice> RecordingEngine::WhyNotOnInstrument(const UnitRecord& unit
   if (link_.Simulated) {
     return std::nullopt;
   }
-  link_.ComInet = unit.UnitInet;
-  link_.ComLetter = reg::kKind;
-  link_.ComIndex = 0;
-  link_.ReadReg();
-  if (!link_.IsGood(unit.UnitInet)) {
+  const Reading kind = Read(link_, Register{unit.UnitInet, reg::kKind, 0});
+  if (!kind.IsGood()) {
     return Notice{"failed", kStartTitle, BoxIcon::kWarning};
   }
   const bool is_fast = unit.UnitFast == 1;
-  if (is_fast == (link_.ComValue == 1)) {
+  if (is_fast == (kind.word == 1)) {
     return std::nullopt;
   }
   return Notice{is_fast ? "This file counts its sampling time in seconds, the instrument in tens "
@@ -107,25 +105,18 @@ std::optional<Notice> RecordingEngine::WhyNotOnInstrument(const UnitRecord& unit
 
 // Gives each recorded input its sampling value and clears its stored series.
 bool RecordingEngine::PrepareInstrument(const UnitRecord& unit) {
-  link_.ComInet = unit.UnitInet;
   for (int input = 1; input <= kInputs; ++input) {
     if (!unit.IsRecorded(input)) {
       continue;
     }
-    if (!WriteRegister("S", input, unit.UnitInterval) || !WriteRegister("R", input, 0)) {
+    const bool is_prepared =
+        IsGood(Write(link_, {unit.UnitInet, reg::kSampling, input}, unit.UnitInterval)) &&
+        IsGood(Write(link_, {unit.UnitInet, reg::kBuffered, input}, 0));
+    if (!is_prepared) {
       return false;
     }
   }
   return true;
-}
-
-// To the instrument of ComInet. True if it was acknowledged.
-bool RecordingEngine::WriteRegister(const char* letter, int index, std::int16_t value) {
-  link_.ComLetter = letter;
-  link_.ComIndex = static_cast<std::int16_t>(index);
-  link_.ComValue = value;
-  link_.WriteReg();
-  return link_.IsGood(link_.ComInet);
 }
 
 void RecordingEngine::StopRecording(int slot) {

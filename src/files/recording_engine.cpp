@@ -6,6 +6,7 @@
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
 #include "files/simulated_rows.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -107,7 +108,8 @@ void RecordingEngine::ServeSlot() {
     MendColumns(state_.PumpSlot);
     return;
   }
-  if (order_.MayHaveDropped(state_.PumpSlot, clock_.Elapsed())) {
+  const bool may_have_dropped = order_.MayHaveDropped(state_.PumpSlot, clock_.Elapsed());
+  if (may_have_dropped && !columns_.IsStillFull(state_.PumpSlot)) {
     ReadBufferCount(state_.PumpSlot);
     return;
   }
@@ -171,28 +173,24 @@ void RecordingEngine::EndFullSlot(int slot) {
 void RecordingEngine::ReadOneSample() {
   const int slot = state_.PumpSlot;
   const int channel = state_.PumpChannel;
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kOldestValue;
-  link_.ComIndex = static_cast<std::int16_t>(channel);
   // The instrument hands the value over whether or not its reply arrives.
   files_.KeepHeldSet(slot, channel);
   const auto asked = clock_.Elapsed();
-  link_.ReadReg();
-  const bool is_good = link_.NoTrailingBytes();
+  const Reading oldest = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kOldestValue, channel});
   NoteExchange(slot, asked);
-  if (!is_good) {
+  if (!oldest.IsGood()) {
     NoteFailure(slot, channel);
     return;
   }
-  NoteSample(slot, channel, asked);
-  if (link_.ComValue == kNoData) {
+  NoteSample(slot, channel, oldest.word, asked);
+  if (oldest.word == kNoData) {
     // The inputs of a recording are sampled within one interval: those that have not been read
     // yet may have one value each.
     TakeBufferCount(slot, 1, asked);
   }
   const int simulated_word = channel * 10;
   TakeSample(slot, channel,
-             link_.Simulated ? static_cast<std::int16_t>(simulated_word) : link_.ComValue);
+             link_.Simulated ? static_cast<std::int16_t>(simulated_word) : oldest.word);
   --state_.PumpChannel;
 }
 
@@ -210,15 +208,12 @@ void RecordingEngine::NoteExchange(int slot, std::chrono::nanoseconds asked) {
 // Asks how many sets wait for the slot.
 void RecordingEngine::ReadBufferCount(int slot) {
   const int input = InputToCount(slot);
-  link_.ComInet = state_.Unit[slot].UnitInet;
-  link_.ComLetter = reg::kBuffered;
-  link_.ComIndex = static_cast<std::int16_t>(input);
   const auto asked = clock_.Elapsed();
-  link_.ReadReg();
-  if (link_.NoTrailingBytes()) {
-    TakeBufferCount(slot, SetsOf(slot, input, link_.ComValue), asked);
-    columns_.NoteStored(slot, input, link_.ComValue);
-  } else if (link_.ComResult == LinkResult::kRejected) {
+  const Reading count = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kBuffered, input});
+  if (count.IsGood()) {
+    TakeBufferCount(slot, SetsOf(slot, input, count.word), asked);
+    columns_.NoteStored(slot, input, count.word);
+  } else if (count.status == LinkResult::kRejected) {
     order_.TakeRefusal(slot);
   } else {
     order_.TakeFailure(slot, asked);

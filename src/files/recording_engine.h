@@ -133,11 +133,15 @@ class RecordingEngine {
 
   // The columns: what to do about values that were lost on the line.
   using Time = std::chrono::nanoseconds;
-  void NoteSample(int slot, int channel, Time asked);
+  void NoteSample(int slot, int channel, std::int16_t word, Time asked);
   void NoteFailure(int slot, int channel);
   void MendColumns(int slot);
-  [[nodiscard]] std::optional<ColumnKeeper::Exchange> ReadForColumns(int slot, const char* letter,
-                                                                     int input);
+  // A word and when it was read.
+  struct TimedWord {
+    std::int16_t word;
+    ColumnKeeper::Exchange when;
+  };
+  [[nodiscard]] std::optional<TimedWord> ReadForColumns(int slot, const char* letter, int input);
   void CountForColumns(int slot, int input);
   void DiscardForColumns(int slot, int input);
   void LearnOrder();
@@ -152,7 +156,6 @@ class RecordingEngine {
   [[nodiscard]] std::optional<Notice> WhyNotOnInstrument(const UnitRecord& unit);
   [[nodiscard]] bool MaySimulate(int slot);
   [[nodiscard]] bool PrepareInstrument(const UnitRecord& unit);
-  [[nodiscard]] bool WriteRegister(const char* letter, int index, std::int16_t value);
   void SwitchControllerOff(int slot);
   void GoOnInNextFile(int slot);
   [[nodiscard]] bool WaitsForNextFile(int slot) const;

@@ -200,9 +200,15 @@ void RecordingFiles::TakeHeldSet(int slot) {
 // A held set of an earlier row tells nothing about the set in hand, but the order in which the
 // inputs are sampled is the same in all sets, and so is what is uncertain.
 void RecordingFiles::KeepOrderOf(int slot, const std::optional<HeldSet>& held) {
-  if (held) {
-    state_.Columns[slot].Order = held->Columns.Order;
-    state_.Columns[slot].IsUncertain = held->Columns.IsUncertain;
+  if (!held) {
+    return;
+  }
+  ColumnMemory& columns = state_.Columns[slot];
+  columns.Order = held->Columns.Order;
+  columns.IsUncertain = held->Columns.IsUncertain;
+  const std::int64_t rows = state_.SampleCount[slot] - held->SampleCount;
+  if (held->Columns.LastSet != 0) {
+    columns.LastSet = held->Columns.LastSet + rows * state_.RecInterval[slot];
   }
 }
 

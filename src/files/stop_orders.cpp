@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 
@@ -193,13 +194,8 @@ bool StopOrders::SendDue() {
 }
 
 bool StopOrders::Send(const StopOrder& order) {
-  Link& link = parts_.link;
-  link.ComInet = order.Inet;
-  link.ComLetter = reg::kControllerState;
-  link.ComIndex = order.Controller;
-  link.ComValue = controller::kOff;
-  link.WriteReg();
-  return link.IsGood(order.Inet);
+  const Register state{order.Inet, reg::kControllerState, order.Controller};
+  return IsGood(Write(parts_.link, state, controller::kOff));
 }
 
 void StopOrders::Drop(int inet, int controller) {

@@ -46,7 +46,7 @@ class Graph : public ModalScreen {
 
   // What the form shows now. The form reads it after every event.
   [[nodiscard]] const GraphValues& Values() const { return values_; }
-  [[nodiscard]] const GraphState& Inside() const { return graph_; }
+  [[nodiscard]] const GraphState& State() const { return graph_; }
 
   // Every 100 ms while TimerOn. Draws what is new; serves events meanwhile.
   void Timer_Graph_Timer();

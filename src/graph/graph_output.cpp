@@ -63,7 +63,7 @@ void GraphOutput::Warn(const char* title, const std::string& text) {
 }
 
 bool GraphOutput::HasCurves(const char* title) {
-  if (parts_.graph.Inside().Curves.CurveCount > 0) {
+  if (parts_.graph.State().Curves.CurveCount > 0) {
     return true;
   }
   Warn(title, "no colors selected");
@@ -128,7 +128,7 @@ ExportTable GraphOutput::Table() const {
   table.Channels = Unit().UnitChannels;
   table.FirstRecord = View().RecFirst;
   table.LastRecord = View().RecEnd;
-  const CurveList& curves = parts_.graph.Inside().Curves;
+  const CurveList& curves = parts_.graph.State().Curves;
   for (int k = 0; k < curves.CurveCount; ++k) {
     const Curve& curve = curves.At(k);
     const auto place = static_cast<std::size_t>(curve.CurveInput - 1);
@@ -143,7 +143,7 @@ void GraphOutput::CopyText() {
   }
   const std::string file = File();
   const int rows = std::max((View().RecEnd - View().RecFirst) / Unit().UnitChannels, 0);
-  const int columns = parts_.graph.Inside().Curves.CurveCount + 1;
+  const int columns = parts_.graph.State().Curves.CurveCount + 1;
   const bool is_wanted = parts_.dialogs.AskOk({"columns · rows = " + std::to_string(columns) +
                                                    " · " + std::to_string(rows) + "\ncontinue ?",
                                                "clipboard:  data", BoxIcon::kQuestion});
@@ -232,7 +232,7 @@ SubfileCut GraphOutput::Cut() const {
 }
 
 ReportContent GraphOutput::Content() const {
-  const GraphState& graph = parts_.graph.Inside();
+  const GraphState& graph = parts_.graph.State();
   return {Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo.at(Slot()),
           File()};
 }

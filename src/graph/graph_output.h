@@ -66,7 +66,7 @@ class GraphOutput {
   [[nodiscard]] SubfileCut Cut() const;
   [[nodiscard]] ReportContent Content() const;
   [[nodiscard]] ReportStyle Style(bool is_colour) const;
-  [[nodiscard]] const ViewFrame& View() const { return parts_.graph.Inside().Views.at(kPartView); }
+  [[nodiscard]] const ViewFrame& View() const { return parts_.graph.State().Views.at(kPartView); }
   [[nodiscard]] std::size_t Slot() const { return static_cast<std::size_t>(parts_.state.SelSlot); }
   [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit.at(Slot()); }
   [[nodiscard]] const std::string& File() const { return parts_.state.SlotFile.at(Slot()); }

@@ -38,7 +38,7 @@ std::string RegisterAddress(const LineMode& mode, LineAddress address, RegisterN
     const bool numbered = mode.LinkPlugin && mode.TypeSel == 4;
     return std::string(name.Letter) + (numbered ? HexOf(address.Inet - 1) : "") + HexOf(name.Index);
   }
-  const RegisterPlace place = PlaceOf(mode.TypeSel, name.Letter, name.Index);
+  const RegisterPlace place = RegisterPlaceOf(mode.TypeSel, name.Letter, name.Index);
   return LinkPrefix(mode, place.Bank, address) + HexOf(place.Address);
 }
 

@@ -14,8 +14,9 @@ void SetPlace(Link& link, int inet, std::string_view address) {
   link.ComLetter = address;
 }
 
+// kNone for a number that is no instrument's.
 Reading Result(const Link& link) {
-  return {link.ComResult, link.ComValue};
+  return {link.ComStatus(link.ComInet), link.ComValue};
 }
 
 }  // namespace
@@ -47,21 +48,21 @@ LinkResult Write(Link& link, const Register& to, std::int16_t word) {
   SetArguments(link, to.inet, to.letter, to.index);
   link.ComValue = word;
   link.WriteReg();
-  return link.ComResult;
+  return link.ComStatus(link.ComInet);
 }
 
 LinkResult Write(Link& link, const MemoryPlace& to, std::int16_t word) {
   SetPlace(link, to.inet, to.address);
   link.ComValue = word;
   link.WriteMem();
-  return link.ComResult;
+  return link.ComStatus(link.ComInet);
 }
 
 LinkResult Write(Link& link, const PortPlace& to, std::int16_t word) {
   SetPlace(link, to.inet, to.address);
   link.ComValue = word;
   link.WritePort();
-  return link.ComResult;
+  return link.ComStatus(link.ComInet);
 }
 
 }  // namespace tavrel

@@ -39,6 +39,9 @@ struct Reading {
   [[nodiscard]] std::optional<std::int16_t> Word() const {
     return IsGood() ? std::optional(word) : std::nullopt;
   }
+  [[nodiscard]] std::int16_t WordOr(std::int16_t otherwise) const {
+    return IsGood() ? word : otherwise;
+  }
 };
 
 [[nodiscard]] Reading Read(Link& link, const Register& from);

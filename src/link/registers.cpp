@@ -2,7 +2,7 @@
 
 namespace tavrel {
 
-RegisterPlace PlaceOf(int type_sel, std::string_view letter, int index) {
+RegisterPlace RegisterPlaceOf(int type_sel, std::string_view letter, int index) {
   constexpr int kLettersInBankV = 'V' - 'G' + 1;
   const char name = letter.empty() ? ' ' : letter.front();
   const bool translated = type_sel == 3 || type_sel == 4;

@@ -51,7 +51,7 @@ struct RegisterPlace {
 // The place of register `letter` with `index`. Variants 1 and 2 know no letters: bank and
 // address go out as the caller gives them, and so they do for a letter outside G..Z. An empty
 // letter counts as a blank.
-[[nodiscard]] RegisterPlace PlaceOf(int type_sel, std::string_view letter, int index);
+[[nodiscard]] RegisterPlace RegisterPlaceOf(int type_sel, std::string_view letter, int index);
 
 }  // namespace tavrel
 

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "files/recording_format.h"
 #include "files/simulated_rows.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -211,22 +212,17 @@ void MainSheet::RefreshSlot(int slot) {
   const UnitRecord& unit = parts_.state.Unit[slot];
   SheetRow& row = Row(slot);
   ShownRaw& shown = Shown(slot);
-  Link& link = parts_.link;
 
   if (shown.com_status == kNothingShown) {
     EmptyCells(slot);
   }
-  link.ComInet = unit.UnitInet;
-  link.ComLetter = reg::kPresentValue;
-  link.ComIndex = unit.UnitRef;
-  link.ReadReg();
-  const std::int16_t reference = link.IsGood(unit.UnitInet) ? link.ComValue : kNoData;
+  const std::int16_t reference = ReadWord(unit.UnitInet, reg::kPresentValue, unit.UnitRef);
   RefreshStatus(slot);
   if (reference != shown.reference) {
     shown.reference = reference;
     row.lb_Ref = Degrees(reference);
   }
-  const std::int16_t ctrl = ReadIfGood(reg::kPresentValue, unit.UnitCtrl);
+  const std::int16_t ctrl = ReadIfGood(unit.UnitInet, reg::kPresentValue, unit.UnitCtrl);
   if (ctrl != shown.ctrl) {
     shown.ctrl = ctrl;
     row.lb_Ctrl = Degrees(ctrl);
@@ -238,7 +234,7 @@ void MainSheet::RefreshSlot(int slot) {
 
 void MainSheet::RefreshController(int slot) {
   const UnitRecord& unit = parts_.state.Unit[slot];
-  const std::int16_t ctrl_state = ReadIfGood(reg::kControllerState, unit.UnitCtrl);
+  const std::int16_t ctrl_state = ReadIfGood(unit.UnitInet, reg::kControllerState, unit.UnitCtrl);
   const bool waits_for_stop = parts_.stop_orders.IsWaiting(unit.UnitInet, unit.UnitCtrl);
   ShownRaw& shown = Shown(slot);
   if (ctrl_state == shown.ctrl_state && waits_for_stop == shown.waits_for_stop) {
@@ -253,15 +249,13 @@ void MainSheet::RefreshController(int slot) {
   row.CstatNote = waits_for_stop ? kStopWaitsNote.In(values_.TipLanguage) : "";
 }
 
-std::int16_t MainSheet::ReadIfGood(const char* letter, std::int16_t index) {
-  Link& link = parts_.link;
-  if (!link.IsGood(link.ComInet)) {
-    return kNoData;
-  }
-  link.ComLetter = letter;
-  link.ComIndex = index;
-  link.ReadReg();
-  return link.IsGood(link.ComInet) ? link.ComValue : kNoData;
+std::int16_t MainSheet::ReadWord(int inet, const char* letter, int index) {
+  return Read(parts_.link, Register{inet, letter, index}).WordOr(kNoData);
+}
+
+// An instrument that has not answered is asked nothing more.
+std::int16_t MainSheet::ReadIfGood(int inet, const char* letter, int index) {
+  return parts_.link.IsGood(inet) ? ReadWord(inet, letter, index) : kNoData;
 }
 
 void MainSheet::RefreshStatus(int slot) {

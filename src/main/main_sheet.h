@@ -91,7 +91,8 @@ class MainSheet {
   void BeginPass();
   void EndPass();
   void RefreshSlot(int slot);
-  [[nodiscard]] std::int16_t ReadIfGood(const char* letter, std::int16_t index);
+  [[nodiscard]] std::int16_t ReadWord(int inet, const char* letter, int index);
+  [[nodiscard]] std::int16_t ReadIfGood(int inet, const char* letter, int index);
   void RefreshStatus(int slot);
   void RefreshController(int slot);
   void RefreshFile(int slot);

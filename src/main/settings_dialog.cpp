@@ -269,7 +269,7 @@ void SettingsDialog::Save() {
   parts_.dialogs.Message({"Cannot write file.", kSettingsFile, BoxIcon::kWarning});
   parts_.state.SettingsChanged = false;
   CloseScreen();
-  parts_.window.Close();
+  parts_.commands.Close();
 }
 
 }  // namespace tavrel

@@ -6,7 +6,7 @@
 #include "base/language.h"
 #include "dialogs/choose_directory.h"
 #include "link/link.h"
-#include "main/main_window.h"
+#include "main/main_commands.h"
 #include "platform/dialogs.h"
 #include "platform/shell.h"
 #include "state/modal_screen.h"
@@ -55,7 +55,7 @@ class SettingsDialog : public ModalScreen {
     RunState& state;
     Link& link;
     SettingsStore& settings;
-    MainWindow& window;
+    MainCommands& commands;
     DirectoryChoice& directory;
     Dialogs& dialogs;
     Shell& shell;

@@ -8,6 +8,7 @@
 
 #include "base/language.h"
 #include "dialogs/help.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 
@@ -121,8 +122,8 @@ bool StartUp::MainFormLoad() {
   }
   OpenLine();
   if (parts_.link.PortError != 0 && !IsEnding()) {
-    parts_.dialogs.Message(parts_.window.PortErrorNotice(BoxIcon::kInformation));
-    parts_.window.MnuSettings();
+    parts_.dialogs.Message(parts_.commands.PortErrorNotice(BoxIcon::kInformation));
+    parts_.commands.MnuSettings();
   }
   parts_.sheet.SetCaptionAndTips();
   state.ActiveInet = 0;
@@ -131,10 +132,10 @@ bool StartUp::MainFormLoad() {
 
 // A program that was killed just now may keep its port for a moment.
 void StartUp::OpenLine() {
-  parts_.window.LinkOpen();
+  parts_.commands.LinkOpen();
   for (int retry = 0; parts_.link.PortInUse && retry < kPortInUseRetries && !IsEnding(); ++retry) {
     parts_.events.Rest(kPortInUseRetry);
-    parts_.window.LinkOpen();
+    parts_.commands.LinkOpen();
   }
 }
 
@@ -176,7 +177,7 @@ void StartUp::FinishStopOrders() {
   orders.Load();
   const std::vector<StopOrder> left = orders.All();
   for (std::size_t sent = 0; sent < left.size() && orders.CanSend() && !IsEnding(); ++sent) {
-    parts_.window.LetLineSettle();
+    parts_.commands.LetLineSettle();
     static_cast<void>(orders.SendDue());
     parts_.events.Repaint();
   }
@@ -195,24 +196,21 @@ void StartUp::TellStopOrder(const StopOrder& order) {
 
 void StartUp::ReadBacklog() {
   RunState& state = parts_.state;
-  Link& link = parts_.link;
   state.BacklogCount = 0;
   for (int slot = 1; slot <= kSlots; ++slot) {
     if (state.SlotFile[slot].empty() || IsEnding()) {
       continue;
     }
     const UnitRecord& unit = state.Unit[slot];
-    link.ComInet = unit.UnitInet;
-    link.ComLetter = reg::kBuffered;
-    link.ComIndex = unit.UnitRef;
-    Exchange(&Link::ReadReg);
+    parts_.commands.LetLineSettle();
+    const Reading count = Read(parts_.link, Register{unit.UnitInet, reg::kBuffered, unit.UnitRef});
+    parts_.events.Repaint();
     if (state.ReadState[slot] < ReadState::kReading) {
       continue;
     }
-    const bool answers = link.IsGood(unit.UnitInet);
-    parts_.engine.TakeUp(slot, answers ? std::optional(link.ComValue) : std::nullopt);
-    if (answers && link.ComValue > state.BacklogCount) {
-      state.BacklogCount = link.ComValue;
+    parts_.engine.TakeUp(slot, count.Word());
+    if (count.IsGood() && count.word > state.BacklogCount) {
+      state.BacklogCount = count.word;
       state.BacklogSlot = slot;
     }
   }
@@ -248,7 +246,6 @@ void StartUp::SweepControllers() {
 
 void StartUp::SweepControllersOf(std::int16_t inet) {
   const RunState& state = parts_.state;
-  Link& link = parts_.link;
   std::array<bool, kControllers + 1> is_used{};
   for (int slot = 1; slot <= kSlots; ++slot) {
     if (!state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet) {
@@ -259,23 +256,14 @@ void StartUp::SweepControllersOf(std::int16_t inet) {
     if (is_used.at(ctrl) || IsEnding()) {
       continue;
     }
-    link.ComInet = inet;
-    link.ComLetter = reg::kControllerState;
-    link.ComIndex = ctrl;
-    link.ComValue = controller::kOff;
-    Exchange(&Link::WriteReg);
-    if (link.IsGood(inet)) {
+    parts_.commands.LetLineSettle();
+    const LinkResult switched_off =
+        Write(parts_.link, {inet, reg::kControllerState, ctrl}, controller::kOff);
+    parts_.events.Repaint();
+    if (IsGood(switched_off)) {
       parts_.engine.Orders().Drop(inet, ctrl);
     }
   }
-}
-
-// Each silent instrument costs a good tenth of a second and a pause behind it: the form is
-// painted in between.
-void StartUp::Exchange(void (Link::*access)()) {
-  parts_.window.LetLineSettle();
-  (parts_.link.*access)();
-  parts_.events.Repaint();
 }
 
 }  // namespace tavrel

@@ -10,9 +10,9 @@
 #include "files/recording_file.h"
 #include "link/link.h"
 #include "main/attachment.h"
+#include "main/main_commands.h"
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
-#include "main/main_window.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
@@ -48,7 +48,7 @@ class StartUp {
     Attachment& attachment;
     MainSheet& sheet;
     MainCycle& cycle;
-    MainWindow& window;
+    MainCommands& commands;
     Messages& messages;
     Dialogs& dialogs;
     Screens& screens;
@@ -90,10 +90,9 @@ class StartUp {
   void ReadBacklog();
   void SweepControllers();
   void SweepControllersOf(std::int16_t inet);
-  void Exchange(void (Link::*access)());
   void ShowSheet();
   [[nodiscard]] bool IsEnding() const {
-    return parts_.window.HasEnded() || parts_.events.EndIsWanted();
+    return parts_.commands.HasEnded() || parts_.events.EndIsWanted();
   }
 
   Parts parts_;

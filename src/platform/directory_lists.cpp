@@ -38,18 +38,18 @@ DirectoryLists::DirectoryLists(ListPlaces list_places) : list_places_(std::move(
 
 void DirectoryLists::Open(const std::string& directory) {
   std::string path = StripSeparator(directory.starts_with('/') ? directory : HomeDirectory());
-  while (path != "/" && !TryOpen(PlaceOf(path), path)) {
+  while (path != "/" && !TryOpen(IndexOfPlace(path), path)) {
     path = ParentDirectory(path);
   }
   if (path == "/") {
-    TryOpen(PlaceOf(path), path);
+    TryOpen(IndexOfPlace(path), path);
   }
 }
 
 void DirectoryLists::RefreshPlaces() {
   const std::string path = Path();
   places_ = list_places_();
-  drive_ = PlaceOf(path);
+  drive_ = IndexOfPlace(path);
 }
 
 void DirectoryLists::ChooseDrive(int index) {
@@ -84,7 +84,7 @@ std::string DirectoryLists::Path() const {
 }
 
 // The place that lies nearest above `directory`; the first one if none does.
-int DirectoryLists::PlaceOf(const std::string& directory) const {
+int DirectoryLists::IndexOfPlace(const std::string& directory) const {
   int nearest = 0;
   std::size_t longest = 0;
   for (std::size_t index = 0; index < places_.size(); ++index) {

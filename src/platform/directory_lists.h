@@ -54,7 +54,7 @@ class DirectoryLists {
   [[nodiscard]] std::string Path() const;
 
  private:
-  [[nodiscard]] int PlaceOf(const std::string& directory) const;
+  [[nodiscard]] int IndexOfPlace(const std::string& directory) const;
   bool TryOpen(int drive, const std::string& directory);
 
   ListPlaces list_places_;

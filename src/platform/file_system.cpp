@@ -125,7 +125,7 @@ enum class Links {
 };
 
 // The place that a new content goes to.
-std::string PlaceOf(const std::string& path, Links links) {
+std::string TargetOf(const std::string& path, Links links) {
   if (links == Links::kReplace) {
     return path;
   }
@@ -161,7 +161,7 @@ int ReplaceRefusal(const std::string& path) {
 // it lives under a temporary name beside its target.
 class Replacement {
  public:
-  Replacement(const std::string& path, Links links) : target_(PlaceOf(path, links)) {
+  Replacement(const std::string& path, Links links) : target_(TargetOf(path, links)) {
     const int refusal = ReplaceRefusal(target_);
     if (refusal != 0) {
       error_ = ErrorText(refusal);

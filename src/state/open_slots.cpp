@@ -15,7 +15,7 @@ std::string OrHere(const std::string& directory) {
 }
 
 // True if `path` is, or would be, the file `name` of `directory`.
-bool IsPlaceOf(const std::string& path, const std::string& directory, const std::string& name) {
+bool IsAt(const std::string& path, const std::string& directory, const std::string& name) {
   const std::filesystem::path place(path);
   return EqualNoCase(place.filename().string(), name) &&
          IsSameFile(OrHere(place.parent_path().string()), OrHere(directory));
@@ -23,7 +23,7 @@ bool IsPlaceOf(const std::string& path, const std::string& directory, const std:
 
 // Whether or not the file is there now.
 bool IsFileNamed(const std::string& path, const std::string& directory, const std::string& name) {
-  if (IsPlaceOf(path, directory, name)) {
+  if (IsAt(path, directory, name)) {
     return true;
   }
   const auto own = FindFile(directory, name);

@@ -5,6 +5,7 @@
 
 #include "base/number.h"
 #include "dialogs/checks.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -104,19 +105,16 @@ void ControllerSettings::Open() {
 // False if the instrument is silent: each further question would cost a time-out and the time that
 // the line needs behind it. Other failures are those of one register.
 bool ControllerSettings::ReadField(const ControllerField& field) {
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = field.letter;
-  link.ComIndex = Unit().UnitCtrl;
-  link.ReadReg();
-  if (link.IsGood(link.ComInet)) {
-    parts_.unsure.Settle(link.ComInet, field.letter, link.ComIndex);
-    Unit().*field.header = link.ComValue;
-    ShowField(field, link.ComValue);
+  const Register from{Unit().UnitInet, field.letter, Unit().UnitCtrl};
+  const Reading reading = Read(parts_.link, from);
+  if (reading.IsGood()) {
+    parts_.unsure.Settle(from.inet, field.letter, from.index);
+    Unit().*field.header = reading.word;
+    ShowField(field, reading.word);
     return true;
   }
   ShowUnknown(field);
-  return link.ComResult != LinkResult::kTimeOut;
+  return reading.status != LinkResult::kTimeOut;
 }
 
 void ControllerSettings::ShowUnknown(const ControllerField& field) {
@@ -224,22 +222,17 @@ void ControllerSettings::CmdOK_Click() {
 bool ControllerSettings::SendField(const ControllerField& field) {
   NumberBox& box = boxes_.at(static_cast<std::size_t>(field.box));
   const std::int16_t raw = box.Raw(PerUnit(hourly_, field.box));
-  if (box.Told() == raw) {
+  if (box.Acknowledged() == raw) {
     return true;
   }
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = field.letter;
-  link.ComIndex = Unit().UnitCtrl;
-  link.ComValue = raw;
-  link.WriteReg();
-  if (!link.IsGood(link.ComInet)) {
+  const Register to{Unit().UnitInet, field.letter, Unit().UnitCtrl};
+  if (!IsGood(Write(parts_.link, to, raw))) {
     Doubt(field, raw);
     return false;
   }
-  parts_.unsure.Settle(link.ComInet, field.letter, link.ComIndex);
+  parts_.unsure.Settle(to.inet, field.letter, to.index);
   Unit().*field.header = raw;
-  box.Tell(raw);
+  box.Acknowledge(raw);
   parts_.state.SlotDirty[slot_] = true;
   return true;
 }
@@ -255,7 +248,7 @@ void ControllerSettings::Doubt(const ControllerField& field, std::int16_t sent) 
   unsure.PerUnit = PerUnit(hourly_, field.box);
   unsure.Mask = MaskOf(hourly_, field.box);
   unsure.Sent = sent;
-  unsure.Before = box.Told();
+  unsure.Before = box.Acknowledged();
   unsure.HeaderCopy = field.header;
   unsure.Box = &box;
   parts_.unsure.Add(unsure);

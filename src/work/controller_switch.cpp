@@ -1,6 +1,7 @@
 #include "work/controller_switch.h"
 
 #include "dialogs/checks.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "state/run_state.h"
 
@@ -23,26 +24,15 @@ std::int16_t StateOf(CtrlButton button) {
   }
 }
 
-// All arguments are set for each exchange: the cycle and other forms share them.
-void Address(Link& link, const UnitRecord& unit, const char* letter) {
-  link.ComInet = unit.UnitInet;
-  link.ComLetter = letter;
-  link.ComIndex = unit.UnitCtrl;
-}
-
-bool Write(Link& link, const UnitRecord& unit, const char* letter, std::int16_t value) {
-  Address(link, unit, letter);
-  link.ComValue = value;
-  link.WriteReg();
-  return link.IsGood(unit.UnitInet);
+[[nodiscard]] bool WriteTo(Link& link, const UnitRecord& unit, const char* letter,
+                           std::int16_t value) {
+  return IsGood(Write(link, {unit.UnitInet, letter, unit.UnitCtrl}, value));
 }
 
 // The actual value of the controller; empty if it does not answer, or has none now.
 std::optional<std::int16_t> ReadActual(Link& link, const UnitRecord& unit) {
-  Address(link, unit, reg::kPresentValue);
-  link.ReadReg();
-  const bool is_value = link.IsGood(unit.UnitInet) && link.ComValue != kNoData;
-  return is_value ? std::optional(link.ComValue) : std::nullopt;
+  const Reading actual = Read(link, Register{unit.UnitInet, reg::kPresentValue, unit.UnitCtrl});
+  return actual.WordOr(kNoData) == kNoData ? std::nullopt : actual.Word();
 }
 
 std::optional<Notice> WhyNoRamp(const UnitRecord& unit) {
@@ -56,14 +46,15 @@ std::optional<Notice> WhyNoRamp(const UnitRecord& unit) {
 }
 
 SwitchOutcome StartRamp(Link& link, const UnitRecord& unit) {
-  if (!ReadActual(link, unit) || !Write(link, unit, reg::kControllerState, controller::kDynamic)) {
+  if (!ReadActual(link, unit) ||
+      !WriteTo(link, unit, reg::kControllerState, controller::kDynamic)) {
     return {false, NotConnectedNotice()};
   }
   const std::optional<std::int16_t> actual = ReadActual(link, unit);
   if (!actual) {
     return {true, Notice{kOldSetpoint, kHalfTitle}};
   }
-  if (!Write(link, unit, reg::kSetpoint, *actual)) {
+  if (!WriteTo(link, unit, reg::kSetpoint, *actual)) {
     return {true, Notice{kUnsureSetpoint, kHalfTitle}};
   }
   return {true, std::nullopt};
@@ -90,7 +81,7 @@ SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton bu
     const std::optional<Notice> objection = WhyNoRamp(unit);
     return objection ? SwitchOutcome{false, objection} : StartRamp(link, unit);
   }
-  if (!Write(link, unit, reg::kControllerState, StateOf(button))) {
+  if (!WriteTo(link, unit, reg::kControllerState, StateOf(button))) {
     return {false, NotConnectedNotice()};
   }
   return {true, std::nullopt};

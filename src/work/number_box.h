@@ -33,10 +33,10 @@ class NumberBox {
 
   // The word that the instrument is known to hold: the one that it has told or acknowledged last,
   // none if it never did, or if a write since was not acknowledged.
-  [[nodiscard]] std::optional<std::int16_t> Told() const { return raw_; }
+  [[nodiscard]] std::optional<std::int16_t> Acknowledged() const { return raw_; }
 
   // The instrument has acknowledged the word that the text stands for.
-  void Tell(std::int16_t raw) {
+  void Acknowledge(std::int16_t raw) {
     opening_text_ = text_;
     raw_ = raw;
   }

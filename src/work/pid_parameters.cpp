@@ -4,6 +4,7 @@
 
 #include "base/number.h"
 #include "dialogs/checks.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "state/unfinished_work.h"
 
@@ -36,7 +37,7 @@ void PidParameters::Open() {
     const PidParameter& parameter = kPidParameters.at(place);
     // Behind a time-out each further question would cost another one.
     const bool is_silent = place > 0 && parts_.link.ComResult == LinkResult::kTimeOut;
-    const auto raw = is_silent ? std::nullopt : Read(parameter.Letter);
+    const auto raw = is_silent ? std::nullopt : ReadParameter(parameter.Letter);
     if (raw) {
       parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
     }
@@ -92,7 +93,7 @@ bool PidParameters::CheckBoxes() {
 
 bool PidParameters::IsChanged(int place) const {
   const auto index = static_cast<std::size_t>(place);
-  const auto told = boxes_.at(index).Told();
+  const auto told = boxes_.at(index).Acknowledged();
   return !told || *told != boxes_.at(index).Raw(kPidParameters.at(index).PerUnit);
 }
 
@@ -115,7 +116,7 @@ bool PidParameters::Transfer() {
   }
   const bool was_to_be_off = IsToBeOff();
   const UnfinishedWork change(parts_.state);
-  const bool is_off = Write(reg::kControllerState, controller::kOff);
+  const bool is_off = WriteParameter(reg::kControllerState, controller::kOff);
   const bool is_sent = is_off && SendChanged();
   if (is_off) {
     parts_.screens.Show(View::kTavWait);
@@ -132,7 +133,7 @@ bool PidParameters::Transfer() {
 // False if the state is not known. A controller that could not be brought back is off by this
 // dialog alone: what it did before is still owed to it.
 bool PidParameters::KeepState() {
-  const auto state = Read(reg::kControllerState);
+  const auto state = ReadParameter(reg::kControllerState);
   if (!state || *state == kNoData) {
     return false;
   }
@@ -158,12 +159,12 @@ bool PidParameters::SendChanged() {
     if (!IsChanged(place)) {
       continue;
     }
-    if (!Write(parameter.Letter, raw)) {
+    if (!WriteParameter(parameter.Letter, raw)) {
       Doubt(place, raw);
       return false;
     }
     parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
-    boxes_.at(index).Tell(raw);
+    boxes_.at(index).Acknowledge(raw);
   }
   return true;
 }
@@ -180,7 +181,7 @@ void PidParameters::Doubt(int place, std::int16_t sent) {
   unsure.PerUnit = parameter.PerUnit;
   unsure.Mask = parameter.Mask;
   unsure.Sent = sent;
-  unsure.Before = boxes_.at(index).Told();
+  unsure.Before = boxes_.at(index).Acknowledged();
   unsure.Box = &boxes_.at(index);
   parts_.unsure.Add(unsure);
   boxes_.at(index).Forget();
@@ -199,7 +200,7 @@ bool PidParameters::BringBack(std::int16_t controller_state) {
 bool PidParameters::SwitchBack(std::int16_t controller_state) {
   int sent = 0;
   for (int attempt = 0; attempt < kMostAttempts && sent < kTries; ++attempt) {
-    if (Write(reg::kControllerState, controller_state)) {
+    if (WriteParameter(reg::kControllerState, controller_state)) {
       return true;
     }
     sent += parts_.link.ComResult == LinkResult::kLength ? 0 : 1;
@@ -207,23 +208,13 @@ bool PidParameters::SwitchBack(std::int16_t controller_state) {
   return false;
 }
 
-std::optional<std::int16_t> PidParameters::Read(const char* letter) {
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = letter;
-  link.ComIndex = Unit().UnitCtrl;
-  link.ReadReg();
-  return link.IsGood(link.ComInet) ? std::optional(link.ComValue) : std::nullopt;
+std::optional<std::int16_t> PidParameters::ReadParameter(const char* letter) {
+  return Read(parts_.link, Register{Unit().UnitInet, letter, Unit().UnitCtrl}).Word();
 }
 
-bool PidParameters::Write(const char* letter, std::int16_t value) {
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = letter;
-  link.ComIndex = Unit().UnitCtrl;
-  link.ComValue = value;
-  link.WriteReg();
-  return link.IsGood(link.ComInet);
+bool PidParameters::WriteParameter(const char* letter, std::int16_t value) {
+  const Register to{Unit().UnitInet, letter, Unit().UnitCtrl};
+  return IsGood(Write(parts_.link, to, value));
 }
 
 void PidParameters::CloseNow() {

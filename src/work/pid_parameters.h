@@ -112,8 +112,8 @@ class PidParameters : public ModalScreen {
   [[nodiscard]] bool IsToBeOff() const;
   [[nodiscard]] bool BringBack(std::int16_t controller_state);
   [[nodiscard]] bool SwitchBack(std::int16_t controller_state);
-  [[nodiscard]] std::optional<std::int16_t> Read(const char* letter);
-  [[nodiscard]] bool Write(const char* letter, std::int16_t value);
+  [[nodiscard]] std::optional<std::int16_t> ReadParameter(const char* letter);
+  [[nodiscard]] bool WriteParameter(const char* letter, std::int16_t value);
   [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
 
   Parts parts_;

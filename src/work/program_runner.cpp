@@ -5,6 +5,7 @@
 
 #include "dialogs/checks.h"
 #include "dialogs/program_file.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 
@@ -133,36 +134,28 @@ void ProgramRunner::StepProgram(int slot) {
 
 bool ProgramRunner::SendStep(int slot, const ProgramStep& step) {
   const UnitRecord& unit = parts_.state.Unit[slot];
-  parts_.link.ComInet = unit.UnitInet;
-  parts_.link.ComIndex = unit.UnitCtrl;
   if (step.Status >= controller::kDynamic) {
-    return SendRamp(step);
+    return SendRamp(unit, step);
   }
-  return Write(reg::kSetpoint, step.Setpoint) && Write(reg::kControllerState, step.Status);
+  return Send(unit, reg::kSetpoint, step.Setpoint) &&
+         Send(unit, reg::kControllerState, step.Status);
 }
 
 // The ramp starts at the actual value, so that it does not begin with a jump. An instrument that
 // has none now is asked again a minute later.
-bool ProgramRunner::SendRamp(const ProgramStep& step) {
-  if (!Write(reg::kFinalValue, step.Setpoint) || !Read(reg::kPresentValue)) {
+bool ProgramRunner::SendRamp(const UnitRecord& unit, const ProgramStep& step) {
+  if (!Send(unit, reg::kFinalValue, step.Setpoint)) {
     return false;
   }
-  const std::int16_t actual = parts_.link.ComValue;
-  return actual != kNoData && Write(reg::kSetpoint, actual) &&
-         Write(reg::kIncrement, step.Increment) && Write(reg::kControllerState, step.Status);
+  const std::int16_t actual =
+      Read(parts_.link, Register{unit.UnitInet, reg::kPresentValue, unit.UnitCtrl}).WordOr(kNoData);
+  return actual != kNoData && Send(unit, reg::kSetpoint, actual) &&
+         Send(unit, reg::kIncrement, step.Increment) &&
+         Send(unit, reg::kControllerState, step.Status);
 }
 
-bool ProgramRunner::Write(const char* letter, std::int16_t value) {
-  parts_.link.ComLetter = letter;
-  parts_.link.ComValue = value;
-  parts_.link.WriteReg();
-  return parts_.link.IsGood(parts_.link.ComInet);
-}
-
-bool ProgramRunner::Read(const char* letter) {
-  parts_.link.ComLetter = letter;
-  parts_.link.ReadReg();
-  return parts_.link.IsGood(parts_.link.ComInet);
+bool ProgramRunner::Send(const UnitRecord& unit, const char* letter, std::int16_t value) {
+  return IsGood(Write(parts_.link, {unit.UnitInet, letter, unit.UnitCtrl}, value));
 }
 
 }  // namespace tavrel

@@ -67,9 +67,8 @@ class ProgramRunner {
   [[nodiscard]] bool MayStep(int slot) const;
   [[nodiscard]] bool HasStepLeft(int slot) const;
   [[nodiscard]] bool SendStep(int slot, const ProgramStep& step);
-  [[nodiscard]] bool SendRamp(const ProgramStep& step);
-  [[nodiscard]] bool Write(const char* letter, std::int16_t value);
-  [[nodiscard]] bool Read(const char* letter);
+  [[nodiscard]] bool SendRamp(const UnitRecord& unit, const ProgramStep& step);
+  [[nodiscard]] bool Send(const UnitRecord& unit, const char* letter, std::int16_t value);
 
   Parts parts_;
   BySlot<Loaded> ProgTable;

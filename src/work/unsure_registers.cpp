@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/number.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -77,7 +78,7 @@ bool UnsureRegisters::ReadBack() {
     Settle(unsure.Inet, unsure.Letter, unsure.Index);
   }
   const std::optional<std::int16_t> held =
-      moves == Moves::kNo ? Read(unsure, unsure.Letter) : std::nullopt;
+      moves == Moves::kNo ? ReadRegister(unsure, unsure.Letter) : std::nullopt;
   if (held) {
     Settle(unsure.Inet, unsure.Letter, unsure.Index);
     Take(unsure, *held);
@@ -103,21 +104,16 @@ void UnsureRegisters::PutOff(const UnsureRegister& unsure) {
 }
 
 UnsureRegisters::Moves UnsureRegisters::AskWhetherItMoves(const UnsureRegister& unsure) {
-  const std::optional<std::int16_t> state = Read(unsure, reg::kControllerState);
+  const std::optional<std::int16_t> state = ReadRegister(unsure, reg::kControllerState);
   if (!state) {
     return Moves::kUnknown;
   }
   return IsOnRamp(*state) ? Moves::kYes : Moves::kNo;
 }
 
-std::optional<std::int16_t> UnsureRegisters::Read(const UnsureRegister& unsure,
-                                                  const char* letter) {
-  Link& link = parts_.link;
-  link.ComInet = unsure.Inet;
-  link.ComLetter = letter;
-  link.ComIndex = unsure.Index;
-  link.ReadReg();
-  return link.IsGood(unsure.Inet) ? std::optional(link.ComValue) : std::nullopt;
+std::optional<std::int16_t> UnsureRegisters::ReadRegister(const UnsureRegister& unsure,
+                                                          const char* letter) {
+  return Read(parts_.link, Register{unsure.Inet, letter, unsure.Index}).Word();
 }
 
 void UnsureRegisters::Take(const UnsureRegister& unsure, std::int16_t held) {

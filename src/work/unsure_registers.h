@@ -71,7 +71,8 @@ class UnsureRegisters {
   [[nodiscard]] std::vector<UnsureRegister>::iterator Find(int inet, const char* letter, int index);
   void PutOff(const UnsureRegister& unsure);
   [[nodiscard]] Moves AskWhetherItMoves(const UnsureRegister& unsure);
-  [[nodiscard]] std::optional<std::int16_t> Read(const UnsureRegister& unsure, const char* letter);
+  [[nodiscard]] std::optional<std::int16_t> ReadRegister(const UnsureRegister& unsure,
+                                                         const char* letter);
   void Take(const UnsureRegister& unsure, std::int16_t held);
   void Tell(const UnsureRegister& unsure, std::int16_t held);
 

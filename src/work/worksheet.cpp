@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "files/recording_format.h"
+#include "link/register_access.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -132,15 +133,10 @@ bool Worksheet::TakeStep(int step) {
   }
 }
 
-// No value if the exchange fails. The arguments are set afresh, for others use them in between.
+// No value if the exchange fails.
 std::int16_t Worksheet::ReadFrom(const char* letter, int index) {
-  Link& link = parts_.link;
-  link.ComInet = Unit().UnitInet;
-  link.ComLetter = letter;
-  link.ComIndex = static_cast<std::int16_t>(index);
-  link.ReadReg();
   ++exchanges_;
-  return Answers() ? link.ComValue : kNoData;
+  return Read(parts_.link, Register{Unit().UnitInet, letter, index}).WordOr(kNoData);
 }
 
 // The store of a simulated line is of no kind, the title says what the header says.

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/choose_directory.h"
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"
 
@@ -62,7 +62,7 @@ class FamilyMessage : public testing::Test {
   }
   RunState state;
   FakeScreens screens;
-  MessageForm message{state, screens};
+  MessageBoxLogic message{state, screens};
 };
 
 TEST_F(FamilyMessage, SplitsItsTextAtTheFirstTwoLineEnds) {
@@ -102,10 +102,10 @@ TEST_F(FamilyMessage, IgnoresEscapeWithoutACancelButton) {
 }
 
 TEST_F(FamilyMessage, HasItsTips) {
-  EXPECT_EQ(MessageForm::kOkTip.In(message.TipLanguage()), " ok   (enter-key)");
-  EXPECT_EQ(MessageForm::kCancelTip.In(message.TipLanguage()), " cancel  (esc-key) ");
+  EXPECT_EQ(MessageBoxLogic::kOkTip.In(message.TipLanguage()), " ok   (enter-key)");
+  EXPECT_EQ(MessageBoxLogic::kCancelTip.In(message.TipLanguage()), " cancel  (esc-key) ");
   state.Settings.HelpLang = "German";
-  EXPECT_EQ(MessageForm::kOkTip.In(message.TipLanguage()), " Ja  (Eingabe-Taste) ");
+  EXPECT_EQ(MessageBoxLogic::kOkTip.In(message.TipLanguage()), " Ja  (Eingabe-Taste) ");
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -10,6 +11,20 @@ namespace tavrel {
 namespace {
 
 using std::chrono::seconds;
+
+// The sets that the user was told are lost, of each text that tells of some.
+std::vector<int> LossesIn(const std::vector<std::string>& texts) {
+  const std::string before = "before this row ";
+  std::vector<int> losses;
+  for (const std::string& text : texts) {
+    const std::size_t place = text.find(before);
+    if (place != std::string::npos) {
+      const std::string count = text.substr(place + before.size());
+      losses.push_back(std::stoi(count.starts_with("about ") ? count.substr(6) : count));
+    }
+  }
+  return losses;
+}
 
 // The wall clock stands still in this test: a set is as old as there are sets waiting behind it.
 TEST(FullBuffer, IsCountedFromTheSetThatWasWrittenLast) {
@@ -25,7 +40,7 @@ TEST(FullBuffer, IsCountedFromTheSetThatWasWrittenLast) {
 }
 
 // Where the order is not known the columns cannot be compared before the buffer is full again. It
-// is then met full a second time, with the other columns given up; each time costs three sets.
+// is then met full a second time, with the other column given up: no more room is made.
 TEST(FullBuffer, IsNotGivenRoomAgainAndAgainWhereTheColumnsCannotBeCompared) {
   RecordingBench bench({"descending", 200}, {3, 11}, 2);
   bench.Start();
@@ -42,7 +57,59 @@ TEST(FullBuffer, IsNotGivenRoomAgainAndAgainWhereTheColumnsCannotBeCompared) {
   ASSERT_TRUE(bench.RunToRows(rows + 20));
   const int written = bench.room.state.SampleCount[kSlot] - rows;
   EXPECT_GE(taken, written);
-  EXPECT_LE(taken - written, 2 * FullBuffer::kMostSets + 1) << "one may be in hand";
+  EXPECT_LE(taken - written, FullBuffer::kMostSets + 1) << "one may be in hand";
+  EXPECT_EQ(LossesIn(bench.room.Announced()).size(), 1U);
+}
+
+// Nothing stands beside it that it could be compared with.
+TEST(FullBuffer, OfOneInputCostsNoSetAndIsToldOnce) {
+  for (const int interval : {1, 2, 10}) {
+    for (const int input : {1, 9, 15}) {
+      RecordingBench bench({"together", 0}, {input}, interval);
+      bench.Start();
+      ASSERT_TRUE(bench.RunToRows(8));
+      const int rows = bench.room.state.SampleCount[kSlot];
+      bench.room.clock.Advance(seconds(950 * interval) + std::chrono::milliseconds(300));
+      int taken = 0;
+      bench.line.on_command = [&](const std::string& each) {
+        const bool is_there = !bench.line.buffers[{1, input}].empty();
+        taken += each == RecordingBench::Question(input) && is_there ? 1 : 0;
+      };
+      ASSERT_TRUE(bench.RunToRows(rows + 20));
+      const auto all = bench.Rows();
+      int lost = 0;
+      for (std::size_t row = 1; row < all.size(); ++row) {
+        lost += (all[row][0] - all[row - 1][0] - 1 + SetLine::kCycle) % SetLine::kCycle;
+      }
+      EXPECT_EQ(taken, bench.room.state.SampleCount[kSlot] - rows) << interval << " s";
+      const auto told = LossesIn(bench.room.Announced());
+      ASSERT_EQ(told.size(), 1U);
+      EXPECT_NEAR(told[0], lost, 1);
+    }
+  }
+}
+
+// Killed before the buffer is empty: what waited then is what a second outage pushes out.
+TEST(FullBuffer, OfOneInputIsCountedAnewAfterAKillInTheBacklog) {
+  RecordingBench bench({"together", 0}, {9});
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(8));
+  int read = 0;
+  for (const auto& [hour, minute, second] : {std::array{12, 38, 20}, std::array{15, 16, 40}}) {
+    const int rows = bench.room.state.SampleCount[kSlot];
+    bench.room.clock.Advance(seconds(10 * 950));
+    bench.room.clock.wall.Hour = hour;
+    bench.room.clock.wall.Minute = minute;
+    bench.room.clock.wall.Second = second;
+    bench.KillAndStart();
+    bench.room.engine.TakeUp(kSlot, std::nullopt);
+    ASSERT_TRUE(bench.RunToRows(rows + 20));
+    read = read == 0 ? bench.room.state.SampleCount[kSlot] - rows : read;
+  }
+  const auto told = LossesIn(bench.room.Announced());
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_NEAR(told[0], 54, 2);
+  EXPECT_NEAR(told[1], 950 - read, 2);
 }
 
 }  // namespace

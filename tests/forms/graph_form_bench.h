@@ -36,10 +36,10 @@ class GraphFormBench : public ModalDeeds, public GraphBench {
   }
 
   [[nodiscard]] bool WaitForOverview() {
-    return WaitUntil([this] { return graph.Inside().OverPainted && !graph.Inside().GraphBusy; });
+    return WaitUntil([this] { return graph.State().OverPainted && !graph.State().GraphBusy; });
   }
   [[nodiscard]] bool WaitForPart() {
-    return WaitUntil([this] { return graph.Inside().PartPainted && !graph.Inside().GraphBusy; });
+    return WaitUntil([this] { return graph.State().PartPainted && !graph.State().GraphBusy; });
   }
 
   static QPoint PlaceOn(QWidget* plot, PlotPoint user) {

@@ -124,8 +124,8 @@ TEST_F(GraphForms, HoldADragBeyondTheEdgeOnTheEdge) {
     QTest::mousePress(plot, Qt::LeftButton, {}, PlaceOn(plot, {50, 500}));
     QTest::mouseMove(plot, QPoint(plot->width() + 300, -200));
     QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(plot->width() + 300, -200));
-    EXPECT_DOUBLE_EQ(graph.Inside().PartX2, 100);
-    EXPECT_DOUBLE_EQ(graph.Inside().PartY2, 1000);
+    EXPECT_DOUBLE_EQ(graph.State().PartX2, 100);
+    EXPECT_DOUBLE_EQ(graph.State().PartY2, 1000);
     Key(Qt::Key_Escape);
   });
   Run(Slopes(80));
@@ -312,7 +312,7 @@ TEST_F(GraphForms, GiveTheKeyboardBackToTheAxesBehindADrawing) {
       was_hidden = was_hidden || !IsShown("CboXY");
     };
     program.state.PartPrepared = false;
-    ASSERT_TRUE(WaitUntil([&] { return was_hidden && !graph.Inside().GraphBusy; }));
+    ASSERT_TRUE(WaitUntil([&] { return was_hidden && !graph.State().GraphBusy; }));
     program.events.on_pump = [] {};
     ASSERT_TRUE(WaitUntil([] { return IsShown("CboXY"); }));
     EXPECT_EQ(QApplication::focusWidget(), Find("CboXY"));
@@ -348,7 +348,7 @@ TEST_F(GraphForms, SwitchTheViewByEnterWhereverTheKeyboardIs) {
     Find("PbEval_0")->setFocus();
     Key(Qt::Key_Enter);
     EXPECT_TRUE(IsShown("frCurve_0"));
-    EXPECT_EQ(graph.Inside().ToolState, Tool::kPartRange);
+    EXPECT_EQ(graph.State().ToolState, Tool::kPartRange);
     Key(Qt::Key_Escape);
   });
   Run(Slopes(80));
@@ -358,12 +358,12 @@ TEST_F(GraphForms, MeetTheScaleOfAViewAsSoonAsItIsInFront) {
   Then("TavGraph", [this] {
     ASSERT_TRUE(WaitForOverview());
     Key(Qt::Key_Return);
-    EXPECT_EQ(graph.Inside().ViewShown, kPartView);
-    EXPECT_TRUE(graph.Inside().PartPainted);
+    EXPECT_EQ(graph.State().ViewShown, kPartView);
+    EXPECT_TRUE(graph.State().PartPainted);
     Click("cmdOver");
     DragOn("PicC_0", {20, 200}, {70, 800});
-    EXPECT_NEAR(graph.Inside().PartX2, 70, 0.2);
-    EXPECT_NEAR(graph.Inside().PartY2, 800, 4);
+    EXPECT_NEAR(graph.State().PartX2, 70, 0.2);
+    EXPECT_NEAR(graph.State().PartY2, 800, 4);
     Key(Qt::Key_Escape);
   });
   Run(Slopes(80));
@@ -376,7 +376,7 @@ TEST_F(GraphForms, LeaveAToolByEscapeAndThenTheForm) {
     EXPECT_EQ(QApplication::focusWidget(), Find("PicC_1"));
     Key(Qt::Key_Escape);
     EXPECT_FALSE(IsShown("Lbl_Instr"));
-    EXPECT_EQ(graph.Inside().ToolState, Tool::kNone);
+    EXPECT_EQ(graph.State().ToolState, Tool::kNone);
     EXPECT_TRUE(graph.IsOpen());
     Key(Qt::Key_Escape);
   });
@@ -450,7 +450,7 @@ TEST_F(GraphForms, RefuseToCloseUntilTheGraphLeaves) {
     ASSERT_TRUE(GoToPart(kFrom, kTo));
     EXPECT_FALSE(Form()->close());
     EXPECT_TRUE(form->isVisible());
-    EXPECT_EQ(graph.Inside().ViewWanted, kLeaveGraph);
+    EXPECT_EQ(graph.State().ViewWanted, kLeaveGraph);
     EXPECT_TRUE(WaitUntil([this] { return !form->isVisible(); }));
   });
   Run(Slopes(80));
@@ -468,7 +468,7 @@ TEST_F(GraphForms, KeepTheirPicturesWhileHidden) {
   Run(Slopes(80));
   EXPECT_TRUE(program.state.OverPrepared);
   Then("TavGraph", [&] {
-    EXPECT_TRUE(graph.Inside().OverPainted);
+    EXPECT_TRUE(graph.State().OverPainted);
     EXPECT_EQ(PictureOf("frCurve_0"), first);
     Key(Qt::Key_Escape);
   });
@@ -614,7 +614,7 @@ TEST_F(GraphForms, ServeAKeyInTheMiddleOfADrawing) {
         QCoreApplication::postEvent(Find("PicC_0"), key);
       }
       QCoreApplication::processEvents();
-      if (served_after < 0 && graph.Inside().ViewWanted == kPartView) {
+      if (served_after < 0 && graph.State().ViewWanted == kPartView) {
         served_after =
             std::chrono::duration<double>(std::chrono::steady_clock::now() - posted).count();
       }

@@ -63,7 +63,7 @@ TEST_F(MainFormLook, KeepsItsSizeWhenTheSlotsAreAttached) {
   bench.state.SettingsRead = true;
   ASSERT_TRUE(bench.start_up.MainFormLoad());
   form = std::make_unique<Tavrel>(
-      Tavrel::Parts{bench.sheet, bench.window, bench.cycle, bench.start_up}, 9);
+      Tavrel::Parts{bench.sheet, bench.commands, bench.cycle, bench.start_up}, 9);
   form->show();
   const QSize first = form->size();
   ASSERT_TRUE(WaitUntil([this] { return bench.cycle.IsEnabled(); }));

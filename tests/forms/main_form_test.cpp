@@ -179,7 +179,7 @@ TEST_F(MainForm, ClosesWithoutAQuestionAndEndsTheProgram) {
   Start();
   form->close();
   EXPECT_TRUE(bench.dialogs.boxes.empty());
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_FALSE(bench.cycle.IsEnabled());
 }
 

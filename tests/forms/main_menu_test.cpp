@@ -100,11 +100,11 @@ TEST_F(MainMenu, AsksBeforeItEndsTheProgram) {
   bench.dialogs.ok = false;
   Choose("MnuExit");
   EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
-  EXPECT_FALSE(bench.window.HasEnded());
+  EXPECT_FALSE(bench.commands.HasEnded());
   bench.dialogs.ok = true;
   Choose("MnuExit2");
   EXPECT_EQ(bench.dialogs.boxes.size(), 2U);
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
 }
 
 }  // namespace

@@ -108,7 +108,7 @@ class MessageWindow : public ModalBench {
     bench.screens.built.insert(View::kAllMsg);
     bench.screens.on_show = [this](View) { AllMsg(message).Run(); };
   }
-  MessageForm message{bench.state, bench.screens};
+  MessageBoxLogic message{bench.state, bench.screens};
 };
 
 TEST_F(MessageWindow, ShowsItsLinesAndItsPicture) {

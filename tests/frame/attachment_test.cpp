@@ -309,7 +309,7 @@ class NotThere : public Attaching {
     program->state.Settings.CommPort = "COM1";
     program->Start();
     deed(*program);
-    program->window.Close();
+    program->commands.Close();
   }
   std::string before;
 };

@@ -286,7 +286,7 @@ TEST_F(BufferDanger, ALastSetAtTheEndIsOneSetOfEachRecording) {
   bench.state.ActiveView = View::kTavProg;
   GridRun(bench).For(milliseconds(400));
   bench.port.sent.clear();
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_LE(Sent('X').size(), 24U);
   EXPECT_TRUE(Sent('R').empty());
   for (const Recording& recording : recordings) {

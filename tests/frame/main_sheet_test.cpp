@@ -363,7 +363,7 @@ TEST_F(Sheet, SaysWhenTheLinkIsSimulated) {
   StartThreeSlots();
   EXPECT_EQ(bench.sheet.Values().Caption, " TAVREL  6.1");
   bench.state.Settings.CommPort = "----";
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   EXPECT_EQ(bench.sheet.Values().Caption, " TAVREL  6.1   (simulated)");
 }
 

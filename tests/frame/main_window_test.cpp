@@ -1,4 +1,4 @@
-#include "main/main_window.h"
+#include "main/main_commands.h"
 
 #include <gtest/gtest.h>
 
@@ -48,7 +48,7 @@ class Window : public testing::Test {
   }
   double CloseTakes() {
     const auto start = bench.clock.Elapsed();
-    bench.window.Close();
+    bench.commands.Close();
     return std::chrono::duration<double>(bench.clock.Elapsed() - start).count();
   }
 
@@ -61,7 +61,7 @@ TEST_F(Window, ReadsOneLastWholeSetAtTheEndWithoutAQuestion) {
   bench.Run(0.05);
   CloseTakes();
   EXPECT_TRUE(bench.dialogs.boxes.empty());
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   const std::vector<std::int16_t> samples = bench.Samples("M260314A.OVN");
   ASSERT_EQ(samples.size(), 6U);
   EXPECT_EQ(samples[4], 100);
@@ -102,7 +102,7 @@ TEST_F(Window, IsPaintedAgainWithinATenthOfASecondOrSoDuringTheReadOut) {
     painted = bench.clock.Elapsed();
   };
   bench.line.silent = {2, 3};
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
   EXPECT_GE(longest, std::chrono::milliseconds(110));
   EXPECT_LE(longest, std::chrono::milliseconds(112));
@@ -196,7 +196,7 @@ TEST_P(WindowOfASlot, ReadsOneLastSet) {
     Hold(1, 100 + set);
     Hold(2, 200 + set);
   }
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
 
@@ -206,7 +206,7 @@ TEST_P(WindowOfASlot, WaitsForTheRestOfItsSet) {
     bench.clock.Advance(time);
     Hold(1, 100);
   };
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
 
@@ -215,7 +215,7 @@ TEST_P(WindowOfASlot, KeepsASetThatTheDiskRefuses) {
   Hold(2, 200);
   {
     const FullDisk disk(1008);
-    bench.window.Close();
+    bench.commands.Close();
   }
   EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_TRUE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
@@ -223,7 +223,7 @@ TEST_P(WindowOfASlot, KeepsASetThatTheDiskRefuses) {
 
 TEST_P(WindowOfASlot, SavesItsEditedHeaderAndClosesItsFile) {
   bench.sheet.tx_Des_Change(slot, "Tube 7");
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
   EXPECT_FALSE(bench.state.SlotFileNo.at(static_cast<std::size_t>(slot)).IsOpen());
 }
@@ -312,7 +312,7 @@ TEST_F(WindowWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
 
 TEST_F(Window, WritesASetThatTheDiskRefusedOnceMoreAtTheEnd) {
   RefuseSet();
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
   EXPECT_FALSE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
   EXPECT_TRUE(bench.dialogs.boxes.empty());
@@ -349,7 +349,7 @@ TEST_F(Window, SaysThatASetIsLostWhereNothingCanBeKept) {
   std::filesystem::rename(bench.home.File("tavdat"), bench.home.File("away"));
   bench.engine.FlushFiles();
   std::filesystem::remove_all(bench.home.File("away"));
-  bench.window.Close();
+  bench.commands.Close();
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text,
             "M260314A.OVN: the last set could not be written (No such file or directory) and is "
@@ -361,7 +361,7 @@ TEST_F(Window, WritesAFileThatWasDeletedAgainAtTheEnd) {
   std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
   Hold(1, 1);
   bench.Run(0.05);
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
   EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
@@ -370,7 +370,7 @@ TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {
   StartRecording(1);
   bench.sheet.tx_Des_Change(1, "Tube 7");
   bench.state.SettingsChanged = true;
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 20), "NEW:Tube 7          ");
   EXPECT_NE(bench.home.Read("TAVREL.USR").find("\"ACTIVE01:: M260314A.OVN\"\r\n"),
             std::string::npos);
@@ -381,7 +381,7 @@ TEST_F(Window, WritesHeadersEvenIfTheSettingsCannotBeSaved) {
   bench.sheet.tx_Des_Change(1, "Tube 7");
   bench.state.SettingsChanged = true;
   bench.state.DataHome = bench.home.File("nowhere") + "/";
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text, "Cannot write file.");
@@ -391,30 +391,30 @@ TEST_F(Window, WritesHeadersEvenIfTheSettingsCannotBeSaved) {
 TEST_F(Window, AsksBeforeTheMenuLeaves) {
   StartRecording(1);
   bench.dialogs.ok = false;
-  bench.window.Choose(Entry("MnuExit"));
-  EXPECT_FALSE(bench.window.HasEnded());
+  bench.commands.Choose(Entry("MnuExit"));
+  EXPECT_FALSE(bench.commands.HasEnded());
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text, "Exit");
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL");
   bench.dialogs.ok = true;
-  bench.window.Choose(Entry("MnuExit2"));
-  EXPECT_TRUE(bench.window.HasEnded());
+  bench.commands.Choose(Entry("MnuExit2"));
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_FALSE(bench.cycle.IsEnabled());
 }
 
 TEST_F(Window, OpensTheManualOfTheLanguage) {
   bench.home.Write(kEnglishManual, "manual");
   bench.Start();
-  bench.window.Choose(Entry("MnuHelp"));
+  bench.commands.Choose(Entry("MnuHelp"));
   bench.state.Settings.HelpLang = "german";
-  bench.window.Choose(Entry("MnuHelp"));
+  bench.commands.Choose(Entry("MnuHelp"));
   EXPECT_EQ(bench.shell.opened, (std::vector<std::string>{bench.home.File(kEnglishManual),
                                                           bench.home.File(kGermanManual)}));
 }
 
 TEST_F(Window, NamesTheManualThatIsMissing) {
   bench.Start();
-  bench.window.Choose(Entry("MnuHelp"));
+  bench.commands.Choose(Entry("MnuHelp"));
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Text,
             "Help-file not found:\n\n\"" + bench.home.File(kEnglishManual) + "\"");
@@ -422,13 +422,13 @@ TEST_F(Window, NamesTheManualThatIsMissing) {
 
 TEST_F(Window, GreysEntriesWithoutAForm) {
   bench.Start();
-  EXPECT_FALSE(bench.window.IsEnabled(Entry("MnuSettings")));
-  EXPECT_FALSE(bench.window.IsEnabled(Entry("MnuTerminal")));
-  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuTools")));
-  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuHelp")));
-  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuExit")));
+  EXPECT_FALSE(bench.commands.IsEnabled(Entry("MnuSettings")));
+  EXPECT_FALSE(bench.commands.IsEnabled(Entry("MnuTerminal")));
+  EXPECT_TRUE(bench.commands.IsEnabled(Entry("MnuTools")));
+  EXPECT_TRUE(bench.commands.IsEnabled(Entry("MnuHelp")));
+  EXPECT_TRUE(bench.commands.IsEnabled(Entry("MnuExit")));
   bench.screens.built = {View::kAllTerm};
-  EXPECT_TRUE(bench.window.IsEnabled(Entry("MnuTerminal")));
+  EXPECT_TRUE(bench.commands.IsEnabled(Entry("MnuTerminal")));
 }
 
 TEST_F(Window, StopsTheCycleOnlyForFormsThatOwnTheLine) {
@@ -438,9 +438,9 @@ TEST_F(Window, StopsTheCycleOnlyForFormsThatOwnTheLine) {
     EXPECT_EQ(bench.cycle.IsEnabled(), view != View::kAllTerm);
     EXPECT_EQ(bench.sheet.Values().picCmds, view == View::kTavProg);
   };
-  bench.window.Choose(Entry("MnuTerminal"));
-  bench.window.Choose(Entry("MnuProg"));
-  bench.window.Choose(Entry("MnuQS"));
+  bench.commands.Choose(Entry("MnuTerminal"));
+  bench.commands.Choose(Entry("MnuProg"));
+  bench.commands.Choose(Entry("MnuQS"));
   EXPECT_EQ(bench.screens.shown.size(), 3U);
   EXPECT_TRUE(bench.cycle.IsEnabled());
   EXPECT_TRUE(bench.sheet.Values().picCmds);
@@ -456,7 +456,7 @@ TEST_F(Window, LeavesTheNormalPointerBehindEachForm) {
   bench.Start();
   for (const MenuEntry& entry : kMainMenu) {
     if (entry.Action == MenuAction::kShow) {
-      bench.window.Choose(entry);
+      bench.commands.Choose(entry);
       EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal) << entry.Control;
     }
   }
@@ -469,7 +469,7 @@ TEST_F(Window, OpensThePortAnewUntilItOpens) {
   bench.dialogs.retry = true;
   int shown = 0;
   bench.screens.on_show = [&](View) { bench.port.open_error = ++shown < 3 ? 5 : 0; };
-  bench.window.Choose(Entry("MnuSettings"));
+  bench.commands.Choose(Entry("MnuSettings"));
   EXPECT_EQ(shown, 3);
   ASSERT_EQ(bench.dialogs.boxes.size(), 2U);
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "Open COM1");

@@ -35,7 +35,7 @@ class SimulatedRows : public testing::Test, public SettingsBench {
         dialog.CmdOK_Click();
       }
     };
-    bench.window.MnuSettings();
+    bench.commands.MnuSettings();
   }
   const SheetRow& Row(int slot) const { return bench.Row(slot); }
 };
@@ -137,7 +137,7 @@ TEST_F(SimulatedRows, DoNotFollowWhereThePortWasMissingAtTheStart) {
 TEST_F(SimulatedRows, DoNotFollowWhereTheSettingsNameNoNumber) {
   for (const char* port : {"", "COM", "COMX", "COM0", "COM-3"}) {
     bench.state.Settings.CommPort = port;
-    bench.window.LinkOpen();
+    bench.commands.LinkOpen();
     EXPECT_TRUE(bench.link.Simulated) << port;
   }
   Install(1, 2, {7, 8, 7, 8});
@@ -188,7 +188,7 @@ TEST_F(SimulatedRows, AreNotReadOutAtTheEnd) {
   bench.Run(5);
   const auto start = bench.clock.Elapsed();
   bench.events.on_repaint = [this] { bench.clock.Advance(std::chrono::milliseconds(10)); };
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_LT(bench.clock.Elapsed() - start, std::chrono::seconds(1));
   EXPECT_EQ(Bytes(1), before);
 }
@@ -219,7 +219,7 @@ TEST_F(SimulatedRows, NeedAnotherWordAfterAnInstrumentWasOnTheLine) {
   bench.Run(1);
   const std::size_t words = Words(1);
   bench.state.Settings.CommPort = "----";
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   bench.Run(30);
   EXPECT_EQ(Words(1), words);
   EXPECT_EQ(Questions().size(), 2U);
@@ -237,7 +237,7 @@ TEST_F(SimulatedRows, DoNotFollowRowsThatAnInstrumentAddedToAFileBegunInSimulati
   EXPECT_EQ(samples.at(samples.size() - 2), 500);
   EXPECT_EQ(samples.back(), 600);
   bench.state.Settings.CommPort = "----";
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   bench.Run(30);
   EXPECT_EQ(Words(1), samples.size());
 }
@@ -274,7 +274,7 @@ class HalfReadSet : public SimulatedRows {
 TEST_F(HalfReadSet, StaysInHandWhileTheRecordingStandsStill) {
   StartWithHalfASet();
   bench.state.Settings.CommPort = "----";
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   bench.Run(30);
   ReturnToTheInstrument();
   EXPECT_EQ(bench.Samples(kFile), (std::vector<std::int16_t>{7, 8, 7, 8, 501, 502, 511, 512}));

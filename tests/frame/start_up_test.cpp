@@ -526,10 +526,10 @@ TEST_F(Start, DoesNotRunItsCycleIfItIsClosedWhileItLooksForItsInstruments) {
   bench.line.silent = {1, 2};
   bench.events.on_rest = [this](milliseconds time) {
     bench.clock.Advance(time);
-    bench.window.Close();
+    bench.commands.Close();
   };
   bench.Start();
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_FALSE(bench.cycle.IsEnabled());
   EXPECT_EQ(bench.port.sent.size(), 1U);
 }
@@ -540,7 +540,7 @@ TEST_F(Start, EndsWhenTheUserGivesUpOnThePort) {
   bench.dialogs.retry = false;
   EXPECT_FALSE(bench.start_up.MainFormLoad());
   EXPECT_EQ(bench.dialogs.boxes.back().Text, "Exit");
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
 }
 
 // A signal at a box: from then on no box waits for an answer.

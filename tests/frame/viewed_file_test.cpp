@@ -237,7 +237,7 @@ TEST_F(ViewedFile, IsSavedAndClosedAtTheEndOfTheProgram) {
   bench.Start();
   Open("M250101A.OVN");
   bench.sheet.tx_Des_Change(0, "Last name");
-  bench.window.Close();
+  bench.commands.Close();
   EXPECT_EQ(Header().substr(204, 9), "Last name");
   EXPECT_FALSE(state.SlotFileNo[0].IsOpen());
 }

@@ -208,7 +208,7 @@ TEST(GraphForm, OpenedAgainAfterAChangeIsPaintedAnew) {
   bench.graph.Open();
   bench.graph.cmdPart_Click();
   EXPECT_EQ(bench.Shown().frCurve, kOverview);  // nothing is painted yet
-  EXPECT_EQ(bench.graph.Inside().Curves.CurveCount, 2);
+  EXPECT_EQ(bench.graph.State().Curves.CurveCount, 2);
   bench.Tick();
   EXPECT_EQ(bench.ImgC(kOverview).clears, 2);
 }

@@ -76,7 +76,7 @@ TEST(ReferenceMode, PrintsTheReferenceAtTheRowsThatReachIt) {
   EXPECT_EQ(label.In, (Scale{503, 0, 800, 10}));
   EXPECT_DOUBLE_EQ(label.At.X1, 530 - 4 * 7 / 700.0 * 297 / 2);
   EXPECT_EQ(bench.PicX(kPartView).LinesOf(kBlack).front().At, (Segment{530, 8, 530, 10, kBlack}));
-  const ReferenceTicks& ticks = bench.graph.Inside().AxisTicks;
+  const ReferenceTicks& ticks = bench.graph.State().AxisTicks;
   EXPECT_EQ(ticks.AxisTickCount, 8);
   EXPECT_EQ(ticks.AxisTickX.at(7), 500 + 3 * 80);
   EXPECT_EQ(ticks.AxisTickText.at(7), "180 ");
@@ -108,7 +108,7 @@ TEST(ReferenceMode, OfAFallingReferencePrintsNothing) {
   OpenPart(bench, 2, Rising(90, -1));
   EXPECT_THAT(bench.PicX(kPartView).Texts(), IsEmpty());
   EXPECT_EQ(bench.Shown().LblAxis[kPartView], "°C ");
-  EXPECT_EQ(bench.graph.Inside().AxisTicks.AxisTickCount, 0);
+  EXPECT_EQ(bench.graph.State().AxisTicks.AxisTickCount, 0);
 }
 
 TEST(ReferenceMode, OfAFlatReferencePrintsNothing) {
@@ -161,7 +161,7 @@ TEST(ReferenceMode, KeepsTheFirstTwentyTicksForThePage) {
   wide.header.UnitXmax = 2000;
   wide.pic_x[1].dots_wide = 70000;
   OpenPart(wide, 2, GraphBench::Words(degrees));
-  EXPECT_LE(wide.graph.Inside().AxisTicks.AxisTickCount, kMaxAxisTicks);
+  EXPECT_LE(wide.graph.State().AxisTicks.AxisTickCount, kMaxAxisTicks);
 }
 
 TEST(ReferenceMode, HoldsTheTicksOfTheLastDrawingOnly) {
@@ -170,7 +170,7 @@ TEST(ReferenceMode, HoldsTheTicksOfTheLastDrawingOnly) {
   const std::vector<std::int16_t> row = GraphBench::Words({200, 190, 170});
   ASSERT_TRUE(bench.program.files.AppendRow(GraphBench::kSlot, row, 1));
   bench.Tick();
-  EXPECT_EQ(bench.graph.Inside().AxisTicks.AxisTickCount, 0);
+  EXPECT_EQ(bench.graph.State().AxisTicks.AxisTickCount, 0);
   EXPECT_THAT(bench.PicX(kPartView).Texts(), SizeIs(8));
 }
 
@@ -228,7 +228,7 @@ TEST(ChangeOfMode, IsInForceAtOnce) {
     EXPECT_EQ(bench.View(kPartView).YBottom, mode == 0 ? 0 : -500) << mode;
     EXPECT_TRUE(bench.program.state.PartPrepared) << mode;
     EXPECT_EQ(bench.View(kPartView).RecNow, bench.View(kPartView).RecEnd) << mode;
-    EXPECT_EQ(bench.graph.Inside().AxisTicks.AxisTickCount > 0, mode == 2) << mode;
+    EXPECT_EQ(bench.graph.State().AxisTicks.AxisTickCount > 0, mode == 2) << mode;
     EXPECT_TRUE(bench.Shown().TimerOn) << mode;
     EXPECT_TRUE(bench.Shown().CboXYShown) << mode;
   }
@@ -265,11 +265,11 @@ TEST(ChangeOfMode, TakesTheOldReadingAway) {
 TEST(ReferenceMode, HasNoTicksOfAnotherRecordingWhereItsViewHasNoRows) {
   GraphBench bench;
   OpenPart(bench, 2, Rising(60));
-  ASSERT_GT(bench.graph.Inside().AxisTicks.AxisTickCount, 0);
+  ASSERT_GT(bench.graph.State().AxisTicks.AxisTickCount, 0);
   bench.program.state.SampleCount[GraphBench::kSlot] = 0;
   bench.program.state.PartPrepared = false;
   bench.Tick();
-  EXPECT_EQ(bench.graph.Inside().AxisTicks.AxisTickCount, 0);
+  EXPECT_EQ(bench.graph.State().AxisTicks.AxisTickCount, 0);
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ TEST_F(GraphTool, RestsInThePartView) {
   const auto before = bench.PicC(kPartView).strokes;
   bench.Drag({20, 200}, {30, 300});
   EXPECT_EQ(bench.PicC(kPartView).strokes, before);
-  EXPECT_FALSE(bench.graph.Inside().DragOn);
+  EXPECT_FALSE(bench.graph.State().DragOn);
 }
 
 TEST_F(GraphTool, DifferenceTakesTwoPointsAndShowsThem) {
@@ -252,7 +252,7 @@ TEST_F(GraphTool, EscapeEndsATool) {
     bench.graph.KeyEscape();
     EXPECT_EQ(bench.ToolState(), Tool::kNone);
     EXPECT_TRUE(bench.graph.IsOpen());
-    EXPECT_EQ(bench.graph.Inside().ViewWanted, kPartView);
+    EXPECT_EQ(bench.graph.State().ViewWanted, kPartView);
   }
 }
 
@@ -400,16 +400,16 @@ TEST_F(PartRange, IsTakenFromTheLastMoveOfTheBand) {
   bench.graph.PicC_MouseDown({20, 200});
   bench.graph.PicC_MouseMove({60, 700});
   bench.graph.PicC_MouseUp({90, 900});
-  EXPECT_EQ(bench.graph.Inside().PartX2, 60);
-  EXPECT_EQ(bench.graph.Inside().PartY2, 700);
+  EXPECT_EQ(bench.graph.State().PartX2, 60);
+  EXPECT_EQ(bench.graph.State().PartY2, 700);
 }
 
 TEST_F(PartRange, GivesUpTheMarks) {
   bench.Unit().UnitMarks = 4;
   bench.Drag({60, 700}, {20, 200});
   EXPECT_EQ(bench.Unit().UnitMarks, 0);
-  EXPECT_EQ(bench.graph.Inside().PartX1, 20);
-  EXPECT_EQ(bench.graph.Inside().PartY1, 200);
+  EXPECT_EQ(bench.graph.State().PartX1, 20);
+  EXPECT_EQ(bench.graph.State().PartY1, 200);
   EXPECT_FALSE(bench.program.state.PartPrepared);
 }
 
@@ -423,7 +423,7 @@ TEST_F(PartRange, OfAMinuteOrADegreeIsTooSmallAndTheOldOneStays) {
     EXPECT_EQ(bench.program.dialogs.boxes.front().Title, "window");
     EXPECT_EQ(bench.program.dialogs.boxes.front().Icon, BoxIcon::kInformation);
     EXPECT_EQ(bench.Unit().UnitMarks, 4);
-    EXPECT_EQ(bench.graph.Inside().PartX2, 100);
+    EXPECT_EQ(bench.graph.State().PartX2, 100);
     EXPECT_THAT(bench.PicC(kOverview).Of(StrokeKind::kBox), SizeIs(1));
   }
   EXPECT_FALSE(bench.program.state.SlotDirty[GraphBench::kSlot]);
@@ -442,13 +442,13 @@ TEST_F(PartRange, BandDoesNotFollowBelowZero) {
 TEST_F(PartRange, ByTheKeyboardIsBegunAndEndedByThePress) {
   bench.graph.MoveCursor(CursorMove::kToStart, 1);
   bench.graph.PressCursor();
-  EXPECT_TRUE(bench.graph.Inside().DragOn);
+  EXPECT_TRUE(bench.graph.State().DragOn);
   bench.graph.MoveCursor(CursorMove::kRight, 30);
   bench.graph.MoveCursor(CursorMove::kUp, 20);
   bench.graph.PressCursor();
-  EXPECT_EQ(bench.graph.Inside().PartX2, 30);
-  EXPECT_EQ(bench.graph.Inside().PartY1, 500);
-  EXPECT_EQ(bench.graph.Inside().PartY2, 700);
+  EXPECT_EQ(bench.graph.State().PartX2, 30);
+  EXPECT_EQ(bench.graph.State().PartY1, 500);
+  EXPECT_EQ(bench.graph.State().PartY2, 700);
 }
 
 // A drag wipes the old rectangle first, in the picture in memory too.
@@ -466,7 +466,7 @@ class PartRectangle : public GraphTool {
     ASSERT_THAT(before_, SizeIs(1));
     EXPECT_EQ(bench.ImgC(kOverview).Of(StrokeKind::kBox), before_);
     EXPECT_EQ(bench.PicC(kOverview).Of(StrokeKind::kBox), before_);
-    EXPECT_FALSE(bench.graph.Inside().DragOn);
+    EXPECT_FALSE(bench.graph.State().DragOn);
   }
   void OpenAgain() {
     bench.graph.Open();
@@ -527,7 +527,7 @@ TEST(PartRectangleOfALiveGraph, StaysInItsPlaceWhenEnterComesWhileRowsAreDrawn) 
   bench.program.events.on_pump = [&bench] { bench.graph.KeyEnter(); };
   bench.Tick();
   EXPECT_EQ(bench.ImgC(kOverview).Of(StrokeKind::kBox), before);
-  EXPECT_EQ(bench.graph.Inside().ViewWanted, kPartView);
+  EXPECT_EQ(bench.graph.State().ViewWanted, kPartView);
 }
 
 TEST_F(GraphTool, LabelOfAnAbandonedMarkGoesWhenAnotherToolBegins) {

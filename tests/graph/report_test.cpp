@@ -272,7 +272,7 @@ TEST_F(TheReport, PutsTheReferenceBeneathThePlot) {
   ShowView(Slopes(80));
   graph.CboXY_Click(2);
   Tick();
-  const ReferenceTicks& ticks = graph.Inside().AxisTicks;
+  const ReferenceTicks& ticks = graph.State().AxisTicks;
   ASSERT_GT(ticks.AxisTickCount, 3);
   const PaperSurface& page = Print();
   EXPECT_THAT(page.Texts(), IsSupersetOf({"°C", "220", "230", "240"}));
@@ -479,7 +479,7 @@ TEST_F(TheReport, DrawsNoReferenceTickOutsideOfThePlot) {
   unit.UnitGraphMode = kReferenceMode;
   PaperSurface page(570, 820);
   DrawReport(
-      {unit, graph.Inside().Curves, View(kPartView), ticks, program.state.SlotFileNo[kSlot], kName},
+      {unit, graph.State().Curves, View(kPartView), ticks, program.state.SlotFileNo[kSlot], kName},
       {}, kPortrait, page);
   std::vector<double> columns;
   for (const Stroke& line : page.LinesOf(kGrid)) {

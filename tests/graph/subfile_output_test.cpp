@@ -114,9 +114,9 @@ TEST_F(TheSubfileCommand, OpensAsARecording) {
   EXPECT_EQ(program.state.SlotFile[kViewedFile], "SCUT.OVN");
   EXPECT_EQ(program.state.SampleCount[kViewedFile], 51);
   EXPECT_TRUE(graph.IsOpen());
-  EXPECT_DOUBLE_EQ(graph.Inside().Views[kOverview].XRight, 50);
-  EXPECT_DOUBLE_EQ(graph.Inside().Views[kPartView].XLeft, 0);
-  EXPECT_DOUBLE_EQ(graph.Inside().Views[kPartView].XRight, 50);
+  EXPECT_DOUBLE_EQ(graph.State().Views[kOverview].XRight, 50);
+  EXPECT_DOUBLE_EQ(graph.State().Views[kPartView].XLeft, 0);
+  EXPECT_DOUBLE_EQ(graph.State().Views[kPartView].XRight, 50);
 }
 
 // The graph of a file begins at its row 1, so the export of the subfile lacks the first row.

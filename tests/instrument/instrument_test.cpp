@@ -334,7 +334,7 @@ TEST(OvenMap, ReferencesFollowTheControllersSensors) {
   const Instrument instrument(settings, truth);
   EXPECT_EQ(instrument.OvenOf(1), 0);
   EXPECT_EQ(instrument.OvenOf(2), 1);
-  EXPECT_EQ(instrument.PlaceOf(3), 1);
+  EXPECT_EQ(instrument.PlaceInOven(3), 1);
   EXPECT_EQ(instrument.OvenOf(15), 0);
 }
 

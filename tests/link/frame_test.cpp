@@ -116,23 +116,23 @@ TEST(Frame, AddressesMemoryOfOtherVariantsByTheirPrefix) {
 }
 
 TEST(Registers, LieInTwoBanksOfSixteenWordGroups) {
-  EXPECT_EQ(PlaceOf(4, "G", 0).Bank, 'V');
-  EXPECT_EQ(PlaceOf(4, "G", 0).Address, 0);
-  EXPECT_EQ(PlaceOf(4, "V", 15).Bank, 'V');
-  EXPECT_EQ(PlaceOf(4, "V", 15).Address, 255);
-  EXPECT_EQ(PlaceOf(4, "W", 0).Bank, 'P');
-  EXPECT_EQ(PlaceOf(4, "W", 0).Address, 0);
-  EXPECT_EQ(PlaceOf(4, "X", 5).Address, 21);
-  EXPECT_EQ(PlaceOf(3, "Z", 15).Bank, 'P');
-  EXPECT_EQ(PlaceOf(3, "Z", 15).Address, 63);
+  EXPECT_EQ(RegisterPlaceOf(4, "G", 0).Bank, 'V');
+  EXPECT_EQ(RegisterPlaceOf(4, "G", 0).Address, 0);
+  EXPECT_EQ(RegisterPlaceOf(4, "V", 15).Bank, 'V');
+  EXPECT_EQ(RegisterPlaceOf(4, "V", 15).Address, 255);
+  EXPECT_EQ(RegisterPlaceOf(4, "W", 0).Bank, 'P');
+  EXPECT_EQ(RegisterPlaceOf(4, "W", 0).Address, 0);
+  EXPECT_EQ(RegisterPlaceOf(4, "X", 5).Address, 21);
+  EXPECT_EQ(RegisterPlaceOf(3, "Z", 15).Bank, 'P');
+  EXPECT_EQ(RegisterPlaceOf(3, "Z", 15).Address, 63);
 }
 
 TEST(Registers, PassThroughWhatIsNoLetterOfTheirs) {
-  EXPECT_EQ(PlaceOf(4, "A", 7).Bank, 'A');
-  EXPECT_EQ(PlaceOf(4, "A", 7).Address, 7);
-  EXPECT_EQ(PlaceOf(2, "X", 7).Bank, 'X');
-  EXPECT_EQ(PlaceOf(2, "X", 7).Address, 7);
-  EXPECT_EQ(PlaceOf(4, "", 7).Bank, ' ');
+  EXPECT_EQ(RegisterPlaceOf(4, "A", 7).Bank, 'A');
+  EXPECT_EQ(RegisterPlaceOf(4, "A", 7).Address, 7);
+  EXPECT_EQ(RegisterPlaceOf(2, "X", 7).Bank, 'X');
+  EXPECT_EQ(RegisterPlaceOf(2, "X", 7).Address, 7);
+  EXPECT_EQ(RegisterPlaceOf(4, "", 7).Bank, ' ');
 }
 
 }  // namespace

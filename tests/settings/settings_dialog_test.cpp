@@ -119,11 +119,11 @@ TEST_F(SettingsForm, KeepsWhatARecordingChangedWhileItWasOpen) {
 }
 
 TEST_F(SettingsForm, ClosesThePortEitherWay) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   ASSERT_TRUE(bench.link.PortOpen);
   Open().CmdOK_Click();
   EXPECT_FALSE(bench.link.PortOpen);
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   Open().Quit();
   EXPECT_FALSE(bench.link.PortOpen);
 }
@@ -346,7 +346,7 @@ TEST_F(SettingsForm, DoesNotAskForTheViewedFileNorForTheSameDirectory) {
 }
 
 TEST_F(SettingsForm, AsksBeforeARecordingIsSimulated) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   PutIntoUse(4, true);
   Open().cboCom_Click(0);
   bench.dialogs.ok = false;
@@ -362,7 +362,7 @@ TEST_F(SettingsForm, AsksBeforeARecordingIsSimulated) {
 }
 
 TEST_F(SettingsForm, SimulatesWithoutAQuestionWhereNothingRecords) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   PutIntoUse(4, false);
   bench.state.Unit[5].UnitRecOn = 1;
   Open().cboCom_Click(0);
@@ -372,19 +372,19 @@ TEST_F(SettingsForm, SimulatesWithoutAQuestionWhereNothingRecords) {
 
 TEST_F(SettingsForm, GoesOnSimulatingWithoutAQuestion) {
   Shared().CommPort = "----";
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   PutIntoUse(4, true);
   Open().CmdOK_Click();
   EXPECT_TRUE(Boxes().empty());
 }
 
 TEST_F(SettingsForm, KeepsTheLineInForceUntilItIsOpenedAnew) {
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   Shared().ComMode = 1;
   EXPECT_TRUE(bench.link.Mode().LinkDirect);
   Open().CmdOK_Click();
   EXPECT_TRUE(bench.link.Mode().LinkDirect);
-  bench.window.LinkOpen();
+  bench.commands.LinkOpen();
   EXPECT_FALSE(bench.link.Mode().LinkDirect);
 }
 
@@ -396,12 +396,12 @@ TEST_F(SettingsForm, EndsTheProgramInOrderIfItCannotSave) {
   bench.state.SettingsChanged = true;
   bench.state.DataHome = bench.home.File("nowhere") + "/";
   bench.screens.on_show = [this](View) { Open().CmdOK_Click(); };
-  bench.window.MnuSettings();
+  bench.commands.MnuSettings();
   ASSERT_EQ(Boxes().size(), 1U);
   EXPECT_EQ(Boxes()[0].Text, "Cannot write file.");
   EXPECT_EQ(Boxes()[0].Title, "TAVREL.USR");
   EXPECT_EQ(Boxes()[0].Icon, BoxIcon::kWarning);
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
   EXPECT_FALSE(bench.link.PortOpen);
   EXPECT_EQ(bench.screens.shown.size(), 1U);
@@ -412,7 +412,7 @@ TEST_F(SettingsForm, EndsTheStartIfItCannotSave) {
   bench.state.DataHome = bench.home.File("nowhere") + "/";
   bench.screens.on_show = [this](View) { Open().CmdOK_Click(); };
   EXPECT_FALSE(bench.start_up.MainFormLoad());
-  EXPECT_TRUE(bench.window.HasEnded());
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_FALSE(bench.link.PortOpen);
 }
 

@@ -28,7 +28,7 @@ class FormBench : public testing::Test {
     bench.state.SettingsRead = true;
     ASSERT_TRUE(bench.start_up.MainFormLoad());
     form = std::make_unique<Tavrel>(
-        Tavrel::Parts{bench.sheet, bench.window, bench.cycle, bench.start_up}, expected_rows);
+        Tavrel::Parts{bench.sheet, bench.commands, bench.cycle, bench.start_up}, expected_rows);
     form->show();
     ASSERT_TRUE(WaitUntil([this] { return bench.cycle.IsEnabled(); }));
   }

@@ -86,9 +86,9 @@ class GraphBench {
   UnitRecord& Unit() { return program.state.Unit[kSlot]; }
   const GraphValues& Shown() const { return graph.Values(); }
   const ViewFrame& View(int view) const {
-    return graph.Inside().Views.at(static_cast<std::size_t>(view));
+    return graph.State().Views.at(static_cast<std::size_t>(view));
   }
-  Tool ToolState() const { return graph.Inside().ToolState; }
+  Tool ToolState() const { return graph.State().ToolState; }
   StrokeSurface& PicC(int view) { return pic_c.at(static_cast<std::size_t>(view)); }
   StrokeSurface& ImgC(int view) { return img_c.at(static_cast<std::size_t>(view)); }
   StrokeSurface& PicX(int view) { return pic_x.at(static_cast<std::size_t>(view)); }

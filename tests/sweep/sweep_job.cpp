@@ -134,7 +134,7 @@ class Job {
     Tell(is_up_ ? "start" : "no start");
   }
 
-  [[nodiscard]] bool IsUp() const { return is_up_ && !logic_->window.HasEnded(); }
+  [[nodiscard]] bool IsUp() const { return is_up_ && !logic_->commands.HasEnded(); }
 
   void Pass(seconds time) {
     for (const auto end = clock_.Elapsed() + time; IsUp() && clock_.Elapsed() < end;
@@ -161,7 +161,7 @@ class Job {
 
   void End() {
     for (int tries = 0; IsUp() && tries < 1000; ++tries) {
-      logic_->window.Close();
+      logic_->commands.Close();
       clock_.Advance(milliseconds(kTickMilliseconds));
     }
     logic_.reset();

@@ -138,14 +138,14 @@ class Judgement {
       all += samples;
     }
     const Findings found = Compare(truth_, {files.front(), 1, slot.inputs}, all, told);
-    Object(!found.IsTrue(),
+    Object(!found.Agrees(),
            slot.ext + ": " + std::to_string(found.rows) + " rows, wrong " +
                std::to_string(found.wrong) + ", torn " + std::to_string(found.torn) + ", twice " +
                std::to_string(found.doubled) + ", lost " + std::to_string(found.lost) +
                " of which told " + std::to_string(found.told_lost) + ", invented " +
                std::to_string(found.invented));
     for (const std::string& detail : found.details) {
-      Object(!found.IsTrue(), "  " + detail);
+      Object(!found.Agrees(), "  " + detail);
     }
   }
 

@@ -24,7 +24,7 @@ class Table {
     int row = rows_;
     int set = sets_;
     while (row > begin_ || set > begin_) {
-      const Step step = steps_[PlaceOf(row, set)];
+      const Step step = steps_[CellOf(row, set)];
       AlignedPair pair;
       pair.row = step == Step::kMissing ? AlignedPair::kNone : --row;
       pair.set = step == Step::kSuperfluous ? AlignedPair::kNone : --set;
@@ -40,7 +40,7 @@ class Table {
     for (int set = begin_ + 1; set <= sets_; ++set) {
       const auto place = static_cast<std::size_t>(set - begin_);
       above[place] = above[place - 1] + costs_.missing(set - 1);
-      steps_[PlaceOf(begin_, set)] = Step::kMissing;
+      steps_[CellOf(begin_, set)] = Step::kMissing;
     }
     for (int row = begin_ + 1; row <= rows_; ++row) {
       above = NextRow(row, above);
@@ -50,7 +50,7 @@ class Table {
   std::vector<int> NextRow(int row, const std::vector<int>& above) {
     std::vector<int> least(above.size());
     least[0] = above[0] + costs_.superfluous;
-    steps_[PlaceOf(row, begin_)] = Step::kSuperfluous;
+    steps_[CellOf(row, begin_)] = Step::kSuperfluous;
     for (int set = begin_ + 1; set <= sets_; ++set) {
       const auto place = static_cast<std::size_t>(set - begin_);
       const int pair = above[place - 1] + costs_.differing(row - 1, set - 1);
@@ -58,14 +58,14 @@ class Table {
       const int superfluous = above[place] + costs_.superfluous;
       least[place] = std::min({pair, missing, superfluous});
       // Of equal explanations the one whose rows come early.
-      steps_[PlaceOf(row, set)] = least[place] == missing ? Step::kMissing
-                                  : least[place] == pair  ? Step::kPair
-                                                          : Step::kSuperfluous;
+      steps_[CellOf(row, set)] = least[place] == missing ? Step::kMissing
+                                 : least[place] == pair  ? Step::kPair
+                                                         : Step::kSuperfluous;
     }
     return least;
   }
 
-  [[nodiscard]] std::size_t PlaceOf(int row, int set) const {
+  [[nodiscard]] std::size_t CellOf(int row, int set) const {
     const auto width = static_cast<std::size_t>(sets_ - begin_ + 1);
     return static_cast<std::size_t>(row - begin_) * width + static_cast<std::size_t>(set - begin_);
   }

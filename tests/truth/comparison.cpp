@@ -404,7 +404,7 @@ class Comparer {
 
 }  // namespace
 
-bool Findings::IsTrue() const {
+bool Findings::Agrees() const {
   return wrong == 0 && torn == 0 && doubled == 0 && shifted == 0 && invented == 0 &&
          std::abs(lost - told_lost) <= about;
 }

@@ -36,7 +36,7 @@ struct Findings {
   std::vector<std::string> details;  // the first differences, in words
 
   // Nothing is wrong, missing or twice but what the user was told, all of it.
-  [[nodiscard]] bool IsTrue() const;
+  [[nodiscard]] bool Agrees() const;
   void Add(const Findings& other);
 };
 

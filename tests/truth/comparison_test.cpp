@@ -42,7 +42,7 @@ LineTruth ThreeSets(const std::string& fate = "good") {
 
 TEST(Comparison, FindsNothingInATrueRecording) {
   const Findings found = Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 21, 22, 31, 32}));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.rows, 4);
   EXPECT_EQ(found.excused, 0);
 }
@@ -51,7 +51,7 @@ TEST(Comparison, CountsAWrongWordAndItsRowAsTorn) {
   const Findings found = Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 21, 99, 31, 32}));
   EXPECT_EQ(found.wrong, 1);
   EXPECT_EQ(found.torn, 1);
-  EXPECT_FALSE(found.IsTrue());
+  EXPECT_FALSE(found.Agrees());
 }
 
 Told Filled(int row, std::vector<int> inputs = {2}) {
@@ -65,13 +65,13 @@ Told Uncertain(int first_row, int last_row, int input = 2) {
 TEST(Comparison, ExcusesAWordWhoseReplyWasLostIfTheUserWasTold) {
   const std::string bytes = Bytes({11, 12, 11, 12, 21, 12, 31, 32});
   const Findings found = Compare(ThreeSets("lost"), kSlot, bytes, Filled(2));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.excused, 1);
   EXPECT_EQ(found.told_filled, 1);
   EXPECT_EQ(found.losses, 1);
   EXPECT_EQ(found.in_doubt, 0);
   const Findings untold = Compare(ThreeSets("lost"), kSlot, bytes);
-  EXPECT_FALSE(untold.IsTrue());
+  EXPECT_FALSE(untold.Agrees());
   EXPECT_EQ(untold.wrong, 1);
 }
 
@@ -89,7 +89,7 @@ TEST(Comparison, CountsAValueThatWasFilledInAlthoughItHadArrivedAsInvented) {
   const Findings found =
       Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 21, 12, 31, 32}), Filled(2));
   EXPECT_EQ(found.invented, 1);
-  EXPECT_FALSE(found.IsTrue());
+  EXPECT_FALSE(found.Agrees());
 }
 
 // The value of input 2 in set 2 is lost and its column runs one set ahead from there on.
@@ -102,7 +102,7 @@ TEST(Comparison, CountsALossThatEndedAsUncertain) {
   const LineTruth truth = ReadLineTruth(file, {});
   const std::string bytes = Bytes({11, 12, 11, 12, 21, 32});
   const Findings found = Compare(truth, kSlot, bytes, Uncertain(2, ToldDoubt::kOpen));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.excused, 1);
   EXPECT_EQ(found.losses, 1);
   EXPECT_EQ(found.in_doubt, 1);
@@ -137,12 +137,12 @@ TEST(Comparison, ExcusesASetThatAllColumnsHaveLeftBehindOneAfterTheOther) {
   const LineTruth truth = SetsWithLosses(8, 5);
   const std::string bytes = Bytes({11, 12, 11, 12, 31, 22, 41, 32, 51, 42, 61, 62, 71, 72, 81, 82});
   const Findings found = Compare(truth, kSlot, bytes, UncertainFrom(2, 5));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.lost, 0);
   EXPECT_EQ(found.losses, 2);
   EXPECT_EQ(found.in_doubt, 2);
-  EXPECT_FALSE(Compare(truth, kSlot, bytes, UncertainFrom(2, 99)).IsTrue());
-  EXPECT_FALSE(Compare(SetsWithLosses(8, 0), kSlot, bytes, UncertainFrom(2, 5)).IsTrue());
+  EXPECT_FALSE(Compare(truth, kSlot, bytes, UncertainFrom(2, 99)).Agrees());
+  EXPECT_FALSE(Compare(SetsWithLosses(8, 0), kSlot, bytes, UncertainFrom(2, 5)).Agrees());
 }
 
 // Input 1 runs one set ahead: when its last value is in a row, input 2 of that set is in hand.
@@ -150,10 +150,10 @@ TEST(Comparison, ExcusesTheSetInHandBehindAColumnThatRunsAhead) {
   const LineTruth truth = SetsWithLosses(5, 0);
   const Told told = Uncertain(2, ToldDoubt::kOpen, 1);
   EXPECT_TRUE(
-      Compare(truth, kSlot, Bytes({11, 12, 11, 12, 31, 22, 41, 32, 51, 42}), told).IsTrue());
+      Compare(truth, kSlot, Bytes({11, 12, 11, 12, 31, 22, 41, 32, 51, 42}), told).Agrees());
   const std::string cut = Bytes({11, 12, 11, 12, 31, 22, 41, 32});
   EXPECT_EQ(Compare(truth, kSlot, cut, told).lost, 1);
-  EXPECT_FALSE(Compare(truth, kSlot, Bytes({11, 12, 11, 12, 31, 22, 41, 32, 51, 42})).IsTrue());
+  EXPECT_FALSE(Compare(truth, kSlot, Bytes({11, 12, 11, 12, 31, 22, 41, 32, 51, 42})).Agrees());
 }
 
 TEST(Comparison, CountsASetThatIsMissingInTheMiddle) {
@@ -176,7 +176,7 @@ TEST(Comparison, CountsARowThatStandsThereTwice) {
 TEST(Comparison, CountsAColumnThatRunsAhead) {
   const Findings found = Compare(ThreeSets(), kSlot, Bytes({11, 22, 11, 22, 21, 32}));
   EXPECT_EQ(found.shifted, 1);
-  EXPECT_FALSE(found.IsTrue());
+  EXPECT_FALSE(found.Agrees());
 }
 
 TEST(Comparison, CountsACutEndAsTorn) {
@@ -190,7 +190,7 @@ TEST(Comparison, ExpectsNoSetThatARestartedInstrumentForgot) {
       "sample 30 1 1 1 31\nsample 30 1 2 1 32\n"
       "handed 31 1 1 1 31 good\nhanded 31 1 2 1 32 good\n");
   const Findings found = Compare(ReadLineTruth(file, {}), kSlot, Bytes({11, 12, 11, 12, 31, 32}));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
 }
 
 TEST(Comparison, TakesTheLastWordBeforeACutForNoPromise) {
@@ -198,7 +198,7 @@ TEST(Comparison, TakesTheLastWordBeforeACutForNoPromise) {
       "sample 10 1 1 1 11\nsample 10 1 2 1 12\n"
       "handed 21 1 1 1 11 good\nhanded 21 1 2 1 12 good\n");
   const Findings found = Compare(ReadLineTruth(file, {2}), kSlot, Bytes({11, 9, 11, 9}), Filled(1));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.excused, 1);
   EXPECT_EQ(found.losses, 1);
 }
@@ -208,11 +208,11 @@ TEST(Comparison, CountsASingleColumnThatTheUserWasToldToBeUncertain) {
   const RecordedSlot slot{"A.OVN", 1, {2}};
   const Findings found =
       Compare(ThreeSets("lost"), slot, Bytes({12, 12, 32}), Uncertain(2, ToldDoubt::kOpen));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.losses, 1);
   EXPECT_EQ(found.in_doubt, 1);
-  EXPECT_FALSE(Compare(ThreeSets("lost"), slot, Bytes({12, 12, 32})).IsTrue());
-  EXPECT_FALSE(Compare(ThreeSets(), slot, Bytes({12, 12, 32}), Uncertain(2, 2)).IsTrue());
+  EXPECT_FALSE(Compare(ThreeSets("lost"), slot, Bytes({12, 12, 32})).Agrees());
+  EXPECT_FALSE(Compare(ThreeSets(), slot, Bytes({12, 12, 32}), Uncertain(2, 2)).Agrees());
 }
 
 // Input 2 is sampled 7 s after input 1.
@@ -222,7 +222,7 @@ TEST(Comparison, KnowsTheSamplesOfASetThatLieApart) {
       "handed 22 1 2 1 12 good\nhanded 23 1 1 2 21 good\nsample 27 1 2 2 22\n"
       "handed 28 1 2 2 22 good\nsample 30 1 1 3 31\nhanded 31 1 1 3 31 good\n");
   const Findings found = Compare(ReadLineTruth(file, {}), kSlot, Bytes({11, 12, 11, 12, 21, 22}));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
 }
 
 // Four sets of inputs 1 and 2, of which a full buffer has lost the first for input 1 and the
@@ -250,13 +250,13 @@ Told Lost(int sets, bool is_about = false) {
 TEST(Comparison, WantsSetsThatAFullBufferLostToBeTold) {
   const std::string bytes = Bytes({31, 32, 31, 32, 41, 42, 51, 52});
   const Findings found = Compare(Overrun(), kSlot, bytes, Lost(2));
-  EXPECT_TRUE(found.IsTrue());
+  EXPECT_TRUE(found.Agrees());
   EXPECT_EQ(found.lost, 2);
   EXPECT_EQ(found.told_lost, 2);
-  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes).IsTrue());
-  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(3)).IsTrue());
-  EXPECT_TRUE(Compare(Overrun(), kSlot, bytes, Lost(3, true)).IsTrue());
-  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(9, true)).IsTrue());
+  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes).Agrees());
+  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(3)).Agrees());
+  EXPECT_TRUE(Compare(Overrun(), kSlot, bytes, Lost(3, true)).Agrees());
+  EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(9, true)).Agrees());
 }
 
 TEST(Comparison, FindsAColumnThatAFullBufferShifted) {
@@ -264,7 +264,7 @@ TEST(Comparison, FindsAColumnThatAFullBufferShifted) {
       Compare(Overrun(), kSlot, Bytes({21, 32, 21, 32, 31, 42, 41, 52}), Lost(2));
   EXPECT_GT(found.wrong, 0);
   EXPECT_EQ(found.shifted, 1);
-  EXPECT_FALSE(found.IsTrue());
+  EXPECT_FALSE(found.Agrees());
 }
 
 TEST(Comparison, FindsSeveralMissingSetsInOnePlace) {

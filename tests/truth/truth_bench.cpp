@@ -139,7 +139,7 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   object(is_healthy && found.told_filled + found.told_uncertain > 0, "doubts on a healthy line");
   object(!bench.overruns && overruns > 0, "sets lost within the buffer");
   object(run.HeardByForeign() > 0, "commands to a foreign device");
-  is_good = is_good && verdict.empty() && found.IsTrue();
+  is_good = is_good && verdict.empty() && found.Agrees();
   std::printf("%s %s\n", is_good ? "true" : "BROKEN", verdict.c_str());
   for (const std::string& detail : is_good ? std::vector<std::string>() : found.details) {
     std::printf("    %s\n", detail.c_str());

@@ -96,7 +96,7 @@ class PumpInDanger : public testing::Test, public LoopMachine {
 };
 
 TEST_F(PumpInDanger, LosesNoSetOfTwelveRecordings) {
-  Tavrel form({program.sheet, program.window, program.cycle, program.start_up}, kSlots);
+  Tavrel form({program.sheet, program.commands, program.cycle, program.start_up}, kSlots);
   form.show();
   const QDeadlineTimer limit(std::chrono::seconds(60));
   while (FewestRows() < kEnoughRows && !limit.hasExpired()) {
@@ -113,9 +113,9 @@ TEST_F(PumpInDanger, LosesNoSetOfTwelveRecordings) {
     const RecordedSlot recording = RecordingOf(slot);
     const std::string bytes = home.Read("tavdat/" + recording.file);
     const Findings findings = Compare(truth, recording, bytes.substr(sizeof(UnitRecord)));
-    EXPECT_TRUE(findings.IsTrue()) << testing::PrintToString(findings.details);
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
   }
-  program.window.Close();
+  program.commands.Close();
 }
 
 }  // namespace

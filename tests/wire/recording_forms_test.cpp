@@ -38,7 +38,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     program.PrepareStart(GetParam(), kName, header);
     ASSERT_TRUE(program.start_up.MainFormLoad());
     form = std::make_unique<Tavrel>(
-        Tavrel::Parts{program.sheet, program.window, program.cycle, program.start_up}, 1);
+        Tavrel::Parts{program.sheet, program.commands, program.cycle, program.start_up}, 1);
     form->show();
     ASSERT_TRUE(WaitUntil([this] { return program.cycle.IsEnabled(); }));
   }
@@ -96,7 +96,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
     const Findings findings = Compare(truth, {files.front(), kInet, kRecorded}, all);
-    EXPECT_TRUE(findings.IsTrue()) << testing::PrintToString(findings.details);
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
     EXPECT_EQ(findings.excused, 0);
     EXPECT_EQ(truth.overruns, 0);
     EXPECT_EQ(HandedSets(truth, {files.front(), kInet, kRecorded}), RowsIn(all) - 1);
@@ -230,13 +230,13 @@ TEST_P(RecordingForms, LoseNothingIfTheProgramEndsDuringTheStart) {
   Then("TavWait", [this] {
     EXPECT_FALSE(form->close());
     EXPECT_TRUE(form->isVisible());
-    EXPECT_FALSE(program.window.HasEnded());
+    EXPECT_FALSE(program.commands.HasEnded());
   });
   program.state.SettingsChanged = true;  // as they were given by the test, not read from a file
   RunWorksheet();
   form->findChild<QTimer*>("Timer_Main")->stop();  // its next tick would end this process
-  program.window.Close();
-  ASSERT_TRUE(program.window.HasEnded());
+  program.commands.Close();
+  ASSERT_TRUE(program.commands.HasEnded());
   EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
 
   ProgramLogic next(program.All());
@@ -250,7 +250,7 @@ TEST_P(RecordingForms, LoseNothingIfTheProgramEndsDuringTheStart) {
     next.cycle.Tick();
     return next.state.SampleCount[1] >= 6;
   }));
-  next.window.Close();
+  next.commands.Close();
   ExpectTruth({kName});
 }
 

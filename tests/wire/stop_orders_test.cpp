@@ -48,7 +48,7 @@ TEST_P(EndActionOnTheWire, SwitchesOffAndEndsTheProgramHoweverTheOrderGoes) {
 TEST_P(EndActionOnTheWire, IsTriedOnceMoreAtTheEndOfTheProgram) {
   End();
   instrument.Forget();
-  program.window.Close();
+  program.commands.Close();
   ExpectTelegrams(Fails() ? off : Telegrams{});
   EXPECT_FALSE(program.home.Exists(kStopOrdersFile));
 }

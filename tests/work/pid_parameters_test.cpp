@@ -134,13 +134,13 @@ TEST_F(Pid, SendsOnlyWhatChanged) {
 
 TEST_F(Pid, SwitchesOnAgainBeforeTheProgramEnds) {
   bench.screens.on_show = [this](View) {
-    bench.window.Close();
-    EXPECT_FALSE(bench.window.HasEnded()) << "the controller is off";
+    bench.commands.Close();
+    EXPECT_FALSE(bench.commands.HasEnded()) << "the controller is off";
   };
   Ok(3, "200");
   EXPECT_EQ(Register('Z'), 2);
-  bench.window.Close();
-  EXPECT_TRUE(bench.window.HasEnded());
+  bench.commands.Close();
+  EXPECT_TRUE(bench.commands.HasEnded());
 }
 
 TEST_F(Pid, LeavesAControllerOffThatWasOff) {

@@ -340,8 +340,8 @@ TEST_F(WorksheetButtons, FinishAStartBeforeTheProgramEnds) {
   Open();
   bool has_ended = true;
   dialog[View::kTavWait] = [&] {
-    bench.window.Close();
-    has_ended = bench.window.HasEnded();
+    bench.commands.Close();
+    has_ended = bench.commands.HasEnded();
   };
   worksheet.cmd_Rec_Click(1);
   EXPECT_FALSE(has_ended) << "the instrument samples, and the file does not tell it yet";
@@ -349,8 +349,8 @@ TEST_F(WorksheetButtons, FinishAStartBeforeTheProgramEnds) {
   for (int input = 1; input <= 2; ++input) {
     bench.line.buffers[{kInet, input}] = {7, 8};
   }
-  bench.window.Close();
-  EXPECT_TRUE(bench.window.HasEnded());
+  bench.commands.Close();
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_EQ(FileHeader(kName).UnitRecOn, 1) << "the next start goes on with it";
   EXPECT_EQ(bench.Samples(kName), (std::vector<std::int16_t>{7, 7, 7, 7}));
   EXPECT_FALSE(bench.state.SlotFileNo[1].IsOpen());
@@ -360,8 +360,8 @@ TEST_F(WorksheetButtons, DoNotHoldUpTheEndAfterAStartThatFailed) {
   Open();
   bench.line.refused = {'R'};
   worksheet.cmd_Rec_Click(1);
-  bench.window.Close();
-  EXPECT_TRUE(bench.window.HasEnded());
+  bench.commands.Close();
+  EXPECT_TRUE(bench.commands.HasEnded());
   EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
 }
 

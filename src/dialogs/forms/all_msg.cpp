@@ -21,7 +21,7 @@ QLabel* MakePicture(const char* name, QStyle::StandardPixmap picture, QWidget* p
 
 }  // namespace
 
-AllMsg::AllMsg(MessageForm& message)
+AllMsg::AllMsg(MessageBoxLogic& message)
     : ModalForm(message, "ALL_MSG", message.Request().Title), message_(message) {
   MakePictures();
   MakeLines();
@@ -83,8 +83,8 @@ void AllMsg::UpdateWidgets() {
   img_attention_->setVisible(message_.Request().Img_Attention);
   img_question_->setVisible(message_.Request().Img_Question);
   cmd_cancel_->setVisible(message_.Request().CmdCancel);
-  cmd_ok_->setToolTip(QtText(MessageForm::kOkTip.In(language)));
-  cmd_cancel_->setToolTip(QtText(MessageForm::kCancelTip.In(language)));
+  cmd_ok_->setToolTip(QtText(MessageBoxLogic::kOkTip.In(language)));
+  cmd_cancel_->setToolTip(QtText(MessageBoxLogic::kCancelTip.In(language)));
 }
 
 }  // namespace tavrel

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 #include "widgets/modal_form.h"
 
 class QLabel;
@@ -16,7 +16,7 @@ class AllMsg : public ModalForm {
   Q_OBJECT
  public:
   // `message` outlives the form.
-  explicit AllMsg(MessageForm& message);
+  explicit AllMsg(MessageBoxLogic& message);
 
  protected:
   void UpdateWidgets() override;
@@ -27,7 +27,7 @@ class AllMsg : public ModalForm {
   void MakeButtons();
   void Arrange();
 
-  MessageForm& message_;
+  MessageBoxLogic& message_;
   std::array<QLabel*, 3> msg_{};
   QLabel* img_attention_ = nullptr;
   QLabel* img_question_ = nullptr;

@@ -342,7 +342,7 @@ void TavGraph::Tick() {
 // A view that has just come to the front is drawn without waiting for the next tick, so that it
 // does not flash white and the mouse meets its scale.
 void TavGraph::AfterSwitch() {
-  if (graph_.Values().frCurve != graph_.Inside().ViewShown) {
+  if (graph_.Values().frCurve != graph_.State().ViewShown) {
     Tick();
   } else {
     AfterEvent();
@@ -403,7 +403,7 @@ void TavGraph::ShowTools(const GraphValues& now) {
 // A control that a drawing hides or disables loses the keyboard to another one. Behind the drawing
 // it has it again, unless the user went elsewhere meanwhile.
 void TavGraph::KeepKeyboard(QWidget* before) {
-  if (graph_.Inside().GraphBusy) {
+  if (graph_.State().GraphBusy) {
     if (before != focusWidget()) {
       asleep_ = before;
       instead_of_asleep_ = focusWidget();

@@ -107,12 +107,12 @@ void Tavrel::MakeMenu() {
 QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
   auto* action = new QAction(Text(entry.Caption), this);
   action->setObjectName(Text(entry.Control));
-  action->setEnabled(parts_.window.IsEnabled(entry));
+  action->setEnabled(parts_.commands.IsEnabled(entry));
   if (entry.Action == MenuAction::kHelp) {
     action->setShortcut(QKeySequence::HelpContents);
   }
   connect(action, &QAction::triggered, this, [this, &entry] {
-    parts_.window.Choose(entry);
+    parts_.commands.Choose(entry);
     AfterEvent();
   });
   return action;
@@ -229,14 +229,14 @@ void Tavrel::RunTick() {
 }
 
 void Tavrel::closeEvent(QCloseEvent* event) {
-  parts_.window.Close();
-  event->setAccepted(parts_.window.HasEnded());
+  parts_.commands.Close();
+  event->setAccepted(parts_.commands.HasEnded());
   AfterEvent();
 }
 
 void Tavrel::AfterEvent() {
   UpdateWidgets();
-  if (parts_.window.HasEnded()) {
+  if (parts_.commands.HasEnded()) {
     timer_main_.stop();
     QCoreApplication::exit(0);
   }

@@ -5,9 +5,9 @@
 #include <QTimer>
 
 #include "main/forms/sheet_table.h"
+#include "main/main_commands.h"
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
-#include "main/main_window.h"
 #include "main/start_up.h"
 
 class QAction;
@@ -25,7 +25,7 @@ class Tavrel : public QMainWindow {
  public:
   struct Parts {  // all outlive the form
     MainSheet& sheet;
-    MainWindow& window;
+    MainCommands& commands;
     MainCycle& cycle;
     StartUp& start_up;
   };

@@ -1,4 +1,4 @@
-#include "dialogs/message_form.h"
+#include "dialogs/message_box_logic.h"
 
 #include <algorithm>
 #include <string_view>
@@ -26,7 +26,7 @@ std::array<std::string, 3> ThreeLines(std::string_view text) {
 
 }  // namespace
 
-bool MessageForm::Ask(const MessageRequest& request) {
+bool MessageBoxLogic::Ask(const MessageRequest& request) {
   request_ = request;
   msg_ = ThreeLines(request.Text);
   ask_result_ = false;
@@ -36,17 +36,17 @@ bool MessageForm::Ask(const MessageRequest& request) {
   return ask_result_;
 }
 
-void MessageForm::CmdOK_Click() {
+void MessageBoxLogic::CmdOK_Click() {
   Answer(true);
 }
 
-void MessageForm::CmdCancel_Click() {
+void MessageBoxLogic::CmdCancel_Click() {
   if (request_.CmdCancel) {
     Answer(false);
   }
 }
 
-void MessageForm::Answer(bool result) {
+void MessageBoxLogic::Answer(bool result) {
   ask_result_ = result;
   CloseScreen();
 }

@@ -1,4 +1,4 @@
-#include "main/main_window.h"
+#include "main/main_commands.h"
 
 #include <chrono>
 #include <string>
@@ -21,13 +21,13 @@ Notice ExitQuestion() {
 
 }  // namespace
 
-bool MainWindow::IsEnabled(const MenuEntry& entry) const {
+bool MainCommands::IsEnabled(const MenuEntry& entry) const {
   const bool opens_a_form =
       entry.Action == MenuAction::kShow || entry.Action == MenuAction::kSettings;
   return !opens_a_form || parts_.screens.Has(entry.Opens);
 }
 
-void MainWindow::Choose(const MenuEntry& entry) {
+void MainCommands::Choose(const MenuEntry& entry) {
   switch (entry.Action) {
     case MenuAction::kHeading:
       return;
@@ -46,7 +46,7 @@ void MainWindow::Choose(const MenuEntry& entry) {
   }
 }
 
-void MainWindow::ShowForm(const MenuEntry& entry) {
+void MainCommands::ShowForm(const MenuEntry& entry) {
   parts_.events.SetPointer(Pointer::kHourglass);
   if (entry.HidesCommands) {
     parts_.sheet.ShowCommands(false);
@@ -61,7 +61,7 @@ void MainWindow::ShowForm(const MenuEntry& entry) {
   parts_.events.SetPointer(Pointer::kNormal);
 }
 
-void MainWindow::LinkOpen() {
+void MainCommands::LinkOpen() {
   const SettingsValues& settings = parts_.state.Settings;
   const bool was_simulated = parts_.link.Simulated;
   parts_.link.LinkOpen({settings.CommPort, settings.ComMode, settings.TypeSel});
@@ -69,11 +69,11 @@ void MainWindow::LinkOpen() {
   parts_.sheet.SetCaptionAndTips();
 }
 
-Notice MainWindow::PortErrorNotice(BoxIcon icon) const {
+Notice MainCommands::PortErrorNotice(BoxIcon icon) const {
   return {parts_.link.PortErrorText, "Open " + Trim(parts_.state.Settings.CommPort), icon};
 }
 
-void MainWindow::MnuSettings() {
+void MainCommands::MnuSettings() {
   if (IsEnding()) {
     return;  // at the box before this
   }
@@ -94,13 +94,13 @@ void MainWindow::MnuSettings() {
   parts_.sheet.ShowCommands(true);
 }
 
-void MainWindow::MnuExit() {
+void MainCommands::MnuExit() {
   if (parts_.dialogs.AskOk(ExitQuestion())) {
     Close();
   }
 }
 
-void MainWindow::Close() {
+void MainCommands::Close() {
   if (ended_ || parts_.state.Unfinished > 0) {
     return;
   }
@@ -108,16 +108,16 @@ void MainWindow::Close() {
   ShutDown();
 }
 
-void MainWindow::ShutDown() {
+void MainCommands::ShutDown() {
   parts_.cycle.Stop();
   parts_.events.SetPointer(Pointer::kHourglass);
   MarkLastSets();
-  ReadOut();
+  DrainInstruments();
   SaveEverything();
   parts_.events.SetPointer(Pointer::kNormal);
 }
 
-void MainWindow::MarkLastSets() {
+void MainCommands::MarkLastSets() {
   RunState& state = parts_.state;
   for (int slot = 1; slot <= kSlots; ++slot) {
     const bool reads = state.ReadState[slot] >= ReadState::kReading;
@@ -130,7 +130,7 @@ void MainWindow::MarkLastSets() {
 // Takes what the instruments hold for the set in hand, and sends what is still to be switched off,
 // at most 10 s. Where only waiting slots are left, nothing can change any more, unless a set is
 // held or a controller has not acknowledged that it is off: these are worth waiting for.
-void MainWindow::ReadOut() {
+void MainCommands::DrainInstruments() {
   const auto begin = parts_.clock.Elapsed();
   next_stop_ = begin + kRetryStop;
   bool is_first = true;
@@ -152,7 +152,7 @@ void MainWindow::ReadOut() {
 }
 
 // A comparison of columns waits for its next look without an exchange, for up to an interval.
-void MainWindow::PumpOrRest() {
+void MainCommands::PumpOrRest() {
   const auto before = parts_.link.Exchanges();
   parts_.engine.PumpOnce();
   if (parts_.link.Exchanges() == before) {
@@ -161,7 +161,7 @@ void MainWindow::PumpOrRest() {
 }
 
 // Once a second, and not before the sets had theirs, if there are any to read.
-void MainWindow::RepeatStopOrders(bool at_once) {
+void MainCommands::RepeatStopOrders(bool at_once) {
   const auto now = parts_.clock.Elapsed();
   if (parts_.engine.Orders().CanSend() && (at_once || now >= next_stop_)) {
     parts_.engine.Orders().Repeat();
@@ -170,7 +170,7 @@ void MainWindow::RepeatStopOrders(bool at_once) {
 }
 
 // False if there is nothing to wait for.
-bool MainWindow::WaitForMore() {
+bool MainCommands::WaitForMore() {
   if (ReviveHeldSets()) {
     return true;
   }
@@ -181,14 +181,14 @@ bool MainWindow::WaitForMore() {
   return waits;
 }
 
-void MainWindow::LetLineSettle() {
+void MainCommands::LetLineSettle() {
   const std::chrono::milliseconds time = parts_.link.SettleTime();
   if (time.count() > 0) {
     parts_.events.Rest(time);
   }
 }
 
-bool MainWindow::AnyKeepsReading() {
+bool MainCommands::AnyKeepsReading() {
   RunState& state = parts_.state;
   bool any = false;
   for (int slot = 1; slot <= kSlots; ++slot) {
@@ -204,7 +204,7 @@ bool MainWindow::AnyKeepsReading() {
   return any;
 }
 
-bool MainWindow::AllWait() const {
+bool MainCommands::AllWait() const {
   for (const ReadState read_state : parts_.state.ReadState) {
     if (read_state >= ReadState::kReading) {
       return false;
@@ -214,7 +214,7 @@ bool MainWindow::AllWait() const {
 }
 
 // Waits a second and lets the slots with a set in hand try again; false if there are none.
-bool MainWindow::ReviveHeldSets() {
+bool MainCommands::ReviveHeldSets() {
   RunState& state = parts_.state;
   bool any = false;
   for (int slot = 1; slot <= kSlots; ++slot) {
@@ -230,7 +230,7 @@ bool MainWindow::ReviveHeldSets() {
   return any;
 }
 
-void MainWindow::SaveEverything() {
+void MainCommands::SaveEverything() {
   RunState& state = parts_.state;
   std::vector<std::string> unsaved;
   for (int slot = 1; slot <= kSlots; ++slot) {

@@ -1,5 +1,5 @@
-#ifndef TAVREL_DIALOGS_MESSAGE_FORM_H_
-#define TAVREL_DIALOGS_MESSAGE_FORM_H_
+#ifndef TAVREL_DIALOGS_MESSAGE_BOX_LOGIC_H_
+#define TAVREL_DIALOGS_MESSAGE_BOX_LOGIC_H_
 
 #include <array>
 #include <optional>
@@ -24,13 +24,13 @@ struct MessageRequest {
 // ALL_MSG, the family's own message box with one or two answers: what its form shows. One
 // instance for the life of the program; the form is open at most once. The boxes of this
 // program are those of the platform; the form stands by for the instruments that want it.
-class MessageForm : public ModalScreen {
+class MessageBoxLogic : public ModalScreen {
  public:
   static constexpr BothLanguages kOkTip{" ok   (enter-key)", " Ja  (Eingabe-Taste) "};
   static constexpr BothLanguages kCancelTip{" cancel  (esc-key) ", " cancel  (esc-key) "};
 
   // All outlive this.
-  MessageForm(RunState& state, Screens& screens)
+  MessageBoxLogic(RunState& state, Screens& screens)
       : ModalScreen(state, View::kAllMsg), state_(state), screens_(screens) {}
 
   // Shows the form and gives AskResult.
@@ -65,4 +65,4 @@ class MessageForm : public ModalScreen {
 
 }  // namespace tavrel
 
-#endif  // TAVREL_DIALOGS_MESSAGE_FORM_H_
+#endif  // TAVREL_DIALOGS_MESSAGE_BOX_LOGIC_H_

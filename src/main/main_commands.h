@@ -1,5 +1,5 @@
-#ifndef TAVREL_MAIN_MAIN_WINDOW_H_
-#define TAVREL_MAIN_MAIN_WINDOW_H_
+#ifndef TAVREL_MAIN_MAIN_COMMANDS_H_
+#define TAVREL_MAIN_MAIN_COMMANDS_H_
 
 #include <chrono>
 
@@ -19,7 +19,7 @@
 namespace tavrel {
 
 // The commands of the main form's menu and the way out of the program.
-class MainWindow {
+class MainCommands {
  public:
   struct Parts {  // all outlive this
     RunState& state;
@@ -35,7 +35,7 @@ class MainWindow {
     Shell& shell;
     const Clock& clock;
   };
-  explicit MainWindow(const Parts& parts) : parts_(parts) {}
+  explicit MainCommands(const Parts& parts) : parts_(parts) {}
 
   // False for an entry whose form this program does not have: it is greyed.
   [[nodiscard]] bool IsEnabled(const MenuEntry& entry) const;
@@ -73,7 +73,7 @@ class MainWindow {
   void ShowForm(const MenuEntry& entry);
   void ShutDown();
   void MarkLastSets();
-  void ReadOut();
+  void DrainInstruments();
   void PumpOrRest();
   void RepeatStopOrders(bool at_once);
   [[nodiscard]] bool WaitForMore();
@@ -89,4 +89,4 @@ class MainWindow {
 
 }  // namespace tavrel
 
-#endif  // TAVREL_MAIN_MAIN_WINDOW_H_
+#endif  // TAVREL_MAIN_MAIN_COMMANDS_H_

@@ -1,0 +1,225 @@
+#include <algorithm>
+#include <utility>
+
+#include "files/column_keeper.h"
+#include "files/recording_format.h"
+
+// What the keeper of the columns does about a full buffer, and how many sets it has cost.
+namespace tavrel {
+
+namespace {
+
+// A full buffer has lost at most so many samples more of one input than of another: one by the
+// order in which they are sampled, one for each exchange that failed while room was made.
+constexpr int kWidestShift = 5;
+
+// Room of two sets is enough where an interval is long and the order is known: one more is made
+// while the inputs are compared.
+constexpr int kSetsOfKnownOrder = 2;
+constexpr int kLongInterval = 10;  // seconds
+
+// A wall clock's time as a count of seconds.
+std::int64_t WallSeconds(const WallTime& time) {
+  using std::chrono::day;
+  using std::chrono::month;
+  using std::chrono::year;
+  const std::chrono::sys_days date = year(time.Year) / month(static_cast<unsigned>(time.Month)) /
+                                     day(static_cast<unsigned>(time.Day));
+  const std::int64_t days = date.time_since_epoch().count();
+  return (((days * 24 + time.Hour) * 60 + time.Minute) * 60) + time.Second;
+}
+
+}  // namespace
+
+void ColumnKeeper::NoteStored(int slot, int input, int count) {
+  if (MayBeFull(slot, input, count)) {
+    BeginFull(slot, input);
+  }
+}
+
+void ColumnKeeper::BeginFull(int slot, int input) {
+  const ColumnEvidence& evidence = EvidenceOf(slot);
+  Column& column = columns_[slot];
+  if (column.full.At() != FullBuffer::Stage::kIdle) {
+    return;
+  }
+  column.before = evidence;
+  column.is_suspicion = false;
+  column.doubted.clear();
+  const int sets = SetsOfRoom(slot);
+  column.full.Begin(RecordedInputs(slot), sets);
+  state_.ColumnsInDoubt[slot] = true;
+  if (sets == 0) {
+    CompareFull(slot);
+    NoteStillFull(slot, input);
+  }
+}
+
+// Where fewer than two columns are certain there is nothing to compare, and no set is given up.
+int ColumnKeeper::SetsOfRoom(int slot) const {
+  const ColumnEvidence& evidence = columns_[slot].evidence;
+  const std::vector<int> inputs = RecordedInputs(slot);
+  const auto certain = std::count_if(inputs.begin(), inputs.end(),
+                                     [&](int each) { return evidence.IsCertain(each); });
+  if (certain < 2) {
+    return 0;
+  }
+  const bool is_long = state_.RecInterval[slot] >= kLongInterval;
+  return is_long && evidence.IsOrderKnown() ? kSetsOfKnownOrder : FullBuffer::kMostSets;
+}
+
+// A full buffer seen in a doubt: room is made first. One that is full again before it is decided
+// cannot be compared: further sets would be given up for nothing.
+void ColumnKeeper::CountFull(int slot, int input) {
+  Column& column = columns_[slot];
+  if (column.full.At() == FullBuffer::Stage::kIdle) {
+    BeginFull(slot, input);
+    return;
+  }
+  column.evidence.GiveUp();
+  if (!column.stored) {
+    NoteStillFull(slot, input);
+  }
+}
+
+// Counts what the full buffer has cost: `count` values of the input were left at that time.
+void ColumnKeeper::NoteLost(int slot, int input, int count, Time when) {
+  Column& column = columns_[slot];
+  const int row = IsHalfRead(slot) && !state_.SampleSeen[slot][input] ? 1 : 0;
+  column.stored = count + row;
+  column.lost = column.before->MadeSince(input, when);
+}
+
+// As long as the buffer stays full it may lose one set more until the next value is read.
+void ColumnKeeper::NoteStillFull(int slot, int input) {
+  NoteLost(slot, input, kBufferSets, clock_.Elapsed());
+  Column& column = columns_[slot];
+  if (column.lost) {
+    ++column.lost->most;
+  }
+  column.is_still_full = true;
+}
+
+ColumnKeeper::Deed ColumnKeeper::NextOfFull(int slot) {
+  Column& column = columns_[slot];
+  if (column.full.Input() != 0) {
+    return {Deed::kDiscard, column.full.Input()};
+  }
+  if (!column.evidence.AnyDoubt()) {
+    return {Deed::kDecide, 0};
+  }
+  const auto look = column.evidence.NextLook();
+  const bool is_due = look.input != 0 && look.not_before <= clock_.Elapsed();
+  return is_due ? Deed{Deed::kCount, look.input} : Deed{};
+}
+
+void ColumnKeeper::Discarded(int slot, int input, bool had_value, const Exchange& when) {
+  Column& column = columns_[slot];
+  const bool is_aligning = column.full.At() == FullBuffer::Stage::kAlign;
+  if (is_aligning && had_value) {
+    column.evidence.NoteTaken(input, when);
+  }
+  column.full.TakeInput();
+  if (!is_aligning && column.full.At() == FullBuffer::Stage::kCompare) {
+    CompareFull(slot);
+  }
+}
+
+void ColumnKeeper::CompareFull(int slot) {
+  Column& column = columns_[slot];
+  column.lost.reset();
+  column.stored.reset();
+  column.is_still_full = false;
+  column.evidence.Realign(kWidestShift);
+  column.full.Compare();
+}
+
+bool ColumnKeeper::CarryOutFull(int slot) {
+  Column& column = columns_[slot];
+  if (column.full.At() == FullBuffer::Stage::kCompare) {
+    std::vector<int> behind;
+    for (const int input : RecordedInputs(slot)) {
+      behind.insert(behind.end(), static_cast<std::size_t>(column.evidence.Behind(input)), input);
+    }
+    column.full.Align(std::move(behind));
+    if (!column.full.IsOver()) {
+      return true;
+    }
+  }
+  std::vector<int> uncertain;
+  for (const int input : RecordedInputs(slot)) {
+    const auto place = static_cast<std::size_t>(input);
+    const bool is_new = !state_.Columns[slot].IsUncertain.at(place);
+    if (is_new && !column.evidence.IsCertain(input)) {
+      state_.Columns[slot].IsUncertain.at(place) = true;
+      uncertain.push_back(input);
+    }
+  }
+  if (!Fill(slot, IsHalfRead(slot) ? MissingInputs(slot) : std::vector<int>())) {
+    return false;
+  }
+  TellLostSets(slot);
+  Tell(slot, uncertain,
+       "the buffer of the instrument was full; from here on the values may stand in a wrong row");
+  column.full.End();
+  EndDoubt(slot);
+  return true;
+}
+
+// By the clock that nobody sets; where it does not reach, about so many by the wall clock.
+ColumnKeeper::LostSets ColumnKeeper::CountLostSets(int slot) const {
+  const Column& column = columns_[slot];
+  const std::int64_t last = state_.Columns[slot].LastSet;
+  const std::int64_t stored = column.stored.value_or(kBufferSets);
+  std::int64_t made = 0;
+  if (column.lost) {
+    made = (column.lost->least + column.lost->most) / 2;
+  } else if (last != 0) {
+    made = (WallSeconds(clock_.Now()) - last) / state_.RecInterval[slot];
+  } else {
+    return {};
+  }
+  return {std::max<std::int64_t>(made - stored + column.evidence.Aligned(), 0),
+          column.lost && column.lost->least == column.lost->most};
+}
+
+std::string ColumnKeeper::TextOf(const LostSets& lost) {
+  if (!lost.count) {
+    return "an unknown number of sets was";
+  }
+  return (lost.is_exact ? "" : "about ") + std::to_string(*lost.count) +
+         (lost.count == 1 ? " set was" : " sets were");
+}
+
+// A buffer that is met full again before the next row has cost only what has been lost since.
+void ColumnKeeper::TellLostSets(int slot) {
+  Column& column = columns_[slot];
+  const LostSets lost = CountLostSets(slot);
+  const std::int32_t row = state_.SampleCount[slot] + (IsHalfRead(slot) ? 1 : 0);
+  const bool was_told = std::exchange(column.told_row, row) == row;
+  const std::int64_t stored = column.stored.value_or(kBufferSets);
+  state_.Columns[slot].LastSet = WallSeconds(clock_.Now()) - stored * state_.RecInterval[slot];
+  if (was_told && lost.count.value_or(0) == 0) {
+    return;
+  }
+  const std::string where = state_.SlotFile[slot] + ": row " + std::to_string(row) + ": ";
+  messages_.Report(slot, {where + "the buffer of the instrument was full; before this row " +
+                              TextOf(lost) + " lost",
+                          "Read  Tavrel"});
+}
+
+// When the set in hand was made. Sets that wait behind it were made since: where the clock tells
+// how many, it is that old; else it was made an interval after the one before it.
+std::int64_t ColumnKeeper::TimeOfSet(int slot) {
+  const std::int64_t now = WallSeconds(clock_.Now());
+  for (const int input : RecordedInputs(slot)) {
+    const auto waiting = columns_[slot].evidence.MadeSince(input, clock_.Elapsed());
+    if (waiting) {
+      return now - (std::max<std::int64_t>(waiting->least, 0) * state_.RecInterval[slot]);
+    }
+  }
+  const std::int64_t last = state_.Columns[slot].LastSet;
+  return last == 0 ? now : std::min(last + state_.RecInterval[slot], now);
+}
+
+}  // namespace tavrel

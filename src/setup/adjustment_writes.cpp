@@ -1,0 +1,145 @@
+// What a run of the adjustment writes, and what becomes of writes that are not acknowledged.
+#include <algorithm>
+#include <utility>
+
+#include "base/number.h"
+#include "setup/adjustment_run.h"
+
+namespace tavrel {
+namespace {
+
+constexpr const char* kTitle = "adjustment";
+// Two registers in turn without an acknowledge: the instrument is silent, the others are not tried.
+constexpr Patience kPatience{3, 6};
+
+// The register of `letter` among those of a row.
+std::optional<std::int16_t>& WordOf(ChannelWords& words, const std::string& letter) {
+  if (letter == reg::kDivisorWhole) {
+    return words.J;
+  }
+  if (letter == reg::kDivisorFraction) {
+    return words.K;
+  }
+  return letter == reg::kOffset ? words.O : words.L;
+}
+
+}  // namespace
+
+void AdjustmentRun::BeginWrites(Items items) {
+  not_acknowledged_.clear();
+  writes_.Begin(std::move(items), kPatience);
+  is_writing_ = true;
+}
+
+// True once all is written, or given up.
+bool AdjustmentRun::StepWrites(const StepTime& time) {
+  is_writing_ = !writes_.Step(
+      parts_.link, inet_, time,
+      [this](const RegisterOfRow& at, std::optional<std::int16_t> word) { TakeWritten(at, word); });
+  return !is_writing_;
+}
+
+// Without its offset or divisor a row gets no sensor code.
+void AdjustmentRun::TakeWritten(const RegisterOfRow& at, std::optional<std::int16_t> word) {
+  WordOf(after_.at(Place(at.row)), at.letter) = word;
+  if (word) {
+    return;
+  }
+  not_acknowledged_.push_back(at);
+  writes_.DropRow(at.row);
+}
+
+void AdjustmentRun::WriteSensorNone(const char* instruction, AdjState next, const StepTime& time) {
+  const AdjState from = parts_.adj_state;
+  if (!is_writing_) {
+    parts_.values.MenusEnabled = false;
+    Say(instruction);
+    collector_.Arm();
+    Items items;
+    for (const int row : rows_) {
+      items.push_back({{reg::kSensorCode, row}, sensor::kNone});
+    }
+    BeginWrites(std::move(items));
+  }
+  const bool is_over = StepWrites(time);
+  if (!not_acknowledged_.empty()) {
+    EndWithLinearisedValues();
+  } else if (is_over) {
+    parts_.values.CmdOKShown = true;
+    Change(from, next);
+  }
+}
+
+void AdjustmentRun::EndWithLinearisedValues() {
+  std::string text = "The instrument did not acknowledge that row " +
+                     RowName(not_acknowledged_.front().row) +
+                     " gives raw readings (L = 0).\nThe adjustment ends.";
+  std::string changed;
+  for (const int row : rows_) {
+    if (after_.at(Place(row)).L == sensor::kNone) {
+      changed += " " + RowName(row);
+    }
+    journal_.AddAfter(row, after_.at(Place(row)));
+  }
+  text += changed.empty() ? "" : "\n\nThese rows have no sensor code now (L = 0):" + changed;
+  const AdjState from = parts_.adj_state;
+  is_writing_ = false;
+  writes_.Drop();
+  journal_.End("not acknowledged");
+  parts_.dialogs.Message({text, kTitle, BoxIcon::kWarning});
+  if (parts_.adj_state == from) {
+    End("");
+  }
+}
+
+void AdjustmentRun::WriteOffsets(AdjState next, const StepTime& time) {
+  const AdjState from = parts_.adj_state;
+  if (!is_writing_) {
+    JournalZero();
+    Items items;
+    for (const int row : rows_) {
+      const float mean = MeanOf(adj_offset_.at(Place(row)));
+      items.push_back({{reg::kOffset, row}, ToWord(double{mean})});
+    }
+    BeginWrites(std::move(items));
+  }
+  if (!StepWrites(time)) {
+    return;
+  }
+  if (!not_acknowledged_.empty()) {
+    DropFailedRows();
+  }
+  Change(from, next);
+}
+
+// The run goes on with the other rows.
+void AdjustmentRun::DropFailedRows() {
+  const std::string text = FailedRowsText();
+  for (const RegisterOfRow& at : not_acknowledged_) {
+    journal_.AddAfter(at.row, after_.at(Place(at.row)));
+    parts_.sheet.Deselect(at.row);
+    rows_.erase(std::remove(rows_.begin(), rows_.end(), at.row), rows_.end());
+  }
+  const AdjState from = parts_.adj_state;
+  parts_.dialogs.Message({text, kTitle, BoxIcon::kWarning});
+  if (rows_.empty() && parts_.adj_state == from) {
+    End("not acknowledged");
+  }
+}
+
+std::string AdjustmentRun::FailedRowsText() const {
+  if (not_acknowledged_.empty()) {
+    return "";
+  }
+  std::string text = "The instrument did not acknowledge:\n";
+  for (const RegisterOfRow& at : not_acknowledged_) {
+    const std::string letter = at.letter;
+    const char* const meaning = letter == reg::kSensorCode
+                                    ? ": it is not known whether the row has its sensor code"
+                                    : ": the row stays without a sensor code (L = 0)";
+    text += "\n    row " + RowName(at.row) + ", register " + letter + meaning;
+  }
+  return text + "\n\nAdjust these rows again.";
+}
+
+}  // namespace tavrel

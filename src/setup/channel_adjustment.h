@@ -1,0 +1,103 @@
+#ifndef TAVREL_SETUP_CHANNEL_ADJUSTMENT_H_
+#define TAVREL_SETUP_CHANNEL_ADJUSTMENT_H_
+
+#include <functional>
+#include <string>
+
+#include "base/language.h"
+#include "link/link.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "setup/adjustment_run.h"
+#include "setup/channel_sheet.h"
+#include "setup/channel_values.h"
+#include "setup/variable_transfer.h"
+#include "state/run_state.h"
+#include "state/screen_in_front.h"
+
+namespace tavrel {
+
+// TavChann: shows the sixteen channels of the selected instrument and leads through their
+// adjustment. A machine of steps, one step each time that the form's Timer_chann ticks; no step
+// holds the window for longer than half a second, and none begins while a box is open. All values
+// live in the instrument. One object is one showing of the form.
+class ChannelAdjustment {
+ public:
+  static constexpr int kTickMilliseconds = 100;
+
+  struct Parts {  // all outlive the dialog
+    RunState& state;
+    Link& link;
+    Dialogs& dialogs;
+    Events& events;
+    const Clock& clock;
+  };
+
+  // The instrument is the selected one, 1 while none is. If it has not answered last nothing is
+  // ever read.
+  explicit ChannelAdjustment(const Parts& parts);
+  ~ChannelAdjustment();
+  ChannelAdjustment(const ChannelAdjustment&) = delete;
+  ChannelAdjustment& operator=(const ChannelAdjustment&) = delete;
+
+  // False: the form closes.
+  [[nodiscard]] bool IsOpen() const { return screen_.IsInFront(); }
+
+  // What the form shows.
+  [[nodiscard]] const ChannelValues& Values() const { return values_; }
+  [[nodiscard]] Language TipLanguage() const { return LanguageOf(parts_.state.Settings.HelpLang); }
+
+  [[nodiscard]] AdjState State() const { return adj_state_; }
+
+  // One step.
+  void Timer_chann();
+
+  // The menus; without effect while they are disabled.
+  void Mnu_FeCuNi_Click() { BeginInputs(sensor::kFeCuNi); }
+  void Mnu_NiCrNi_Click() { BeginInputs(sensor::kNiCrNi); }
+  void Mnu_Linear_Click() { BeginInputs(sensor::kLinear); }
+  void Mnu_RTD_Click();
+  // `show` copies the values to the widgets; it is called for each register.
+  void Mnu_Save_Click(const std::function<void()>& show);
+  void Mnu_Load_Click(const std::function<void()>& show);
+
+  // A click on a row, 0..15: chooses it for the run. Nothing takes the choice back.
+  void Sheet_Click(int row);
+
+  void txt_Final_Change(const std::string& text) { values_.txt_Final = text; }
+
+  // The button and the Enter key.
+  void CmdOK_Click();
+
+  // Escape and the close box: drops the run; without one the form closes.
+  void Quit();
+
+ private:
+  void BeginInputs(std::int16_t sensor_code);
+  void Step();
+  void EmptySheet();
+  void ReadSensors(const StepTime& time);
+  void ReadActual(const StepTime& time);
+  void ReadBuffers(const StepTime& time);
+  void Idle(const StepTime& time);
+  void Change(bool is_over, AdjState from, AdjState to);
+  void ShowConnection();
+  [[nodiscard]] bool MayChooseMenu() const { return values_.MenusEnabled && !is_busy_; }
+
+  Parts parts_;
+  int inet_;
+  AdjState adj_state_;
+  ChannelValues values_;
+  ChannelSheet sheet_;
+  AdjustmentRun run_;
+  VariableTransfer transfer_;
+  std::chrono::nanoseconds adj_next_{};  // of the next refresh
+  bool is_refreshing_ = false;
+  bool is_busy_ = false;  // within a step, a box or a transfer
+  ScreenInFront screen_;
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_SETUP_CHANNEL_ADJUSTMENT_H_

@@ -1,0 +1,110 @@
+#include "setup/touched.h"
+
+#include <optional>
+
+#include "link/register_access.h"
+#include "setup/variable_file.h"
+
+namespace tavrel {
+namespace {
+
+bool IsOn(std::int16_t status) {
+  return status != controller::kOff && status != controller::kFail &&
+         status != controller::kUnknown;
+}
+
+std::string StatusText(std::int16_t status) {
+  switch (status) {
+    case controller::kIsotherm:
+      return "iso";
+    case controller::kDynamic:
+      return "dyn";
+    case controller::kDynamicFalling:
+      return "dyn-";
+    case controller::kTest:
+      return "test";
+    default:
+      return std::to_string(status);
+  }
+}
+
+bool Takes(const UnitRecord& unit, const Rows& rows) {
+  for (int input = 1; input <= kInputs; ++input) {
+    const auto place = static_cast<std::size_t>(input);
+    if (rows.at(place) && unit.UnitRole.at(place - 1) >= 1) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool IsOrder(const Variable& variable) {
+  const bool is_controller =
+      variable.letter == 'Z' && variable.row >= 1 && variable.row <= kControllers;
+  const bool is_command = variable.letter == 'G' && variable.row == 0;
+  return (is_controller || is_command) && variable.word != 0;
+}
+
+}  // namespace
+
+std::vector<std::string> ControllersAtWork(Link& link, int inet, const Rows& rows) {
+  std::vector<std::string> lines;
+  bool answers = true;
+  for (int ctrl = 1; ctrl <= kControllers; ++ctrl) {
+    if (!rows.at(static_cast<std::size_t>(ctrl))) {
+      continue;
+    }
+    const std::string name = "controller " + std::to_string(ctrl);
+    const std::optional<std::int16_t> status =
+        answers ? Read(link, Register{inet, reg::kControllerState, ctrl}).Word() : std::nullopt;
+    answers = status.has_value();
+    if (!status) {
+      lines.push_back(name + ", which may be on: it did not answer");
+    } else if (IsOn(*status)) {
+      lines.push_back(name + ", which is on (" + StatusText(*status) + ")");
+    }
+  }
+  return lines;
+}
+
+std::vector<std::string> RecordingsAtWork(const RunState& state, int inet, const Rows& rows) {
+  std::vector<std::string> lines;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const auto place = static_cast<std::size_t>(slot);
+    const UnitRecord& unit = state.Unit.at(place);
+    const bool records = !state.SlotFile.at(place).empty() && unit.UnitRecOn == 1;
+    if (records && unit.UnitInet == inet && Takes(unit, rows)) {
+      lines.push_back("the recording " + state.SlotFile.at(place) + " of row " +
+                      std::to_string(slot));
+    }
+  }
+  return lines;
+}
+
+std::vector<std::string> OrdersInFile(std::string_view bytes) {
+  std::vector<std::string> lines;
+  VariableReader reader(bytes);
+  Variable variable;
+  while (reader.Next(variable) == VariableReader::Place::kReading) {
+    if (IsOrder(variable)) {
+      const std::string value = " = " + std::to_string(variable.word);
+      lines.push_back("the file's " + VariableName(variable.letter, variable.row) + value +
+                      (variable.letter == 'Z' ? ", which switches a controller"
+                                              : ", which is a command to the instrument"));
+    }
+  }
+  return lines;
+}
+
+bool MayTouch(Dialogs& dialogs, const std::vector<std::string>& lines, const std::string& title) {
+  if (lines.empty()) {
+    return true;
+  }
+  std::string text = "This affects:\n";
+  for (const std::string& line : lines) {
+    text += "\n    " + line;
+  }
+  return dialogs.AskYes({text + "\n\nGo on ?", title, BoxIcon::kWarning, true});
+}
+
+}  // namespace tavrel

@@ -1,0 +1,174 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "tests/setup/channel_bench.h"
+
+namespace tavrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+using Commands = std::vector<std::string>;
+
+Commands LinesOf(const std::string& text) {
+  Commands lines;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = text.find("\r\n", begin);
+    lines.push_back(text.substr(begin, end - begin));
+    begin = end + 2;
+  }
+  return lines;
+}
+
+TEST(AdjustmentJournal, HasWhatARunHasDone) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToFinal(sensor::kFeCuNi, {7, 10});
+  room.dialog->txt_Final_Change("200,5");
+  room.dialog->CmdOK_Click();
+  room.bench.clock.wall = {2026, 3, 14, 10, 5, 7};
+  ASSERT_TRUE(room.TickTo(AdjState::kEmptySheet));
+  const std::string parts = std::to_string(room.Register('K', 7));
+  EXPECT_THAT(
+      LinesOf(room.bench.home.Read(kJournalFile)),
+      ElementsAre(
+          "begin 2026-03-14 10:00:00 inet 3 sensor FeCuNi rows 7 A",
+          "before 7 J 1 K 13107 L 3 O 17", "before A J 1 K 13107 L 4 O 20",
+          "zero 7 407 407 407 407 407 407 407 407 407 407 mean 407 spread 0",
+          "zero A 410 410 410 410 410 410 410 410 410 410 mean 410 spread 0",
+          "span 7 4007 4007 4007 4007 4007 4007 4007 4007 4007 4007 mean 4007 spread 0",
+          "span A 4010 4010 4010 4010 4010 4010 4010 4010 4010 4010 mean 4010 spread 0",
+          "reference 0 2512 2512 2512 2512 2512 2512 2512 2512 2512 2512 mean 2512 spread 0",
+          "final 200.5", "after 7 J 1 K " + parts + " L 3 O 407",
+          "after A J 1 K " + parts + " L 3 O 410", "end 2026-03-14 10:05:07 complete"));
+}
+
+TEST(AdjustmentJournal, IsOnTheDiskBeforeTheFirstWrite) {
+  ChannelBench room;
+  room.OpenIdle();
+  bool was_there = false;
+  room.on_command = [&](const std::string& command) {
+    if (command == "L27=0\r") {
+      was_there = room.bench.home.Read(kJournalFile).find("before 7 J 1 K 13107 L 3 O 17\r\n") !=
+                  std::string::npos;
+    }
+  };
+  room.RunToRaised(sensor::kFeCuNi, {7});
+  EXPECT_TRUE(was_there);
+}
+
+TEST(AdjustmentJournal, TellsSpreadAndFailedReadings) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.dialog->Mnu_FeCuNi_Click();
+  room.Tick();
+  room.dialog->Sheet_Click(7);
+  room.dialog->CmdOK_Click();
+  ASSERT_TRUE(room.TickTo(AdjState::kAwaitShorted));
+  int number = 0;
+  room.on_command = [&](const std::string& command) {
+    room.Register('Y', 7) = static_cast<std::int16_t>(command == "Y27?" ? 100 + ++number : 0);
+  };
+  room.dialog->CmdOK_Click();
+  room.Tick(97);
+  room.FailNext("Y27?", 3);
+  ASSERT_TRUE(room.TickTo(AdjState::kRaise));
+  EXPECT_THAT(
+      room.bench.home.Read(kJournalFile),
+      HasSubstr("zero 7 101 102 103 104 105 106 107 108 108? 112 mean 105.6 spread 11\r\n"));
+}
+
+TEST(AdjustmentJournal, EndsTheRecordOfADroppedRun) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToRaised(sensor::kNiCrNi, {7});
+  room.dialog->Quit();
+  EXPECT_EQ(LinesOf(room.bench.home.Read(kJournalFile)).back(), "end 2026-03-14 10:00:00 dropped");
+  ASSERT_TRUE(room.TickTo(AdjState::kIdle));
+  room.RunToRaised(sensor::kNiCrNi, {8});
+  room.dialog.reset();
+  const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
+  EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 dropped");
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                          [](const std::string& line) { return line.starts_with("begin"); }),
+            2);
+}
+
+TEST(AdjustmentJournal, RunThatWasNeverBegunHasNone) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.dialog->Mnu_FeCuNi_Click();
+  room.Tick();
+  room.dialog->Sheet_Click(7);
+  room.dialog->Quit();
+  EXPECT_FALSE(room.bench.home.Exists(kJournalFile));
+}
+
+TEST(AdjustmentJournal, TellsHowARunEnded) {
+  const std::vector<std::pair<std::string, std::string>> ends = {
+      {"L27=0", "not acknowledged"}, {"O27=", "not acknowledged"}, {"J27=", "not acknowledged"}};
+  for (const auto& [write, how] : ends) {
+    ChannelBench room;
+    room.OpenIdle();
+    room.FailNext(write, 3);
+    room.dialog->Mnu_FeCuNi_Click();
+    room.Tick();
+    room.dialog->Sheet_Click(7);
+    for (int step = 0; step < 5 && room.dialog->State() != AdjState::kEmptySheet; ++step) {
+      room.dialog->CmdOK_Click();
+      room.Tick(115);
+      if (room.Values().txt_FinalShown) {
+        room.Register('Y', 7) = 4000;
+        room.dialog->txt_Final_Change("300");
+      }
+      if (room.bench.dialogs.boxes.size() == 1) {
+        break;
+      }
+    }
+    const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
+    EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 " + how) << write;
+    EXPECT_THAT(lines.at(lines.size() - 2), StartsWith("after 7 ")) << write;
+    EXPECT_THAT(lines.at(lines.size() - 2), HasSubstr(std::string(1, write[0]) + " ?")) << write;
+  }
+}
+
+TEST(AdjustmentJournal, UnknownWordsAreAQuestionMark) {
+  ChannelBench room;
+  room.Open();
+  room.fails = [](const std::string& command) { return command == "K27?"; };
+  ASSERT_TRUE(room.TickTo(AdjState::kIdle));
+  room.RunToRaised(sensor::kFeCuNi, {7});
+  EXPECT_THAT(room.bench.home.Read(kJournalFile), HasSubstr("before 7 J 1 K ? L 3 O 17\r\n"));
+}
+
+TEST(AdjustmentJournal, AsksWhereItCannotBeWritten) {
+  for (const bool yes : {false, true}) {
+    ChannelBench room;
+    std::filesystem::create_directory(room.bench.home.File(kJournalFile));
+    room.OpenIdle();
+    room.bench.dialogs.yes = yes;
+    room.dialog->Mnu_FeCuNi_Click();
+    room.Tick();
+    room.dialog->Sheet_Click(7);
+    room.dialog->CmdOK_Click();
+    EXPECT_THAT(room.LastBox(), StartsWith("adjustment: Cannot write file  ADJUST.TXT: "));
+    EXPECT_TRUE(room.bench.dialogs.boxes.back().PresetIsNo);
+    EXPECT_EQ(room.dialog->State(), yes ? AdjState::kShort : AdjState::kSelect);
+  }
+}
+
+TEST(AdjustmentJournal, BeginsANewLineBehindOneThatWasCutOff) {
+  ChannelBench room;
+  room.bench.home.Write(kJournalFile, "begin 2026-03-13 10:00:00 inet 3 sen");
+  room.OpenIdle();
+  room.RunToRaised(sensor::kFeCuNi, {7});
+  const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
+  EXPECT_EQ(lines.at(0), "begin 2026-03-13 10:00:00 inet 3 sen");
+  EXPECT_EQ(lines.at(1), "begin 2026-03-14 10:00:00 inet 3 sensor FeCuNi rows 7");
+}
+
+}  // namespace
+}  // namespace tavrel
