@@ -556,7 +556,7 @@ TEST_F(TavInst, IsReachedFromTheMenuWithoutStoppingTheCycle) {
   };
   const auto* entry = std::find_if(kMainMenu.begin(), kMainMenu.end(),
                                    [](const MenuEntry& each) { return each.Control == "MnuInst"; });
-  bench.window.Choose(*entry);
+  bench.commands.Choose(*entry);
   EXPECT_TRUE(ran);
 }
 

@@ -47,7 +47,7 @@ class InstallationOnTheWire : public ModalDeeds, public testing::WithParamInterf
     program.state.Settings.ActiveFiles[0] = NameOf(1);
     ASSERT_TRUE(program.start_up.MainFormLoad());
     form = std::make_unique<Tavrel>(
-        Tavrel::Parts{program.sheet, program.window, program.cycle, program.start_up}, kSlots);
+        Tavrel::Parts{program.sheet, program.commands, program.cycle, program.start_up}, kSlots);
     form->show();
     ASSERT_TRUE(WaitUntil([this] { return program.cycle.IsEnabled(); }));
     program.timer_main.start(10);
