@@ -531,6 +531,50 @@ TEST_F(TavInst, KeepsASetThatTheDiskRefusesBesideTheOldFile) {
   EXPECT_EQ(HeaderOf("M260314C.OVN").UnitRecOn, 0);
 }
 
+// A file without a row is no empty one while a set for it lies beside it.
+TEST_F(TavInst, KeepsAnEmptyFileWhoseFirstSetLiesBesideIt) {
+  Start();
+  bench.state.Unit[12].UnitRecOn = 1;
+  bench.state.SampleSeen[12][4] = bench.state.SampleSeen[12][15] = true;
+  Open();
+  inst->PutNumber(12, 0);
+  EXPECT_EQ(inst->Values().lbl_Effect, Lines{"ends the recording:  row 12  m260314f.ovn"});
+  {
+    const FullDisk disk(1000);  // the header fits, the row and the settings do not
+    Press();
+  }
+  ASSERT_EQ(bench.settings.SettingsSave(), "");
+  EXPECT_TRUE(IsThere("M260314F.OVN"));
+  EXPECT_TRUE(IsThere(HeldSetName("M260314F.OVN")));
+}
+
+TEST_F(TavInst, LeavesNothingOfASetInAFreeSlot) {
+  Start();
+  bench.state.SampleSeen[5][6] = true;
+  bench.state.ColumnsInDoubt[5] = true;
+  bench.state.AskedInput[5] = 2;
+  Open();
+  inst->PutNumber(5, 0);
+  Press();
+  EXPECT_FALSE(bench.state.SampleSeen[5][6]);
+  EXPECT_FALSE(bench.state.ColumnsInDoubt[5]);
+  EXPECT_EQ(bench.state.AskedInput[5], 0);
+  EXPECT_FALSE(IsThere(HeldSetName("M260314C.OVN")));
+}
+
+// The directory of new files is another one by now, and nothing can be made there.
+TEST_F(TavInst, GoesBackToTheDirectoryOfTheOldFile) {
+  Start();
+  bench.state.Settings.DefPath = bench.home.File("nowhere");
+  Open();
+  inst->Test_Des_Change(2, "Changed");
+  Press();
+  EXPECT_EQ(bench.state.SlotFile[2], "");
+  bench.Run(11);
+  EXPECT_EQ(bench.state.SlotFile[2], "M260101A.OVN");
+  EXPECT_EQ(bench.state.SlotPath[2], bench.home.File("tavdat"));
+}
+
 TEST_F(TavInst, LeavesATestWhoseDirectoryIsGone) {
   Start();
   Open();

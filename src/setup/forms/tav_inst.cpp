@@ -267,13 +267,14 @@ void TavInst::ShowRow(int row) {
     const bool is_input = IsInput(column);
     const InstallationCell& cell =
         is_input ? now.Inputs.at(static_cast<std::size_t>(InputOf(column) - 1)) : now.Number;
-    const std::string place =
-        is_input ? std::string(kInputWord.In(language)) + InputName(InputOf(column)) + ": "
-                 : std::string(kNumberWord.In(language));
-    const std::string& says = now.IsEditable ? cell.Spoken : now.WhyNot;
-    sheet_->ShowCell(
-        row - 1, column,
-        {cell.Text, cell.Background, RowText(language, row) + place + says, now.WhyNot});
+    std::string spoken = RowText(language, row);
+    if (is_input) {
+      spoken.append(kInputWord.In(language)).append(InputName(InputOf(column))).append(": ");
+    } else {
+      spoken.append(kNumberWord.In(language));
+    }
+    spoken += now.IsEditable ? cell.Spoken : now.WhyNot;
+    sheet_->ShowCell(row - 1, column, {cell.Text, cell.Background, spoken, now.WhyNot});
   }
   for (const int column : {kApparatus, kExtension}) {
     auto* edit = static_cast<CellEdit*>(sheet_->cellWidget(row - 1, column));
