@@ -27,6 +27,7 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
 #include "state/messages.h"
@@ -91,6 +92,7 @@ struct ProgramLogic {
   ControllerSettings controller_settings{{state, link, machine.dialogs, machine.screens, unsure}};
   PidParameters pid_parameters{
       {state, link, machine.dialogs, machine.screens, unsure, engine.Orders()}};
+  ChannelAdjustment channels{{state, link, machine.dialogs, machine.events, machine.clock}};
   ProgramEditor program_editor{{state, machine.dialogs}};
   WaitBar wait_bar{state, machine.events, machine.clock};
   Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,

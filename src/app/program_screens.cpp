@@ -6,6 +6,7 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
 #include "work/forms/tav_color.h"
@@ -45,6 +46,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
+  AddChannels();
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -89,6 +91,14 @@ void ProgramScreens::ShowNumbering() {
   logic_.numbering.Open();
   TavNum(logic_.numbering, logic_.stepped).Run();
   logic_.numbering.CloseNow();
+}
+
+// Shows the hourglass itself while it reads its sheet.
+void ProgramScreens::AddChannels() {
+  screens_.Add(View::kTavChann, [this] {
+    logic_.channels.Open();
+    RunForm<TavChann>(logic_.channels);
+  });
 }
 
 void ProgramScreens::ShowWorksheet() {

@@ -38,6 +38,7 @@ class ProgramScreens {
   void AddFormToOpen(View view, Screen& screen);
   void AddFileForms();
   void ShowNumbering();
+  void AddChannels();
   void ShowWorksheet();
   void ShowGraph();
   void ShowWaitBar();

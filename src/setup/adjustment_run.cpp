@@ -44,6 +44,7 @@ void AdjustmentRun::BeginInputs(std::int16_t sensor_code) {
   Reset();
   adj_sensor_ = sensor_code;
   parts_.values.txt_Final.clear();
+  parts_.values.MenusEnabled = false;
   parts_.adj_state = AdjState::kBeginInputs;
 }
 
@@ -59,6 +60,7 @@ void AdjustmentRun::BeginReference() {
   rows_ = {kReferenceRow};
   if (MayBegin()) {
     adj_sensor_ = sensor::kRtd;
+    parts_.values.MenusEnabled = false;
     parts_.adj_state = AdjState::kBeginReference;
   }
 }
@@ -129,7 +131,6 @@ void AdjustmentRun::Drop() {
 void AdjustmentRun::Step(const StepTime& time) {
   switch (parts_.adj_state) {
     case AdjState::kBeginInputs:
-      parts_.values.MenusEnabled = false;
       AskFor("Select channel(s):   click on row", AdjState::kSelect);
       return;
     case AdjState::kShort:

@@ -52,7 +52,6 @@ void AdjustmentRun::TakeWritten(const RegisterOfRow& at, std::optional<std::int1
 void AdjustmentRun::WriteSensorNone(const char* instruction, AdjState next, const StepTime& time) {
   const AdjState from = parts_.adj_state;
   if (!is_writing_) {
-    parts_.values.MenusEnabled = false;
     Say(instruction);
     collector_.Arm();
     Items items;

@@ -21,25 +21,38 @@ class Busy {
 }  // namespace
 
 ChannelAdjustment::ChannelAdjustment(const Parts& parts)
-    : ModalScreen(parts.state, View::kTavChann),
-      parts_(parts),
-      inet_(parts.state.ActiveInet > 0 ? parts.state.ActiveInet : kFirstInet),
-      adj_state_(parts.link.IsGood(inet_) ? AdjState::kEmptySheet : AdjState::kNoLink),
-      sheet_(parts.link, inet_, values_),
-      run_({parts.state, parts.link, parts.dialogs, parts.events, parts.clock, sheet_, values_,
-            adj_state_},
-           inet_),
-      transfer_(
-          {parts.state, parts.link, parts.dialogs, parts.events, parts.clock, values_, adj_state_},
-          inet_) {
-  OpenScreen();
+    : ModalScreen(parts.state, View::kTavChann), parts_(parts) {}
+
+void ChannelAdjustment::Open() {
+  CloseNow();
+  inet_ = parts_.state.ActiveInet > 0 ? parts_.state.ActiveInet : kFirstInet;
+  const bool answers = parts_.link.IsGood(inet_);
+  adj_state_ = answers ? AdjState::kEmptySheet : AdjState::kNoLink;
+  parts_.events.SetPointer(answers ? Pointer::kHourglass : Pointer::kNormal);
+  values_ = {};
   values_.Caption = " Tavrel-" + std::to_string(inet_) + ":   Channels";
+  is_refreshing_ = false;
+  sheet_.emplace(parts_.link, inet_, values_);
+  run_.emplace(AdjustmentRun::Parts{parts_.state, parts_.link, parts_.dialogs, parts_.events,
+                                    parts_.clock, *sheet_, values_, adj_state_},
+               inet_);
+  transfer_.emplace(VariableTransfer::Parts{parts_.state, parts_.link, parts_.dialogs,
+                                            parts_.events, parts_.clock, values_, adj_state_},
+                    inet_);
   ShowConnection();
+  OpenScreen();
 }
 
 // The hourglass of the first steps does not outlive the form.
-ChannelAdjustment::~ChannelAdjustment() {
-  parts_.events.SetPointer(Pointer::kNormal);
+void ChannelAdjustment::CloseNow() {
+  if (IsOpen()) {
+    parts_.events.SetPointer(Pointer::kNormal);
+  }
+  if (run_ && run_->AdjSensor() != sensor::kNone) {
+    run_->Drop();
+  }
+  values_.MenusEnabled = false;
+  CloseScreen();
 }
 
 void ChannelAdjustment::ShowConnection() {
@@ -73,13 +86,13 @@ void ChannelAdjustment::Step() {
       ReadSensors(time);
       return;
     case AdjState::kReadSampling:
-      Change(sheet_.ReadSampling(time), AdjState::kReadSampling, AdjState::kReadOffsets);
+      Change(sheet_->ReadSampling(time), AdjState::kReadSampling, AdjState::kReadOffsets);
       return;
     case AdjState::kReadOffsets:
-      Change(sheet_.ReadOffsets(time), AdjState::kReadOffsets, AdjState::kReadDivisors);
+      Change(sheet_->ReadOffsets(time), AdjState::kReadOffsets, AdjState::kReadDivisors);
       return;
     case AdjState::kReadDivisors:
-      Change(sheet_.ReadDivisors(time), AdjState::kReadDivisors, AdjState::kReadActual);
+      Change(sheet_->ReadDivisors(time), AdjState::kReadDivisors, AdjState::kReadActual);
       return;
     case AdjState::kReadActual:
       ReadActual(time);
@@ -91,7 +104,7 @@ void ChannelAdjustment::Step() {
       Idle(time);
       return;
     default:
-      run_.Step(time);
+      run_->Step(time);
   }
 }
 
@@ -100,13 +113,13 @@ void ChannelAdjustment::EmptySheet() {
   values_.pBarShown = false;
   values_.Lbl_InstrShown = false;
   values_.txt_FinalShown = false;
-  sheet_.Clear();
+  sheet_->Clear();
   adj_state_ = AdjState::kReadSensors;
 }
 
 void ChannelAdjustment::ReadSensors(const StepTime& time) {
   parts_.events.SetPointer(Pointer::kHourglass);
-  Change(sheet_.ReadSensors(time), AdjState::kReadSensors, AdjState::kReadSampling);
+  Change(sheet_->ReadSensors(time), AdjState::kReadSensors, AdjState::kReadSampling);
 }
 
 // The five seconds count from the first of its steps.
@@ -115,13 +128,13 @@ void ChannelAdjustment::ReadActual(const StepTime& time) {
     adj_next_ = parts_.clock.Elapsed() + kRefresh;
     is_refreshing_ = true;
   }
-  const bool is_over = sheet_.ReadActual(time);
+  const bool is_over = sheet_->ReadActual(time);
   is_refreshing_ = !is_over;
   Change(is_over, AdjState::kReadActual, AdjState::kReadBuffers);
 }
 
 void ChannelAdjustment::ReadBuffers(const StepTime& time) {
-  if (!sheet_.ReadBuffers(time)) {
+  if (!sheet_->ReadBuffers(time)) {
     return;
   }
   values_.MenusEnabled = true;
@@ -131,10 +144,10 @@ void ChannelAdjustment::ReadBuffers(const StepTime& time) {
 
 void ChannelAdjustment::Idle(const StepTime& time) {
   if (parts_.clock.Elapsed() <= adj_next_) {
-    sheet_.ReadMissing(time);
+    sheet_->ReadMissing(time);
     return;
   }
-  sheet_.Drop();
+  sheet_->Drop();
   Change(true, AdjState::kIdle, AdjState::kReadActual);
 }
 
@@ -142,9 +155,9 @@ void ChannelAdjustment::BeginInputs(std::int16_t sensor_code) {
   if (!MayChooseMenu()) {
     return;
   }
-  sheet_.Drop();
+  sheet_->Drop();
   is_refreshing_ = false;
-  run_.BeginInputs(sensor_code);
+  run_->BeginInputs(sensor_code);
 }
 
 void ChannelAdjustment::Mnu_RTD_Click() {
@@ -156,9 +169,9 @@ void ChannelAdjustment::Mnu_RTD_Click() {
                           BoxIcon::kCritical, true};
   const Notice sure = {"Warning:  are you sure ?", "RTD", BoxIcon::kCritical, true};
   if (parts_.dialogs.AskOk(factory) && parts_.dialogs.AskYes(sure)) {
-    sheet_.Drop();
+    sheet_->Drop();
     is_refreshing_ = false;
-    run_.BeginReference();
+    run_->BeginReference();
   }
 }
 
@@ -167,7 +180,7 @@ void ChannelAdjustment::Mnu_Save_Click(const std::function<void()>& show) {
     return;
   }
   const Busy busy(is_busy_);
-  transfer_.Save(show);
+  transfer_->Save(show);
 }
 
 void ChannelAdjustment::Mnu_Load_Click(const std::function<void()>& show) {
@@ -175,30 +188,30 @@ void ChannelAdjustment::Mnu_Load_Click(const std::function<void()>& show) {
     return;
   }
   const Busy busy(is_busy_);
-  transfer_.Load(show);
+  transfer_->Load(show);
   if (adj_state_ == AdjState::kReadSensors) {
-    sheet_.Drop();
+    sheet_->Drop();
     is_refreshing_ = false;
   }
 }
 
 void ChannelAdjustment::Sheet_Click(int row) {
   const bool is_input = row > kReferenceRow && row < kChannelRows;
-  if (adj_state_ != AdjState::kSelect || is_busy_ || !is_input) {
+  if (!IsOpen() || adj_state_ != AdjState::kSelect || is_busy_ || !is_input) {
     return;
   }
-  sheet_.Select(row, run_.AdjSensor());
+  sheet_->Select(row, run_->AdjSensor());
   values_.CmdOKShown = true;
 }
 
 void ChannelAdjustment::CmdOK_Click() {
-  if (!values_.CmdOKShown || is_busy_) {
+  if (!IsOpen() || !values_.CmdOKShown || is_busy_) {
     return;
   }
   const Busy busy(is_busy_);
   switch (adj_state_) {
     case AdjState::kSelect:
-      run_.TakeSelection();
+      run_->TakeSelection();
       return;
     case AdjState::kAwaitShorted:
       adj_state_ = AdjState::kCollectOffset;
@@ -221,12 +234,15 @@ void ChannelAdjustment::CmdOK_Click() {
 }
 
 void ChannelAdjustment::Quit() {
-  if (run_.AdjSensor() != sensor::kNone) {
-    run_.Drop();
+  if (!IsOpen()) {
+    return;
+  }
+  if (run_->AdjSensor() != sensor::kNone) {
+    run_->Drop();
   } else if (adj_state_ == AdjState::kSaving || adj_state_ == AdjState::kLoading) {
     adj_state_ = AdjState::kCancelled;
   } else {
-    CloseScreen();
+    CloseNow();
   }
 }
 

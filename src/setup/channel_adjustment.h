@@ -1,7 +1,9 @@
 #ifndef TAVREL_SETUP_CHANNEL_ADJUSTMENT_H_
 #define TAVREL_SETUP_CHANNEL_ADJUSTMENT_H_
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "base/language.h"
@@ -21,7 +23,7 @@ namespace tavrel {
 // TavChann: shows the sixteen channels of the selected instrument and leads through their
 // adjustment. A machine of steps, one step each time that the form's Timer_chann ticks; no step
 // holds the window for longer than half a second, and none begins while a box is open. All values
-// live in the instrument. One object is one showing of the form.
+// live in the instrument.
 class ChannelAdjustment : public ModalScreen {
  public:
   static constexpr int kTickMilliseconds = 100;
@@ -34,12 +36,11 @@ class ChannelAdjustment : public ModalScreen {
     const Clock& clock;
   };
 
-  // The instrument is the selected one, 1 while none is. If it has not answered last nothing is
-  // ever read.
   explicit ChannelAdjustment(const Parts& parts);
-  ~ChannelAdjustment();
-  ChannelAdjustment(const ChannelAdjustment&) = delete;
-  ChannelAdjustment& operator=(const ChannelAdjustment&) = delete;
+
+  // Before the form is shown. The instrument is the selected one, 1 while none is. If it has not
+  // answered last nothing is ever read.
+  void Open();
 
   // What the form shows.
   [[nodiscard]] const ChannelValues& Values() const { return values_; }
@@ -70,6 +71,9 @@ class ChannelAdjustment : public ModalScreen {
   // Escape and the close box: drops the run; without one the form closes.
   void Quit() override;
 
+  // A run that is open is dropped.
+  void CloseNow() override;
+
  private:
   void BeginInputs(std::int16_t sensor_code);
   void Step();
@@ -83,12 +87,13 @@ class ChannelAdjustment : public ModalScreen {
   [[nodiscard]] bool MayChooseMenu() const { return values_.MenusEnabled && !is_busy_; }
 
   Parts parts_;
-  int inet_;
-  AdjState adj_state_;
+  int inet_ = 0;
+  AdjState adj_state_ = AdjState::kNoLink;
   ChannelValues values_;
-  ChannelSheet sheet_;
-  AdjustmentRun run_;
-  VariableTransfer transfer_;
+  // Since the form was opened first.
+  std::optional<ChannelSheet> sheet_;
+  std::optional<AdjustmentRun> run_;
+  std::optional<VariableTransfer> transfer_;
   std::chrono::nanoseconds adj_next_{};  // of the next refresh
   bool is_refreshing_ = false;
   bool is_busy_ = false;  // within a step, a box or a transfer

@@ -13,8 +13,8 @@ constexpr BothLanguages kEndsProgram{"ends the controller program:  ",
                                      "beendet das Regler-Programm:  "};
 constexpr BothLanguages kBegins{"begins a file:  ", "beginnt eine Datei:  "};
 constexpr BothLanguages kRemoves{"deletes the empty file:  ", "löscht die leere Datei:  "};
-constexpr BothLanguages kLoses{"is on and loses its test:  ",
-                               "ist ein und verliert seinen Test:  "};
+constexpr BothLanguages kLoses{"a controller that is on loses its test:  ",
+                               "ein Regler, der ein ist, verliert seinen Test:  "};
 constexpr BothLanguages kRow{"row ", "Zeile "};
 constexpr BothLanguages kController{" controller ", " Regler "};
 

@@ -89,7 +89,7 @@ TEST(AdjustmentJournal, EndsTheRecordOfADroppedRun) {
   EXPECT_EQ(LinesOf(room.bench.home.Read(kJournalFile)).back(), "end 2026-03-14 10:00:00 dropped");
   ASSERT_TRUE(room.TickTo(AdjState::kIdle));
   room.RunToRaised(sensor::kNiCrNi, {8});
-  room.dialog.reset();
+  room.dialog->CloseNow();
   const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
   EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 dropped");
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(),

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -67,8 +66,7 @@ class ChannelBench {
   }
   void OpenAsItIs() {
     Forget();
-    dialog.emplace(ChannelAdjustment::Parts{bench.state, bench.link, bench.dialogs, bench.events,
-                                            bench.clock});
+    dialog->Open();
   }
   // Opens it and lets it read its sheet.
   void OpenIdle() {
@@ -165,7 +163,7 @@ class ChannelBench {
   std::function<void(const std::string&)> on_command = [](const std::string&) {};
   LineFailure failure = LineFailure::kLostRequest;
   std::chrono::microseconds takes{0};
-  std::optional<ChannelAdjustment> dialog;
+  ChannelAdjustment* const dialog = &bench.channels;
 };
 
 }  // namespace tavrel

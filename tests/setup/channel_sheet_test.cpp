@@ -102,7 +102,8 @@ TEST(ChannelSheet, MenusComeWithTheIdleLoop) {
     room.Tick();
   }
   EXPECT_TRUE(room.Values().MenusEnabled);
-  EXPECT_THAT(room.bench.events.pointers, ElementsAre(Pointer::kHourglass, Pointer::kNormal));
+  EXPECT_THAT(room.bench.events.pointers,
+              ElementsAre(Pointer::kHourglass, Pointer::kHourglass, Pointer::kNormal));
 }
 
 TEST(ChannelSheet, IsRefreshedEveryFiveSeconds) {

@@ -15,7 +15,7 @@ namespace {
 
 constexpr BothLanguages kActual{"actual number", "aktuelle Nummer"};
 constexpr BothLanguages kNew{"new number", "neue Nummer"};
-constexpr int kLineCharacters = 64;
+constexpr int kLineCharacters = 80;
 
 // The sign of a line without an answer.
 class ConnectionSign : public QWidget {
