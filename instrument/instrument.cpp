@@ -62,7 +62,7 @@ Instrument::Instrument(const InstrumentSettings& settings, TruthLog& truth)
     : settings_(settings),
       truth_(truth),
       inet_(settings.inet),
-      measuring_(SeedOf(settings)),
+      measuring_(SeedOf(settings), settings.drift),
       sampler_(seconds(static_cast<int>(std::ceil(settings.host_pace))), settings.scan,
                SeedOf(settings)),
       memory_(kMemorySize, 0) {

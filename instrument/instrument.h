@@ -24,6 +24,7 @@ struct InstrumentSettings {
   bool fast = false;  // S counts seconds instead of tens of seconds
   int ovens = 4;      // 1..4, see `Instrument::OvenOf`
   std::uint64_t seed = 1;
+  int drift = 0;          // of the amplifiers since the factory calibration, see Measuring
   double ambient = 22.0;  // degrees Celsius
   // How many seconds of the instrument's time a host's short sequence of commands may take.
   // Above 1 when the instrument's time runs faster than the host's.

@@ -8,6 +8,7 @@ namespace {
 
 constexpr double kThermocoupleNoise = 0.03;  // degrees
 constexpr double kReferenceNoise = 0.008;    // degrees
+constexpr double kGainDrift = 1e-4;          // for each step of the drift
 // Inputs up to this one have FeCuNi thermocouples, the others NiCrNi.
 constexpr int kLastFeCuNi = 8;
 
@@ -18,12 +19,15 @@ std::uint64_t KeyOf(std::uint64_t seed, int input, std::int64_t second) {
 
 }  // namespace
 
-Measuring::Measuring(std::uint64_t seed) : seed_(seed) {
+Measuring::Measuring(std::uint64_t seed, int drift) : seed_(seed) {
   for (int input = 0; input < kInputCount; ++input) {
     InputNature& nature = natures_.at(static_cast<std::size_t>(input));
     nature.thermocouple = input == 0 ? kResistance : input <= kLastFeCuNi ? kFeCuNi : kNiCrNi;
     nature.offset = std::round(8.0 * NoiseOf(KeyOf(seed, input, -1)));
     nature.gain = 1.2 + 0.01 * NoiseOf(KeyOf(seed, input, -2));
+    factory_.at(static_cast<std::size_t>(input)) = nature;
+    nature.offset += drift * nature.gain;
+    nature.gain *= 1.0 + kGainDrift * drift;
   }
 }
 
@@ -62,7 +66,8 @@ int Measuring::Raw(int input, double degrees, std::int64_t second) const {
 }
 
 Calibration Measuring::Factory(int input) const {
-  return CalibrationFor(Nature(input), Nature(input).thermocouple);
+  const InputNature& nature = factory_.at(static_cast<std::size_t>(input));
+  return CalibrationFor(nature, nature.thermocouple);
 }
 
 void Measuring::Connect(int input, const Connection& connection) {

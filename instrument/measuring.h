@@ -25,8 +25,10 @@ struct Connection {
 // The input amplifiers and sensors of one instrument: from temperatures to raw readings.
 class Measuring {
  public:
-  // `seed` chooses amplifiers and noise; the same seed gives the same readings.
-  explicit Measuring(std::uint64_t seed);
+  // `seed` chooses amplifiers and noise; the same seed gives the same readings. The amplifiers have
+  // drifted since the maker calibrated them: a value at the temperature of the terminals is wrong
+  // by `drift` steps, and the gain is greater by a ten-thousandth for each of them.
+  explicit Measuring(std::uint64_t seed, int drift = 0);
 
   // The reading of `input` 1..15 whose sensor is at `degrees`, or of the reference sensor
   // (input 0, `degrees` is not used), in the given second of the instrument's time.
@@ -51,7 +53,8 @@ class Measuring {
   [[nodiscard]] double Signal(int input, double degrees, std::int64_t second) const;
 
   std::uint64_t seed_;
-  std::array<InputNature, kInputCount> natures_{};
+  std::array<InputNature, kInputCount> natures_{};  // as they are now
+  std::array<InputNature, kInputCount> factory_{};  // as the maker found them
   std::array<Connection, kInputCount> connections_{};
 };
 

@@ -12,6 +12,7 @@ namespace instrument {
 namespace {
 
 constexpr double kHighestSpeedup = 10'000.0;
+constexpr int kGreatestDrift = 100;  // steps
 // A host's short sequence of commands takes at most this long.
 constexpr double kHostSequence = 0.5;  // seconds of real time
 
@@ -76,6 +77,7 @@ struct Fleet {
   std::vector<std::pair<int, SamplingOrder>> orders;                 // instrument, 0 for all
   std::vector<std::pair<int, std::chrono::milliseconds>> distances;  // likewise
   std::uint64_t seed = 1;
+  int drift = 0;
   double ambient = 22.0;
   bool warm = false;
   std::optional<int> baud;
@@ -104,6 +106,7 @@ class OptionReader {
   [[nodiscard]] bool TakeLineSpeed(std::string_view value);
   [[nodiscard]] bool TakeSpeedup(std::string_view value);
   [[nodiscard]] bool TakeSeed(std::string_view value);
+  [[nodiscard]] bool TakeDrift(std::string_view value);
   [[nodiscard]] bool TakeAmbient(std::string_view value);
   [[nodiscard]] std::string* PathOf(std::string_view name);
 
@@ -126,7 +129,7 @@ std::string* OptionReader::PathOf(std::string_view name) {
 
 bool OptionReader::Take(std::string_view name, const std::string& value) {
   using Taker = bool (OptionReader::*)(std::string_view);
-  static constexpr std::array<std::pair<std::string_view, Taker>, 15> kTakers{
+  static constexpr std::array<std::pair<std::string_view, Taker>, 16> kTakers{
       {{"--mode", &OptionReader::TakeMode},
        {"--instruments", &OptionReader::TakeCount},
        {"--inet", &OptionReader::TakeInets},
@@ -141,6 +144,7 @@ bool OptionReader::Take(std::string_view name, const std::string& value) {
        {"--line-speed", &OptionReader::TakeLineSpeed},
        {"--speedup", &OptionReader::TakeSpeedup},
        {"--seed", &OptionReader::TakeSeed},
+       {"--drift", &OptionReader::TakeDrift},
        {"--start-temp", &OptionReader::TakeAmbient}}};
   if (std::string* path = PathOf(name)) {
     *path = value;
@@ -312,6 +316,12 @@ bool OptionReader::TakeSeed(std::string_view value) {
   return seed.has_value();
 }
 
+bool OptionReader::TakeDrift(std::string_view value) {
+  const auto steps = ParseNumber<int>(value, -kGreatestDrift, kGreatestDrift);
+  fleet_.drift = steps.value_or(0);
+  return steps.has_value();
+}
+
 bool OptionReader::TakeAmbient(std::string_view value) {
   const auto ambient = ParseNumber<double>(value, -40.0, 60.0);
   fleet_.ambient = ambient.value_or(22.0);
@@ -324,6 +334,7 @@ Options OptionReader::Finish() {
     settings.inet = inet;
     settings.fast = fleet_.fast.contains(inet);
     settings.seed = fleet_.seed;
+    settings.drift = fleet_.drift;
     settings.ambient = fleet_.ambient;
     settings.host_pace = std::max(1.0, kHostSequence * options_.speedup);
     for (const auto& [owner, count] : fleet_.ovens) {
@@ -452,6 +463,7 @@ const char* HelpText() {
   --speedup N                 the instruments' time runs N times faster (1)
   --line-speed none|BAUD      time that characters take (4800 direct, 9600 plug-in)
   --seed N                    noise and faults (1)
+  --drift STEPS               values are wrong by so many steps at first, -100..100 (0)
   --fault [INET:]NAME[=LEVEL] a fault from the start
   --unplugged                 no pseudo-terminal until the command plug
   --control PATH              unix socket for commands while it runs

@@ -4,6 +4,9 @@
 #include <array>
 #include <cmath>
 #include <span>
+#include <tuple>
+
+#include "instrument/thermocouples.h"
 
 namespace instrument {
 namespace {
@@ -14,23 +17,24 @@ struct CurvePoint {
   double correction;
 };
 
-constexpr std::array<CurvePoint, 9> kFeCuNiCurve{{{-200.0, -25.0},
-                                                  {0.0, 0.0},
-                                                  {20.0, 1.15},
-                                                  {80.0, 3.35},
-                                                  {116.0, 3.85},
-                                                  {200.0, 3.40},
-                                                  {292.0, 2.75},
-                                                  {400.0, 2.15},
-                                                  {500.0, 0.0}}};
-constexpr std::array<CurvePoint, 8> kNiCrNiCurve{{{-200.0, -25.0},
-                                                  {0.0, 0.0},
-                                                  {20.0, 0.60},
-                                                  {80.0, 1.05},
-                                                  {116.0, 0.85},
-                                                  {200.0, 3.20},
-                                                  {292.0, 4.35},
-                                                  {500.0, 0.05}}};
+constexpr double kDegreesApart = 0.8;  // from one correction to the next, on the line
+constexpr CurvePoint kColdEnd{-200.0, -25.0};
+constexpr CurvePoint kZero{0.0, 0.0};
+
+// A point at the cold end, one at 0 degrees, one for each correction.
+using FineCurve = std::array<CurvePoint, std::tuple_size_v<Corrections> + 2>;
+
+constexpr FineCurve FineCurveOf(const Corrections& corrections) {
+  FineCurve curve{kColdEnd, kZero};
+  for (std::size_t i = 0; i < corrections.size(); ++i) {
+    const double linear = kDegreesApart * static_cast<double>(i + 1);
+    curve.at(i + 2) = {linear, corrections.at(i) / kStepsPerDegree};
+  }
+  return curve;
+}
+
+constexpr FineCurve kFeCuNiCurve = FineCurveOf(kFeCuNiCorrections);
+constexpr FineCurve kNiCrNiCurve = FineCurveOf(kNiCrNiCorrections);
 constexpr std::array<CurvePoint, 6> kNiSilCurve{
     {{-200.0, -30.0}, {0.0, 0.0}, {60.0, 9.0}, {160.0, 13.0}, {320.0, 9.0}, {500.0, 0.0}}};
 
@@ -80,10 +84,10 @@ double LinearDegrees(int code, double degrees) {
   if (degrees <= TrueAt(curve.front())) {
     return degrees - curve.front().correction;
   }
-  std::size_t i = 1;
-  while (TrueAt(curve[i]) < degrees) {
-    ++i;
-  }
+  const auto end =
+      std::lower_bound(curve.begin() + 1, curve.end(), degrees,
+                       [](const CurvePoint& point, double value) { return TrueAt(point) < value; });
+  const auto i = static_cast<std::size_t>(end - curve.begin());
   const double share = (degrees - TrueAt(curve[i - 1])) / (TrueAt(curve[i]) - TrueAt(curve[i - 1]));
   return curve[i - 1].linear + share * (curve[i].linear - curve[i - 1].linear);
 }
@@ -96,10 +100,10 @@ double TrueDegrees(int code, double linear) {
   if (linear <= curve.front().linear) {
     return linear + curve.front().correction;
   }
-  std::size_t i = 1;
-  while (curve[i].linear < linear) {
-    ++i;
-  }
+  const auto end =
+      std::lower_bound(curve.begin() + 1, curve.end(), linear,
+                       [](const CurvePoint& point, double value) { return point.linear < value; });
+  const auto i = static_cast<std::size_t>(end - curve.begin());
   const double share = (linear - curve[i - 1].linear) / (curve[i].linear - curve[i - 1].linear);
   return linear + curve[i - 1].correction + share * (curve[i].correction - curve[i - 1].correction);
 }

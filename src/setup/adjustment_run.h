@@ -58,6 +58,9 @@ class AdjustmentRun {
   // A step of the states 30 to 45.
   void Step(const StepTime& time);
 
+  // Nothing can be finished on the instrument now: the program may end.
+  void PortIsAway() { unfinished_.reset(); }
+
   // The user drops the run. What is written stays: the rows keep sensor code 0.
   void Drop();
 

@@ -66,6 +66,8 @@ void ChannelAdjustment::Timer_chann() {
   if (parts_.link.PortOpen) {
     const Busy busy(is_busy_);
     Step();
+  } else {
+    run_->PortIsAway();
   }
   ShowConnection();
 }

@@ -137,6 +137,8 @@ TEST(Options, RefusesWhatMakesNoSense) {
                                                   {"--line-speed", "1"},
                                                   {"--start-temp", "warm"},
                                                   {"--seed", "-1"},
+                                                  {"--drift", "101"},
+                                                  {"--drift", "some"},
                                                   {"--link", ""},
                                                   {"--unknown", "x"},
                                                   {"--send", "/tmp/socket"},

@@ -22,6 +22,41 @@ TEST(Sensor, CurveRunsThroughItsTellingRows) {
   EXPECT_NEAR(TrueDegrees(kNiCrNi, 292.0), 296.35, 1e-9);
 }
 
+// A point each 0.8 degrees on the line, straight between two of them.
+TEST(Sensor, CurvesAreAsFineAsTheirTables) {
+  EXPECT_NEAR(TrueDegrees(kFeCuNi, 0.8), 0.8, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kFeCuNi, 1.6), 1.65, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kFeCuNi, 2.0), 2.075, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kFeCuNi, 400.0), 402.15, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kNiCrNi, 116.0), 116.85, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kNiCrNi, 400.0), 402.85, 1e-9);
+  EXPECT_NEAR(TrueDegrees(kNiCrNi, 500.0), 500.05, 1e-9);
+  double fecuni = 0;
+  double nicrni = 0;
+  for (int i = 1; i <= 625; ++i) {
+    fecuni += TrueDegrees(kFeCuNi, i * 0.8) - i * 0.8;
+    nicrni += TrueDegrees(kNiCrNi, i * 0.8) - i * 0.8;
+  }
+  EXPECT_NEAR(fecuni, 31329 / 20.0, 1e-6);
+  EXPECT_NEAR(nicrni, 29786 / 20.0, 1e-6);
+}
+
+TEST(Measuring, DriftMakesValuesWrong) {
+  for (const int drift : {-20, 20}) {
+    const Measuring measuring(7, drift);
+    const Measuring factory(7);
+    const double cold = measuring.TerminalDegrees(100);
+    for (int input = 1; input < kInputCount; ++input) {
+      EXPECT_EQ(measuring.Factory(input).offset, factory.Factory(input).offset);
+      const int shown = ShownWord(measuring.Factory(input), measuring.Raw(input, cold, 100), cold);
+      const int right = ShownWord(factory.Factory(input), factory.Raw(input, cold, 100), cold);
+      EXPECT_NEAR(shown - right, drift, 1.5) << input;
+      const int hot = ShownWord(measuring.Factory(input), measuring.Raw(input, 400.0, 100), cold);
+      EXPECT_GT(std::abs(hot - 8000), std::abs(drift)) << input;
+    }
+  }
+}
+
 TEST(Sensor, FactoryCalibrationShowsTheTrueTemperature) {
   const Measuring measuring(7);
   for (int input = 1; input < kInputCount; ++input) {

@@ -279,6 +279,25 @@ TEST(AdjustmentRun, EscapeDropsWritesThatAreStillToBeRepeated) {
   }
 }
 
+// What cannot be finished must not keep the program from its end.
+TEST(AdjustmentRun, PortThatIsAwayDoesNotHoldTheProgram) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToFinal(sensor::kFeCuNi, {7});
+  room.FailNext("K27=", 1);
+  room.dialog->txt_Final_Change("200");
+  room.dialog->CmdOK_Click();
+  room.Tick();
+  EXPECT_EQ(room.bench.state.Unfinished, 1);
+  room.bench.link.PortOpen = false;
+  room.Tick();
+  EXPECT_EQ(room.bench.state.Unfinished, 0);
+  room.bench.link.PortOpen = true;
+  ASSERT_TRUE(room.TickTo(AdjState::kEmptySheet));
+  EXPECT_EQ(room.Register('L', 7), 3);
+  EXPECT_EQ(room.bench.state.Unfinished, 0);
+}
+
 // Boxes.
 
 TEST(AdjustmentRun, NoStepBeginsWhileABoxIsOpen) {

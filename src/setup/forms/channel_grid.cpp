@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <algorithm>
+#include <array>
 
 #include "widgets/form_texts.h"
 #include "widgets/shades.h"
@@ -16,8 +18,10 @@ constexpr int kColumns = static_cast<int>(kChannelHeads.size());
 constexpr int kNumberColumn = 0;
 constexpr int kSensorColumn = 1;
 constexpr int kRowPadding = 6;
-constexpr int kColumnPadding = 22;
-constexpr int kFewestRows = 5;  // on a small screen
+constexpr int kColumnPadding = 28;
+constexpr int kLeastPadding = 10;  // on a small screen
+constexpr int kNumberMargin = 12;  // behind a number
+constexpr int kFewestRows = 5;     // on a small screen
 constexpr int kChosen = Qt::UserRole;
 constexpr qreal kChosenGround = 0.3;  // share of the highlight
 constexpr int kRule = 2;              // below row 0
@@ -39,6 +43,8 @@ class ChannelCell : public QStyledItemDelegate {
       painter->fillRect(option.rect, Blend(palette.color(QPalette::Base),
                                            palette.color(QPalette::Highlight), kChosenGround));
     }
+    const bool is_number = index.column() > kSensorColumn;
+    cell.rect.adjust(0, 0, is_number ? -kNumberMargin : 0, 0);
     QStyledItemDelegate::paint(painter, cell, index);
     if (index.row() == kReferenceRow) {
       const QRect& place = option.rect;
@@ -121,18 +127,22 @@ int ChannelGrid::HeightOf(int rows) const {
          2 * frameWidth();
 }
 
-QSize ChannelGrid::sizeHint() const {
-  int width = 2 * frameWidth();
+int ChannelGrid::WidthWith(int padding) const {
+  int widest = 0;
   for (std::size_t column = 0; column < kChannelHeads.size(); ++column) {
     const int head = fontMetrics().horizontalAdvance(QtText(kChannelHeads.at(column)));
     const int text = fontMetrics().horizontalAdvance(QtText(kWidest.at(column)));
-    width = std::max(width, 2 * frameWidth() + (std::max(head, text) + kColumnPadding) * kColumns);
+    widest = std::max({widest, head, text});
   }
-  return {width, HeightOf(kChannelRows)};
+  return kColumns * (widest + padding) + 2 * frameWidth();
+}
+
+QSize ChannelGrid::sizeHint() const {
+  return {WidthWith(kColumnPadding), HeightOf(kChannelRows)};
 }
 
 QSize ChannelGrid::minimumSizeHint() const {
-  return {sizeHint().width(), HeightOf(kFewestRows)};
+  return {WidthWith(kLeastPadding), HeightOf(kFewestRows)};
 }
 
 void ChannelGrid::Show(const ByRow<ChannelRow>& rows) {

@@ -30,6 +30,7 @@ class ChannelGrid : public QTableWidget {
  private:
   void MakeCells();
   [[nodiscard]] int HeightOf(int rows) const;
+  [[nodiscard]] int WidthWith(int padding) const;  // of a column
 };
 
 }  // namespace tavrel

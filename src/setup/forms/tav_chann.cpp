@@ -5,8 +5,10 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "setup/channel_tips.h"
 #include "widgets/number_edit.h"
@@ -51,19 +53,35 @@ QMenuBar* TavChann::MakeMenus() {
   auto* bar = new QMenuBar(this);
   mnu_adjust_ = bar->addMenu("Adjust   ");
   mnu_adjust_->menuAction()->setObjectName("Mnu_Adjust");
-  AddEntry(*mnu_adjust_, "Mnu_FeCuNi", "FeCuNi  -  thermocouple",
-           [this] { channels_.Mnu_FeCuNi_Click(); });
-  AddEntry(*mnu_adjust_, "Mnu_NiCrNi", "NiCrNi   -  thermocouple",
-           [this] { channels_.Mnu_NiCrNi_Click(); });
-  AddEntry(*mnu_adjust_, "Mnu_Linear", "Linear   -  input",
-           [this] { channels_.Mnu_Linear_Click(); });
-  AddEntry(*mnu_adjust_, "Mnu_RTD", "RTD  -  reference", [this] { channels_.Mnu_RTD_Click(); });
+  AddAdjustment("Mnu_FeCuNi", "FeCuNi  -  thermocouple", [this] { channels_.Mnu_FeCuNi_Click(); });
+  AddAdjustment("Mnu_NiCrNi", "NiCrNi   -  thermocouple", [this] { channels_.Mnu_NiCrNi_Click(); });
+  AddAdjustment("Mnu_Linear", "Linear   -  input", [this] { channels_.Mnu_Linear_Click(); });
+  AddAdjustment("Mnu_RTD", "RTD  -  reference", [this] { channels_.Mnu_RTD_Click(); });
   mnu_var_ = bar->addMenu("Variables  ");
   mnu_var_->menuAction()->setObjectName("Mnu_Var");
+  // The captions have no marked letters: this key leads to the menus, and the arrow keys go on.
+  const auto* to_menus = new QShortcut(Qt::Key_F10, this);
+  connect(to_menus, &QShortcut::activated, this, [this, bar] {
+    if (mnu_adjust_->isEnabled()) {
+      bar->setActiveAction(mnu_adjust_->menuAction());
+    }
+  });
   const auto show = [this] { UpdateWidgets(); };
-  AddEntry(*mnu_var_, "Mnu_Save", "Save  as ...", [this, show] { channels_.Mnu_Save_Click(show); });
-  AddEntry(*mnu_var_, "Mnu_Load", "Load  ...", [this, show] { channels_.Mnu_Load_Click(show); });
+  AddEntry(
+      *mnu_var_, "Mnu_Save", "Save  as ...", [this, show] { channels_.Mnu_Save_Click(show); },
+      QKeySequence::Save);
+  AddEntry(
+      *mnu_var_, "Mnu_Load", "Load  ...", [this, show] { channels_.Mnu_Load_Click(show); },
+      QKeySequence::Open);
   return bar;
+}
+
+// Behind the menu the keyboard belongs to the rows.
+void TavChann::AddAdjustment(const char* name, const char* caption, Press press) {
+  AddEntry(*mnu_adjust_, name, caption, [this, press = std::move(press)] {
+    press();
+    sheet_->setFocus();
+  });
 }
 
 void TavChann::MakeParts() {

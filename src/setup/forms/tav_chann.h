@@ -27,6 +27,7 @@ class TavChann : public ModalForm {
 
  private:
   [[nodiscard]] QMenuBar* MakeMenus();
+  void AddAdjustment(const char* name, const char* caption, Press press);
   void MakeParts();
   [[nodiscard]] QLayout* ArrangeFoot();
   void FocusFinalValue();
