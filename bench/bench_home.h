@@ -50,7 +50,7 @@ class BenchHome {
     unit.UnitCtrl = static_cast<std::int16_t>((slot - 1) % 2 + 1);
     unit.UnitChannels = static_cast<std::int16_t>(recordings.channels);
     unit.UnitRecOn = recordings.is_on ? 1 : 0;
-    unit.UnitRole.fill(0);
+    unit.UnitRole.Fill(0);
     std::fill_n(unit.UnitRole.begin(), recordings.channels, std::int16_t{1});
     unit.UnitDesignation.Set("OVE:Oven " + std::to_string(slot));
     const std::size_t words =

@@ -23,8 +23,8 @@ constexpr int kRounds = 101;
 // Recording files of slot 1, over a directory with full files.
 struct FileBench {
   FileBench() {
-    state.SlotPath.at(kSlot) = home.File("tavdat");
-    state.SlotFile.at(kSlot) = BenchHome::NameOf(kSlot);
+    state.SlotPath[kSlot] = home.File("tavdat");
+    state.SlotFile[kSlot] = BenchHome::NameOf(kSlot);
     files.OpenRecordingFile(kSlot);
   }
 
@@ -43,7 +43,7 @@ void AppendOfARow(benchmark::State& state) {
   const int handle = open(other.c_str(), O_RDWR | O_CLOEXEC);
   Promise promise("us");
   for (auto unused : state) {
-    bench.state.SampleCount.at(kSlot) = 0;
+    bench.state.SampleCount[kSlot] = 0;
     const double product = TimeOf<std::milli>([&] {
       for (int count = 0; count < kFullRows; ++count) {
         benchmark::DoNotOptimize(bench.files.AppendRow(kSlot, row, 1));
@@ -59,7 +59,7 @@ void AppendOfARow(benchmark::State& state) {
     promise.Limit(bare * 1000 / kFullRows);
   }
   close(handle);
-  if (bench.state.SampleCount.at(kSlot) != kFullRows) {
+  if (bench.state.SampleCount[kSlot] != kFullRows) {
     state.SkipWithError("rows were not written");
     return;
   }
@@ -86,7 +86,7 @@ void OpeningOfAFile(benchmark::State& state) {
     promise.Measured(TimeOf<std::micro>([&] { bench.files.OpenRecordingFile(kSlot); }));
     promise.Limit(TimeOf<std::micro>([&] { BareOpen(path); }));
   }
-  if (bench.state.SampleCount.at(kSlot) != kFullRows) {
+  if (bench.state.SampleCount[kSlot] != kFullRows) {
     state.SkipWithError("the file did not open");
     return;
   }

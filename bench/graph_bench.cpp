@@ -82,7 +82,7 @@ struct DrawingBench {
     unit.UnitYmax = static_cast<std::int16_t>(kTop);
     unit.UnitYmin = 0;
     unit.UnitRes = 0;
-    unit.UnitRole.fill(0);
+    unit.UnitRole.Fill(0);
     std::vector<std::int16_t> words;
     for (int row = 0; row < Rows(); ++row) {
       for (int input = 0; input < channels; ++input) {

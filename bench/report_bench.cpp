@@ -41,11 +41,11 @@ struct FullRecording {
   FullRecording(Data data, int inputs) : rows(kMaxSampleWords / inputs) {
     unit.UnitChannels = static_cast<std::int16_t>(inputs);
     unit.UnitRes = 0;
-    unit.UnitRole.fill(0);
-    unit.UnitColour.fill(0);
+    unit.UnitRole.Fill(0);
+    unit.UnitColour.Fill(0);
     for (std::size_t input = 0; input < static_cast<std::size_t>(inputs); ++input) {
-      unit.UnitRole.at(input) = 1;
-      unit.UnitColour.at(input) = static_cast<std::int16_t>(input % 14 + 1);
+      unit.UnitRole[input + 1] = 1;
+      unit.UnitColour[input + 1] = static_cast<std::int16_t>(input % 14 + 1);
     }
     home.Write("M260314A.OVE", FileBytes(data));
     benchmark::DoNotOptimize(file.Open(home.File("M260314A.OVE"), FileAccess::kRead));

@@ -49,28 +49,44 @@ void ColumnEvidence::Learn(Time now) {
   for (Input& input : inputs_) {
     input.taken = 0;
   }
-  learning_ = true;
-  learning_since_ = Seconds(now);
-  round_.clear();
-  place_ = 0;
-  for (int input = kInputs; input >= 1; --input) {
-    if (At(input).recorded) {
-      round_.push_back(input);
-    }
+  BeginLearning(now);
+}
+
+void ColumnEvidence::LearnLate(Time now) {
+  const auto inputs = std::count_if(inputs_.begin(), inputs_.end(),
+                                    [](const Input& input) { return input.certain; });
+  if (inputs > 1 && !was_learning_ && !AnyDoubt() && !IsLearned()) {
+    is_late_ = true;
+    BeginLearning(now);
   }
 }
 
-void ColumnEvidence::Restart(Time now) {
-  for (Input& input : inputs_) {
-    const bool recorded = input.recorded;
-    input = Input();
-    input.recorded = recorded;
-    input.certain = recorded;
-  }
+void ColumnEvidence::BeginAnew(const std::vector<int>& seen, int widest, bool keeps_interval) {
+  const double low = is_too_high_ ? low_before_ : meter_.Low();
+  const double high = is_too_high_ ? high_before_ : meter_.High();
   known_.reset();
   ForgetPlaces();
+  if (keeps_interval) {
+    meter_.Resume(low, high);
+  }
+  is_too_high_ = false;
   too_low_ = 0;
-  Learn(now);
+  learning_ = false;
+  was_learning_ = false;
+  bool has_base = false;
+  for (int input = kInputs; input >= 1; --input) {
+    Input& each = At(input);
+    const bool recorded = each.recorded;
+    each = Input();
+    each.recorded = recorded;
+    each.certain = recorded;
+    each.taken = kRealigned + std::count(seen.begin(), seen.end(), input);
+    if (has_base) {
+      Doubt(input, -widest, widest);
+    }
+    has_base = has_base || recorded;
+  }
+  PlanRound();
 }
 
 // ---- What is known of x.
@@ -108,9 +124,8 @@ void ColumnEvidence::PlaceAt(std::int64_t sample, double now) {
   }
   for (int input = 1; input <= kInputs; ++input) {
     if (At(input).recorded && At(known_->Base).recorded) {
-      const auto place = static_cast<std::size_t>(input);
-      const double most = MostTime(known_->Most.at(place), meter_.Low(), meter_.High());
-      const double least = -MostTime(-known_->Least.at(place), meter_.Low(), meter_.High());
+      const double most = MostTime(known_->Most[input], meter_.Low(), meter_.High());
+      const double least = -MostTime(-known_->Least[input], meter_.Low(), meter_.High());
       static_cast<void>(bounds_.Tighten(input, known_->Base, most + kSlack));
       static_cast<void>(bounds_.Tighten(known_->Base, input, kSlack - least));
     }
@@ -159,9 +174,13 @@ void ColumnEvidence::NoteLow() {
 }
 
 // Samples that cannot be there yet: the clock was set, or the order has changed.
+
 void ColumnEvidence::NoteHigh() {
   ++too_high_;
   if (too_high_ >= kConflicts) {
+    is_too_high_ = true;
+    low_before_ = meter_.Low();
+    high_before_ = meter_.High();
     known_.reset();
     ForgetPlaces();
   }
@@ -177,6 +196,7 @@ void ColumnEvidence::ForgetPlaces() {
 // The clock says nothing about the samples any more. The distances between the inputs stay known.
 void ColumnEvidence::ForgetClock() {
   bounds_.Free(0);
+  seen_.clear();
   meter_.ForgetCounts();
   too_low_ = 0;
   for (Input& input : inputs_) {
@@ -439,11 +459,15 @@ int ColumnEvidence::Aligned() const {
 void ColumnEvidence::GiveUp() {
   for (int input = 1; input <= kInputs; ++input) {
     if (At(input).doubted) {
-      At(input).certain = false;
-      bounds_.Free(input);
-      Release(input, Verdict::kUncertain);
+      MakeUncertain(input);
     }
   }
+}
+
+void ColumnEvidence::MakeUncertain(int input) {
+  At(input).certain = false;
+  bounds_.Free(input);
+  Release(input, Verdict::kUncertain);
 }
 
 SamplingOrder ColumnEvidence::Order() const {
@@ -454,19 +478,18 @@ SamplingOrder ColumnEvidence::Order() const {
   order.IntervalLow = meter_.Low();
   order.IntervalHigh = meter_.High();
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input);
     if (order.Base == 0 && At(input).certain && !At(input).doubted) {
       order.Base = input;
     }
-    order.Least.at(place) = -1;
-    order.Most.at(place) = 1;
+    order.Least[input] = -1;
+    order.Most[input] = 1;
     if (order.Base != 0 && At(input).recorded) {
       const double most = bounds_.Most(input, order.Base);
       const double least = bounds_.Most(order.Base, input);
       const double most_parts = most / (most >= 0 ? meter_.Low() : meter_.High());
       const double least_parts = least / (least >= 0 ? meter_.Low() : meter_.High());
-      order.Most.at(place) = static_cast<float>(std::min(1.0, most_parts));
-      order.Least.at(place) = static_cast<float>(std::max(-1.0, -least_parts));
+      order.Most[input] = static_cast<float>(std::min(1.0, most_parts));
+      order.Least[input] = static_cast<float>(std::max(-1.0, -least_parts));
     }
   }
   return order;

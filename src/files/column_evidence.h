@@ -72,6 +72,12 @@ class ColumnEvidence {
   // Series that have just been cleared are worth watching: their first samples show the order.
   void Learn(Time now);
   [[nodiscard]] bool IsLearning() const { return learning_; }
+
+  // A recording that goes on has handed over all that it held: its next samples are worth watching,
+  // too, once and if the order is not known.
+  void LearnLate(Time now);
+  [[nodiscard]] bool IsLearningLate() const { return learning_ && is_late_; }
+
   [[nodiscard]] SamplingOrder Order() const;
 
   // A value of that input has arrived.
@@ -83,18 +89,33 @@ class ColumnEvidence {
   // Register R of the input.
   void NoteCount(int input, int count, const Exchange& when);
 
-  // Two counts in a row were lower than they can be: the instrument was switched off and on, its
-  // series begin anew. What is missing from the set in hand is lost, and all series are in step.
-  [[nodiscard]] bool SawRestart() const { return too_low_ >= kConflicts; }
+  // What the line says cannot be: samples were there earlier or later than they can be. The
+  // instrument was switched off and on, or the clock was set.
+  [[nodiscard]] bool SawRestart() const { return too_low_ >= kConflicts || is_too_high_; }
 
-  // The series of all inputs begin anew, in step; nothing is known of them.
-  void Restart(Time now);
+  // What the line has said once is enough.
+  void SuspectRestart() { too_low_ = kConflicts; }
+
+  // What was there too early was no restart: it is forgotten.
+  void ForgetHigh() { is_too_high_ = false; }
+
+  // Something was said that cannot be, once or more often.
+  [[nodiscard]] bool HasConflict() const { return too_low_ + too_high_ > 0 || is_too_high_; }
+
+  // The series of all inputs have begun anew at some time, in one set. Nothing is known of their
+  // order, and their next samples are up to `widest` sets away from those that are thought to be
+  // next: those of one set, but for the inputs of which a value is `seen`, which are one ahead.
+  // All are doubted but one, and all are certain once more. `keeps_interval`: it is believed still.
+  void BeginAnew(const std::vector<int>& seen, int widest, bool keeps_interval);
 
   // The next sample of the input is the one it was thought to be, or one later.
   void Doubt(int input) { Doubt(input, 0, 1); }
 
   // The next sample of the input is between `least` and `most` later than it was thought to be.
   void Doubt(int input, int least, int most);
+
+  // The place of the input among the others is not known.
+  void MakeUncertain(int input);
 
   // False once a doubt of the input was given up: its place among the others is not known.
   [[nodiscard]] bool IsCertain(int input) const { return At(input).certain; }
@@ -117,7 +138,8 @@ class ColumnEvidence {
   void Realign(int widest);
 
   // After Realign(), when nothing is in doubt any more: how many samples the input is behind the
-  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all (0 if none is certain).
+  // one that is farthest ahead (0 for an uncertain one), and that one before the first of all (0 if
+  // none is certain).
   [[nodiscard]] int Behind(int input) const;
   [[nodiscard]] int Aligned() const;
 
@@ -157,10 +179,8 @@ class ColumnEvidence {
     Verdict verdict = Verdict::kNone;
   };
 
-  [[nodiscard]] Input& At(int input) { return inputs_.at(static_cast<std::size_t>(input)); }
-  [[nodiscard]] const Input& At(int input) const {
-    return inputs_.at(static_cast<std::size_t>(input));
-  }
+  [[nodiscard]] Input& At(int input) { return inputs_[input]; }
+  [[nodiscard]] const Input& At(int input) const { return inputs_[input]; }
 
   // What was seen of an input before the interval was known.
   struct Seen {
@@ -196,11 +216,12 @@ class ColumnEvidence {
   void PlanRound();
   [[nodiscard]] int NeighbourOf(int input) const;
   void EndRound(Time now);
+  void BeginLearning(Time now);
   void LearnMore(Time now);
   [[nodiscard]] bool IsLearned() const;
   [[nodiscard]] double Step() const;
 
-  std::array<Input, kInputs + 1> inputs_{};
+  ByInput<Input> inputs_{};
   IntervalMeter meter_;
   TimeBounds bounds_;  // of x, as seen from sample `origin_` and the moment `moment_`
   bool placed_ = false;
@@ -208,12 +229,17 @@ class ColumnEvidence {
   double moment_ = 0;  // seconds
   int too_low_ = 0;
   int too_high_ = 0;
+  bool is_too_high_ = false;
+  double low_before_ = 0;  // the interval as it was believed until then
+  double high_before_ = 0;
 
   std::vector<int> round_;
   std::size_t place_ = 0;  // in round_
   Time not_before_{};
 
   bool learning_ = false;
+  bool was_learning_ = false;
+  bool is_late_ = false;
   double learning_since_ = 0;
   std::vector<Seen> seen_;
   std::optional<SamplingOrder> known_;  // of an earlier run, until it can be used

@@ -43,7 +43,10 @@ void ColumnKeeper::BeginFull(int slot, int input) {
   if (column.full.At() != FullBuffer::Stage::kIdle) {
     return;
   }
-  column.before = evidence;
+  if (column.restarts == 0) {
+    column.before = evidence;
+  }
+  column.restarts = 0;
   column.is_suspicion = false;
   column.doubted.clear();
   const int sets = SetsOfRoom(slot);
@@ -148,10 +151,9 @@ bool ColumnKeeper::CarryOutFull(int slot) {
   }
   std::vector<int> uncertain;
   for (const int input : RecordedInputs(slot)) {
-    const auto place = static_cast<std::size_t>(input);
-    const bool is_new = !state_.Columns[slot].IsUncertain.at(place);
+    const bool is_new = !state_.Columns[slot].IsUncertain[input];
     if (is_new && !column.evidence.IsCertain(input)) {
-      state_.Columns[slot].IsUncertain.at(place) = true;
+      state_.Columns[slot].IsUncertain[input] = true;
       uncertain.push_back(input);
     }
   }

@@ -71,11 +71,12 @@ void ColumnKeeper::Renew(int slot) {
   column = Column();
   column.evidence.Begin(RecordedInputs(slot), state_.RecInterval[slot]);
   column.evidence.Resume(state_.Columns[slot].Order);
+  column.proven.fill(state_.SampleCount[slot]);
   for (const int input : RecordedInputs(slot)) {
     if (state_.SampleSeen[slot][input]) {
       column.evidence.ResumeTaken(input);
     }
-    if (state_.Columns[slot].IsUncertain.at(static_cast<std::size_t>(input))) {
+    if (state_.Columns[slot].IsUncertain[input]) {
       column.evidence.ResumeUncertain(input);
     }
   }
@@ -109,24 +110,25 @@ void ColumnKeeper::Taken(int slot, int input, const Exchange& when) {
   EvidenceOf(slot).NoteTaken(input, when);
   columns_[slot].misses_since.reset();
   columns_[slot].is_still_full = false;
-  auto& owed = state_.Columns[slot].Owed.at(static_cast<std::size_t>(input));
-  state_.Columns[slot].Repeats.at(static_cast<std::size_t>(input)) = std::exchange(owed, 0);
+  auto& owed = state_.Columns[slot].Owed[input];
+  state_.Columns[slot].Repeats[input] = std::exchange(owed, 0);
+  NoteConflict(slot);
 }
 
 void ColumnKeeper::Empty(int slot, int input, const Exchange& when) {
   ColumnEvidence& evidence = EvidenceOf(slot);
-  const bool is_possible = evidence.NoteEmpty(input, when);
+  if (!evidence.NoteEmpty(input, when)) {
+    evidence.SuspectRestart();
+  }
   if (IsHalfRead(slot)) {
     Column& column = columns_[slot];
     column.misses_since = column.misses_since.value_or(when.answered);
-    if (!is_possible) {
-      Suspect(slot);
-      columns_[slot].is_suspicion = false;
-    }
-  } else if (evidence.SawRestart()) {
-    evidence.Restart(when.answered);
+  } else if (input == RecordedInputs(slot).back()) {
+    evidence.LearnLate(when.answered);
+    NoteProof(slot);
   }
   state_.Columns[slot].Order = evidence.Order();
+  NoteConflict(slot);
 }
 
 void ColumnKeeper::Failed(int slot, int input) {
@@ -187,10 +189,13 @@ bool ColumnKeeper::HasWaitedLong(int slot) const {
 ColumnKeeper::Deed ColumnKeeper::Next(int slot) {
   const ColumnEvidence& evidence = EvidenceOf(slot);
   const Column& column = columns_[slot];
-  if (column.full.At() != FullBuffer::Stage::kIdle && !evidence.SawRestart()) {
+  if (evidence.SawRestart()) {
+    return {Deed::kDecide, 0};
+  }
+  if (column.full.At() != FullBuffer::Stage::kIdle) {
     return NextOfFull(slot);
   }
-  if (evidence.SawRestart() || !evidence.AnyDoubt()) {
+  if (!evidence.AnyDoubt()) {
     return {Deed::kDecide, 0};
   }
   const auto look = evidence.NextLook();
@@ -209,7 +214,11 @@ void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when)
     NoteLost(slot, input, count, when.answered);
   }
   column.evidence.NoteCount(input, count, when);
+  if (column.full.At() != FullBuffer::Stage::kIdle) {
+    column.evidence.ForgetHigh();
+  }
   state_.Columns[slot].Order = column.evidence.Order();
+  NoteConflict(slot);
   if (column.is_suspicion && IsSuspicionOver(slot) && !column.evidence.SawRestart()) {
     column.evidence.Withdraw();
   }
@@ -258,9 +267,13 @@ bool ColumnKeeper::MayBeFull(int slot, int input, int count) const {
 
 bool ColumnKeeper::Decide(int slot) {
   if (columns_[slot].evidence.SawRestart()) {
-    return CarryOutRestart(slot);
+    TakeRestart(slot);
+    return true;
   }
-  return columns_[slot].full.At() != FullBuffer::Stage::kIdle ? CarryOutFull(slot) : CarryOut(slot);
+  if (columns_[slot].full.At() != FullBuffer::Stage::kIdle) {
+    return CarryOutFull(slot);
+  }
+  return columns_[slot].restarts > 0 ? CarryOutRestart(slot) : CarryOut(slot);
 }
 
 bool ColumnKeeper::CarryOut(int slot) {
@@ -279,26 +292,11 @@ bool ColumnKeeper::CarryOut(int slot) {
     return false;
   }
   for (const int input : uncertain) {
-    state_.Columns[slot].IsUncertain.at(static_cast<std::size_t>(input)) = true;
+    state_.Columns[slot].IsUncertain[input] = true;
   }
   Tell(slot, uncertain,
        "nobody can know whether a value was lost on the line; nothing was filled in, from here on "
        "the values may stand one row too early");
-  EndDoubt(slot);
-  return true;
-}
-
-// The instrument was switched off and on: what is missing from the set in hand is gone, and the
-// series of all inputs begin anew in the next one.
-bool ColumnKeeper::CarryOutRestart(int slot) {
-  const std::vector<int> missing = IsHalfRead(slot) ? MissingInputs(slot) : std::vector<int>();
-  if (!Fill(slot, missing)) {
-    return false;
-  }
-  columns_[slot].evidence.Restart(clock_.Elapsed());
-  columns_[slot].full.End();
-  state_.Columns[slot].Order = SamplingOrder();
-  state_.Columns[slot].IsUncertain = {};
   EndDoubt(slot);
   return true;
 }
@@ -308,6 +306,7 @@ void ColumnKeeper::EndDoubt(int slot) {
   column.doubted.clear();
   column.is_suspicion = false;
   column.before.reset();
+  column.restarts = 0;
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   files_.KeepHeldSet(slot, 0);
@@ -324,7 +323,7 @@ bool ColumnKeeper::Fill(int slot, const std::vector<int>& inputs) {
   }
   if (state_.Columns[slot].IsFirstSet || state_.SampleCount[slot] == 0) {
     for (const int input : inputs) {
-      ++state_.Columns[slot].Owed.at(static_cast<std::size_t>(input));
+      ++state_.Columns[slot].Owed[input];
     }
     Tell(slot, inputs, "lost on the line; the next value stands in its place");
     return true;
@@ -354,11 +353,15 @@ std::optional<std::int16_t> ColumnKeeper::ValueBefore(int slot, int input) {
 }
 
 void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::string& what) {
+  const std::int32_t row = state_.SampleCount[slot];
+  Tell(slot, row == 0 ? "rows 0 and 1" : "row " + std::to_string(row), inputs, what);
+}
+
+void ColumnKeeper::Tell(int slot, const std::string& rows, const std::vector<int>& inputs,
+                        const std::string& what) {
   if (inputs.empty()) {
     return;
   }
-  const std::int32_t row = state_.SampleCount[slot];
-  const std::string rows = row == 0 ? "rows 0 and 1" : "row " + std::to_string(row);
   messages_.Report(slot,
                    {state_.SlotFile[slot] + ": " + rows + ", " + NumberOf(inputs) + ": " + what,
                     "Read  Tavrel"});
@@ -369,7 +372,7 @@ void ColumnKeeper::SetWritten(int slot) {
   memory.LastSet = TimeOfSet(slot);
   memory.IsFirstSet = false;
   for (const int input : RecordedInputs(slot)) {
-    auto& repeats = memory.Repeats.at(static_cast<std::size_t>(input));
+    auto& repeats = memory.Repeats[input];
     if (repeats > 0) {
       --repeats;
       state_.SampleSeen[slot][input] = true;
@@ -391,8 +394,10 @@ int ColumnKeeper::SlotToLearn() {
 
 int ColumnKeeper::InputToLearn(int slot) {
   const Column& column = columns_[slot];
+  const bool is_vague =
+      column.evidence.IsLearningLate() && IsHalfRead(slot) && !column.evidence.Interval().IsKnown();
   if (state_.Columns[slot].IsOpened || !column.evidence.IsLearning() ||
-      column.evidence.AnyDoubt()) {
+      column.evidence.AnyDoubt() || is_vague) {
     return 0;
   }
   const auto look = column.evidence.NextLook();

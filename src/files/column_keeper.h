@@ -1,6 +1,8 @@
 #ifndef TAVREL_FILES_COLUMN_KEEPER_H_
 #define TAVREL_FILES_COLUMN_KEEPER_H_
 
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -91,11 +93,17 @@ class ColumnKeeper {
     bool rests = false;         // no learning before the next ten-second tick
     // An input had no data while others had theirs; then, since when it is suspected.
     std::optional<Time> misses_since;
-    std::optional<ColumnEvidence> before;       // what was known before the buffer was full
-    std::optional<ColumnEvidence::Range> lost;  // sets that the full buffer has cost
-    std::optional<int> stored;                  // counted then
-    bool is_still_full = false;                 // no value was taken since
-    std::optional<std::int32_t> told_row;       // before which lost sets were told last
+    // What was known before the buffer was full, or the instrument was switched off and on; what
+    // was made since then, and what was counted.
+    std::optional<ColumnEvidence> before;
+    std::optional<ColumnEvidence::Range> lost;
+    std::optional<int> stored;
+    int restarts = 0;  // seen since the columns were not in doubt
+    // Rows until which there was none: as it seems, and as the looks before that have said. What a
+    // look finds possible may still be a restart that came at a moment like it.
+    std::array<std::int32_t, 3> proven{};
+    bool is_still_full = false;            // no value was taken since
+    std::optional<std::int32_t> told_row;  // before which lost sets were told last
   };
 
   // Taken along where a recording goes on in a next file.
@@ -121,7 +129,11 @@ class ColumnKeeper {
   void Suspect(int slot);
   void EndDoubt(int slot);
   [[nodiscard]] bool CarryOut(int slot);
+  void TakeRestart(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);
+  void TellForgottenSets(int slot, std::int32_t row);
+  void NoteConflict(int slot);
+  void NoteProof(int slot);
   void BeginFull(int slot, int input);
   [[nodiscard]] int SetsOfRoom(int slot) const;
   [[nodiscard]] Deed NextOfFull(int slot);
@@ -133,6 +145,8 @@ class ColumnKeeper {
   [[nodiscard]] bool Fill(int slot, const std::vector<int>& inputs);
   [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
   void Tell(int slot, const std::vector<int>& inputs, const std::string& what);
+  void Tell(int slot, const std::string& rows, const std::vector<int>& inputs,
+            const std::string& what);
   [[nodiscard]] LostSets CountLostSets(int slot) const;
   [[nodiscard]] static std::string TextOf(const LostSets& lost);
   void TellLostSets(int slot);

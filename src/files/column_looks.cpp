@@ -64,7 +64,7 @@ void ColumnEvidence::PlanRound() {
   round_.clear();
   place_ = 0;
   const bool any_doubt = AnyDoubt();
-  std::array<bool, kInputs + 1> is_asked{};
+  ByInput<bool> is_asked{};
   for (int input = kInputs; input >= 1; --input) {
     if (!At(input).doubted) {
       continue;
@@ -73,13 +73,13 @@ void ColumnEvidence::PlanRound() {
     for (int other = 1; other <= kInputs; ++other) {
       const bool is_useful = neighbour == 0 || other == neighbour;
       if (is_useful && At(other).certain && !At(other).doubted) {
-        is_asked.at(static_cast<std::size_t>(other)) = true;
+        is_asked[other] = true;
       }
     }
   }
   for (int input = kInputs; input >= 1; --input) {
     const bool is_learned = !any_doubt && learning_ && At(input).certain;
-    if (is_asked.at(static_cast<std::size_t>(input)) || is_learned) {
+    if (is_asked[input] || is_learned) {
       round_.push_back(input);
     }
   }
@@ -124,13 +124,18 @@ void ColumnEvidence::EndRound(Time now) {
   for (int input = 1; input <= kInputs; ++input) {
     const bool is_over = At(input).looks >= kMostRounds || IsWatched(input);
     if (At(input).doubted && is_over) {
-      At(input).certain = false;
-      bounds_.Free(input);
-      Release(input, Verdict::kUncertain);
+      MakeUncertain(input);
     }
   }
   PlanRound();
   not_before_ = After(now, Step() * kBetweenRounds);
+}
+
+void ColumnEvidence::BeginLearning(Time now) {
+  learning_ = true;
+  was_learning_ = true;
+  learning_since_ = Seconds(now);
+  PlanRound();
 }
 
 void ColumnEvidence::LearnMore(Time now) {
@@ -147,12 +152,9 @@ void ColumnEvidence::LearnMore(Time now) {
 }
 
 bool ColumnEvidence::IsLearned() const {
-  if (!placed_) {
-    return false;
-  }
   const SamplingOrder order = Order();
   for (std::size_t input = 1; input <= kInputs; ++input) {
-    const bool is_known = order.Most.at(input) - order.Least.at(input) <= kLearnedWell;
+    const bool is_known = order.Most[input] - order.Least[input] <= kLearnedWell;
     if (At(static_cast<int>(input)).certain && !is_known) {
       return false;
     }

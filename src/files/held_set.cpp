@@ -28,11 +28,11 @@ struct Layout {
   std::uint16_t Seen;
   std::uint16_t Uncertain;
   std::int16_t Base;
-  std::array<std::int16_t, kInputs> Value;
-  std::array<std::int16_t, kInputs> Least;
-  std::array<std::int16_t, kInputs> Most;
-  std::array<std::uint8_t, kInputs> Owed;
-  std::array<std::uint8_t, kInputs> Repeats;
+  ByInput<std::int16_t> Value;
+  ByInput<std::int16_t> Least;
+  ByInput<std::int16_t> Most;
+  ByInput<std::uint8_t> Owed;
+  ByInput<std::uint8_t> Repeats;
   std::array<std::uint8_t, 6> Spare;
   std::uint16_t Sum;
 };
@@ -43,7 +43,7 @@ struct OldLayout {
   std::int32_t SampleCount;
   std::int16_t AskedInput;
   std::uint16_t Seen;
-  std::array<std::int16_t, kInputs> Value;
+  ByInput<std::int16_t> Value;
   std::uint16_t Sum;
 };
 static_assert(sizeof(OldLayout) == kOldHeldSetBytes);
@@ -71,18 +71,18 @@ bool IsInputOrNone(int input) {
   return input >= 0 && input <= kInputs;
 }
 
-std::uint16_t BitsOf(const std::array<bool, kInputs + 1>& flags) {
+std::uint16_t BitsOf(const ByInput<bool>& flags) {
   unsigned bits = 0;
   for (unsigned input = 1; input <= kInputs; ++input) {
-    bits |= flags.at(input) ? 1U << input : 0U;
+    bits |= flags[input] ? 1U << input : 0U;
   }
   return static_cast<std::uint16_t>(bits);
 }
 
-std::array<bool, kInputs + 1> FlagsOf(std::uint16_t bits) {
-  std::array<bool, kInputs + 1> flags{};
+ByInput<bool> FlagsOf(std::uint16_t bits) {
+  ByInput<bool> flags{};
   for (unsigned input = 1; input <= kInputs; ++input) {
-    flags.at(input) = (bits & (1U << input)) != 0;
+    flags[input] = (bits & (1U << input)) != 0;
   }
   return flags;
 }
@@ -94,7 +94,7 @@ HeldSet ValuesOf(const AnyLayout& layout) {
   held.SampleCount = layout.SampleCount;
   held.AskedInput = layout.AskedInput;
   held.Seen = FlagsOf(layout.Seen);
-  std::copy(layout.Value.begin(), layout.Value.end(), held.Value.begin() + 1);
+  held.Value = layout.Value;
   return held;
 }
 
@@ -105,11 +105,11 @@ void PutOrder(const SamplingOrder& order, Layout& layout) {
   const double high = std::clamp(order.IntervalHigh, 0.0, kLongestInterval);
   layout.IntervalLow = static_cast<std::uint32_t>(std::floor(low / kMicrosecond));
   layout.IntervalHigh = static_cast<std::uint32_t>(std::ceil(high / kMicrosecond));
-  for (std::size_t place = 0; place < kInputs; ++place) {
-    const double least = std::clamp<double>(order.Least.at(place + 1), -1, 1);
-    const double most = std::clamp<double>(order.Most.at(place + 1), -1, 1);
-    layout.Least.at(place) = static_cast<std::int16_t>(std::floor(least / kPart));
-    layout.Most.at(place) = static_cast<std::int16_t>(std::ceil(most / kPart));
+  for (int input = 1; input <= kInputs; ++input) {
+    const double least = std::clamp<double>(order.Least[input], -1, 1);
+    const double most = std::clamp<double>(order.Most[input], -1, 1);
+    layout.Least[input] = static_cast<std::int16_t>(std::floor(least / kPart));
+    layout.Most[input] = static_cast<std::int16_t>(std::ceil(most / kPart));
   }
 }
 
@@ -118,17 +118,17 @@ SamplingOrder OrderOf(const Layout& layout) {
   order.Base = layout.Base;
   order.IntervalLow = layout.IntervalLow * kMicrosecond;
   order.IntervalHigh = layout.IntervalHigh * kMicrosecond;
-  for (std::size_t place = 0; place < kInputs; ++place) {
-    order.Least.at(place + 1) = static_cast<float>(layout.Least.at(place) * kPart);
-    order.Most.at(place + 1) = static_cast<float>(layout.Most.at(place) * kPart);
+  for (int input = 1; input <= kInputs; ++input) {
+    order.Least[input] = static_cast<float>(layout.Least[input] * kPart);
+    order.Most[input] = static_cast<float>(layout.Most[input] * kPart);
   }
   return order;
 }
 
 // Bounds that contradict each other are none.
 bool IsOrderPossible(const Layout& layout) {
-  for (std::size_t place = 0; place < kInputs; ++place) {
-    if (layout.Least.at(place) > layout.Most.at(place)) {
+  for (int input = 1; input <= kInputs; ++input) {
+    if (layout.Least[input] > layout.Most[input]) {
       return false;
     }
   }
@@ -154,9 +154,9 @@ HeldSetBytes EncodeHeldSet(const HeldSet& held) {
   const std::uint16_t first = held.Columns.IsFirstSet ? kFirstSetBit : std::uint16_t{0};
   layout.Uncertain = static_cast<std::uint16_t>(BitsOf(held.Columns.IsUncertain) | first);
   PutOrder(held.Columns.Order, layout);
-  std::copy(held.Value.begin() + 1, held.Value.end(), layout.Value.begin());
-  std::copy(held.Columns.Owed.begin() + 1, held.Columns.Owed.end(), layout.Owed.begin());
-  std::copy(held.Columns.Repeats.begin() + 1, held.Columns.Repeats.end(), layout.Repeats.begin());
+  layout.Value = held.Value;
+  layout.Owed = held.Columns.Owed;
+  layout.Repeats = held.Columns.Repeats;
   layout.Sum = SumOf(layout);
   HeldSetBytes bytes{};
   std::memcpy(bytes.data(), &layout, kHeldSetBytes);
@@ -180,8 +180,8 @@ std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes) {
   held.Columns.IsFirstSet = (layout.Uncertain & kFirstSetBit) != 0;
   held.Columns.IsUncertain = FlagsOf(layout.Uncertain);
   held.Columns.Order = OrderOf(layout);
-  std::copy(layout.Owed.begin(), layout.Owed.end(), held.Columns.Owed.begin() + 1);
-  std::copy(layout.Repeats.begin(), layout.Repeats.end(), held.Columns.Repeats.begin() + 1);
+  held.Columns.Owed = layout.Owed;
+  held.Columns.Repeats = layout.Repeats;
   return held;
 }
 

@@ -21,10 +21,10 @@ namespace tavrel {
 // held set whose SampleCount is not the file's is out of date and means nothing.
 struct HeldSet {
   std::int32_t SampleCount = 0;
-  int AskedInput = 0;  // input whose value was asked for and has not been judged; 0 for none
-  std::array<bool, kInputs + 1> Seen{};           // by input 1..15
-  std::array<std::int16_t, kInputs + 1> Value{};  // raw temperatures
-  ColumnMemory Columns{};                         // IsOpened is not kept
+  int AskedInput = 0;    // input whose value was asked for and has not been judged; 0 for none
+  ByInput<bool> Seen{};  // by input 1..15
+  ByInput<std::int16_t> Value{};  // raw temperatures
+  ColumnMemory Columns{};         // IsOpened is not kept
 
   [[nodiscard]] bool operator==(const HeldSet&) const = default;
 };

@@ -25,7 +25,7 @@ void IntervalMeter::Resume(double low, double high) {
 }
 
 void IntervalMeter::NoteExact(int input, std::int64_t made, double asked, double answered) {
-  Anchor& anchor = anchors_.at(static_cast<std::size_t>(input));
+  Anchor& anchor = anchors_[input];
   if (made < 1) {
     return;  // the first sample may be later than one interval
   }
@@ -42,7 +42,7 @@ void IntervalMeter::NoteExact(int input, std::int64_t made, double asked, double
 }
 
 void IntervalMeter::NoteAtLeast(int input, std::int64_t made, double answered) {
-  const Anchor& anchor = anchors_.at(static_cast<std::size_t>(input));
+  const Anchor& anchor = anchors_[input];
   const std::int64_t whole = made - anchor.made - 1;  // steps that surely lie between the moments
   if (anchor.made > 0 && whole > 0) {
     const double most = (answered - anchor.asked) / static_cast<double>(whole);

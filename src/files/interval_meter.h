@@ -30,7 +30,7 @@ class IntervalMeter {
   void Forget();
 
   // As ForgetCounts() for one input, whose count is no longer the one that it was.
-  void ForgetCount(int input) { anchors_.at(static_cast<std::size_t>(input)) = {}; }
+  void ForgetCount(int input) { anchors_[input] = {}; }
 
   // The input had made `made` samples, no more and no less, at some moment between the two.
   void NoteExact(int input, std::int64_t made, double asked, double answered);
@@ -59,7 +59,7 @@ class IntervalMeter {
   double most_ = 0;   // as measured; 0 for none
   double low_ = 0;    // as believed
   double high_ = 0;
-  std::array<Anchor, kInputs + 1> anchors_{};
+  ByInput<Anchor> anchors_{};
 };
 
 }  // namespace tavrel

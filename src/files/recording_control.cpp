@@ -44,7 +44,7 @@ void RecordingEngine::StartRecording(int slot) {
   }
   TakeBufferCount(slot, 0, clock_.Elapsed());
   // The instrument's series are empty now; what is left of an older set belongs to none of them.
-  state_.SampleSeen[slot].fill(false);
+  state_.SampleSeen[slot].Fill(false);
   columns_.StartSeries(slot);
   screens_.Show(View::kTavWait);
   state_.WriteFailed[slot] = false;

@@ -150,7 +150,7 @@ void RecordingFiles::DeriveValues(int slot) {
   const UnitRecord& unit = state_.Unit[slot];
   state_.RecInterval[slot] = RecIntervalOf(unit);
   state_.SampleLimit[slot] = SampleLimitOf(unit);
-  state_.SampleSeen[slot].fill(false);
+  state_.SampleSeen[slot].Fill(false);
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   state_.Columns[slot] = ColumnMemory();

@@ -37,7 +37,7 @@ class RecordingFiles {
   // Why the last OpenRecordingFile of the slot refused its file: true for an error of the system,
   // which may pass, false if the file is not there, is damaged, is none of this system's or is in
   // use.
-  [[nodiscard]] bool WasRefusedByError(int slot) const { return refused_by_error_.at(slot); }
+  [[nodiscard]] bool WasRefusedByError(int slot) const { return refused_by_error_[slot]; }
 
   // The instrument that the header of that file names, 1..6; empty if that cannot be read.
   [[nodiscard]] static std::optional<std::int16_t> InetOf(const std::string& directory,

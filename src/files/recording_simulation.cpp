@@ -28,7 +28,7 @@ void RecordingEngine::LineOpened(bool was_simulated) {
     return;
   }
   state_.SimulatedRowsAllowed = false;
-  state_.BegunInSimulation.fill(false);
+  state_.BegunInSimulation.Fill(false);
   for (int slot = 1; was_simulated && slot <= kSlots; ++slot) {
     TakeSetBack(slot);
   }
@@ -52,7 +52,7 @@ void RecordingEngine::TakeSetBack(int slot) {
 }
 
 void RecordingEngine::EmptyHand(int slot) {
-  state_.SampleSeen[slot].fill(false);
+  state_.SampleSeen[slot].Fill(false);
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   state_.WriteFailed[slot] = false;

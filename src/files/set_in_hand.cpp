@@ -12,11 +12,10 @@ namespace {
 
 // Inputs of the set that have arrived.
 int SeenInputs(const RunState& state, int slot) {
-  const auto place = static_cast<std::size_t>(slot);
   int seen = 0;
   for (int input = 1; input <= kInputs; ++input) {
-    const bool has_come = state.SampleSeen.at(place).at(static_cast<std::size_t>(input));
-    seen += state.Unit.at(place).IsRecorded(input) && has_come ? 1 : 0;
+    const bool has_come = state.SampleSeen[slot][input];
+    seen += state.Unit[slot].IsRecorded(input) && has_come ? 1 : 0;
   }
   return seen;
 }
@@ -24,7 +23,7 @@ int SeenInputs(const RunState& state, int slot) {
 }  // namespace
 
 bool HoldsWholeSet(const RunState& state, int slot) {
-  const int recorded = state.Unit.at(static_cast<std::size_t>(slot)).RecordedInputs();
+  const int recorded = state.Unit[slot].RecordedInputs();
   return recorded > 0 && SeenInputs(state, slot) == recorded;
 }
 
@@ -47,7 +46,7 @@ bool RecordingFiles::AppendSetInHand(int slot) {
   if (!AppendRow(slot, std::span(words.data(), count), copies)) {
     return false;
   }
-  state_.SampleSeen[slot].fill(false);
+  state_.SampleSeen[slot].Fill(false);
   return true;
 }
 
@@ -78,7 +77,7 @@ void RecordingFiles::TakeRefusedSet(int slot) {
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   if (!HoldsWholeSet(state_, slot)) {
-    state_.SampleSeen[slot].fill(false);
+    state_.SampleSeen[slot].Fill(false);
   } else if (AppendSetInHand(slot)) {
     DropHeldSet(slot);
   }

@@ -255,7 +255,7 @@ void StopOrders::Changed() {
 }
 
 void StopOrders::ShowWaiting() {
-  parts_.state.StopPending.fill(false);
+  parts_.state.StopPending.Fill(false);
   for (const StopOrder& order : orders_) {
     parts_.state.StopPending[order.Slot] = true;
   }

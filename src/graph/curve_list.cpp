@@ -4,7 +4,7 @@ namespace tavrel {
 namespace {
 
 void AddCurve(const UnitRecord& unit, int input, CurveList& list) {
-  const int code = unit.UnitColour.at(static_cast<std::size_t>(input - 1));
+  const int code = unit.UnitColour[input];
   Curve& curve = list.Curves.at(static_cast<std::size_t>(list.CurveCount));
   ++list.CurveCount;
   curve.CurveInput = input;
@@ -29,7 +29,7 @@ void BuildCurveList(const UnitRecord& unit, CurveList& list) {
       continue;
     }
     ++list.ColumnCount;
-    if (unit.UnitColour.at(static_cast<std::size_t>(input - 1)) >= 1) {
+    if (unit.UnitColour[input] >= 1) {
       AddCurve(unit, input, list);
     }
   }

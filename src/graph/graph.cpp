@@ -23,13 +23,13 @@ Graph::Graph(const Parts& parts)
 }
 
 UnitRecord& Graph::Unit() const {
-  return parts_.state.Unit.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  return parts_.state.Unit[parts_.state.SelSlot];
 }
 
 // A row without words or time has no place on an axis.
 bool Graph::CanBeShown() const {
   const UnitRecord& unit = Unit();
-  const int interval = parts_.state.RecInterval.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  const int interval = parts_.state.RecInterval[parts_.state.SelSlot];
   return plotter_.IsAttached() && unit.UnitChannels >= 1 && unit.UnitChannels <= kInputs &&
          interval >= 1;
 }
@@ -98,7 +98,7 @@ void Graph::Timer_Graph_Timer() {
 
 void Graph::Leave() {
   const int slot = parts_.state.SelSlot;
-  if (parts_.state.SlotDirty.at(static_cast<std::size_t>(slot))) {
+  if (parts_.state.SlotDirty[slot]) {
     parts_.files.WriteHeader(slot);
   }
   parts_.state.GraphIdle = true;
@@ -272,7 +272,7 @@ void Graph::MoveCursor(CursorMove move, int times) {
   PlaceCursor();
   const ViewFrame& view = graph_.Shown();
   const int channels = Unit().UnitChannels;
-  const int interval = parts_.state.RecInterval.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  const int interval = parts_.state.RecInterval[parts_.state.SelSlot];
   const double point = MinutesOfRecord(view.RecFirst + view.RecStep, interval, channels) -
                        MinutesOfRecord(view.RecFirst, interval, channels);
   const double up = (view.YTop - view.YBottom) / kCursorUp;

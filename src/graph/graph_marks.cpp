@@ -163,9 +163,9 @@ std::string GraphMarks::LabelOfPoint() const {
   RunState& state = parts_.state;
   const int channels = Unit().UnitChannels;
   MarkedPoint point{first_, Unit().UnitGraphMode, std::nullopt};
-  const auto record = RecordAt(View(), first_.X, state.RecInterval.at(Slot()), channels);
+  const auto record = RecordAt(View(), first_.X, state.RecInterval[Slot()], channels);
   if (record) {
-    SampleReader reader(state.SlotFileNo.at(Slot()));
+    SampleReader reader(state.SlotFileNo[Slot()]);
     point.Reference = reader.Degrees(*record + parts_.graph.Curves.RefColumn);
   }
   return MarkLabel(point);
@@ -180,7 +180,7 @@ std::size_t GraphMarks::Slot() const {
 }
 
 UnitRecord& GraphMarks::Unit() const {
-  return parts_.state.Unit.at(Slot());
+  return parts_.state.Unit[Slot()];
 }
 
 Surface& GraphMarks::ImgC() const {

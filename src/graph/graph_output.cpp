@@ -16,7 +16,6 @@ constexpr const char* kClipboardTitle = "clipboard";
 constexpr const char* kSubfileTitle = "Subfile";
 constexpr const char* kWriteTitle = "write subfile";
 constexpr std::size_t kExtensionLength = 3;
-constexpr int kSubfileRecord = kSlotTable;  // the work header in RunState::Unit
 
 std::string ExtensionOf(const UnitRecord& unit) {
   return Trim(FirstCharacters(unit.UnitDesignation.Get(), kExtensionLength));
@@ -106,7 +105,7 @@ void GraphOutput::SaveText() {
   std::string problem;
   {
     const OutputPause pause(parts_.state, parts_.graph, parts_.events);
-    SampleReader reader(parts_.state.SlotFileNo.at(Slot()));
+    SampleReader reader(parts_.state.SlotFileNo[Slot()]);
     text = AsciiText(Table(), parts_.regional.DecimalMark(), reader);
     problem = text ? ReplaceFile(target, *text) : "";
   }
@@ -124,15 +123,14 @@ std::string GraphOutput::UnreadableText() const {
 ExportTable GraphOutput::Table() const {
   ExportTable table;
   table.FileName = File();
-  table.RecInterval = parts_.state.RecInterval.at(Slot());
+  table.RecInterval = parts_.state.RecInterval[Slot()];
   table.Channels = Unit().UnitChannels;
   table.FirstRecord = View().RecFirst;
   table.LastRecord = View().RecEnd;
   const CurveList& curves = parts_.graph.State().Curves;
   for (int k = 0; k < curves.CurveCount; ++k) {
     const Curve& curve = curves.At(k);
-    const auto place = static_cast<std::size_t>(curve.CurveInput - 1);
-    table.Columns.push_back({curve.CurveColumn, Unit().UnitInputName.at(place)});
+    table.Columns.push_back({curve.CurveColumn, Unit().UnitInputName[curve.CurveInput]});
   }
   return table;
 }
@@ -153,7 +151,7 @@ void GraphOutput::CopyText() {
   std::optional<ClipboardFault> fault;
   {
     const OutputPause pause(parts_.state, parts_.graph, parts_.events);
-    SampleReader reader(parts_.state.SlotFileNo.at(Slot()));
+    SampleReader reader(parts_.state.SlotFileNo[Slot()]);
     const auto made = ClipboardText(Table(), parts_.regional.DecimalMark(), reader);
     if (const auto* const text = std::get_if<std::string>(&made)) {
       parts_.clipboard.SetText(*text);
@@ -213,9 +211,9 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
   std::string problem;
   {
     const OutputPause pause(state, parts_.graph, parts_.events);
-    UnitRecord& header = state.Unit.at(kSubfileRecord);
+    UnitRecord& header = state.Unit[kWorkHeader];
     header = SubfileHeader(Unit(), Cut());
-    SampleReader reader(state.SlotFileNo.at(Slot()));
+    SampleReader reader(state.SlotFileNo[Slot()]);
     bytes = SubfileBytes(Unit(), header, Cut(), reader);
     problem = bytes ? ReplaceFile(target, *bytes) : "";
     state.IndexValid = false;
@@ -233,8 +231,7 @@ SubfileCut GraphOutput::Cut() const {
 
 ReportContent GraphOutput::Content() const {
   const GraphState& graph = parts_.graph.State();
-  return {Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo.at(Slot()),
-          File()};
+  return {Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo[Slot()], File()};
 }
 
 ReportStyle GraphOutput::Style(bool is_colour) const {

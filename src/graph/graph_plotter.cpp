@@ -46,7 +46,7 @@ void PrintBelow(Surface& strip, double x, double half, const std::string& text) 
 }  // namespace
 
 UnitRecord& GraphPlotter::Unit() const {
-  return parts_.state.Unit.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  return parts_.state.Unit[parts_.state.SelSlot];
 }
 
 bool GraphPlotter::IsRelative() const {
@@ -87,8 +87,8 @@ void GraphPlotter::PrepareView() {
     FramePartView();
   }
   const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
-  const bool is_high = SetRecords(parts_.graph.Shown(), Unit(), parts_.state.RecInterval.at(slot),
-                                  parts_.state.SampleCount.at(slot));
+  const bool is_high = SetRecords(parts_.graph.Shown(), Unit(), parts_.state.RecInterval[slot],
+                                  parts_.state.SampleCount[slot]);
   parts_.values.lblRes = is_high ? "high" : "low";
   TakeStartPoints();
   PaintEmptyPlot();
@@ -144,7 +144,7 @@ void GraphPlotter::TakeStartPoints() {
   if (view.RecFirst >= view.RecEnd) {
     return;
   }
-  SampleReader reader(parts_.state.SlotFileNo.at(static_cast<std::size_t>(parts_.state.SelSlot)));
+  SampleReader reader(parts_.state.SlotFileNo[parts_.state.SelSlot]);
   const CurveList& curves = parts_.graph.Curves;
   for (int k = 0; k < curves.CurveCount; ++k) {
     view.CurveLastY.at(static_cast<std::size_t>(k)) =
@@ -217,7 +217,7 @@ void GraphPlotter::DrawValueAxis(const ViewSurfaces& to) {
 void GraphPlotter::DrawCurves() {
   ViewFrame& view = parts_.graph.Shown();
   const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
-  view.RecEnd = RecEndOf(view, parts_.state.SampleCount.at(slot), Unit().UnitChannels);
+  view.RecEnd = RecEndOf(view, parts_.state.SampleCount[slot], Unit().UnitChannels);
   if (view.RecNow >= view.RecEnd) {
     return;
   }
@@ -248,7 +248,7 @@ void GraphPlotter::DrawRows() {
   GraphState& graph = parts_.graph;
   ViewFrame& view = graph.Shown();
   const int wanted = graph.ViewWanted;
-  SampleReader reader(parts_.state.SlotFileNo.at(static_cast<std::size_t>(parts_.state.SelSlot)));
+  SampleReader reader(parts_.state.SlotFileNo[parts_.state.SelSlot]);
   ReferenceScale scale;
   if (HasReferenceAxis()) {
     scale = ScanReference(reader);
@@ -379,8 +379,7 @@ void GraphPlotter::BuildLegend() {
   for (int k = 0; k < curves.CurveCount; ++k) {
     const Curve& curve = curves.At(k);
     const double y = (k + 1) / kLegendRows;
-    const auto input = static_cast<std::size_t>(curve.CurveInput - 1);
-    names.Print(0, y - half_text, Unit().UnitInputName.at(input).Get());
+    names.Print(0, y - half_text, Unit().UnitInputName[curve.CurveInput].Get());
     samples.Line({kSampleLeft, y, kSampleRight, y, curve.CurveColor});
   }
   samples.Refresh();

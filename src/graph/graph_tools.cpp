@@ -55,7 +55,7 @@ void DrawCross(const ViewFrame& view, PlotPoint at, Surface& target, Colour ink)
 }
 
 UnitRecord& GraphTools::Unit() const {
-  return parts_.state.Unit.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  return parts_.state.Unit[parts_.state.SelSlot];
 }
 
 PlotPoint GraphTools::Held(PlotPoint at) const {
@@ -220,9 +220,8 @@ void GraphTools::ChooseCurveAt(PlotPoint at) {
   }
   const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
   const int channels = Unit().UnitChannels;
-  const int record =
-      RecordOfRow(RowAt(at.X, parts_.state.RecInterval.at(slot), channels), channels);
-  SampleReader reader(parts_.state.SlotFileNo.at(slot));
+  const int record = RecordOfRow(RowAt(at.X, parts_.state.RecInterval[slot], channels), channels);
+  SampleReader reader(parts_.state.SlotFileNo[slot]);
   int nearest = 0;
   double least = 0;
   for (int k = 0; k < graph.Curves.CurveCount; ++k) {
@@ -289,7 +288,7 @@ void GraphTools::Integrate() {
   const BusyGraph busy(parts_.graph);
   const ViewFrame& view = parts_.graph.Shown();
   const int channels = Unit().UnitChannels;
-  const int interval = parts_.state.RecInterval.at(static_cast<std::size_t>(parts_.state.SelSlot));
+  const int interval = parts_.state.RecInterval[parts_.state.SelSlot];
   const double first = RowAt(baseline_.Points.front().X, interval, channels);
   const double last = RowAt(baseline_.Points.back().X, interval, channels);
   const int start = RecordOfRow(first, channels);
@@ -307,7 +306,7 @@ double GraphTools::SumRows(int start, int end) {
   const int channels = Unit().UnitChannels;
   const Curve& curve = parts_.graph.Curves.At(sel_curve_ - 1);
   const double tolerance = std::abs(view.XRight - view.XLeft) / kTolerance;
-  SampleReader reader(parts_.state.SlotFileNo.at(slot));
+  SampleReader reader(parts_.state.SlotFileNo[slot]);
   PicC().SetScale(view.RecordScale());
   std::vector<Segment> hatch;
   const int rows = (end - start) / channels + 1;
@@ -315,7 +314,7 @@ double GraphTools::SumRows(int start, int end) {
   float sum = 0;
   double base = 0;
   for (int record = start; record < end; record += channels) {
-    const double x = MinutesOfRecord(record, parts_.state.RecInterval.at(slot), channels);
+    const double x = MinutesOfRecord(record, parts_.state.RecInterval[slot], channels);
     const std::optional<double> y = parts_.plotter.ValueAt(reader, record, curve.CurveColumn);
     base = baseline_.At(x, tolerance, base);
     if (!y) {

@@ -83,10 +83,10 @@ class Report {
     return style_.IsColour ? curve.CurveColor : kBlack;
   }
   [[nodiscard]] std::string NameOf(int input) const {
-    return content_.Unit.UnitInputName.at(static_cast<std::size_t>(input - 1)).Get();
+    return content_.Unit.UnitInputName[input].Get();
   }
   [[nodiscard]] std::string NoteOf(int input) const {
-    return content_.Unit.UnitInputNote.at(static_cast<std::size_t>(input - 1)).Get();
+    return content_.Unit.UnitInputNote[input].Get();
   }
   [[nodiscard]] const PageLayout& Layout() const { return page_.Layout(); }
 
@@ -348,8 +348,7 @@ const Curve* Report::CurveOf(int input) const {
 }
 
 Pen Report::PenOf(const Curve& curve) const {
-  const auto place = static_cast<std::size_t>(curve.CurveInput - 1);
-  return PenOfCurve(content_.Unit.UnitColour.at(place), style_);
+  return PenOfCurve(content_.Unit.UnitColour[curve.CurveInput], style_);
 }
 
 }  // namespace

@@ -38,17 +38,16 @@ void AppendWord(std::string& bytes, std::int16_t word) {
 }  // namespace
 
 bool IsKept(const UnitRecord& source, int input) {
-  const bool is_curve = source.UnitColour.at(static_cast<std::size_t>(input - 1)) >= 1;
+  const bool is_curve = source.UnitColour[input] >= 1;
   return source.IsRecorded(input) && (is_curve || input == source.UnitRef);
 }
 
 UnitRecord SubfileHeader(const UnitRecord& source, const SubfileCut& cut) {
   UnitRecord header = source;
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input - 1);
     if (source.IsRecorded(input) && !IsKept(source, input)) {
-      header.UnitInputName.at(place).Set("");
-      header.UnitRole.at(place) = 0;
+      header.UnitInputName[input].Set("");
+      header.UnitRole[input] = 0;
     }
   }
   header.UnitChannels = static_cast<std::int16_t>(header.RecordedInputs());

@@ -131,7 +131,7 @@ void MainSheet::ShowRow(int slot) {
   SheetRow& row = Row(slot);
   row = SheetRow();
   row.Sheet = true;
-  row.tx_Des = parts_.state.Unit.at(slot).ApparatusName();
+  row.tx_Des = parts_.state.Unit[slot].ApparatusName();
   row.tx_DesEnabled = true;
   row.cmd_WorkEnabled = parts_.screens.Has(View::kTavWork);
   parts_.state.SheetReset = false;
@@ -153,7 +153,7 @@ void MainSheet::ShowWaitingRow(int slot) {
 }
 
 bool MainSheet::IsControllerOn(int slot) const {
-  switch (shown_.at(slot).ctrl_state) {
+  switch (shown_[slot].ctrl_state) {
     case controller::kIsotherm:
     case controller::kDynamic:
     case controller::kDynamicFalling:

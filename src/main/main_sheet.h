@@ -101,8 +101,8 @@ class MainSheet {
   void OpenViewedFile();
   void ShowViewedFile();
 
-  SheetRow& Row(int slot) { return values_.Rows.at(slot); }
-  ShownRaw& Shown(int slot) { return shown_.at(slot); }
+  SheetRow& Row(int slot) { return values_.Rows[slot]; }
+  ShownRaw& Shown(int slot) { return shown_[slot]; }
 
   Parts parts_;
   SheetValues values_;

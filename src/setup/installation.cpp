@@ -23,10 +23,6 @@ constexpr BothLanguages kReferenceWord{"reference", "Referenz"};
 constexpr BothLanguages kMeasuringWord{"measuring input", "Messeingang"};
 constexpr BothLanguages kNoNumber{"no number", "keine Nummer"};
 
-bool IsInput(int input) {
-  return input >= 1 && input <= kInputs;
-}
-
 InstallationCell InputCell(Role role, Language language) {
   switch (role) {
     case Role::kController:

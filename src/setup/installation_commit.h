@@ -43,9 +43,7 @@ class InstallationCommit {
   void GoBack(int slot, const std::string& old_path);
   void SaveSettings();
 
-  [[nodiscard]] UnitRecord& Unit(int slot) {
-    return parts_.state.Unit.at(static_cast<std::size_t>(slot));
-  }
+  [[nodiscard]] UnitRecord& Unit(int slot) { return parts_.state.Unit[slot]; }
 
   Parts parts_;
   std::vector<std::string> empty_files_;  // paths of files that were left without a sample

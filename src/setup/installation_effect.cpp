@@ -13,13 +13,13 @@ constexpr BothLanguages kEndsProgram{"ends the controller program:  ",
                                      "beendet das Regler-Programm:  "};
 constexpr BothLanguages kBegins{"begins a file:  ", "beginnt eine Datei:  "};
 constexpr BothLanguages kRemoves{"deletes the empty file:  ", "löscht die leere Datei:  "};
-constexpr BothLanguages kLoses{"is on and loses its test:  ",
-                               "ist ein und verliert seinen Test:  "};
+constexpr BothLanguages kLoses{"a controller that is on loses its test:  ",
+                               "ein Regler, der ein ist, verliert seinen Test:  "};
 constexpr BothLanguages kRow{"row ", "Zeile "};
 constexpr BothLanguages kController{" controller ", " Regler "};
 
 const UnitRecord& UnitOf(const RunState& state, int slot) {
-  return state.Unit.at(static_cast<std::size_t>(slot));
+  return state.Unit[slot];
 }
 
 bool IsChanged(const RunState& state, const TestRows& rows, int slot) {
@@ -56,7 +56,7 @@ void AddEnd(const RunState& state, int slot, InstallationEffect& effect) {
   }
 }
 
-std::string Numbered(const RunState& state, const std::vector<int>& slots, Language language) {
+std::string RowNumbers(const RunState& state, const std::vector<int>& slots, Language language) {
   std::string text;
   for (const int slot : slots) {
     text += text.empty() ? "" : ",  ";
@@ -119,10 +119,10 @@ std::vector<std::string> EffectLines(const RunState& state, const TestRows& rows
     }
   };
   add(kLoses, Controllers(effect.Controllers, language));
-  add(kEnds, Numbered(state, effect.EndedRecordings, language));
-  add(kEndsProgram, Numbered(state, effect.EndedPrograms, language));
+  add(kEnds, RowNumbers(state, effect.EndedRecordings, language));
+  add(kEndsProgram, RowNumbers(state, effect.EndedPrograms, language));
   add(kBegins, NewOnes(rows, effect.NewFiles, language));
-  add(kRemoves, Numbered(state, effect.RemovedFiles, language));
+  add(kRemoves, RowNumbers(state, effect.RemovedFiles, language));
   return lines;
 }
 

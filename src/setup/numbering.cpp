@@ -103,7 +103,7 @@ void Numbering::ReopenPort() {
 void Numbering::Scan() {
   ++scanned_;
   const LinkResult result = Probe(scanned_);
-  found_.at(static_cast<std::size_t>(scanned_)) = tavrel::IsGood(result);
+  found_[scanned_] = tavrel::IsGood(result);
   if (scanned_ < kInets) {
     return;
   }
@@ -119,8 +119,8 @@ void Numbering::TakeScan() {
   values_.cboTavNo.clear();
   values_.Selected = -1;
   for (int inet = 1; inet <= kInets; ++inet) {
-    const bool is_found = found_.at(static_cast<std::size_t>(inet));
-    values_.cmd_TavNo.at(static_cast<std::size_t>(inet)) = !is_found;
+    const bool is_found = found_[inet];
+    values_.cmd_TavNo[inet] = !is_found;
     if (is_found) {
       values_.Selected =
           inet == num_target_ ? static_cast<int>(values_.cboTavNo.size()) : values_.Selected;
@@ -128,7 +128,7 @@ void Numbering::TakeScan() {
     }
   }
   if (IsDirectLine() && values_.cboTavNo.size() > 1) {
-    values_.cmd_TavNo.fill(false);
+    values_.cmd_TavNo.Fill(false);
   }
   if (!values_.cboTavNo.empty()) {
     values_.Selected = std::max(values_.Selected, 0);
@@ -144,8 +144,7 @@ void Numbering::cboTavNo_Click(int line) {
 
 void Numbering::cmd_TavNo_Click(int number) {
   const bool exists = number >= 1 && number <= kInets;
-  if (!IsOpen() || num_step_ != NumStep::kWatch || !exists ||
-      !values_.cmd_TavNo.at(static_cast<std::size_t>(number))) {
+  if (!IsOpen() || num_step_ != NumStep::kWatch || !exists || !values_.cmd_TavNo[number]) {
     return;
   }
   const int from = SelectedInet();

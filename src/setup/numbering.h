@@ -22,14 +22,14 @@ inline constexpr const char* kNumberingCaption = " assign Tavrel-number";
 
 // What the form shows.
 struct NumberingValues {
-  std::vector<int> cboTavNo;                 // the numbers that answer
-  int Selected = -1;                         // the line that is selected, -1: none
-  bool IsListEnabled = false;                // locked while it is searched and assigned
-  std::array<bool, kInets + 1> cmd_TavNo{};  // by number 1..6: it can be given
-  bool ComIcon = false;                      // no connection
-  std::string lbl_State;                     // what goes on; empty: nothing but watching
-  std::string lbl_Buffer;                    // how long recordings last; empty: none runs
-  std::string lbl_Note;                      // why nothing can be assigned; empty: it can
+  std::vector<int> cboTavNo;   // the numbers that answer
+  int Selected = -1;           // the line that is selected, -1: none
+  bool IsListEnabled = false;  // locked while it is searched and assigned
+  ByInet<bool> cmd_TavNo{};    // by number 1..6: it can be given
+  bool ComIcon = false;        // no connection
+  std::string lbl_State;       // what goes on; empty: nothing but watching
+  std::string lbl_Buffer;      // how long recordings last; empty: none runs
+  std::string lbl_Note;        // why nothing can be assigned; empty: it can
 };
 
 // TavNum: finds the numbers that answer on the line, and gives one instrument a new number. The
@@ -94,7 +94,7 @@ class Numbering : public ModalScreen {
   int num_target_ = 1;
   int num_misses_ = 0;
   int scanned_ = 0;  // numbers of the scan that have been asked
-  std::array<bool, kInets + 1> found_{};
+  ByInet<bool> found_{};
   Assignment phase_ = Assignment::kWrite;
   int silences_ = 0;       // in a row, of the number that is looked for
   int from_inet_ = 0;      // the instrument that is given a number

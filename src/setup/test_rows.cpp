@@ -35,7 +35,7 @@ std::string_view NameOf(Role role, Language language) {
 }
 
 std::int16_t& RoleWord(UnitRecord& unit, int input) {
-  return unit.UnitRole.at(static_cast<std::size_t>(input - 1));
+  return unit.UnitRole[input];
 }
 
 std::string ExtensionOf(const UnitRecord& unit) {
@@ -77,11 +77,11 @@ bool HasNoSingleReference(const TestRow& row) {
 }
 
 // Marks the inputs of the test; true if one of them was marked already.
-bool TakeInputs(const UnitRecord& unit, std::array<bool, kInputs + 1>& taken) {
+bool TakeInputs(const UnitRecord& unit, ByInput<bool>& taken) {
   bool was_taken = false;
   for (int input = 1; input <= kInputs; ++input) {
     if (unit.IsRecorded(input)) {
-      bool& is_taken = taken.at(static_cast<std::size_t>(input));
+      bool& is_taken = taken[input];
       was_taken = was_taken || is_taken;
       is_taken = true;
     }
@@ -93,7 +93,7 @@ bool TakeInputs(const UnitRecord& unit, std::array<bool, kInputs + 1>& taken) {
 Fault SharedInput(const TestRows& rows, const Fault& before) {
   Fault fault = before;
   for (int inet = 1; inet <= kInets; ++inet) {
-    std::array<bool, kInputs + 1> taken{};
+    ByInput<bool> taken{};
     for (int row = 1; row <= kLastRow; ++row) {
       if (rows[row].Unit.UnitInet == inet && TakeInputs(rows[row].Unit, taken)) {
         fault = {row, kTwiceFault};
@@ -201,16 +201,15 @@ void RebuildRecord(UnitRecord& unit, const UnitRecord& row, Language language) {
   unit.UnitChannels = 0;
   std::int16_t index = 1;
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input - 1);
     const Role role = RoleOf(row, input);
     if (role != Role::kNotUsed) {
       ++unit.UnitChannels;
       ++index;
-      unit.UnitColour.at(place) = index;
-      unit.UnitInputName.at(place).Set(NameOf(role, language));
+      unit.UnitColour[input] = index;
+      unit.UnitInputName[input].Set(NameOf(role, language));
     }
-    unit.UnitRole.at(place) = row.UnitRole.at(place);
-    unit.UnitInputNote.at(place).Set("");
+    unit.UnitRole[input] = row.UnitRole[input];
+    unit.UnitInputNote[input].Set("");
   }
   unit.UnitCtrl = static_cast<std::int16_t>(InputWith(row, Role::kController));
   unit.UnitRef = static_cast<std::int16_t>(InputWith(row, Role::kReference));

@@ -31,7 +31,7 @@ std::string StatusText(std::int16_t status) {
 bool Takes(const UnitRecord& unit, const Rows& rows) {
   for (int input = 1; input <= kInputs; ++input) {
     const auto place = static_cast<std::size_t>(input);
-    if (rows.at(place) && unit.UnitRole.at(place - 1) >= 1) {
+    if (rows.at(place) && unit.UnitRole[input] >= 1) {
       return true;
     }
   }
@@ -70,12 +70,10 @@ std::vector<std::string> ControllersAtWork(Link& link, int inet, const Rows& row
 std::vector<std::string> RecordingsAtWork(const RunState& state, int inet, const Rows& rows) {
   std::vector<std::string> lines;
   for (int slot = 1; slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
-    const UnitRecord& unit = state.Unit.at(place);
-    const bool records = !state.SlotFile.at(place).empty() && unit.UnitRecOn == 1;
+    const UnitRecord& unit = state.Unit[slot];
+    const bool records = !state.SlotFile[slot].empty() && unit.UnitRecOn == 1;
     if (records && unit.UnitInet == inet && Takes(unit, rows)) {
-      lines.push_back("the recording " + state.SlotFile.at(place) + " of row " +
-                      std::to_string(slot));
+      lines.push_back("the recording " + state.SlotFile[slot] + " of row " + std::to_string(slot));
     }
   }
   return lines;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "state/numbers.h"
 #include "state/unit_record.h"
 
 namespace tavrel {
@@ -16,8 +17,8 @@ struct SamplingOrder {
   int Base = 0;            // input 1..15; 0: nothing is known
   double IntervalLow = 0;  // seconds on the program's clock; 0 if it is not known
   double IntervalHigh = 0;
-  std::array<float, kInputs + 1> Least{};  // by input 1..15, -1..1; both 0 for the base
-  std::array<float, kInputs + 1> Most{};
+  ByInput<float> Least{};  // by input 1..15, -1..1; both 0 for the base
+  ByInput<float> Most{};
 
   [[nodiscard]] bool operator==(const SamplingOrder&) const = default;
 };
@@ -25,14 +26,14 @@ struct SamplingOrder {
 // What a recording has to remember about its columns beyond the values of the set in hand. Kept
 // beside the file, for a restart of the program.
 struct ColumnMemory {
-  bool IsOpened = false;    // the file was opened since: what is known begins with this
-  bool IsFirstSet = false;  // no set has been written since the recording was started
-  std::array<bool, kInputs + 1> IsUncertain{};  // by input: a doubt of it was given up
+  bool IsOpened = false;        // the file was opened since: what is known begins with this
+  bool IsFirstSet = false;      // no set has been written since the recording was started
+  ByInput<bool> IsUncertain{};  // by input: a doubt of it was given up
 
   // By input: so many values of the first sets were lost, and the next one stands for them too.
-  std::array<std::uint8_t, kInputs + 1> Owed{};
+  ByInput<std::uint8_t> Owed{};
   // By input: the value of the set in hand stands in so many further sets.
-  std::array<std::uint8_t, kInputs + 1> Repeats{};
+  ByInput<std::uint8_t> Repeats{};
 
   // When the last set was made, by the wall clock, in seconds of some count; 0: not known.
   std::int64_t LastSet = 0;

@@ -14,12 +14,12 @@ namespace tavrel {
 // made in both but written from the slot's only.
 template <typename Edit>
 void EditHeader(RunState& state, int slot, Edit edit) {
-  edit(state.Unit.at(static_cast<std::size_t>(slot)));
+  edit(state.Unit[slot]);
   const int owner = slot == kViewedFile ? OwnerOfViewedFile(state) : slot;
   if (slot == kViewedFile && owner != kViewedFile) {
-    edit(state.Unit.at(static_cast<std::size_t>(owner)));
+    edit(state.Unit[owner]);
   }
-  state.SlotDirty.at(static_cast<std::size_t>(owner)) = true;
+  state.SlotDirty[owner] = true;
 }
 
 }  // namespace tavrel

@@ -7,7 +7,7 @@ void Messages::Report(int slot, const Notice& notice) {
     dialogs_.Message(notice);
     return;
   }
-  std::string& told = told_.at(slot);
+  std::string& told = told_[slot];
   if (IsSlot(slot) && told == notice.Text) {
     return;
   }
@@ -16,7 +16,7 @@ void Messages::Report(int slot, const Notice& notice) {
 }
 
 void Messages::Recovered(int slot) {
-  told_.at(slot).clear();
+  told_[slot].clear();
 }
 
 void Messages::ShowKept() {

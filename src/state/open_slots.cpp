@@ -42,14 +42,13 @@ bool IsAwaitedFile(const RunState& state, int slot, const std::string& path) {
 }  // namespace
 
 bool IsFileOfSlot(const RunState& state, int slot, const std::string& path) {
-  const auto place = static_cast<std::size_t>(slot);
-  const std::string& name = state.SlotFile.at(place);
+  const std::string& name = state.SlotFile[slot];
   if (name.empty() || path.empty()) {
     return false;
   }
-  const auto open_file = state.SlotFileNo.at(place).Identity();
+  const auto open_file = state.SlotFileNo[slot].Identity();
   return (open_file && open_file == IdentityOf(path)) ||
-         IsFileNamed(path, state.SlotPath.at(place), name);
+         IsFileNamed(path, state.SlotPath[slot], name);
 }
 
 bool IsOpenInSlot(const RunState& state, const std::string& path) {

@@ -14,11 +14,7 @@
 
 namespace tavrel {
 
-inline constexpr int kViewedFile = 0;          // slot number of the file opened for viewing
-inline constexpr int kSlotTable = kSlots + 1;  // tables by slot: 0 the viewed file, 1..12
-inline constexpr int kInetTable = 8;           // tables by INET: 0..7, 1..6 are in use
-inline constexpr int kInets = 6;
-inline constexpr int kControllers = 4;           // of an instrument, counted from 1
+inline constexpr int kWorkHeader = kSlots + 1;   // number of the header for cutting subfiles
 inline constexpr std::int16_t kNoData = -32768;  // "no value" in all register tables
 
 // What the pump does for a slot.
@@ -29,9 +25,6 @@ enum class ReadState : int {
   kLastSet = 3,  // fetch one last complete set, then stop
 };
 
-template <typename T>
-using BySlot = std::array<T, kSlotTable>;
-
 // The shared block of the program: which files and instruments are attached, what each slot is
 // doing, which screen is in front. Plain data, one instance for the life of the process, used
 // by the one thread of the program; every reader sees the last write at once.
@@ -39,7 +32,7 @@ using BySlot = std::array<T, kSlotTable>;
 // A slot with an empty SlotFile is not in use and is touched by no cycle.
 struct RunState {
   // Headers: 1..12 the slots, 0 the viewed file, 13 a work header for cutting subfiles.
-  std::array<UnitRecord, kSlotTable + 1> Unit{};
+  Numbered<UnitRecord, kViewedFile, kWorkHeader> Unit{};
 
   // Tables by slot.
   BySlot<std::string> SlotFile;        // file name; empty: the row is not in use
@@ -50,9 +43,9 @@ struct RunState {
   BySlot<std::int32_t> SampleCount{};  // rows in the file, 0..32767
   BySlot<std::int32_t> RecInterval{};  // seconds between rows, never 0 for a slot in use
   BySlot<tavrel::ReadState> ReadState{};
-  BySlot<bool> ProgRunning{};                          // a controller program runs on this slot
-  BySlot<std::array<bool, kInputs + 1>> SampleSeen{};  // by input 1..15: arrived
-  BySlot<std::array<std::int16_t, kInputs + 1>> SampleValue{};  // and its word
+  BySlot<bool> ProgRunning{};                   // a controller program runs on this slot
+  BySlot<ByInput<bool>> SampleSeen{};           // by input 1..15: arrived
+  BySlot<ByInput<std::int16_t>> SampleValue{};  // and its word
   BySlot<bool> ColumnsInDoubt{};  // a value of the next set may be lost: compare the columns first
   BySlot<int> AskedInput{};       // input whose reading was cut off, 0 for none
   BySlot<ColumnMemory> Columns;   // what is known of the order of the inputs, and what is owed
@@ -66,13 +59,11 @@ struct RunState {
   // Controllers that the output test has in its hands, by INET and controller 1..4. It sets the
   // flag of a controller when it takes it and clears it when it gives it back; programs leave a
   // held controller alone.
-  std::array<std::array<bool, kControllers + 1>, kInetTable> OutputTestHolds{};
+  ByInet<ByController<bool>> OutputTestHolds{};
 
   // True for a controller that is held; false for numbers that are none.
   [[nodiscard]] bool IsHeld(int inet, int ctrl) const {
-    const bool exists = inet >= 0 && inet < kInetTable && ctrl >= 1 && ctrl <= kControllers;
-    return exists &&
-           OutputTestHolds[static_cast<std::size_t>(inet)][static_cast<std::size_t>(ctrl)];
+    return IsInet(inet) && IsController(ctrl) && OutputTestHolds[inet][ctrl];
   }
 
   // Selection and screen.
@@ -117,10 +108,6 @@ struct RunState {
                             // AppPath, or the user's own if AppPath cannot be written
   std::string PendingFile;  // file name handed between the open dialog and the file routines
 };
-
-[[nodiscard]] constexpr bool IsSlot(int slot) {
-  return slot >= 1 && slot <= kSlots;
-}
 
 }  // namespace tavrel
 

@@ -4,9 +4,9 @@
 #include <array>
 #include <string>
 
-namespace tavrel {
+#include "state/numbers.h"
 
-inline constexpr int kSlots = 12;
+namespace tavrel {
 
 // The user's settings as they stand in the settings file. All texts are UTF-8. A key that is
 // missing from a file leaves its value empty or 0, so "empty" and 0 are values to reckon with.

@@ -67,8 +67,8 @@ UnitRecord DefaultUnitRecord() {
   unit.UnitXmax = 60;
   unit.UnitView = {7600, 4600, 10000, 10000};
   unit.UnitDesignation.Set("NEW: Default");
-  unit.UnitInputName[0].Set("controller");
-  unit.UnitInputName[1].Set("reference");
+  unit.UnitInputName[1].Set("controller");
+  unit.UnitInputName[2].Set("reference");
   unit.UnitDate.Set("11-11-2001 / 00:00");
   return unit;
 }

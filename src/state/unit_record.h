@@ -9,13 +9,14 @@
 #include <string_view>
 #include <type_traits>
 
+#include "state/numbers.h"
+
 namespace tavrel {
 
 static_assert(std::endian::native == std::endian::little,
               "The header and the samples are little-endian on the disk and are used as they "
               "stand in memory.");
 
-inline constexpr int kInputs = 15;      // measuring inputs of an instrument, counted from 1
 inline constexpr int kMarks = 5;        // marks that a header has room for
 inline constexpr int kTextLength = 20;  // bytes of a text in the header
 
@@ -35,14 +36,13 @@ struct HeaderText {
 // a slot's installation in memory: reading a file into a slot fills this record, writing the
 // header saves it. Any 1000 bytes are a record; IsTavrelHeader says whether they make sense.
 //
-// Raw temperatures are words in steps of 0.05 degrees. Input numbers count from 1, so the
-// fields of input k stand at place k - 1.
+// Raw temperatures are words in steps of 0.05 degrees. Input numbers count from 1.
 struct UnitRecord {
-  std::int16_t UnitInet;      // number of the instrument on the line, 1..6 in a valid file
-  std::int16_t UnitChannels;  // recorded inputs, 1..15: the words of one row
-  std::int16_t UnitCtrl;      // controller of the instrument, 1..4
-  std::int16_t UnitRef;       // reference input, 1..15
-  std::array<std::int16_t, kInputs> UnitRole;  // 1 or more: the input is recorded
+  std::int16_t UnitInet;           // number of the instrument on the line, 1..6 in a valid file
+  std::int16_t UnitChannels;       // recorded inputs, 1..15: the words of one row
+  std::int16_t UnitCtrl;           // controller of the instrument, 1..4
+  std::int16_t UnitRef;            // reference input, 1..15
+  ByInput<std::int16_t> UnitRole;  // 1 or more: the input is recorded
   std::array<std::int16_t, 1> Unnamed19;
   std::int16_t UnitRecOn;       // 1 while the recording runs, 0 when it is stopped
   std::int16_t UnitMaxMinutes;  // length limit of the file; 0 or less: all that it can hold
@@ -55,7 +55,7 @@ struct UnitRecord {
   std::int16_t UnitIncrement;  // ramp as register I holds it
   std::int16_t UnitFinal;      // raw temperature, register M
   std::array<std::int16_t, 2> Unnamed30;
-  std::array<std::int16_t, kInputs> UnitColour;  // below 1: the curve is left out
+  ByInput<std::int16_t> UnitColour;  // below 1: the curve is left out
   std::array<std::int16_t, 1> Unnamed47;
   std::int16_t UnitEndAction;  // file full: 1 controller off, 2 next file, others nothing
   std::int16_t UnitYmax;       // top of the Y axis, whole degrees
@@ -74,15 +74,15 @@ struct UnitRecord {
   std::int16_t UnitProgStep;  // number of the running program step
 
   HeaderText UnitDesignation;  // three letters (the file extension), a colon, the apparatus
-  std::array<HeaderText, kInputs> UnitInputName;
-  std::array<HeaderText, kInputs> UnitInputNote;
+  ByInput<HeaderText> UnitInputName;
+  ByInput<HeaderText> UnitInputNote;
   HeaderText UnitDate;  // "mm-dd-yyyy / hh:nn"
   std::array<HeaderText, kMarks> UnitMarkText;
   HeaderText UnitSpareText;
   HeaderText UnitProgName;
   HeaderText UnitOrigin;  // a subfile's source
 
-  [[nodiscard]] int Role(int input) const { return UnitRole.at(input - 1); }
+  [[nodiscard]] int Role(int input) const { return UnitRole[input]; }
   [[nodiscard]] bool IsRecorded(int input) const { return Role(input) >= 1; }
 
   // Inputs with a role of 1 or more.

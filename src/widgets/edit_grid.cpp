@@ -31,6 +31,7 @@ class FramedCells : public QStyledItemDelegate {
              const QModelIndex& index) const override {
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+    painter->fillRect(option.rect, option.palette.base());  // the view has filled it as selected
     QStyledItemDelegate::paint(painter, plain, index);
     if ((option.state & QStyle::State_Selected) == 0) {
       return;

@@ -38,7 +38,7 @@ void Coordinates::Run() {
 }
 
 void Coordinates::ReadHeader() {
-  const UnitRecord& unit = state_.Unit.at(static_cast<std::size_t>(slot_));
+  const UnitRecord& unit = state_.Unit[slot_];
   boxes_[kYmax] = FormatMask(unit.UnitYmax, "####0");
   boxes_[kYmin] = FormatMask(unit.UnitYmin, "####0");
   boxes_[kXmax] = FormatMask(unit.UnitXmax / kMinutesPerHour, "###0.00");
@@ -66,8 +66,8 @@ void Coordinates::CmdOK_Click() {
 }
 
 bool Coordinates::ExamineAll(Wanted& wanted) {
-  const UnitRecord& unit = state_.Unit.at(static_cast<std::size_t>(slot_));
-  const std::int32_t rec_interval = state_.RecInterval.at(static_cast<std::size_t>(slot_));
+  const UnitRecord& unit = state_.Unit[slot_];
+  const std::int32_t rec_interval = state_.RecInterval[slot_];
   wanted = {unit.UnitYmax, unit.UnitYmin, unit.UnitXmax, WantedResolution()};
   if (IsTouched(kYmax)) {
     const auto value = Examine(kYmax, "Ymax", 1, 30000);
@@ -105,7 +105,7 @@ std::optional<double> Coordinates::Examine(Box box, const char* name, double low
 
 // A resolution of the kind that is chosen stays as it is.
 std::int16_t Coordinates::WantedResolution() const {
-  const std::int16_t present = state_.Unit.at(static_cast<std::size_t>(slot_)).UnitRes;
+  const std::int16_t present = state_.Unit[slot_].UnitRes;
   if (low_ == IsLow(present)) {
     return present;
   }
@@ -114,7 +114,7 @@ std::int16_t Coordinates::WantedResolution() const {
 
 // Marks are stored in coordinates of the view, so they do not survive a change of it.
 void Coordinates::Store(const Wanted& wanted) {
-  const UnitRecord& unit = state_.Unit.at(static_cast<std::size_t>(slot_));
+  const UnitRecord& unit = state_.Unit[slot_];
   const bool is_same = wanted.y_max == unit.UnitYmax && wanted.y_min == unit.UnitYmin &&
                        wanted.x_max == unit.UnitXmax && wanted.resolution == unit.UnitRes;
   if (is_same) {

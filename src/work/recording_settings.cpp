@@ -156,7 +156,7 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   Unit().UnitRecOn = 0;
   state.ReadState[slot_] = ReadState::kIdle;
   state.WriteFailed[slot_] = false;
-  state.SampleSeen[slot_].fill(false);
+  state.SampleSeen[slot_].Fill(false);
   if (unsaved.empty()) {
     parts_.files.DropHeldSet(slot);
   }

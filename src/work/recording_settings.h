@@ -75,9 +75,9 @@ class RecordingSettings : public ModalScreen {
   void SaveSettings();
   void TakeSettings();
 
-  [[nodiscard]] UnitRecord& Unit() { return parts_.state.Unit.at(slot_); }
-  [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit.at(slot_); }
-  [[nodiscard]] std::int32_t RecInterval() const { return parts_.state.RecInterval.at(slot_); }
+  [[nodiscard]] UnitRecord& Unit() { return parts_.state.Unit[slot_]; }
+  [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[slot_]; }
+  [[nodiscard]] std::int32_t RecInterval() const { return parts_.state.RecInterval[slot_]; }
 
   Parts parts_;
   std::size_t slot_ = 0;

@@ -51,7 +51,7 @@ void Worksheet::ShowSheet() {
   const RunState& state = parts_.state;
   values_.Caption = Unit().ApparatusName();
   values_.OfSlot = !IsViewed();
-  values_.TavFile = LowerCase(state.SlotFile.at(Slot()));
+  values_.TavFile = LowerCase(state.SlotFile[Slot()]);
   values_.TipLanguage = LanguageOf(state.Settings.HelpLang);
   ShowTitle(Unit().UnitFast == 1);
   ShowButtons();
@@ -71,15 +71,14 @@ void Worksheet::ShowButtons() {
 void Worksheet::ShowRows() {
   for (int input = 1; input <= kInputs; ++input) {
     WorksheetRow& row = Row(input);
-    const auto place = static_cast<std::size_t>(input - 1);
     row.Recorded = Unit().IsRecorded(input);
     if (!row.Recorded) {
       row = WorksheetRow();
       continue;
     }
-    ShowHeaderText(row.Prod, Unit().UnitInputName.at(place));
-    ShowHeaderText(row.Comments, Unit().UnitInputNote.at(place));
-    row.ColourCode = Unit().UnitColour.at(place);
+    ShowHeaderText(row.Prod, Unit().UnitInputName[input]);
+    ShowHeaderText(row.Comments, Unit().UnitInputNote[input]);
+    row.ColourCode = Unit().UnitColour[input];
   }
 }
 
@@ -162,8 +161,8 @@ void Worksheet::TakeKind(bool is_fast) {
   if ((unit.UnitFast == 1) == is_fast) {
     return;
   }
-  if (state.SampleCount.at(Slot()) > 0) {
-    const std::int32_t seconds = state.RecInterval.at(Slot());
+  if (state.SampleCount[Slot()] > 0) {
+    const std::int32_t seconds = state.RecInterval[Slot()];
     const bool is_whole = is_fast || seconds % kStepSeconds == 0;
     const std::int32_t count = is_fast ? seconds : seconds / kStepSeconds;
     if (!is_whole || count > kLargestCount) {
@@ -172,10 +171,10 @@ void Worksheet::TakeKind(bool is_fast) {
     unit.UnitInterval = static_cast<std::int16_t>(count);
   }
   unit.UnitFast = is_fast ? 1 : 0;
-  state.SlotDirty.at(Slot()) = true;
-  if (state.SampleCount.at(Slot()) == 0) {
-    state.RecInterval.at(Slot()) = RecIntervalOf(unit);
-    state.SampleLimit.at(Slot()) = SampleLimitOf(unit);
+  state.SlotDirty[Slot()] = true;
+  if (state.SampleCount[Slot()] == 0) {
+    state.RecInterval[Slot()] = RecIntervalOf(unit);
+    state.SampleLimit[Slot()] = SampleLimitOf(unit);
     ShowRecordedTime();
   }
 }
@@ -208,8 +207,8 @@ void Worksheet::ShowRecording() {
   const int rec_on = Unit().UnitRecOn;
   values_.RecOnDown = !IsViewed() && rec_on == 1;
   values_.RecOffDown = !IsViewed() && rec_on == 0;
-  const bool is_full = rec_on == 0 && state.SampleCount.at(slot) >= state.SampleLimit.at(slot);
-  if (state.WriteFailed.at(slot)) {
+  const bool is_full = rec_on == 0 && state.SampleCount[slot] >= state.SampleLimit[slot];
+  if (state.WriteFailed[slot]) {
     values_.RecState = "disk !";
   } else {
     values_.RecState = is_full && !IsViewed() ? "end" : "";
@@ -217,8 +216,8 @@ void Worksheet::ShowRecording() {
 }
 
 void Worksheet::ShowRecordedTime() {
-  const std::int32_t sample_count = parts_.state.SampleCount.at(Slot());
-  const std::int32_t rec_interval = parts_.state.RecInterval.at(Slot());
+  const std::int32_t sample_count = parts_.state.SampleCount[Slot()];
+  const std::int32_t rec_interval = parts_.state.RecInterval[Slot()];
   if (shown_.sample_count == sample_count && shown_.rec_interval == rec_interval) {
     return;
   }
@@ -233,7 +232,7 @@ void Worksheet::ShowRecordedTime() {
 
 // The step and its time are empty until the first step has gone out.
 void Worksheet::ShowProgram() {
-  const bool is_running = !IsViewed() && parts_.state.ProgRunning.at(Slot());
+  const bool is_running = !IsViewed() && parts_.state.ProgRunning[Slot()];
   values_.ProgDown = is_running;
   values_.cmd_setCtrlEnabled = !is_running && parts_.screens.Has(View::kTavCtrl);
   values_.frProg = is_running;
@@ -248,7 +247,7 @@ void Worksheet::ShowProgram() {
 
 // A slot, with a file: only then there is an instrument to ask.
 bool Worksheet::IsSlotInUse() const {
-  return !IsViewed() && !parts_.state.SlotFile.at(Slot()).empty();
+  return !IsViewed() && !parts_.state.SlotFile[Slot()].empty();
 }
 
 }  // namespace tavrel

@@ -109,11 +109,9 @@ class Worksheet : public ModalScreen {
 
   [[nodiscard]] std::size_t Slot() const { return static_cast<std::size_t>(parts_.state.SelSlot); }
   [[nodiscard]] bool IsViewed() const { return parts_.state.SelSlot == kViewedFile; }
-  [[nodiscard]] UnitRecord& Unit() { return parts_.state.Unit.at(Slot()); }
-  [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit.at(Slot()); }
-  [[nodiscard]] WorksheetRow& Row(int input) {
-    return values_.Rows.at(static_cast<std::size_t>(input - 1));
-  }
+  [[nodiscard]] UnitRecord& Unit() { return parts_.state.Unit[Slot()]; }
+  [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[Slot()]; }
+  [[nodiscard]] WorksheetRow& Row(int input) { return values_.Rows[input]; }
 
   Parts parts_;
   WorksheetValues values_;

@@ -11,7 +11,7 @@ bool Worksheet::IsConnected() {
 
 // A program owns the controller until it ends.
 bool Worksheet::IsProgramInTheWay() {
-  if (!parts_.state.ProgRunning.at(Slot())) {
+  if (!parts_.state.ProgRunning[Slot()]) {
     return false;
   }
   parts_.events.Beep();
@@ -78,7 +78,7 @@ void Worksheet::cmd_Ctrl_Click(int index) {
 }
 
 void Worksheet::cmd_setCtrl_Click() {
-  if (!IsSlotInUse() || parts_.state.ProgRunning.at(Slot())) {
+  if (!IsSlotInUse() || parts_.state.ProgRunning[Slot()]) {
     return;
   }
   parts_.screens.Show(View::kTavCtrl);
@@ -124,11 +124,10 @@ void Worksheet::Color_Click(int input) {
   if (!IsRowLive(input)) {
     return;
   }
-  const auto place = static_cast<std::size_t>(input - 1);
-  const std::optional<int> code = parts_.colours.Ask(input, Unit().UnitColour.at(place));
+  const std::optional<int> code = parts_.colours.Ask(input, Unit().UnitColour[input]);
   if (code) {
-    EditHeader(parts_.state, parts_.state.SelSlot, [place, code](UnitRecord& header) {
-      header.UnitColour.at(place) = static_cast<std::int16_t>(*code);
+    EditHeader(parts_.state, parts_.state.SelSlot, [input, code](UnitRecord& header) {
+      header.UnitColour[input] = static_cast<std::int16_t>(*code);
     });
     parts_.state.OverPrepared = false;
     parts_.state.PartPrepared = false;
@@ -141,9 +140,8 @@ void Worksheet::Prod_Change(int input, const std::string& text) {
     return;
   }
   Row(input).Prod = text;
-  EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
-    header.UnitInputName.at(static_cast<std::size_t>(input - 1)).Set(text);
-  });
+  EditHeader(parts_.state, parts_.state.SelSlot,
+             [&](UnitRecord& header) { header.UnitInputName[input].Set(text); });
   parts_.state.OverPrepared = false;  // the legend names the input
 }
 
@@ -152,9 +150,8 @@ void Worksheet::Comments_Change(int input, const std::string& text) {
     return;
   }
   Row(input).Comments = text;
-  EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
-    header.UnitInputNote.at(static_cast<std::size_t>(input - 1)).Set(text);
-  });
+  EditHeader(parts_.state, parts_.state.SelSlot,
+             [&](UnitRecord& header) { header.UnitInputNote[input].Set(text); });
 }
 
 }  // namespace tavrel

@@ -54,7 +54,7 @@ struct WorksheetValues {
   bool cmd_CoordEnabled = false;
   bool CmdOKEnabled = false;
 
-  std::array<WorksheetRow, kInputs> Rows;  // by input - 1
+  ByInput<WorksheetRow> Rows;
   Language TipLanguage = Language::kEnglish;
 };
 

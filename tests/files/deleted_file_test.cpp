@@ -45,10 +45,10 @@ TEST(DeletedFile, IsFoundOnTheTenSecondTickAndStandsThereAgain) {
     room.engine.TenSecondTick();
     EXPECT_EQ(room.Announced(), Texts{kThereAgain});
     room.Pump(9);
-    EXPECT_EQ(room.state.SlotFile.at(room.number), kName);
+    EXPECT_EQ(room.state.SlotFile[room.number], kName);
     EXPECT_EQ(room.SamplesInFile(kName), kAllRows);
     EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 1);
-    EXPECT_FALSE(room.state.WriteFailed.at(room.number));
+    EXPECT_FALSE(room.state.WriteFailed[room.number]);
   }
 }
 

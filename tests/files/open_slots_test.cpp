@@ -20,7 +20,7 @@ struct OpenFileRoom : RecordingRoom {
     directory.Write(kOnDisk, BytesOf(DefaultUnitRecord()));
     Name(slot, kInSlot);
     files.OpenRecordingFile(slot);
-    EXPECT_EQ(state.SlotFile.at(static_cast<std::size_t>(slot)), kInSlot);
+    EXPECT_EQ(state.SlotFile[slot], kInSlot);
   }
   [[nodiscard]] bool IsOpen(const std::string& path) const { return IsOpenInSlot(state, path); }
 };

@@ -139,8 +139,8 @@ TEST(FlushFiles, ReopensRecordingSlotsAndThoseWithADirtyHeader) {
   room.Open(2, "B.NEW", BytesOf(HeaderOf(1, {1})));
   room.Open(3, "C.NEW", BytesOf(HeaderOf(1, {1})));
   for (const int slot : {1, 2}) {
-    room.state.Unit.at(static_cast<std::size_t>(slot)).SetApparatusName("Oven");
-    room.state.SlotDirty.at(static_cast<std::size_t>(slot)) = true;
+    room.state.Unit[slot].SetApparatusName("Oven");
+    room.state.SlotDirty[slot] = true;
   }
   room.state.Unit[3].SetApparatusName("Oven");
   room.engine.FlushFiles();
@@ -159,7 +159,7 @@ TEST(FlushFiles, LeavesTheHandleOfAnIdleSlotAlone) {
     std::filesystem::remove(room.directory.File("A.NEW"));
     room.engine.FlushFiles();
     room.engine.TenSecondTick();
-    EXPECT_TRUE(room.state.SlotFileNo.at(static_cast<std::size_t>(slot)).IsOpen()) << slot;
+    EXPECT_TRUE(room.state.SlotFileNo[slot].IsOpen()) << slot;
     EXPECT_FALSE(room.directory.Exists("A.NEW")) << slot;
     EXPECT_TRUE(room.Announced().empty()) << slot;
   }
@@ -167,14 +167,13 @@ TEST(FlushFiles, LeavesTheHandleOfAnIdleSlotAlone) {
 
 TEST(TenSecondTick, OpensNoIdleSlotAgain) {
   for (int slot = 1; slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
     for (const bool records : {false, true}) {
       PumpRoom room;
       const UnitRecord header = HeaderOf(1, {1});
       room.Open(slot, "A.NEW", BytesOf(records ? Running(header) : header));
-      room.state.SlotFileNo.at(place).Close();
+      room.state.SlotFileNo[slot].Close();
       room.engine.TenSecondTick();
-      EXPECT_EQ(room.state.SlotFileNo.at(place).IsOpen(), records) << slot;
+      EXPECT_EQ(room.state.SlotFileNo[slot].IsOpen(), records) << slot;
     }
   }
 }

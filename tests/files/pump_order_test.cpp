@@ -17,7 +17,7 @@ constexpr seconds kHour{3600};
 
 class Order : public testing::Test {
  protected:
-  Order() { read_state.fill(ReadState::kReading); }
+  Order() { read_state.Fill(ReadState::kReading); }
 
   void Hold(int slot, int sets) { order.TakeReading(slot, sets, kHour, kNow); }
   std::vector<int> First() const { return order.First(read_state, kNow); }

@@ -20,7 +20,7 @@ inline UnitRecord HeaderOf(int inet, std::initializer_list<int> inputs) {
   unit.UnitInet = static_cast<std::int16_t>(inet);
   unit.UnitChannels = static_cast<std::int16_t>(inputs.size());
   for (const int input : inputs) {
-    unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+    unit.UnitRole[input] = 1;
   }
   return unit;
 }
@@ -55,6 +55,13 @@ struct PumpRoom : RecordingRoom {
     for (const int value : values) {
       buffer.push_back(static_cast<std::int16_t>(value));
     }
+  }
+
+  // The order in which the inputs are sampled is known: nothing is to be learned.
+  void KnowOrder(int slot, int base) {
+    SamplingOrder& order = state.Columns[slot].Order;
+    order.Base = base;
+    order.IntervalLow = order.IntervalHigh = 10;
   }
 
   void Pump(int times) {

@@ -36,6 +36,8 @@ TEST(Pump, WalksDownFromSlotTwelveAndChannelFifteen) {
   PumpRoom room;
   room.Open(12, "M011111B.NEW", BytesOf(Running(HeaderOf(3, {14, 15}))));
   room.Open(2, kName, BytesOf(Running(HeaderOf(1, {1, 3}))));
+  room.KnowOrder(12, 14);
+  room.KnowOrder(2, 1);
   room.Store(3, 15, {1501, 1502});
   room.Store(3, 14, {1401, 1402});
   room.Store(1, 3, {301});

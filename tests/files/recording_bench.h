@@ -61,7 +61,7 @@ struct RecordingBench {
     UnitRecord unit = HeaderOf(1, {});
     unit.UnitChannels = static_cast<std::int16_t>(inputs.size());
     for (const int input : inputs) {
-      unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+      unit.UnitRole[input] = 1;
     }
     unit.UnitFast = 1;
     unit.UnitInterval = static_cast<std::int16_t>(line.interval / std::chrono::seconds(1));

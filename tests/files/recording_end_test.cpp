@@ -85,7 +85,7 @@ TEST(EndOfRecording, EndsTheProgramOfItsSlotWhetherOrNotTheControllerAnswers) {
       unit.UnitCtrl = 3;
       unit.UnitEndAction = 1;
       room.Open(slot, kName, BytesOf(unit));
-      room.state.ProgRunning.fill(true);
+      room.state.ProgRunning.Fill(true);
       room.line.silent = is_silent ? std::set<int>{2} : std::set<int>{};
       room.engine.EndOfRecording(slot);
       for (int other = 1; other <= kSlots; ++other) {

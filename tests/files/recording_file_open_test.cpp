@@ -11,10 +11,9 @@ namespace {
 
 // What a refused file leaves: no name, nothing open, one box with the reason.
 void ExpectRefused(const RecordingRoom& room, int slot, const std::string& text) {
-  const auto place = static_cast<std::size_t>(slot);
-  EXPECT_EQ(room.state.SlotFile[place], "");
-  EXPECT_FALSE(room.state.SlotFileNo[place].IsOpen());
-  EXPECT_EQ(room.state.ReadState[place], ReadState::kIdle);
+  EXPECT_EQ(room.state.SlotFile[slot], "");
+  EXPECT_FALSE(room.state.SlotFileNo[slot].IsOpen());
+  EXPECT_EQ(room.state.ReadState[slot], ReadState::kIdle);
   ASSERT_EQ(room.dialogs.boxes.size(), 1U);
   EXPECT_EQ(room.dialogs.boxes[0].Text, text);
   EXPECT_EQ(room.dialogs.boxes[0].Title, "Read  file");
@@ -108,7 +107,7 @@ TEST(OpenRecordingFile, ResumesARunningRecording) {
   RecordingRoom room;
   UnitRecord unit = HeaderOf(3);
   unit.UnitRecOn = 1;
-  room.state.SampleSeen[4].fill(true);
+  room.state.SampleSeen[4].Fill(true);
   room.Open(4, "M011111A.NEW", BytesOf(unit));
   EXPECT_EQ(room.state.ReadState[4], ReadState::kReading);
   for (const bool seen : room.state.SampleSeen[4]) {
@@ -230,7 +229,7 @@ TEST(OpenRecordingFile, SaysOnceThatARunningFileOfAnotherWidthStandsStill) {
     EXPECT_EQ(room.dialogs.announced[0].Text,
               "M011111A.NEW: the recording stands still, for the file has another number of "
               "columns than there are recorded inputs.");
-    EXPECT_EQ(room.state.SlotFile.at(static_cast<std::size_t>(slot)), "M011111A.NEW");
+    EXPECT_EQ(room.state.SlotFile[slot], "M011111A.NEW");
   }
 }
 

@@ -42,9 +42,9 @@ inline std::string Words(std::initializer_list<int> words) {
 inline UnitRecord HeaderOf(int channels) {
   UnitRecord unit = DefaultUnitRecord();
   unit.UnitChannels = static_cast<std::int16_t>(channels);
-  unit.UnitRole.fill(0);
+  unit.UnitRole.Fill(0);
   for (int input = 1; input <= channels; ++input) {
-    unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+    unit.UnitRole[input] = 1;
   }
   return unit;
 }
@@ -64,8 +64,8 @@ struct RecordingRoom {
     Name(slot, name);
   }
   void Name(int slot, const std::string& name) {
-    state.SlotPath.at(static_cast<std::size_t>(slot)) = directory.Path();
-    state.SlotFile.at(static_cast<std::size_t>(slot)) = name;
+    state.SlotPath[slot] = directory.Path();
+    state.SlotFile[slot] = name;
     if (IsSlot(slot)) {
       state.Settings.ActiveFiles.at(static_cast<std::size_t>(slot - 1)) = name;
     }

@@ -112,7 +112,7 @@ TEST(StartRecording, RefusesAFileWhoseTimeScaleIsNotTheInstruments) {
       EXPECT_EQ(room.dialogs.boxes[0].Icon, BoxIcon::kWarning);
       EXPECT_EQ(room.port.sent, Telegrams{"T20?"});
       EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
-      EXPECT_EQ(room.state.ReadState.at(static_cast<std::size_t>(slot)), ReadState::kIdle);
+      EXPECT_EQ(room.state.ReadState[slot], ReadState::kIdle);
       EXPECT_TRUE(room.screens.shown.empty());
     }
   }
@@ -129,7 +129,7 @@ TEST(StartRecording, TakesAFileOfEitherTimeScaleOnASimulatedLine) {
       room.Open(slot, kName, BytesOf(unit));
       room.engine.StartRecording(slot);
       EXPECT_TRUE(room.dialogs.boxes.empty()) << slot << " " << is_fast;
-      EXPECT_EQ(room.state.Unit.at(static_cast<std::size_t>(slot)).UnitRecOn, 1);
+      EXPECT_EQ(room.state.Unit[slot].UnitRecOn, 1);
     }
   }
 }

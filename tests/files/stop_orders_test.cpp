@@ -153,7 +153,7 @@ TEST_F(Stops, AreTakenUpByTheNextProgram) {
   End(9, 2, 4);
   line.silent.clear();
   port.sent.clear();
-  state.StopPending.fill(false);
+  state.StopPending.Fill(false);
   StopOrders next({state, link, messages});
   next.Load();
   EXPECT_TRUE(state.StopPending[3] && state.StopPending[9]);

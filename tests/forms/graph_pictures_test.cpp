@@ -26,8 +26,8 @@ class GraphPictures : public GraphFormBench {
     header.UnitRes = 0;
     header.UnitRef = 1;
     for (std::size_t input = 0; input < kInputs; ++input) {
-      header.UnitColour.at(input) = static_cast<std::int16_t>(input < 14 ? input + 1 : 2);
-      header.UnitInputName.at(input).Set("input " + std::to_string(input + 1));
+      header.UnitColour[input + 1] = static_cast<std::int16_t>(input < 14 ? input + 1 : 2);
+      header.UnitInputName[input + 1].Set("input " + std::to_string(input + 1));
     }
   }
   ~GraphPictures() override { QApplication::setFont(font_before); }

@@ -48,10 +48,10 @@ class TheReportOnPaper : public testing::Test, public GraphBench {
   void SetCurves(int curves) {
     for (std::size_t input = 0; input < kInputs; ++input) {
       const int number = static_cast<int>(input) + 1;
-      header.UnitColour.at(input) =
+      header.UnitColour[input + 1] =
           static_cast<std::int16_t>(number <= curves ? (number - 1) % 14 + 1 : 0);
-      header.UnitInputName.at(input).Set("Brennkammer Zone " + std::to_string(100 + number));
-      header.UnitInputNote.at(input).Set("Fühler " + std::to_string(200 + number) + " seit Mai");
+      header.UnitInputName[input + 1].Set("Brennkammer Zone " + std::to_string(100 + number));
+      header.UnitInputNote[input + 1].Set("Fühler " + std::to_string(200 + number) + " seit Mai");
     }
   }
   // Curves that rise by and by, of which the upper ones leave the part view.
@@ -151,7 +151,7 @@ TEST_F(TheReportOnPaper, ListsTheShownCurvesInLandscape) {
 TEST_F(TheReportOnPaper, ShrinksLongTextsInsteadOfCuttingThem) {
   program.state.Settings.Plant = std::string(60, 'W') + "end";
   header.UnitDesignation.Set("OVN:MMMMMMMMMMMMMMMM");
-  header.UnitInputName[0].Set("WWWWWWWWWWWWWWWWWWWW");
+  header.UnitInputName[1].Set("WWWWWWWWWWWWWWWWWWWW");
   ShowView(0);
   for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape}) {
     const std::string text = PrintedText(orientation);

@@ -31,8 +31,8 @@ class WorkForms : public ModalDeeds, public WorkBench {
 };
 
 TEST_F(WorkForms, ShowTheSlotAndWhatItsInstrumentSays) {
-  header.UnitInputName[0].Set("core");
-  header.UnitColour[0] = 2;
+  header.UnitInputName[1].Set("core");
+  header.UnitColour[1] = 2;
   Register('Z', 3) = 2;
   Register('W', 3) = 2469;
   Register('Y', 1) = 4567;
@@ -96,17 +96,17 @@ TEST_F(WorkForms, SwitchTheControllerByMouseAndKeyboard) {
 }
 
 TEST_F(WorkForms, TakeTextsWhileTheUserTypes) {
-  header.UnitInputName[1].Set("old");
+  header.UnitInputName[2].Set("old");
   StartProgram();
   Then("TavWork", [this] {
     Click("Prod_2");
     QTest::keyClicks(QApplication::focusWidget(), "left wall");
-    EXPECT_EQ(Unit().UnitInputName[1].Get(), "left wall");
+    EXPECT_EQ(Unit().UnitInputName[2].Get(), "left wall");
     Key(Qt::Key_Tab);
     Key(Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget()->objectName(), "Comments_2");
     QTest::keyClicks(QApplication::focusWidget(), "probe 7, and much more than fits");
-    EXPECT_EQ(Unit().UnitInputNote[1].Get(), "probe 7, and much mo");
+    EXPECT_EQ(Unit().UnitInputNote[2].Get(), "probe 7, and much mo");
     Key(Qt::Key_Escape);
   });
   Run();
@@ -229,12 +229,12 @@ TEST_F(WorkForms, ChooseAColourByMouseAndKeyboard) {
   StartProgram();
   Then("TavWork", [this] {
     Click("Color_2");
-    EXPECT_EQ(Unit().UnitColour[1], 9);
+    EXPECT_EQ(Unit().UnitColour[2], 9);
     EXPECT_EQ(Find<CurveSampleButton>("Color_2")->Code(), 9);
     QTest::keyClick(Find("Color_1"), Qt::Key_Space);
-    EXPECT_EQ(Unit().UnitColour[0], 2);
+    EXPECT_EQ(Unit().UnitColour[1], 2);
     Click("Color_1");
-    EXPECT_EQ(Unit().UnitColour[0], 2);
+    EXPECT_EQ(Unit().UnitColour[1], 2);
     Key(Qt::Key_Escape);
   });
   Then("TavColor", [] {

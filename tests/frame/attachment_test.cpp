@@ -22,9 +22,7 @@ class Attaching : public testing::Test {
   std::string& Key(int slot) {
     return bench.state.Settings.ActiveFiles.at(static_cast<std::size_t>(slot - 1));
   }
-  const std::string& File(int slot) {
-    return bench.state.SlotFile.at(static_cast<std::size_t>(slot));
-  }
+  const std::string& File(int slot) { return bench.state.SlotFile[slot]; }
   std::vector<std::string> Writes() {
     std::vector<std::string> writes;
     std::copy_if(bench.port.sent.begin(), bench.port.sent.end(), std::back_inserter(writes),
@@ -348,7 +346,7 @@ TEST_F(NotThere, TestsOutliveEverythingThatIsSavedWithoutThem) {
                 fs::copy_options::overwrite_existing);
   RunOnce(bench.home.Path(), [](BenchProgram& program) {
     for (int slot = 1; slot <= kSlots; ++slot) {
-      EXPECT_EQ(program.state.SlotFile.at(static_cast<std::size_t>(slot)), NameOf(slot));
+      EXPECT_EQ(program.state.SlotFile[slot], NameOf(slot));
     }
   });
 }

@@ -36,7 +36,7 @@ class BufferDanger : public testing::Test {
     UnitRecord unit = BenchProgram::Header(recording.inet, recording.slot % 2 + 1, 0, true);
     unit.UnitChannels = static_cast<std::int16_t>(recording.inputs.size());
     for (const int input : recording.inputs) {
-      unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+      unit.UnitRole[input] = 1;
     }
     const bool is_fast = recording.interval % 10 != 0;
     unit.UnitFast = is_fast ? 1 : 0;

@@ -225,7 +225,7 @@ TEST_P(WindowOfASlot, SavesItsEditedHeaderAndClosesItsFile) {
   bench.sheet.tx_Des_Change(slot, "Tube 7");
   bench.commands.Close();
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
-  EXPECT_FALSE(bench.state.SlotFileNo.at(static_cast<std::size_t>(slot)).IsOpen());
+  EXPECT_FALSE(bench.state.SlotFileNo[slot].IsOpen());
 }
 
 INSTANTIATE_TEST_SUITE_P(EachSlot, WindowOfASlot, testing::Range(1, kSlots + 1));

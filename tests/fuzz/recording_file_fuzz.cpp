@@ -49,10 +49,10 @@ class FileUnderFire {
   }
 
  private:
-  std::string& SlotFile() { return room_.state.SlotFile.at(Index()); }
-  UnitRecord& Unit() { return room_.state.Unit.at(Index()); }
+  std::string& SlotFile() { return room_.state.SlotFile[Index()]; }
+  UnitRecord& Unit() { return room_.state.Unit[Index()]; }
   [[nodiscard]] std::size_t Index() const { return static_cast<std::size_t>(slot_); }
-  [[nodiscard]] std::int32_t Rows() const { return room_.state.SampleCount.at(Index()); }
+  [[nodiscard]] std::int32_t Rows() const { return room_.state.SampleCount[Index()]; }
   bool IsOpen() { return !SlotFile().empty(); }
   std::string PathOfSlot() { return room_.directory.File(SlotFile()); }
 
@@ -94,16 +94,16 @@ class FileUnderFire {
 
   void CheckDerived() {
     const RunState& state = room_.state;
-    const UnitRecord& unit = state.Unit.at(Index());
+    const UnitRecord& unit = state.Unit[Index()];
     Require(IsTavrelHeader(unit), "an open file has a header of this system");
     Require(Rows() >= 0 && Rows() <= kMaxSampleCount, "rows are counted in 15 bits");
-    Require(state.RecInterval.at(Index()) >= 1, "no division by an interval fails");
-    const std::int32_t limit = state.SampleLimit.at(Index());
+    Require(state.RecInterval[Index()] >= 1, "no division by an interval fails");
+    const std::int32_t limit = state.SampleLimit[Index()];
     Require(limit >= 0 && limit * unit.UnitChannels <= kMaxSampleWords, "at most 32000 words");
     const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(PathOfSlot()));
     Require(Rows() == 0 || SampleByte(unit.UnitChannels, Rows(), 1) <= bytes,
             "every counted row stands in the file");
-    const bool reads = state.ReadState.at(Index()) != ReadState::kIdle;
+    const bool reads = state.ReadState[Index()] != ReadState::kIdle;
     Require(!reads || (slot_ != kViewedFile && unit.CanBeRecorded()),
             "rows are written only where inputs and columns agree");
   }
@@ -204,7 +204,7 @@ class FileUnderFire {
     const std::string samples =
         before.size() > kHeaderBytes ? before.substr(kHeaderBytes) : std::string();
     Require(now.substr(kHeaderBytes) == samples, "samples stay where they are");
-    Require(!room_.state.SlotDirty.at(Index()), "a saved header is not dirty");
+    Require(!room_.state.SlotDirty[Index()], "a saved header is not dirty");
   }
 
   void ReadAnywhere() {

@@ -40,14 +40,14 @@ TEST(CurveList, KeepsTheColumnOfTheReferenceBeforeWhenItIsHiddenNow) {
   CurveList list;
   BuildCurveList(Unit(), list);
   UnitRecord unit = Unit();
-  unit.UnitColour.at(4) = 0;
+  unit.UnitColour[5] = 0;
   BuildCurveList(unit, list);
   EXPECT_EQ(list.RefColumn, 3);
 }
 
 TEST(CurveList, ShowsAnUnknownCodeInTheColourOfThePlaceBlackAtFirst) {
   UnitRecord unit = Unit();
-  unit.UnitColour.at(1) = 15;
+  unit.UnitColour[2] = 15;
   CurveList list;
   BuildCurveList(unit, list);
   EXPECT_EQ(list.At(0).CurveColorNo, kNoPaletteNumber);
@@ -68,8 +68,8 @@ TEST(CurveList, MayBeEmpty) {
 
 TEST(CurveList, HoldsFifteenCurves) {
   UnitRecord unit{};
-  unit.UnitRole.fill(1);
-  unit.UnitColour.fill(1);
+  unit.UnitRole.Fill(1);
+  unit.UnitColour.Fill(1);
   unit.UnitRef = 15;
   CurveList list;
   BuildCurveList(unit, list);

@@ -59,7 +59,7 @@ TEST(Overview, SurvivesEveryWordThatAHeaderCanHold) {
     bench.header.UnitMarks = word;
     bench.header.UnitMarkPos.fill(word);
     bench.header.UnitRes = word;
-    bench.header.UnitColour.fill(word);
+    bench.header.UnitColour.Fill(word);
     bench.header.UnitRef = 15;
     bench.LoadAndOpen(bench.Slopes(20));
     bench.Tick();
@@ -289,7 +289,7 @@ TEST(Axes, ArePaintedOnceAndNotAtEveryTick) {
 
 TEST(Legend, NamesTheCurvesAndShowsTheirColours) {
   GraphBench bench;
-  bench.header.UnitColour.at(1) = 0;
+  bench.header.UnitColour[2] = 0;
   bench.LoadAndOpen(bench.Slopes(2));
   EXPECT_THAT(bench.names.Texts(), ElementsAre("input 1", "input 3"));
   const Stroke name = bench.names.Of(StrokeKind::kText).back();

@@ -203,7 +203,7 @@ TEST(GraphForm, OpenedAgainAfterAChangeIsPaintedAnew) {
   bench.Tick();
   bench.graph.cmdExit_Click();
   bench.Tick();
-  bench.Unit().UnitColour.at(0) = 0;
+  bench.Unit().UnitColour[1] = 0;
   bench.program.state.OverPrepared = false;
   bench.graph.Open();
   bench.graph.cmdPart_Click();

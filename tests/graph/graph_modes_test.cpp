@@ -59,7 +59,7 @@ TEST(RelativeMode, LeavesTheOverviewAbsolute) {
 
 TEST(RelativeMode, OfAHiddenReferenceSubtractsTheLastWordOfTheRowBefore) {
   GraphBench bench;
-  bench.header.UnitColour.at(1) = 0;
+  bench.header.UnitColour[2] = 0;
   OpenPart(bench, 1, Rising(20));
   // Column 0 of row r is input 3 of row r - 1, 21 degrees below the reference of row r.
   EXPECT_EQ(bench.ImgC(kPartView).LinesOf(kBlack).back().At.Y2, 71);

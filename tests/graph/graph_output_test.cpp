@@ -186,7 +186,7 @@ TEST_F(TheOutput, LeavesTheClipboardAloneWhenTheFileWasCut) {
 }
 
 TEST_F(TheOutput, RefusesWithoutCurvesBeforeAnyDialog) {
-  Unit().UnitColour.fill(0);
+  Unit().UnitColour.Fill(0);
   program.state.OverPrepared = false;
   graph.cmdExit_Click();
   Tick();

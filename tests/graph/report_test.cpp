@@ -34,7 +34,7 @@ class TheReport : public testing::Test, public GraphBench {
  protected:
   void SetUp() override {
     header.UnitInet = 2;
-    header.UnitInputNote[4].Set("not recorded");
+    header.UnitInputNote[5].Set("not recorded");
     program.state.Settings.Plant = "Ofenbau";
     program.state.Settings.PFontName = "Arial";
     program.state.Settings.PFontSize = 11;
@@ -427,10 +427,10 @@ TEST_F(TheReport, LetsNothingOverlap) {
     program.state.Settings.Plant = std::string(fill.is_long ? 60 : 5, 'W');
     program.state.Settings.PFontSize = fill.points;
     for (std::size_t input = 0; input < kInputs; ++input) {
-      header.UnitColour.at(input) =
+      header.UnitColour[input + 1] =
           static_cast<std::int16_t>(static_cast<int>(input) < fill.curves ? input % 14 + 1 : 0);
-      header.UnitInputName.at(input).Set(std::string(fill.is_long ? 20 : 4, 'W'));
-      header.UnitInputNote.at(input).Set(std::string(fill.is_long ? 20 : 4, 'M'));
+      header.UnitInputName[input + 1].Set(std::string(fill.is_long ? 20 : 4, 'W'));
+      header.UnitInputNote[input + 1].Set(std::string(fill.is_long ? 20 : 4, 'M'));
     }
     program.state.OverPrepared = false;
     program.state.PartPrepared = false;

@@ -153,8 +153,8 @@ TEST_F(TheSubfileCommand, ShowsTheSameCurvesAsItsSource) {
 
 TEST_F(TheSubfileCommand, KeepsAHiddenReferenceWithItsColumn) {
   graph.CloseNow();
-  header.UnitColour[1] = 0;
   header.UnitColour[2] = 0;
+  header.UnitColour[3] = 0;
   program.state.OverPrepared = false;
   program.state.PartPrepared = false;
   ShowRows(80);

@@ -13,13 +13,13 @@ class TheSubfile : public testing::Test {
   TheSubfile() {
     source = HeaderOf(0);
     for (const int input : {1, 3, 4, 7}) {
-      source.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
-      source.UnitInputName.at(static_cast<std::size_t>(input - 1)).Set("input");
+      source.UnitRole[input] = 1;
+      source.UnitInputName[input].Set("input");
     }
-    source.UnitColour.fill(0);
-    source.UnitColour[0] = 4;
-    source.UnitColour[4] = 3;  // not recorded
-    source.UnitColour[6] = 2;
+    source.UnitColour.Fill(0);
+    source.UnitColour[1] = 4;
+    source.UnitColour[5] = 3;  // not recorded
+    source.UnitColour[7] = 2;
     source.UnitChannels = 4;
     source.UnitRef = 4;
     source.UnitView = {7600, 5000, 10000, 9000};
@@ -57,10 +57,10 @@ TEST_F(TheSubfile, HasAHeaderOfItsOwn) {
   EXPECT_EQ(header.UnitXmax, 12);
   EXPECT_EQ(header.UnitView, (std::array<std::int16_t, 4>{7689, 5000, 29211, 9000}));
   EXPECT_EQ(header.UnitOrigin.Get(), "M260314A.OVN");
-  EXPECT_EQ(header.UnitRole[2], 0);
-  EXPECT_EQ(header.UnitInputName[2].Get(), "");
-  EXPECT_EQ(header.UnitRole[3], 1);
-  EXPECT_EQ(header.UnitInputName[3].Get(), "input");
+  EXPECT_EQ(header.UnitRole[3], 0);
+  EXPECT_EQ(header.UnitInputName[3].Get(), "");
+  EXPECT_EQ(header.UnitRole[4], 1);
+  EXPECT_EQ(header.UnitInputName[4].Get(), "input");
 }
 
 TEST_F(TheSubfile, LeavesAllElseAsItWas) {
@@ -70,8 +70,8 @@ TEST_F(TheSubfile, LeavesAllElseAsItWas) {
   expected.UnitView[0] = 7689;
   expected.UnitView[2] = 29211;
   expected.UnitOrigin.Set("M260314A.OVN");
-  expected.UnitRole[2] = 0;
-  expected.UnitInputName[2].Set("");
+  expected.UnitRole[3] = 0;
+  expected.UnitInputName[3].Set("");
   EXPECT_EQ(BytesOf(Header()), BytesOf(expected));
 }
 
@@ -86,12 +86,12 @@ TEST_F(TheSubfile, HoldsTheRowsFromTheFirstToTheLast) {
 }
 
 TEST_F(TheSubfile, KeepsTheLastInput) {
-  source.UnitRole[6] = 0;
-  source.UnitColour[6] = 0;
-  source.UnitRole[14] = 1;
-  source.UnitColour[14] = 2;
+  source.UnitRole[7] = 0;
+  source.UnitColour[7] = 0;
+  source.UnitRole[15] = 1;
+  source.UnitColour[15] = 2;
   EXPECT_EQ(Header().UnitChannels, 3);
-  EXPECT_EQ(Header().UnitRole[14], 1);
+  EXPECT_EQ(Header().UnitRole[15], 1);
   EXPECT_EQ(Rows(), Words({11, 14, 17, 21, 24, 27}));
 }
 

@@ -249,8 +249,8 @@ TEST_F(TavInst, WritesTheNamesOfTheRolesInTheUsersLanguage) {
   EXPECT_EQ(Row(2).Inputs[0].Spoken, "Regler");
   Fill(9, 4, 1, 15);
   Press();
-  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[0].Get(), "Regler");
-  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[14].Get(), "Referenz");
+  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[1].Get(), "Regler");
+  EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[15].Get(), "Referenz");
 }
 
 TEST_F(TavInst, EndsTheRecordingOfATestThatChanges) {
@@ -435,14 +435,14 @@ TEST_F(TavInst, TellsWhatOKWouldDo) {
   EXPECT_EQ(inst->Values().lbl_Effect, Lines{"nothing changes"});
   inst->PutNumber(2, 0);
   EXPECT_EQ(inst->Values().lbl_Effect,
-            Lines{"is on and loses its test:  Tavrel 1 controller 1  (row 2)"});
+            Lines{"a controller that is on loses its test:  Tavrel 1 controller 1  (row 2)"});
   inst->PutRole(5, 2, Role::kNotUsed);
   inst->PutRole(5, 3, Role::kController);
   bench.state.ProgRunning[5] = true;
   inst->PutNumber(12, 5);
   Fill(1, 1, 1, 5);  // the controller of row 2 has a test again
   EXPECT_EQ(inst->Values().lbl_Effect,
-            (Lines{"is on and loses its test:  Tavrel 2 controller 2  (row 5)",
+            (Lines{"a controller that is on loses its test:  Tavrel 2 controller 2  (row 5)",
                    "ends the recording:  row 5  m260314c.ovn",
                    "ends the controller program:  row 5  m260314c.ovn",
                    "begins a file:  row 1  (new),  row 5  (ovn),  row 12  (ovn)",
@@ -531,6 +531,50 @@ TEST_F(TavInst, KeepsASetThatTheDiskRefusesBesideTheOldFile) {
   EXPECT_EQ(HeaderOf("M260314C.OVN").UnitRecOn, 0);
 }
 
+// A file without a row is no empty one while a set for it lies beside it.
+TEST_F(TavInst, KeepsAnEmptyFileWhoseFirstSetLiesBesideIt) {
+  Start();
+  bench.state.Unit[12].UnitRecOn = 1;
+  bench.state.SampleSeen[12][4] = bench.state.SampleSeen[12][15] = true;
+  Open();
+  inst->PutNumber(12, 0);
+  EXPECT_EQ(inst->Values().lbl_Effect, Lines{"ends the recording:  row 12  m260314f.ovn"});
+  {
+    const FullDisk disk(1000);  // the header fits, the row and the settings do not
+    Press();
+  }
+  ASSERT_EQ(bench.settings.SettingsSave(), "");
+  EXPECT_TRUE(IsThere("M260314F.OVN"));
+  EXPECT_TRUE(IsThere(HeldSetName("M260314F.OVN")));
+}
+
+TEST_F(TavInst, LeavesNothingOfASetInAFreeSlot) {
+  Start();
+  bench.state.SampleSeen[5][6] = true;
+  bench.state.ColumnsInDoubt[5] = true;
+  bench.state.AskedInput[5] = 2;
+  Open();
+  inst->PutNumber(5, 0);
+  Press();
+  EXPECT_FALSE(bench.state.SampleSeen[5][6]);
+  EXPECT_FALSE(bench.state.ColumnsInDoubt[5]);
+  EXPECT_EQ(bench.state.AskedInput[5], 0);
+  EXPECT_FALSE(IsThere(HeldSetName("M260314C.OVN")));
+}
+
+// The directory of new files is another one by now, and nothing can be made there.
+TEST_F(TavInst, GoesBackToTheDirectoryOfTheOldFile) {
+  Start();
+  bench.state.Settings.DefPath = bench.home.File("nowhere");
+  Open();
+  inst->Test_Des_Change(2, "Changed");
+  Press();
+  EXPECT_EQ(bench.state.SlotFile[2], "");
+  bench.Run(11);
+  EXPECT_EQ(bench.state.SlotFile[2], "M260101A.OVN");
+  EXPECT_EQ(bench.state.SlotPath[2], bench.home.File("tavdat"));
+}
+
 TEST_F(TavInst, LeavesATestWhoseDirectoryIsGone) {
   Start();
   Open();
@@ -556,7 +600,7 @@ TEST_F(TavInst, IsReachedFromTheMenuWithoutStoppingTheCycle) {
   };
   const auto* entry = std::find_if(kMainMenu.begin(), kMainMenu.end(),
                                    [](const MenuEntry& each) { return each.Control == "MnuInst"; });
-  bench.window.Choose(*entry);
+  bench.commands.Choose(*entry);
   EXPECT_TRUE(ran);
 }
 

@@ -99,7 +99,7 @@ class TavNum : public testing::Test {
   [[nodiscard]] std::string Buttons() const {
     std::string enabled;
     for (int number = 1; number <= kInets; ++number) {
-      const bool is_enabled = form->Values().cmd_TavNo.at(static_cast<std::size_t>(number));
+      const bool is_enabled = form->Values().cmd_TavNo[number];
       enabled += is_enabled ? std::to_string(number) : "-";
     }
     return enabled;

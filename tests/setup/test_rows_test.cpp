@@ -176,14 +176,14 @@ TEST(TestRows, BecomeTheRecordOfANewTest) {
   EXPECT_EQ(unit.UnitChannels, 4);
   EXPECT_EQ(unit.UnitCtrl, 3);
   EXPECT_EQ(unit.UnitRef, 15);
-  EXPECT_EQ(unit.UnitColour[0], 2);
-  EXPECT_EQ(unit.UnitColour[1], 0x1111) << "an input without a role keeps its colour";
-  EXPECT_EQ(unit.UnitColour[2], 3);
-  EXPECT_EQ(unit.UnitColour[6], 4);
-  EXPECT_EQ(unit.UnitColour[14], 5);
-  EXPECT_EQ(unit.UnitInputName[0].Get(), "Measuring input");
-  EXPECT_EQ(unit.UnitInputName[2].Get(), "Controller");
-  EXPECT_EQ(unit.UnitInputName[14].Get(), "Reference");
+  EXPECT_EQ(unit.UnitColour[1], 2);
+  EXPECT_EQ(unit.UnitColour[2], 0x1111) << "an input without a role keeps its colour";
+  EXPECT_EQ(unit.UnitColour[3], 3);
+  EXPECT_EQ(unit.UnitColour[7], 4);
+  EXPECT_EQ(unit.UnitColour[15], 5);
+  EXPECT_EQ(unit.UnitInputName[1].Get(), "Measuring input");
+  EXPECT_EQ(unit.UnitInputName[3].Get(), "Controller");
+  EXPECT_EQ(unit.UnitInputName[15].Get(), "Reference");
   for (const HeaderText& note : unit.UnitInputNote) {
     EXPECT_EQ(note.Get(), "");
   }
@@ -237,10 +237,10 @@ TEST(TestRows, KeepTheIntervalAndTheControllerOfASlotInUse) {
   EXPECT_EQ(unit.UnitFinal, 5000);
   EXPECT_EQ(unit.UnitEndAction, 2);
   EXPECT_EQ(unit.UnitFast, 0);
-  EXPECT_EQ(unit.UnitInputName[1].Get(), "Regler");
-  EXPECT_EQ(unit.UnitInputName[5].Get(), "Referenz");
+  EXPECT_EQ(unit.UnitInputName[2].Get(), "Regler");
+  EXPECT_EQ(unit.UnitInputName[6].Get(), "Referenz");
   RebuildRecord(unit, Row(2, 1, 6, {15}).Unit, Language::kGerman);
-  EXPECT_EQ(unit.UnitInputName[14].Get(), "Messeingang");
+  EXPECT_EQ(unit.UnitInputName[15].Get(), "Messeingang");
 }
 
 // Files of other origin number their measuring inputs on.

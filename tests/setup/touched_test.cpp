@@ -68,9 +68,8 @@ TEST(AdjustmentRun, ControllerThatDoesNotAnswerMayBeOn) {
 TEST(AdjustmentRun, AsksAboutRecordingsOfAChosenRow) {
   for (int slot = 1; slot <= kSlots; ++slot) {
     ChannelBench room;
-    const auto place = static_cast<std::size_t>(slot);
-    room.bench.state.Unit[place] = BenchProgram::Header(3, 1, 15, true);
-    room.bench.state.SlotFile[place] = "M260314A.OVN";
+    room.bench.state.Unit[slot] = BenchProgram::Header(3, 1, 15, true);
+    room.bench.state.SlotFile[slot] = "M260314A.OVN";
     const std::size_t other = slot == 1 ? 2 : 1;
     room.bench.state.Unit[other] = BenchProgram::Header(2, 1, 15, true);
     room.bench.state.SlotFile[other] = "M260314B.OVN";

@@ -65,7 +65,7 @@ class BenchProgram : public BenchMachine, public ProgramLogic {
     unit.UnitChannels = static_cast<std::int16_t>(channels);
     unit.UnitRecOn = rec_on ? 1 : 0;
     for (int input = 1; input <= kInputs; ++input) {
-      unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = input <= channels ? 1 : 0;
+      unit.UnitRole[input] = input <= channels ? 1 : 0;
     }
     return unit;
   }
@@ -98,7 +98,7 @@ class BenchProgram : public BenchMachine, public ProgramLogic {
   }
 
   const SheetRow& Row(int slot) const {
-    return sheet.Values().Rows.at(static_cast<std::size_t>(slot));
+    return sheet.Values().Rows[slot];
   }
   std::vector<std::int16_t> Samples(const std::string& name) const {
     const std::string bytes = home.Read("tavdat/" + name);

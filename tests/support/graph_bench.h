@@ -26,8 +26,8 @@ class GraphBench {
     header.UnitRes = 0;
     header.UnitDesignation.Set("OVN:Furnace 7");
     for (std::size_t input = 0; input < kInputs; ++input) {
-      header.UnitColour.at(input) = static_cast<std::int16_t>(input < 3 ? input + 1 : 0);
-      header.UnitInputName.at(input).Set("input " + std::to_string(input + 1));
+      header.UnitColour[input + 1] = static_cast<std::int16_t>(input < 3 ? input + 1 : 0);
+      header.UnitInputName[input + 1].Set("input " + std::to_string(input + 1));
     }
   }
   ~GraphBench() { graph.Attach(nullptr); }

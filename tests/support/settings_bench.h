@@ -42,9 +42,8 @@ class SettingsBench {
   }
 
   void PutIntoUse(int slot, bool recording) {
-    const auto place = static_cast<std::size_t>(slot);
-    bench.state.SlotFile.at(place) = "M260314A.OVN";
-    bench.state.Unit.at(place).UnitRecOn = recording ? 1 : 0;
+    bench.state.SlotFile[slot] = "M260314A.OVN";
+    bench.state.Unit[slot].UnitRecOn = recording ? 1 : 0;
   }
 
   std::string SavedSettings() const { return bench.home.Read("TAVREL.USR"); }

@@ -83,7 +83,7 @@ class WorkBench {
   }
   const WorksheetValues& Shown() const { return worksheet.Values(); }
   const WorksheetRow& Row(int input) const {
-    return Shown().Rows.at(static_cast<std::size_t>(input - 1));
+    return Shown().Rows[input];
   }
   UnitRecord& Unit() { return bench.state.Unit[1]; }
   UnitRecord FileHeader(const std::string& name) const {

@@ -148,7 +148,7 @@ class Job {
 
   void ChangeHeaderAndSettings() {
     RunState& state = logic_->state;
-    state.Unit[2].UnitInputName[0].Set("changed");
+    state.Unit[2].UnitInputName[1].Set("changed");
     state.SlotDirty[2] = true;
     logic_->files.WriteHeader(2);
     state.Settings.Lab = "changed";
@@ -215,7 +215,7 @@ UnitRecord HeaderOf(const SweptSlot& slot) {
   unit.UnitRole = {};
   std::int16_t role = 0;
   for (const int input : slot.inputs) {
-    unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = ++role;
+    unit.UnitRole[input] = ++role;
   }
   unit.UnitChannels = role;
   unit.UnitDesignation.Set(slot.ext + ":oven");

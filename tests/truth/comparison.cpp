@@ -66,6 +66,7 @@ Sets SetsOf(const LineTruth& truth, const RecordedSlot& slot) {
 struct Expected {
   std::vector<TruthSet> rows;
   int half_read = 0;
+  int forgotten = 0;  // sets that went with a restart of the instrument, whole
 };
 
 Expected ExpectedOf(const LineTruth& truth, const RecordedSlot& slot) {
@@ -74,6 +75,7 @@ Expected ExpectedOf(const LineTruth& truth, const RecordedSlot& slot) {
   for (const auto& [place, set] : sets) {
     const bool was_handed = std::any_of(set.begin(), set.end(), WasHanded);
     if (!was_handed && !Has(set, SampleFate::kOverrun)) {
+      expected.forgotten += Has(set, SampleFate::kForgotten) ? 1 : 0;
       continue;
     }
     if (was_handed && IsUnderWay(set, place.first == sets.rbegin()->first.first)) {
@@ -224,6 +226,7 @@ class Comparer {
 
   Findings Run() {
     findings_.rows = static_cast<int>(rows_.size());
+    findings_.lost = expected_.forgotten;
     CompareFirst();
     int row = 1;
     for (const AlignedPair& pair : AlignRows()) {

@@ -183,16 +183,6 @@ TEST(Comparison, CountsACutEndAsTorn) {
   EXPECT_EQ(Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 21, 22, 31, 32, 5})).torn, 1);
 }
 
-TEST(Comparison, ExpectsNoSetThatARestartedInstrumentForgot) {
-  std::stringstream file(
-      "sample 10 1 1 1 11\nsample 10 1 2 1 12\nsample 20 1 1 2 21\nsample 20 1 2 2 22\n"
-      "handed 21 1 1 1 11 good\nhanded 21 1 2 1 12 good\nrestart 22 1\n"
-      "sample 30 1 1 1 31\nsample 30 1 2 1 32\n"
-      "handed 31 1 1 1 31 good\nhanded 31 1 2 1 32 good\n");
-  const Findings found = Compare(ReadLineTruth(file, {}), kSlot, Bytes({11, 12, 11, 12, 31, 32}));
-  EXPECT_TRUE(found.Agrees());
-}
-
 TEST(Comparison, TakesTheLastWordBeforeACutForNoPromise) {
   std::stringstream file(
       "sample 10 1 1 1 11\nsample 10 1 2 1 12\n"
@@ -257,6 +247,20 @@ TEST(Comparison, WantsSetsThatAFullBufferLostToBeTold) {
   EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(3)).Agrees());
   EXPECT_TRUE(Compare(Overrun(), kSlot, bytes, Lost(3, true)).Agrees());
   EXPECT_FALSE(Compare(Overrun(), kSlot, bytes, Lost(9, true)).Agrees());
+}
+
+TEST(Comparison, WantsSetsThatARestartedInstrumentForgotToBeTold) {
+  std::stringstream file(
+      "sample 10 1 1 1 11\nsample 10 1 2 1 12\nsample 20 1 1 2 21\nsample 20 1 2 2 22\n"
+      "handed 21 1 1 1 11 good\nhanded 21 1 2 1 12 good\nrestart 22 1\n"
+      "sample 30 1 1 1 31\nsample 30 1 2 1 32\n"
+      "handed 31 1 1 1 31 good\nhanded 31 1 2 1 32 good\n");
+  const LineTruth truth = ReadLineTruth(file, {});
+  const std::string bytes = Bytes({11, 12, 11, 12, 31, 32});
+  const Findings found = Compare(truth, kSlot, bytes, Lost(1, true));
+  EXPECT_TRUE(found.Agrees());
+  EXPECT_EQ(found.lost, 1);
+  EXPECT_FALSE(Compare(truth, kSlot, bytes).Agrees());
 }
 
 TEST(Comparison, FindsAColumnThatAFullBufferShifted) {

@@ -6,9 +6,9 @@
 namespace tavrel {
 namespace {
 
-// "FILE: row 17, inputs 3, 5: what" or "FILE: rows 0 and 1, input 3: what".
+// "FILE: row 17, inputs 3, 5: what" or "FILE: rows 0 and 1, input 3: what", or "rows 4 to 7".
 constexpr const char* kDoubt =
-    R"((?:^|\\n)([^\s\\]+\.\S+): rows? (\d+)(?: and (\d+))?, inputs? ([0-9, ]+): (.*))";
+    R"((?:^|\\n)([^\s\\]+\.\S+): rows? (\d+)(?: (?:and|to) (\d+))?, inputs? ([0-9, ]+): (.*))";
 // "FILE: row 17: ... before this row about 12 sets were lost".
 constexpr const char* kLoss =
     R"((?:^|\\n)([^\s\\]+\.\S+): row \d+: .*before this row (about )?(?:(\d+) sets? w|an unknown number).*lost)";

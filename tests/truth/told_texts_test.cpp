@@ -50,6 +50,19 @@ TEST(ToldTexts, KnowSetsThatAFullBufferLost) {
   EXPECT_TRUE(told.losses[3].is_about);
 }
 
+TEST(ToldTexts, KnowRowsThatARestartedInstrumentHasMixed) {
+  const Told told = ReadTold(
+      {R"(Read  Tavrel\nM260314B.CHA: rows 12 to 15, inputs 2, 6: the instrument was switched off and on; the values may stand one row too early)",
+       R"(Read  Tavrel\nM260314B.CHA: row 16: the instrument was switched off and on; before this row about 3 sets were lost)"});
+  ASSERT_EQ(told.doubts.size(), 1U);
+  EXPECT_EQ(told.doubts[0].kind, ToldDoubt::Kind::kUncertain);
+  EXPECT_EQ(told.doubts[0].first_row, 12);
+  EXPECT_EQ(told.doubts[0].last_row, 15);
+  EXPECT_EQ(told.doubts[0].inputs, (std::vector<int>{2, 6}));
+  ASSERT_EQ(told.losses.size(), 1U);
+  EXPECT_EQ(told.losses[0].sets, 3);
+}
+
 TEST(ToldTexts, PassOverWhatTheySayOfOtherMatters) {
   const Told told = ReadTold({R"(Open M260314A.TUB\nNo such file or directory)", "", "row 5"});
   EXPECT_TRUE(told.doubts.empty());

@@ -47,7 +47,7 @@ class InstallationOnTheWire : public ModalDeeds, public testing::WithParamInterf
     program.state.Settings.ActiveFiles[0] = NameOf(1);
     ASSERT_TRUE(program.start_up.MainFormLoad());
     form = std::make_unique<Tavrel>(
-        Tavrel::Parts{program.sheet, program.window, program.cycle, program.start_up}, kSlots);
+        Tavrel::Parts{program.sheet, program.commands, program.cycle, program.start_up}, kSlots);
     form->show();
     ASSERT_TRUE(WaitUntil([this] { return program.cycle.IsEnabled(); }));
     program.timer_main.start(10);
@@ -126,7 +126,7 @@ TEST_P(InstallationOnTheWire, ChangesThreeTestsAndTheNineOthersLoseNothing) {
     EXPECT_EQ(findings.wrong + findings.torn + findings.shifted + findings.doubled, 0) << slot;
     EXPECT_GE(findings.rows, 4) << slot;
     if (!is_changed) {
-      EXPECT_TRUE(findings.IsTrue()) << slot << testing::PrintToString(findings.details);
+      EXPECT_TRUE(findings.Agrees()) << slot << testing::PrintToString(findings.details);
       EXPECT_EQ(program.state.SlotFile[slot], NameOf(slot));
     } else {
       EXPECT_LE(findings.lost, 1) << "no more than the set that was half read";

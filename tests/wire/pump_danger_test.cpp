@@ -32,7 +32,7 @@ UnitRecord HeaderOf(const RecordedSlot& recording, int ctrl) {
   unit.UnitChannels = static_cast<std::int16_t>(recording.inputs.size());
   unit.UnitInterval = 1;
   for (const int input : recording.inputs) {
-    unit.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+    unit.UnitRole[input] = 1;
   }
   return unit;
 }

@@ -28,9 +28,9 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     program.screens.on_show = [this](View view) { screens.Run(view); };
     program.cycle.SetHandlers(screens.Handlers());
     UnitRecord header = BenchProgram::Header(kInet, 1, 3, false);
-    header.UnitRole.fill(0);
+    header.UnitRole.Fill(0);
     for (const int input : kRecorded) {
-      header.UnitRole.at(static_cast<std::size_t>(input - 1)) = 1;
+      header.UnitRole[input] = 1;
     }
     header.UnitRef = 5;
     header.UnitInterval = 1;

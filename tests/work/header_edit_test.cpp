@@ -18,9 +18,8 @@ class ViewedToo {
     Name(kViewedFile);
   }
   void Name(int slot) {
-    const auto place = static_cast<std::size_t>(slot);
-    state.SlotFile.at(place) = kName;
-    state.SlotPath.at(place) = directory.Path();
+    state.SlotFile[slot] = kName;
+    state.SlotPath[slot] = directory.Path();
   }
   void Edit(int slot) {
     EditHeader(state, slot, [](UnitRecord& header) { header.UnitMarks = 3; });
@@ -32,28 +31,26 @@ class ViewedToo {
 
 TEST(HeaderEdit, OfAViewedFileIsMadeInItsSlotAndWrittenFromThere) {
   for (int slot = 1; slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
     ViewedToo room(slot);
     EXPECT_EQ(OwnerOfViewedFile(room.state), slot);
     room.Edit(kViewedFile);
-    EXPECT_EQ(room.state.Unit.at(kViewedFile).UnitMarks, 3) << slot;
-    EXPECT_EQ(room.state.Unit.at(place).UnitMarks, 3) << slot;
-    EXPECT_FALSE(room.state.SlotDirty.at(kViewedFile)) << slot;
+    EXPECT_EQ(room.state.Unit[kViewedFile].UnitMarks, 3) << slot;
+    EXPECT_EQ(room.state.Unit[slot].UnitMarks, 3) << slot;
+    EXPECT_FALSE(room.state.SlotDirty[kViewedFile]) << slot;
     for (int other = 1; other <= kSlots; ++other) {
-      EXPECT_EQ(room.state.SlotDirty.at(static_cast<std::size_t>(other)), other == slot) << slot;
+      EXPECT_EQ(room.state.SlotDirty[other], other == slot) << slot;
     }
   }
 }
 
 TEST(HeaderEdit, OfASlotLeavesTheViewedFileAlone) {
   for (int slot = 1; slot <= kSlots; ++slot) {
-    const auto place = static_cast<std::size_t>(slot);
     ViewedToo room(slot);
     room.Edit(slot);
-    EXPECT_EQ(room.state.Unit.at(place).UnitMarks, 3) << slot;
-    EXPECT_EQ(room.state.Unit.at(kViewedFile).UnitMarks, 0) << slot;
-    EXPECT_TRUE(room.state.SlotDirty.at(place)) << slot;
-    EXPECT_FALSE(room.state.SlotDirty.at(kViewedFile)) << slot;
+    EXPECT_EQ(room.state.Unit[slot].UnitMarks, 3) << slot;
+    EXPECT_EQ(room.state.Unit[kViewedFile].UnitMarks, 0) << slot;
+    EXPECT_TRUE(room.state.SlotDirty[slot]) << slot;
+    EXPECT_FALSE(room.state.SlotDirty[kViewedFile]) << slot;
   }
 }
 
@@ -61,9 +58,9 @@ TEST(HeaderEdit, OfAFileThatNoSlotHasIsItsOwn) {
   ViewedToo room(kViewedFile);
   EXPECT_EQ(OwnerOfViewedFile(room.state), kViewedFile);
   room.Edit(kViewedFile);
-  EXPECT_EQ(room.state.Unit.at(kViewedFile).UnitMarks, 3);
-  EXPECT_TRUE(room.state.SlotDirty.at(kViewedFile));
-  room.state.SlotFile.at(kViewedFile).clear();
+  EXPECT_EQ(room.state.Unit[kViewedFile].UnitMarks, 3);
+  EXPECT_TRUE(room.state.SlotDirty[kViewedFile]);
+  room.state.SlotFile[kViewedFile].clear();
   EXPECT_EQ(OwnerOfViewedFile(room.state), kViewedFile);
 }
 

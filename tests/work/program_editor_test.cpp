@@ -394,8 +394,8 @@ TEST_F(Editor, NeverSavesOverAFileInUse) {
       std::filesystem::create_symlink("tavdat/m260314a.ovn", program.home.File("LINK.PRG"));
       std::filesystem::create_hard_link(program.home.File("tavdat/m260314a.ovn"),
                                         program.home.File("tavdat/HARD.PRG"));
-      program.state.SlotPath.at(static_cast<std::size_t>(slot)) = program.home.File("tavdat");
-      program.state.SlotFile.at(static_cast<std::size_t>(slot)) = "M260314A.OVN";
+      program.state.SlotPath[slot] = program.home.File("tavdat");
+      program.state.SlotFile[slot] = "M260314A.OVN";
       ProgramEditor& saving = program.program_editor;
       saving.Open();
       saving.Grid_Click(1, kTimeColumn);

@@ -277,7 +277,7 @@ TEST_F(RecordingDialog, TakesHoursWithACommaAndTheEndAction) {
 
 TEST_F(RecordingDialog, RefusesMoreThanTheFileHoldsAndMoreThanFiveHundredHours) {
   header.UnitChannels = 1;
-  header.UnitRole[1] = 0;
+  header.UnitRole[2] = 0;
   StartProgram();
   Settings([this] {
     recording.Cbo_Func_Click(2);

@@ -428,7 +428,7 @@ TEST_F(WorksheetButtons, OpenTheDialogsOfTheSlot) {
 
 // Beneath each of them the recording may have gone on in another file.
 TEST_F(WorksheetButtons, ShowTheSlotAnewBehindEachDialog) {
-  header.UnitRole.fill(1);
+  header.UnitRole.Fill(1);
   header.UnitChannels = kInputs;
   Open();
   bench.screens.built.insert({View::kTavGraph, View::kTavCtrl, View::kTavColor});

@@ -35,9 +35,9 @@ TEST_F(TheWorksheet, TakesTheFrontAndGivesItBack) {
 }
 
 TEST_F(TheWorksheet, ShowsTheSlotBeforeTheFirstExchange) {
-  header.UnitInputName[0].Set("product");
-  header.UnitInputNote[1].Set("left wall");
-  header.UnitColour[1] = 7;
+  header.UnitInputName[1].Set("product");
+  header.UnitInputNote[2].Set("left wall");
+  header.UnitColour[2] = 7;
   StartProgram();
   Forget();
   worksheet.Open();
@@ -245,10 +245,9 @@ TEST_F(TheWorksheet, LeavesTheKindInTheHeaderWhileTheLineIsSimulated) {
   for (const int slot : {1, 7, 12}) {
     bench.state.SelSlot = static_cast<std::int16_t>(slot);
     OpenSheet();
-    const auto place = static_cast<std::size_t>(slot);
-    EXPECT_EQ(bench.state.Unit.at(place).UnitFast, 1) << slot;
-    EXPECT_EQ(bench.state.RecInterval.at(place), 3) << slot;
-    EXPECT_FALSE(bench.state.SlotDirty.at(place)) << slot;
+    EXPECT_EQ(bench.state.Unit[slot].UnitFast, 1) << slot;
+    EXPECT_EQ(bench.state.RecInterval[slot], 3) << slot;
+    EXPECT_FALSE(bench.state.SlotDirty[slot]) << slot;
     EXPECT_EQ(Shown().TavcNo, "Tavrel-2F") << slot;
   }
 }
@@ -356,7 +355,7 @@ TEST_F(TheWorksheet, NeverWritesTheViewersHeaderOverThatOfARecording) {
   EXPECT_FALSE(bench.state.SlotDirty[0]);
   EXPECT_TRUE(bench.state.SlotDirty[1]);
   bench.files.WriteHeader(1);
-  EXPECT_EQ(FileHeader(kName).UnitInputName[0].Get(), "core");
+  EXPECT_EQ(FileHeader(kName).UnitInputName[1].Get(), "core");
   EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
 }
 
@@ -368,28 +367,27 @@ TEST_F(TheWorksheet, StoresTextsOfRecordedInputsOnly) {
   worksheet.Comments_Change(16, "nothing");
   EXPECT_FALSE(bench.state.SlotDirty[1]);
   worksheet.Comments_Change(2, "right wall, 2nd probe of three");
-  EXPECT_EQ(Unit().UnitInputNote[1].Get(), "right wall, 2nd prob");
+  EXPECT_EQ(Unit().UnitInputNote[2].Get(), "right wall, 2nd prob");
   EXPECT_TRUE(bench.state.SlotDirty[1]);
   EXPECT_TRUE(bench.state.OverPrepared);
   worksheet.Prod_Change(2, "wall ");
-  EXPECT_EQ(Unit().UnitInputName[1].Get(), "wall");
+  EXPECT_EQ(Unit().UnitInputName[2].Get(), "wall");
   EXPECT_FALSE(bench.state.OverPrepared);
 }
 
 TEST_F(TheWorksheet, ServesEachRecordedInputOfTheFifteen) {
-  header.UnitRole.fill(1);
+  header.UnitRole.Fill(1);
   header.UnitChannels = kInputs;
   StartAndOpen();
   dialog[View::kTavColor] = [this] { colours.PicColor_Click(4.99); };
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input - 1);
     worksheet.Color_Click(input);
-    EXPECT_EQ(Unit().UnitColour.at(place), 5) << input;
+    EXPECT_EQ(Unit().UnitColour[input], 5) << input;
     const std::string text = "input " + std::to_string(input);
     worksheet.Prod_Change(input, text);
     worksheet.Comments_Change(input, "of " + text);
-    EXPECT_EQ(Unit().UnitInputName.at(place).Get(), text);
-    EXPECT_EQ(Unit().UnitInputNote.at(place).Get(), "of " + text);
+    EXPECT_EQ(Unit().UnitInputName[input].Get(), text);
+    EXPECT_EQ(Unit().UnitInputNote[input].Get(), "of " + text);
   }
   EXPECT_EQ(bench.screens.shown.size(), static_cast<std::size_t>(kInputs));
   for (const int none : {0, kInputs + 1}) {
@@ -421,7 +419,7 @@ TEST_F(TheWorksheet, TakesTheChosenColourAndForgetsThePlots) {
     colours.PicColor_Click(4.99);
   };
   worksheet.Color_Click(2);
-  EXPECT_EQ(Unit().UnitColour[1], 5);
+  EXPECT_EQ(Unit().UnitColour[2], 5);
   EXPECT_EQ(Row(2).ColourCode, 5);
   EXPECT_TRUE(bench.state.SlotDirty[1]);
   EXPECT_FALSE(bench.state.OverPrepared);

@@ -106,7 +106,7 @@ QWidget* SheetTable::MakeHeads(QWidget* parent) {
 
 SheetRowView* SheetTable::MakeRow(int row, QWidget* parent) {
   auto* view = new SheetRowView(row, columns_, parent);
-  rows_.at(static_cast<std::size_t>(row)) = view;
+  rows_[row] = view;
   connect(view, &SheetRowView::NumberClicked, this, &SheetTable::NumberClicked);
   connect(view, &SheetRowView::NameEdited, this, &SheetTable::NameEdited);
   connect(view, &SheetRowView::WorkClicked, this, &SheetTable::WorkClicked);
@@ -152,10 +152,10 @@ QSize SheetTable::SizeWith(int rows) const {
 }
 
 void SheetTable::UpdateWidgets(const SheetValues& now) {
-  for (std::size_t row = 0; row < rows_.size(); ++row) {
-    rows_.at(row)->UpdateWidgets(now.Rows.at(row));
+  for (int row = kViewedFile; row <= kSlots; ++row) {
+    rows_[row]->UpdateWidgets(now.Rows[row]);
   }
-  no_viewed_->setVisible(!now.Rows.front().Sheet);
+  no_viewed_->setVisible(!now.Rows[kViewedFile].Sheet);
   pic_actual_->setVisible(now.picActual);
   pic_cmds_->setVisible(now.picCmds);
   cmd_open_->setEnabled(now.cmd_OpenEnabled);

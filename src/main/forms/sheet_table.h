@@ -40,7 +40,7 @@ class SheetTable : public QWidget {
   void ShowTips(Language language);
 
   SheetColumns columns_;
-  std::array<SheetRowView*, kSlotTable> rows_{};
+  BySlot<SheetRowView*> rows_{};
   QWidget* heads_ = nullptr;
   QWidget* pic_actual_ = nullptr;
   QWidget* pic_cmds_ = nullptr;

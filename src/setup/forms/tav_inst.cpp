@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
 
 #include "setup/installation_tips.h"
@@ -20,17 +21,18 @@ constexpr int kNumber = kFirstInput + kInputs;
 constexpr int kColumns = kNumber + 1;
 constexpr int kApparatusWidth = 20;  // characters
 constexpr int kExtensionWidth = 8;
-constexpr int kCellWidth = 5;
+constexpr int kCellWidth = 5;  // at least
 constexpr int kEffectLines = 5;
 constexpr std::chrono::seconds kRefreshInterval{1};
 
+constexpr BothLanguages kWhatOkDoes{"what OK will do", "was OK tun wird"};
 constexpr BothLanguages kRowWord{"row ", "Zeile "};
 constexpr BothLanguages kInputWord{", input ", ", Eingang "};
 constexpr BothLanguages kNumberWord{", number of the instrument: ", ", Nummer des Gerätes: "};
 constexpr BothLanguages kApparatusWord{", apparatus", ", Apparatur"};
 constexpr BothLanguages kExtensionWord{", extension of the files", ", Endung der Dateien"};
 
-bool IsInput(int column) {
+bool IsInputColumn(int column) {
   return column >= kFirstInput && column < kNumber;
 }
 
@@ -44,7 +46,7 @@ std::string InputName(int input) {
 
 // The middle of a column in the scale of the grid.
 double SheetX(int column) {
-  if (IsInput(column)) {
+  if (IsInputColumn(column)) {
     return kInputsLeft + (InputOf(column) - 0.5) * kInputWidth;
   }
   return column == kNumber ? (kNumberLeft + kSheetWidth) / 2 : kApparatusLeft;
@@ -82,8 +84,10 @@ void TavInst::MakeGrid() {
   }
   sheet_->setHorizontalHeaderLabels(heads << "Tavrel");
   const int character = fontMetrics().averageCharWidth();
+  const int head = fontMetrics().horizontalAdvance(kControllersHead);
+  const int cell = std::max(character * kCellWidth, head / kControllers + 2);
   for (int column = 0; column < kColumns; ++column) {
-    sheet_->setColumnWidth(column, character * kCellWidth);
+    sheet_->setColumnWidth(column, cell);
   }
   sheet_->setColumnWidth(kApparatus, character * kApparatusWidth);
   sheet_->setColumnWidth(kExtension, character * kExtensionWidth);
@@ -148,7 +152,7 @@ QFrame* TavInst::MakePopup(const char* name, const char* spoken) {
   auto* popup = new QFrame(this);
   popup->setObjectName(name);
   popup->setAccessibleName(spoken);
-  popup->setFrameShape(QFrame::StyledPanel);
+  popup->setFrameStyle(QFrame::Box | QFrame::Plain);
   popup->setAutoFillBackground(true);
   popup->setBackgroundRole(QPalette::Base);
   popup->hide();
@@ -190,7 +194,9 @@ void TavInst::MakeNumberPopup() {
 void TavInst::Arrange() {
   lbl_effect_ = new QPlainTextEdit(this);
   lbl_effect_->setObjectName("lbl_Effect");
-  lbl_effect_->setAccessibleName("what OK would do");
+  const QString what = QtText(kWhatOkDoes.In(installation_.TipLanguage()));
+  lbl_effect_->setAccessibleName(what);
+  lbl_effect_->setPlaceholderText(what);
   lbl_effect_->setReadOnly(true);
   lbl_effect_->setTabChangesFocus(true);
   lbl_effect_->setFixedHeight(fontMetrics().lineSpacing() * kEffectLines + 16);
@@ -223,7 +229,7 @@ void TavInst::keyPressEvent(QKeyEvent* event) {
 }
 
 void TavInst::TypeOnCell(int row, int column, const QString& text) {
-  if (IsInput(column)) {
+  if (IsInputColumn(column)) {
     const int code =
         text.isEmpty() ? 0 : static_cast<int>(QString("0123-CRM").indexOf(text.toUpper()));
     if (code >= 0 && code != 4) {
@@ -258,16 +264,17 @@ void TavInst::ShowRow(int row) {
   const InstallationRow& now = installation_.Values().Rows[row];
   const Language language = installation_.TipLanguage();
   for (int column = kFirstInput; column < kColumns; ++column) {
-    const bool is_input = IsInput(column);
+    const bool is_input = IsInputColumn(column);
     const InstallationCell& cell =
         is_input ? now.Inputs.at(static_cast<std::size_t>(InputOf(column) - 1)) : now.Number;
-    const std::string place =
-        is_input ? std::string(kInputWord.In(language)) + InputName(InputOf(column)) + ": "
-                 : std::string(kNumberWord.In(language));
-    const std::string& says = now.IsEditable ? cell.Spoken : now.WhyNot;
-    sheet_->ShowCell(
-        row - 1, column,
-        {cell.Text, cell.Background, RowText(language, row) + place + says, now.WhyNot});
+    std::string spoken = RowText(language, row);
+    if (is_input) {
+      spoken.append(kInputWord.In(language)).append(InputName(InputOf(column))).append(": ");
+    } else {
+      spoken.append(kNumberWord.In(language));
+    }
+    spoken += now.IsEditable ? cell.Spoken : now.WhyNot;
+    sheet_->ShowCell(row - 1, column, {cell.Text, cell.Background, spoken, now.WhyNot});
   }
   for (const int column : {kApparatus, kExtension}) {
     auto* edit = static_cast<CellEdit*>(sheet_->cellWidget(row - 1, column));
@@ -308,7 +315,7 @@ void TavInst::ShowPopup(QFrame& popup, bool is_shown, int column) {
   if (!had_focus) {
     for (auto* button : popup.findChildren<QPushButton*>()) {
       if (button->isVisibleTo(&popup)) {
-        button->setFocus();
+        button->setFocus(Qt::TabFocusReason);
         break;
       }
     }

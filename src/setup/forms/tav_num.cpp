@@ -15,7 +15,7 @@ namespace {
 
 constexpr BothLanguages kActual{"actual number", "aktuelle Nummer"};
 constexpr BothLanguages kNew{"new number", "neue Nummer"};
-constexpr int kLineCharacters = 64;
+constexpr int kLineCharacters = 80;
 
 // The sign of a line without an answer.
 class ConnectionSign : public QWidget {
@@ -91,7 +91,7 @@ void TavNum::Arrange() {
                                      [this, number] { numbering_.cmd_TavNo_Click(number); });
     button->setAccessibleName(QtText(kNew.In(language)) + " " + QString::number(number));
     button->setFixedWidth(fontMetrics().averageCharWidth() * 6);
-    cmd_tav_no_.at(static_cast<std::size_t>(number)) = button;
+    cmd_tav_no_[number] = button;
     buttons->addWidget(button);
   }
   grid->addLayout(buttons, 1, 1, 1, 2);
@@ -123,8 +123,8 @@ void TavNum::UpdateWidgets() {
     cbo_tav_no_->setCurrentIndex(now.Selected);
   }
   cbo_tav_no_->setEnabled(now.IsListEnabled);
-  for (std::size_t number = 1; number < cmd_tav_no_.size(); ++number) {
-    cmd_tav_no_.at(number)->setEnabled(now.cmd_TavNo.at(number));
+  for (int number = 1; number <= kInets; ++number) {
+    cmd_tav_no_[number]->setEnabled(now.cmd_TavNo[number]);
   }
   com_icon_->setVisible(now.ComIcon);
   ShowText(*lbl_state_, now.lbl_State);

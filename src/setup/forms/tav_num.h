@@ -30,7 +30,7 @@ class TavNum : public ModalForm {
 
   Numbering& numbering_;
   QComboBox* cbo_tav_no_ = nullptr;
-  std::array<QPushButton*, kInets + 1> cmd_tav_no_{};  // by number 1..6
+  ByInet<QPushButton*> cmd_tav_no_{};  // by number 1..6
   QWidget* com_icon_ = nullptr;
   QLabel* lbl_state_ = nullptr;
   QLabel* lbl_buffer_ = nullptr;

@@ -69,7 +69,7 @@ void WorkTable::MakeHeads(QGridLayout& grid) {
 }
 
 void WorkTable::MakeRow(QGridLayout& grid, int input) {
-  Cells& row = rows_.at(static_cast<std::size_t>(input - 1));
+  Cells& row = rows_[input];
   row.number = new MutedLabel(QString::number(input), this);
   row.number->setObjectName(QString("No_%1").arg(input));
   row.number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -109,14 +109,13 @@ CellEdit* WorkTable::MakeEdit(const char* column, const char* spoken, int input)
 void WorkTable::UpdateWidgets(const WorksheetValues& now) {
   heads_.at(kActual)->setVisible(now.OfSlot);
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input - 1);
-    rows_.at(place).actual->setVisible(now.OfSlot);
-    ShowRow(input, now.Rows.at(place));
+    rows_[input].actual->setVisible(now.OfSlot);
+    ShowRow(input, now.Rows[input]);
   }
 }
 
 void WorkTable::ShowRow(int input, const WorksheetRow& row) {
-  const Cells& cells = rows_.at(static_cast<std::size_t>(input - 1));
+  const Cells& cells = rows_[input];
   cells.number->setEnabled(row.Recorded);
   const QString actual = QtText(row.Actual);
   if (cells.actual->text() != actual) {

@@ -50,7 +50,7 @@ class WorkTable : public QWidget {
   void ShowRow(int input, const WorksheetRow& row);
 
   std::array<QLabel*, 5> heads_{};
-  std::array<Cells, kInputs> rows_{};
+  ByInput<Cells> rows_{};
 };
 
 }  // namespace tavrel

@@ -1,0 +1,121 @@
+#include <algorithm>
+
+#include "files/column_keeper.h"
+
+// What the keeper of the columns does when the instrument was switched off and on. What it held is
+// gone, and the series of all inputs begin anew in one set; but nobody knows at which moment it
+// was. A set that was being read then has values of two sets in it, and so have those behind it:
+// the columns are compared before anything else is read.
+namespace tavrel {
+
+namespace {
+
+// One set for the moment of the restart, one for an exchange that has failed.
+constexpr int kWidestShift = 2;
+
+// What contradicts itself so often while the columns are compared cannot be compared.
+constexpr int kMostRestarts = 8;
+
+// From then on the interval may be another one than it is thought to be.
+constexpr int kRestartsOfInterval = 3;
+
+}  // namespace
+
+// What the counts say cannot be: the slot reads nothing more until it is known why.
+void ColumnKeeper::NoteConflict(int slot) {
+  if (columns_[slot].evidence.SawRestart()) {
+    state_.ColumnsInDoubt[slot] = true;
+  }
+}
+
+// The input that is read first has no data, as is to be expected.
+void ColumnKeeper::NoteProof(int slot) {
+  Column& column = columns_[slot];
+  if (column.evidence.HasConflict() || column.proven.front() == state_.SampleCount[slot]) {
+    return;
+  }
+  std::shift_right(column.proven.begin(), column.proven.end(), 1);
+  column.proven.front() = state_.SampleCount[slot];
+}
+
+// An interval that the next counts contradict, too, is measured anew.
+void ColumnKeeper::TakeRestart(int slot) {
+  Column& column = columns_[slot];
+  if (column.restarts == 0) {
+    column.before = column.evidence;
+  }
+  ++column.restarts;
+  column.lost.reset();
+  column.stored.reset();
+  column.full.End();
+  column.doubted.clear();
+  column.is_suspicion = false;
+  column.misses_since.reset();
+  std::vector<int> seen;
+  if (IsHalfRead(slot)) {
+    seen = RecordedInputs(slot);
+    std::erase_if(seen, [&](int input) { return !state_.SampleSeen[slot][input]; });
+  }
+  column.evidence.BeginAnew(seen, kWidestShift, column.restarts < kRestartsOfInterval);
+  if (column.restarts >= kMostRestarts) {
+    column.evidence.GiveUp();
+  }
+}
+
+// An input whose next value is one set ahead has lost the one that is missing now; in the rows
+// since the moment until which there was no restart its values may stand too early.
+bool ColumnKeeper::CarryOutRestart(int slot) {
+  Column& column = columns_[slot];
+  int least = kWidestShift;
+  for (const int input : RecordedInputs(slot)) {
+    least =
+        column.evidence.IsCertain(input) ? std::min(least, column.evidence.Ahead(input)) : least;
+  }
+  std::vector<int> lost;
+  std::vector<int> uncertain;
+  for (const int input : RecordedInputs(slot)) {
+    const int ahead = column.evidence.Ahead(input) - least;
+    if (!column.evidence.IsCertain(input) || ahead > 1 ||
+        (ahead == 1 && state_.SampleSeen[slot][input])) {
+      uncertain.push_back(input);
+    } else if (ahead == 1) {
+      lost.push_back(input);
+    }
+  }
+  const std::int32_t row = state_.SampleCount[slot];
+  const std::int32_t first = std::min(column.proven.back(), row);
+  const bool is_before_hand = lost.empty() || !IsHalfRead(slot);
+  if (!Fill(slot, lost)) {
+    return false;
+  }
+  TellForgottenSets(slot, is_before_hand ? row : row + 1);
+  state_.Columns[slot].Order = SamplingOrder();
+  state_.Columns[slot].IsUncertain = {};
+  for (const int input : uncertain) {
+    column.evidence.MakeUncertain(input);
+    state_.Columns[slot].IsUncertain.at(static_cast<std::size_t>(input)) = true;
+  }
+  if (first < row) {
+    Tell(slot, "rows " + std::to_string(first) + " to " + std::to_string(row - 1), lost,
+         "the instrument was switched off and on; the values may stand one row too early");
+  }
+  Tell(slot, "row " + std::to_string(first), uncertain,
+       "the instrument was switched off and on; from here on the values may stand in a wrong row");
+  EndDoubt(slot);
+  return true;
+}
+
+// Those that it held, and those that it did not make while it was off.
+void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
+  LostSets lost = CountLostSets(slot);
+  lost.is_exact = false;
+  if (lost.count && *lost.count == 0) {
+    return;
+  }
+  messages_.Report(slot, {state_.SlotFile[slot] + ": row " + std::to_string(row) +
+                              ": the instrument was switched off and on; before this row " +
+                              TextOf(lost) + " lost",
+                          "Read  Tavrel"});
+}
+
+}  // namespace tavrel

@@ -1,0 +1,149 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/files/recording_bench.h"
+
+namespace tavrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+// What the user was told of some inputs in some rows.
+struct ToldRows {
+  int first = 0;
+  int last = 0;
+  std::string inputs;  // ", inputs 1, 2,"
+
+  [[nodiscard]] bool Covers(int row, int input) const {
+    const bool is_input = inputs.find(" " + std::to_string(input) + ",") != std::string::npos;
+    return is_input && row >= first && row <= last;
+  }
+};
+
+std::vector<ToldRows> RowsIn(const std::vector<std::string>& texts) {
+  std::vector<ToldRows> all;
+  for (const std::string& text : texts) {
+    const std::size_t rows = text.find(": row");
+    const std::size_t inputs = text.find(", input");
+    if (rows == std::string::npos || inputs == std::string::npos) {
+      continue;
+    }
+    ToldRows told;
+    if (std::sscanf(text.c_str() + rows, ": rows %d to %d", &told.first, &told.last) != 2) {
+      std::sscanf(text.c_str() + rows, ": row %d", &told.first);
+      told.last = text.find("from here on") != std::string::npos ? 100000 : told.first;
+    }
+    told.inputs = text.substr(inputs, text.find(": ", inputs) - inputs) + ",";
+    all.push_back(told);
+  }
+  return all;
+}
+
+// The first row whose values are of several sets though the user was not told so; 0 for none.
+int FirstMixedRow(RecordingBench& bench) {
+  const auto told = RowsIn(bench.room.Announced());
+  const auto rows = bench.Rows();
+  for (std::size_t place = 0; place < rows.size(); ++place) {
+    const int row = static_cast<int>(place) + 1;
+    std::set<int> sets;
+    for (std::size_t column = 0; column < bench.inputs.size(); ++column) {
+      const bool is_told = std::any_of(told.begin(), told.end(), [&](const ToldRows& each) {
+        return each.Covers(row, bench.inputs[column]);
+      });
+      if (!is_told) {
+        sets.insert(rows[place][column]);
+      }
+    }
+    if (sets.size() > 1) {
+      return row;
+    }
+  }
+  return 0;
+}
+
+// A recording that the program has taken up: it has not seen its first samples.
+void TakeUp(RecordingBench& bench, int rows) {
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(3));
+  std::filesystem::remove(bench.room.directory.File(kHeldName));
+  bench.KillAndStart();
+  while (bench.room.state.SampleCount[kSlot] < rows) {
+    bench.Run(0.05);
+  }
+}
+
+struct Pace {
+  int interval;  // seconds
+  int rows;      // until the order of the inputs is learned
+};
+
+class RestartedLine : public testing::TestWithParam<Pace> {};
+
+INSTANTIATE_TEST_SUITE_P(Intervals, RestartedLine,
+                         testing::Values(Pace{1, 40}, Pace{3, 24}, Pace{10, 14}),
+                         [](const auto& each) { return std::to_string(each.param.interval); });
+
+// The instrument is switched off and on at any moment, and is back sooner or later. The program
+// goes on meanwhile, or stands still until the series that begin anew have their first samples.
+TEST_P(RestartedLine, MixesNoSetsWithoutTellingSo) {
+  const int interval = GetParam().interval;
+  const std::array<Sampling, 6> samplings = {
+      Sampling{"together", 0},     Sampling{"ascending", 30},   Sampling{"ascending", 330},
+      Sampling{"descending", 200}, Sampling{"descending", 330}, Sampling{"random", 200}};
+  int turn = 0;
+  for (const Sampling& sampling : samplings) {
+    for (const int later : {400, 900, 1400, 4000, 7000, 14000}) {
+      ++turn;
+      for (int phase = turn % 5; phase < 24; phase += 5) {
+        const bool is_pair = phase % 2 == 0;
+        RecordingBench bench(sampling, is_pair ? std::vector{2, 6} : std::vector{1, 5, 9},
+                             interval);
+        TakeUp(bench, GetParam().rows);
+        bench.Run(interval > 1 ? 9 + 0.05 * phase : 0.05 * phase);
+        bench.line.Restart(milliseconds(later));
+        if (turn % 2 == 0) {
+          bench.room.clock.Advance(milliseconds(later + 300));
+        }
+        ASSERT_TRUE(bench.RunToRows(GetParam().rows + 30));
+        EXPECT_EQ(FirstMixedRow(bench), 0)
+            << sampling.order << " " << sampling.distance << ", phase " << phase << ", back after "
+            << later << " ms, stands still: " << (turn % 2 == 0);
+      }
+    }
+  }
+}
+
+// So many sets were waiting when the instrument was switched off.
+TEST(Restart, IsToldWithTheSetsThatAreLost) {
+  for (const int input : {1, 8, 15}) {
+    for (const int waiting : {1, 2, 5, 30}) {
+      RecordingBench bench({"together", 0}, {2, input}, 10);
+      TakeUp(bench, 14);
+      const int before = bench.line.Sets();
+      bench.room.clock.Advance(seconds(10 * waiting));
+      ASSERT_EQ(bench.line.Sets() - before, waiting);
+      bench.line.Restart(seconds(12));
+      ASSERT_TRUE(bench.RunToRows(40));
+      const std::string start = "the instrument was switched off and on; before this row about ";
+      int told = 0;
+      for (const std::string& text : bench.room.Announced()) {
+        const std::size_t place = text.find(start);
+        told += place != std::string::npos ? std::stoi(text.substr(place + start.size())) : 0;
+      }
+      // Those that were not made while it was off are lost, too.
+      EXPECT_NEAR(told, waiting + 1, 1) << "input " << input;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tavrel
