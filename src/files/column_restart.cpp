@@ -93,7 +93,7 @@ bool ColumnKeeper::CarryOutRestart(int slot) {
   state_.Columns[slot].IsUncertain = {};
   for (const int input : uncertain) {
     column.evidence.MakeUncertain(input);
-    state_.Columns[slot].IsUncertain.at(static_cast<std::size_t>(input)) = true;
+    state_.Columns[slot].IsUncertain[input] = true;
   }
   if (first < row) {
     Tell(slot, "rows " + std::to_string(first) + " to " + std::to_string(row - 1), lost,
