@@ -38,8 +38,8 @@ void IdleTick(benchmark::State& state) {
   Promise promise("us");
   for (auto unused : state) {
     const auto later = static_cast<float>(machine.clock.Timer() + kFarAway);
-    program.state.TickRefresh = later;
-    program.state.TickTen = later;
+    program.state.TickRefresh.At = later;
+    program.state.TickTen.At = later;
     promise.Measured(TimeOf<std::micro>([&] {
                        for (int tick = 0; tick < kTicksOfARound; ++tick) {
                          program.cycle.Tick();
@@ -91,8 +91,8 @@ double LongestTick(LiveProgram& program) {
     longest = std::max(longest, TimeOf<std::milli>([&] { program.cycle.Tick(); }));
   });
   QTimer::singleShot(kWatched, &loop, &QEventLoop::quit);
-  program.state.TickRefresh = 0;
-  program.state.TickTen = 0;
+  program.state.TickRefresh.At = 0;
+  program.state.TickTen.At = 0;
   timer.start(kTickMilliseconds);
   loop.exec();
   return longest;

@@ -91,7 +91,7 @@ class Bench {
     });
     timer.start(1);
     program.state.ActiveView = View::kMainSheet;
-    program.state.TickRefresh = 0;
+    program.state.TickRefresh.At = 0;
     RunFor(kWatched);
     return longest;
   }

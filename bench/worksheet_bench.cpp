@@ -54,10 +54,10 @@ class Bench {
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
     std::vector<double> ticks;
-    program.state.TickRefresh = 0;
+    program.state.TickRefresh.At = 0;
     QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
       ticks.push_back(TimeOf<std::milli>([&] { program.cycle.Tick(); }));
-      if (program.state.TickRefresh > 0) {
+      if (program.state.TickRefresh.At > 0) {
         loop.quit();
       }
     });

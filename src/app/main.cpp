@@ -4,6 +4,7 @@
 
 #include "app/program_logic.h"
 #include "app/program_screens.h"
+#include "base/version.h"
 #include "main/forms/all_load.h"
 #include "main/forms/tavrel.h"
 #include "platform/checked_printer.h"
@@ -146,7 +147,7 @@ class Program {
 int main(int count, char** arguments) {
   QApplication application(count, arguments);
   QApplication::setApplicationName(QStringLiteral("TAVREL"));
-  QApplication::setApplicationVersion(QStringLiteral("6.1"));
+  QApplication::setApplicationVersion(QLatin1String(tavrel::kVersion));
   tavrel::Program program;
   // The start has boxes of its own. A signal ends the program beneath them only if its loop of
   // events runs already, and none of them is the last window.

@@ -6,6 +6,7 @@
 #include "files/simulated_rows.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/box_titles.h"
 #include "state/unfinished_work.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
@@ -14,7 +15,6 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kStartTitle = "start recording";
-constexpr const char* kWriteTitle = "Write  file";
 
 enum EndAction : std::int16_t { kSwitchControllerOff = 1, kGoOnInNextFile = 2 };
 

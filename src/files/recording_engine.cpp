@@ -8,6 +8,7 @@
 #include "files/simulated_rows.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/box_titles.h"
 
 namespace tavrel {
 
@@ -307,7 +308,7 @@ bool RecordingEngine::AppendSet(int slot) {
   }
   // Why a file is not open has been told when it was to be opened again.
   if (is_open && !was_told) {
-    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), "Write  file"});
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), kWriteTitle});
   }
   return false;
 }
@@ -369,7 +370,7 @@ void RecordingEngine::ReopenFile(int slot) {
   }
   const bool was_open = state_.SlotFileNo[slot].IsOpen();
   if (!files_.ReopenRecordingFile(slot)) {
-    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), "Write  file"});
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), kWriteTitle});
   } else if (!was_open) {
     messages_.Recovered(slot);
   }
@@ -382,12 +383,12 @@ void RecordingEngine::RestoreFile(int slot) {
   const auto told = files_.RestoreFile(slot);
   state_.WriteFailed[slot] = !told || waits_for_next_file;
   if (!told && !waits_for_next_file) {
-    messages_.Report(slot, {old_name + ": " + files_.Error(), "Write  file"});
+    messages_.Report(slot, {old_name + ": " + files_.Error(), kWriteTitle});
   }
   if (!told || told->empty()) {
     return;
   }
-  messages_.Report(slot, {*told, "Write  file"});
+  messages_.Report(slot, {*told, kWriteTitle});
   if (state_.SlotFile[slot] != old_name) {
     static_cast<void>(SaveSettings(slot));
     CloseGraphOf(slot);

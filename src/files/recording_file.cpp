@@ -11,14 +11,13 @@
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
+#include "state/box_titles.h"
 #include "state/open_slots.h"
 
 namespace tavrel {
 
 namespace {
 
-constexpr const char* kReadTitle = "Read  file";
-constexpr const char* kWriteTitle = "Write  file";
 constexpr int kMaxRowWords = 2 * kInputs;  // the first set of a file is written twice
 
 bool IsTableSlot(int slot) {

@@ -3,15 +3,12 @@
 #include "files/recording_file.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
+#include "state/box_titles.h"
 
 // The files that a slot begins: by the user's wish, because one is full, or because one is lost.
 namespace tavrel {
 
-namespace {
-
-constexpr const char* kWriteTitle = "Write  file";
-
-}  // namespace
+namespace {}  // namespace
 
 bool RecordingFiles::CreateRecordingFile(int slot, std::int16_t interval) {
   if (!IsSlot(slot)) {

@@ -8,13 +8,12 @@
 #include "base/file_names.h"
 #include "base/number.h"
 #include "base/text.h"
+#include "base/units.h"
 
 namespace tavrel {
 
 namespace {
 
-constexpr double kSecondsPerMinute = 60;
-constexpr double kSecondsPerHour = 3600;
 constexpr std::size_t kLetterPlace = 7;  // place 8 of a name, counted from 0
 constexpr std::size_t kExtensionLength = 3;
 constexpr std::string_view kUndefinedCodes = "\x81\x8D\x8F\x90\x9D";  // of Windows-1252

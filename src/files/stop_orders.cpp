@@ -8,6 +8,7 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
+#include "state/box_titles.h"
 
 namespace tavrel {
 namespace {
@@ -15,7 +16,6 @@ namespace {
 constexpr std::size_t kLargestFile = 10'000;  // bytes; 24 lines of less than 50
 constexpr std::string_view kEndOfLine = "\r\n";
 constexpr std::string_view kLastLine = "end";
-constexpr const char* kReadTitle = "Read  file";
 
 std::string LineOf(const StopOrder& order) {
   return "Z=0 slot " + std::to_string(order.Slot) + " inet " + std::to_string(order.Inet) +

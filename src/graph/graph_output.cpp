@@ -14,7 +14,7 @@ namespace {
 constexpr const char* kAsciiTitle = "ASCII - file";
 constexpr const char* kClipboardTitle = "clipboard";
 constexpr const char* kSubfileTitle = "Subfile";
-constexpr const char* kWriteTitle = "write subfile";
+constexpr const char* kWriteSubfileTitle = "write subfile";
 constexpr std::size_t kExtensionLength = 3;
 
 std::string ExtensionOf(const UnitRecord& unit) {
@@ -199,7 +199,7 @@ void GraphOutput::SaveSubfile() {
 
 // A new subfile is in capitals as all recordings are.
 void GraphOutput::WriteSubfile(const FileChoice& choice) {
-  std::string target = Target(choice, kWriteTitle);
+  std::string target = Target(choice, kWriteSubfileTitle);
   if (target.empty()) {
     return;
   }
@@ -219,9 +219,9 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     state.IndexValid = false;
   }
   if (!bytes) {
-    Warn(kWriteTitle, UnreadableText());
+    Warn(kWriteSubfileTitle, UnreadableText());
   } else if (!problem.empty()) {
-    Warn(kWriteTitle, problem + "\n" + choice.FileName);
+    Warn(kWriteSubfileTitle, problem + "\n" + choice.FileName);
   }
 }
 

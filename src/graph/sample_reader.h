@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/units.h"
 #include "platform/random_file.h"
 
 namespace tavrel {
@@ -34,7 +35,6 @@ class SampleReader {
   }
 
  private:
-  static constexpr double kStepsPerDegree = 20;
   static constexpr int kWindow = 2048;  // words
 
   std::optional<std::int16_t> FetchWord(int record);

@@ -9,7 +9,6 @@
 namespace tavrel {
 
 inline constexpr int kRegistersPerLetter = 16;
-inline constexpr double kDegreesPerStep = 0.05;
 
 namespace reg {
 inline constexpr const char* kBuffered = "R";         // values waiting of an input; write 0 clears

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "dialogs/help.h"
 #include "files/simulated_rows.h"
+#include "state/box_titles.h"
 
 namespace tavrel {
 namespace {
@@ -256,7 +257,7 @@ void MainCommands::SaveEverything() {
   }
   for (const std::string& text : unsaved) {
     if (!text.empty()) {
-      parts_.dialogs.Message({text, "Write  file", BoxIcon::kWarning});
+      parts_.dialogs.Message({text, kWriteTitle, BoxIcon::kWarning});
     }
   }
 }

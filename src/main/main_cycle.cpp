@@ -6,7 +6,7 @@
 namespace tavrel {
 namespace {
 
-constexpr float kMinute = 60;             // seconds
+constexpr float kFirstFlush = 100;        // seconds behind midnight
 constexpr double kMidnightGuard = 86300;  // seconds since midnight; from here on the cycle waits
 
 // Screens whose next step hangs on the running light.
@@ -128,12 +128,11 @@ void MainCycle::ServeAtMidnight() {
 
 void MainCycle::ArmAll() {
   RunState& state = parts_.state;
-  const float now = Timer();
-  state.TickTen = now + 10;
-  state.TickMinute = now + 60;
-  state.TickRefresh = now + 5;
-  state.TickFlush = now + 100;
-  state.TickWait = now + 1;
+  state.TickTen.SetIn(kWakeSeconds, parts_.clock);
+  state.TickMinute.SetIn(kMinuteSeconds, parts_.clock);
+  state.TickRefresh.SetIn(kRefreshSeconds, parts_.clock);
+  state.TickFlush.SetIn(kFirstFlush, parts_.clock);
+  state.TickWait.SetIn(kWaitBarSeconds, parts_.clock);
   state.TickBlink = {};
 }
 
@@ -142,13 +141,13 @@ bool MainCycle::ServeScreen() {
   const RunState& state = parts_.state;
   switch (state.ActiveView) {
     case View::kMainSheet:
-      if (!IsPast(state.TickRefresh)) {
+      if (!state.TickRefresh.IsPast(parts_.clock)) {
         return true;
       }
       parts_.sheet.RefreshRow();
       return false;
     case View::kTavWork:
-      if (!IsPast(state.TickRefresh) || !handlers_.refresh_worksheet) {
+      if (!state.TickRefresh.IsPast(parts_.clock) || !handlers_.refresh_worksheet) {
         return true;
       }
       handlers_.refresh_worksheet();
@@ -156,7 +155,7 @@ bool MainCycle::ServeScreen() {
     case View::kTavGraph:
       return state.GraphIdle;
     case View::kTavWait:
-      if (!IsPast(state.TickWait) || !handlers_.advance_wait_bar) {
+      if (!state.TickWait.IsPast(parts_.clock) || !handlers_.advance_wait_bar) {
         return true;
       }
       handlers_.advance_wait_bar();
@@ -181,8 +180,8 @@ void MainCycle::StepScreenInFront() {
 
 void MainCycle::DoFreeWork() {
   RunState& state = parts_.state;
-  if (IsPast(state.TickTen)) {
-    state.TickTen = Timer() + 10;
+  if (state.TickTen.IsPast(parts_.clock)) {
+    state.TickTen.SetIn(kWakeSeconds, parts_.clock);
     parts_.link.ReopenIfLost();
     parts_.engine.TenSecondTick();
     parts_.attachment.RetryWaiting();
@@ -194,20 +193,20 @@ void MainCycle::DoFreeWork() {
     BeginMinute();
   }
   StepPrograms();
-  if (IsPast(state.TickFlush)) {
-    state.TickFlush = Timer() + 1200;
+  if (state.TickFlush.IsPast(parts_.clock)) {
+    state.TickFlush.SetIn(kFlushSeconds, parts_.clock);
     parts_.engine.FlushFiles();
   }
 }
 
 void MainCycle::BeginMinute() {
   RunState& state = parts_.state;
-  if (!IsPast(state.TickMinute)) {
+  if (!state.TickMinute.IsPast(parts_.clock)) {
     is_catching_up_ = false;
     return;
   }
   TellCatchUp();
-  state.TickMinute += kMinute;
+  state.TickMinute.At += kMinuteSeconds;
   next_program_ = 1;
 }
 
@@ -216,7 +215,7 @@ void MainCycle::BeginMinute() {
 void MainCycle::TellCatchUp() {
   const RunState& state = parts_.state;
   const auto is_running = [](bool runs) { return runs; };
-  const int minutes = static_cast<int>((Timer() - state.TickMinute) / kMinute);
+  const int minutes = static_cast<int>((Timer() - state.TickMinute.At) / kMinuteSeconds);
   if (is_catching_up_ || minutes < 1 ||
       std::none_of(state.ProgRunning.begin(), state.ProgRunning.end(), is_running)) {
     return;

@@ -76,7 +76,6 @@ class MainCycle {
 
  private:
   [[nodiscard]] float Timer() const { return static_cast<float>(parts_.clock.Timer()); }
-  [[nodiscard]] bool IsPast(float deadline) const { return Timer() > deadline; }
 
   void RunTick();
   void PumpBetweenTicks();

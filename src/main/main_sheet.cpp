@@ -4,6 +4,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "base/units.h"
 #include "files/recording_format.h"
 #include "files/simulated_rows.h"
 #include "link/register_access.h"
@@ -12,7 +13,6 @@
 namespace tavrel {
 namespace {
 
-constexpr float kPassPause = 5;              // seconds between two passes
 constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
 
 constexpr BothLanguages kWriteFailedNote{
@@ -202,7 +202,7 @@ void MainSheet::BeginPass() {
 
 void MainSheet::EndPass() {
   parts_.state.SheetSlot = 0;
-  parts_.state.TickRefresh = static_cast<float>(parts_.clock.Timer()) + kPassPause;
+  parts_.state.TickRefresh.SetIn(kRefreshSeconds, parts_.clock);
   parts_.events.SetPointer(Pointer::kNormal);
   values_.Indicator = false;
 }
@@ -354,9 +354,9 @@ void MainSheet::cmd_Work_Click(int slot) {
     state.PartPrepared = false;
   }
   parts_.events.SetPointer(Pointer::kHourglass);
-  state.TickRefresh = 0;
+  state.TickRefresh.MakeDue();
   parts_.screens.Show(View::kTavWork);
-  state.TickRefresh = 0;
+  state.TickRefresh.MakeDue();
   state.SheetSlot = 0;
 }
 

@@ -17,7 +17,6 @@ namespace {
 
 constexpr const char* kLockFile = "TAVREL.LCK";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
-constexpr float kFlushSeconds = 1200;
 constexpr std::chrono::milliseconds kPortInUseRetry{100};
 constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
 
@@ -164,7 +163,7 @@ void StartUp::ShowSheet() {
   state.ActiveView = View::kMainSheet;
   parts_.sheet.ShowPanel();
   parts_.sheet.RefreshInfo();
-  state.TickFlush = static_cast<float>(parts_.clock.Timer()) + kFlushSeconds;
+  state.TickFlush.SetIn(kFlushSeconds, parts_.clock);
   parts_.cycle.Start();
   parts_.events.SetPointer(Pointer::kNormal);
   parts_.messages.ShowKept();

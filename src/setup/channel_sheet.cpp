@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/number.h"
+#include "base/units.h"
 #include "link/registers.h"
 #include "setup/calibration.h"
 #include "setup/linearisation.h"

@@ -21,7 +21,7 @@ void InstallationCommit::Run(const TestRows& rows) {
   state.PartPrepared = false;
   state.SheetReset = false;
   state.SheetSlot = 0;
-  state.TickRefresh = 0;
+  state.TickRefresh.MakeDue();
 }
 
 void InstallationCommit::CommitSlot(int slot, const TestRow& row) {

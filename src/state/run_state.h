@@ -9,6 +9,7 @@
 #include "base/active_view.h"
 #include "platform/random_file.h"
 #include "state/column_memory.h"
+#include "state/deadline.h"
 #include "state/settings_values.h"
 #include "state/unit_record.h"
 
@@ -86,12 +87,11 @@ struct RunState {
   bool GraphMustClose = false;  // the slot in the graph went on in a next file: close the graph
   bool IndexValid = false;      // the open dialog's list still fits the directory
 
-  // Deadlines in seconds since midnight, single precision. 0 is past at once.
-  float TickTen = 0;
-  float TickMinute = 0;
-  float TickRefresh = 0;
-  float TickFlush = 0;
-  float TickWait = 0;
+  Deadline TickTen;
+  Deadline TickMinute;
+  Deadline TickRefresh;
+  Deadline TickFlush;
+  Deadline TickWait;
   std::chrono::nanoseconds TickBlink{};  // by Clock::Elapsed(): no step of a service screen before
   bool Trigger = false;                  // its running light is lit; each change is a step
 

@@ -7,13 +7,13 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "base/version.h"
 
 namespace tavrel {
 namespace {
 
 constexpr std::string_view kMark = "::";
 constexpr std::string_view kVersionKey = "VERSION";
-constexpr const char* kVersion = "6.1";
 
 // One key of the settings file and the value behind it. Texts are UTF-8.
 struct SettingsKey {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/number.h"
+#include "base/units.h"
 #include "dialogs/checks.h"
 #include "link/register_access.h"
 #include "link/registers.h"
@@ -34,7 +35,6 @@ constexpr ControllerField kLower{reg::kLowerLimit, &UnitRecord::UnitLower, kLowe
 constexpr std::array kReadOrder = {kSetpoint, kUpper, kFinal, kIncrement, kLower};
 constexpr std::array kWriteOrder = {kUpper, kFinal, kIncrement, kSetpoint, kLower};
 
-constexpr double kStepsPerDegree = 20;
 constexpr double kGap = 10;  // degrees between a limit and what it limits
 constexpr const char* kTemperatureMask = "####0.0";
 

@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "base/number.h"
+#include "base/units.h"
 #include "dialogs/checks.h"
 #include "state/header_edit.h"
 
 namespace tavrel {
 namespace {
 
-constexpr double kMinutesPerHour = 60;
 constexpr int kMostMinutes = 32000;    // a word of the header
 constexpr std::int16_t kLowFrom = 53;  // UnitRes below it is high
 constexpr std::int16_t kLowResolution = 54;

@@ -8,6 +8,7 @@
 
 #include "files/stop_orders.h"
 #include "link/link.h"
+#include "link/registers.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
 #include "state/modal_screen.h"
@@ -47,10 +48,11 @@ struct PidParameter {
 };
 
 inline constexpr std::array<PidParameter, kPidBoxes> kPidParameters = {{
-    {"P:   proportional   band", "", "P", 20, "####0.0", 1, 500, "proportional"},
-    {"I:     integral time", "sec", "N", 1, "#####0", 0, 10000, "integral"},
-    {"D:   derivative time", "sec", "V", 1, "#####0", 0, 10000, "derivative"},
-    {"       filter for the setpoint", "sec", "T", 1, "#####0", 0, 10000, "filter for setpoint"},
+    {"P:   proportional   band", "", reg::kProportional, 20, "####0.0", 1, 500, "proportional"},
+    {"I:     integral time", "sec", reg::kIntegralTime, 1, "#####0", 0, 10000, "integral"},
+    {"D:   derivative time", "sec", reg::kDerivativeTime, 1, "#####0", 0, 10000, "derivative"},
+    {"       filter for the setpoint", "sec", reg::kSetpointFilter, 1, "#####0", 0, 10000,
+     "filter for setpoint"},
 }};
 
 // TavPid, the parameters of the controller of the selected slot. The instrument alone keeps them.

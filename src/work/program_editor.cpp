@@ -7,18 +7,15 @@
 #include "dialogs/checks.h"
 #include "dialogs/program_file.h"
 #include "platform/file_system.h"
+#include "state/box_titles.h"
 #include "state/open_slots.h"
 
 namespace tavrel {
 namespace {
 
-constexpr const char* kReadTitle = "Read  file";
-constexpr const char* kWriteTitle = "Write file";
+constexpr const char* kWriteProgramTitle = "Write file";
 
-constexpr Colour kYellowCell{0xFF, 0xFF, 0xC0};
-constexpr Colour kOrangeCell{0xFF, 0xE0, 0xC0};
 constexpr Colour kGreenCell{0xC0, 0xFF, 0xC0};
-constexpr Colour kGreyCell{0xE0, 0xE0, 0xE0};
 constexpr Colour kWhiteCell{0xFF, 0xFF, 0xFF};
 
 // A column of numbers: how its words are shown and what may be typed.
@@ -30,9 +27,9 @@ struct NumberColumn {
   Colour background;
 };
 
-constexpr NumberColumn kTime{"time", 1, "#####0", 30000, kYellowCell};
+constexpr NumberColumn kTime{"time", 1, "#####0", 30000, kYellow};
 constexpr NumberColumn kSetpoint{"setpoint", 20, "###0.0", 500, kWhiteCell};
-constexpr NumberColumn kIncrement{"increment", 100, "#0.00", 1, kGreyCell};
+constexpr NumberColumn kIncrement{"increment", 100, "#0.00", 1, kGrey};
 
 const NumberColumn& NumbersOf(int column) {
   switch (column) {
@@ -65,7 +62,7 @@ int LineOf(std::int16_t status) {
 ProgramCell StatusCell(std::int16_t status) {
   switch (status) {
     case 0:
-      return {"off", kOrangeCell};
+      return {"off", kOrange};
     case 2:
       return {"iso", kGreenCell};
     case 3:
@@ -279,7 +276,8 @@ bool ProgramEditor::Save() {
                                   ? "The file is in use as a recording file."
                                   : ReplaceFile(path, ProgramFileBytes(rows_));
   if (!problem.empty()) {
-    parts_.dialogs.Message({settings.ProgFile + ": " + problem, kWriteTitle, BoxIcon::kWarning});
+    parts_.dialogs.Message(
+        {settings.ProgFile + ": " + problem, kWriteProgramTitle, BoxIcon::kWarning});
     return false;
   }
   caption_ = " " + LowerCase(settings.ProgFile);

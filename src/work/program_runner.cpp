@@ -8,11 +8,10 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
+#include "state/box_titles.h"
 
 namespace tavrel {
 namespace {
-
-constexpr const char* kReadTitle = "Read  file";
 
 std::optional<Notice> WhyNotToRun(const std::string& name, const ProgramFile& file) {
   const std::int64_t steps = file.Records - 1;
@@ -71,7 +70,7 @@ void ProgramRunner::Begin(int slot, std::vector<ProgramStep> steps) {
   unit.UnitProgStep = 0;
   state.ProgRunning[slot] = true;
   state.SlotDirty[slot] = true;
-  state.TickMinute = static_cast<float>(parts_.clock.Timer());
+  state.TickMinute.SetIn(0, parts_.clock);
 }
 
 bool ProgramRunner::Stop(int slot) {

@@ -4,9 +4,11 @@
 #include <cmath>
 
 #include "base/number.h"
+#include "base/units.h"
 #include "dialogs/checks.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
+#include "state/box_titles.h"
 
 namespace tavrel {
 namespace {
@@ -19,8 +21,6 @@ constexpr double kLongestSampling = 3600;  // seconds
 constexpr double kStepSeconds = 10;        // a normal instrument counts in tens of seconds
 constexpr double kMostStopHours = 500;     // minutes of the limit are a word of the header
 constexpr double kLeastStopHours = 0.01;
-constexpr double kMinutesPerHour = 60;
-constexpr double kSecondsPerMinute = 60;
 constexpr int kEndActions = static_cast<int>(kEndActionItems.size());
 
 std::string HoursText(double hours) {
@@ -173,7 +173,7 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
   state.OverPrepared = false;
   state.PartPrepared = false;
   if (!unsaved.empty()) {
-    parts_.messages.Report(slot, {unsaved, "Write  file"});
+    parts_.messages.Report(slot, {unsaved, kWriteTitle});
   }
 }
 

@@ -3,7 +3,6 @@
 namespace tavrel {
 namespace {
 
-constexpr float kStepSeconds = 1;
 constexpr int kStep = 10;
 constexpr int kLastStepBelow = 91;
 
@@ -12,12 +11,12 @@ constexpr int kLastStepBelow = 91;
 void WaitBar::Open() {
   value_ = 0;
   OpenScreen();
-  state_.TickWait = static_cast<float>(clock_.Timer());
+  state_.TickWait.SetIn(0, clock_);
   events_.SetPointer(Pointer::kHourglass);
 }
 
 void WaitBar::Advance() {
-  state_.TickWait = static_cast<float>(clock_.Timer()) + kStepSeconds;
+  state_.TickWait.SetIn(kWaitBarSeconds, clock_);
   if (value_ < kLastStepBelow) {
     value_ += kStep;
     return;

@@ -2,6 +2,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "base/units.h"
 #include "files/recording_format.h"
 #include "link/register_access.h"
 #include "link/registers.h"
@@ -9,12 +10,9 @@
 namespace tavrel {
 namespace {
 
-constexpr float kRefreshPause = 5;  // seconds
 // At 4800 baud two exchanges of 20.6 ms fill a tick of 50 ms, and a key that is pressed when the
 // first of them begins and the second finds nobody there (110 ms) waits no longer than 131 ms.
 constexpr int kExchangesPerTick = 2;
-constexpr std::int32_t kSecondsPerHour = 3600;
-constexpr double kMinutesPerHour = 60;
 constexpr std::int32_t kStepSeconds = 10;     // a normal instrument counts in tens of seconds
 constexpr std::int32_t kLargestCount = 3600;  // of UnitInterval
 
@@ -41,7 +39,7 @@ void Worksheet::Open() {
   values_ = WorksheetValues();
   values_.ProgOffFocusCalls = focus_calls;
   parts_.state.WorkReset = false;
-  parts_.state.TickRefresh = 0;
+  parts_.state.TickRefresh.MakeDue();
   ShowSheet();
   parts_.events.SetPointer(Pointer::kNormal);
 }
@@ -115,7 +113,7 @@ void Worksheet::AskInstrument() {
 
 void Worksheet::EndRefresh() {
   next_step_ = kKind;
-  parts_.state.TickRefresh = static_cast<float>(parts_.clock.Timer()) + kRefreshPause;
+  parts_.state.TickRefresh.SetIn(kRefreshSeconds, parts_.clock);
 }
 
 // False if an exchange was made and failed.

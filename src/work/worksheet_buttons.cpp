@@ -22,7 +22,7 @@ bool Worksheet::IsProgramInTheWay() {
 // Beneath a box or a dialog the measuring goes on, and the slot may have got another file.
 void Worksheet::AfterDialog() {
   parts_.state.WorkReset = false;
-  parts_.state.TickRefresh = 0;
+  parts_.state.TickRefresh.MakeDue();
   ShowSheet();
 }
 
@@ -71,7 +71,7 @@ void Worksheet::cmd_Ctrl_Click(int index) {
   }
   if (outcome.Objection) {
     // What the controller really does is looked up beneath the box.
-    parts_.state.TickRefresh = 0;
+    parts_.state.TickRefresh.MakeDue();
     next_step_ = kKind;
     parts_.dialogs.Message(*outcome.Objection);
   }

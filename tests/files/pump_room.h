@@ -57,13 +57,6 @@ struct PumpRoom : RecordingRoom {
     }
   }
 
-  // The order in which the inputs are sampled is known: nothing is to be learned.
-  void KnowOrder(int slot, int base) {
-    SamplingOrder& order = state.Columns[slot].Order;
-    order.Base = base;
-    order.IntervalLow = order.IntervalHigh = 10;
-  }
-
   void Pump(int times) {
     for (int time = 0; time < times; ++time) {
       engine.PumpOnce();

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/files/pump_room.h"
+#include "tests/support/known_order.h"
 
 namespace tavrel {
 namespace {
@@ -36,8 +37,8 @@ TEST(Pump, WalksDownFromSlotTwelveAndChannelFifteen) {
   PumpRoom room;
   room.Open(12, "M011111B.NEW", BytesOf(Running(HeaderOf(3, {14, 15}))));
   room.Open(2, kName, BytesOf(Running(HeaderOf(1, {1, 3}))));
-  room.KnowOrder(12, 14);
-  room.KnowOrder(2, 1);
+  room.state.Columns[12].Order = KnownOrder(14);
+  room.state.Columns[2].Order = KnownOrder(1);
   room.Store(3, 15, {1501, 1502});
   room.Store(3, 14, {1401, 1402});
   room.Store(1, 3, {301});

@@ -90,7 +90,7 @@ TEST_F(MainFormLook, ShowsTheMarkOfAPassWithoutMovingAnything) {
   QWidget* row = Find("Sheet_2");
   const QPoint before = row->mapTo(form.get(), QPoint());
   const QRect info = Find("lbl_Info")->geometry();
-  bench.state.TickRefresh = 0;
+  bench.state.TickRefresh.At = 0;
   bench.cycle.Tick();
   form->UpdateWidgets();
   lay_out();
@@ -104,7 +104,7 @@ TEST_F(MainFormLook, ShowsTheMarkDuringAPassOnly) {
   Start();
   Run(1);
   EXPECT_FALSE(Find("Indicator")->isVisible());
-  bench.state.TickRefresh = 0;
+  bench.state.TickRefresh.At = 0;
   bench.cycle.Tick();
   form->UpdateWidgets();
   EXPECT_TRUE(Find("Indicator")->isVisible());

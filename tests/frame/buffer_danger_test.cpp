@@ -10,6 +10,7 @@
 
 #include "tests/support/bench_program.h"
 #include "tests/support/grid_run.h"
+#include "tests/support/known_order.h"
 #include "tests/support/sampling_line.h"
 
 namespace tavrel {
@@ -357,6 +358,9 @@ TEST_F(BufferDanger, CountsTheBufferOfARecordedInputAtTheStart) {
   Install({11, 5, {2, 9}, 10, 850});
   Install({10, 4, {5, 6}, 10, 850});
   bench.Start();
+  bench.state.Columns[12].Order = KnownOrder(3);
+  bench.state.Columns[11].Order = KnownOrder(2);
+  bench.state.Columns[10].Order = KnownOrder(5);
   bench.state.ActiveView = View::kTavProg;
   EXPECT_EQ(Sent('R'), (std::vector<std::string>{"R32?", "R42?", "R52?"}));
   bench.port.sent.clear();

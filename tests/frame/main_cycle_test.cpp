@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/support/bench_program.h"
+#include "tests/support/known_order.h"
 
 namespace tavrel {
 namespace {
@@ -19,6 +20,7 @@ class Cycle : public testing::Test {
       bench.line.buffers[{1, 2}].push_back(static_cast<std::int16_t>(2000 + set));
     }
     bench.Start();
+    bench.state.Columns[1].Order = KnownOrder(1);
     bench.port.sent.clear();
   }
   void Tick() { bench.cycle.Tick(); }
@@ -50,7 +52,7 @@ TEST_F(Cycle, ReachesTheLastRowInOneTickWithNothingConfigured) {
   bench.state.SlotFile = {};
   Tick();
   EXPECT_EQ(bench.state.SheetSlot, 0);
-  EXPECT_FLOAT_EQ(bench.state.TickRefresh, static_cast<float>(bench.clock.Timer()) + 5);
+  EXPECT_FLOAT_EQ(bench.state.TickRefresh.At, static_cast<float>(bench.clock.Timer()) + 5);
   bench.port.sent.clear();
   Tick();
   EXPECT_TRUE(bench.port.sent.empty());
@@ -130,7 +132,7 @@ TEST_F(Cycle, DoesNotBlockThePumpForAViewedFileOnTheWorksheet) {
   int refreshed = 0;
   bench.cycle.SetHandlers({[&refreshed] { ++refreshed; }, {}, {}});
   bench.state.ActiveView = View::kTavWork;
-  bench.state.TickRefresh = 0;
+  bench.state.TickRefresh.At = 0;
   bench.state.SelSlot = 1;
   EXPECT_EQ(Exchanges(), 0);
   bench.state.SelSlot = kViewedFile;
@@ -144,7 +146,7 @@ TEST_F(Cycle, AdvancesTheWaitBarOnItsOwnSeconds) {
   bench.cycle.SetHandlers({{},
                            [&] {
                              ++advanced;
-                             bench.state.TickWait = static_cast<float>(bench.clock.Timer()) + 1;
+                             bench.state.TickWait.At = static_cast<float>(bench.clock.Timer()) + 1;
                            },
                            {}});
   bench.state.ActiveView = View::kTavWait;
@@ -160,17 +162,17 @@ TEST_F(Cycle, StepsProgramsOnAFixedGridOfMinutes) {
   std::vector<int> stepped;
   bench.cycle.SetHandlers({{}, {}, [&stepped](int slot) { stepped.push_back(slot); }});
   bench.state.ActiveView = View::kTavProg;
-  bench.state.TickMinute = static_cast<float>(bench.clock.Timer());
-  const float grid = bench.state.TickMinute;
+  bench.state.TickMinute.At = static_cast<float>(bench.clock.Timer());
+  const float grid = bench.state.TickMinute.At;
   bench.clock.AdvanceSeconds(0.05);
   Tick();
   EXPECT_EQ(stepped, (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-  EXPECT_FLOAT_EQ(bench.state.TickMinute, grid + 60);
+  EXPECT_FLOAT_EQ(bench.state.TickMinute.At, grid + 60);
   bench.clock.AdvanceSeconds(125);
   Tick();
   Tick();
   EXPECT_EQ(stepped.size(), 36U);
-  EXPECT_FLOAT_EQ(bench.state.TickMinute, grid + 180);
+  EXPECT_FLOAT_EQ(bench.state.TickMinute.At, grid + 180);
 }
 
 TEST_F(Cycle, StepsProgramsOfSeveralSilentInstrumentsInTicksOfTheirOwn) {
@@ -183,7 +185,7 @@ TEST_F(Cycle, StepsProgramsOfSeveralSilentInstrumentsInTicksOfTheirOwn) {
                              bench.link.WriteReg();
                            }});
   bench.state.ActiveView = View::kTavProg;
-  bench.state.TickMinute = static_cast<float>(bench.clock.Timer()) - 60;  // two minutes are due
+  bench.state.TickMinute.At = static_cast<float>(bench.clock.Timer()) - 60;  // two minutes are due
   std::chrono::nanoseconds longest{0};
   for (int tick = 0; tick < 200; ++tick) {
     bench.clock.Advance(std::chrono::milliseconds(kTickMilliseconds));
@@ -237,11 +239,11 @@ TEST_F(Cycle, ArmsAllDeadlinesAnewAfterMidnight) {
   Tick();
   const auto now = static_cast<float>(bench.clock.Timer());
   ASSERT_LT(now, 10);
-  EXPECT_FLOAT_EQ(bench.state.TickTen, now + 10);
-  EXPECT_FLOAT_EQ(bench.state.TickMinute, now + 60);
-  EXPECT_FLOAT_EQ(bench.state.TickRefresh, now + 5);
-  EXPECT_FLOAT_EQ(bench.state.TickFlush, now + 100);
-  EXPECT_FLOAT_EQ(bench.state.TickWait, now + 1);
+  EXPECT_FLOAT_EQ(bench.state.TickTen.At, now + 10);
+  EXPECT_FLOAT_EQ(bench.state.TickMinute.At, now + 60);
+  EXPECT_FLOAT_EQ(bench.state.TickRefresh.At, now + 5);
+  EXPECT_FLOAT_EQ(bench.state.TickFlush.At, now + 100);
+  EXPECT_FLOAT_EQ(bench.state.TickWait.At, now + 1);
   EXPECT_EQ(bench.state.TickBlink.count(), 0);
 }
 
@@ -251,7 +253,7 @@ TEST_F(Cycle, ArmsAllDeadlinesAfterSleepingOverMidnight) {
   bench.Run(2);
   bench.clock.AdvanceSeconds(7000);
   Tick();
-  EXPECT_NEAR(bench.state.TickTen, 602 + 10, 1);
+  EXPECT_NEAR(bench.state.TickTen.At, 602 + 10, 1);
 }
 
 TEST_F(Cycle, OpensALostPortAgainOnTheTenSecondTick) {

@@ -18,7 +18,7 @@ class Sheet : public testing::Test {
   }
   // One whole pass over the rows.
   void Pass() {
-    bench.state.TickRefresh = 0;
+    bench.state.TickRefresh.At = 0;
     bench.state.SheetSlot = 0;
     do {
       bench.clock.Advance(std::chrono::milliseconds(kTickMilliseconds));
@@ -273,13 +273,13 @@ TEST_F(Sheet, PreparesTheCurvesAnewForAnotherSlotOnly) {
   bench.state.SelSlot = 3;
   bench.screens.built = {View::kTavWork};
   bench.screens.on_show = [this](View) {
-    EXPECT_EQ(bench.state.TickRefresh, 0) << "the worksheet is filled at once";
+    EXPECT_EQ(bench.state.TickRefresh.At, 0) << "the worksheet is filled at once";
     EXPECT_EQ(bench.events.pointers.back(), Pointer::kHourglass);
-    bench.state.TickRefresh = 99999;
+    bench.state.TickRefresh.At = 99999;
     bench.state.SheetSlot = 5;
   };
   for (const int slot : {3, 4, 1, 0, 4, 4}) {
-    bench.state.TickRefresh = 99999;
+    bench.state.TickRefresh.At = 99999;
     const bool is_other = slot != bench.state.SelSlot;
     bench.state.WorkReset = bench.state.OverPrepared = bench.state.PartPrepared = true;
     bench.sheet.cmd_Work_Click(slot);
@@ -287,7 +287,7 @@ TEST_F(Sheet, PreparesTheCurvesAnewForAnotherSlotOnly) {
     EXPECT_EQ(bench.state.WorkReset, !is_other) << slot;
     EXPECT_EQ(bench.state.OverPrepared, !is_other) << slot;
     EXPECT_EQ(bench.state.PartPrepared, !is_other) << slot;
-    EXPECT_EQ(bench.state.TickRefresh, 0) << "and the sheet behind it";
+    EXPECT_EQ(bench.state.TickRefresh.At, 0) << "and the sheet behind it";
     EXPECT_EQ(bench.state.SheetSlot, 0);
   }
 }

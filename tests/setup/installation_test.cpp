@@ -211,7 +211,7 @@ TEST_F(TavInst, BeginsANewTestAndLeavesAllOthersAlone) {
   Open();
   Fill(9, 4, 1, 15);
   bench.state.OverPrepared = bench.state.PartPrepared = bench.state.WorkReset = true;
-  bench.state.TickRefresh = 99999;
+  bench.state.TickRefresh.At = 99999;
   Press();
   EXPECT_FALSE(inst->IsOpen());
   EXPECT_TRUE(bench.port.sent.empty()) << "installation touches no register";
@@ -233,7 +233,7 @@ TEST_F(TavInst, BeginsANewTestAndLeavesAllOthersAlone) {
   EXPECT_EQ(bench.state.Settings.ActiveFiles[8], "M260314A.NEW");
   EXPECT_NE(bench.home.Read("TAVREL.USR").find("M260314A.NEW"), std::string::npos);
   EXPECT_FALSE(bench.state.OverPrepared || bench.state.PartPrepared || bench.state.WorkReset);
-  EXPECT_EQ(bench.state.TickRefresh, 0);
+  EXPECT_EQ(bench.state.TickRefresh.At, 0);
   EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal);
 
   EXPECT_EQ(bench.home.Read("tavdat/M260314C.OVN"), recording);

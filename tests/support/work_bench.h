@@ -57,13 +57,13 @@ class WorkBench {
   // One whole refresh, however many ticks it takes: after an exchange that fails the line needs
   // some time to settle. Returns the ticks.
   int Refresh() {
-    bench.state.TickRefresh = 0;
+    bench.state.TickRefresh.At = 0;
     int ticks = 0;
     do {
       bench.cycle.Tick();
       bench.clock.Advance(std::chrono::milliseconds(kTickMilliseconds));
       ++ticks;
-    } while (bench.state.TickRefresh == 0 && ticks < 100);
+    } while (bench.state.TickRefresh.At == 0 && ticks < 100);
     return ticks;
   }
   void Forget() {
@@ -82,9 +82,7 @@ class WorkBench {
     return bench.line.registers[{kInet, letter, index}];
   }
   const WorksheetValues& Shown() const { return worksheet.Values(); }
-  const WorksheetRow& Row(int input) const {
-    return Shown().Rows[input];
-  }
+  const WorksheetRow& Row(int input) const { return Shown().Rows[input]; }
   UnitRecord& Unit() { return bench.state.Unit[1]; }
   UnitRecord FileHeader(const std::string& name) const {
     UnitRecord unit{};

@@ -85,7 +85,7 @@ class ButtonsOnTheWire : public testing::TestWithParam<std::tuple<bool, FailingE
   void OpenSheet() {
     program.worksheet.cmdExit_Click();
     program.worksheet.Open();
-    ASSERT_TRUE(program.RunUntil([this] { return program.state.TickRefresh > 0; }));
+    ASSERT_TRUE(program.RunUntil([this] { return program.state.TickRefresh.At > 0; }));
     Forget();
   }
 

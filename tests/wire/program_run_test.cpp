@@ -201,7 +201,7 @@ class ProgramRun : public ModalDeeds, public testing::WithParamInterface<bool> {
   bool RunUntilIdle() {
     return program.RunUntil([this] {
       const double now = program.clock.Timer();
-      return program.state.TickRefresh >= now && program.state.TickMinute >= now;
+      return program.state.TickRefresh.At >= now && program.state.TickMinute.At >= now;
     });
   }
   void PassTime(std::chrono::seconds time) {

@@ -204,10 +204,10 @@ TEST(ReplugOfAProgram, GoesOnWithItsInstrumentAndTalksToNoOther) {
     ASSERT_TRUE(program.RunUntil([&] { return program.link.IsGood(kInet); }));
     ASSERT_TRUE(instrument.Tell("unplug"));
     int tens = 0;
-    float next = program.state.TickTen;
+    float next = program.state.TickTen.At;
     ASSERT_TRUE(program.RunUntil([&] {
-      tens += program.state.TickTen != next ? 1 : 0;
-      next = program.state.TickTen;
+      tens += program.state.TickTen.At != next ? 1 : 0;
+      next = program.state.TickTen.At;
       return tens >= 5 && !program.link.PortOpen;
     }));
     EXPECT_FALSE(program.link.IsGood(kInet));

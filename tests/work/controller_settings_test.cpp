@@ -351,7 +351,7 @@ TEST_F(Unsure, KeepsTheHeaderAsTheInstrumentIs) {
   TypeInVain(kTypedValues[3], true);
   EXPECT_EQ(Unit().UnitSetpoint, 4000) << "what was acknowledged last";
   bench.state.SlotDirty[1] = false;
-  bench.state.TickFlush = 80000;
+  bench.state.TickFlush.At = 80000;
   dialog.CloseNow();
   Tick(1);
   EXPECT_EQ(Unit().UnitSetpoint, 5200);

@@ -17,7 +17,7 @@ class Runner : public ControlBench {
   explicit Runner(bool plugin = false) : ControlBench(plugin) {
     Register('Y') = 500;
     Greet();
-    bench.state.TickMinute = 0;
+    bench.state.TickMinute.At = 0;
   }
   ProgramStart Start(const std::vector<std::vector<int>>& steps) {
     return StartFile("A.PRG", ProgramBytes(steps));
@@ -58,7 +58,7 @@ TEST_F(Running, TakesAProgramIntoTheSlot) {
   EXPECT_EQ(Unit().UnitProgStep, 0);
   EXPECT_EQ(Unit().UnitProgWait, 0);
   EXPECT_TRUE(bench.state.SlotDirty[1]);
-  EXPECT_EQ(bench.state.TickMinute, static_cast<float>(bench.clock.Timer()));
+  EXPECT_EQ(bench.state.TickMinute.At, static_cast<float>(bench.clock.Timer()));
   EXPECT_EQ(bench.state.Settings.ProgFile, "Anneal.PRG");
   EXPECT_TRUE(bench.state.SettingsChanged);
   EXPECT_EQ(bench.dialogs.file_dialogs.back().Mode, FileMode::kOpen);

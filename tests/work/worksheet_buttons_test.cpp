@@ -260,7 +260,7 @@ TEST_F(WorksheetButtons, TellThatASwitchWasNotAcknowledged) {
     room.worksheet.cmd_Ctrl_Click(index);
     EXPECT_EQ(room.BoxTexts(), Telegrams{"check|Tavrel connected ?"}) << index;
     EXPECT_EQ(room.Shown().CtrlDown, before) << index;
-    EXPECT_EQ(room.bench.state.TickRefresh, 0) << "the state is looked at again at once";
+    EXPECT_EQ(room.bench.state.TickRefresh.At, 0) << "the state is looked at again at once";
   }
 }
 
@@ -441,7 +441,7 @@ TEST_F(WorksheetButtons, ShowTheSlotAnewBehindEachDialog) {
   int number = 0;
   const auto go_on = [&] {
     bench.state.SlotFile[1] = "M26031" + std::to_string(number) + "A.OVN";
-    bench.state.TickRefresh = 99999;
+    bench.state.TickRefresh.At = 99999;
   };
   for (const View view : {View::kTavRec, View::kTavCoord, View::kTavCtrl, View::kTavColor}) {
     dialog[view] = go_on;
@@ -453,7 +453,7 @@ TEST_F(WorksheetButtons, ShowTheSlotAnewBehindEachDialog) {
     bench.state.ProgRunning[1] = number == 6;
     command();
     EXPECT_EQ(Shown().TavFile, "m26031" + std::to_string(number) + "a.ovn");
-    EXPECT_EQ(bench.state.TickRefresh, 0) << number;
+    EXPECT_EQ(bench.state.TickRefresh.At, 0) << number;
   }
 }
 

@@ -93,11 +93,11 @@ TEST_F(TheWorksheet, AsksTwiceATickAndComesAgainFiveSecondsLater) {
   for (const std::size_t sent : {2U, 4U}) {
     bench.cycle.Tick();
     EXPECT_EQ(bench.port.sent.size(), sent);
-    EXPECT_EQ(bench.state.TickRefresh, 0);
+    EXPECT_EQ(bench.state.TickRefresh.At, 0);
   }
   bench.cycle.Tick();
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?", "Z13?", "W13?", "Y11?", "Y12?"}));
-  EXPECT_NEAR(bench.state.TickRefresh - bench.clock.Timer(), 5, 0.1);
+  EXPECT_NEAR(bench.state.TickRefresh.At - bench.clock.Timer(), 5, 0.1);
 }
 
 TEST_F(TheWorksheet, AsksByAddressOnAPlugInLine) {
@@ -112,14 +112,14 @@ TEST_F(TheWorksheet, EndsTheTickAtASilentExchangeAndGoesOnBehindIt) {
   StartAndOpen();
   bench.line.silent = {kInet};
   Forget();
-  bench.state.TickRefresh = 0;
+  bench.state.TickRefresh.At = 0;
   const auto before = bench.clock.Elapsed();
   bench.cycle.Tick();
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?"}));
   EXPECT_LT(bench.clock.Elapsed() - before, std::chrono::milliseconds(120));
   bench.Run(2);
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"T10?", "Z13?", "W13?"}));
-  EXPECT_GT(bench.state.TickRefresh, bench.clock.Timer());
+  EXPECT_GT(bench.state.TickRefresh.At, bench.clock.Timer());
 }
 
 TEST_F(TheWorksheet, BlanksWhatASilentInstrumentSaidBefore) {
