@@ -97,9 +97,7 @@ class BenchProgram : public BenchMachine, public ProgramLogic {
     }
   }
 
-  const SheetRow& Row(int slot) const {
-    return sheet.Values().Rows[slot];
-  }
+  const SheetRow& Row(int slot) const { return sheet.Values().Rows[slot]; }
   std::vector<std::int16_t> Samples(const std::string& name) const {
     const std::string bytes = home.Read("tavdat/" + name);
     std::vector<std::int16_t> words((bytes.size() - sizeof(UnitRecord)) / 2);
