@@ -86,9 +86,8 @@ struct DrawingBench {
     std::vector<std::int16_t> words;
     for (int row = 0; row < Rows(); ++row) {
       for (int input = 0; input < channels; ++input) {
-        unit.UnitRole.at(static_cast<std::size_t>(input)) = 1;
-        unit.UnitColour.at(static_cast<std::size_t>(input)) =
-            static_cast<std::int16_t>(input % 14 + 1);
+        unit.UnitRole[input + 1] = 1;
+        unit.UnitColour[input + 1] = static_cast<std::int16_t>(input % 14 + 1);
         words.push_back(static_cast<std::int16_t>(std::lround(curve(row, input) * 20)));
       }
     }

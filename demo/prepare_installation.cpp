@@ -100,12 +100,11 @@ UnitRecord HeaderOf(const Fields& fields) {
     if (input < 1 || input > kInputs) {
       continue;
     }
-    const auto place = static_cast<std::size_t>(input - 1);
-    unit.UnitRole[place] = ++role;
-    unit.UnitColour[place] = static_cast<std::int16_t>(kFirstColour + role - 1);
+    unit.UnitRole[input] = ++role;
+    unit.UnitColour[input] = static_cast<std::int16_t>(kFirstColour + role - 1);
     const bool is_ctrl = input == unit.UnitCtrl;
     const bool is_ref = input == unit.UnitRef;
-    unit.UnitInputName[place].Set(is_ctrl ? "controller" : is_ref ? "reference" : "sample");
+    unit.UnitInputName[input].Set(is_ctrl ? "controller" : is_ref ? "reference" : "sample");
   }
   unit.UnitChannels = role;
   unit.UnitDesignation.Set(Text(fields, "ext") + ":" + Text(fields, "name"));

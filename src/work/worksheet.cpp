@@ -222,7 +222,7 @@ void Worksheet::ShowRecordedTime() {
   shown_.sample_count = sample_count;
   shown_.rec_interval = rec_interval;
   const double hours = RecordedHours(sample_count, rec_interval);
-  const bool in_minutes = (sample_count - 2) * std::int64_t{rec_interval} < kSecondsPerHour;
+  const bool in_minutes = (sample_count - 2.0) * rec_interval < kSecondsPerHour;
   values_.Lbl_rec = FormatMask(in_minutes ? hours * kMinutesPerHour : hours, "####0.00");
   values_.RecUnit = in_minutes ? "min   recorded" : "h     recorded";
   values_.Lbl_sampl = std::to_string(rec_interval);
