@@ -16,8 +16,6 @@ namespace {
 
 constexpr const char* kStartTitle = "start recording";
 
-enum EndAction : std::int16_t { kSwitchControllerOff = 1, kGoOnInNextFile = 2 };
-
 }  // namespace
 
 void RecordingEngine::StartRecording(int slot) {

@@ -486,9 +486,7 @@ void RecordingFiles::Refuse(int slot, const char* title, const std::string& text
 void RecordingFiles::ForgetShown(int slot) {
   state_.SheetReset = false;
   if (slot == state_.SelSlot) {
-    state_.WorkReset = false;
-    state_.OverPrepared = false;
-    state_.PartPrepared = false;
+    state_.ForgetShownSlot();
   }
 }
 

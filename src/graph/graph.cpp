@@ -120,8 +120,7 @@ void Graph::CloseNow() {
 }
 
 void Graph::Resized() {
-  parts_.state.OverPrepared = false;
-  parts_.state.PartPrepared = false;
+  parts_.state.ForgetCurves();
   if (!IsOpen()) {
     return;
   }

@@ -339,9 +339,7 @@ void MainSheet::tx_Des_Change(int slot, const std::string& text) {
     state.IndexValid = false;
   }
   if (slot == state.SelSlot) {
-    state.WorkReset = false;
-    state.OverPrepared = false;
-    state.PartPrepared = false;
+    state.ForgetShownSlot();
   }
 }
 
@@ -349,9 +347,7 @@ void MainSheet::cmd_Work_Click(int slot) {
   RunState& state = parts_.state;
   if (state.SelSlot != slot) {
     state.SelSlot = slot;
-    state.WorkReset = false;
-    state.OverPrepared = false;
-    state.PartPrepared = false;
+    state.ForgetShownSlot();
   }
   parts_.events.SetPointer(Pointer::kHourglass);
   state.TickRefresh.MakeDue();
@@ -393,9 +389,7 @@ void MainSheet::OpenViewedFile() {
     return;
   }
   state.SelSlot = kViewedFile;
-  state.WorkReset = false;
-  state.OverPrepared = false;
-  state.PartPrepared = false;
+  state.ForgetShownSlot();
   ShowViewedFile();
   if (Row(kViewedFile).cmd_WorkEnabled) {
     cmd_Work_Click(kViewedFile);

@@ -16,9 +16,7 @@ void InstallationCommit::Run(const TestRows& rows) {
     parts_.show_row(slot);
   }
   SaveSettings();
-  state.WorkReset = false;
-  state.OverPrepared = false;
-  state.PartPrepared = false;
+  state.ForgetShownSlot();
   state.SheetReset = false;
   state.SheetSlot = 0;
   state.TickRefresh.MakeDue();

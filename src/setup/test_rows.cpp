@@ -139,7 +139,7 @@ void SetDefaults(UnitRecord& unit) {
   unit.UnitLower = 0;
   unit.UnitIncrement = 0;
   unit.UnitFinal = 0;
-  unit.UnitEndAction = 0;
+  unit.UnitEndAction = kEndOnly;
 }
 
 }  // namespace

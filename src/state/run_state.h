@@ -76,13 +76,25 @@ struct RunState {
   // Cursors of the cycle.
   int PumpSlot = 0;
   int PumpChannel = 0;
-  int BacklogSlot = 0;          // slot with the greatest backlog at start
-  int BacklogCount = 0;         // sets still to be read of it
-  int SheetSlot = 0;            // row being refreshed, 0 between two passes
-  bool SheetReset = false;      // false: rebuild what the main sheet remembers as shown
-  bool WorkReset = false;       // the same for the worksheet
-  bool OverPrepared = false;    // the graph's overview still fits the slot
-  bool PartPrepared = false;    // the graph's part view still fits the slot
+  int BacklogSlot = 0;        // slot with the greatest backlog at start
+  int BacklogCount = 0;       // sets still to be read of it
+  int SheetSlot = 0;          // row being refreshed, 0 between two passes
+  bool SheetReset = false;    // false: rebuild what the main sheet remembers as shown
+  bool WorkReset = false;     // the same for the worksheet
+  bool OverPrepared = false;  // the graph's overview still fits the slot
+  bool PartPrepared = false;  // the graph's part view still fits the slot
+
+  // The curves of SelSlot are drawn anew.
+  void ForgetCurves() {
+    OverPrepared = false;
+    PartPrepared = false;
+  }
+  // All that worksheet and graph remember of SelSlot is built anew.
+  void ForgetShownSlot() {
+    WorkReset = false;
+    ForgetCurves();
+  }
+
   bool GraphIdle = true;        // the graph does nothing with the slot's file now
   bool GraphMustClose = false;  // the slot in the graph went on in a next file: close the graph
   bool IndexValid = false;      // the open dialog's list still fits the directory

@@ -20,6 +20,9 @@ static_assert(std::endian::native == std::endian::little,
 inline constexpr int kMarks = 5;        // marks that a header has room for
 inline constexpr int kTextLength = 20;  // bytes of a text in the header
 
+// What happens when the file of a recording is full. Another number stands for nothing.
+enum EndAction : std::int16_t { kEndOnly = 0, kSwitchControllerOff = 1, kGoOnInNextFile = 2 };
+
 // A text of the header: 20 bytes of Windows-1252, padded at the right with blanks. A text that
 // was never set is 20 zero bytes.
 struct HeaderText {
@@ -57,7 +60,7 @@ struct UnitRecord {
   std::array<std::int16_t, 2> Unnamed30;
   ByInput<std::int16_t> UnitColour;  // below 1: the curve is left out
   std::array<std::int16_t, 1> Unnamed47;
-  std::int16_t UnitEndAction;  // file full: 1 controller off, 2 next file, others nothing
+  std::int16_t UnitEndAction;  // an EndAction, or another number
   std::int16_t UnitYmax;       // top of the Y axis, whole degrees
   std::int16_t UnitXmax;       // length of the X axis, minutes
   std::array<std::int16_t, 4> UnitView;

@@ -158,7 +158,10 @@ void EditGrid::keyPressEvent(QKeyEvent* event) {
       return;
     case Qt::Key_Space:
     case Qt::Key_F2:
-      emit Opened(currentRow(), currentColumn());
+      // A key that is still held down from the window before opens nothing here.
+      if (!event->isAutoRepeat()) {
+        emit Opened(currentRow(), currentColumn());
+      }
       return;
     case Qt::Key_Delete:
     case Qt::Key_Backspace:

@@ -127,8 +127,7 @@ void Coordinates::Store(const Wanted& wanted) {
     header.UnitRes = wanted.resolution;
     header.UnitMarks = 0;
   });
-  state_.OverPrepared = false;
-  state_.PartPrepared = false;
+  state_.ForgetCurves();
 }
 
 }  // namespace tavrel

@@ -12,7 +12,6 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kTitle = "controller";
-constexpr std::int16_t kSwitchControllerOff = 1;  // end action
 constexpr int kTries = 2;
 constexpr int kMostAttempts = 2 * kTries;
 

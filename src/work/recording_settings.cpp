@@ -169,9 +169,7 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
     }
   }
   state.SheetReset = false;
-  state.WorkReset = false;
-  state.OverPrepared = false;
-  state.PartPrepared = false;
+  state.ForgetShownSlot();
   if (!unsaved.empty()) {
     parts_.messages.Report(slot, {unsaved, kWriteTitle});
   }

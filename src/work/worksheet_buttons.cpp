@@ -129,8 +129,7 @@ void Worksheet::Color_Click(int input) {
     EditHeader(parts_.state, parts_.state.SelSlot, [input, code](UnitRecord& header) {
       header.UnitColour[input] = static_cast<std::int16_t>(*code);
     });
-    parts_.state.OverPrepared = false;
-    parts_.state.PartPrepared = false;
+    parts_.state.ForgetCurves();
   }
   AfterDialog();
 }

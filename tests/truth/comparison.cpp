@@ -140,8 +140,8 @@ int ShiftedColumns(const std::vector<Row>& rows, const std::vector<TruthSet>& se
 }
 
 std::string Text(const TakenSample& sample) {
-  constexpr std::array<const char*, 6> kFates = {"waits", "good",    "cut",
-                                                 "lost",  "overrun", "forgotten"};
+  constexpr std::array<const char*, 7> kFates = {"waits",   "good",      "cut",    "lost",
+                                                 "overrun", "forgotten", "cleared"};
   return std::to_string(sample.word) + " " + kFates.at(static_cast<std::size_t>(sample.fate));
 }
 
@@ -305,8 +305,8 @@ class Comparer {
   }
 
   void TakeMissing(int row, const TruthSet& set) {
-    if (Has(set, SampleFate::kForgotten)) {
-      return;  // gone with a restart of the instrument
+    if (Has(set, SampleFate::kForgotten) || Has(set, SampleFate::kCleared)) {
+      return;  // half read when the rest was gone
     }
     if (IsInDoubt(row, set) || IsInHand(row)) {
       findings_.excused += static_cast<int>(set.size());

@@ -263,6 +263,18 @@ TEST(Comparison, WantsSetsThatARestartedInstrumentForgotToBeTold) {
   EXPECT_FALSE(Compare(truth, kSlot, bytes).Agrees());
 }
 
+// The user has stopped the recording and started it again.
+TEST(Comparison, MissesNoSetOfABufferThatWasCleared) {
+  std::stringstream file(
+      "sample 10 1 1 1 11\nsample 10 1 2 1 12\nsample 20 1 1 2 21\nsample 20 1 2 2 22\n"
+      "handed 11 1 1 1 11 good\nhanded 11 1 2 1 12 good\nclear 22 1 1\nclear 22 1 2\n"
+      "sample 30 1 1 1 31\nsample 30 1 2 1 32\n"
+      "handed 31 1 1 1 31 good\nhanded 31 1 2 1 32 good\n");
+  const Findings found = Compare(ReadLineTruth(file, {}), kSlot, Bytes({11, 12, 11, 12, 31, 32}));
+  EXPECT_TRUE(found.Agrees());
+  EXPECT_EQ(found.lost, 0);
+}
+
 TEST(Comparison, FindsAColumnThatAFullBufferShifted) {
   const Findings found =
       Compare(Overrun(), kSlot, Bytes({21, 32, 21, 32, 31, 42, 41, 52}), Lost(2));

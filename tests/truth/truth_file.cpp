@@ -29,7 +29,7 @@ class TruthReader {
       ++truth_.overruns;
       Mark(key, number, SampleFate::kOverrun, cleared_[key]);
     } else if (kind == "clear") {
-      Forget(key);
+      Forget(key, SampleFate::kCleared);
     } else if (kind == "restart") {
       ForgetAll(key.first, seconds);
     }
@@ -59,11 +59,11 @@ class TruthReader {
   }
 
   // Numbers begin at 1 again.
-  void Forget(const InputKey& key) {
+  void Forget(const InputKey& key, SampleFate fate) {
     auto& samples = truth_.inputs[key];
     for (std::size_t place = cleared_[key]; place < samples.size(); ++place) {
       if (samples[place].fate == SampleFate::kWaiting) {
-        samples[place].fate = SampleFate::kForgotten;
+        samples[place].fate = fate;
       }
     }
     cleared_[key] = samples.size();
@@ -75,7 +75,7 @@ class TruthReader {
     for (const auto& [key, samples] : truth_.inputs) {
       if (key.first == inet) {
         before_restart_[key] = cleared_[key];
-        Forget(key);
+        Forget(key, SampleFate::kForgotten);
       }
     }
   }

@@ -17,7 +17,8 @@ enum class SampleFate : std::uint8_t {
   kCut,        // handed over as kGood, but perhaps nobody was there to take the reply
   kLost,       // handed over in a reply that was lost, damaged or late
   kOverrun,    // pushed out of a full buffer
-  kForgotten,  // gone with a restart of the instrument, or cleared
+  kForgotten,  // gone with a restart of the instrument
+  kCleared,    // gone with its buffer, which was cleared
 };
 
 // One sample of one input.

@@ -15,7 +15,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kSpeedUp = 10;    // a set of ten seconds comes every second
+constexpr int kSpeedUp = 5;     // a set of ten seconds comes every two: 36 exchanges
 constexpr int kFirstInput = 2;  // column of the grid
 constexpr int kNumber = 17;
 
