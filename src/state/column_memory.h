@@ -35,7 +35,8 @@ struct ColumnMemory {
   // By input: the value of the set in hand stands in so many further sets.
   ByInput<std::uint8_t> Repeats{};
 
-  // When the last set was made, by the wall clock, in seconds of some count; 0: not known.
+  // When the last set was made that is written or was told to be lost, by the wall clock, in
+  // seconds of some count; 0: not known.
   std::int64_t LastSet = 0;
 
   SamplingOrder Order;

@@ -268,15 +268,17 @@ class Comparer {
                  static_cast<int>(expected_.rows.size()), costs);
   }
 
-  // By row and column.
+  // By row and column. A value that was filled in says nothing of the set that its row is of.
   [[nodiscard]] std::vector<std::vector<int>> WordCosts() const {
     const std::size_t columns = slot_.inputs.size();
     const int certain = kDoubtedWordCost * static_cast<int>(columns);
     std::vector<std::vector<int>> costs(rows_.size(), std::vector<int>(columns, certain));
     for (std::size_t row = 0; row < rows_.size(); ++row) {
       for (std::size_t column = 0; column < columns; ++column) {
-        if (told_.Covers(static_cast<int>(row), slot_.inputs[column],
-                         ToldDoubt::Kind::kUncertain)) {
+        if (told_.Covers(static_cast<int>(row), slot_.inputs[column], ToldDoubt::Kind::kFilled)) {
+          costs[row][column] = 0;
+        } else if (told_.Covers(static_cast<int>(row), slot_.inputs[column],
+                                ToldDoubt::Kind::kUncertain)) {
           costs[row][column] = kDoubtedWordCost;
         }
       }

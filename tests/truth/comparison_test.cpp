@@ -275,6 +275,29 @@ TEST(Comparison, MissesNoSetOfABufferThatWasCleared) {
   EXPECT_EQ(found.lost, 0);
 }
 
+// The set was pushed out of the buffer but for the value of input 3; those that were filled in are
+// by chance the ones of a set that came later.
+TEST(Comparison, FindsTheSetOfARowByTheValuesThatWereNotFilledIn) {
+  const RecordedSlot slot{"A.OVN", 1, {1, 2, 3}};
+  std::stringstream file;
+  for (int set = 1; set <= 5; ++set) {
+    for (int input = 1; input <= 3; ++input) {
+      const bool is_steady = input < 3 && set != 2;
+      const int word = is_steady ? 7 : 10 * set + input;
+      file << "sample " << set * 10 << " 1 " << input << ' ' << set << ' ' << word << '\n';
+      if (set == 2 && input < 3) {
+        file << "overrun 35 1 " << input << " 2\n";
+      } else {
+        file << "handed 60 1 " << input << ' ' << set << ' ' << word << " good\n";
+      }
+    }
+  }
+  const std::string bytes = Bytes({7, 7, 13, 7, 7, 13, 7, 7, 23, 7, 7, 33, 7, 7, 43, 7, 7, 53});
+  const Findings found = Compare(ReadLineTruth(file, {}), slot, bytes, Filled(2, {1, 2}));
+  EXPECT_TRUE(found.Agrees());
+  EXPECT_EQ(found.invented, 0);
+}
+
 TEST(Comparison, FindsAColumnThatAFullBufferShifted) {
   const Findings found =
       Compare(Overrun(), kSlot, Bytes({21, 32, 21, 32, 31, 42, 41, 52}), Lost(2));
