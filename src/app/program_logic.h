@@ -27,6 +27,8 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "service/link_watch.h"
+#include "service/service_screen.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
@@ -110,6 +112,9 @@ struct ProgramLogic {
        machine.events,
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
   Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
+  LinkWatch link_watch;
+  ServiceParts service{state,           link,           link_watch,   engine,
+                       machine.dialogs, machine.events, machine.clock};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
