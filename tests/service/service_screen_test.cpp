@@ -53,7 +53,8 @@ TEST_F(AServiceScreen, HasOneStepAtEachTurnOfTheCycleAndNoneWhileThePortIsLost) 
   EXPECT_TRUE(bench.port.sent.empty());
   bench.link.PortOpen = true;
   screen.CloseNow();
-  EXPECT_TRUE(Pulses(1).empty());
+  screen.Step();
+  EXPECT_TRUE(bench.port.sent.empty());
 }
 
 TEST_F(AServiceScreen, SaysWithTheThirdSilenceInARowThatThereIsNoConnection) {
