@@ -295,6 +295,38 @@ TEST_P(FailingRun, TellsWhichCoefficientItCouldNotWrite) {
   }
 }
 
+// Dropped while a coefficient is still to be repeated: what nobody knows is told as such.
+TEST_P(FailingRun, ThatIsDroppedTellsWhatItHasWritten) {
+  for (const int number : {1, 2, 3, 5}) {
+    OpenAnew();
+    ASSERT_NO_FATAL_FAILURE(ChooseRows());
+    for (const AdjState next : {AdjState::kAwaitShorted, AdjState::kAwaitRaised}) {
+      channels.CmdOK_Click();
+      ASSERT_TRUE(Steps(next));
+    }
+    Raise();
+    channels.CmdOK_Click();
+    ASSERT_TRUE(Steps(AdjState::kAwaitFinal));
+    channels.txt_Final_Change("200");
+    GiveUp(number);
+    channels.CmdOK_Click();
+    Step();
+    ASSERT_EQ(exchanges, number);
+    ASSERT_EQ(channels.State(), AdjState::kCompute);
+    channels.Quit();
+    ASSERT_EQ(program.dialogs.boxes.size(), 1U);
+    const int row = number <= 3 ? kLow : kHigh;
+    const char letter = "JKLJKL"[number - 1];
+    const std::string& text = program.dialogs.boxes[0].Text;
+    EXPECT_THAT(text, HasSubstr(std::string(1, letter) + " = ? (was "));
+    EXPECT_THAT(text, HasSubstr("row 2:  L = "));
+    EXPECT_THAT(text, HasSubstr("row F:  L = "));
+    EXPECT_EQ(After(row)[std::string(1, letter)], "?");
+    EXPECT_THAT(program.home.Read(kJournalFile), testing::EndsWith("dropped\r\n"));
+    ExpectHonest();
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(EachFailure, FailingRun,
                          testing::Values(Failing{false, "lost-request on"},
                                          Failing{true, "lost-reply on"},
