@@ -20,6 +20,18 @@ constexpr int kGap = 8;
 constexpr int kFinalCharacters = 12;
 constexpr int kFullBar = 100;
 
+// A menu bar takes the keyboard at the key Alt although none of its menus can be opened; this one
+// does not while it is disabled.
+class MenuBar : public QMenuBar {
+ public:
+  using QMenuBar::QMenuBar;
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    return isEnabled() && QMenuBar::eventFilter(object, event);
+  }
+};
+
 // What is shown at times keeps its place, so that nothing jumps.
 void KeepPlace(QWidget& widget) {
   QSizePolicy policy = widget.sizePolicy();
@@ -50,7 +62,9 @@ TavChann::TavChann(ChannelAdjustment& channels)
 }
 
 QMenuBar* TavChann::MakeMenus() {
-  auto* bar = new QMenuBar(this);
+  auto* bar = new MenuBar(this);
+  menus_ = bar;
+  bar->setObjectName("Menus");
   mnu_adjust_ = bar->addMenu("Adjust   ");
   mnu_adjust_->menuAction()->setObjectName("Mnu_Adjust");
   AddAdjustment("Mnu_FeCuNi", "FeCuNi  -  thermocouple", [this] { channels_.Mnu_FeCuNi_Click(); });
@@ -130,6 +144,7 @@ QLayout* TavChann::ArrangeFoot() {
 void TavChann::UpdateWidgets() {
   const ChannelValues& now = channels_.Values();
   sheet_->Show(now.Sheet);
+  menus_->setEnabled(now.MenusEnabled);
   mnu_adjust_->setEnabled(now.MenusEnabled);
   mnu_var_->setEnabled(now.MenusEnabled);
   com_icon_->setVisible(now.ComIcon);

@@ -34,6 +34,7 @@ class TavChann : public ModalForm {
 
   ChannelAdjustment& channels_;
   ChannelGrid* sheet_ = nullptr;
+  QMenuBar* menus_ = nullptr;
   QMenu* mnu_adjust_ = nullptr;
   QMenu* mnu_var_ = nullptr;
   QLabel* com_icon_ = nullptr;
