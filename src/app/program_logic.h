@@ -27,6 +27,8 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "service/link_watch.h"
+#include "service/service_screen.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
@@ -64,7 +66,8 @@ struct Machine {
 // The logic of the whole program, joined: one instance for the life of the process. The program
 // joins it to its forms, a test to its doubles, a benchmark to the real machine.
 struct ProgramLogic {
-  explicit ProgramLogic(const Machine& on) : machine(on) {}
+  explicit ProgramLogic(const Machine& on);
+  ~ProgramLogic();
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
@@ -110,6 +113,9 @@ struct ProgramLogic {
        machine.events,
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
   Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
+  LinkWatch link_watch;
+  ServiceParts service{state,           link,           link_watch,   engine,
+                       machine.dialogs, machine.events, machine.clock};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

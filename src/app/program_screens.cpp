@@ -73,6 +73,19 @@ void ProgramScreens::AddFormToOpen(View view, Screen& screen) {
   });
 }
 
+// For a screen that takes its turns from the cycle, shows the hourglass itself while it reads, and
+// may stay closed by the user's wish.
+template <typename Form, typename Screen>
+void ProgramScreens::AddServiceForm(Screen& screen) {
+  screens_.Add(screen.Number(), [this, &screen] {
+    screen.Open();
+    if (screen.IsOpen()) {
+      Form(screen, logic_.stepped).Run();
+    }
+    screen.CloseNow();
+  });
+}
+
 // These show the hourglass themselves while they search and copy.
 void ProgramScreens::AddFileForms() {
   screens_.Add(View::kAllOpen, [this] {

@@ -36,6 +36,8 @@ class ProgramScreens {
   void AddForm(View view, Screen& screen);
   template <typename Form, typename Screen>
   void AddFormToOpen(View view, Screen& screen);
+  template <typename Form, typename Screen>
+  void AddServiceForm(Screen& screen);
   void AddFileForms();
   void ShowNumbering();
   void AddChannels();

@@ -2,12 +2,11 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "widgets/glyphs.h"
+#include "widgets/connection_sign.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -16,26 +15,6 @@ namespace {
 constexpr BothLanguages kActual{"actual number", "aktuelle Nummer"};
 constexpr BothLanguages kNew{"new number", "neue Nummer"};
 constexpr int kLineCharacters = 80;
-
-// The sign of a line without an answer.
-class ConnectionSign : public QWidget {
- public:
-  explicit ConnectionSign(QWidget* parent) : QWidget(parent) {
-    setObjectName("ComIcon");
-    const int side = fontMetrics().height() + 6;
-    setFixedSize(side, side);
-    QSizePolicy keeps_its_place = sizePolicy();
-    keeps_its_place.setRetainSizeWhenHidden(true);
-    setSizePolicy(keeps_its_place);
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    DrawWarningGlyph(painter, QRectF(rect()), palette().color(QPalette::WindowText));
-  }
-};
 
 }  // namespace
 

@@ -1,0 +1,89 @@
+#ifndef TAVREL_SERVICE_SERVICE_SCREEN_H_
+#define TAVREL_SERVICE_SERVICE_SCREEN_H_
+
+#include <array>
+#include <string>
+
+#include "base/language.h"
+#include "base/tool_tips.h"
+#include "files/recording_engine.h"
+#include "link/link.h"
+#include "platform/clock.h"
+#include "platform/dialogs.h"
+#include "platform/events.h"
+#include "service/link_watch.h"
+#include "state/modal_screen.h"
+#include "state/run_state.h"
+
+namespace tavrel {
+
+// What the service screens work with. All outlive them.
+struct ServiceParts {
+  RunState& state;
+  Link& link;
+  LinkWatch& watch;
+  RecordingEngine& engine;
+  Dialogs& dialogs;
+  Events& events;
+  const Clock& clock;
+};
+
+// A screen of the service: it works on one instrument, the one that is selected when it opens, and
+// makes one step at each turn that the measuring cycle gives it.
+class ServiceScreen : public ModalScreen {
+ public:
+  ServiceScreen(const ServiceParts& parts, View view)
+      : ModalScreen(parts.state, view), parts_(parts), number_(view) {}
+
+  // Before the form is shown. The screen may stay closed, if the user says so.
+  virtual void Open() = 0;
+
+  // Its number, under which the cycle gives it its turns.
+  [[nodiscard]] View Number() const { return number_; }
+
+  // One turn. Nothing happens while the port is not usable or the screen is not open.
+  void Step();
+
+  // The title of the form; it says which instrument.
+  [[nodiscard]] virtual std::string Caption() const = 0;
+
+  [[nodiscard]] int Inet() const { return inet_; }
+  [[nodiscard]] Language TipLanguage() const { return LanguageOf(parts_.state.Settings.HelpLang); }
+
+  // No connection.
+  [[nodiscard]] bool ComIcon() const { return com_icon_; }
+
+  // The running light: changes with each turn.
+  [[nodiscard]] bool IsLit() const { return parts_.state.Trigger; }
+
+  void CloseNow() override;
+
+ protected:
+  // One short step, as SteppedScreens tells.
+  virtual void TakeStep() = 0;
+
+  // ModalScreen's, and the instrument is chosen.
+  void OpenScreen();
+
+  // " Tavrel-" and the number of the instrument.
+  [[nodiscard]] std::string InstrumentName() const;
+
+  // Takes the result of an exchange of a step; see LinkWatch. ComIcon follows it.
+  bool MissesAnswer(LinkResult result, int set_back = LinkWatch::kMostMisses);
+
+  [[nodiscard]] const ServiceParts& Parts() const { return parts_; }
+
+ private:
+  ServiceParts parts_;
+  View number_;
+  int inet_ = 1;
+  bool com_icon_ = false;
+};
+
+inline constexpr std::array kServiceTips = {
+    ToolTip{"ComIcon", {" no connection ... ", " keine Verbindung "}},
+};
+
+}  // namespace tavrel
+
+#endif  // TAVREL_SERVICE_SERVICE_SCREEN_H_
