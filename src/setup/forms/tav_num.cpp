@@ -14,7 +14,7 @@ namespace {
 
 constexpr BothLanguages kActual{"actual number", "aktuelle Nummer"};
 constexpr BothLanguages kNew{"new number", "neue Nummer"};
-constexpr int kLineCharacters = 80;
+constexpr int kLineCharacters = 92;  // the longest note
 
 }  // namespace
 
@@ -73,6 +73,7 @@ void TavNum::Arrange() {
     cmd_tav_no_[number] = button;
     buttons->addWidget(button);
   }
+  buttons->addStretch();
   grid->addLayout(buttons, 1, 1, 1, 2);
   grid->setColumnStretch(2, 1);
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
