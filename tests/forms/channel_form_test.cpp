@@ -251,8 +251,10 @@ TEST_F(ChannelForm, IsServedByTheKeyboardAlone) {
 TEST_F(ChannelForm, AltAloneLeadsToTheMenusAndBack) {
   AtIdle([this] {
     auto* bar = Find<QMenuBar>("Menus");
+    const QImage before = bar->grab().toImage();
     AltAlone();
     EXPECT_EQ(QApplication::focusWidget(), bar);
+    EXPECT_NE(bar->grab().toImage(), before) << "the user sees where the keyboard is";
     ASSERT_NE(bar->activeAction(), nullptr);
     EXPECT_EQ(bar->activeAction()->objectName(), "Mnu_Adjust");
     Key(Qt::Key_Escape);
@@ -322,6 +324,29 @@ TEST_F(ChannelForm, ShowsHowFarTheCollectingIs) {
     EXPECT_EQ(Find<QProgressBar>("pBar")->value(), room.Values().pBar);
     EXPECT_EQ(Find<QProgressBar>("pBar")->maximum(), 100);
     EXPECT_FALSE(IsShown("CmdOK"));
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+TEST_F(ChannelForm, InstructionStandsBelowTheSheetAndItsCountIsNotTornApart) {
+  AtIdle([] { Choose("Mnu_FeCuNi"); });
+  At(AdjState::kSelect, [this] {
+    EXPECT_EQ(Find("Lbl_Instr")->x(), Grid().x());
+    EXPECT_LE(Find("Lbl_Instr")->geometry().right(), Find("ComIcon")->x());
+    ClickRow(9);
+    Key(Qt::Key_Return);
+  });
+  At(AdjState::kAwaitShorted, [this] {
+    room.FailNext("Y29?", 6);
+    Key(Qt::Key_Return);
+  });
+  At(AdjState::kAwaitRaised, [this] {
+    EXPECT_EQ(room.Values().Lbl_Instr,
+              "raise thermocouples to a known temperature     (2 readings failed)");
+    EXPECT_EQ(TextOf("Lbl_Instr"),
+              "raise thermocouples to a known temperature     (2\u00a0readings\u00a0failed)");
     Key(Qt::Key_Escape);
     Key(Qt::Key_Escape);
   });

@@ -6,11 +6,13 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
-#include <QStyle>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "setup/channel_tips.h"
+#include "widgets/connection_sign.h"
 #include "widgets/number_edit.h"
 
 namespace tavrel {
@@ -21,7 +23,7 @@ constexpr int kFinalCharacters = 12;
 constexpr int kFullBar = 100;
 
 // A menu bar takes the keyboard at the key Alt although none of its menus can be opened; this one
-// does not while it is disabled.
+// does not while it is disabled, and it shows where the keyboard is.
 class MenuBar : public QMenuBar {
  public:
   using QMenuBar::QMenuBar;
@@ -30,7 +32,32 @@ class MenuBar : public QMenuBar {
   bool eventFilter(QObject* object, QEvent* event) override {
     return isEnabled() && QMenuBar::eventFilter(object, event);
   }
+  // While the keyboard is here the style shows nothing before a menu opens.
+  void paintEvent(QPaintEvent* event) override {
+    QMenuBar::paintEvent(event);
+    if (hasFocus() && activeAction() != nullptr) {
+      QStylePainter painter(this);
+      QStyleOptionFocusRect frame;
+      frame.initFrom(this);
+      frame.state |= QStyle::State_KeyboardFocusChange;
+      frame.rect = actionGeometry(activeAction()).adjusted(1, 1, -1, -1);
+      painter.drawPrimitive(QStyle::PE_FrameFocusRect, frame);
+    }
+  }
 };
+
+// What stands in brackets at the end is not torn apart where the text is broken into lines.
+std::string WithBracketsWhole(std::string text) {
+  constexpr std::string_view kBlankWithoutBreak = "\u00A0";
+  const std::size_t bracket = text.rfind('(');
+  if (bracket == std::string::npos || text.back() != ')') {
+    return text;
+  }
+  for (std::size_t at = text.find(' ', bracket); at != std::string::npos; at = text.find(' ', at)) {
+    text.replace(at, 1, kBlankWithoutBreak);
+  }
+  return text;
+}
 
 // What is shown at times keeps its place, so that nothing jumps.
 void KeepPlace(QWidget& widget) {
@@ -109,12 +136,8 @@ void TavChann::MakeParts() {
   p_bar_->setAccessibleName("progress");
   p_bar_->setRange(0, kFullBar);
   p_bar_->setTextVisible(false);
-  com_icon_ = new QLabel(this);
-  com_icon_->setObjectName("ComIcon");
+  com_icon_ = new ConnectionSign(this);
   com_icon_->setAccessibleName("no connection");
-  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
-  com_icon_->setPixmap(
-      style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(QSize(side, side)));
   lbl_instr_ = new QLabel(this);
   lbl_instr_->setObjectName("Lbl_Instr");
   lbl_instr_->setTextFormat(Qt::PlainText);
@@ -131,7 +154,7 @@ void TavChann::MakeParts() {
 QLayout* TavChann::ArrangeFoot() {
   auto* foot = new QHBoxLayout;
   foot->setSpacing(kGap);
-  for (QWidget* part : {static_cast<QWidget*>(com_icon_), static_cast<QWidget*>(lbl_instr_),
+  for (QWidget* part : {static_cast<QWidget*>(lbl_instr_), static_cast<QWidget*>(com_icon_),
                         static_cast<QWidget*>(txt_final_), static_cast<QWidget*>(cmd_ok_)}) {
     foot->addWidget(part, part == lbl_instr_ ? 1 : 0);
     KeepPlace(*part);
@@ -148,7 +171,7 @@ void TavChann::UpdateWidgets() {
   mnu_adjust_->setEnabled(now.MenusEnabled);
   mnu_var_->setEnabled(now.MenusEnabled);
   com_icon_->setVisible(now.ComIcon);
-  ShowText(*lbl_instr_, now.Lbl_Instr);
+  ShowText(*lbl_instr_, WithBracketsWhole(now.Lbl_Instr));
   lbl_instr_->setVisible(now.Lbl_InstrShown);
   ShowText(*txt_final_, now.txt_Final);
   txt_final_->setVisible(now.txt_FinalShown);

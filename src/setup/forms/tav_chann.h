@@ -37,7 +37,7 @@ class TavChann : public ModalForm {
   QMenuBar* menus_ = nullptr;
   QMenu* mnu_adjust_ = nullptr;
   QMenu* mnu_var_ = nullptr;
-  QLabel* com_icon_ = nullptr;
+  QWidget* com_icon_ = nullptr;
   QLabel* lbl_instr_ = nullptr;
   QLineEdit* txt_final_ = nullptr;
   QProgressBar* p_bar_ = nullptr;
