@@ -282,6 +282,8 @@ TEST_F(SetupForms, GiveAnInstrumentItsNumber) {
   };
   Then("TavNum", [&] {
     EXPECT_EQ(Form()->windowTitle(), " assign Tavrel-number");
+    EXPECT_EQ(Find("cmd_TavNo_1")->x(), Find("cboTavNo")->x());
+    EXPECT_EQ(Find("cmd_TavNo_6")->geometry().right(), Find("cboTavNo")->geometry().right());
     EXPECT_EQ(Find<QComboBox>("cboTavNo")->count(), 0);
     steps(6);
     EXPECT_EQ(Find<QComboBox>("cboTavNo")->itemText(0), "1   ");
