@@ -342,7 +342,8 @@ TEST(DroppedRun, TellsWhatIsNotKnown) {
               HasSubstr("\n    row 7:  L = 3 (was 3),  O = 407 (was 17),  K = " + parts +
                         " (was 13107)\n    row 9:  L = 0 (was 4),  O = 409 (was 19),  K = ? (was "
                         "13107)\n\n"));
-  EXPECT_THAT(room.LastBox(), HasSubstr("\n\n? is not known, for the instrument did not answer.\n\n"));
+  EXPECT_THAT(room.LastBox(),
+              HasSubstr("\n\n? is not known, for the instrument did not answer.\n\n"));
   const std::string journal = room.bench.home.Read(kJournalFile);
   EXPECT_THAT(journal, HasSubstr("after 7 J 1 K " + parts +
                                  " L 3 O 407\r\n"

@@ -23,7 +23,7 @@ constexpr int kNumber = kFirstInput + kInputs;
 constexpr int kColumns = kNumber + 1;
 constexpr int kApparatusWidth = 20;  // characters
 constexpr int kExtensionWidth = 8;
-constexpr int kCellWidth = 5;  // at least
+constexpr int kCellWidth = 5;    // at least
 constexpr int kEffectLines = 7;  // one for each kind of effect
 constexpr std::chrono::seconds kRefreshInterval{1};
 
