@@ -134,7 +134,7 @@ std::string AdjustmentRun::Drop() {
   for (const int row : rows_) {
     journal_.AddAfter(row, after_.at(Place(row)));
   }
-  const std::string changed = ChangedText();
+  std::string changed = ChangedText();
   End("dropped");
   return changed;
 }
