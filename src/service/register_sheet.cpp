@@ -192,6 +192,9 @@ bool RegisterSheet::Commit(const std::string& text) {
 void RegisterSheet::Write(int row, std::int16_t word) {
   told_.clear();
   const LinkResult written = WriteRow(row, word);
+  if (written == LinkResult::kNone) {
+    return;
+  }
   if (NoteResult(written)) {
     TakeBack(row);
   } else if (written == LinkResult::kRejected) {
@@ -210,8 +213,10 @@ void RegisterSheet::TakeBack(int row) {
   static_cast<void>(NoteResult(back.result));
   if (back.value) {
     Put(row, *back.value);
-  } else {
-    unsure_.insert(row);
+    return;
+  }
+  unsure_.insert(row);
+  if (back.result != LinkResult::kNone) {
     told_ = TextOf(row, 0) + std::string(kNotAcknowledged.In(TipLanguage()));
   }
 }

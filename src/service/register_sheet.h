@@ -104,6 +104,7 @@ class RegisterSheet : public ServiceScreen {
   [[nodiscard]] virtual RowReading ReadRow(int row) = 0;
   // The same behind an edit, in which the address is that of the cell.
   [[nodiscard]] virtual RowReading ReadBack(int row) { return ReadRow(row); }
+  // kNone: nothing was sent, and the user has been told why; the edit goes on.
   [[nodiscard]] virtual LinkResult WriteRow(int row, std::int16_t word) = 0;
 
   // May ask the user, and so serve events.
