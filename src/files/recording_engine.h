@@ -88,18 +88,18 @@ class RecordingEngine {
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
-  // ---- What a user reads and writes past the cursor of the pump.
+  // ---- What a user reads and writes past the cursor of the pump. `takers` are slots.
 
-  // Reads X of an input that the recordings of `slots` use: takes its oldest value as the pump
+  // Reads X of an input that the recordings of `takers` use: takes its oldest value as the pump
   // would, for the recording that would read it next. The value is in the set in hand afterwards, a
   // failure begins the doubt of the pump. Empty, and nothing is read, while no value of the input
   // can be taken: one is in hand already, or the recording counts or compares first, or its file
   // does not take sets. The pump is woken then to go on with what is in the way.
-  [[nodiscard]] std::optional<Reading> ReadSample(const std::vector<int>& slots, int input);
+  [[nodiscard]] std::optional<Reading> ReadSample(const std::vector<int>& takers, int input);
 
-  // A write of X, R or S of an input that the recordings of `slots` use.
+  // A write of X, R or S of an input that the recordings of `takers` use.
   struct SeriesWrite {
-    std::vector<int> slots;
+    std::vector<int> takers;
     Register to;
     std::int16_t word = 0;
     int stored = 0;  // values of the input that wait in the instrument, before a write of R
@@ -110,7 +110,7 @@ class RecordingEngine {
 
   // False while a recording compares or makes up for such a write, or its file does not take sets:
   // another write would leave more in doubt than can be decided.
-  [[nodiscard]] bool MayWriteSeries(const std::vector<int>& slots, int input) const;
+  [[nodiscard]] bool MayWriteSeries(const std::vector<int>& takers, int input) const;
 
   // Carries it out. What the instrument may have dropped is in doubt afterwards, so that no later
   // value comes into a wrong row, and the user learns what became of each recording.

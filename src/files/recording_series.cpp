@@ -6,16 +6,16 @@
 // What a user reads and writes of the series of a recording, past the cursor of the pump.
 namespace tavrel {
 
-std::optional<Reading> RecordingEngine::ReadSample(const std::vector<int>& slots, int input) {
+std::optional<Reading> RecordingEngine::ReadSample(const std::vector<int>& takers, int input) {
   const Messages::Deferral deferral(messages_);
   int slot = std::clamp(state_.PumpSlot, 1, kSlots);
   for (int count = 1; count <= kSlots; ++count, slot = slot > 1 ? slot - 1 : kSlots) {
-    const bool is_wanted = std::find(slots.begin(), slots.end(), slot) != slots.end();
+    const bool is_wanted = std::find(takers.begin(), takers.end(), slot) != takers.end();
     if (is_wanted && MayReadSample(slot, input)) {
       return ReadSampleOf(slot, input);
     }
   }
-  for (const int each : slots) {
+  for (const int each : takers) {
     Wake(each);
   }
   return std::nullopt;
@@ -46,20 +46,20 @@ void RecordingEngine::Wake(int slot) {
   }
 }
 
-bool RecordingEngine::MayWriteSeries(const std::vector<int>& slots, int input) const {
-  return std::all_of(slots.begin(), slots.end(), [this, input](int slot) {
+bool RecordingEngine::MayWriteSeries(const std::vector<int>& takers, int input) const {
+  return std::all_of(takers.begin(), takers.end(), [this, input](int slot) {
     const ColumnMemory& memory = state_.Columns[slot];
     return !IsHeldUp(slot) && memory.Owed[input] == 0 && memory.Repeats[input] == 0;
   });
 }
 
 LinkResult RecordingEngine::WriteSeries(const SeriesWrite& write) {
-  for (const int slot : write.slots) {
+  for (const int slot : write.takers) {
     files_.KeepHeldSet(slot, write.to.index);
   }
   const LinkResult written = Write(link_, write.to, write.word);
   const bool is_refused = link_.EndsWithRefusal();
-  for (const int slot : write.slots) {
+  for (const int slot : write.takers) {
     if (!is_refused) {
       NoteSeriesWrite(slot, write, IsGood(written));
     }

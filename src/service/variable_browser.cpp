@@ -88,9 +88,9 @@ LinkResult VariableBrowser::BeginReading() {
 
 RowReading VariableBrowser::ReadRow(int row) {
   const Register which = layout_.At(Inet(), row);
-  const std::vector<int> slots = SlotsOf(which);
-  return which.letter == reg::kOldestValue && !slots.empty()
-             ? ReadSample(which, slots)
+  const std::vector<int> takers = SlotsOf(which);
+  return which.letter == reg::kOldestValue && !takers.empty()
+             ? ReadSample(which, takers)
              : RowOf(ReadAlone(Parts().link, which));
 }
 
@@ -110,8 +110,8 @@ std::vector<int> VariableBrowser::SlotsOf(const Register& which) const {
              : std::vector<int>();
 }
 
-RowReading VariableBrowser::ReadSample(const Register& which, const std::vector<int>& slots) {
-  const auto reading = Parts().engine.ReadSample(slots, which.index);
+RowReading VariableBrowser::ReadSample(const Register& which, const std::vector<int>& takers) {
+  const auto reading = Parts().engine.ReadSample(takers, which.index);
   if (!reading && MayWaitLonger()) {
     return {};
   }
@@ -119,7 +119,8 @@ RowReading VariableBrowser::ReadSample(const Register& which, const std::vector<
     waited_ += Parts().clock.Elapsed() - *waits_since_;
     waits_since_.reset();
   }
-  return reading ? RowOf(*reading) : RowReading{LinkResult::kNone, ValueInHand(slots, which.index)};
+  return reading ? RowOf(*reading)
+                 : RowReading{LinkResult::kNone, ValueInHand(takers, which.index)};
 }
 
 bool VariableBrowser::MayWaitLonger() {
@@ -128,28 +129,28 @@ bool VariableBrowser::MayWaitLonger() {
   return waited_ + (now - *waits_since_) < kLongestWait;
 }
 
-SheetValue VariableBrowser::ValueInHand(const std::vector<int>& slots, int input) const {
+SheetValue VariableBrowser::ValueInHand(const std::vector<int>& takers, int input) const {
   const RunState& state = Parts().state;
-  for (const int slot : slots) {
+  for (const int slot : takers) {
     if (state.SampleSeen[slot][input]) {
       const std::int16_t word = state.SampleValue[slot][input];
       return {FourHexDigits(word), word, std::string(kInHand.In(TipLanguage())) + RowName(slot)};
     }
   }
-  return {"", 0, std::string(kNotRead.In(TipLanguage())) + RowName(slots.front())};
+  return {"", 0, std::string(kNotRead.In(TipLanguage())) + RowName(takers.front())};
 }
 
 // ---- Writing.
 
 bool VariableBrowser::MayWrite(int row) {
   const Register to = layout_.At(Inet(), row);
-  const std::vector<int> slots = SlotsOf(to);
-  if (slots.empty()) {
+  const std::vector<int> takers = SlotsOf(to);
+  if (takers.empty()) {
     return true;
   }
   std::string text = layout_.Key(row) + " of" + InstrumentName() + ":\n" + ConsequenceOf(to) +
                      "\n\nThis input is recorded by";
-  for (const int slot : slots) {
+  for (const int slot : takers) {
     text += "\n" + NameOfTest(Parts().state, slot);
   }
   return Parts().dialogs.AskOk(
@@ -158,9 +159,9 @@ bool VariableBrowser::MayWrite(int row) {
 
 LinkResult VariableBrowser::WriteRow(int row, std::int16_t word) {
   const Register to = layout_.At(Inet(), row);
-  const std::vector<int> slots = SlotsOf(to);
-  if (!slots.empty()) {
-    return WriteSeries(to, word, slots);
+  const std::vector<int> takers = SlotsOf(to);
+  if (!takers.empty()) {
+    return WriteSeries(to, word, takers);
   }
   const LinkResult written = tavrel::Write(Parts().link, to, word);
   if (IsGood(written) && to.letter == reg::kControllerState && type_sel_ == kOwnType) {
@@ -171,7 +172,7 @@ LinkResult VariableBrowser::WriteRow(int row, std::int16_t word) {
 
 // What waits is counted first, so that it can be made up for.
 LinkResult VariableBrowser::WriteSeries(const Register& to, std::int16_t word,
-                                        const std::vector<int>& slots) {
+                                        const std::vector<int>& takers) {
   int stored = 0;
   if (to.letter == reg::kBuffered) {
     const Reading count = ReadAlone(Parts().link, to);
@@ -180,14 +181,14 @@ LinkResult VariableBrowser::WriteSeries(const Register& to, std::int16_t word,
     }
     stored = count.word;
   }
-  if (stored > RecordingEngine::kMostToClear || !Parts().engine.MayWriteSeries(slots, to.index)) {
+  if (stored > RecordingEngine::kMostToClear || !Parts().engine.MayWriteSeries(takers, to.index)) {
     Parts().dialogs.Message(
         {"The recording has to read first what waits in the instrument, and "
          "what is in doubt.\nNothing was written. Try again later.",
          kSeriesTitle, BoxIcon::kInformation});
     return LinkResult::kNone;
   }
-  return Parts().engine.WriteSeries({slots, to, word, stored});
+  return Parts().engine.WriteSeries({takers, to, word, stored});
 }
 
 std::optional<std::int16_t> VariableBrowser::WordOf(const std::string& text, int column) const {

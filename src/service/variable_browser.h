@@ -41,11 +41,11 @@ class VariableBrowser : public RegisterSheet {
  private:
   [[nodiscard]] std::vector<int> SlotsOf(const Register& which) const;
   [[nodiscard]] RowReading RowOf(const Reading& reading) const;
-  [[nodiscard]] RowReading ReadSample(const Register& which, const std::vector<int>& slots);
+  [[nodiscard]] RowReading ReadSample(const Register& which, const std::vector<int>& takers);
   [[nodiscard]] bool MayWaitLonger();
-  [[nodiscard]] SheetValue ValueInHand(const std::vector<int>& slots, int input) const;
+  [[nodiscard]] SheetValue ValueInHand(const std::vector<int>& takers, int input) const;
   [[nodiscard]] LinkResult WriteSeries(const Register& to, std::int16_t word,
-                                       const std::vector<int>& slots);
+                                       const std::vector<int>& takers);
 
   std::chrono::nanoseconds waited_{};  // for the pump, in this pass
   std::optional<std::chrono::nanoseconds> waits_since_;
