@@ -19,6 +19,7 @@ class PortBrowser : public RegisterSheet {
   [[nodiscard]] bool IsEditable(int column) const override;
   [[nodiscard]] int Rows() const override { return kProcessorRegisters; }
   [[nodiscard]] std::string TextOf(int row, int column) const override;
+  [[nodiscard]] int RoomForRemarks() const override { return 4; }  // bits are longer than the head
 
  protected:
   [[nodiscard]] LinkResult BeginReading() override;

@@ -55,6 +55,9 @@ class RegisterSheet : public ServiceScreen {
   [[nodiscard]] virtual bool IsEditable(int column) const = 0;
   [[nodiscard]] virtual int Rows() const = 0;
 
+  // Characters that a text of the last column may be longer once it has a remark.
+  [[nodiscard]] virtual int RoomForRemarks() const { return 0; }
+
   // What a cell says.
   [[nodiscard]] virtual std::string TextOf(int row, int column) const = 0;
 

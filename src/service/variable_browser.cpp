@@ -10,10 +10,8 @@ namespace {
 constexpr int kOwnType = 4;  // the variant of which this system knows the registers
 constexpr std::chrono::seconds kLongestWait{5};
 constexpr const char* kSeriesTitle = "recorded input";
-constexpr BothLanguages kInHand{"   held for ", "   zurückgehalten für "};
-constexpr BothLanguages kNotRead{"   not read, being checked for ",
-                                 "   nicht gelesen, wird geprüft für "};
-
+constexpr BothLanguages kInHand{"   held for ", "   gehalten für "};
+constexpr BothLanguages kNotRead{"   being checked for ", "   in Prüfung für "};
 constexpr int kHexColumn = 1;
 constexpr int kDecColumn = 2;
 constexpr RegisterSheet::Heads kHeads = {"addr", "hex", "dec", "designation"};

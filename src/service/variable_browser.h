@@ -27,6 +27,7 @@ class VariableBrowser : public RegisterSheet {
   [[nodiscard]] bool IsEditable(int column) const override;
   [[nodiscard]] int Rows() const override { return layout_.Rows(); }
   [[nodiscard]] std::string TextOf(int row, int column) const override;
+  [[nodiscard]] int RoomForRemarks() const override { return 20; }
 
  protected:
   [[nodiscard]] LinkResult BeginReading() override;

@@ -268,8 +268,10 @@ TEST_F(BrowserForms, ShowThePortsBitByBit) {
     Key(Qt::Key_Return);
     EXPECT_EQ(Cell(4, 2), "81");
     EXPECT_EQ(Cell(4, 3), " 1  0  0  0     0  0  0  1 ");
+    const int room = Grid()->columnWidth(3);
+    EXPECT_GT(room, Grid()->fontMetrics().horizontalAdvance(At(4, 3).data().toString()) + 8);
     EXPECT_EQ(Grid()->model()->headerData(3, Qt::Horizontal).toString(),
-              "7  6  5  4     3  2  1  0");
+              " 7  6  5  4     3  2  1  0");
     Key(Qt::Key_Escape);
   });
   screens.Run(View::kAllRegs);

@@ -28,9 +28,7 @@ constexpr int kInset = 1;
 constexpr int kNarrower = 5;
 constexpr int kLower = 2;
 
-// The widest that a column has beside its head.
-constexpr const char* kWidestValue = "-32768";
-constexpr const char* kWidestText = " * K = JK-Int(JK))*65536   ";
+constexpr int kValueCharacters = 6;  // "-32768"
 
 QColor ColourOf(Colour colour) {
   return {colour.Red, colour.Green, colour.Blue};
@@ -38,6 +36,23 @@ QColor ColourOf(Colour colour) {
 
 bool IsEnter(const QKeyEvent& event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+// Addresses and values stand in the middle, words at the left.
+QVariant AlignmentOf(const RegisterSheet& sheet, int column) {
+  const bool is_words = column > 0 && !sheet.IsEditable(column);
+  return is_words ? QVariant(Qt::AlignLeft | Qt::AlignVCenter) : QVariant(Qt::AlignCenter);
+}
+
+// The widest text that a column has, in characters.
+int WidestOf(const RegisterSheet& sheet, int column) {
+  std::size_t widest = sheet.ColumnHeads().at(static_cast<std::size_t>(column)).size();
+  for (int row = 0; row < sheet.Rows(); ++row) {
+    widest = std::max(widest, sheet.TextOf(row, column).size());
+  }
+  const int room = column == kLastColumn ? sheet.RoomForRemarks() : kValueCharacters;
+  return column == kLastColumn ? static_cast<int>(widest) + room
+                               : std::max(static_cast<int>(widest), room);
 }
 
 }  // namespace
@@ -62,8 +77,7 @@ QVariant RegisterCells::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
       return QtText(sheet_.SpokenOf(index.row(), index.column()));
     case Qt::TextAlignmentRole:
-      return index.column() == kLastColumn ? QVariant(Qt::AlignLeft | Qt::AlignVCenter)
-                                           : QVariant(Qt::AlignCenter);
+      return AlignmentOf(sheet_, index.column());
     case Qt::BackgroundRole:
       return GroundOf(index);
     case Qt::ForegroundRole:
@@ -91,10 +105,11 @@ QVariant RegisterCells::headerData(int section, Qt::Orientation orientation, int
     return {};
   }
   if (role == Qt::DisplayRole) {
-    return QtText(sheet_.ColumnHeads().at(static_cast<std::size_t>(section)));
+    const QString head = QtText(sheet_.ColumnHeads().at(static_cast<std::size_t>(section)));
+    return section == kLastColumn ? " " + head : head;  // its texts begin with a blank
   }
-  if (role == Qt::TextAlignmentRole && section == kLastColumn) {
-    return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+  if (role == Qt::TextAlignmentRole) {
+    return AlignmentOf(sheet_, section);
   }
   return QAbstractTableModel::headerData(section, orientation, role);
 }
@@ -117,7 +132,6 @@ RegisterGrid::RegisterGrid(const RegisterSheet& sheet, QWidget* parent)
   Arrange();
   setCurrentIndex(cells_->index(0, 1));
   txt_edit_->setObjectName("txtEdit");
-  txt_edit_->setAutoFillBackground(true);
   txt_edit_->setAlignment(Qt::AlignCenter);
   txt_edit_->setFont(font());
   txt_edit_->installEventFilter(this);
@@ -149,15 +163,13 @@ void RegisterGrid::Arrange() {
   horizontalHeader()->setMinimumSectionSize(1);
   horizontalHeader()->setStretchLastSection(true);
   for (int column = 0; column < RegisterSheet::kColumns; ++column) {
+    widths_.at(static_cast<std::size_t>(column)) = WidthOf(column);
     setColumnWidth(column, WidthOf(column));
   }
 }
 
 int RegisterGrid::WidthOf(int column) const {
-  const QString head = QtText(sheet_.ColumnHeads().at(static_cast<std::size_t>(column)));
-  const QString widest = column == kLastColumn ? kWidestText : kWidestValue;
-  return std::max(fontMetrics().horizontalAdvance(head), fontMetrics().horizontalAdvance(widest)) +
-         kColumnPadding;
+  return WidestOf(sheet_, column) * fontMetrics().horizontalAdvance('0') + kColumnPadding;
 }
 
 int RegisterGrid::HeightOf(int rows) const {
@@ -171,8 +183,8 @@ QSize RegisterGrid::sizeHint() const {
 
 QSize RegisterGrid::minimumSizeHint() const {
   int width = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
-  for (int column = 0; column < RegisterSheet::kColumns; ++column) {
-    width += WidthOf(column);
+  for (const int column_width : widths_) {
+    width += column_width;
   }
   return {width, HeightOf(kFewestRows)};
 }
@@ -202,6 +214,9 @@ void RegisterGrid::BeginEdit() {
   const std::string head(sheet_.ColumnHeads().at(static_cast<std::size_t>(edit.Column)));
   txt_edit_->setAccessibleName(QtText(sheet_.TextOf(edit.Row, 0) + " " + head));
   txt_edit_->setText(QtText(edit.Text));
+  QPalette opaque = txt_edit_->palette();  // the text of the cell is beneath it
+  opaque.setColor(QPalette::Base, palette().color(QPalette::Base));
+  txt_edit_->setPalette(opaque);
   PlaceEdit();
   txt_edit_->show();
   SelectEdit();

@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QTableView>
+#include <array>
 
 #include "service/register_sheet.h"
 #include "widgets/cell_edit.h"
@@ -73,6 +74,7 @@ class RegisterGrid : public QTableView {
   const RegisterSheet& sheet_;
   RegisterCells* cells_;
   CellEdit* txt_edit_;
+  std::array<int, RegisterSheet::kColumns> widths_{};
   int version_ = 0;
   int edit_ = 0;  // the number of the edit that is shown; 0: none
 };
