@@ -74,7 +74,7 @@ void RegisterSheet::CloseNow() {
 }
 
 std::string RegisterSheet::SpokenOf(int row, int column) const {
-  const std::string address = TextOf(row, 0);
+  std::string address = TextOf(row, 0);
   const std::string text = Trim(TextOf(row, column));
   if (column == 0) {
     return address;

@@ -2,7 +2,9 @@
 #include <QHeaderView>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <algorithm>
 
+#include "main/main_menu.h"
 #include "service/forms/register_sheet_form.h"
 #include "tests/forms/modal_bench.h"
 #include "tests/support/bench_program.h"
@@ -49,6 +51,17 @@ class BrowserForms : public ModalDeeds {
   BenchProgram bench;
   FormScreens screens{bench};
 };
+
+TEST_F(BrowserForms, StandInTheMenu) {
+  for (const char* control : {"MnuVariables", "MnuRegisters"}) {
+    const auto entry = std::find_if(kMainMenu.begin(), kMainMenu.end(),
+                                    [&](const MenuEntry& each) { return each.Control == control; });
+    ASSERT_NE(entry, kMainMenu.end());
+    EXPECT_TRUE(screens.Has(entry->Opens)) << control;
+    EXPECT_TRUE(entry->HidesCommands);
+    EXPECT_FALSE(entry->StopsCycle) << "the recordings go on";
+  }
+}
 
 TEST_F(BrowserForms, ShowAllRegistersAndHowFarTheReadingIs) {
   Start();

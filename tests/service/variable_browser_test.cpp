@@ -355,6 +355,17 @@ TEST_P(AVariableBrowser, HidesTheSignAtEachAnswerEvenABadOne) {
   }
 }
 
+TEST_P(AVariableBrowser, HidesTheSignWhenThePortFailsInTheMiddleOfAnExchange) {
+  OpenIt();
+  bench.line.silent = {3};
+  Pulses(4);
+  EXPECT_TRUE(browser.ComIcon());
+  bench.port.answer = [this](const std::string&) { return bench.port.Vanish(), ""; };
+  Pulses(1);
+  EXPECT_EQ(bench.link.ComResult, LinkResult::kPortError);
+  EXPECT_FALSE(browser.ComIcon());
+}
+
 TEST_P(AVariableBrowser, TakesNoReplyOfAnotherRegisterForItsOwn) {
   OpenIt();
   Set('G', 0, 0x111);
