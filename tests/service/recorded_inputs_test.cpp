@@ -325,6 +325,36 @@ TEST_P(ClearedSeries, KeepTheirRows) {
   }
 }
 
+// The set in hand has its value of the input already: what is gone belongs to the sets behind it.
+TEST_F(RecordedInputs, KeepTheirRowsIfTheyAreClearedInTheMiddleOfASet) {
+  line.clearing_pauses = true;
+  Begin({12, 3, 10, seconds(2)});
+  bench.Run(125);
+  OpenIt();
+  Load(60);
+  while (line.Waiting(kInet, 1) != 1 || line.Waiting(kInet, 2) != 0 ||
+         bench.state.SampleSeen[12][1]) {
+    bench.Run(0.05);
+  }
+  ASSERT_TRUE(bench.engine.ReadSample({12}, 1));
+  ASSERT_TRUE(bench.state.SampleSeen[12][1]);
+  const std::size_t before = Sets().size();
+  browser.Grid_Click(RowOf('R', 1), kDec);
+  EXPECT_TRUE(browser.Commit("0"));
+  browser.CloseNow();
+  bench.Run(120);
+  const auto sets = Sets();
+  ASSERT_GT(sets.size(), before + 5);
+  for (std::size_t row = 0; row < sets.size(); ++row) {
+    const int set = static_cast<int>(row) + 1;
+    EXPECT_EQ(sets[row], (std::vector<int>{row == before + 1 ? set - 1 : set, set, set})) << row;
+  }
+  ASSERT_EQ(bench.dialogs.announced.size(), 1U);
+  EXPECT_EQ(bench.dialogs.announced[0].Text,
+            std::string(kFile) + ": row " + std::to_string(before + 2) +
+                ", input 1: cleared by hand; the value before it stands in its place");
+}
+
 TEST_P(FailingReads, OfTheClearingAreMadeUpForToo) {
   Begin({9, 5, 10, milliseconds(0)});
   bench.Run(125);
