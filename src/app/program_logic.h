@@ -28,7 +28,9 @@
 #include "platform/serial_port.h"
 #include "platform/shell.h"
 #include "service/link_watch.h"
+#include "service/port_browser.h"
 #include "service/service_screen.h"
+#include "service/variable_browser.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
@@ -116,6 +118,8 @@ struct ProgramLogic {
   LinkWatch link_watch;
   ServiceParts service{state,           link,           link_watch,   engine,
                        machine.dialogs, machine.events, machine.clock};
+  VariableBrowser variable_browser{service};
+  PortBrowser port_browser{service};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

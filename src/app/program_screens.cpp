@@ -6,6 +6,7 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/register_sheet_form.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
@@ -47,6 +48,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
+  AddServiceForms();
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -84,6 +86,11 @@ void ProgramScreens::AddServiceForm(Screen& screen) {
     }
     screen.CloseNow();
   });
+}
+
+void ProgramScreens::AddServiceForms() {
+  AddServiceForm<AllRam>(logic_.variable_browser);
+  AddServiceForm<AllRegs>(logic_.port_browser);
 }
 
 // These show the hourglass themselves while they search and copy.
