@@ -28,6 +28,9 @@
 #include "platform/serial_port.h"
 #include "platform/shell.h"
 #include "service/link_watch.h"
+#include "service/output_records.h"
+#include "service/output_recovery.h"
+#include "service/output_test.h"
 #include "service/service_screen.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
@@ -115,6 +118,10 @@ struct ProgramLogic {
   LinkWatch link_watch;
   ServiceParts service{state,           link,           link_watch,   engine,
                        machine.dialogs, machine.events, machine.clock};
+  OutputRecords output_records{state, messages};
+  OutputTest output_test{service, output_records};
+  OutputRecovery output_recovery{
+      {state, link, engine.Orders(), output_records, machine.dialogs, machine.clock}};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

@@ -6,6 +6,7 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/sp_tavhs.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
@@ -47,6 +48,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
+  AddServiceForm<SpTavHs>(logic.output_test);
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -144,7 +146,7 @@ void ProgramScreens::ShowWaitBar() {
 MainCycle::TickHandlers ProgramScreens::Handlers() {
   return {[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
           [this](int slot) { logic_.runner.StepProgram(slot); },
-          [this] { return logic_.unsure.ReadBack(); }};
+          [this] { return logic_.output_recovery.Step() || logic_.unsure.ReadBack(); }};
 }
 
 void ProgramScreens::RefreshWorksheet() {
