@@ -32,6 +32,7 @@
 #include "service/output_recovery.h"
 #include "service/output_test.h"
 #include "service/service_screen.h"
+#include "service/terminal.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
@@ -122,6 +123,7 @@ struct ProgramLogic {
   OutputTest output_test{service, output_records};
   OutputRecovery output_recovery{
       {state, link, engine.Orders(), output_records, machine.dialogs, machine.clock}};
+  Terminal terminal{service};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

@@ -6,6 +6,7 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/all_term.h"
 #include "service/forms/sp_tavhs.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
@@ -45,6 +46,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
   AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
+  AddFormToOpen<AllTerm>(View::kAllTerm, logic.terminal);
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "files/column_keeper.h"
 #include "files/held_set.h"
@@ -95,6 +96,11 @@ class RecordingEngine {
   // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
   // to be saved afterwards.
   [[nodiscard]] std::string SaveSetInHand(int slot);
+
+  // Somebody else is about to read X of an input that the recordings of `slots` use, or to clear
+  // its series, and nobody will hear what the instrument said: the pump compares the columns before
+  // it takes the next value. On the disk before this returns.
+  void DoubtInput(const std::vector<int>& slots, int input);
 
   // How long all recordings that run can do without the pump at least, until the first of their
   // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
