@@ -37,8 +37,8 @@ bool IsOfTest(std::int16_t status) {
 }  // namespace
 
 bool OutputRecovery::Step() {
-  SaveIfDue();
-  if (parts_.link.Simulated || !parts_.records.Load()) {
+  TendFile();
+  if (parts_.link.Simulated || !is_loaded_) {
     return false;
   }
   TakeRecords();
@@ -60,10 +60,12 @@ bool OutputRecovery::Step() {
   return true;
 }
 
-void OutputRecovery::SaveIfDue() {
+// What the disk refuses now is tried again every ten seconds.
+void OutputRecovery::TendFile() {
   const Time now = parts_.clock.Elapsed();
-  if (now >= next_save_) {
-    next_save_ = now + kTryAgain;
+  if (now >= next_look_) {
+    next_look_ = now + kTryAgain;
+    is_loaded_ = parts_.records.Load();
     parts_.records.Save();
   }
 }

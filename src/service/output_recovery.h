@@ -56,7 +56,7 @@ class OutputRecovery {
   };
 
   void TakeRecords();
-  void SaveIfDue();
+  void TendFile();
   [[nodiscard]] bool IsHeld(const OutputRecord& record) const;
   void Work(Debt& debt);
   [[nodiscard]] LinkResult DoStage(Debt& debt);
@@ -71,7 +71,8 @@ class OutputRecovery {
   Parts parts_;
   std::vector<Debt> debts_;
   std::vector<Return> returns_;
-  Time next_save_{};
+  Time next_look_{};
+  bool is_loaded_ = false;
 };
 
 }  // namespace tavrel

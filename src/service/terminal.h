@@ -79,6 +79,9 @@ class Terminal : public ModalScreen {
 };
 
 inline constexpr std::array kTerminalTips = {
+    ToolTip{"Term",
+            {" Escape is sent to the instrument, the tab key leaves the text ",
+             " Escape wird an das Gerät gesendet, die Tabulatortaste verlässt den Text "}},
     ToolTip{"Chk_Echo", {" show what is typed ", " Eingaben anzeigen "}},
 };
 

@@ -239,7 +239,9 @@ TEST_F(ATerminalBesideARecording, AsksAboutACommandThatWasSentInPieces) {
   bench.dialogs.ok = false;
   Type("ZX21?");
   EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
-  EXPECT_EQ(Sent(), Texts{"Z"});
+  Type("R21=Z0\r");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(Sent(), (Texts{"Z", "R21=Z"}));
 }
 
 TEST_F(ATerminalBesideARecording, MakesThePumpCompareTheColumnsAfterwards) {

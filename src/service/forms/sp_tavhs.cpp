@@ -16,6 +16,8 @@ constexpr const char* kNotes =
     "c)   common supply  (watchdog)\n"
     "      must always be switched on";
 
+constexpr const char* kPleaseWait = "Please wait ...";
+
 Lamp::State StateOf(OutputLamp lamp) {
   switch (lamp) {
     case OutputLamp::kOn:
@@ -43,6 +45,7 @@ SpTavHs::SpTavHs(OutputTest& test, SteppedScreens& stepped)
   below->addWidget(MakeWatchdog(), 0, Qt::AlignTop);
   lb_wait_ = new QLabel(this);
   lb_wait_->setObjectName("lbWait");
+  lb_wait_->setMinimumWidth(fontMetrics().horizontalAdvance(kPleaseWait) + kNarrowMargin);
   auto* instrument = new QLabel(QtText(test_.Instrument()), this);
   instrument->setObjectName("LblInstrument");
   QBoxLayout* foot = MakeFoot();
@@ -113,7 +116,7 @@ void SpTavHs::UpdateWidgets() {
     channel.heater->Show(StateOf(test_.HeaterLamp(ctrl)));
     channel.safety->Show(StateOf(test_.SafetyLamp(ctrl)));
   }
-  ShowText(*lb_wait_, test_.lbWait() ? "Please wait ..." : "");
+  ShowText(*lb_wait_, test_.lbWait() ? kPleaseWait : "");
 }
 
 }  // namespace tavrel
