@@ -27,6 +27,7 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "service/communication_test.h"
 #include "service/link_watch.h"
 #include "service/service_screen.h"
 #include "setup/channel_adjustment.h"
@@ -113,8 +114,11 @@ struct ProgramLogic {
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
   Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   LinkWatch link_watch;
-  ServiceParts service{state,           link,           link_watch,   engine,
-                       machine.dialogs, machine.events, machine.clock};
+  ServiceParts service{state,           link,
+                       link_watch,      engine,
+                       machine.dialogs, machine.events,
+                       machine.clock,   [this](int slot) { return sheet.IsControllerOn(slot); }};
+  CommunicationTest communication_test{service};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

@@ -6,6 +6,7 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/all_com.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
@@ -47,6 +48,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
+  AddServiceForm<AllCom>(logic.communication_test);
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });

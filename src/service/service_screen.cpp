@@ -10,9 +10,13 @@ void ServiceScreen::Step() {
   }
 }
 
-void ServiceScreen::OpenScreen() {
+int ServiceScreen::SelectedInet() const {
+  return std::max(parts_.state.ActiveInet, 1);
+}
+
+void ServiceScreen::OpenScreen(int inet) {
   ModalScreen::OpenScreen();
-  inet_ = std::max(parts_.state.ActiveInet, 1);
+  inet_ = inet;
   com_icon_ = false;
 }
 

@@ -2,6 +2,7 @@
 #define TAVREL_SERVICE_SERVICE_SCREEN_H_
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "base/language.h"
@@ -26,6 +27,7 @@ struct ServiceParts {
   Dialogs& dialogs;
   Events& events;
   const Clock& clock;
+  std::function<bool(int slot)> is_controller_on;  // as far as the sheet knows
 };
 
 // A screen of the service: it works on one instrument, the one that is selected when it opens, and
@@ -62,8 +64,13 @@ class ServiceScreen : public ModalScreen {
   // One short step, as SteppedScreens tells.
   virtual void TakeStep() = 0;
 
-  // ModalScreen's, and the instrument is chosen.
-  void OpenScreen();
+  // The instrument that is selected; the first one while none is.
+  [[nodiscard]] int SelectedInet() const;
+
+  // ModalScreen's, for that instrument. Without a number it is the selected one; one that has asked
+  // its user about an instrument opens for that one, whatever was selected meanwhile.
+  void OpenScreen() { OpenScreen(SelectedInet()); }
+  void OpenScreen(int inet);
 
   // " Tavrel-" and the number of the instrument.
   [[nodiscard]] std::string InstrumentName() const;
