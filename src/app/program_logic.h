@@ -29,7 +29,10 @@
 #include "platform/shell.h"
 #include "service/communication_test.h"
 #include "service/link_watch.h"
+#include "service/memory_test.h"
+#include "service/quality_data.h"
 #include "service/service_screen.h"
+#include "service/watchdog_test.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
@@ -119,6 +122,9 @@ struct ProgramLogic {
                        machine.dialogs, machine.events,
                        machine.clock,   [this](int slot) { return sheet.IsControllerOn(slot); }};
   CommunicationTest communication_test{service};
+  MemoryTest memory_test{service};
+  WatchdogTest watchdog_test{service};
+  QualityData quality_data{service, machine.regional};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

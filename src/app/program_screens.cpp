@@ -7,6 +7,9 @@
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
 #include "service/forms/all_com.h"
+#include "service/forms/all_mem.h"
+#include "service/forms/all_qs.h"
+#include "service/forms/all_wdog.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
@@ -49,6 +52,9 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
   AddServiceForm<AllCom>(logic.communication_test);
+  AddServiceForm<AllMem>(logic.memory_test);
+  AddServiceForm<AllWdog>(logic.watchdog_test);
+  AddServiceForm<AllQs>(logic.quality_data);
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });

@@ -26,8 +26,8 @@ void ServiceScreen::CloseNow() {
   parts_.events.SetPointer(Pointer::kNormal);
 }
 
-std::string ServiceScreen::InstrumentName() const {
-  return " Tavrel-" + std::to_string(inet_);
+std::string ServiceScreen::InstrumentName(int inet) {
+  return " Tavrel-" + std::to_string(inet);
 }
 
 bool ServiceScreen::MissesAnswer(LinkResult result, int set_back) {

@@ -72,8 +72,9 @@ class ServiceScreen : public ModalScreen {
   void OpenScreen() { OpenScreen(SelectedInet()); }
   void OpenScreen(int inet);
 
-  // " Tavrel-" and the number of the instrument.
-  [[nodiscard]] std::string InstrumentName() const;
+  // " Tavrel-" and the number of an instrument; without a number it is that of the screen.
+  [[nodiscard]] std::string InstrumentName() const { return InstrumentName(inet_); }
+  [[nodiscard]] static std::string InstrumentName(int inet);
 
   // Takes the result of an exchange of a step; see LinkWatch. ComIcon follows it.
   bool MissesAnswer(LinkResult result, int set_back = LinkWatch::kMostMisses);

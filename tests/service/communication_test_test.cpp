@@ -4,42 +4,15 @@
 
 #include <deque>
 
-#include "tests/service/service_bench.h"
-#include "tests/support/line_failure.h"
-#include "tests/support/plugin_line.h"
+#include "tests/service/service_line.h"
 
 namespace tavrel {
 namespace {
 
-constexpr const char* kEsc = "\x1b";
-
-// The communication test on a line whose replies the test may change.
-// Levers: numbers (what the random numbers are, in their order; 0.5 behind them), replies (what
-// comes in place of the next answers, in their order; "good" is the answer itself).
-class TheCommunicationTest : public ServiceBench {
+// Levers: numbers (what the random numbers are, in their order; 0.5 behind them), and those of the
+// line.
+class TheCommunicationTest : public ServiceLine {
  protected:
-  TheCommunicationTest() {
-    bench.port.answer = [this](const std::string& command) { return Answer(command); };
-  }
-  void StartOn(int com_mode, int inet) {
-    bench.state.Settings.ComMode = com_mode;
-    Start();
-    bench.state.ActiveInet = inet;
-  }
-  std::string Answer(const std::string& command) {
-    if (command == kEsc) {
-      return "";
-    }
-    const bool is_direct = bench.state.Settings.ComMode == 0;
-    const std::string words = is_direct ? command : InDirectWords(command);
-    const std::string answer = bench.line.Answer(words);
-    if (replies.empty()) {
-      return answer;
-    }
-    const std::string reply = replies.front();
-    replies.pop_front();
-    return reply == "good" ? answer : reply;
-  }
   double Next() {
     if (numbers.empty()) {
       return 0.5;
@@ -57,7 +30,6 @@ class TheCommunicationTest : public ServiceBench {
 
   using Counts = std::vector<std::uint32_t>;
   std::deque<double> numbers;
-  std::deque<std::string> replies;
   CommunicationTest screen{bench.service, [this] { return Next(); }};
 };
 
