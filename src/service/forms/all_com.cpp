@@ -11,7 +11,7 @@ namespace tavrel {
 namespace {
 
 constexpr const char* kWidestCount = "4294967295";
-constexpr const char* kWidestWord = "DDDD";
+constexpr int kRowGap = 8;
 constexpr int kGap = 1;  // column between writes and reads
 
 std::string Decimal(std::uint32_t count) {
@@ -28,7 +28,6 @@ AllCom::AllCom(CommunicationTest& test, SteppedScreens& stepped)
   foot->addWidget(reset);
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(MakeCounters());
-  column->addLayout(MakeFaults());
   column->addLayout(foot);
   ShowTips(kCommunicationTips, test_.TipLanguage());
   reset->setFocus();
@@ -50,33 +49,32 @@ void AllCom::AddCounters(QGridLayout& grid, int column, const char* name,
 QGridLayout* AllCom::MakeCounters() {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kNarrowMargin);
+  grid->setVerticalSpacing(kRowGap);
   AddCounters(*grid, 0, "Lbl_W", kWriteCaptions, lbl_w_);
   AddCounters(*grid, kGap + 2, "Lbl_R", kReadCaptions, lbl_r_);
   grid->setColumnMinimumWidth(kGap + 1, kWideMargin);
   const int last = static_cast<int>(kReadCaptions.size()) - 1;
-  lbl_f_ = MakeValue("Lbl_F", "Failures:", kWidestCount);
-  grid->addWidget(new MutedLabel("Failures:", this), last, 0);
-  grid->addWidget(lbl_f_, last, 1);
+  lbl_f_ = AddValue(*grid, last, 0, "Lbl_F", "Failures:");
+  grid->setRowMinimumHeight(last + 1, kRowGap);
+  AddFaults(*grid, last + 2);
   return grid;
 }
 
+QLabel* AllCom::AddValue(QGridLayout& grid, int row, int column, const char* name,
+                         const char* caption) {
+  QLabel* value = MakeValue(name, caption, kWidestCount);
+  grid.addWidget(new MutedLabel(caption, this), row, column);
+  grid.addWidget(value, row, column + 1);
+  return value;
+}
+
 // The last faults, which keep their place while there is none.
-QGridLayout* AllCom::MakeFaults() {
-  auto* grid = new QGridLayout;
-  grid->setHorizontalSpacing(kNarrowMargin);
-  lbl_is_ = MakeValue("Lbl_is", "is:", kWidestWord);
-  lbl_should_ = MakeValue("Lbl_should", "should be:", kWidestWord);
+void AllCom::AddFaults(QGridLayout& grid, int row) {
+  lbl_is_ = AddValue(grid, row, 0, "Lbl_is", "is:");
+  lbl_should_ = AddValue(grid, row, kGap + 2, "Lbl_should", "should be:");
   lbl_reply_ = MakeValue("Lbl_reply", "reply:", "");
-  lbl_reply_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  grid->addWidget(new MutedLabel("is:", this), 0, 0);
-  grid->addWidget(lbl_is_, 0, 1);
-  grid->addWidget(new MutedLabel("should be:", this), 0, 3);
-  grid->addWidget(lbl_should_, 0, 4);
-  grid->addWidget(new MutedLabel("reply:", this), 1, 0);
-  grid->addWidget(lbl_reply_, 1, 1, 1, 5);
-  grid->setColumnMinimumWidth(2, kWideMargin);
-  grid->setColumnStretch(5, 1);
-  return grid;
+  grid.addWidget(new MutedLabel("reply:", this), row + 1, 0);
+  grid.addWidget(lbl_reply_, row + 1, 1, 1, -1);
 }
 
 void AllCom::UpdateWidgets() {

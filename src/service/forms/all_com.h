@@ -25,7 +25,9 @@ class AllCom : public ServiceForm {
   void AddCounters(QGridLayout& grid, int column, const char* name,
                    std::span<const char* const> captions, std::span<QLabel*> values);
   [[nodiscard]] QGridLayout* MakeCounters();
-  [[nodiscard]] QGridLayout* MakeFaults();
+  [[nodiscard]] QLabel* AddValue(QGridLayout& grid, int row, int column, const char* name,
+                                 const char* caption);
+  void AddFaults(QGridLayout& grid, int row);
 
   CommunicationTest& test_;
   std::array<QLabel*, kWriteCaptions.size()> lbl_w_{};

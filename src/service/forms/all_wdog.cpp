@@ -11,6 +11,7 @@
 namespace tavrel {
 namespace {
 
+constexpr int kRowGap = 6;
 constexpr const char* kWidestPeriod = "> 3000000";
 constexpr const char* kOutOfLimits = "out of limits !";
 
@@ -32,6 +33,7 @@ AllWdog::AllWdog(WatchdogTest& test, SteppedScreens& stepped)
   lbl_delay_->setMinimumWidth(lbl_delay_->fontMetrics().horizontalAdvance(kWidestPeriod));
   lbl_error_ = MakeValue("Lbl_error", "", kOutOfLimits);
   auto* results = new QVBoxLayout;
+  results->setSpacing(kRowGap);
   results->addWidget(lbl_delay_);
   results->addWidget(lbl_error_);
   results->addStretch(1);
@@ -52,6 +54,7 @@ AllWdog::AllWdog(WatchdogTest& test, SteppedScreens& stepped)
 QGridLayout* AllWdog::MakeLimits() {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kNarrowMargin);
+  grid->setVerticalSpacing(kRowGap);
   for (std::size_t place = 0; place < kLimits.size(); ++place) {
     const int row = static_cast<int>(place);
     auto* number = new MutedLabel(QString::number(kLimits.at(place).milliseconds), this);
