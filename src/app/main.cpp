@@ -1,6 +1,9 @@
 #include <QApplication>
 #include <QTimer>
+#include <cstdio>
 #include <memory>
+#include <optional>
+#include <string_view>
 
 #include "app/program_logic.h"
 #include "app/program_screens.h"
@@ -124,7 +127,7 @@ class Program {
   QtScreens screens_;
   QtShell shell_;
   QtSignals signals_;
-  QtSerialPort port_{ProgramDirectory()};
+  QtSerialPort port_{PortLinkDirectory()};
   QtPrinter qt_printer_{events_};
   CupsQueues queues_;
   CheckedPrinter printer_{qt_printer_, queues_};
@@ -141,10 +144,40 @@ class Program {
   bool is_ending_ = false;                           // somebody outside wants the end
 };
 
+constexpr const char* kUsage =
+    "usage: tavrel [--help | --version]\n"
+    "\n"
+    "Records, controls and evaluates furnaces and autoclaves. Port, directories and language\n"
+    "are chosen in the program's settings.\n";
+constexpr int kWrongUsage = 2;
+
+// What is asked for on the command line needs no display. Empty: the program is to start; the
+// options of the toolkit, which begin with a single "-", are its own.
+std::optional<int> AnswerCommandLine(int count, char** arguments) {
+  for (int place = 1; place < count; ++place) {
+    const std::string_view argument(arguments[place]);
+    if (argument == "--version") {
+      return std::printf("tavrel %s\n", kVersion) > 0 ? 0 : 1;
+    }
+    if (argument == "--help") {
+      return std::fputs(kUsage, stdout) >= 0 ? 0 : 1;
+    }
+    if (argument.starts_with("--")) {
+      static_cast<void>(
+          std::fprintf(stderr, "tavrel: unknown option %s\n%s", arguments[place], kUsage));
+      return kWrongUsage;
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 }  // namespace tavrel
 
 int main(int count, char** arguments) {
+  if (const auto status = tavrel::AnswerCommandLine(count, arguments)) {
+    return *status;
+  }
   QApplication application(count, arguments);
   QApplication::setApplicationName(QStringLiteral("TAVREL"));
   QApplication::setApplicationVersion(QLatin1String(tavrel::kVersion));

@@ -70,7 +70,8 @@ struct Machine {
 // The logic of the whole program, joined: one instance for the life of the process. The program
 // joins it to its forms, a test to its doubles, a benchmark to the real machine.
 struct ProgramLogic {
-  explicit ProgramLogic(const Machine& on) : machine(on) {}
+  explicit ProgramLogic(const Machine& on);
+  ~ProgramLogic();
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 

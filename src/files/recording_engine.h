@@ -138,8 +138,8 @@ class RecordingEngine {
   void MendColumns(int slot);
   // A word and when it was read.
   struct TimedWord {
-    std::int16_t word;
-    ColumnKeeper::Exchange when;
+    std::int16_t word = 0;
+    ColumnKeeper::Exchange when{};
   };
   [[nodiscard]] std::optional<TimedWord> ReadForColumns(int slot, const char* letter, int input);
   void CountForColumns(int slot, int input);

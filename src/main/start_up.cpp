@@ -26,12 +26,22 @@ constexpr const char* kStopIsDone = "It is off now.";
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
 
+// What cannot be written there later says so itself.
+std::string MakeOwnDirectory() {
+  const std::string own = UserDataDirectory();
+  static_cast<void>(MakeDirectory(own));
+  return AddSeparator(own);
+}
+
 }  // namespace
 
-// Settings and data stand beside the program, or, where nothing can be written there, in the
-// user's own directory. A probe that fails for another reason says nothing about that: the program
-// would come up with other settings and without its tests.
+// Settings and data stand beside the program, or, where nothing can be written there or a package
+// has installed it, in the user's own directory. A probe that fails for another reason says nothing
+// about that: the program would come up with other settings and without its tests.
 std::optional<std::string> StartUp::HomeOf(const std::string& program_path) const {
+  if (IsInstalledByPackage(program_path)) {
+    return MakeOwnDirectory();
+  }
   NoAnswer no_answer;
   bool is_writable = IsWritable(program_path, no_answer);
   while (no_answer.Why != Failure::kNone) {
@@ -43,12 +53,7 @@ std::optional<std::string> StartUp::HomeOf(const std::string& program_path) cons
     }
     is_writable = IsWritable(program_path, no_answer);
   }
-  if (is_writable) {
-    return AddSeparator(program_path);
-  }
-  const std::string own = UserDataDirectory();
-  static_cast<void>(MakeDirectory(own));  // what cannot be written later says so itself
-  return AddSeparator(own);
+  return is_writable ? AddSeparator(program_path) : MakeOwnDirectory();
 }
 
 bool StartUp::SplashLoad(const std::string& program_path, const TakeLock& take_lock) {

@@ -527,4 +527,14 @@ std::string UserDataDirectory() {
   return JoinPath(HomeDirectory(), ".local/share/tavrel");
 }
 
+bool IsInstalledByPackage(const std::string& program_directory) {
+  std::error_code error;
+  return fs::exists(JoinPath(program_directory, "installed-by-package"), error);
+}
+
+std::string PortLinkDirectory() {
+  const std::string program = ProgramDirectory();
+  return IsInstalledByPackage(program) ? UserDataDirectory() : program;
+}
+
 }  // namespace tavrel

@@ -123,6 +123,14 @@ void WorkIn(const std::string& directory);
 // written: $XDG_DATA_HOME/tavrel or ~/.local/share/tavrel. It need not exist.
 [[nodiscard]] std::string UserDataDirectory();
 
+// True if a package has laid the program into that directory. Then it belongs to the package, and
+// nobody's own files are laid there, also where root could.
+[[nodiscard]] bool IsInstalledByPackage(const std::string& program_directory);
+
+// Where links COMn stand that say which device a serial port is: beside the program, or, where a
+// package has installed it, among the user's own files.
+[[nodiscard]] std::string PortLinkDirectory();
+
 }  // namespace tavrel
 
 #endif  // TAVREL_PLATFORM_FILE_SYSTEM_H_

@@ -61,4 +61,8 @@ std::string SerialDevice(int number, const std::string& program_directory,
   return JoinPath(device_directory, SystemName(number));
 }
 
+bool IsLaidByHand(int number, const std::string& device, const std::string& device_directory) {
+  return device != JoinPath(device_directory, SystemName(number));
+}
+
 }  // namespace tavrel

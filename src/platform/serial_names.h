@@ -18,6 +18,10 @@ inline constexpr int kSerialPorts = 30;  // COM1 to COM30
 [[nodiscard]] std::string SerialDevice(int number, const std::string& program_directory,
                                        const std::string& device_directory = "/dev");
 
+// True if that path of SerialDevice is one of 1 and 2: somebody has said which device it is.
+[[nodiscard]] bool IsLaidByHand(int number, const std::string& device,
+                                const std::string& device_directory = "/dev");
+
 }  // namespace tavrel
 
 #endif  // TAVREL_PLATFORM_SERIAL_NAMES_H_

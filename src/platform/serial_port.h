@@ -27,7 +27,9 @@ class SerialPort {
   virtual ~SerialPort() = default;
 
   // Opens port COM`number` (1..30) with `settings` such as "4800,n,8,2": speed, parity (e, n
-  // or o), data bits, stop bits; no flow control. Closes what was open before.
+  // or o), data bits, stop bits; no flow control. Closes what was open before. A device that was
+  // open under that number and is away is waited for, so this fails once; the next time the number
+  // means whatever has its name then.
   [[nodiscard]] virtual PortOpening Open(int number, std::string_view settings) = 0;
 
   // Opens the device again that the last Open opened and that has vanished since, with the same

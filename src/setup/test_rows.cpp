@@ -34,10 +34,6 @@ std::string_view NameOf(Role role, Language language) {
   }
 }
 
-std::int16_t& RoleWord(UnitRecord& unit, int input) {
-  return unit.UnitRole[input];
-}
-
 std::string ExtensionOf(const UnitRecord& unit) {
   return Trim(FirstCharacters(unit.UnitDesignation.Get(), kExtensionCharacters));
 }
@@ -143,26 +139,6 @@ void SetDefaults(UnitRecord& unit) {
 }
 
 }  // namespace
-
-Role RoleOf(const UnitRecord& unit, int input) {
-  const int role = unit.Role(input);
-  const int highest = static_cast<int>(Role::kMeasuring);
-  return role < 1 ? Role::kNotUsed : static_cast<Role>(role < highest ? role : highest);
-}
-
-void SetRole(UnitRecord& unit, int input, Role role) {
-  RoleWord(unit, input) = static_cast<std::int16_t>(role);
-}
-
-int InputWith(const UnitRecord& unit, Role role) {
-  const int last = role == Role::kController ? kControllers : kInputs;
-  for (int input = 1; input <= last; ++input) {
-    if (RoleOf(unit, input) == role) {
-      return input;
-    }
-  }
-  return 0;
-}
 
 TestRow RowOf(const UnitRecord& unit) {
   TestRow row;

@@ -13,10 +13,6 @@
 // the running program is touched here.
 namespace tavrel {
 
-// What an input does in a test. Files of other origin hold higher numbers for measuring inputs,
-// and numbers below 0 for inputs that are not used.
-enum class Role : int { kNotUsed = 0, kController = 1, kReference = 2, kMeasuring = 3 };
-
 inline constexpr int kExtensionCharacters = 3;
 inline constexpr int kApparatusCharacters = 16;
 
@@ -32,12 +28,6 @@ struct TestRow {
   [[nodiscard]] bool IsKept() const { return !AwaitedFile.empty(); }
 };
 using TestRows = BySlot<TestRow>;  // 1..12
-
-[[nodiscard]] Role RoleOf(const UnitRecord& unit, int input);
-void SetRole(UnitRecord& unit, int input, Role role);
-
-// The first input of the role, 0 if there is none. A controller is one of the inputs 1..4.
-[[nodiscard]] int InputWith(const UnitRecord& unit, Role role);
 
 // The row of a test: its record and its texts, without blanks at their ends.
 [[nodiscard]] TestRow RowOf(const UnitRecord& unit);

@@ -48,6 +48,26 @@ void UnitRecord::SetApparatusName(std::string_view utf8) {
   UnitDesignation.Set(FromWindows1252(text) + Trim(utf8));
 }
 
+Role RoleOf(const UnitRecord& unit, int input) {
+  const int role = unit.UnitRole[input];
+  const int highest = static_cast<int>(Role::kMeasuring);
+  return role < 1 ? Role::kNotUsed : static_cast<Role>(role < highest ? role : highest);
+}
+
+void SetRole(UnitRecord& unit, int input, Role role) {
+  unit.UnitRole[input] = static_cast<std::int16_t>(role);
+}
+
+int InputWith(const UnitRecord& unit, Role role) {
+  const int last = role == Role::kController ? kControllers : kInputs;
+  for (int input = 1; input <= last; ++input) {
+    if (RoleOf(unit, input) == role) {
+      return input;
+    }
+  }
+  return 0;
+}
+
 bool IsTavrelHeader(const UnitRecord& unit) {
   return IsWithin(unit.UnitInet, 1, 6) && IsWithin(unit.UnitChannels, 1, kInputs) &&
          IsWithin(unit.UnitCtrl, 1, 4) && IsWithin(unit.UnitRef, 1, kInputs) &&
@@ -60,7 +80,8 @@ UnitRecord DefaultUnitRecord() {
   unit.UnitChannels = 2;
   unit.UnitCtrl = 1;
   unit.UnitRef = 2;
-  unit.UnitRole = {1, 2};
+  SetRole(unit, 1, Role::kController);
+  SetRole(unit, 2, Role::kReference);
   unit.UnitColour = {2, 4};
   unit.UnitInterval = 10;
   unit.UnitYmax = 400;

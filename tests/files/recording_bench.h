@@ -48,7 +48,8 @@ struct RecordingBench {
     if (sampling.order == "descending") {
       std::ranges::reverse(in_order);
     } else if (sampling.order == "random") {
-      std::ranges::rotate(in_order, in_order.begin() + static_cast<int>(in_order.size()) / 3);
+      std::rotate(in_order.begin(), in_order.begin() + static_cast<int>(in_order.size()) / 3,
+                  in_order.end());
     }
     int place = 0;
     for (const int input : in_order) {

@@ -176,6 +176,22 @@ TEST_F(Probe, ThatIsNotAllowedMovesTheProgramToTheUsersOwnDirectory) {
   EXPECT_TRUE(own.Exists("tavrel"));
 }
 
+// Also root, who can write there.
+TEST_F(Probe, IsNotMadeWhereAPackageHasInstalledTheProgram) {
+  bench.home.Write("installed-by-package", "");
+  const TemporaryDirectory own;
+  setenv("XDG_DATA_HOME", own.Path().c_str(), 1);
+  std::string lock;
+  EXPECT_TRUE(bench.start_up.SplashLoad(bench.home.Path(), [&lock](const std::string& path) {
+    lock = path;
+    return true;
+  }));
+  unsetenv("XDG_DATA_HOME");
+  EXPECT_EQ(bench.state.DataHome, own.File("tavrel/"));
+  EXPECT_EQ(lock, own.File("tavrel/TAVREL.LCK"));
+  EXPECT_EQ(bench.state.AppPath, bench.home.Path() + "/");
+}
+
 TEST_F(Start, AsksAgainForSettingsThatCannotBeRead) {
   ASSERT_TRUE(
       bench.start_up.SplashLoad(bench.home.Path(), [](const std::string&) { return true; }));

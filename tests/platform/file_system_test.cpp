@@ -433,6 +433,14 @@ TEST(ProgramDirectory, HoldsTheRunningProgram) {
   EXPECT_FALSE(ProgramDirectory().ends_with('/'));
 }
 
+TEST(ProgramDirectory, IsAPackagesIfItHoldsItsMark) {
+  const TemporaryDirectory program;
+  EXPECT_FALSE(IsInstalledByPackage(program.Path()));
+  program.Write("installed-by-package", "");
+  EXPECT_TRUE(IsInstalledByPackage(program.Path()));
+  EXPECT_EQ(PortLinkDirectory(), ProgramDirectory()) << "this program is not installed by one";
+}
+
 TEST(UserDataDirectory, FollowsTheEnvironment) {
   const char* const home = std::getenv("HOME");
   const std::string old_home = home != nullptr ? home : "";

@@ -25,6 +25,22 @@ class DamagedSettings : public SettingsTest {
                 HoldsAnyFile(settings.DefPath));
   }
 
+  // What was made of the bytes is what the next starts make of it, too: behind the one that puts
+  // the default in the place of a data directory that is not there. The default directory holds a
+  // recording here, for an empty one is given up at each load.
+  void ExpectToBeSavedAsTheyWereRead() {
+    std::filesystem::create_directory(home_.File("tavdat"));
+    home_.Write("tavdat/M260314A.OVE", "x");
+    ASSERT_EQ(store_.SettingsSave(), "");
+    store_.SettingsLoad();
+    ASSERT_EQ(store_.SettingsSave(), "");
+    const std::string saved = home_.Read(kSettingsFile);
+    store_.SettingsLoad();
+    ASSERT_TRUE(state_.SettingsRead);
+    ASSERT_EQ(store_.SettingsSave(), "");
+    ASSERT_EQ(home_.Read(kSettingsFile), saved);
+  }
+
   [[nodiscard]] std::string FullFile() {
     store_.SettingsDefaults();
     state_.Settings.Plant = "Wärme";
@@ -67,7 +83,9 @@ TEST_F(DamagedSettings, MayHoldAnyBytes) {
     std::generate_n(std::back_inserter(bytes), length(random),
                     [&] { return static_cast<char>(byte(random)); });
     LoadBytes(bytes);
+    ExpectToBeSavedAsTheyWereRead();
     LoadBytes(bytes.substr(10));
+    ExpectToBeSavedAsTheyWereRead();
   }
 }
 
@@ -82,6 +100,7 @@ TEST_F(DamagedSettings, MayHaveAnyByteOfThemChanged) {
       bytes.at(place(random)) = static_cast<char>(byte(random));
     }
     LoadBytes(bytes);
+    ExpectToBeSavedAsTheyWereRead();
   }
 }
 

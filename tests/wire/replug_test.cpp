@@ -103,10 +103,30 @@ TEST_F(Replug, SaysThatThePortIsLost) {
   EXPECT_EQ(link.PortErrorText, "");
 }
 
-// Confirming the settings is a choice of the user and finds the port by its name anew.
-TEST_F(Replug, OpensByItsNameAnewWhenTheLineIsChosen) {
+// The settings may be confirmed for another reason. Whoever does it twice means the other device.
+TEST_F(Replug, OpensByItsNameAnewWhenTheLineIsChosenTwice) {
   PullOut();
   link.ReopenIfLost();
+  link.LinkOpen({"COM1", 0, 4});
+  EXPECT_FALSE(link.PortOpen);
+  EXPECT_EQ(foreign.ReceiveWaiting(), "");
+  EXPECT_THAT(link.PortErrorText, testing::HasSubstr("confirm the settings once more"));
+  link.LinkOpen({"COM1", 0, 4});
+  ASSERT_TRUE(link.PortOpen) << link.PortErrorText;
+  ExpectArrival(foreign);
+}
+
+TEST_F(Replug, OpensAnotherNumberAtOnceAndForgetsTheDeviceOfTheOneBefore) {
+  PullOut();
+  Lay("COM2", foreign);
+  link.LinkOpen({"COM2", 0, 4});
+  ASSERT_TRUE(link.PortOpen) << link.PortErrorText;
+  link.LinkOpen({"COM1", 0, 4});
+  ASSERT_TRUE(link.PortOpen) << link.PortErrorText;
+}
+
+TEST_F(Replug, FollowsALinkThatTheUserHasLaidAnew) {
+  Lay("COM1", foreign);
   link.LinkOpen({"COM1", 0, 4});
   ASSERT_TRUE(link.PortOpen) << link.PortErrorText;
   ExpectArrival(foreign);
@@ -131,11 +151,15 @@ class ReplugOfAnAdapter : public testing::Test {
     far = std::make_unique<PseudoTerminal>();
     tree.Plug(name, far->Device(), adapter);
     link.ReopenIfLost();
+    return link.PortOpen && Arrived() == "Y01?";
+  }
+  // What arrives at the far end of a command; nobody answers it.
+  std::string Arrived() {
     link.ComInet = 1;
     link.ComLetter = "Y";
     link.ComIndex = 1;
     link.ReadReg();
-    return link.PortOpen && far->Receive(4) == "Y01?";
+    return far->Receive(4);
   }
 
   TemporaryDirectory home;
@@ -175,6 +199,19 @@ TEST_F(ReplugOfAnAdapter, OpensNoOtherThatALinkLeadsTo) {
   PullOut();
   EXPECT_FALSE(IsOpenedAt("ttyUSB0", {"B7"}));
   EXPECT_TRUE(IsOpenedAt("ttyUSB2", {"A50285BI", "1-3"})) << link.PortErrorText;
+}
+
+TEST_F(ReplugOfAnAdapter, OpensItUnderItsNewNumberAlsoWhenTheLineIsChosen) {
+  Open({"A50285BI"});
+  PullOut();
+  const PseudoTerminal other;
+  tree.Plug("ttyUSB0", other.Device(), {"B7", "1-5"});
+  far = std::make_unique<PseudoTerminal>();
+  tree.Plug("ttyUSB1", far->Device(), {"A50285BI"});
+  link.LinkOpen({"COM5", 0, 4});
+  ASSERT_TRUE(link.PortOpen) << link.PortErrorText;
+  EXPECT_EQ(Arrived(), "Y01?");
+  EXPECT_EQ(other.ReceiveWaiting(), "");
 }
 
 // Between the look and the opening the name goes over to another.

@@ -50,6 +50,7 @@ QtSerialPort::QtSerialPort(std::string program_directory, SerialPlaces places)
 PortOpening QtSerialPort::Open(int number, std::string_view settings) {
   Close();
   event_ = 0;
+  const auto before = number == number_ ? std::exchange(known_, std::nullopt) : std::nullopt;
   known_.reset();
   number_ = number;
   const auto wanted = ReadSerialSettings(settings);
@@ -57,10 +58,11 @@ PortOpening QtSerialPort::Open(int number, std::string_view settings) {
     return {QSerialPort::UnsupportedOperationError,
             "The port cannot be set to \"" + std::string(settings) + "\"."};
   }
-  const std::string device = SerialDevice(number, program_directory_, places_.DeviceDirectory);
+  const std::string device = DeviceToOpen(before);
   if (device.empty()) {
     return {QSerialPort::DeviceNotFoundError,
-            "There is no port COM" + std::to_string(number) + "."};
+            before ? StillGoneAdvice(number, *before)
+                   : "There is no port COM" + std::to_string(number) + "."};
   }
   // A change of parity fails on an open port, so everything is set before.
   Apply(*wanted);
@@ -69,6 +71,20 @@ PortOpening QtSerialPort::Open(int number, std::string_view settings) {
     known_ = Recognise(device, DeviceNumber(), places_);
   }
   return opening;
+}
+
+// A port that was open before under the same number stays the same device: the settings may have
+// been confirmed for another reason while its adapter was out. A link that the user has laid anew
+// meanwhile counts.
+std::string QtSerialPort::DeviceToOpen(const std::optional<KnownDevice>& before) const {
+  std::string named = SerialDevice(number_, program_directory_, places_.DeviceDirectory);
+  if (!before) {
+    return named;
+  }
+  std::string now = WhereItIsNow(*before, places_);
+  const bool is_same_link = named == before->Path && before->IsLink &&
+                            IsLaidByHand(number_, named, places_.DeviceDirectory);
+  return is_same_link && !now.empty() ? named : now;
 }
 
 // Which device it is, is looked at once more when it is open: until then the name may have gone

@@ -36,6 +36,7 @@ class QtSerialPort : public SerialPort {
  private:
   void OnError(QSerialPort::SerialPortError error);
   void Apply(const SerialSettings& settings);
+  [[nodiscard]] std::string DeviceToOpen(const std::optional<KnownDevice>& before) const;
   [[nodiscard]] PortOpening OpenAt(const std::string& device);
   [[nodiscard]] PortOpening LockedByOthers(const std::string& device) const;
   [[nodiscard]] PortOpening Refused(const std::string& device) const;

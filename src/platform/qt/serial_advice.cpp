@@ -40,6 +40,13 @@ std::string NameOfHolder(const PortLock& lock) {
   return lock.Program.empty() ? "The " + number : lock.Program + " (" + number + ")";
 }
 
+std::string HasGone(int number, const KnownDevice& known) {
+  const bool has_serial = known.Plugged && known.HasItsOwnSerial;
+  const std::string adapter =
+      has_serial ? ", the adapter with the serial number " + known.Plugged->Serial : "";
+  return PortName(number) + " has gone (" + known.Path + adapter + ").\n\n";
+}
+
 }  // namespace
 
 bool MayBeOpened(const std::string& device) {
@@ -71,12 +78,13 @@ std::string NoLockAdvice(int number, const std::string& device, const std::strin
 }
 
 std::string GoneAdvice(int number, const KnownDevice& known) {
-  const bool has_serial = known.Plugged && known.HasItsOwnSerial;
-  const std::string adapter =
-      has_serial ? ", the adapter with the serial number " + known.Plugged->Serial : "";
-  return PortName(number) + " has gone (" + known.Path + adapter + ").\n\n" +
-         "The same device is opened as soon as it is back. " +
-         "For another one confirm the settings.";
+  return HasGone(number, known) +
+         "The same device is opened as soon as it is back. For another one confirm the settings.";
+}
+
+std::string StillGoneAdvice(int number, const KnownDevice& known) {
+  return HasGone(number, known) +
+         "Is the adapter plugged in?\nFor another device confirm the settings once more.";
 }
 
 std::string AdviceFor(int number, const std::string& device, QSerialPort::SerialPortError error,

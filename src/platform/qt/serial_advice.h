@@ -36,6 +36,9 @@ namespace tavrel {
 // The text for a port that has vanished while it was in use and is not back.
 [[nodiscard]] std::string GoneAdvice(int number, const KnownDevice& known);
 
+// The same where the user has just confirmed the settings with its name.
+[[nodiscard]] std::string StillGoneAdvice(int number, const KnownDevice& known);
+
 }  // namespace tavrel
 
 #endif  // TAVREL_PLATFORM_QT_SERIAL_ADVICE_H_
