@@ -1,6 +1,7 @@
 #include "instrument/control_commands.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iomanip>
 #include <sstream>
 
@@ -40,16 +41,6 @@ std::optional<Connection> ParseConnection(const std::vector<std::string_view>& w
   const auto value = ParseNumber<double>(words[1], -32768.0, 32767.0);
   return value ? std::optional(Connection{level ? Kind::kLevel : Kind::kTemperature, *value})
                : std::nullopt;
-}
-
-std::optional<int> TestNamed(std::string_view name) {
-  if (name == "ram") {
-    return SelfTest::kRam;
-  }
-  if (name == "eprom") {
-    return SelfTest::kEprom;
-  }
-  return name == "watchdog" ? std::optional(SelfTest::kWatchdog) : std::nullopt;
 }
 
 }  // namespace
@@ -164,20 +155,38 @@ std::string ControlCommands::DoSensor(const Words& words) {
   return {};
 }
 
-// "selftest TARGET ram|eprom|watchdog RESULT".
+// "selftest TARGET ram|eprom|watchdog RESULT|hang".
 std::string ControlCommands::DoTestResult(const Words& words) {
   const auto targets = words.size() == 4 ? Targets(words[1]) : std::vector<int>{};
   const auto test = words.size() == 4 ? TestNamed(words[2]) : std::nullopt;
-  const auto result =
-      words.size() == 4 ? ParseNumber<std::int16_t>(words[3], -32768, 32767) : std::nullopt;
+  const auto result = words.size() == 4 ? ParseTestResult(words[3]) : std::nullopt;
   if (targets.empty() || !test || !result) {
-    return "selftest TARGET ram|eprom|watchdog RESULT";
+    return "selftest TARGET ram|eprom|watchdog RESULT|hang";
   }
   for (const int inet : targets) {
     line_.Find(inet)->SetTestResult(*test, *result);
   }
   return {};
 }
+
+namespace {
+
+// Of each controller the power at its heater output in percent, whether its safety contact is
+// closed, and the power that reaches the oven.
+std::string OutputsOf(const Instrument& instrument) {
+  std::ostringstream outputs;
+  std::ostringstream contacts;
+  std::ostringstream heat;
+  for (int number = 1; number <= kControllerCount; ++number) {
+    const Controller& controller = instrument.ControllerOf(number);
+    outputs << ' ' << std::lround(controller.Output());
+    contacts << (controller.IsContactClosed() ? " closed" : " open");
+    heat << ' ' << std::lround(controller.HeaterPower());
+  }
+  return " outputs" + outputs.str() + " contacts" + contacts.str() + " heat" + heat.str();
+}
+
+}  // namespace
 
 std::string ControlCommands::Status() {
   std::ostringstream text;
@@ -190,6 +199,7 @@ std::string ControlCommands::Status() {
     for (int controller = 1; controller <= kControllerCount; ++controller) {
       text << ' ' << instrument.ControllerStatusOf(controller);
     }
+    text << OutputsOf(instrument);
     const std::string faults = line_.FaultsOf(inet)->Text();
     text << " faults " << (faults.empty() ? "none" : faults) << '\n';
   }

@@ -5,14 +5,23 @@
 namespace tavrel {
 
 void ServiceScreen::Step() {
-  if (IsOpen() && parts_.link.PortOpen) {
+  if (!IsOpen()) {
+    return;
+  }
+  if (parts_.link.PortOpen) {
     TakeStep();
+  } else {
+    StepWithoutPort();
   }
 }
 
-void ServiceScreen::OpenScreen() {
+int ServiceScreen::SelectedInet() const {
+  return std::max(parts_.state.ActiveInet, 1);
+}
+
+void ServiceScreen::OpenScreen(int inet) {
   ModalScreen::OpenScreen();
-  inet_ = std::max(parts_.state.ActiveInet, 1);
+  inet_ = inet;
   com_icon_ = false;
 }
 
@@ -22,8 +31,8 @@ void ServiceScreen::CloseNow() {
   parts_.events.SetPointer(Pointer::kNormal);
 }
 
-std::string ServiceScreen::InstrumentName() const {
-  return " Tavrel-" + std::to_string(inet_);
+std::string ServiceScreen::InstrumentName(int inet) {
+  return " Tavrel-" + std::to_string(inet);
 }
 
 bool ServiceScreen::MissesAnswer(LinkResult result, int set_back) {

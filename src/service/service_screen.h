@@ -2,6 +2,7 @@
 #define TAVREL_SERVICE_SERVICE_SCREEN_H_
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "base/language.h"
@@ -26,6 +27,7 @@ struct ServiceParts {
   Dialogs& dialogs;
   Events& events;
   const Clock& clock;
+  std::function<bool(int slot)> is_controller_on;  // as far as the sheet knows
 };
 
 // A screen of the service: it works on one instrument, the one that is selected when it opens, and
@@ -41,7 +43,7 @@ class ServiceScreen : public ModalScreen {
   // Its number, under which the cycle gives it its turns.
   [[nodiscard]] View Number() const { return number_; }
 
-  // One turn. Nothing happens while the port is not usable or the screen is not open.
+  // One turn. A screen that is not open does nothing.
   void Step();
 
   // The title of the form; it says which instrument.
@@ -50,8 +52,8 @@ class ServiceScreen : public ModalScreen {
   [[nodiscard]] int Inet() const { return inet_; }
   [[nodiscard]] Language TipLanguage() const { return LanguageOf(parts_.state.Settings.HelpLang); }
 
-  // No connection.
-  [[nodiscard]] bool ComIcon() const { return com_icon_; }
+  // No connection, or no port.
+  [[nodiscard]] bool ComIcon() const { return com_icon_ || !parts_.link.PortOpen; }
 
   // The running light: changes with each turn.
   [[nodiscard]] bool IsLit() const { return parts_.state.Trigger; }
@@ -59,14 +61,23 @@ class ServiceScreen : public ModalScreen {
   void CloseNow() override;
 
  protected:
-  // One short step, as SteppedScreens tells.
+  // One short step, as SteppedScreens tells, while the port is usable.
   virtual void TakeStep() = 0;
 
-  // ModalScreen's, and the instrument is chosen.
-  void OpenScreen();
+  // In its place while the port is not usable: nothing is sent.
+  virtual void StepWithoutPort() {}
 
-  // " Tavrel-" and the number of the instrument.
-  [[nodiscard]] std::string InstrumentName() const;
+  // The instrument that is selected; the first one while none is.
+  [[nodiscard]] int SelectedInet() const;
+
+  // ModalScreen's, for that instrument. Without a number it is the selected one; one that has asked
+  // its user about an instrument opens for that one, whatever was selected meanwhile.
+  void OpenScreen() { OpenScreen(SelectedInet()); }
+  void OpenScreen(int inet);
+
+  // " Tavrel-" and the number of an instrument; without a number it is that of the screen.
+  [[nodiscard]] std::string InstrumentName() const { return InstrumentName(inet_); }
+  [[nodiscard]] static std::string InstrumentName(int inet);
 
   // Takes the result of an exchange of a step; see LinkWatch. ComIcon follows it.
   bool MissesAnswer(LinkResult result, int set_back = LinkWatch::kMostMisses);

@@ -172,7 +172,7 @@ TEST_F(ChannelForm, ShowsThatTheInstrumentIsAway) {
 
 TEST_F(ChannelForm, RowsAreChosenByTheMouse) {
   AtIdle([] { Choose("Mnu_NiCrNi"); });
-  At(AdjState::kSelect, [this] {
+  At(AdjState::kSelect, [] {
     EXPECT_EQ(TextOf("Lbl_Instr"), "Select channel(s):   click on row");
     EXPECT_TRUE(IsShown("Lbl_Instr"));
     ClickRow(0);
@@ -313,7 +313,7 @@ TEST_F(ChannelForm, AltAloneLeavesTheKeyboardWhereItIsInARun) {
 
 TEST_F(ChannelForm, ShowsHowFarTheCollectingIs) {
   AtIdle([] { Choose("Mnu_FeCuNi"); });
-  At(AdjState::kSelect, [this] {
+  At(AdjState::kSelect, [] {
     ClickRow(9);
     Key(Qt::Key_Return);
   });

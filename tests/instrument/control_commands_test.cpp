@@ -147,6 +147,7 @@ TEST_F(Commands, NonsenseIsAnError) {
                            "sensor 1.1",
                            "selftest 1 ram",
                            "selftest 1 disk 0",
+                           "selftest 1 watchdog hangs",
                            "explode"}) {
     EXPECT_TRUE(Do(text).starts_with("error: ")) << text;
   }
@@ -192,6 +193,19 @@ TEST_F(Commands, SelfTestCanFail) {
   EXPECT_EQ(bench.Say("G08?"), "000C\r");
 }
 
+TEST_F(Commands, SelfTestCanHangUntilItIsStopped) {
+  EXPECT_EQ(Do("selftest all watchdog hang"), "ok\n");
+  bench.Say("G10=A\r");
+  bench.Pass(1000);
+  EXPECT_EQ(bench.Say("G10?"), "000A\r");
+  bench.Say("G10=0\r");
+  EXPECT_EQ(bench.Say("G10?"), "0000\r");
+  EXPECT_EQ(Do("selftest 2 watchdog 99"), "ok\n");
+  bench.Say("G10=A\r");
+  bench.Pass(1);
+  EXPECT_EQ(bench.Say("G10?G18?"), "0000\r0063\r");
+}
+
 TEST_F(Commands, SwitchboardIsServed) {
   EXPECT_EQ(Do("unplug"), "ok\n");
   EXPECT_FALSE(board.plugged);
@@ -207,8 +221,10 @@ TEST_F(Commands, StatusTellsPortInstrumentsAndFaults) {
   Do("fault 2 late-reply 200");
   EXPECT_EQ(Do("status"),
             "line /dev/pts/7\n"
-            "instrument 1 time 0.00 stored 0 controllers 0 0 0 0 faults none\n"
-            "instrument 2 time 0.00 stored 0 controllers 0 0 0 0 faults late-reply=200\n"
+            "instrument 1 time 0.00 stored 0 controllers 0 0 0 0 outputs 0 0 0 0 "
+            "contacts open open open open heat 0 0 0 0 faults none\n"
+            "instrument 2 time 0.00 stored 0 controllers 0 0 0 0 outputs 0 0 0 0 "
+            "contacts open open open open heat 0 0 0 0 faults late-reply=200\n"
             "ok\n");
 }
 
