@@ -216,7 +216,7 @@ std::string QualityData::Cmd_Update_Click() {
     return "";
   }
   Texts texts = texts_;
-  const std::string fault = TakeTexts(texts);
+  std::string fault = TakeTexts(texts);
   if (!fault.empty() || !IsOpen()) {
     return fault;
   }
@@ -278,7 +278,8 @@ bool QualityData::TakeDate(const std::string& text, std::string& date) const {
 
 QualityData::Words QualityData::WordsOf(const Texts& texts) {
   Words words{};
-  words[kSerialHigh] = ToWord(texts.serial / kSerialFactor);
+  const int serial_high = texts.serial / kSerialFactor;
+  words[kSerialHigh] = ToWord(serial_high);
   words[kSerialLow] = ToWord(texts.serial % kSerialFactor);
   words[kUnit] = ToWord(texts.unit);
   words[kSetupDay] = DayAndMonth(texts.setup_date);
