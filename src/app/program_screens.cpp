@@ -6,7 +6,12 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/all_com.h"
+#include "service/forms/all_mem.h"
+#include "service/forms/all_qs.h"
 #include "service/forms/all_term.h"
+#include "service/forms/all_wdog.h"
+#include "service/forms/register_sheet_form.h"
 #include "service/forms/sp_tavhs.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
@@ -50,7 +55,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
-  AddServiceForm<SpTavHs>(logic.output_test);
+  AddServiceForms();
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -88,6 +93,16 @@ void ProgramScreens::AddServiceForm(Screen& screen) {
     }
     screen.CloseNow();
   });
+}
+
+void ProgramScreens::AddServiceForms() {
+  AddServiceForm<AllRam>(logic_.variable_browser);
+  AddServiceForm<AllRegs>(logic_.port_browser);
+  AddServiceForm<SpTavHs>(logic_.output_test);
+  AddServiceForm<AllCom>(logic_.communication_test);
+  AddServiceForm<AllMem>(logic_.memory_test);
+  AddServiceForm<AllWdog>(logic_.watchdog_test);
+  AddServiceForm<AllQs>(logic_.quality_data);
 }
 
 // These show the hourglass themselves while they search and copy.
