@@ -1,13 +1,13 @@
 // The tests of the service and the quality data against virtual instruments.
 #include <gtest/gtest.h>
 
-#include <QThread>
 #include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <memory>
 #include <sstream>
 
+#include "tests/support/wait_until.h"
 #include "tests/truth/comparison.h"
 #include "tests/truth/told_texts.h"
 #include "tests/wire/live_instrument.h"
@@ -322,11 +322,7 @@ class RecordingBeneathAMemoryTest : public testing::TestWithParam<Sampling> {
   // Until so many more samples of input 1 are in the truth file, with the program standing still.
   bool WaitForSamples(int count) {
     const int wanted = Samples() + count;
-    const QDeadlineTimer limit(std::chrono::seconds(20));
-    while (Samples() < wanted && !limit.hasExpired()) {
-      QThread::msleep(5);
-    }
-    return Samples() >= wanted;
+    return WaitUntil([this, wanted] { return Samples() >= wanted; });
   }
   [[nodiscard]] int Samples() const {
     std::ifstream file(program.home.File("truth.txt"));
