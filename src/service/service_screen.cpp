@@ -23,6 +23,7 @@ void ServiceScreen::OpenScreen(int inet) {
   ModalScreen::OpenScreen();
   inet_ = inet;
   com_icon_ = false;
+  parts_.events.SetPointer(Pointer::kNormal);  // the menu has shown the hourglass
 }
 
 // A screen may have shown the hourglass while it read.

@@ -108,6 +108,13 @@ TEST_F(AServiceScreen, GivesTheNormalPointerBackWhenItCloses) {
   EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal);
 }
 
+TEST_F(AServiceScreen, EndsTheHourglassOfTheMenuWhenItOpens) {
+  Start();
+  bench.events.SetPointer(Pointer::kHourglass);
+  Open(screen);
+  EXPECT_EQ(bench.events.pointers.back(), Pointer::kNormal);
+}
+
 TEST_F(AServiceScreen, KnowsTheTestsThatRecordAnInput) {
   bench.Install(3, "M260301A.OVN", BenchProgram::Header(4, 1, 5, true));
   bench.Install(11, "M260302A.OVN", BenchProgram::Header(4, 1, 4, false));

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "tests/truth/comparison.h"
+#include "tests/truth/told_texts.h"
 #include "tests/wire/live_instrument.h"
 #include "tests/wire/wire_program.h"
 
@@ -88,6 +89,72 @@ TEST_P(TerminalOnTheWire, CostsARecordingNoSampleInTwoMinutes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, TerminalOnTheWire, testing::Bool(),
+                         [](const auto& test) { return test.param ? "plugin" : "direct"; });
+
+// A command of the user takes a sample of the recording away: no later one comes into a wrong row,
+// and the user learns which value is missing.
+class TerminalThatTakesASample : public testing::TestWithParam<bool> {
+ protected:
+  static constexpr int kFast = 10;  // a set of 10 s is made in each second
+
+  bool RunToRows(int rows) {
+    for (int turn = 0; turn < 5 && program.state.SampleCount[1] < rows; ++turn) {
+      static_cast<void>(
+          program.RunUntil([this, rows] { return program.state.SampleCount[1] >= rows; }));
+    }
+    return program.state.SampleCount[1] >= rows;
+  }
+  [[nodiscard]] Findings Compared() {
+    std::vector<std::string> texts;
+    for (const Notice& notice : program.dialogs.announced) {
+      texts.push_back(notice.Text);
+    }
+    std::ifstream file(program.home.File("truth.txt"));
+    const LineTruth truth = ReadLineTruth(file, {});
+    const std::string bytes = program.home.Read(std::string("tavdat/") + kName);
+    return Compare(truth, {kName, 1, {1, 2, 3}}, bytes.substr(sizeof(UnitRecord)), ReadTold(texts));
+  }
+
+  WireProgram program{kFast};
+  LiveInstrument instrument{
+      program.home,
+      GetParam(),
+      {"--speedup", std::to_string(kFast), "--line-speed", "none", "--warm", "--oven",
+       "1.1=ramp:450:0.1", "--oven", "1.2=ramp:400:0.1", "--oven", "1.3=ramp:450:0.1"}};
+};
+
+TEST_P(TerminalThatTakesASample, ShiftsNothingAndTellsTheRow) {
+  program.screens.built.insert(View::kTavWait);
+  program.screens.on_show = [this](View) {
+    program.wait_bar.Open();
+    EXPECT_TRUE(program.RunUntil([this] { return !program.wait_bar.IsOpen(); }));
+  };
+  ASSERT_TRUE(instrument.IsUp());
+  UnitRecord unit = BenchProgram::Header(1, 1, 3, false);
+  unit.UnitInterval = 1;
+  program.Start(GetParam(), kName, unit);
+  program.engine.StartRecording(1);
+  ASSERT_TRUE(RunToRows(8));
+  {
+    const MainCycle::Pause pause(program.cycle);
+    program.terminal.Open();
+    ASSERT_TRUE(instrument.Tell("pass 1 25"));
+    ASSERT_TRUE(instrument.Tell("fault 1 lost-reply on times 1"));
+    for (const char key : std::string(GetParam() ? "np12?" : "X02?")) {
+      program.terminal.KeyPress(key);
+    }
+    program.terminal.Quit();
+  }
+  ASSERT_EQ(program.dialogs.boxes.size(), 1U);
+  ASSERT_TRUE(RunToRows(program.state.SampleCount[1] + 14));
+  const Findings findings = Compared();
+  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+  EXPECT_EQ(findings.wrong, 0);
+  EXPECT_EQ(findings.shifted, 0);
+  EXPECT_EQ(findings.told_filled + findings.told_uncertain, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, TerminalThatTakesASample, testing::Bool(),
                          [](const auto& test) { return test.param ? "plugin" : "direct"; });
 
 }  // namespace
