@@ -28,8 +28,12 @@
 #include "platform/serial_port.h"
 #include "platform/shell.h"
 #include "service/link_watch.h"
+#include "service/output_records.h"
+#include "service/output_recovery.h"
+#include "service/output_test.h"
 #include "service/port_browser.h"
 #include "service/service_screen.h"
+#include "service/terminal.h"
 #include "service/variable_browser.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
@@ -120,6 +124,11 @@ struct ProgramLogic {
                        machine.dialogs, machine.events, machine.clock};
   VariableBrowser variable_browser{service};
   PortBrowser port_browser{service};
+  OutputRecords output_records{state, messages};
+  OutputTest output_test{service, output_records};
+  OutputRecovery output_recovery{
+      {state, link, engine.Orders(), output_records, machine.dialogs, machine.clock}};
+  Terminal terminal{service};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

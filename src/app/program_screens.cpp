@@ -6,7 +6,9 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/all_term.h"
 #include "service/forms/register_sheet_form.h"
+#include "service/forms/sp_tavhs.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
@@ -45,6 +47,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
   AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
+  AddFormToOpen<AllTerm>(View::kAllTerm, logic.terminal);
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
@@ -91,6 +94,7 @@ void ProgramScreens::AddServiceForm(Screen& screen) {
 void ProgramScreens::AddServiceForms() {
   AddServiceForm<AllRam>(logic_.variable_browser);
   AddServiceForm<AllRegs>(logic_.port_browser);
+  AddServiceForm<SpTavHs>(logic_.output_test);
 }
 
 // These show the hourglass themselves while they search and copy.
@@ -151,7 +155,7 @@ void ProgramScreens::ShowWaitBar() {
 MainCycle::TickHandlers ProgramScreens::Handlers() {
   return {[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
           [this](int slot) { logic_.runner.StepProgram(slot); },
-          [this] { return logic_.unsure.ReadBack(); }};
+          [this] { return logic_.output_recovery.Step() || logic_.unsure.ReadBack(); }};
 }
 
 void ProgramScreens::RefreshWorksheet() {

@@ -128,6 +128,11 @@ class RecordingEngine {
   // to be saved afterwards.
   [[nodiscard]] std::string SaveSetInHand(int slot);
 
+  // Somebody else is about to read X of an input that the recordings of `slots` use, or to clear
+  // its series, and nobody will hear what the instrument said: the pump compares the columns before
+  // it takes the next value. On the disk before this returns.
+  void DoubtInput(const std::vector<int>& slots, int input);
+
   // How long all recordings that run can do without the pump at least, until the first of their
   // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
   [[nodiscard]] std::optional<std::chrono::seconds> BuffersLast() const;
