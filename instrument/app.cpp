@@ -100,6 +100,11 @@ bool App::PrepareInstruments(std::string& error) {
       line_.FaultsOf(inet)->Set(fault.fault, fault.level);
     }
   }
+  for (const TestOption& test : options_.tests) {
+    for (const int inet : test.inet == 0 ? line_.Numbers() : std::vector<int>{test.inet}) {
+      line_.Find(inet)->SetTestResult(test.command, test.result);
+    }
+  }
   truth_.Flush();
   return true;
 }

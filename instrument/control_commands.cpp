@@ -43,16 +43,6 @@ std::optional<Connection> ParseConnection(const std::vector<std::string_view>& w
                : std::nullopt;
 }
 
-std::optional<int> TestNamed(std::string_view name) {
-  if (name == "ram") {
-    return SelfTest::kRam;
-  }
-  if (name == "eprom") {
-    return SelfTest::kEprom;
-  }
-  return name == "watchdog" ? std::optional(SelfTest::kWatchdog) : std::nullopt;
-}
-
 }  // namespace
 
 std::vector<int> ControlCommands::Targets(std::string_view word) {
@@ -165,14 +155,13 @@ std::string ControlCommands::DoSensor(const Words& words) {
   return {};
 }
 
-// "selftest TARGET ram|eprom|watchdog RESULT".
+// "selftest TARGET ram|eprom|watchdog RESULT|hang".
 std::string ControlCommands::DoTestResult(const Words& words) {
   const auto targets = words.size() == 4 ? Targets(words[1]) : std::vector<int>{};
   const auto test = words.size() == 4 ? TestNamed(words[2]) : std::nullopt;
-  const auto result =
-      words.size() == 4 ? ParseNumber<std::int16_t>(words[3], -32768, 32767) : std::nullopt;
+  const auto result = words.size() == 4 ? ParseTestResult(words[3]) : std::nullopt;
   if (targets.empty() || !test || !result) {
-    return "selftest TARGET ram|eprom|watchdog RESULT";
+    return "selftest TARGET ram|eprom|watchdog RESULT|hang";
   }
   for (const int inet : targets) {
     line_.Find(inet)->SetTestResult(*test, *result);

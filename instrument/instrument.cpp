@@ -138,11 +138,24 @@ void Instrument::Restart() {
   for (Controller& controller : controllers_) {
     controller = Controller(std::max(kRampPatience, settings_.host_pace));
   }
+  ForgetSamples();
+  sampler_.Restart(now_);
+}
+
+void Instrument::ForgetSamples() {
   truth_.Restart(Seconds(), inet_);
   for (SampleBuffer& buffer : buffers_) {
     buffer.Clear();
   }
-  sampler_.Restart(now_);
+}
+
+// Sampling goes on meanwhile; what was stored until the end of the test is gone.
+void Instrument::EndTest(std::int16_t result) {
+  Keep('G', 8, result);
+  Keep('G', 0, 0);
+  if (settings_.ram_test_clears && tests_.Running() == SelfTest::kRam) {
+    ForgetSamples();
+  }
 }
 
 void Instrument::Advance(Time time, Pace pace) {
@@ -169,8 +182,7 @@ void Instrument::StepOvens() {
     ovens_[oven].Step(controllers_[oven].HeaterPower(), seconds);
   }
   if (const auto result = tests_.Advance(seconds)) {
-    Keep('G', 8, *result);
-    Keep('G', 0, 0);
+    EndTest(*result);
   }
 }
 

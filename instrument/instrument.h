@@ -24,8 +24,9 @@ struct InstrumentSettings {
   bool fast = false;  // S counts seconds instead of tens of seconds
   int ovens = 4;      // 1..4, see `Instrument::OvenOf`
   std::uint64_t seed = 1;
-  int drift = 0;          // of the amplifiers since the factory calibration, see Measuring
-  double ambient = 22.0;  // degrees Celsius
+  int drift = 0;                 // of the amplifiers since the factory calibration, see Measuring
+  double ambient = 22.0;         // degrees Celsius
+  bool ram_test_clears = false;  // the test of the RAM costs all stored samples
   // How many seconds of the instrument's time a host's short sequence of commands may take.
   // Above 1 when the instrument's time runs faster than the host's.
   double host_pace = 1.0;
@@ -91,7 +92,7 @@ class Instrument {
   // Lets its own time run on at once, whatever overruns by it.
   void Pass(std::chrono::seconds time) { Advance(time, Pace::kCoarse); }
   void Connect(int input, const Connection& connection);
-  void SetTestResult(int command, std::int16_t result) { tests_.SetResult(command, result); }
+  void SetTestResult(int command, SelfTest::Result result) { tests_.SetResult(command, result); }
 
   // The oven 0.. in which the sensor of input 1..15 sits, and its place there: input k is in
   // oven (k - 1) mod ovens; the first round are the controllers' sensors, the second the
@@ -118,6 +119,8 @@ class Instrument {
   void SetFactoryRegisters();
   void SetPowerUpRegisters();
   void ClearSeries(int input);
+  void ForgetSamples();
+  void EndTest(std::int16_t result);
   [[nodiscard]] int SamplingUnit() const;
   [[nodiscard]] bool Holds(int sets) const;
   [[nodiscard]] bool WriteMailbox(int command);

@@ -73,6 +73,7 @@ Target TargetOf(std::string_view text) {
 struct Fleet {
   std::set<int> numbers{1};
   std::set<int> fast;
+  std::set<int> ram_test_clears;
   std::vector<std::pair<int, int>> ovens;                            // instrument, number of ovens
   std::vector<std::pair<int, SamplingOrder>> orders;                 // instrument, 0 for all
   std::vector<std::pair<int, std::chrono::milliseconds>> distances;  // likewise
@@ -95,6 +96,10 @@ class OptionReader {
   [[nodiscard]] bool TakeCount(std::string_view value);
   [[nodiscard]] bool TakeList(std::string_view value, std::set<int>& numbers);
   [[nodiscard]] bool TakeFast(std::string_view value) { return TakeList(value, fleet_.fast); }
+  [[nodiscard]] bool TakeRamTestClears(std::string_view value) {
+    return TakeList(value, fleet_.ram_test_clears);
+  }
+  [[nodiscard]] bool TakeTest(std::string_view value);
   [[nodiscard]] bool TakeInets(std::string_view value);
   [[nodiscard]] bool TakeOvenCount(std::string_view value);
   [[nodiscard]] bool TakeOven(std::string_view value);
@@ -129,11 +134,13 @@ std::string* OptionReader::PathOf(std::string_view name) {
 
 bool OptionReader::Take(std::string_view name, const std::string& value) {
   using Taker = bool (OptionReader::*)(std::string_view);
-  static constexpr std::array<std::pair<std::string_view, Taker>, 16> kTakers{
+  static constexpr std::array<std::pair<std::string_view, Taker>, 18> kTakers{
       {{"--mode", &OptionReader::TakeMode},
        {"--instruments", &OptionReader::TakeCount},
        {"--inet", &OptionReader::TakeInets},
        {"--fast", &OptionReader::TakeFast},
+       {"--ram-test-clears", &OptionReader::TakeRamTestClears},
+       {"--selftest", &OptionReader::TakeTest},
        {"--ovens", &OptionReader::TakeOvenCount},
        {"--oven", &OptionReader::TakeOven},
        {"--sample", &OptionReader::TakeSampling},
@@ -299,6 +306,18 @@ bool OptionReader::TakeFault(std::string_view value) {
   return level.has_value();
 }
 
+// "TEST=RESULT", with "INET:" in front for a single instrument.
+bool OptionReader::TakeTest(std::string_view value) {
+  const Target target = TargetOf(value);
+  const Halves setting = CutAt(target.value, '=');
+  const auto test = TestNamed(setting.first);
+  const auto result = ParseTestResult(setting.second.value_or(""));
+  if (target.inet && test && result) {
+    options_.tests.push_back({*target.inet, *test, *result});
+  }
+  return target.inet && test && result;
+}
+
 bool OptionReader::TakeLineSpeed(std::string_view value) {
   fleet_.baud = value == "none" ? std::optional(0) : ParseNumber<int>(value, 300, 115200);
   return fleet_.baud.has_value();
@@ -333,6 +352,7 @@ Options OptionReader::Finish() {
     InstrumentSettings settings;
     settings.inet = inet;
     settings.fast = fleet_.fast.contains(inet);
+    settings.ram_test_clears = fleet_.ram_test_clears.contains(inet);
     settings.seed = fleet_.seed;
     settings.drift = fleet_.drift;
     settings.ambient = fleet_.ambient;
@@ -389,6 +409,11 @@ bool AllThere(const Options& options, std::string& error) {
   for (const auto& fault : options.faults) {
     if (fault.inet != 0) {
       named.push_back(fault.inet);
+    }
+  }
+  for (const auto& test : options.tests) {
+    if (test.inet != 0) {
+      named.push_back(test.inet);
     }
   }
   for (const int inet : named) {
@@ -465,6 +490,8 @@ const char* HelpText() {
   --seed N                    noise and faults (1)
   --drift STEPS               values are wrong by so many steps at first, -100..100 (0)
   --fault [INET:]NAME[=LEVEL] a fault from the start
+  --selftest [INET:]TEST=RESULT   what the test ram, eprom or watchdog gives; hang: it never ends
+  --ram-test-clears 2[,3]     the test of the RAM costs these instruments all stored samples
   --unplugged                 no pseudo-terminal until the command plug
   --control PATH              unix socket for commands while it runs
   --log FILE                  every byte on the line

@@ -37,6 +37,13 @@ struct FaultOption {
   FaultLevel level;
 };
 
+// --selftest: what a test of the firmware gives.
+struct TestOption {
+  int inet = 0;  // 0: all instruments
+  int command = SelfTest::kRam;
+  SelfTest::Result result;
+};
+
 // All that the command line says.
 struct Options {
   LineMode mode = LineMode::kDirect;
@@ -51,6 +58,7 @@ struct Options {
   std::vector<OvenOption> ovens;
   std::vector<BacklogOption> backlog;
   std::vector<FaultOption> faults;
+  std::vector<TestOption> tests;
   bool unplugged = false;  // the line begins unplugged
   bool help = false;
   // Set for the client: send `command` to the control socket at `control_path` and end.

@@ -27,14 +27,18 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "service/communication_test.h"
 #include "service/link_watch.h"
+#include "service/memory_test.h"
 #include "service/output_records.h"
 #include "service/output_recovery.h"
 #include "service/output_test.h"
 #include "service/port_browser.h"
+#include "service/quality_data.h"
 #include "service/service_screen.h"
 #include "service/terminal.h"
 #include "service/variable_browser.h"
+#include "service/watchdog_test.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
@@ -120,8 +124,10 @@ struct ProgramLogic {
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
   Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   LinkWatch link_watch;
-  ServiceParts service{state,           link,           link_watch,   engine,
-                       machine.dialogs, machine.events, machine.clock};
+  ServiceParts service{state,           link,
+                       link_watch,      engine,
+                       machine.dialogs, machine.events,
+                       machine.clock,   [this](int slot) { return sheet.IsControllerOn(slot); }};
   VariableBrowser variable_browser{service};
   PortBrowser port_browser{service};
   OutputRecords output_records{state, messages};
@@ -129,6 +135,10 @@ struct ProgramLogic {
   OutputRecovery output_recovery{
       {state, link, engine.Orders(), output_records, machine.dialogs, machine.clock}};
   Terminal terminal{service};
+  CommunicationTest communication_test{service};
+  MemoryTest memory_test{service};
+  WatchdogTest watchdog_test{service};
+  QualityData quality_data{service, machine.regional};
   SimulationQuestion simulation{state, link, machine.dialogs};
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,

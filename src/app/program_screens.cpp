@@ -6,7 +6,11 @@
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/tavsett.h"
+#include "service/forms/all_com.h"
+#include "service/forms/all_mem.h"
+#include "service/forms/all_qs.h"
 #include "service/forms/all_term.h"
+#include "service/forms/all_wdog.h"
 #include "service/forms/register_sheet_form.h"
 #include "service/forms/sp_tavhs.h"
 #include "setup/forms/tav_chann.h"
@@ -95,6 +99,10 @@ void ProgramScreens::AddServiceForms() {
   AddServiceForm<AllRam>(logic_.variable_browser);
   AddServiceForm<AllRegs>(logic_.port_browser);
   AddServiceForm<SpTavHs>(logic_.output_test);
+  AddServiceForm<AllCom>(logic_.communication_test);
+  AddServiceForm<AllMem>(logic_.memory_test);
+  AddServiceForm<AllWdog>(logic_.watchdog_test);
+  AddServiceForm<AllQs>(logic_.quality_data);
 }
 
 // These show the hourglass themselves while they search and copy.

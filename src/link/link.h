@@ -104,6 +104,9 @@ class Link : public LinkArguments {
   [[nodiscard]] LinkResult ComStatus(int inet) const;
   [[nodiscard]] bool IsGood(int inet) const { return ComStatus(inet) == LinkResult::kGood; }
 
+  // All characters that were received since the last command went out, whatever they are.
+  [[nodiscard]] const std::string& RxBuffer() const { return rx_buffer_; }
+
   [[nodiscard]] const LineMode& Mode() const { return mode_; }
 
   bool Simulated = false;  // no port: the store in memory answers

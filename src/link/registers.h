@@ -29,7 +29,10 @@ inline constexpr const char* kSetpointFilter = "T";
 inline constexpr const char* kOutput = "U";      // power in percent
 inline constexpr const char* kTestOutput = "Q";  // the same, in force with status "test"
 // Of the instrument as a whole:
-inline constexpr const char* kKind = "T";  // index 0: 1 is a fast instrument
+inline constexpr const char* kKind = "T";      // index 0: 1 is a fast instrument
+inline constexpr const char* kMailbox = "G";   // index 0: a command, 0 when done; 8, 9: results
+inline constexpr const char* kTestWord = "V";  // indices 6 and 7: the instrument keeps any value
+inline constexpr const char* kQuality = "Z";   // indices 6..15: kept without power
 }  // namespace reg
 
 // What register Z of a controller says.

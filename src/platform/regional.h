@@ -7,8 +7,8 @@
 
 namespace tavrel {
 
-// How the user's region writes what leaves the program. Nothing that the program reads back is
-// written like this.
+// How the user's region writes what leaves the program. No file that the program reads back is
+// written like this; a user may type a date in this form.
 class Regional {
  public:
   virtual ~Regional() = default;
@@ -18,6 +18,10 @@ class Regional {
 
   // The date in its short form, UTF-8.
   [[nodiscard]] virtual std::string ShortDate(const WallTime& time) const = 0;
+
+  // How that form is made, such as "dd.MM.yy": d, M and y stand for day, month and year, other
+  // characters for themselves; words stand between single quotes.
+  [[nodiscard]] virtual std::string ShortDateForm() const = 0;
 };
 
 }  // namespace tavrel

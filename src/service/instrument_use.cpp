@@ -3,9 +3,19 @@
 namespace tavrel {
 namespace {
 
+bool IsInstalled(const RunState& state, int slot, int inet) {
+  return !state.SlotFile[slot].empty() && state.Unit[slot].UnitInet == inet;
+}
+
 bool Records(const RunState& state, int slot, int inet) {
-  const UnitRecord& unit = state.Unit[slot];
-  return !state.SlotFile[slot].empty() && unit.UnitInet == inet && unit.UnitRecOn == 1;
+  return IsInstalled(state, slot, inet) && state.Unit[slot].UnitRecOn == 1;
+}
+
+std::string WorkOf(bool records, bool controls) {
+  if (records && controls) {
+    return "records, controls";
+  }
+  return records ? "records" : "controls";
 }
 
 }  // namespace
@@ -25,6 +35,21 @@ std::string TestsThatRecord(const RunState& state, int inet) {
   for (int slot = 1; slot <= kSlots; ++slot) {
     if (Records(state, slot, inet)) {
       tests += (tests.empty() ? "" : "\n") + NameOfTest(state, slot);
+    }
+  }
+  return tests;
+}
+
+std::string TestsAtWork(const RunState& state, int inet,
+                        const std::function<bool(int slot)>& is_controller_on) {
+  std::string tests;
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const bool records = Records(state, slot, inet);
+    const bool controls =
+        IsInstalled(state, slot, inet) && (state.ProgRunning[slot] || is_controller_on(slot));
+    if (records || controls) {
+      tests += (tests.empty() ? "" : "\n") + NameOfTest(state, slot) + "  (" +
+               WorkOf(records, controls) + ")";
     }
   }
   return tests;

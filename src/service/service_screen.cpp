@@ -15,9 +15,13 @@ void ServiceScreen::Step() {
   }
 }
 
-void ServiceScreen::OpenScreen() {
+int ServiceScreen::SelectedInet() const {
+  return std::max(parts_.state.ActiveInet, 1);
+}
+
+void ServiceScreen::OpenScreen(int inet) {
   ModalScreen::OpenScreen();
-  inet_ = std::max(parts_.state.ActiveInet, 1);
+  inet_ = inet;
   com_icon_ = false;
 }
 
@@ -27,8 +31,8 @@ void ServiceScreen::CloseNow() {
   parts_.events.SetPointer(Pointer::kNormal);
 }
 
-std::string ServiceScreen::InstrumentName() const {
-  return " Tavrel-" + std::to_string(inet_);
+std::string ServiceScreen::InstrumentName(int inet) {
+  return " Tavrel-" + std::to_string(inet);
 }
 
 bool ServiceScreen::MissesAnswer(LinkResult result, int set_back) {

@@ -2,6 +2,7 @@
 #define TAVREL_SERVICE_SERVICE_SCREEN_H_
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "base/language.h"
@@ -26,6 +27,7 @@ struct ServiceParts {
   Dialogs& dialogs;
   Events& events;
   const Clock& clock;
+  std::function<bool(int slot)> is_controller_on;  // as far as the sheet knows
 };
 
 // A screen of the service: it works on one instrument, the one that is selected when it opens, and
@@ -65,11 +67,17 @@ class ServiceScreen : public ModalScreen {
   // In its place while the port is not usable: nothing is sent.
   virtual void StepWithoutPort() {}
 
-  // ModalScreen's, and the instrument is chosen.
-  void OpenScreen();
+  // The instrument that is selected; the first one while none is.
+  [[nodiscard]] int SelectedInet() const;
 
-  // " Tavrel-" and the number of the instrument.
-  [[nodiscard]] std::string InstrumentName() const;
+  // ModalScreen's, for that instrument. Without a number it is the selected one; one that has asked
+  // its user about an instrument opens for that one, whatever was selected meanwhile.
+  void OpenScreen() { OpenScreen(SelectedInet()); }
+  void OpenScreen(int inet);
+
+  // " Tavrel-" and the number of an instrument; without a number it is that of the screen.
+  [[nodiscard]] std::string InstrumentName() const { return InstrumentName(inet_); }
+  [[nodiscard]] static std::string InstrumentName(int inet);
 
   // Takes the result of an exchange of a step; see LinkWatch. ComIcon follows it.
   bool MissesAnswer(LinkResult result, int set_back = LinkWatch::kMostMisses);

@@ -25,6 +25,15 @@ namespace tavrel {
   return Blend(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.68);
 }
 
+// A strong dark colour for words, as it is on a light window; on a dark one a light colour of the
+// same hue, so that it stays readable.
+[[nodiscard]] inline QColor InkOf(const QPalette& palette, const QColor& dark) {
+  const bool is_dark_window = palette.color(QPalette::Window).lightnessF() <
+                              palette.color(QPalette::WindowText).lightnessF();
+  constexpr float kLight = 0.72F;
+  return is_dark_window ? QColor::fromHslF(dark.hslHueF(), dark.hslSaturationF(), kLight) : dark;
+}
+
 }  // namespace tavrel
 
 #endif  // TAVREL_WIDGETS_SHADES_H_

@@ -147,6 +147,7 @@ TEST_F(Commands, NonsenseIsAnError) {
                            "sensor 1.1",
                            "selftest 1 ram",
                            "selftest 1 disk 0",
+                           "selftest 1 watchdog hangs",
                            "explode"}) {
     EXPECT_TRUE(Do(text).starts_with("error: ")) << text;
   }
@@ -190,6 +191,19 @@ TEST_F(Commands, SelfTestCanFail) {
   bench.Say("G00=9\r");
   bench.Pass(3);
   EXPECT_EQ(bench.Say("G08?"), "000C\r");
+}
+
+TEST_F(Commands, SelfTestCanHangUntilItIsStopped) {
+  EXPECT_EQ(Do("selftest all watchdog hang"), "ok\n");
+  bench.Say("G10=A\r");
+  bench.Pass(1000);
+  EXPECT_EQ(bench.Say("G10?"), "000A\r");
+  bench.Say("G10=0\r");
+  EXPECT_EQ(bench.Say("G10?"), "0000\r");
+  EXPECT_EQ(Do("selftest 2 watchdog 99"), "ok\n");
+  bench.Say("G10=A\r");
+  bench.Pass(1);
+  EXPECT_EQ(bench.Say("G10?G18?"), "0000\r0063\r");
 }
 
 TEST_F(Commands, SwitchboardIsServed) {

@@ -123,12 +123,45 @@ TEST_F(OneInstrument, WatchdogTestGivesItsPeriodAfterThatPeriod) {
 }
 
 TEST_F(OneInstrument, TestCanBeBroken) {
-  bench.line.Find(1)->SetTestResult(SelfTest::kRam, 0x1234);
+  bench.line.Find(1)->SetTestResult(SelfTest::kRam, {0x1234});
   bench.Say("G00=6\r");
   bench.Pass(4);
   EXPECT_EQ(Read("G08"), 0x1234);
   bench.Say("G00=6\rG00=0\r");
   EXPECT_EQ(Read("G00"), 0);
+}
+
+TEST_F(OneInstrument, RamTestLeavesTheSamplesAlone) {
+  bench.Say("S01=1\rR01=0\r");
+  bench.Pass(60);
+  const int before = Read("R01");
+  bench.Say("G00=6\r");
+  bench.Pass(5);
+  EXPECT_GE(Read("R01"), before);
+}
+
+TEST(RamTest, CostsTheSamplesOfAnInstrumentThatIsBuiltSo) {
+  KeptTruth truth;
+  InstrumentSettings settings;
+  settings.ram_test_clears = true;
+  Instrument one(settings, truth);
+  const int stored = RegisterNumber('R', 1);
+  ASSERT_TRUE(one.WriteRegister(RegisterNumber('S', 1), 1));
+  one.Advance(std::chrono::seconds(60), Instrument::Pace::kFine);
+  ASSERT_EQ(one.ReadRegister(stored).word, 6);
+  ASSERT_TRUE(one.WriteRegister(RegisterNumber('G', 0), SelfTest::kEprom));
+  one.Advance(std::chrono::seconds(4), Instrument::Pace::kFine);
+  EXPECT_EQ(one.ReadRegister(stored).word, 6) << "the EPROM has no samples";
+  ASSERT_TRUE(one.WriteRegister(RegisterNumber('G', 0), SelfTest::kRam));
+  one.Advance(std::chrono::seconds(2), Instrument::Pace::kFine);
+  EXPECT_EQ(one.ReadRegister(stored).word, 6);
+  EXPECT_EQ(truth.Count("restart"), 0);
+  one.Advance(std::chrono::seconds(2), Instrument::Pace::kFine);
+  EXPECT_EQ(one.ReadRegister(stored).word, 0);
+  EXPECT_EQ(truth.Count("restart 1"), 1);
+  one.Advance(std::chrono::seconds(2), Instrument::Pace::kFine);
+  EXPECT_EQ(one.ReadRegister(stored).word, 1) << "sampling goes on at its pace";
+  EXPECT_EQ(truth.Count("sample 1 1 1 "), 2);
 }
 
 TEST_F(OneInstrument, UnknownMailboxCommandIsRefused) {

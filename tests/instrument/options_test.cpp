@@ -37,6 +37,22 @@ TEST(Options, NumbersComeAsACountOrAList) {
   EXPECT_TRUE(options->instruments[1].fast);
 }
 
+TEST(Options, TestsOfTheFirmwareGiveWhatTheyAreTold) {
+  const auto options = Parse({"--inet", "2,4", "--ram-test-clears", "4", "--selftest", "ram=4660",
+                              "--selftest", "4:watchdog=hang", "--selftest", "2:eprom=-1"});
+  ASSERT_TRUE(options);
+  EXPECT_FALSE(options->instruments[0].ram_test_clears);
+  EXPECT_TRUE(options->instruments[1].ram_test_clears);
+  ASSERT_EQ(options->tests.size(), 3U);
+  EXPECT_EQ(options->tests[0].inet, 0);
+  EXPECT_EQ(options->tests[0].command, SelfTest::kRam);
+  EXPECT_EQ(options->tests[0].result.word, 4660);
+  EXPECT_EQ(options->tests[1].inet, 4);
+  EXPECT_EQ(options->tests[1].command, SelfTest::kWatchdog);
+  EXPECT_TRUE(options->tests[1].result.hangs);
+  EXPECT_EQ(options->tests[2].result.word, -1);
+}
+
 TEST(Options, OvensBeginAsTold) {
   const auto options = Parse(
       {"--warm", "--oven", "1.1=hold:200", "--oven", "1.2=ramp:300:0.08", "--oven", "1.3=off"});
@@ -117,6 +133,12 @@ TEST(Options, RefusesWhatMakesNoSense) {
                                                   {"--inet", "1,,2"},
                                                   {"--inet", "0"},
                                                   {"--fast"},
+                                                  {"--ram-test-clears", "x"},
+                                                  {"--selftest", "ram"},
+                                                  {"--selftest", "disk=0"},
+                                                  {"--selftest", "ram=65536"},
+                                                  {"--selftest", "7:ram=0"},
+                                                  {"--selftest", "2:ram=0"},
                                                   {"--oven", "1.5=off"},
                                                   {"--oven", "1.1=hold"},
                                                   {"--oven", "1.1=ramp:300"},

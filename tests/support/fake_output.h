@@ -123,14 +123,45 @@ class FakeClipboard : public Clipboard {
   }
 };
 
-// Levers: mark and date.
+// Levers: mark; date, how every date is written; without it each is written by `form`, of which
+// dd, d, MM, M, yyyy and yy are replaced.
 class FakeRegional : public Regional {
  public:
   std::string mark = ".";
   std::string date = "14/03/2026";
+  std::string form = "dd/MM/yyyy";
 
   [[nodiscard]] std::string DecimalMark() const override { return mark; }
-  [[nodiscard]] std::string ShortDate(const WallTime& /*time*/) const override { return date; }
+  [[nodiscard]] std::string ShortDate(const WallTime& time) const override {
+    if (!date.empty()) {
+      return date;
+    }
+    std::string text;
+    for (std::size_t place = 0, end = 0; place < form.size(); place = end) {
+      end = std::min(form.find_first_not_of(form[place], place), form.size());
+      text += Part(form[place], end - place, time);
+    }
+    return text;
+  }
+  [[nodiscard]] std::string ShortDateForm() const override { return form; }
+
+ private:
+  static std::string Part(char letter, std::size_t length, const WallTime& time) {
+    const std::string year = std::to_string(time.Year);
+    switch (letter) {
+      case 'd':
+        return Padded(std::to_string(time.Day), length);
+      case 'M':
+        return Padded(std::to_string(time.Month), length);
+      case 'y':
+        return length == 2 ? year.substr(2) : year;
+      default:
+        return std::string(length, letter);
+    }
+  }
+  static std::string Padded(const std::string& number, std::size_t length) {
+    return std::string(length - std::min(length, number.size()), '0') + number;
+  }
 };
 
 }  // namespace tavrel

@@ -18,6 +18,7 @@ using testing::IsEmpty;
 struct Failing {
   bool is_plugin;
   const char* fault;
+  const char* name;
 };
 
 // Rows 2 and 15, linear, from 0 to 4000 steps; or the reference sensor.
@@ -117,6 +118,53 @@ class FailingRun : public testing::TestWithParam<Failing>, public ChannelRoom {
     ASSERT_TRUE(StepTo(AdjState::kEmptySheet));
   }
 
+  // A run in which each exchange fails once; true if it comes to its end.
+  bool RunFailingOnce() {
+    OpenAnew();
+    ChooseRows();
+    Count();
+    FailEachOnce();
+    channels.CmdOK_Click();
+    EXPECT_EQ(program.dialogs.boxes.size(), 1U);
+    EXPECT_THAT(program.dialogs.boxes.back().Text, HasSubstr("controller 2, which may be on"));
+    GoOn();
+    if (!Steps(AdjState::kAwaitShorted)) {
+      return false;
+    }
+    channels.CmdOK_Click();
+    if (!Steps(AdjState::kAwaitRaised)) {
+      return false;
+    }
+    Raise();
+    channels.CmdOK_Click();
+    if (!Steps(AdjState::kAwaitFinal)) {
+      return false;
+    }
+    instruction = channels.Values().Lbl_Instr;
+    channels.txt_Final_Change("200");
+    channels.CmdOK_Click();
+    return StepTo(AdjState::kEmptySheet);
+  }
+  bool RunReferenceFailingOnce() {
+    OpenAnew();
+    EXPECT_TRUE(instrument.Tell("sensor 2.0 temp 0"));
+    Count();
+    FailEachOnce();
+    channels.Mnu_RTD_Click();
+    EXPECT_THAT(program.dialogs.boxes.back().Text, HasSubstr("controller 1, which may be on"));
+    GoOn();
+    if (!Steps(AdjState::kAwaitZero)) {
+      return false;
+    }
+    channels.CmdOK_Click();
+    if (!Steps(AdjState::kAwaitSpan)) {
+      return false;
+    }
+    EXPECT_TRUE(instrument.Tell("sensor 2.0 temp 100"));
+    channels.CmdOK_Click();
+    return StepTo(AdjState::kEmptySheet);
+  }
+
   // What the last record of the journal says about a row afterwards; -1 stands for "?".
   std::map<std::string, std::string> After(int row) const {
     const std::string journal = program.home.Read(kJournalFile);
@@ -167,23 +215,8 @@ class FailingRun : public testing::TestWithParam<Failing>, public ChannelRoom {
 };
 
 TEST_P(FailingRun, RepeatsEachExchange) {
-  OpenAnew();
-  ASSERT_NO_FATAL_FAILURE(ChooseRows());
-  FailEachOnce();
-  channels.CmdOK_Click();
-  ASSERT_EQ(program.dialogs.boxes.size(), 1U);
-  EXPECT_THAT(program.dialogs.boxes[0].Text, HasSubstr("controller 2, which may be on"));
-  GoOn();
-  ASSERT_TRUE(Steps(AdjState::kAwaitShorted));
-  channels.CmdOK_Click();
-  ASSERT_TRUE(Steps(AdjState::kAwaitRaised));
-  Raise();
-  channels.CmdOK_Click();
-  ASSERT_TRUE(Steps(AdjState::kAwaitFinal));
-  EXPECT_EQ(channels.Values().Lbl_Instr, "enter the final value") << "no reading has failed";
-  channels.txt_Final_Change("200");
-  channels.CmdOK_Click();
-  ASSERT_TRUE(StepTo(AdjState::kEmptySheet));
+  ASSERT_TRUE(Undisturbed([this] { return RunFailingOnce(); }));
+  EXPECT_EQ(instruction, "enter the final value") << "no reading has failed";
   constexpr int kExchanges = 2 + 20 + 2 + 30 + 6;
   EXPECT_GE(exchanges, 2 * kExchanges) << "each is on the line twice";
   EXPECT_THAT(program.dialogs.boxes, IsEmpty());
@@ -195,18 +228,7 @@ TEST_P(FailingRun, RepeatsEachExchange) {
 }
 
 TEST_P(FailingRun, OfTheReferenceSensorRepeatsEachExchange) {
-  OpenAnew();
-  EXPECT_TRUE(instrument.Tell("sensor 2.0 temp 0"));
-  FailEachOnce();
-  channels.Mnu_RTD_Click();
-  EXPECT_THAT(program.dialogs.boxes.back().Text, HasSubstr("controller 1, which may be on"));
-  GoOn();
-  ASSERT_TRUE(Steps(AdjState::kAwaitZero));
-  channels.CmdOK_Click();
-  ASSERT_TRUE(Steps(AdjState::kAwaitSpan));
-  EXPECT_TRUE(instrument.Tell("sensor 2.0 temp 100"));
-  channels.CmdOK_Click();
-  ASSERT_TRUE(StepTo(AdjState::kEmptySheet));
+  ASSERT_TRUE(Undisturbed([this] { return RunReferenceFailingOnce(); }));
   EXPECT_THAT(channels.Values().Lbl_Instr, testing::Not(HasSubstr("failed")));
   EXPECT_THAT(program.dialogs.boxes, IsEmpty());
   constexpr int kExchanges = 1 + 10 + 1 + 10 + 3;
@@ -328,10 +350,11 @@ TEST_P(FailingRun, ThatIsDroppedTellsWhatItHasWritten) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EachFailure, FailingRun,
-                         testing::Values(Failing{false, "lost-request on"},
-                                         Failing{true, "lost-reply on"},
-                                         Failing{true, "refusal on"},
-                                         Failing{false, "late-reply 130"}));
+                         testing::Values(Failing{false, "lost-request on", "lost_request"},
+                                         Failing{true, "lost-reply on", "lost_reply"},
+                                         Failing{true, "refusal on", "refusal"},
+                                         Failing{false, "late-reply 130", "late_reply"}),
+                         [](const auto& each) { return each.param.name; });
 
 }  // namespace
 }  // namespace tavrel

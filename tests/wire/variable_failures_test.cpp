@@ -86,15 +86,22 @@ class QuarterOfTransfer : public testing::TestWithParam<int>, public FailingTran
 TEST_P(QuarterOfTransfer, SaveTellsOfReadsThatFail) {
   const VariableWords before = AllWords();
   VariableWords expected = before;
-  std::int16_t last = ForSure('Y', 0).value_or(kNoData);
+  const std::int16_t last_read = ForSure('J', 0).value_or(kNoData);
+  std::int16_t last = last_read;
   for (int place = 0; place < kVariables; ++place) {
     // A late reply is met by the command behind it, which does not go out.
     const bool is_spoilt = GetParam() == kLate && place > 0 && IsMine(place - 1);
     last = IsMine(place) || is_spoilt ? last : At(expected, place);
     At(expected, place) = last;
   }
-  fails = [this] { return IsMine(PlaceShown()); };
-  Save();
+  EXPECT_TRUE(Undisturbed([this, last_read] {
+    Greet();
+    EXPECT_EQ(ForSure('J', 0), last_read) << "it is what the link holds last";
+    Count();
+    fails = [this] { return IsMine(PlaceShown()); };
+    Save();
+    return true;
+  }));
   EXPECT_EQ(LastBox(), "Error in file !");
   EXPECT_EQ(program.home.Read("OVEN.VAR"), VariableFileBytes(expected));
   EXPECT_EQ(channels.State(), AdjState::kIdle);
@@ -109,12 +116,18 @@ TEST_P(QuarterOfTransfer, LoadRepeatsWritesThatFail) {
     }
   }
   program.home.Write("OVEN.VAR", VariableFileBytes(words));
-  fails = [this, failed = -1]() mutable {
-    const bool is_first = IsWrite() && PlaceShown() != failed;
-    failed = IsWrite() ? PlaceShown() : failed;
-    return is_first && IsMine(failed);
-  };
-  Load();
+  EXPECT_TRUE(Undisturbed([this] {
+    Greet();
+    EXPECT_TRUE(StepTo(AdjState::kIdle));
+    Count();
+    fails = [this, failed = -1]() mutable {
+      const bool is_first = IsWrite() && PlaceShown() != failed;
+      failed = IsWrite() ? PlaceShown() : failed;
+      return is_first && IsMine(failed);
+    };
+    Load();
+    return true;
+  }));
   EXPECT_EQ(LastBox(), "File loaded !");
   Greet();
   EXPECT_EQ(VariableFileBytes(AllWords()), VariableFileBytes(words));

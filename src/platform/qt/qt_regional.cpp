@@ -13,4 +13,8 @@ std::string QtRegional::ShortDate(const WallTime& time) const {
   return locale_.toString(date, QLocale::ShortFormat).toStdString();
 }
 
+std::string QtRegional::ShortDateForm() const {
+  return locale_.dateFormat(QLocale::ShortFormat).toStdString();
+}
+
 }  // namespace tavrel

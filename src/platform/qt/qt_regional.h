@@ -14,6 +14,7 @@ class QtRegional : public Regional {
 
   [[nodiscard]] std::string DecimalMark() const override;
   [[nodiscard]] std::string ShortDate(const WallTime& time) const override;
+  [[nodiscard]] std::string ShortDateForm() const override;
 
  private:
   QLocale locale_;

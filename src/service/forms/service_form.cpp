@@ -3,6 +3,11 @@
 #include <QHBoxLayout>
 
 namespace tavrel {
+namespace {
+
+constexpr const char* kSpoken = "spoken";
+
+}  // namespace
 
 ServiceForm::ServiceForm(ServiceScreen& screen, SteppedScreens& stepped, const char* name)
     : ModalForm(screen, name, screen.Caption()),
@@ -26,7 +31,31 @@ QBoxLayout* ServiceForm::MakeFoot() {
   return foot;
 }
 
+QLabel* ServiceForm::MakeValue(const QString& name, const QString& spoken, const QString& widest) {
+  auto* value = new QLabel(this);
+  value->setObjectName(name);
+  value->setTextFormat(Qt::PlainText);
+  value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  value->setMinimumWidth(fontMetrics().horizontalAdvance(widest));
+  value->setProperty(kSpoken, spoken);
+  return value;
+}
+
+void ServiceForm::ShowValue(QLabel& label, std::string_view utf8) {
+  ShowText(label, utf8);
+  label.setAccessibleName(label.property(kSpoken).toString() + " " + label.text());
+}
+
+void ServiceForm::ShowIfAny(QLabel& label, std::string_view utf8) {
+  QSizePolicy keeps_its_place = label.sizePolicy();
+  keeps_its_place.setRetainSizeWhenHidden(true);
+  label.setSizePolicy(keeps_its_place);
+  ShowValue(label, utf8);
+  label.setVisible(!utf8.empty());
+}
+
 void ServiceForm::UpdateWidgets() {
+  setWindowTitle(QtText(service_screen_.Caption()));
   com_icon_->setVisible(service_screen_.ComIcon());
   ShowText(*trigger_, service_screen_.IsLit() ? "c" : "");
 }

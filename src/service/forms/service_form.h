@@ -2,6 +2,7 @@
 #define TAVREL_SERVICE_FORMS_SERVICE_FORM_H_
 
 #include <QLabel>
+#include <string_view>
 
 #include "service/service_screen.h"
 #include "state/stepped_screen.h"
@@ -19,8 +20,19 @@ class ServiceForm : public ModalForm {
   ServiceForm(ServiceScreen& screen, SteppedScreens& stepped, const char* name);
 
  protected:
-  // Sign of the connection and running light; a form adds what it has.
+  // Title, sign of the connection and running light; a form adds what it has.
   void UpdateWidgets() override;
+
+  // A value at the right edge of a place that is wide enough for `widest`, so that it does not move
+  // what stands beside it. `spoken` is what it is, as a screen reader says it before the value.
+  [[nodiscard]] QLabel* MakeValue(const QString& name, const QString& spoken,
+                                  const QString& widest);
+
+  // Shows a value that MakeValue has made.
+  static void ShowValue(QLabel& label, std::string_view utf8);
+
+  // The same; without a text it is hidden and keeps its place.
+  static void ShowIfAny(QLabel& label, std::string_view utf8);
 
   // Both in a row, to which a form adds its buttons.
   [[nodiscard]] QBoxLayout* MakeFoot();
