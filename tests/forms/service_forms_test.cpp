@@ -273,6 +273,7 @@ TEST_F(BrowserForms, ShowThePortsBitByBit) {
   Start();
   Then("ALL_REGS", [&] {
     EXPECT_EQ(Form()->windowTitle(), " Tavrel-2  /  Registers of HD647180");
+    EXPECT_EQ(Grid()->currentIndex(), At(0, 2)) << "ready for the keyboard";
     Turns(128);
     EXPECT_EQ(Cell(4, 0), "04");
     EXPECT_EQ(Cell(4, 1), "STAT0");

@@ -325,6 +325,39 @@ TEST_P(ClearedSeries, KeepTheirRows) {
   }
 }
 
+// The program is killed before it is found out what is gone: nothing comes into the row of another
+// set without the user being told.
+TEST_P(ClearedSeries, AreNeverShiftedUntoldByAKillInBetween) {
+  line.clearing_pauses = GetParam().pauses;
+  Begin({9, 5, 10, milliseconds(0)});
+  bench.Run(125);
+  OpenIt();
+  Load(60);
+  bench.Run(25);
+  bench.clock.AdvanceSeconds(10 * GetParam().sets);
+  browser.Grid_Click(RowOf('R', 2), kDec);
+  EXPECT_TRUE(browser.Commit("0"));
+  browser.CloseNow();
+  ASSERT_TRUE(bench.state.ColumnsInDoubt[9]);
+  bench.files.OpenRecordingFile(9);  // what the next program finds
+  EXPECT_TRUE(bench.state.ColumnsInDoubt[9]);
+  EXPECT_EQ(bench.state.AskedInput[9], 2);
+  bench.Run(600);
+  const auto sets = Sets();
+  ASSERT_GT(sets.size(), 30U);
+  std::string told;
+  for (const Notice& notice : bench.dialogs.announced) {
+    told += notice.Text + "\n";
+  }
+  for (std::size_t row = 0; row < sets.size(); ++row) {
+    const std::vector<int> others = {sets[row][0], sets[row][2], sets[row][3], sets[row][4]};
+    EXPECT_EQ(others, std::vector<int>(4, sets[row][0])) << row;
+    if (sets[row][1] != sets[row][0]) {
+      EXPECT_NE(told.find("input 2: "), std::string::npos) << row << "\n" << told;
+    }
+  }
+}
+
 // The set in hand has its value of the input already: what is gone belongs to the sets behind it.
 TEST_F(RecordedInputs, KeepTheirRowsIfTheyAreClearedInTheMiddleOfASet) {
   line.clearing_pauses = true;

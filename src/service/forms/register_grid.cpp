@@ -44,6 +44,14 @@ QVariant AlignmentOf(const RegisterSheet& sheet, int column) {
   return is_words ? QVariant(Qt::AlignLeft | Qt::AlignVCenter) : QVariant(Qt::AlignCenter);
 }
 
+int FirstEditable(const RegisterSheet& sheet) {
+  int column = 0;
+  while (column < kLastColumn && !sheet.IsEditable(column)) {
+    ++column;
+  }
+  return column;
+}
+
 // The widest text that a column has, in characters.
 int WidestOf(const RegisterSheet& sheet, int column) {
   std::size_t widest = sheet.ColumnHeads().at(static_cast<std::size_t>(column)).size();
@@ -130,7 +138,7 @@ RegisterGrid::RegisterGrid(const RegisterSheet& sheet, QWidget* parent)
   setModel(cells_);
   setItemDelegate(new FramedCells(this));
   Arrange();
-  setCurrentIndex(cells_->index(0, 1));
+  setCurrentIndex(cells_->index(0, FirstEditable(sheet)));
   txt_edit_->setObjectName("txtEdit");
   txt_edit_->setAlignment(Qt::AlignCenter);
   txt_edit_->setFont(font());
