@@ -152,7 +152,7 @@ void ProgramScreens::ShowWaitBar() {
 MainCycle::TickHandlers ProgramScreens::Handlers() {
   return {[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
           [this](int slot) { logic_.runner.StepProgram(slot); },
-          [this] { return logic_.unsure.ReadBack(); }};
+          [this] { return logic_.ReadBack(); }};
 }
 
 void ProgramScreens::RefreshWorksheet() {
