@@ -1,6 +1,7 @@
 #include "instrument/control_commands.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iomanip>
 #include <sstream>
 
@@ -168,6 +169,25 @@ std::string ControlCommands::DoTestResult(const Words& words) {
   return {};
 }
 
+namespace {
+
+// Of each controller the power at its heater output in percent, whether its safety contact is
+// closed, and the power that reaches the oven.
+std::string OutputsOf(const Instrument& instrument) {
+  std::ostringstream outputs;
+  std::ostringstream contacts;
+  std::ostringstream heat;
+  for (int number = 1; number <= kControllerCount; ++number) {
+    const Controller& controller = instrument.ControllerOf(number);
+    outputs << ' ' << std::lround(controller.Output());
+    contacts << (controller.IsContactClosed() ? " closed" : " open");
+    heat << ' ' << std::lround(controller.HeaterPower());
+  }
+  return " outputs" + outputs.str() + " contacts" + contacts.str() + " heat" + heat.str();
+}
+
+}  // namespace
+
 std::string ControlCommands::Status() {
   std::ostringstream text;
   const std::string port = switchboard_.PortPath();
@@ -179,6 +199,7 @@ std::string ControlCommands::Status() {
     for (int controller = 1; controller <= kControllerCount; ++controller) {
       text << ' ' << instrument.ControllerStatusOf(controller);
     }
+    text << OutputsOf(instrument);
     const std::string faults = line_.FaultsOf(inet)->Text();
     text << " faults " << (faults.empty() ? "none" : faults) << '\n';
   }

@@ -74,7 +74,7 @@ void Controller::Regulate(const ControllerSettings& settings, double measured, d
 }
 
 double Controller::HeaterPower() const {
-  return Controls() || status_ == kTest ? output_ : 0.0;
+  return IsContactClosed() ? output_ : 0.0;
 }
 
 }  // namespace instrument

@@ -51,7 +51,9 @@ class Controller {
   [[nodiscard]] int Status() const { return status_; }
   [[nodiscard]] double Setpoint() const { return setpoint_; }
   [[nodiscard]] double Output() const { return output_; }
-  // What reaches the heater: the output, but nothing with "off" and "fail".
+  // The safety contact lets the output through to the heater; it is open with "off" and "fail".
+  [[nodiscard]] bool IsContactClosed() const { return Controls() || status_ == kTest; }
+  // What reaches the heater: the output behind a closed contact, else nothing.
   [[nodiscard]] double HeaterPower() const;
 
  private:

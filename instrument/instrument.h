@@ -102,8 +102,12 @@ class Instrument {
 
   [[nodiscard]] int Inet() const { return inet_; }
   [[nodiscard]] double Seconds() const { return std::chrono::duration<double>(now_).count(); }
+  // Controller 1..4.
+  [[nodiscard]] const Controller& ControllerOf(int controller) const {
+    return controllers_.at(static_cast<std::size_t>(controller - 1));
+  }
   [[nodiscard]] int ControllerStatusOf(int controller) const {
-    return controllers_.at(static_cast<std::size_t>(controller - 1)).Status();
+    return ControllerOf(controller).Status();
   }
   // The number of samples in the fullest buffer.
   [[nodiscard]] int LongestSeries() const;

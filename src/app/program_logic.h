@@ -31,8 +31,14 @@
 #include "service/communication_test.h"
 #include "service/link_watch.h"
 #include "service/memory_test.h"
+#include "service/output_records.h"
+#include "service/output_recovery.h"
+#include "service/output_test.h"
+#include "service/port_browser.h"
 #include "service/quality_data.h"
 #include "service/service_screen.h"
+#include "service/terminal.h"
+#include "service/variable_browser.h"
 #include "service/watchdog_test.h"
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
@@ -77,7 +83,9 @@ struct ProgramLogic {
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
   // What a free tick of the cycle looks at besides the pump. True: it has used the line.
-  [[nodiscard]] bool ReadBack() { return unsure.ReadBack() || buffers.Look(); }
+  [[nodiscard]] bool ReadBack() {
+    return output_recovery.Step() || unsure.ReadBack() || buffers.Look();
+  }
 
   Machine machine;
   RunState state;
@@ -128,6 +136,13 @@ struct ProgramLogic {
                        machine.dialogs, machine.events,
                        machine.clock,   [this](int slot) { return sheet.IsControllerOn(slot); },
                        buffers};
+  VariableBrowser variable_browser{service};
+  PortBrowser port_browser{service};
+  OutputRecords output_records{state, messages};
+  OutputTest output_test{service, output_records};
+  OutputRecovery output_recovery{
+      {state, link, engine.Orders(), output_records, machine.dialogs, machine.clock}};
+  Terminal terminal{service};
   CommunicationTest communication_test{service};
   MemoryTest memory_test{service};
   WatchdogTest watchdog_test{service};

@@ -9,7 +9,10 @@
 #include "service/forms/all_com.h"
 #include "service/forms/all_mem.h"
 #include "service/forms/all_qs.h"
+#include "service/forms/all_term.h"
 #include "service/forms/all_wdog.h"
+#include "service/forms/register_sheet_form.h"
+#include "service/forms/sp_tavhs.h"
 #include "setup/forms/tav_chann.h"
 #include "setup/forms/tav_inst.h"
 #include "setup/forms/tav_num.h"
@@ -48,13 +51,11 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
   AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
+  AddFormToOpen<AllTerm>(View::kAllTerm, logic.terminal);
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
   AddChannels();
-  AddServiceForm<AllCom>(logic.communication_test);
-  AddServiceForm<AllMem>(logic.memory_test);
-  AddServiceForm<AllWdog>(logic.watchdog_test);
-  AddServiceForm<AllQs>(logic.quality_data);
+  AddServiceForms();
   screens_.Add(View::kTavWork, [this] { ShowWorksheet(); });
   screens_.Add(View::kTavGraph, [this] { ShowGraph(); });
   screens_.Add(View::kTavWait, [this] { ShowWaitBar(); });
@@ -92,6 +93,16 @@ void ProgramScreens::AddServiceForm(Screen& screen) {
     }
     screen.CloseNow();
   });
+}
+
+void ProgramScreens::AddServiceForms() {
+  AddServiceForm<AllRam>(logic_.variable_browser);
+  AddServiceForm<AllRegs>(logic_.port_browser);
+  AddServiceForm<SpTavHs>(logic_.output_test);
+  AddServiceForm<AllCom>(logic_.communication_test);
+  AddServiceForm<AllMem>(logic_.memory_test);
+  AddServiceForm<AllWdog>(logic_.watchdog_test);
+  AddServiceForm<AllQs>(logic_.quality_data);
 }
 
 // These show the hourglass themselves while they search and copy.

@@ -38,6 +38,7 @@ class ProgramScreens {
   void AddFormToOpen(View view, Screen& screen);
   template <typename Form, typename Screen>
   void AddServiceForm(Screen& screen);
+  void AddServiceForms();
   void AddFileForms();
   void ShowNumbering();
   void AddChannels();

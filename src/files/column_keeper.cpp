@@ -195,6 +195,10 @@ ColumnKeeper::Deed ColumnKeeper::Next(int slot) {
   if (column.full.At() != FullBuffer::Stage::kIdle) {
     return NextOfFull(slot);
   }
+  if (const DroppedSeries* dropped = AwaitedSeries(slot)) {
+    const bool is_time = column.look_at_dropped <= clock_.Elapsed();
+    return is_time ? Deed{Deed::kCount, dropped->input} : Deed{};
+  }
   if (!evidence.AnyDoubt()) {
     return {Deed::kDecide, 0};
   }
@@ -206,6 +210,10 @@ ColumnKeeper::Deed ColumnKeeper::Next(int slot) {
 void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when) {
   Column& column = columns_[slot];
   column.refusals = 0;
+  if (AwaitedSeries(slot) != nullptr) {
+    CountDropped(slot, input, count, when.answered);
+    return;
+  }
   if (MayBeFull(slot, input, count)) {
     CountFull(slot, input);
     return;
@@ -253,6 +261,7 @@ void ColumnKeeper::NotCounted(int slot, bool refused) {
     if (column.full.At() != FullBuffer::Stage::kIdle) {
       CompareFull(slot);
     }
+    GiveUpDropped(slot);
     column.evidence.GiveUp();
   }
 }
@@ -278,6 +287,9 @@ bool ColumnKeeper::Decide(int slot) {
 
 bool ColumnKeeper::CarryOut(int slot) {
   Column& column = columns_[slot];
+  if (!CarryOutDropped(slot)) {
+    return false;
+  }
   std::vector<int> lost;
   std::vector<int> uncertain;
   for (const int input : column.doubted) {
@@ -304,6 +316,7 @@ bool ColumnKeeper::CarryOut(int slot) {
 void ColumnKeeper::EndDoubt(int slot) {
   Column& column = columns_[slot];
   column.doubted.clear();
+  column.dropped.clear();
   column.is_suspicion = false;
   column.before.reset();
   column.restarts = 0;

@@ -58,6 +58,14 @@ class ColumnKeeper {
   // of the instrument.
   void NoteCleared(int slot, std::int64_t sets);
 
+  // The user has made the instrument drop values of an input, or start its series anew: between
+  // `least` and `most` of its samples are gone. Nothing is decided before its next sample is there.
+  // What is missing afterwards is filled in and told.
+  void Dropped(int slot, int input, int least, int most);
+
+  // The user has changed how an input is sampled: its place among the others is not known.
+  void Unsettle(int slot, int input);
+
   // Called on the ten-second tick for a slot that reads.
   void Watch(int slot);
 
@@ -87,14 +95,25 @@ class ColumnKeeper {
   // in the next set.
   void SetWritten(int slot);
 
+  // Samples of an input that are gone by the user's wish.
+  struct DroppedSeries {
+    int input = 0;
+    int least = 0;
+    int most = 0;
+    Time since{};
+    bool is_doubted = false;  // its next sample has been seen, or will not come
+  };
+
   // All that is known of a slot.
   struct Column {
     ColumnEvidence evidence;
     FullBuffer full;
     std::vector<int> doubted;   // inputs whose verdict is not carried out yet
     bool is_suspicion = false;  // nothing failed; what stays open is no doubt
-    int refusals = 0;           // in a row
-    bool rests = false;         // no learning before the next ten-second tick
+    std::vector<DroppedSeries> dropped;
+    Time look_at_dropped{};  // not before
+    int refusals = 0;        // in a row
+    bool rests = false;      // no learning before the next ten-second tick
     // An input had no data while others had theirs; then, since when it is suspected.
     std::optional<Time> misses_since;
     // What was known before the buffer was full, or the instrument was switched off and on; what
@@ -134,6 +153,11 @@ class ColumnKeeper {
   void Suspect(int slot);
   void EndDoubt(int slot);
   [[nodiscard]] bool CarryOut(int slot);
+  [[nodiscard]] const DroppedSeries* AwaitedSeries(int slot) const;
+  void CountDropped(int slot, int input, int count, Time now);
+  [[nodiscard]] bool CarryOutDropped(int slot);
+  void GiveUpDropped(int slot);
+  [[nodiscard]] bool MakeUp(int slot, int input, int gone);
   void TakeRestart(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);
   [[nodiscard]] std::string WhatHappened(int slot) const;

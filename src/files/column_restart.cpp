@@ -56,6 +56,7 @@ void ColumnKeeper::TakeRestart(int slot) {
   column.stored.reset();
   column.full.End();
   column.doubted.clear();
+  column.dropped.clear();
   column.is_suspicion = false;
   column.misses_since.reset();
   std::vector<int> seen;

@@ -28,6 +28,13 @@ void RecordingEngine::NoteFailure(int slot, int channel) {
   }
 }
 
+void RecordingEngine::DoubtInput(const std::vector<int>& slots, int input) {
+  for (const int slot : slots) {
+    files_.KeepHeldSet(slot, input);
+    columns_.Failed(slot, input);
+  }
+}
+
 // One exchange for columns that are in doubt, or the end of the doubt.
 void RecordingEngine::MendColumns(int slot) {
   const ColumnKeeper::Deed deed = columns_.Next(slot);

@@ -172,8 +172,12 @@ void RecordingEngine::EndFullSlot(int slot) {
 }
 
 void RecordingEngine::ReadOneSample() {
-  const int slot = state_.PumpSlot;
-  const int channel = state_.PumpChannel;
+  if (ReadSampleOf(state_.PumpSlot, state_.PumpChannel).IsGood()) {
+    --state_.PumpChannel;
+  }
+}
+
+Reading RecordingEngine::ReadSampleOf(int slot, int channel) {
   // The instrument hands the value over whether or not its reply arrives.
   files_.KeepHeldSet(slot, channel);
   const auto asked = clock_.Elapsed();
@@ -181,7 +185,7 @@ void RecordingEngine::ReadOneSample() {
   NoteExchange(slot, asked);
   if (!oldest.IsGood()) {
     NoteFailure(slot, channel);
-    return;
+    return oldest;
   }
   NoteSample(slot, channel, oldest.word, asked);
   if (oldest.word == kNoData) {
@@ -192,7 +196,7 @@ void RecordingEngine::ReadOneSample() {
   const int simulated_word = channel * 10;
   TakeSample(slot, channel,
              link_.Simulated ? static_cast<std::int16_t>(simulated_word) : oldest.word);
-  --state_.PumpChannel;
+  return oldest;
 }
 
 // A refusal is an answer too.

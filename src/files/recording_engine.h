@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "files/column_keeper.h"
 #include "files/held_set.h"
@@ -12,6 +13,7 @@
 #include "files/recording_file.h"
 #include "files/stop_orders.h"
 #include "link/link.h"
+#include "link/register_access.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
@@ -86,6 +88,36 @@ class RecordingEngine {
   // controller is switched off, the program of the slot ends.
   void EndOfRecording(int slot);
 
+  // ---- What a user reads and writes past the cursor of the pump. `takers` are slots.
+
+  // Reads X of an input that the recordings of `takers` use: takes its oldest value as the pump
+  // would, for the recording that would read it next. The value is in the set in hand afterwards, a
+  // failure begins the doubt of the pump. Empty, and nothing is read, while no value of the input
+  // can be taken: one is in hand already, or the recording counts or compares first, or its file
+  // does not take sets. The pump is woken then to go on with what is in the way.
+  [[nodiscard]] std::optional<Reading> ReadSample(const std::vector<int>& takers, int input);
+
+  // A write of X, R or S of an input that the recordings of `takers` use.
+  struct SeriesWrite {
+    std::vector<int> takers;
+    Register to;
+    std::int16_t word = 0;
+    int stored = 0;  // values of the input that wait in the instrument, before a write of R
+  };
+
+  // A series that is cleared while more values wait cannot be made up for.
+  static constexpr int kMostToClear = 200;
+
+  // False while a recording compares or makes up for such a write, or its file does not take sets:
+  // another write would leave more in doubt than can be decided.
+  [[nodiscard]] bool MayWriteSeries(const std::vector<int>& takers, int input) const;
+
+  // Carries it out. What the instrument may have dropped is in doubt afterwards, so that no later
+  // value comes into a wrong row, and the user learns what became of each recording.
+  [[nodiscard]] LinkResult WriteSeries(const SeriesWrite& write);
+
+  // ---- Orders and holds.
+
   // What end actions have still to switch off. Whoever switches a controller with success drops
   // the order for it.
   [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
@@ -95,6 +127,11 @@ class RecordingEngine {
   // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
   // to be saved afterwards.
   [[nodiscard]] std::string SaveSetInHand(int slot);
+
+  // Somebody else is about to read X of an input that the recordings of `slots` use, or to clear
+  // its series, and nobody will hear what the instrument said: the pump compares the columns before
+  // it takes the next value. On the disk before this returns.
+  void DoubtInput(const std::vector<int>& slots, int input);
 
   // How long all recordings that run can do without the pump at least, until the first of their
   // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
@@ -122,6 +159,11 @@ class RecordingEngine {
   [[nodiscard]] bool IsSetComplete(int slot) const;
   void EndFullSlot(int slot);
   void ReadOneSample();
+  [[nodiscard]] Reading ReadSampleOf(int slot, int channel);
+  [[nodiscard]] bool MayReadSample(int slot, int input) const;
+  [[nodiscard]] bool IsHeldUp(int slot) const;
+  void Wake(int slot);
+  void NoteSeriesWrite(int slot, const SeriesWrite& write, bool is_certain);
   void NoteExchange(int slot, std::chrono::nanoseconds asked);
   void ReadBufferCount(int slot);
   [[nodiscard]] int InputToCount(int slot) const;

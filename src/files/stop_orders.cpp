@@ -155,6 +155,7 @@ void StopOrders::TellOfFile(const std::string& what) {
 
 void StopOrders::Give(int slot, std::int16_t inet, std::int16_t controller) {
   const StopOrder order{slot, inet, controller, true};
+  Count(order);
   if (parts_.link.Simulated) {
     static_cast<void>(Send(order));
     return;
@@ -194,6 +195,7 @@ bool StopOrders::SendDue() {
 }
 
 bool StopOrders::Send(const StopOrder& order) {
+  Count(order);
   const Register state{order.Inet, reg::kControllerState, order.Controller};
   return IsGood(Write(parts_.link, state, controller::kOff));
 }
@@ -237,6 +239,17 @@ void StopOrders::DropIf(Predicate is_void) {
   if (std::erase_if(orders_, is_void) > 0) {
     Changed();
   }
+}
+
+// A header may name a controller that is none.
+void StopOrders::Count(const StopOrder& order) {
+  if (IsInet(order.Inet) && IsController(order.Controller)) {
+    ++counts_[order.Inet][order.Controller];
+  }
+}
+
+std::uint32_t StopOrders::Count(int inet, int controller) const {
+  return IsInet(inet) && IsController(controller) ? counts_[inet][controller] : 0;
 }
 
 bool StopOrders::IsWaiting(int inet, int controller) const {

@@ -82,6 +82,10 @@ class StopOrders {
 
   [[nodiscard]] bool IsWaiting(int inet, int controller) const;
 
+  // How often an order for that controller was given or sent since the program runs. Whoever
+  // remembers what the controller does, or is to do, forgets it when this changes.
+  [[nodiscard]] std::uint32_t Count(int inet, int controller) const;
+
   // At least one order waits, and there is a line to send it on.
   [[nodiscard]] bool CanSend() const;
 
@@ -98,12 +102,14 @@ class StopOrders {
   template <typename Predicate>
   void DropIf(Predicate is_void);
   [[nodiscard]] bool Send(const StopOrder& order);
+  void Count(const StopOrder& order);
   void Changed();
   void TellIfUnsaved();
   [[nodiscard]] std::string Path() const;
 
   Parts parts_;
   std::vector<StopOrder> orders_;
+  ByInet<ByController<std::uint32_t>> counts_{};
   std::vector<StopOrder> void_unread_;  // controllers that were switched while it was unread
   bool is_unread_ = false;              // the file of the program before could not be read
   bool is_saved_ = true;                // the disk holds what orders_ holds

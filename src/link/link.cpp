@@ -33,6 +33,10 @@ constexpr milliseconds kTail{15};
 // command (7 x 11 / 9600 s = 8 ms instead of 5 x 11 / 4800 s = 11.5 ms).
 constexpr milliseconds kFastTail{12};
 
+// An answer to a text is expected within that time, as late as one to an exchange is noticed.
+constexpr milliseconds kTextReply{260};
+constexpr milliseconds kLongestText{1000};
+
 constexpr std::string_view kRefusal = "?";
 
 int PortNumber(const std::string& comm_port) {
@@ -116,6 +120,33 @@ void Link::NoteEvents() {
 void Link::LinkAbort() {
   if (PortOpen && !Simulated && !mode_.LinkDirect) {
     port_.Write(std::string_view(&kEscape, 1));
+  }
+}
+
+// Whoever makes an exchange without EndText, at the end of the program, waits for the answer too.
+bool Link::SendText(std::string_view text) {
+  NoteEvents();
+  if (!PortOpen || Simulated || !port_.Write(text)) {
+    return false;
+  }
+  text_until_ = clock_.Elapsed() + kTextReply;
+  quiet_until_ = text_until_;
+  return true;
+}
+
+std::string Link::TakeText() {
+  NoteEvents();
+  return PortOpen && !Simulated ? port_.ReadAll() : std::string();
+}
+
+void Link::EndText() {
+  const nanoseconds end = clock_.Elapsed() + kLongestText;
+  nanoseconds quiet = std::max(text_until_, clock_.Elapsed() + kQuiet);
+  while (PortOpen && !Simulated && clock_.Elapsed() < std::min(quiet, end)) {
+    port_.WaitForData(std::min(quiet, end) - clock_.Elapsed());
+    if (!TakeText().empty()) {
+      quiet = std::max(quiet, clock_.Elapsed() + kQuiet);
+    }
   }
 }
 

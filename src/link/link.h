@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "link/frame.h"
 #include "link/line_mode.h"
@@ -63,6 +64,19 @@ class Link : public LinkArguments {
   void WriteMem();
   void ReadPort();
   void WritePort();
+
+  // Text that is no exchange, for a terminal: hands it to the line as it stands. False if no line
+  // takes it: the port is lost or the instruments are simulated.
+  bool SendText(std::string_view text);
+
+  // What has come since, byte by byte; empty if nothing has. Nobody may make an exchange between
+  // a SendText and EndText.
+  [[nodiscard]] std::string TakeText();
+
+  // The line belongs to the exchanges again. Waits until an answer to the last text cannot come any
+  // more, a second at most, and throws away what comes: it must not be taken for the answer to an
+  // exchange.
+  void EndText();
 
   // Exchanges that were made or tried since the link is there, also those in simulation.
   [[nodiscard]] std::uint64_t Exchanges() const { return exchanges_; }
@@ -138,6 +152,7 @@ class Link : public LinkArguments {
   int link_event_ = 0;     // number of the last event that the port reported since then
   int port_number_ = 0;
   bool lost_ = false;                       // the port vanished while it was in use
+  std::chrono::nanoseconds text_until_{};   // an answer to a text may come till then
   std::chrono::nanoseconds quiet_until_{};  // a late reply of a failed exchange may come till then
   std::uint64_t exchanges_ = 0;
 };

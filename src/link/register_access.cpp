@@ -19,6 +19,10 @@ Reading Result(const Link& link) {
   return {link.ComStatus(link.ComInet), link.ComValue};
 }
 
+Reading Alone(Link& link, const Reading& reading) {
+  return link.NoTrailingBytes() ? reading : Reading{link.ComResult, reading.word};
+}
+
 }  // namespace
 
 Reading Read(Link& link, const Register& from) {
@@ -40,8 +44,11 @@ Reading Read(Link& link, const PortPlace& from) {
 }
 
 Reading ReadAlone(Link& link, const Register& from) {
-  const Reading reading = Read(link, from);
-  return link.NoTrailingBytes() ? reading : Reading{link.ComResult, reading.word};
+  return Alone(link, Read(link, from));
+}
+
+Reading ReadAlone(Link& link, const PortPlace& from) {
+  return Alone(link, Read(link, from));
 }
 
 LinkResult Write(Link& link, const Register& to, std::int16_t word) {

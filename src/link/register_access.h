@@ -51,6 +51,7 @@ struct Reading {
 // As Read, and the line stays silent behind the reply (see Link::NoTrailingBytes): for a value that
 // must not be another command's.
 [[nodiscard]] Reading ReadAlone(Link& link, const Register& from);
+[[nodiscard]] Reading ReadAlone(Link& link, const PortPlace& from);
 
 // kGood if the write was acknowledged. Otherwise nobody knows what the instrument holds.
 [[nodiscard]] LinkResult Write(Link& link, const Register& to, std::int16_t word);

@@ -26,6 +26,8 @@ inline constexpr const char* kProportional = "P";
 inline constexpr const char* kIntegralTime = "N";
 inline constexpr const char* kDerivativeTime = "V";
 inline constexpr const char* kSetpointFilter = "T";
+inline constexpr const char* kOutput = "U";      // power in percent
+inline constexpr const char* kTestOutput = "Q";  // the same, in force with status "test"
 // Of the instrument as a whole:
 inline constexpr const char* kKind = "T";      // index 0: 1 is a fast instrument
 inline constexpr const char* kMailbox = "G";   // index 0: a command, 0 when done; 8, 9: results

@@ -5,8 +5,13 @@
 namespace tavrel {
 
 void ServiceScreen::Step() {
-  if (IsOpen() && parts_.link.PortOpen) {
+  if (!IsOpen()) {
+    return;
+  }
+  if (parts_.link.PortOpen) {
     TakeStep();
+  } else {
+    StepWithoutPort();
   }
 }
 

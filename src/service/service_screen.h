@@ -45,7 +45,7 @@ class ServiceScreen : public ModalScreen {
   // Its number, under which the cycle gives it its turns.
   [[nodiscard]] View Number() const { return number_; }
 
-  // One turn. Nothing happens while the port is not usable or the screen is not open.
+  // One turn. A screen that is not open does nothing.
   void Step();
 
   // The title of the form; it says which instrument.
@@ -54,8 +54,8 @@ class ServiceScreen : public ModalScreen {
   [[nodiscard]] int Inet() const { return inet_; }
   [[nodiscard]] Language TipLanguage() const { return LanguageOf(parts_.state.Settings.HelpLang); }
 
-  // No connection.
-  [[nodiscard]] bool ComIcon() const { return com_icon_; }
+  // No connection, or no port.
+  [[nodiscard]] bool ComIcon() const { return com_icon_ || !parts_.link.PortOpen; }
 
   // The running light: changes with each turn.
   [[nodiscard]] bool IsLit() const { return parts_.state.Trigger; }
@@ -63,8 +63,11 @@ class ServiceScreen : public ModalScreen {
   void CloseNow() override;
 
  protected:
-  // One short step, as SteppedScreens tells.
+  // One short step, as SteppedScreens tells, while the port is usable.
   virtual void TakeStep() = 0;
+
+  // In its place while the port is not usable: nothing is sent.
+  virtual void StepWithoutPort() {}
 
   // The instrument that is selected; the first one while none is.
   [[nodiscard]] int SelectedInet() const;

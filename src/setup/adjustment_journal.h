@@ -55,6 +55,7 @@ class AdjustmentJournal {
   void End(const std::string& how);
 
   [[nodiscard]] bool IsBegun() const { return is_begun_; }
+  [[nodiscard]] const std::string& Path() const { return path_; }
 
   // Why the last part of a record could not be put to the disk; empty if all are there.
   [[nodiscard]] const std::string& Problem() const { return problem_; }

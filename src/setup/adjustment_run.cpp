@@ -34,6 +34,7 @@ void AdjustmentRun::Reset() {
   is_writing_ = false;
   not_acknowledged_.clear();
   divisor_failed_ = false;
+  tried_.fill(false);
   unfinished_.reset();
   for (auto* readings : {&zero_readings_, &span_readings_}) {
     std::for_each(readings->begin(), readings->end(), [](auto& row) { row.clear(); });
@@ -90,9 +91,10 @@ bool AdjustmentRun::MayBegin() {
   if (!MayTouch(parts_.dialogs, lines, kTitle)) {
     return false;
   }
-  after_ = parts_.sheet.Words();
+  before_ = parts_.sheet.Words();
+  after_ = before_;
   const std::int16_t code = rows_.front() == kReferenceRow ? sensor::kRtd : adj_sensor_;
-  const std::string problem = journal_.Begin(inet_, SensorName(code), rows_, after_);
+  const std::string problem = journal_.Begin(inet_, SensorName(code), rows_, before_);
   return problem.empty() ||
          parts_.dialogs.AskYes({std::string("Cannot write file  ") + kJournalFile + ": " + problem +
                                     "\n\nAdjust without a record of it ?",
@@ -124,8 +126,17 @@ void AdjustmentRun::End(const std::string& how) {
   parts_.adj_state = AdjState::kEmptySheet;
 }
 
-void AdjustmentRun::Drop() {
+std::string AdjustmentRun::Drop() {
+  const auto in_doubt = is_writing_ ? writes_.InDoubt() : std::nullopt;
+  if (in_doubt) {
+    TakeWritten(*in_doubt, std::nullopt);
+  }
+  for (const int row : rows_) {
+    journal_.AddAfter(row, after_.at(Place(row)));
+  }
+  std::string changed = ChangedText();
   End("dropped");
+  return changed;
 }
 
 void AdjustmentRun::Step(const StepTime& time) {

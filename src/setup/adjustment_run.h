@@ -61,8 +61,9 @@ class AdjustmentRun {
   // Nothing can be finished on the instrument now: the program may end.
   void PortIsAway() { unfinished_.reset(); }
 
-  // The user drops the run. What is written stays: the rows keep sensor code 0.
-  void Drop();
+  // Drops the run. What is written stays: the rows keep sensor code 0. Returns what the user is to
+  // be told of that; empty if nothing was written.
+  [[nodiscard]] std::string Drop();
 
   // The sensor code of the run, 0 when none runs.
   [[nodiscard]] std::int16_t AdjSensor() const { return adj_sensor_; }
@@ -86,6 +87,8 @@ class AdjustmentRun {
   void WriteOffsets(AdjState next, const StepTime& time);
   void DropFailedRows();
   [[nodiscard]] std::string FailedRowsText() const;
+  [[nodiscard]] std::string ChangedRowText(int row) const;
+  [[nodiscard]] std::string ChangedText() const;
 
   void AskFor(const char* instruction, AdjState next);
   void EnterCollecting(const char* text, std::optional<std::chrono::seconds> lead);
@@ -125,7 +128,9 @@ class AdjustmentRun {
   ExchangePass writes_;
   bool is_writing_ = false;
   std::vector<RegisterOfRow> not_acknowledged_;
-  ByRow<ChannelWords> after_{};               // what the rows have, as far as it is known
+  ByRow<ChannelWords> before_{};              // what the rows had, as far as it was known
+  ByRow<ChannelWords> after_{};               // what they have
+  Rows tried_{};                              // of which a register was written, or may have been
   bool divisor_failed_ = false;               // of one row: those behind it are not computed
   std::optional<UnfinishedWork> unfinished_;  // coefficients without their sensor code
 };

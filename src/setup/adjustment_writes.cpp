@@ -23,6 +23,10 @@ std::optional<std::int16_t>& WordOf(ChannelWords& words, const std::string& lett
   return letter == reg::kOffset ? words.O : words.L;
 }
 
+std::string TextOf(const std::optional<std::int16_t>& word) {
+  return word ? std::to_string(*word) : "?";
+}
+
 }  // namespace
 
 void AdjustmentRun::BeginWrites(Items items) {
@@ -41,6 +45,7 @@ bool AdjustmentRun::StepWrites(const StepTime& time) {
 
 // Without its offset or divisor a row gets no sensor code.
 void AdjustmentRun::TakeWritten(const RegisterOfRow& at, std::optional<std::int16_t> word) {
+  tried_.at(Place(at.row)) = true;
   WordOf(after_.at(Place(at.row)), at.letter) = word;
   if (word) {
     return;
@@ -139,6 +144,39 @@ std::string AdjustmentRun::FailedRowsText() const {
     text += "\n    row " + RowName(at.row) + ", register " + letter + meaning;
   }
   return text + "\n\nAdjust these rows again.";
+}
+
+// The sensor code in any case, of the others what is not as it was.
+std::string AdjustmentRun::ChangedRowText(int row) const {
+  ChannelWords before = before_.at(Place(row));
+  ChannelWords after = after_.at(Place(row));
+  std::string text;
+  for (const char* letter :
+       {reg::kSensorCode, reg::kOffset, reg::kDivisorWhole, reg::kDivisorFraction}) {
+    const auto& is = WordOf(after, letter);
+    const auto& was = WordOf(before, letter);
+    if (is != was || text.empty()) {
+      text += (text.empty() ? "" : ",  ") + std::string(letter) + " = " + TextOf(is) + " (was " +
+              TextOf(was) + ")";
+    }
+  }
+  return "row " + RowName(row) + ":  " + text;
+}
+
+std::string AdjustmentRun::ChangedText() const {
+  std::string rows;
+  for (const int row : rows_) {
+    rows += tried_.at(Place(row)) ? "\n    " + ChangedRowText(row) : "";
+  }
+  if (rows.empty()) {
+    return "";
+  }
+  const bool is_doubtful = rows.find('?') != std::string::npos;
+  return "The adjustment is dropped. What it has written stays:\n" + rows +
+         (is_doubtful ? "\n\n? is not known, for the instrument did not answer." : "") +
+         "\n\nWith L = 0 a row gives raw readings. Adjust these rows again, or load a variable "
+         "file." +
+         (journal_.IsBegun() ? "\n\nThe old values stand in " + journal_.Path() : "");
 }
 
 }  // namespace tavrel

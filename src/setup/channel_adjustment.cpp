@@ -6,16 +6,17 @@ namespace {
 constexpr std::chrono::seconds kRefresh{5};
 constexpr int kFirstInet = 1;  // of the instrument while none is selected
 
-// True while it lives.
+// True while it lives. They may be nested.
 class Busy {
  public:
-  explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Busy() { flag_ = false; }
+  explicit Busy(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
+  ~Busy() { flag_ = before_; }
   Busy(const Busy&) = delete;
   Busy& operator=(const Busy&) = delete;
 
  private:
   bool& flag_;
+  bool before_;
 };
 
 }  // namespace
@@ -43,13 +44,14 @@ void ChannelAdjustment::Open() {
   OpenScreen();
 }
 
-// The hourglass of the first steps does not outlive the form.
+// The hourglass of the first steps does not outlive the form. What a run has written stands in the
+// journal: at the end of the program no box may hold it up.
 void ChannelAdjustment::CloseNow() {
   if (IsOpen()) {
     parts_.events.SetPointer(Pointer::kNormal);
   }
   if (run_ && run_->AdjSensor() != sensor::kNone) {
-    run_->Drop();
+    static_cast<void>(run_->Drop());
   }
   values_.MenusEnabled = false;
   CloseScreen();
@@ -240,11 +242,19 @@ void ChannelAdjustment::Quit() {
     return;
   }
   if (run_->AdjSensor() != sensor::kNone) {
-    run_->Drop();
+    DropRun();
   } else if (adj_state_ == AdjState::kSaving || adj_state_ == AdjState::kLoading) {
     adj_state_ = AdjState::kCancelled;
   } else {
     CloseNow();
+  }
+}
+
+void ChannelAdjustment::DropRun() {
+  const Busy busy(is_busy_);
+  const std::string changed = run_->Drop();
+  if (!changed.empty()) {
+    parts_.dialogs.Message({changed, "adjustment", BoxIcon::kWarning});
   }
 }
 

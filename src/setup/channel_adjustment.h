@@ -68,14 +68,16 @@ class ChannelAdjustment : public ModalScreen {
   // The button and the Enter key.
   void CmdOK_Click();
 
-  // Escape and the close box: drops the run; without one the form closes.
+  // Escape and the close box: drops the run, and tells what it has written; without a run the form
+  // closes.
   void Quit() override;
 
-  // A run that is open is dropped.
+  // A run that is open is dropped; nothing is asked or told.
   void CloseNow() override;
 
  private:
   void BeginInputs(std::int16_t sensor_code);
+  void DropRun();
   void Step();
   void EmptySheet();
   void ReadSensors(const StepTime& time);

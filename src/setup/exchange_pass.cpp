@@ -22,6 +22,10 @@ void ExchangePass::DropRow(int row) {
       items_.end());
 }
 
+std::optional<RegisterOfRow> ExchangePass::InDoubt() const {
+  return tries_ > 0 && !IsOver() ? std::optional(items_.at(next_).at) : std::nullopt;
+}
+
 std::optional<std::int16_t> ExchangePass::Exchange(Link& link, int inet, const Item& item) const {
   const Register place{inet, item.at.letter, item.at.row};
   if (!item.word) {

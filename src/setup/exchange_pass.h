@@ -67,6 +67,9 @@ class ExchangePass {
   // Takes the rest of that row out. Called from within `take`, it begins behind the item in hand.
   void DropRow(int row);
 
+  // What was tried and is still to be repeated: nobody knows what a write of it has done.
+  [[nodiscard]] std::optional<RegisterOfRow> InDoubt() const;
+
   [[nodiscard]] bool IsOver() const { return next_ >= items_.size(); }
 
   // As many exchanges as the time allows. True once all is over.

@@ -17,6 +17,7 @@ constexpr int kMeasuringCode = static_cast<int>(Role::kMeasuring);
 constexpr BothLanguages kWaitsNote{" this test waits for its file and stays as it is:  ",
                                    " dieser Test wartet auf seine Datei und bleibt, wie er ist:  "};
 constexpr BothLanguages kNothingChanges{"nothing changes", "nichts ändert sich"};
+constexpr BothLanguages kRefuses{"OK will refuse:  row ", "OK lehnt ab:  Zeile "};
 constexpr BothLanguages kNotUsed{"not used", "nicht belegt"};
 constexpr BothLanguages kControllerWord{"controller", "Regler"};
 constexpr BothLanguages kReferenceWord{"reference", "Referenz"};
@@ -110,6 +111,11 @@ void Installation::Changed() {
 
 void Installation::ShowEffect() {
   if (!values_.CmdOK) {
+    return;
+  }
+  if (const auto fault = FindFault(InstWork)) {
+    values_.lbl_Effect = {std::string(kRefuses.In(TipLanguage())) + std::to_string(fault->Row) +
+                          ":  " + std::string(fault->Text)};
     return;
   }
   const InstallationEffect effect = EffectOf(State(), InstWork, parts_.is_controller_on);

@@ -57,7 +57,8 @@ struct InstallationValues {
   int PopupRow = 0;                     // the cell at which it is placed
   int PopupInput = 0;                   // of picInput
   bool cmd_Input_1 = false;             // the button "controller" is offered
-  std::vector<std::string> lbl_Effect;  // what CmdOK would do; empty while nothing has changed
+  std::vector<std::string> lbl_Effect;  // what CmdOK would do, or the fault for which it refuses;
+                                        // empty while nothing has changed
 };
 
 // TavInst: which tests exist. It works on a private copy of the records and talks to no instrument;

@@ -13,6 +13,9 @@ constexpr BothLanguages kEndsProgram{"ends the controller program:  ",
                                      "beendet das Regler-Programm:  "};
 constexpr BothLanguages kBegins{"begins a file:  ", "beginnt eine Datei:  "};
 constexpr BothLanguages kRemoves{"deletes the empty file:  ", "löscht die leere Datei:  "};
+constexpr BothLanguages kRemovesTest{"removes the test:  ", "entfernt den Test:  "};
+constexpr BothLanguages kLeavesOut{"is left out, for it has no number:  ",
+                                   "bleibt weg, weil die Nummer fehlt:  "};
 constexpr BothLanguages kLoses{"a controller that is on loses its test:  ",
                                "ein Regler, der ein ist, verliert seinen Test:  "};
 constexpr BothLanguages kRow{"row ", "Zeile "};
@@ -31,6 +34,19 @@ bool IsChanged(const RunState& state, const TestRows& rows, int slot) {
     CollectTexts(row);
   }
   return IsOtherTest(UnitOf(state, slot), row.Unit);
+}
+
+// Something is typed into a row that is free and stays so.
+bool IsLeftOut(const RunState& state, const TestRows& rows, int slot) {
+  const TestRow& row = rows[slot];
+  if (row.IsInstalled() || row.IsKept() || !state.SlotFile[slot].empty()) {
+    return false;
+  }
+  bool has_role = false;
+  for (int input = 1; input <= kInputs; ++input) {
+    has_role = has_role || RoleOf(row.Unit, input) != Role::kNotUsed;
+  }
+  return has_role || !Trim(row.Test_Des).empty() || !Trim(row.Test_Ext).empty();
 }
 
 // One of the rows has that controller.
@@ -56,12 +72,36 @@ void AddEnd(const RunState& state, int slot, InstallationEffect& effect) {
   }
 }
 
+// The controller of the slot's test, if it is on and no test of the rows has it.
+bool LosesController(const RunState& state, const TestRows& rows, int slot, bool is_on) {
+  const UnitRecord& unit = UnitOf(state, slot);
+  return !state.SlotFile[slot].empty() && (is_on || state.ProgRunning[slot]) &&
+         !IsControlled(rows, unit.UnitInet, unit.UnitCtrl);
+}
+
+bool IsTold(const InstallationEffect& effect, int slot) {
+  const auto names = [slot](const std::vector<int>& slots) {
+    return std::find(slots.begin(), slots.end(), slot) != slots.end();
+  };
+  return names(effect.EndedRecordings) || names(effect.EndedPrograms) || names(effect.NewFiles) ||
+         names(effect.RemovedFiles) ||
+         (!effect.Controllers.empty() && effect.Controllers.back().Slot == slot);
+}
+
 std::string RowNumbers(const RunState& state, const std::vector<int>& slots, Language language) {
   std::string text;
   for (const int slot : slots) {
     text += text.empty() ? "" : ",  ";
     text += std::string(kRow.In(language)) + std::to_string(slot) + "  " +
             LowerCase(state.SlotFile[slot]);
+  }
+  return text;
+}
+
+std::string Numbers(const std::vector<int>& rows, Language language) {
+  std::string text;
+  for (const int row : rows) {
+    text += (text.empty() ? "" : ",  ") + std::string(kRow.In(language)) + std::to_string(row);
   }
   return text;
 }
@@ -93,6 +133,9 @@ InstallationEffect EffectOf(const RunState& state, const TestRows& rows,
                             const std::function<bool(int slot)>& is_controller_on) {
   InstallationEffect effect;
   for (int slot = 1; slot <= kSlots; ++slot) {
+    if (IsLeftOut(state, rows, slot)) {
+      effect.RowsWithoutNumber.push_back(slot);
+    }
     if (!IsChanged(state, rows, slot)) {
       continue;
     }
@@ -100,11 +143,12 @@ InstallationEffect EffectOf(const RunState& state, const TestRows& rows,
     if (rows[slot].IsInstalled()) {
       effect.NewFiles.push_back(slot);
     }
-    const UnitRecord& unit = UnitOf(state, slot);
-    const bool is_on = state.ProgRunning[slot] || is_controller_on(slot);
-    if (!state.SlotFile[slot].empty() && is_on &&
-        !IsControlled(rows, unit.UnitInet, unit.UnitCtrl)) {
+    if (LosesController(state, rows, slot, is_controller_on(slot))) {
+      const UnitRecord& unit = UnitOf(state, slot);
       effect.Controllers.push_back({slot, unit.UnitInet, unit.UnitCtrl});
+    }
+    if (!state.SlotFile[slot].empty() && !IsTold(effect, slot)) {
+      effect.RemovedTests.push_back(slot);
     }
   }
   return effect;
@@ -121,8 +165,10 @@ std::vector<std::string> EffectLines(const RunState& state, const TestRows& rows
   add(kLoses, Controllers(effect.Controllers, language));
   add(kEnds, RowNumbers(state, effect.EndedRecordings, language));
   add(kEndsProgram, RowNumbers(state, effect.EndedPrograms, language));
+  add(kRemovesTest, RowNumbers(state, effect.RemovedTests, language));
   add(kBegins, NewOnes(rows, effect.NewFiles, language));
   add(kRemoves, RowNumbers(state, effect.RemovedFiles, language));
+  add(kLeavesOut, Numbers(effect.RowsWithoutNumber, language));
   return lines;
 }
 

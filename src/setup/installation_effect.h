@@ -26,6 +26,8 @@ struct InstallationEffect {
   std::vector<int> EndedPrograms;
   std::vector<int> NewFiles;
   std::vector<int> RemovedFiles;            // without a sample
+  std::vector<int> RemovedTests;            // of which none of the others tells
+  std::vector<int> RowsWithoutNumber;       // something is typed into them, and left out
   std::vector<LostController> Controllers;  // that are on
 
   [[nodiscard]] bool operator==(const InstallationEffect&) const = default;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "files/buffers_last.h"
 #include "link/registers.h"
 
 namespace tavrel {
@@ -22,19 +23,6 @@ constexpr BothLanguages kDirectNote{
     "direkte Leitung:  Nummern brauchen die Plug-in-Leitung oder ein einzelnes Gerät"};
 constexpr BothLanguages kSimulatedNote{"Tavrel is simulated:  there is no number to assign",
                                        "Tavrel wird simuliert:  keine Nummer zuzuweisen"};
-constexpr BothLanguages kLasts{"recordings wait in the instruments, at least for:  ",
-                               "Aufzeichnungen warten in den Geräten, mindestens noch:  "};
-
-std::string Duration(std::chrono::seconds time) {
-  constexpr std::int64_t kMinute = 60;
-  constexpr std::int64_t kHour = 60 * kMinute;
-  constexpr std::int64_t kHoursFrom = 2 * kHour;
-  if (time.count() >= kHoursFrom) {
-    return std::to_string(time.count() / kHour) + " h";
-  }
-  return time.count() >= 2 * kMinute ? std::to_string(time.count() / kMinute) + " min"
-                                     : std::to_string(time.count()) + " s";
-}
 
 }  // namespace
 
@@ -278,8 +266,7 @@ void Numbering::ShowState() {
 }
 
 void Numbering::ShowBuffer() {
-  const auto time = parts_.engine.BuffersLast();
-  values_.lbl_Buffer = time ? std::string(kLasts.In(TipLanguage())) + Duration(*time) : "";
+  values_.lbl_Buffer = BuffersLastText(parts_.engine, TipLanguage());
 }
 
 void Numbering::Quit() {

@@ -207,10 +207,16 @@ void VariableTransfer::WriteAll(std::string_view bytes, const std::function<void
   Change(AdjState::kLoading, AdjState::kFailed);
 }
 
+// The acknowledge of the first try may come so late that the second meets it on the line and is not
+// sent (kLength): that one counts for nothing.
 bool VariableTransfer::WriteTwice(const Variable& variable) {
   const Register to{inet_, std::string_view(&variable.letter, 1), variable.row};
-  return IsGood(Write(parts_.link, to, variable.word)) ||
-         IsGood(Write(parts_.link, to, variable.word));
+  if (IsGood(Write(parts_.link, to, variable.word))) {
+    return true;
+  }
+  const LinkResult again = Write(parts_.link, to, variable.word);
+  return IsGood(again) ||
+         (again == LinkResult::kLength && IsGood(Write(parts_.link, to, variable.word)));
 }
 
 // Somebody wants the program to end, and the time to finish is over; or the user has cancelled.

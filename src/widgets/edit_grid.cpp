@@ -3,47 +3,21 @@
 #include <QAccessible>
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "widgets/colour_cell.h"
 #include "widgets/form_texts.h"
+#include "widgets/framed_cells.h"
 
 namespace tavrel {
 namespace {
 
-constexpr int kFrame = 2;
 constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
 
 bool IsEnter(int key) {
   return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
-
-// The current cell has a frame, which is fainter while the keyboard is elsewhere; a fill would hide
-// the cell's own colour.
-class FramedCells : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override {
-    QStyleOptionViewItem plain = option;
-    plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
-    painter->fillRect(option.rect, option.palette.base());  // the view has filled it as selected
-    QStyledItemDelegate::paint(painter, plain, index);
-    if ((option.state & QStyle::State_Selected) == 0) {
-      return;
-    }
-    const bool is_awake = option.widget != nullptr && option.widget->hasFocus();
-    const auto role = is_awake ? QPalette::Highlight : QPalette::Mid;
-    painter->save();
-    painter->setPen(QPen(option.palette.color(role), kFrame));
-    painter->drawRect(option.rect.adjusted(1, 1, -1, -1));
-    painter->restore();
-  }
-};
 
 }  // namespace
 

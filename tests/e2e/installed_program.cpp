@@ -82,6 +82,17 @@ bool InstalledProgram::Tell(const std::string& command) const {
                      command}) == 0;
 }
 
+std::string InstalledProgram::Status() const {
+  Process client(
+      {directory_.File("tavrel-instrument"), "--send", directory_.File("control"), "status"});
+  std::string status;
+  for (std::string line = client.ReadLine(seconds(5)); !line.empty();
+       line = client.ReadLine(seconds(5))) {
+    status += line + "\n";
+  }
+  return status;
+}
+
 // In one step: the program looks at it all the time.
 void InstalledProgram::SetClock(seconds ahead) const {
   const std::string number = std::to_string(ahead.count());

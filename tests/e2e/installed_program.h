@@ -58,6 +58,9 @@ class InstalledProgram {
   // One control command; true if it was answered by ok.
   [[nodiscard]] bool Tell(const std::string& command) const;
 
+  // What the instruments answer to the command `status`.
+  [[nodiscard]] std::string Status() const;
+
   // The number of the port under which the instruments are linked beside the program; 1 unless
   // it is said before they start.
   void UsePort(int number) { port_ = "COM" + std::to_string(number); }

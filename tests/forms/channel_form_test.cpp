@@ -72,6 +72,10 @@ class ChannelForm : public ModalDeeds {
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::NoModifier,
                       grid.visualItemRect(grid.item(row, 3)).center());
   }
+  static void AltAlone() {
+    QTest::keyPress(QApplication::focusWidget(), Qt::Key_Alt, Qt::AltModifier);
+    QTest::keyRelease(QApplication::focusWidget(), Qt::Key_Alt);
+  }
   static bool IsShown(const char* name) { return Find(name)->isVisible(); }
 
   ChannelBench room;
@@ -168,7 +172,7 @@ TEST_F(ChannelForm, ShowsThatTheInstrumentIsAway) {
 
 TEST_F(ChannelForm, RowsAreChosenByTheMouse) {
   AtIdle([] { Choose("Mnu_NiCrNi"); });
-  At(AdjState::kSelect, [this] {
+  At(AdjState::kSelect, [] {
     EXPECT_EQ(TextOf("Lbl_Instr"), "Select channel(s):   click on row");
     EXPECT_TRUE(IsShown("Lbl_Instr"));
     ClickRow(0);
@@ -243,9 +247,73 @@ TEST_F(ChannelForm, IsServedByTheKeyboardAlone) {
   EXPECT_TRUE(room.bench.dialogs.boxes.empty());
 }
 
+// The key that leads to the menus of all programs, pressed and released alone.
+TEST_F(ChannelForm, AltAloneLeadsToTheMenusAndBack) {
+  AtIdle([this] {
+    auto* bar = Find<QMenuBar>("Menus");
+    const QImage before = bar->grab().toImage();
+    AltAlone();
+    EXPECT_EQ(QApplication::focusWidget(), bar);
+    EXPECT_NE(bar->grab().toImage(), before) << "the user sees where the keyboard is";
+    ASSERT_NE(bar->activeAction(), nullptr);
+    EXPECT_EQ(bar->activeAction()->objectName(), "Mnu_Adjust");
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(QApplication::focusWidget(), &Grid());
+    EXPECT_TRUE(room.bench.channels.IsOpen()) << "it was the menu that Escape has left";
+    AltAlone();
+    AltAlone();
+    EXPECT_EQ(QApplication::focusWidget(), &Grid());
+    AltAlone();
+    Key(Qt::Key_Right);
+    EXPECT_EQ(bar->activeAction()->objectName(), "Mnu_Var");
+    Key(Qt::Key_Left);
+    QTest::keyPress(bar, Qt::Key_Down);
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyPress(menu, Qt::Key_Return);
+    EXPECT_EQ(room.bench.channels.State(), AdjState::kBeginInputs);
+  });
+  At(AdjState::kSelect, [this] {
+    EXPECT_EQ(room.bench.channels.Values().Lbl_Instr, "Select channel(s):   click on row");
+    EXPECT_EQ(Form()->focusWidget(), &Grid()) << "behind the menu the keyboard belongs to the rows";
+    Form()->activateWindow();  // without a screen nobody does when the menu has gone
+    ASSERT_TRUE(WaitUntil([] { return QApplication::focusWidget() == &Grid(); }));
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+// In a run the menus are closed to the user: the key must not take the keyboard to them.
+TEST_F(ChannelForm, AltAloneLeavesTheKeyboardWhereItIsInARun) {
+  AtIdle([] { Choose("Mnu_Linear"); });
+  At(AdjState::kSelect, [this] {
+    AltAlone();
+    EXPECT_EQ(QApplication::focusWidget(), &Grid());
+    ClickRow(15);
+    AltAlone();
+    Key(Qt::Key_Return);
+    EXPECT_EQ(room.bench.channels.State(), AdjState::kShort);
+  });
+  At(AdjState::kAwaitShorted, [] {
+    AltAlone();
+    Key(Qt::Key_Return);
+  });
+  At(AdjState::kAwaitRaised, [] { Key(Qt::Key_Return); });
+  At(AdjState::kAwaitFinal, [this] {
+    AltAlone();
+    QTest::keyClicks(QApplication::focusWidget(), "55");
+    EXPECT_EQ(room.Values().txt_Final, "55");
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
 TEST_F(ChannelForm, ShowsHowFarTheCollectingIs) {
   AtIdle([] { Choose("Mnu_FeCuNi"); });
-  At(AdjState::kSelect, [this] {
+  At(AdjState::kSelect, [] {
     ClickRow(9);
     Key(Qt::Key_Return);
   });
@@ -256,6 +324,29 @@ TEST_F(ChannelForm, ShowsHowFarTheCollectingIs) {
     EXPECT_EQ(Find<QProgressBar>("pBar")->value(), room.Values().pBar);
     EXPECT_EQ(Find<QProgressBar>("pBar")->maximum(), 100);
     EXPECT_FALSE(IsShown("CmdOK"));
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+TEST_F(ChannelForm, InstructionStandsBelowTheSheetAndItsCountIsNotTornApart) {
+  AtIdle([] { Choose("Mnu_FeCuNi"); });
+  At(AdjState::kSelect, [this] {
+    EXPECT_EQ(Find("Lbl_Instr")->x(), Grid().x());
+    EXPECT_LE(Find("Lbl_Instr")->geometry().right(), Find("ComIcon")->x());
+    ClickRow(9);
+    Key(Qt::Key_Return);
+  });
+  At(AdjState::kAwaitShorted, [this] {
+    room.FailNext("Y29?", 6);
+    Key(Qt::Key_Return);
+  });
+  At(AdjState::kAwaitRaised, [this] {
+    EXPECT_EQ(room.Values().Lbl_Instr,
+              "raise thermocouples to a known temperature     (2 readings failed)");
+    EXPECT_EQ(TextOf("Lbl_Instr"),
+              "raise thermocouples to a known temperature     (2\u00a0readings\u00a0failed)");
     Key(Qt::Key_Escape);
     Key(Qt::Key_Escape);
   });

@@ -76,7 +76,7 @@ class GraphPictures : public GraphFormBench {
   void RunPictures(std::function<void()> deed) {
     Then("TavGraph", [this, deed = std::move(deed)] {
       TakeSize();
-      ASSERT_TRUE(WaitUntil([this] { return Find<PlotView>("PicC_0")->Fits(); }));
+      ASSERT_TRUE(WaitUntil([] { return Find<PlotView>("PicC_0")->Fits(); }));
       ASSERT_TRUE(WaitForOverview());
       deed();
       Key(Qt::Key_Escape);

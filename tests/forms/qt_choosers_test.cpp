@@ -150,7 +150,7 @@ TEST_F(Choosers, ShowTheFontThatIsSet) {
                                    {"", 8.0F}}) {
     FontChoice font{name, size};
     const QString family = *name == '\0' ? QFont().family() : QFontInfo(QFont(name)).family();
-    WhenItComes<QFontDialog>([&, size = size](QFontDialog* dialog) {
+    WhenItComes<QFontDialog>([&, name = name, size = size](QFontDialog* dialog) {
       EXPECT_EQ(dialog->currentFont().family(), family);
       EXPECT_EQ(dialog->currentFont().pointSize(), qRound(size));
       EXPECT_FALSE(dialog->currentFont().italic()) << name;

@@ -243,6 +243,27 @@ TEST_F(SetupForms, LockARowThatWaitsForItsFile) {
   EXPECT_TRUE(bench.dialogs.boxes.empty());
 }
 
+// It can be read all the same, on a light desktop and on a dark one.
+TEST_F(SetupForms, ShowTheFileThatIsWaitedForInInkThatCanBeRead) {
+  Start();
+  bench.files.CloseRecordingFile(2);
+  bench.state.SlotFile[2].clear();
+  const QPalette before = QApplication::palette();
+  for (const QColor& window : {QColor(239, 239, 239), QColor(43, 45, 48)}) {
+    QApplication::setPalette(QPalette(window));
+    Then("TavInst", [] {
+      for (const char* name : {"Test_Des_2", "Test_Ext_2"}) {
+        const QColor ink = Find(name)->palette().color(QPalette::Disabled, QPalette::Text);
+        const QColor ground = Grid()->palette().color(QPalette::Base);
+        EXPECT_GE(std::abs(ink.lightness() - ground.lightness()), 128) << name;
+      }
+      Key(Qt::Key_Escape);
+    });
+    RunInst();
+  }
+  QApplication::setPalette(before);
+}
+
 TEST_F(SetupForms, GiveAnInstrumentItsNumber) {
   Start();
   bench.line.silent = {2, 3, 4, 5, 6};
@@ -261,6 +282,8 @@ TEST_F(SetupForms, GiveAnInstrumentItsNumber) {
   };
   Then("TavNum", [&] {
     EXPECT_EQ(Form()->windowTitle(), " assign Tavrel-number");
+    EXPECT_EQ(Find("cmd_TavNo_1")->x(), Find("cboTavNo")->x());
+    EXPECT_EQ(Find("cmd_TavNo_6")->geometry().right(), Find("cboTavNo")->geometry().right());
     EXPECT_EQ(Find<QComboBox>("cboTavNo")->count(), 0);
     steps(6);
     EXPECT_EQ(Find<QComboBox>("cboTavNo")->itemText(0), "1   ");

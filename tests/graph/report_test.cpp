@@ -506,9 +506,10 @@ TEST_F(TheReport, NamesTheUnitOfTheValueAxis) {
           {kPicture, *program.clipboard.picture}}) {
       const auto is_unit = [](const PrintedText& text) { return text.Text == "°C"; };
       ASSERT_EQ(std::ranges::count_if(page.printed, is_unit), mode == 2 ? 2 : 1) << mode;
-      const auto unit = std::ranges::min_element(page.printed, {}, [&](const PrintedText& text) {
-        return is_unit(text) ? text.Left : page.dots_wide;
-      });
+      const auto unit = std::ranges::min_element(
+          page.printed, {}, [&, wide = page.dots_wide](const PrintedText& text) {
+            return is_unit(text) ? text.Left : wide;
+          });
       EXPECT_NEAR(Column(page, layout, unit->Right), layout.PlotLeft - 1, 1e-6);
       EXPECT_NEAR((unit->Top + unit->Bottom) / 2 / page.dots_high * layout.Height, layout.PlotTop,
                   1e-6);

@@ -221,8 +221,10 @@ TEST_F(Commands, StatusTellsPortInstrumentsAndFaults) {
   Do("fault 2 late-reply 200");
   EXPECT_EQ(Do("status"),
             "line /dev/pts/7\n"
-            "instrument 1 time 0.00 stored 0 controllers 0 0 0 0 faults none\n"
-            "instrument 2 time 0.00 stored 0 controllers 0 0 0 0 faults late-reply=200\n"
+            "instrument 1 time 0.00 stored 0 controllers 0 0 0 0 outputs 0 0 0 0 "
+            "contacts open open open open heat 0 0 0 0 faults none\n"
+            "instrument 2 time 0.00 stored 0 controllers 0 0 0 0 outputs 0 0 0 0 "
+            "contacts open open open open heat 0 0 0 0 faults late-reply=200\n"
             "ok\n");
 }
 

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "tests/setup/channel_bench.h"
 
 namespace tavrel {
@@ -277,6 +279,145 @@ TEST(AdjustmentRun, EscapeDropsWritesThatAreStillToBeRepeated) {
   for (const std::string& command : room.commands) {
     EXPECT_TRUE(command.ends_with("?")) << command;
   }
+}
+
+// A dropped run.
+
+constexpr const char* kDropped =
+    "adjustment: The adjustment is dropped. What it has written stays:\n";
+
+TEST(DroppedRun, TellsTheRowsThatHaveNoSensorCodeNow) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.dialog->Mnu_FeCuNi_Click();
+  ASSERT_TRUE(room.TickTo(AdjState::kSelect));
+  room.dialog->Sheet_Click(5);
+  room.dialog->Sheet_Click(15);
+  room.dialog->CmdOK_Click();
+  ASSERT_TRUE(room.TickTo(AdjState::kAwaitShorted));
+  room.dialog->Quit();
+  EXPECT_EQ(
+      room.LastBox(),
+      kDropped +
+          ("\n    row 5:  L = 0 (was 3)\n    row F:  L = 0 (was 4)\n\nWith L = 0 a row gives "
+           "raw readings. Adjust these rows again, or load a variable file.\n\nThe old values "
+           "stand in " +
+           room.bench.home.File(kJournalFile)));
+  EXPECT_EQ(room.bench.dialogs.boxes.size(), 1U);
+  EXPECT_TRUE(room.dialog->IsOpen());
+}
+
+TEST(DroppedRun, TellsNewOffsets) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToRaised(sensor::kNiCrNi, {1, 9, 14});
+  room.dialog->Quit();
+  EXPECT_THAT(room.LastBox(), HasSubstr("\n    row 1:  L = 0 (was 3),  O = 401 (was 11)\n"
+                                        "    row 9:  L = 0 (was 4),  O = 409 (was 19)\n"
+                                        "    row E:  L = 0 (was 4),  O = 414 (was 24)\n\n"));
+}
+
+TEST(DroppedRun, OfTheReferenceSensorIsToldToo) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.dialog->Mnu_RTD_Click();
+  ASSERT_TRUE(room.TickTo(AdjState::kAwaitZero));
+  room.dialog->Quit();
+  EXPECT_THAT(room.LastBox(), HasSubstr("\n    row 0:  L = 0 (was 2)\n\n"));
+}
+
+// In the middle of the coefficients: what was tried and not acknowledged is not known.
+TEST(DroppedRun, TellsWhatIsNotKnown) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToFinal(sensor::kFeCuNi, {7, 9});
+  room.FailNext("K29=", 100);
+  room.dialog->txt_Final_Change("200");
+  room.dialog->CmdOK_Click();
+  room.Tick();
+  const std::string parts = std::to_string(room.Register('K', 7));
+  ASSERT_EQ(room.Register('L', 7), 3);
+  room.dialog->Quit();
+  EXPECT_THAT(room.LastBox(),
+              HasSubstr("\n    row 7:  L = 3 (was 3),  O = 407 (was 17),  K = " + parts +
+                        " (was 13107)\n    row 9:  L = 0 (was 4),  O = 409 (was 19),  K = ? (was "
+                        "13107)\n\n"));
+  EXPECT_THAT(room.LastBox(),
+              HasSubstr("\n\n? is not known, for the instrument did not answer.\n\n"));
+  const std::string journal = room.bench.home.Read(kJournalFile);
+  EXPECT_THAT(journal, HasSubstr("after 7 J 1 K " + parts +
+                                 " L 3 O 407\r\n"
+                                 "after 9 J 1 K ? L 0 O 409\r\nend 2026-03-14 10:00:00 dropped"));
+}
+
+TEST(DroppedRun, TellsOfTheFirstWriteThatWasTried) {
+  for (const LineFailure failure : kLineFailures) {
+    ChannelBench room;
+    room.failure = failure;
+    room.OpenIdle();
+    room.dialog->Mnu_FeCuNi_Click();
+    ASSERT_TRUE(room.TickTo(AdjState::kSelect));
+    room.dialog->Sheet_Click(8);
+    room.dialog->Sheet_Click(12);
+    room.dialog->CmdOK_Click();
+    room.FailNext("L28=", 1);
+    room.Tick();
+    ASSERT_EQ(room.dialog->State(), AdjState::kShort);
+    room.dialog->Quit();
+    EXPECT_THAT(room.LastBox(), HasSubstr("\n    row 8:  L = ? (was 3)\n\n")) << NameOf(failure);
+    EXPECT_THAT(room.LastBox(), Not(HasSubstr("row C"))) << "it was not touched";
+    EXPECT_THAT(room.bench.home.Read(kJournalFile),
+                HasSubstr("after 8 J 1 K 13107 L ? O 18\r\nafter C J 1 K 13107 L 4 O 22\r\n"));
+  }
+}
+
+TEST(DroppedRun, ThatHasWrittenNothingSaysNothing) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.dialog->Mnu_FeCuNi_Click();
+  ASSERT_TRUE(room.TickTo(AdjState::kSelect));
+  room.dialog->Sheet_Click(8);
+  room.dialog->CmdOK_Click();
+  room.dialog->Quit();
+  EXPECT_THAT(room.bench.dialogs.boxes, IsEmpty());
+  EXPECT_TRUE(room.dialog->IsOpen());
+}
+
+// The program ends: no box may hold it. The journal has it all.
+TEST(DroppedRun, AtTheEndOfTheProgramIsInTheJournal) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToRaised(sensor::kFeCuNi, {11});
+  room.dialog->CloseNow();
+  EXPECT_THAT(room.bench.dialogs.boxes, IsEmpty());
+  EXPECT_THAT(room.bench.home.Read(kJournalFile),
+              HasSubstr("after B J 1 K 13107 L 0 O 411\r\nend 2026-03-14 10:00:00 dropped\r\n"));
+}
+
+TEST(DroppedRun, WithoutARecordNamesNone) {
+  ChannelBench room;
+  std::filesystem::create_directory(room.bench.home.File(kJournalFile));
+  room.OpenIdle();
+  room.RunToRaised(sensor::kFeCuNi, {7});
+  room.dialog->Quit();
+  EXPECT_THAT(room.LastBox(), HasSubstr("row 7:  L = 0 (was 3),  O = 407 (was 17)"));
+  EXPECT_THAT(room.LastBox(), testing::EndsWith("or load a variable file."));
+}
+
+TEST(DroppedRun, NoStepBeginsWhileItIsTold) {
+  ChannelBench room;
+  room.OpenIdle();
+  room.RunToRaised(sensor::kFeCuNi, {7});
+  room.Forget();
+  room.bench.dialogs.on_box = [&] {
+    room.Tick(30);
+    EXPECT_THAT(room.commands, IsEmpty());
+  };
+  room.dialog->Quit();
+  EXPECT_EQ(room.bench.dialogs.boxes.size(), 1U);
+  ASSERT_TRUE(room.TickTo(AdjState::kIdle));
+  EXPECT_EQ(room.Row(7).sensor, "------");
+  EXPECT_EQ(room.Row(7).offset, "407");
 }
 
 // What cannot be finished must not keep the program from its end.

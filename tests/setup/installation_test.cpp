@@ -391,11 +391,92 @@ TEST_F(TavInst, TellsWhatOKWouldDo) {
             (Lines{"a controller that is on loses its test:  Tavrel 2 controller 2  (row 5)",
                    "ends the recording:  row 5  m260314c.ovn",
                    "ends the controller program:  row 5  m260314c.ovn",
+                   "removes the test:  row 2  m260101a.ovn",
                    "begins a file:  row 1  (new),  row 5  (ovn),  row 12  (ovn)",
                    "deletes the empty file:  row 12  m260314f.ovn"}));
   bench.state.SampleCount[12] = 4;  // the pump goes on beneath it
   inst->Refresh();
-  EXPECT_EQ(inst->Values().lbl_Effect.size(), 4U);
+  EXPECT_EQ(inst->Values().lbl_Effect.size(), 5U);
+}
+
+// With a fault OK changes nothing: it tells the fault.
+TEST_F(TavInst, TellsWhatOKWouldRefuse) {
+  Start();
+  Open();
+  for (const int row : {1, 7, 11}) {
+    const std::string begin = "OK will refuse:  row " + std::to_string(row) + ":  ";
+    inst->PutNumber(row, 4);
+    EXPECT_EQ(inst->Values().lbl_Effect, Lines{begin + "one input must be defined as reference"});
+    inst->PutRole(row, row, Role::kReference);
+    EXPECT_EQ(inst->Values().lbl_Effect, Lines{begin + "one input must be defined as controller"});
+    inst->PutRole(row, 3, Role::kController);
+    EXPECT_EQ(inst->Values().lbl_Effect, Lines{begin + "extension ?"});
+    Press();
+    EXPECT_EQ(Box(), "check installation: error in row" + std::to_string(row) + ":\nextension ?");
+    inst->Test_Ext_Change(row, "new");
+    EXPECT_EQ(inst->Values().lbl_Effect,
+              Lines{"begins a file:  row " + std::to_string(row) + "  (new)"});
+    inst->PutNumber(row, 1);
+    inst->PutRole(row, 1, Role::kMeasuring);
+    EXPECT_EQ(inst->Values().lbl_Effect,
+              Lines{"OK will refuse:  row " + std::to_string(std::max(row, 2)) +
+                    ":  one input is defined more than once"});
+    Open();
+  }
+}
+
+// What was typed into a row without a number is not installed, and nothing says so but this line.
+TEST_F(TavInst, TellsOfRowsThatHaveNoNumber) {
+  Start();
+  Open();
+  inst->PutRole(3, 15, Role::kReference);
+  EXPECT_EQ(inst->Values().lbl_Effect, Lines{"is left out, for it has no number:  row 3"});
+  inst->Test_Des_Change(10, "Oven");
+  inst->Test_Ext_Change(11, "new");
+  EXPECT_EQ(inst->Values().lbl_Effect,
+            Lines{"is left out, for it has no number:  row 3,  row 10,  row 11"});
+  inst->Test_Des_Change(10, "  ");
+  inst->PutRole(3, 15, Role::kNotUsed);
+  inst->Test_Ext_Change(11, "");
+  EXPECT_EQ(inst->Values().lbl_Effect, Lines{"nothing changes"});
+}
+
+TEST_F(TavInst, TellsThatAllTestsWouldGo) {
+  Start();
+  Open();
+  for (const int row : {2, 5, 12}) {
+    inst->PutNumber(row, 0);
+  }
+  inst->PutRole(7, 1, Role::kController);
+  EXPECT_EQ(inst->Values().lbl_Effect, Lines{"OK will refuse:  row 12:  nothing to install ?"});
+}
+
+// The test goes, its file with samples stays.
+TEST_F(TavInst, TellsWhichTestsGo) {
+  Start();
+  bench.state.SampleCount[12] = 4;
+  Open();
+  inst->PutNumber(2, 0);
+  inst->PutNumber(12, 0);
+  EXPECT_EQ(inst->Values().lbl_Effect,
+            Lines{"removes the test:  row 2  m260101a.ovn,  row 12  m260314f.ovn"});
+  bench.state.SampleCount[12] = 0;
+  inst->Refresh();
+  EXPECT_EQ(inst->Values().lbl_Effect, (Lines{"removes the test:  row 2  m260101a.ovn",
+                                              "deletes the empty file:  row 12  m260314f.ovn"}));
+}
+
+TEST_F(TavInst, TellsFaultsInGerman) {
+  Start(true);
+  Open();
+  inst->PutNumber(7, 4);
+  EXPECT_EQ(inst->Values().lbl_Effect,
+            Lines{"OK lehnt ab:  Zeile 7:  one input must be defined as reference"});
+  inst->PutNumber(7, 0);
+  inst->PutRole(7, 9, Role::kMeasuring);
+  inst->PutNumber(2, 0);
+  EXPECT_EQ(inst->Values().lbl_Effect, (Lines{"entfernt den Test:  Zeile 2  m260101a.ovn",
+                                              "bleibt weg, weil die Nummer fehlt:  Zeile 7"}));
 }
 
 TEST_F(TavInst, TellsItInGerman) {

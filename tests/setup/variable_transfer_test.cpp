@@ -346,8 +346,7 @@ TEST(VariableLoad, FileThatCannotBeReadIsAnError) {
 }
 
 TEST(VariableLoad, TriesEachWriteTwice) {
-  for (const LineFailure failure :
-       {LineFailure::kRefusal, LineFailure::kLostRequest, LineFailure::kLostReply}) {
+  for (const LineFailure failure : kLineFailures) {
     for (const std::string at : {"G20=", "K25=", "P2F=", "Z20=", "Z2F="}) {
       TransferRoom room;
       room.failure = failure;

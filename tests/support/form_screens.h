@@ -13,6 +13,7 @@ class FormScreens {
 
   // Shows a form and returns when it has closed.
   void Run(View view) { screens_.Show(view); }
+  [[nodiscard]] bool Has(View view) const { return screens_.Has(view); }
 
   [[nodiscard]] MainCycle::TickHandlers Handlers() { return forms_.Handlers(); }
   [[nodiscard]] const TavWork* WorkForm() const { return forms_.WorkForm(); }

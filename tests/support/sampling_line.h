@@ -17,7 +17,8 @@ namespace tavrel {
 // Instruments on a direct line that sample by the clock of the test, into buffers of 896 values
 // that drop their oldest one. An exchange takes the time that its characters need at `baud`.
 // The values of an input count up from 1, so that a missing one shows.
-// Levers: those of DirectLine, baud.
+// Levers: those of DirectLine, baud, clearing_pauses (a series that is cleared begins anew at least
+// one interval later; the values of the sets between are never made).
 class SamplingLine : public DirectLine {
  public:
   static constexpr std::size_t kBuffer = 896;
@@ -26,11 +27,13 @@ class SamplingLine : public DirectLine {
     port_.answer = [this](const std::string& command) {
       SampleUntilNow();
       Reply(command, Answer(command));
+      Pause(command);
       return std::string();
     };
   }
 
   int baud = 4800;
+  bool clearing_pauses = false;
 
   // `input` makes a value in each `interval`, the first one `phase` after now; `stored` wait
   // already.
@@ -75,6 +78,17 @@ class SamplingLine : public DirectLine {
     for (Source& source : sources_) {
       for (; source.next <= clock_.Elapsed(); source.next += source.interval) {
         Push(source);
+      }
+    }
+  }
+  void Pause(const std::string& command) {
+    for (Source& source : sources_) {
+      const std::string clears = "R" + std::to_string(source.inet - 1) +
+                                 "0123456789ABCDEF"[source.input] + std::string("=0\r");
+      const auto begins = clock_.Elapsed() + source.interval;
+      while (clearing_pauses && command == clears && source.next < begins) {
+        ++source.made;
+        source.next += source.interval;
       }
     }
   }

@@ -172,7 +172,7 @@ TEST_P(DriftedInstrument, IsRightAfterItsCalibrationWithLostReplies) {
   ExpectRight();
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, DriftedInstrument, testing::Values(true),
+INSTANTIATE_TEST_SUITE_P(Lines, DriftedInstrument, testing::Bool(),
                          [](const auto& line) { return line.param ? "plugin" : "direct"; });
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <QTest>
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -56,7 +57,7 @@ class ChannelRoom {
 
   // An instrument that answers again; nothing of before is on the line any more.
   void Greet() {
-    fail_at = 0;
+    fails = [] { return false; };
     EXPECT_TRUE(instrument.Tell("fault all none"));
     EXPECT_TRUE(ForSure('Y', 0));
   }
@@ -72,13 +73,14 @@ class ChannelRoom {
   }
   int Held(char letter, int row) { return ForSure(letter, row).value_or(kNoData); }
 
-  // Exchange number `fail_at` from here on fails once.
+  // Exchanges are counted from here on.
   void Count() {
     exchanges = 0;
     instrument.Forget();
   }
   void CountExchange() {
-    if (++exchanges == fail_at) {
+    ++exchanges;
+    if (fails()) {
       EXPECT_TRUE(instrument.Tell("fault 2 " + fault + " times 1"));
     }
   }
@@ -106,7 +108,8 @@ class ChannelRoom {
   LeapClock clock;
   ChannelAdjustment channels{{program.state, program.link, program.dialogs, program.events, clock}};
   int exchanges = 0;
-  int fail_at = 0;
+  // Whether the command that goes out now fails, and how.
+  std::function<bool()> fails = [] { return false; };
   std::string fault;
 };
 

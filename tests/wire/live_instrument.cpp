@@ -49,6 +49,16 @@ bool LiveInstrument::Tell(const std::string& command) const {
   return RunCommand({kProgram, "--send", home_.File("control"), command}) == 0;
 }
 
+std::string LiveInstrument::Status() const {
+  Process client({kProgram, "--send", home_.File("control"), "status"});
+  std::string status;
+  for (std::string line = client.ReadLine(kPatience); !line.empty();
+       line = client.ReadLine(kPatience)) {
+    status += line + "\n";
+  }
+  return status;
+}
+
 void LiveInstrument::Forget() {
   forgotten_ += Rows().size();
 }

@@ -20,6 +20,9 @@ class LiveInstrument {
   // One control command; true if it was answered by ok.
   [[nodiscard]] bool Tell(const std::string& command) const;
 
+  // What it answers to the command `status`.
+  [[nodiscard]] std::string Status() const;
+
   // What is on the line from now on is told by Telegrams().
   void Forget();
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "setup/installation.h"
 #include "setup/numbering.h"
 #include "tests/setup/setup_bench.h"
@@ -112,6 +114,25 @@ TEST_P(FailedAssignment, IsRepeatedOnlyIfItWasNotCarriedOut) {
   EXPECT_EQ(Telegrams(telegrams.begin(), telegrams.begin() + static_cast<int>(expected.size())),
             expected);
   EXPECT_EQ(telegrams.at(expected.size()), kScan[0]);
+}
+
+// So do the reads behind it, one after another: the number is written as often as before.
+TEST_P(FailedAssignment, IsFoundOutThoughReadsBehindItFailToo) {
+  for (const int times : {2, 3}) {
+    SCOPED_TRACE(times);
+    Start(true, {"--inet", "1"});
+    EXPECT_TRUE(FindsNumbers({1}));
+    const std::string fault = std::string("fault 1 ") + GetParam().fault;
+    ASSERT_TRUE(instrument->Tell(fault + " times " + std::to_string(times)));
+    instrument->Forget();
+    form->cmd_TavNo_Click(3);
+    EXPECT_TRUE(FindsNumbers({3}));
+    const Telegrams telegrams = instrument->Telegrams(kScan.size());
+    EXPECT_EQ(std::count(telegrams.begin(), telegrams.end(), "nm8000=2\r"),
+              GetParam().is_repeated ? 2 : 1);
+    form->Quit();
+    instrument.reset();
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(EachFailure, FailedAssignment,

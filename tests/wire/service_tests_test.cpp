@@ -1,7 +1,6 @@
 // The tests of the service and the quality data against virtual instruments.
 #include <gtest/gtest.h>
 
-#include <QThread>
 #include <algorithm>
 #include <fstream>
 #include <memory>
@@ -318,14 +317,11 @@ class RecordingBeneathAMemoryTest : public testing::TestWithParam<Sampling> {
     }
     return program.state.SampleCount[1] >= rows;
   }
-  // Until so many more samples of input 1 are in the truth file, with the program standing still.
+  // Until so many more samples of input 1 are in the truth file, with the cycle standing still.
   bool WaitForSamples(int count) {
     const int wanted = Samples() + count;
-    const QDeadlineTimer limit(std::chrono::seconds(20));
-    while (Samples() < wanted && !limit.hasExpired()) {
-      QThread::msleep(5);
-    }
-    return Samples() >= wanted;
+    const MainCycle::Pause pause(program.cycle);
+    return program.RunUntil([&] { return Samples() >= wanted; });
   }
   [[nodiscard]] int Samples() const {
     std::ifstream file(program.home.File("truth.txt"));
@@ -408,7 +404,7 @@ TEST_P(RecordingBeneathAMemoryTest, IsToldWhatItHasLostAndShiftsNothing) {
 TEST_P(RecordingBeneathAMemoryTest, CountsTheSetsThatWereWaiting) {
   Start();
   ASSERT_TRUE(RunToRows(8));
-  ASSERT_TRUE(WaitForSamples(12));
+  ASSERT_TRUE(WaitForSamples(7));
   ASSERT_TRUE(TestMemory("1"));
   ExpectTruth();
   EXPECT_GT(Compared().told_lost, 3);

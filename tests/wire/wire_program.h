@@ -15,12 +15,13 @@
 
 namespace tavrel {
 
-// The real serial port; before each command goes out it tells the test so.
+// The real serial port; before each command goes out it tells the test so, and which one it is.
 class WatchedPort : public SerialPort {
  public:
   explicit WatchedPort(const std::string& directory) : port_(directory) {}
 
   std::function<void()> before_write = [] {};
+  std::string command;
 
   [[nodiscard]] PortOpening Open(int number, std::string_view settings) override {
     return port_.Open(number, settings);
@@ -30,6 +31,7 @@ class WatchedPort : public SerialPort {
   [[nodiscard]] bool IsOpen() const override { return port_.IsOpen(); }
   [[nodiscard]] std::string Settings() const override { return port_.Settings(); }
   bool Write(std::string_view bytes) override {
+    command = bytes;
     before_write();
     return port_.Write(bytes);
   }

@@ -6,11 +6,13 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
-#include <QStyle>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "setup/channel_tips.h"
+#include "widgets/connection_sign.h"
 #include "widgets/number_edit.h"
 
 namespace tavrel {
@@ -19,6 +21,43 @@ namespace {
 constexpr int kGap = 8;
 constexpr int kFinalCharacters = 12;
 constexpr int kFullBar = 100;
+
+// A menu bar takes the keyboard at the key Alt although none of its menus can be opened; this one
+// does not while it is disabled, and it shows where the keyboard is.
+class MenuBar : public QMenuBar {
+ public:
+  using QMenuBar::QMenuBar;
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override {
+    return isEnabled() && QMenuBar::eventFilter(object, event);
+  }
+  // While the keyboard is here the style shows nothing before a menu opens.
+  void paintEvent(QPaintEvent* event) override {
+    QMenuBar::paintEvent(event);
+    if (hasFocus() && activeAction() != nullptr) {
+      QStylePainter painter(this);
+      QStyleOptionFocusRect frame;
+      frame.initFrom(this);
+      frame.state |= QStyle::State_KeyboardFocusChange;
+      frame.rect = actionGeometry(activeAction()).adjusted(1, 1, -1, -1);
+      painter.drawPrimitive(QStyle::PE_FrameFocusRect, frame);
+    }
+  }
+};
+
+// What stands in brackets at the end is not torn apart where the text is broken into lines.
+std::string WithBracketsWhole(std::string text) {
+  constexpr std::string_view kBlankWithoutBreak = "\u00A0";
+  const std::size_t bracket = text.rfind('(');
+  if (bracket == std::string::npos || text.back() != ')') {
+    return text;
+  }
+  for (std::size_t at = text.find(' ', bracket); at != std::string::npos; at = text.find(' ', at)) {
+    text.replace(at, 1, kBlankWithoutBreak);
+  }
+  return text;
+}
 
 // What is shown at times keeps its place, so that nothing jumps.
 void KeepPlace(QWidget& widget) {
@@ -50,7 +89,9 @@ TavChann::TavChann(ChannelAdjustment& channels)
 }
 
 QMenuBar* TavChann::MakeMenus() {
-  auto* bar = new QMenuBar(this);
+  auto* bar = new MenuBar(this);
+  menus_ = bar;
+  bar->setObjectName("Menus");
   mnu_adjust_ = bar->addMenu("Adjust   ");
   mnu_adjust_->menuAction()->setObjectName("Mnu_Adjust");
   AddAdjustment("Mnu_FeCuNi", "FeCuNi  -  thermocouple", [this] { channels_.Mnu_FeCuNi_Click(); });
@@ -95,12 +136,8 @@ void TavChann::MakeParts() {
   p_bar_->setAccessibleName("progress");
   p_bar_->setRange(0, kFullBar);
   p_bar_->setTextVisible(false);
-  com_icon_ = new QLabel(this);
-  com_icon_->setObjectName("ComIcon");
+  com_icon_ = new ConnectionSign(this);
   com_icon_->setAccessibleName("no connection");
-  const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
-  com_icon_->setPixmap(
-      style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(QSize(side, side)));
   lbl_instr_ = new QLabel(this);
   lbl_instr_->setObjectName("Lbl_Instr");
   lbl_instr_->setTextFormat(Qt::PlainText);
@@ -117,7 +154,7 @@ void TavChann::MakeParts() {
 QLayout* TavChann::ArrangeFoot() {
   auto* foot = new QHBoxLayout;
   foot->setSpacing(kGap);
-  for (QWidget* part : {static_cast<QWidget*>(com_icon_), static_cast<QWidget*>(lbl_instr_),
+  for (QWidget* part : {static_cast<QWidget*>(lbl_instr_), static_cast<QWidget*>(com_icon_),
                         static_cast<QWidget*>(txt_final_), static_cast<QWidget*>(cmd_ok_)}) {
     foot->addWidget(part, part == lbl_instr_ ? 1 : 0);
     KeepPlace(*part);
@@ -130,10 +167,11 @@ QLayout* TavChann::ArrangeFoot() {
 void TavChann::UpdateWidgets() {
   const ChannelValues& now = channels_.Values();
   sheet_->Show(now.Sheet);
+  menus_->setEnabled(now.MenusEnabled);
   mnu_adjust_->setEnabled(now.MenusEnabled);
   mnu_var_->setEnabled(now.MenusEnabled);
   com_icon_->setVisible(now.ComIcon);
-  ShowText(*lbl_instr_, now.Lbl_Instr);
+  ShowText(*lbl_instr_, WithBracketsWhole(now.Lbl_Instr));
   lbl_instr_->setVisible(now.Lbl_InstrShown);
   ShowText(*txt_final_, now.txt_Final);
   txt_final_->setVisible(now.txt_FinalShown);

@@ -34,9 +34,10 @@ class TavChann : public ModalForm {
 
   ChannelAdjustment& channels_;
   ChannelGrid* sheet_ = nullptr;
+  QMenuBar* menus_ = nullptr;
   QMenu* mnu_adjust_ = nullptr;
   QMenu* mnu_var_ = nullptr;
-  QLabel* com_icon_ = nullptr;
+  QWidget* com_icon_ = nullptr;
   QLabel* lbl_instr_ = nullptr;
   QLineEdit* txt_final_ = nullptr;
   QProgressBar* p_bar_ = nullptr;

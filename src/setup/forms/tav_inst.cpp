@@ -1,5 +1,6 @@
 #include "setup/forms/tav_inst.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -10,6 +11,7 @@
 
 #include "setup/installation_tips.h"
 #include "widgets/muted_label.h"
+#include "widgets/shades.h"
 
 namespace tavrel {
 namespace {
@@ -21,8 +23,8 @@ constexpr int kNumber = kFirstInput + kInputs;
 constexpr int kColumns = kNumber + 1;
 constexpr int kApparatusWidth = 20;  // characters
 constexpr int kExtensionWidth = 8;
-constexpr int kCellWidth = 5;  // at least
-constexpr int kEffectLines = 5;
+constexpr int kCellWidth = 5;    // at least
+constexpr int kEffectLines = 7;  // one for each kind of effect
 constexpr std::chrono::seconds kRefreshInterval{1};
 
 constexpr BothLanguages kWhatOkDoes{"what OK will do", "was OK tun wird"};
@@ -50,6 +52,16 @@ double SheetX(int column) {
     return kInputsLeft + (InputOf(column) - 0.5) * kInputWidth;
   }
   return column == kNumber ? (kNumberLeft + kSheetWidth) / 2 : kApparatusLeft;
+}
+
+// The name of a file that a row waits for stands in a box that is locked, and has to be read.
+void SetLockedInk(QWidget& box) {
+  const QColor ink = MutedOf(QApplication::palette());
+  QPalette palette = box.palette();
+  if (palette.color(QPalette::Disabled, QPalette::Text) != ink) {
+    palette.setColor(QPalette::Disabled, QPalette::Text, ink);
+    box.setPalette(palette);
+  }
 }
 
 std::string RowText(Language language, int row) {
@@ -280,6 +292,7 @@ void TavInst::ShowRow(int row) {
     auto* edit = static_cast<CellEdit*>(sheet_->cellWidget(row - 1, column));
     edit->ShowText(column == kApparatus ? now.Test_Des : now.Test_Ext);
     edit->setEnabled(now.IsEditable);
+    SetLockedInk(*edit);
     edit->setToolTip(QtText(now.WhyNot));
   }
 }

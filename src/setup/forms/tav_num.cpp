@@ -14,7 +14,8 @@ namespace {
 
 constexpr BothLanguages kActual{"actual number", "aktuelle Nummer"};
 constexpr BothLanguages kNew{"new number", "neue Nummer"};
-constexpr int kLineCharacters = 80;
+constexpr int kButtonGap = 4;
+constexpr int kLineCharacters = 92;  // the longest note
 
 }  // namespace
 
@@ -73,8 +74,10 @@ void TavNum::Arrange() {
     cmd_tav_no_[number] = button;
     buttons->addWidget(button);
   }
-  grid->addLayout(buttons, 1, 1, 1, 2);
-  grid->setColumnStretch(2, 1);
+  buttons->setSpacing(kButtonGap);
+  grid->addLayout(buttons, 1, 1);
+  // The sign has a size of its own: what is left of the width goes behind it.
+  grid->setColumnStretch(3, 1);
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
   for (QLabel* line : {lbl_state_, lbl_buffer_, lbl_note_}) {

@@ -1,0 +1,120 @@
+#include <algorithm>
+
+#include "files/column_keeper.h"
+
+// What the keeper of the columns does when the user has made the instrument drop values of one
+// input. The series of that input may begin anew behind a pause: nothing can be judged before its
+// next sample is there. What is gone then is filled in, so that no later value stands in a wrong
+// row.
+namespace tavrel {
+
+namespace {
+
+constexpr int kLooksInAnInterval = 48;
+constexpr int kLongestPause = 4;  // intervals; then the series does not come again
+
+}  // namespace
+
+void ColumnKeeper::Dropped(int slot, int input, int least, int most) {
+  static_cast<void>(EvidenceOf(slot));
+  Column& column = columns_[slot];
+  state_.AskedInput[slot] = input;
+  state_.ColumnsInDoubt[slot] = true;
+  column.is_suspicion = false;
+  column.refusals = 0;
+  column.dropped.push_back({input, least, most, clock_.Elapsed()});
+  column.look_at_dropped = {};
+  column.doubted.push_back(input);
+}
+
+void ColumnKeeper::Unsettle(int slot, int input) {
+  EvidenceOf(slot).MakeUncertain(input);
+  state_.Columns[slot].IsUncertain[input] = true;
+  Tell(slot, {input},
+       "its sampling time was changed by hand; from here on the values may stand in a wrong row");
+}
+
+// The next one whose series has not gone on yet; null if there is none.
+const ColumnKeeper::DroppedSeries* ColumnKeeper::AwaitedSeries(int slot) const {
+  const auto& dropped = columns_[slot].dropped;
+  const auto awaited = std::find_if(dropped.begin(), dropped.end(),
+                                    [](const DroppedSeries& each) { return !each.is_doubted; });
+  return awaited == dropped.end() ? nullptr : &*awaited;
+}
+
+void ColumnKeeper::CountDropped(int slot, int input, int count, Time now) {
+  Column& column = columns_[slot];
+  const std::chrono::seconds interval(state_.RecInterval[slot]);
+  column.look_at_dropped = now + Time(interval) / kLooksInAnInterval;
+  for (DroppedSeries& dropped : column.dropped) {
+    if (dropped.input != input || dropped.is_doubted) {
+      continue;
+    }
+    if (count > 0) {
+      dropped.is_doubted = true;
+      column.evidence.Doubt(input, dropped.least, dropped.most);
+    } else if (now - dropped.since > kLongestPause * interval) {
+      GiveUpDropped(slot);
+    }
+  }
+}
+
+void ColumnKeeper::GiveUpDropped(int slot) {
+  for (DroppedSeries& dropped : columns_[slot].dropped) {
+    if (!dropped.is_doubted) {
+      dropped.is_doubted = true;
+      columns_[slot].evidence.MakeUncertain(dropped.input);
+    }
+  }
+}
+
+bool ColumnKeeper::CarryOutDropped(int slot) {
+  Column& column = columns_[slot];
+  while (!column.dropped.empty()) {
+    const DroppedSeries dropped = column.dropped.back();
+    const auto verdict = column.evidence.VerdictOf(dropped.input);
+    const bool is_lost = verdict == ColumnEvidence::Verdict::kLost;
+    const bool is_uncertain = verdict == ColumnEvidence::Verdict::kUncertain;
+    const int gone = is_lost ? column.evidence.Ahead(dropped.input) : dropped.least;
+    if ((is_lost || is_uncertain) && gone > 0 && !MakeUp(slot, dropped.input, gone)) {
+      return false;
+    }
+    if (!is_uncertain) {
+      std::erase(column.doubted, dropped.input);
+    }
+    column.dropped.pop_back();
+  }
+  return true;
+}
+
+// Puts the value before in the place of `gone` values of the input, the next one where there is
+// none. False, and nothing is filled, if it cannot be read now.
+bool ColumnKeeper::MakeUp(int slot, int input, int gone) {
+  ColumnMemory& memory = state_.Columns[slot];
+  const bool is_seen = state_.SampleSeen[slot][input];
+  const bool is_first = memory.IsFirstSet || state_.SampleCount[slot] == 0;
+  if (is_seen) {
+    memory.Repeats[input] = static_cast<std::uint8_t>(gone);
+  } else if (is_first) {
+    memory.Owed[input] = static_cast<std::uint8_t>(memory.Owed[input] + gone);
+  } else {
+    const auto value = ValueBefore(slot, input);
+    if (!value) {
+      return false;
+    }
+    state_.SampleSeen[slot][input] = true;
+    state_.SampleValue[slot][input] = *value;
+    memory.Repeats[input] = static_cast<std::uint8_t>(gone - 1);
+  }
+  const std::int32_t first = state_.SampleCount[slot] + (is_seen ? 1 : 0);
+  const std::int32_t last = first + gone - 1;
+  Tell(slot,
+       first == last ? "row " + std::to_string(first)
+                     : "rows " + std::to_string(first) + " to " + std::to_string(last),
+       {input},
+       is_first && !is_seen ? "cleared by hand; the next value stands in its place"
+                            : "cleared by hand; the value before it stands in its place");
+  return true;
+}
+
+}  // namespace tavrel

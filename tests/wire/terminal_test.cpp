@@ -1,0 +1,94 @@
+#include "service/terminal.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "tests/truth/comparison.h"
+#include "tests/wire/live_instrument.h"
+#include "tests/wire/wire_program.h"
+
+namespace tavrel {
+namespace {
+
+constexpr int kSpeedUp = 5;  // ten words a second of a recording of two inputs
+constexpr const char* kName = "M260314A.OVN";
+
+// A terminal beside a recording at the shortest interval, on an instrument whose oven climbs.
+class TerminalOnTheWire : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(instrument.IsUp());
+    UnitRecord header = BenchProgram::Header(1, 1, 2, true);
+    header.UnitFast = 1;
+    header.UnitInterval = 1;
+    program.Start(GetParam(), kName, header);
+  }
+  bool HasRows(int count) const { return program.state.SampleCount[1] >= count; }
+  // Types it, and the terminal is polled for so long as its form would.
+  void Type(const std::string& keys, std::chrono::milliseconds time) {
+    const std::size_t before = program.terminal.Term().size();
+    for (const char key : keys) {
+      program.terminal.KeyPress(key);
+    }
+    const QDeadlineTimer end(time);
+    while (!end.hasExpired()) {
+      program.terminal.Poll();
+      program.port.WaitForData(std::chrono::milliseconds(20));
+    }
+    answered += program.terminal.Term().size() > before + keys.size() + 1 ? 1 : 0;
+  }
+  void ExpectTruth() const {
+    const std::string bytes = program.home.Read(std::string("tavdat/") + kName);
+    std::ifstream file(program.home.File("truth.txt"));
+    const LineTruth truth = ReadLineTruth(file, {});
+    const RecordedSlot slot{kName, 1, {1, 2}};
+    const Findings findings = Compare(truth, slot, bytes.substr(sizeof(UnitRecord)));
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+    EXPECT_EQ(findings.wrong, 0);
+    EXPECT_EQ(findings.doubled, 0);
+    EXPECT_EQ(findings.excused, 0);
+    EXPECT_EQ(truth.overruns, 0);
+    EXPECT_EQ(truth.lost, 0);
+    EXPECT_TRUE(program.dialogs.announced.empty());
+  }
+
+  WireProgram program{kSpeedUp};
+  LiveInstrument instrument{program.home,
+                            GetParam(),
+                            {"--speedup", std::to_string(kSpeedUp), "--line-speed", "none",
+                             "--fast", "1", "--sample", "1=1", "--oven", "1.1=ramp:450:0.1"}};
+  int answered = 0;
+};
+
+TEST_P(TerminalOnTheWire, CostsARecordingNoSampleInTwoMinutes) {
+  constexpr int kCommands = 48;  // half a second of real time each, two minutes of the instrument
+  ASSERT_TRUE(program.RunUntil([this] { return HasRows(5); }));
+  {
+    const MainCycle::Pause pause(program.cycle);
+    program.terminal.Open();
+    const auto before = program.link.Exchanges();
+    for (int command = 0; command < kCommands; ++command) {
+      Type(GetParam() ? "np21?" : "Y01?", std::chrono::milliseconds(500));
+    }
+    EXPECT_EQ(program.link.Exchanges(), before) << "nothing else uses the line";
+    EXPECT_EQ(answered, kCommands);
+    // The last answer comes when the terminal has closed.
+    ASSERT_TRUE(instrument.Tell("fault 1 late-reply 120 times 1"));
+    program.terminal.KeyPress('?');
+    program.terminal.Quit();
+  }
+  const int rows = program.state.SampleCount[1];
+  for (int turn = 0; turn < 6 && !HasRows(rows + 130); ++turn) {
+    static_cast<void>(program.RunUntil([&] { return HasRows(rows + 130); }));
+  }
+  EXPECT_TRUE(HasRows(rows + 130)) << program.state.SampleCount[1] - rows;
+  EXPECT_TRUE(program.RunUntil([this] { return !program.engine.HoldsSet(1); }));
+  ExpectTruth();
+}
+
+INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, TerminalOnTheWire, testing::Bool(),
+                         [](const auto& test) { return test.param ? "plugin" : "direct"; });
+
+}  // namespace
+}  // namespace tavrel
