@@ -185,12 +185,15 @@ int main(int count, char** arguments) {
   // The start has boxes of its own. A signal ends the program beneath them only if its loop of
   // events runs already, and none of them is the last window.
   QApplication::setQuitOnLastWindowClosed(false);
-  QTimer::singleShot(0, &application, [&program] {
+  QTimer start;
+  start.setSingleShot(true);
+  start.callOnTimeout([&program] {
     if (program.Start()) {
       QApplication::setQuitOnLastWindowClosed(true);
     } else {
       QCoreApplication::quit();
     }
   });
+  start.start(0);
   return QApplication::exec();
 }

@@ -27,6 +27,7 @@
 #include "platform/screens.h"
 #include "platform/serial_port.h"
 #include "platform/shell.h"
+#include "service/buffer_watch.h"
 #include "service/communication_test.h"
 #include "service/link_watch.h"
 #include "service/memory_test.h"
@@ -81,6 +82,11 @@ struct ProgramLogic {
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
+  // What a free tick of the cycle looks at besides the pump. True: it has used the line.
+  [[nodiscard]] bool ReadBack() {
+    return output_recovery.Step() || unsure.ReadBack() || buffers.Look();
+  }
+
   Machine machine;
   RunState state;
   Link link{machine.port, machine.clock};
@@ -124,10 +130,12 @@ struct ProgramLogic {
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
   Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
   LinkWatch link_watch;
+  BufferWatch buffers{state, link, engine, machine.clock};
   ServiceParts service{state,           link,
                        link_watch,      engine,
                        machine.dialogs, machine.events,
-                       machine.clock,   [this](int slot) { return sheet.IsControllerOn(slot); }};
+                       machine.clock,   [this](int slot) { return sheet.IsControllerOn(slot); },
+                       buffers};
   VariableBrowser variable_browser{service};
   PortBrowser port_browser{service};
   OutputRecords output_records{state, messages};

@@ -163,7 +163,7 @@ void ProgramScreens::ShowWaitBar() {
 MainCycle::TickHandlers ProgramScreens::Handlers() {
   return {[this] { RefreshWorksheet(); }, [this] { AdvanceWaitBar(); },
           [this](int slot) { logic_.runner.StepProgram(slot); },
-          [this] { return logic_.output_recovery.Step() || logic_.unsure.ReadBack(); }};
+          [this] { return logic_.ReadBack(); }};
 }
 
 void ProgramScreens::RefreshWorksheet() {

@@ -320,6 +320,7 @@ void ColumnKeeper::EndDoubt(int slot) {
   column.is_suspicion = false;
   column.before.reset();
   column.restarts = 0;
+  column.cleared = 0;
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   files_.KeepHeldSet(slot, 0);

@@ -54,6 +54,10 @@ class ColumnKeeper {
   void Empty(int slot, int input, const Exchange& when);
   void Failed(int slot, int input);
 
+  // The instrument has thrown away what it held, so many sets at least. It is as after a restart
+  // of the instrument.
+  void NoteCleared(int slot, std::int64_t sets);
+
   // The user has made the instrument drop values of an input, or start its series anew: between
   // `least` and `most` of its samples are gone. Nothing is decided before its next sample is there.
   // What is missing afterwards is filled in and told.
@@ -117,7 +121,8 @@ class ColumnKeeper {
     std::optional<ColumnEvidence> before;
     std::optional<ColumnEvidence::Range> lost;
     std::optional<int> stored;
-    int restarts = 0;  // seen since the columns were not in doubt
+    int restarts = 0;          // seen since the columns were not in doubt
+    std::int64_t cleared = 0;  // sets that are known to be lost by them
     // Rows until which there was none: as it seems, and as the looks before that have said. What a
     // look finds possible may still be a restart that came at a moment like it.
     std::array<std::int32_t, 3> proven{};
@@ -155,6 +160,7 @@ class ColumnKeeper {
   [[nodiscard]] bool MakeUp(int slot, int input, int gone);
   void TakeRestart(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);
+  [[nodiscard]] std::string WhatHappened(int slot) const;
   void TellForgottenSets(int slot, std::int32_t row);
   void NoteConflict(int slot);
   void NoteProof(int slot);

@@ -28,6 +28,13 @@ void ColumnKeeper::NoteConflict(int slot) {
   }
 }
 
+// Whoever has seen it has counted: the clock may be too rough to tell one set.
+void ColumnKeeper::NoteCleared(int slot, std::int64_t sets) {
+  EvidenceOf(slot).SuspectRestart();
+  columns_[slot].cleared += sets;
+  NoteConflict(slot);
+}
+
 // The input that is read first has no data, as is to be expected.
 void ColumnKeeper::NoteProof(int slot) {
   Column& column = columns_[slot];
@@ -98,24 +105,32 @@ bool ColumnKeeper::CarryOutRestart(int slot) {
   }
   if (first < row) {
     Tell(slot, "rows " + std::to_string(first) + " to " + std::to_string(row - 1), lost,
-         "the instrument was switched off and on; the values may stand one row too early");
+         WhatHappened(slot) + "; the values may stand one row too early");
   }
   Tell(slot, "row " + std::to_string(first), uncertain,
-       "the instrument was switched off and on; from here on the values may stand in a wrong row");
+       WhatHappened(slot) + "; from here on the values may stand in a wrong row");
   EndDoubt(slot);
   return true;
+}
+
+std::string ColumnKeeper::WhatHappened(int slot) const {
+  return columns_[slot].cleared > 0 ? "the instrument has cleared its buffers"
+                                    : "the instrument was switched off and on";
 }
 
 // Those that it held, and those that it did not make while it was off.
 void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   LostSets lost = CountLostSets(slot);
   lost.is_exact = false;
+  const std::int64_t cleared = columns_[slot].cleared;
+  if (cleared > 0) {
+    lost.count = std::max(lost.count.value_or(0), cleared);
+  }
   if (lost.count && *lost.count == 0) {
     return;
   }
-  messages_.Report(slot, {state_.SlotFile[slot] + ": row " + std::to_string(row) +
-                              ": the instrument was switched off and on; before this row " +
-                              TextOf(lost) + " lost",
+  messages_.Report(slot, {state_.SlotFile[slot] + ": row " + std::to_string(row) + ": " +
+                              WhatHappened(slot) + "; before this row " + TextOf(lost) + " lost",
                           "Read  Tavrel"});
 }
 

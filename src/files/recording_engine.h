@@ -137,6 +137,10 @@ class RecordingEngine {
   // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
   [[nodiscard]] std::optional<std::chrono::seconds> BuffersLast() const;
 
+  // The instrument of the slot has thrown away what its buffers held, `sets` of the slot or one or
+  // two more. Nothing more is read for the slot before its columns have been compared.
+  void NoteCleared(int slot, std::int64_t sets) { columns_.NoteCleared(slot, sets); }
+
   // A line has been opened, in place of one that `was_simulated` or not. What was said of simulated
   // rows holds no longer once an instrument answers, and a half-read set of it goes on.
   void LineOpened(bool was_simulated);

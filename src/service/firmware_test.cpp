@@ -29,7 +29,10 @@ bool FirmwareTest::MayTest(int inet) {
 }
 
 LinkResult FirmwareTest::Order(std::int16_t command) {
-  return Write(Parts().link, Register{Inet(), reg::kMailbox, kCommandIndex}, command);
+  const LinkResult result =
+      Write(Parts().link, Register{Inet(), reg::kMailbox, kCommandIndex}, command);
+  Parts().buffers.Begin(Inet());
+  return result;
 }
 
 // A reply of an older exchange would be taken for the end.

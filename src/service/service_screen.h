@@ -12,6 +12,7 @@
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
+#include "service/buffer_watch.h"
 #include "service/link_watch.h"
 #include "state/modal_screen.h"
 #include "state/run_state.h"
@@ -28,6 +29,7 @@ struct ServiceParts {
   Events& events;
   const Clock& clock;
   std::function<bool(int slot)> is_controller_on;  // as far as the sheet knows
+  BufferWatch& buffers;
 };
 
 // A screen of the service: it works on one instrument, the one that is selected when it opens, and

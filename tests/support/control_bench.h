@@ -72,7 +72,7 @@ class ControlBench {
   // The cycle beneath a dialog for a while, without a screen that asks for anything itself.
   void Tick(double seconds) {
     MainCycle::TickHandlers handlers;
-    handlers.read_back = [this] { return bench.unsure.ReadBack(); };
+    handlers.read_back = [this] { return bench.ReadBack(); };
     bench.cycle.SetHandlers(handlers);
     bench.cycle.Start();
     bench.Run(seconds);

@@ -27,7 +27,7 @@ class WorkBench {
     bench.screens.on_show = [this](View view) { RunDialog(view); };
     bench.cycle.SetHandlers({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
                              [this](int slot) { programs.StepProgram(slot); },
-                             [this] { return bench.unsure.ReadBack(); }});
+                             [this] { return bench.ReadBack(); }});
     header.UnitInterval = 1;
     header.UnitDesignation.Set("OVN:Furnace");
   }

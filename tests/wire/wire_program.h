@@ -75,7 +75,7 @@ class WireProgram : public WireMachine, public ProgramLogic {
     state.Settings.TypeSel = 4;
     cycle.SetHandlers({[this] { worksheet.Refresh(); }, [this] { wait_bar.Advance(); },
                        [this](int slot) { runner.StepProgram(slot); },
-                       [this] { return output_recovery.Step() || unsure.ReadBack(); }});
+                       [this] { return ReadBack(); }});
     timer_main.callOnTimeout([this] { cycle.Tick(); });
   }
 

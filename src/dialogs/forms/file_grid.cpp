@@ -81,7 +81,7 @@ FileGrid::FileGrid(const std::vector<IndexRow>& rows, QWidget* parent) : QFrame(
   cmd_product_ = new SortHead("cmdProduct", "contents", this);
   MakeView(rows);
   ConnectView();
-  setMinimumSize(sizeHint().width() / 2, HeightOf(kFewestRows));
+  setMinimumSize(FileGrid::sizeHint().width() / 2, HeightOf(kFewestRows));
   setTabOrder(f_grid_, cmd_file_);
   setTabOrder(cmd_file_, cmd_product_);
 }
