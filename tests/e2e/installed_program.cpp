@@ -122,6 +122,10 @@ std::vector<std::string> InstalledProgram::StartCommand() const {
   return command;
 }
 
+std::string InstalledProgram::WindowCalled(const std::string& title) const {
+  return WindowOf(program_.Pid(), title);
+}
+
 std::vector<std::string> InstalledProgram::ShownTexts() const {
   std::vector<std::string> texts;
   std::ifstream file(directory_.File(kShownTexts));

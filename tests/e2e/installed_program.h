@@ -68,6 +68,10 @@ class InstalledProgram {
 
   // From the next start on all that the program tells its user is kept: notices and boxes, each as
   // one text with "\n" for its line breaks. A box that knows one answer only is answered.
+  // A window of the program with that regular expression in its title, as the screen's number for
+  // it; empty if there is none.
+  [[nodiscard]] std::string WindowCalled(const std::string& title) const;
+
   void KeepShownTexts() { keeps_texts_ = true; }
   [[nodiscard]] std::vector<std::string> ShownTexts() const;
 

@@ -146,6 +146,10 @@ TEST_F(BrowserForms, AreDrivenByTheKeyboardAlone) {
     Key(Qt::Key_Enter);
     EXPECT_EQ(Cell(2, kDec), "12");
     EXPECT_EQ(Cell(2, kHex), "C");
+    Key(Qt::Key_F5);
+    EXPECT_TRUE(Find("Progress")->isVisible());
+    Turns(320);
+    EXPECT_FALSE(Find("Progress")->isVisible());
     Key(Qt::Key_Tab);
     EXPECT_EQ(Focus(), "CmdRefresh");
     Key(Qt::Key_Space);

@@ -94,6 +94,35 @@ Deed Spoilt(int percent) {
   };
 }
 
+// A screen of the service and what is done in it; a key is pressed every so many seconds.
+struct ScreenUse {
+  int entry;  // of the menu, from 1
+  const char* title;
+  seconds between_keys;
+  std::vector<std::string> keys;  // the last one leaves the screen
+};
+
+// Every screen of the service in turn. The tests of the firmware ask first, for a recording is on;
+// the browser reads its registers again twice; an output is switched on; the terminal asks for a
+// temperature.
+void UseServiceScreens(TruthRun& run, int times) {
+  const std::vector<ScreenUse> uses = {
+      {1, "QS", 3s, {"Escape"}},
+      {2, "COM1", 8s, {"Escape"}},
+      {3, "Test +of +Memory", 4s, {"Left", "Return", "Escape"}},
+      {4, "Test of Outputs", 3s, {"Tab", "Down", "Up", "Escape"}},
+      {5, "Test +of +Watchdog", 4s, {"Left", "Return", "Escape"}},
+      {6, "320", 22s, {"F5", "F5", "Escape"}},
+      {7, "HD647180", 10s, {"Escape"}},
+      {8, "Terminal", 1s, {"Y", "0", "2", "question", "Tab", "Escape"}},
+  };
+  for (int time = 0; time < times; ++time) {
+    for (const ScreenUse& use : uses) {
+      run.UseScreen(use.entry, use.title, use.keys, use.between_keys);
+    }
+  }
+}
+
 // Ovens that are switched on stand still at first: where two sets are alike nobody can tell which
 // of them is in a row.
 void LetTheOvensClimb(TruthRun& run) {
@@ -282,6 +311,7 @@ const std::vector<TruthCase>& TruthCases() {
        1,
        1,
        {.clock = OwnClock::kWall, .begins_at = kMidnight - hours(1)}},
+      {"service screens", UseServiceScreens, 1, 5, {}},
       {"asleep an hour", Stop, 12, 12, {.interval = 300, .speedup = 300}},
       {"backlog of 20 on 15",
        Watch,

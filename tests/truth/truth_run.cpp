@@ -280,6 +280,31 @@ void TruthRun::GoOnUntilRowsCome(seconds limit) {
   }
 }
 
+void TruthRun::UseScreen(int entry, const std::string& title, const std::vector<std::string>& keys,
+                         milliseconds between_keys) {
+  constexpr milliseconds kMenu{300};
+  const std::string main = program_.WindowCalled("TAVREL  6.1");
+  RunCommand({"xdotool", "windowfocus", main});
+  RunCommand({"xdotool", "mousemove", "--window", main, "94", "9", "click", "1"});
+  GoOn(kMenu);
+  std::vector<std::string> choice = {"xdotool", "key", "--delay", "60"};
+  choice.insert(choice.end(), static_cast<std::size_t>(entry), "Down");
+  choice.emplace_back("Return");
+  RunCommand(choice);
+  const auto is_open = [&] { return !program_.WindowCalled(title).empty(); };
+  if (!WaitUntil(is_open, seconds(10))) {
+    Fail("no window called " + title);
+    return;
+  }
+  for (const std::string& key : keys) {
+    GoOn(between_keys);
+    RunCommand({"xdotool", "key", key});
+  }
+  if (!WaitUntil([&] { return !is_open(); }, seconds(10))) {
+    Fail("the window stays open: " + title);
+  }
+}
+
 void TruthRun::NoteCut() {
   is_healthy_ = false;
   GoOn(milliseconds(60));  // what is on its way arrives

@@ -82,6 +82,10 @@ class TruthRun {
   void SleepForSets(int sets);
   // Until no more waits in the instruments than they take while a slot sleeps.
   void GoOnUntilCaughtUp();
+  // Opens an entry of the menu "Diagnostic", the first is 1, as a user does, and presses keys in
+  // the window that comes; `title` is a part of its title. The last key leaves it.
+  void UseScreen(int entry, const std::string& title, const std::vector<std::string>& keys,
+                 std::chrono::milliseconds between_keys);
   void RenameData(const std::string& from, const std::string& to);
   // Marks that whatever is on its way now has no one to take it.
   void NoteCut();

@@ -41,7 +41,9 @@ void RegisterSheetForm::Arrange() {
   foot->addWidget(cnt_);
   foot->addWidget(progress_);
   foot->addStretch(1);
-  foot->addWidget(MakeButton("CmdRefresh", "refresh", [this] { sheet_.CmdRefresh_Click(); }));
+  QPushButton* refresh = MakeButton("CmdRefresh", "refresh", [this] { sheet_.CmdRefresh_Click(); });
+  refresh->setShortcut(Qt::Key_F5);
+  foot->addWidget(refresh);
   QVBoxLayout* column = MakeColumn(kNarrowMargin);
   column->addWidget(grid_, 1);
   column->addWidget(lbl_note_);
