@@ -123,7 +123,7 @@ std::string OutputRecords::Put(int inet, const std::vector<OutputRecord>& record
   std::erase_if(records_, [inet](const OutputRecord& record) { return record.Inet == inet; });
   records_.insert(records_.end(), records.begin(), records.end());
   is_saved_ = is_saved_ && records_ == before;
-  const std::string problem = is_saved_ ? "" : Write();
+  std::string problem = is_saved_ ? "" : Write();
   is_saved_ = problem.empty();
   return problem;
 }
@@ -147,7 +147,7 @@ std::string OutputRecords::Write() const {
   if (!records_.empty()) {
     return ReplaceFile(Path(), EncodeOutputRecords(records_));
   }
-  const std::string problem = DeleteFile(Path());
+  std::string problem = DeleteFile(Path());
   SyncDirectory(state_.DataHome);
   return problem;
 }
