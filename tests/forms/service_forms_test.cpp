@@ -9,6 +9,7 @@
 #include "tests/forms/modal_bench.h"
 #include "tests/support/bench_program.h"
 #include "tests/support/form_screens.h"
+#include "tests/support/wait_until.h"
 
 namespace tavrel {
 namespace {
@@ -147,7 +148,7 @@ TEST_F(BrowserForms, AreDrivenByTheKeyboardAlone) {
     EXPECT_EQ(Cell(2, kDec), "12");
     EXPECT_EQ(Cell(2, kHex), "C");
     Key(Qt::Key_F5);
-    EXPECT_TRUE(Find("Progress")->isVisible());
+    EXPECT_TRUE(WaitUntil([] { return Find("Progress")->isVisible(); }));
     Turns(320);
     EXPECT_FALSE(Find("Progress")->isVisible());
     Key(Qt::Key_Tab);
