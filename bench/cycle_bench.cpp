@@ -118,5 +118,37 @@ void KeyBesideSilence(benchmark::State& state) {
 }
 BENCHMARK(KeyBesideSilence)->Name("key beside six silent instruments")->Iterations(kPasses);
 
+// The service screens that open without a question, each with its form's turns, over recordings.
+void KeyInServiceScreens(benchmark::State& state) {
+  const BenchHome home("COM1", {2, 10, true});
+  const DeadLine line(home.File("COM1"));
+  QtMachine machine(home.Path());
+  LiveProgram program(machine.All(), home.Path());
+  if (!program.Load()) {
+    state.SkipWithError("the line did not open");
+    return;
+  }
+  program.start_up.MainFormShow();
+  const std::array<ServiceScreen*, 5> screens = {&program.variable_browser, &program.port_browser,
+                                                 &program.communication_test, &program.quality_data,
+                                                 &program.output_test};
+  Promise promise("ms");
+  promise.Limit(110);
+  for (auto unused : state) {
+    double longest = 0;
+    for (ServiceScreen* const screen : screens) {
+      screen->Open();
+      const SteppedScreens::Turn turn(program.stepped, screen->Number(),
+                                      [screen] { screen->Step(); });
+      longest = std::max(longest, LongestTick(program));
+      screen->CloseNow();
+    }
+    promise.Measured(longest);
+  }
+  promise.MustBeAtMost(150);
+  promise.Report(state);
+}
+BENCHMARK(KeyInServiceScreens)->Name("key in service screens, silent")->Iterations(1);
+
 }  // namespace
 }  // namespace tavrel
