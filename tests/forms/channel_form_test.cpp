@@ -332,7 +332,7 @@ TEST_F(ChannelForm, ShowsHowFarTheCollectingIs) {
 
 TEST_F(ChannelForm, InstructionStandsBelowTheSheetAndItsCountIsNotTornApart) {
   AtIdle([] { Choose("Mnu_FeCuNi"); });
-  At(AdjState::kSelect, [this] {
+  At(AdjState::kSelect, [] {
     EXPECT_EQ(Find("Lbl_Instr")->x(), Grid().x());
     EXPECT_LE(Find("Lbl_Instr")->geometry().right(), Find("ComIcon")->x());
     ClickRow(9);

@@ -15,7 +15,6 @@ using std::chrono::seconds;
 
 constexpr int kDec = 2;
 constexpr int kLegend = 3;
-constexpr int kRows = 320;
 constexpr int kInet = 3;
 constexpr const char* kFile = "M260301A.OVN";
 
