@@ -94,8 +94,11 @@ class DateReader {
     constexpr std::size_t kMostDigits = 2;
     const bool is_name = SkipLetter() > kMostDigits;
     const std::string_view digits = TakeDigits();
+    if (is_name || digits.empty() || digits.size() > kMostDigits) {
+      return false;
+    }
     number = static_cast<int>(ReadNumber(digits));
-    return !is_name && !digits.empty() && digits.size() <= kMostDigits;
+    return true;
   }
   // Two or four digits, whatever the form says.
   [[nodiscard]] bool TakeYear() {

@@ -101,7 +101,9 @@ class BenchProgram : public BenchMachine, public ProgramLogic {
   std::vector<std::int16_t> Samples(const std::string& name) const {
     const std::string bytes = home.Read("tavdat/" + name);
     std::vector<std::int16_t> words((bytes.size() - sizeof(UnitRecord)) / 2);
-    std::memcpy(words.data(), bytes.data() + sizeof(UnitRecord), words.size() * 2);
+    if (!words.empty()) {
+      std::memcpy(words.data(), bytes.data() + sizeof(UnitRecord), words.size() * 2);
+    }
     return words;
   }
 };

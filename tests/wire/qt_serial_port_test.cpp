@@ -51,6 +51,13 @@ class Port : public testing::Test {
     std::filesystem::remove(home.File("COM1"));
     std::filesystem::create_symlink(far->Device(), home.File("COM1"));
   }
+  // The user's link then leads to nothing: the number of the terminal that has gone may be given to
+  // a test that runs beside this one.
+  void PullOut() {
+    far->Vanish();
+    std::filesystem::remove(home.File("COM1"));
+    std::filesystem::create_symlink(home.File("gone"), home.File("COM1"));
+  }
   void Open() {
     const PortOpening opening = port.Open(1, kDirect);
     ASSERT_EQ(opening.Error, 0) << opening.Text;
@@ -220,7 +227,7 @@ TEST_F(Port, IsQuietlyClosedAfterItVanished) {
 
 TEST_F(Port, OpensAgainWhenTheDeviceIsBack) {
   Open();
-  far->Vanish();
+  PullOut();
   EXPECT_FALSE(port.Write("Y01?"));
   EXPECT_EQ(port.Open(1, kDirect).Error, QSerialPort::DeviceNotFoundError);
   PlugIn();
