@@ -193,7 +193,7 @@ void RecordingEngine::SwitchControllerOff(int slot) {
   stop_orders_.Give(slot, unit.UnitInet, unit.UnitCtrl);
   files_.Journals().Note(slot, "end", {{"action", "switch the controller off"}});
   StopInFile(slot);
-  static_cast<void>(stop_orders_.SendDue());
+  static_cast<void>(SendStopOrders());
 }
 
 // At every moment of this the settings on the disk name a file whose header says that the

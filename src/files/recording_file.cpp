@@ -230,6 +230,11 @@ void RecordingFiles::TellLostRows(int slot, std::int32_t rows) {
   if (lost <= 0) {
     return;
   }
+  journals_.Note(slot, "lost",
+                 {{"before", state_.SampleCount[slot]},
+                  {"sets", lost},
+                  {"exact", true},
+                  {"what", "the power went off before they were on the disk"}});
   const std::string count = lost == 1 ? "1 row was" : std::to_string(lost) + " rows were";
   messages_.Report(slot,
                    {state_.SlotFile[slot] + ": " + count + " lost with the power, before row " +

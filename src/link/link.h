@@ -4,8 +4,10 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "link/frame.h"
 #include "link/line_mode.h"
@@ -109,6 +111,23 @@ class Link : public LinkArguments {
 
   [[nodiscard]] const LineMode& Mode() const { return mode_; }
 
+  // Sees each register that is read or written by value, behind the exchange: its number, letter
+  // and index, the word, and how it ended. It must not use the line.
+  struct Exchange {
+    int inet = 0;
+    std::string_view letter;
+    int index = 0;
+    std::int16_t word = 0;
+    bool is_write = false;
+    LinkResult result = LinkResult::kNone;
+  };
+  void Observe(std::function<void(const Exchange&)> observer) { observer_ = std::move(observer); }
+  void Observed(const Exchange& exchange) const {
+    if (observer_) {
+      observer_(exchange);
+    }
+  }
+
   bool Simulated = false;  // no port: the store in memory answers
   bool PortOpen = false;   // the link is usable, also when simulated; false while a port is lost
   LinkResult ComResult = LinkResult::kNone;
@@ -145,6 +164,7 @@ class Link : public LinkArguments {
 
   SerialPort& port_;
   const Clock& clock_;
+  std::function<void(const Exchange&)> observer_;
   LineMode mode_;
   SimulatedStore store_;
   std::array<LinkResult, 8> com_status_{};

@@ -8,13 +8,13 @@
 #include <functional>
 #include <map>
 
-#include "tests/files/pump_room.h"
+#include "link/registers.h"
+#include "tests/files/recording_bench.h"
 #include "tests/platform/calls_of_files.h"
 
 namespace tavrel {
 namespace {
 
-constexpr const char* kName = "M260314A.OVN";
 constexpr const char* kJournal = "journal/M260314A.OVN";
 
 // A slot with a recording, as one start of the program after the other has it.
@@ -344,6 +344,148 @@ TEST(RecordingJournals, NothingIsSyncedMoreOftenThanTheRecordingButBeforeAHeader
   room.room.state.Unit[room.slot].UnitYmax = 1;
   room.room.files.WriteHeader(room.slot);
   EXPECT_EQ(CallsOfFiles::Syncs(), 5) << "journal, recording, journal";
+}
+
+// The lines of a kind in the journal of the recording of a bench.
+std::vector<JournalEntry> LinesOf(const RecordingBench& bench, const std::string& kind) {
+  std::vector<JournalEntry> lines;
+  for (JournalEntry& entry : ReadJournal(bench.room.directory.Read(kJournal)).Entries) {
+    if (entry.Kind == kind) {
+      lines.push_back(std::move(entry));
+    }
+  }
+  return lines;
+}
+
+TEST(RecordingJournals, StartAndStopAreWrittenDown) {
+  RecordingBench bench;
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(3));
+  bench.room.engine.StopRecording(kSlot);
+  EXPECT_EQ(LinesOf(bench, "start").size(), 1U);
+  ASSERT_EQ(LinesOf(bench, "stop").size(), 1U);
+  EXPECT_EQ(LinesOf(bench, "stop").front().Text("by"), "user");
+  const std::string file = bench.room.directory.Read(kName);
+  EXPECT_EQ(CheckRecording(std::as_bytes(std::span(file)),
+                           std::optional(bench.room.directory.Read(kJournal)))
+                .Verdict,
+            Verdict::kIntact);
+}
+
+TEST(RecordingJournals, AValueThatWasFilledInIsWrittenDownWithRowAndInput) {
+  for (const int input : {1, 3}) {
+    RecordingBench bench;
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(6));
+    bench.FailNext(input, true);
+    ASSERT_TRUE(bench.RunToRows(9));
+    const auto lines = LinesOf(bench, "values");
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines.front().Number("first"), 6);
+    EXPECT_EQ(lines.front().Number("last"), 6);
+    EXPECT_EQ(JsonText(*lines.front().Fields.Find("inputs")), "[" + std::to_string(input) + "]");
+  }
+}
+
+TEST(RecordingJournals, SetsThatAFullBufferHasLostAreWrittenDown) {
+  RecordingBench bench({"together", 0}, {5}, 10);
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  bench.room.clock.Advance(std::chrono::seconds(10 * 1000));
+  ASSERT_TRUE(bench.RunToRows(20));
+  const auto lines = LinesOf(bench, "lost");
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_EQ(lines.front().Number("before"), 6);
+  EXPECT_NEAR(static_cast<double>(lines.front().Number("sets")), 104, 1);
+}
+
+TEST(RecordingJournals, ASilentInstrumentAndItsReturnAreWrittenDown) {
+  JournalRoom room;
+  PumpRoom& pump = room.room;
+  room.Begin(1);
+  const auto live = [&](int seconds) {
+    for (int tick = 0; tick < seconds * 4; ++tick) {
+      pump.clock.Advance(std::chrono::milliseconds(250));
+      if (tick % 40 == 0) {
+        pump.engine.TenSecondTick();
+      }
+      pump.Pump(1);
+    }
+  };
+  pump.Store(1, 1, {1, 2});
+  live(20);
+  EXPECT_EQ(room.Last("silent").Kind, "");
+  pump.line.silent.insert(1);
+  live(120);
+  EXPECT_EQ(room.Last("silent").Number("rows"), 3);
+  pump.Store(1, 1, {3, 4, 5});
+  pump.line.silent.clear();
+  live(60);
+  EXPECT_EQ(room.Last("back").Kind, "back");
+  EXPECT_EQ(room.Last("back").Number("rows"), 3);
+  EXPECT_EQ(std::ranges::count(room.Kinds(), "silent"), 1);
+  EXPECT_EQ(std::ranges::count(room.Kinds(), "back"), 1);
+}
+
+TEST(RecordingJournals, WhatTheDiskRefusesIsWrittenDown) {
+  JournalRoom room;
+  room.Begin(1);
+  room.room.Store(1, 1, {1});
+  {
+    const FullDisk disk(1000);
+    room.room.Pump(3);
+  }
+  EXPECT_TRUE(room.room.state.WriteFailed[room.slot]);
+  room.room.engine.TenSecondTick();
+  room.room.Pump(3);
+  EXPECT_NE(room.Last("refused").Text("why"), "");
+  EXPECT_EQ(room.Last("written again").Kind, "written again");
+}
+
+TEST(RecordingJournals, WhatIsDoneToTheControllerOfATestIsWrittenDown) {
+  for (const int controller : {1, 4}) {
+    JournalRoom room;
+    UnitRecord unit = Running(HeaderOf(1));
+    unit.UnitCtrl = static_cast<std::int16_t>(controller);
+    room.room.Open(room.slot, kName, BytesOf(unit));
+    Link& link = room.room.link;
+    static_cast<void>(Write(link, Register{1, reg::kSetpoint, controller}, 2000));
+    EXPECT_TRUE(room.Last("controller").Fields.Find("old")->IsNull());
+    room.room.line.registers[{1, 'W', controller}] = 1800;
+    static_cast<void>(Read(link, Register{1, reg::kSetpoint, controller}));
+    static_cast<void>(Write(link, Register{1, reg::kSetpoint, controller}, 2400));
+    JournalEntry line = room.Last("controller");
+    EXPECT_EQ(line.Text("what"), "setpoint");
+    EXPECT_EQ(line.Text("by"), "user");
+    EXPECT_EQ(line.Number("old"), 1800);
+    EXPECT_EQ(line.Number("new"), 2400);
+    EXPECT_EQ(line.Fields.Find("acknowledged")->Truth(), true);
+    room.room.line.refused.insert('W');
+    {
+      const ControllerJournal::Actor actor(room.room.engine.Controllers(), "program");
+      static_cast<void>(Write(link, Register{1, reg::kSetpoint, controller}, 1));
+    }
+    line = room.Last("controller");
+    EXPECT_EQ(line.Text("by"), "program");
+    EXPECT_EQ(line.Number("old"), 2400);
+    EXPECT_EQ(line.Fields.Find("acknowledged")->Truth(), false);
+    const std::string before = room.Journal();
+    static_cast<void>(Write(link, Register{1, reg::kSetpoint, 5 - controller}, 7));
+    static_cast<void>(Write(link, Register{2, reg::kSetpoint, controller}, 7));
+    static_cast<void>(Write(link, Register{1, reg::kBuffered, controller}, 0));
+    static_cast<void>(Read(link, Register{1, reg::kControllerState, controller}));
+    EXPECT_EQ(room.Journal(), before) << "not of this test, or no write";
+  }
+}
+
+TEST(RecordingJournals, MinutesThatAProgramCatchesUpAreWrittenDown) {
+  JournalRoom room;
+  room.Begin(1);
+  room.room.engine.Controllers().CaughtUp(7);
+  EXPECT_EQ(room.Last("caught up").Kind, "");
+  room.room.state.ProgRunning[room.slot] = true;
+  room.room.engine.Controllers().CaughtUp(7);
+  EXPECT_EQ(room.Last("caught up").Number("minutes"), 7);
 }
 
 // A day of the program in one process: begin, rows, headers, a next file, the end.
