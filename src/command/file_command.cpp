@@ -7,6 +7,7 @@
 
 #include "base/number.h"
 #include "base/version.h"
+#include "command/export_rows.h"
 #include "command/read_recording.h"
 #include "command/repair.h"
 #include "files/recording_format.h"
@@ -22,6 +23,7 @@ constexpr const char* kUsage =
     "usage: tavrel-file info FILE...\n"
     "       tavrel-file verify FILE...\n"
     "       tavrel-file repair IN OUT\n"
+    "       tavrel-file export [--format csv|json] [--decimal point|comma] FILE...\n"
     "       tavrel-file --help | --version\n"
     "\n"
     "info    what the header of each recording and its journal say\n"
@@ -30,6 +32,10 @@ constexpr const char* kUsage =
     "        reading failed; of many files the highest\n"
     "repair  makes a whole recording OUT of what is left of IN, and tells what was left out.\n"
     "        Nothing is written over: OUT must not be there\n"
+    "export  prints the rows of each recording, with the seconds since the first set, which "
+    "stands\n"
+    "        in the rows 0 and 1, and the values in degrees. A decimal comma parts fields by\n"
+    "        semicolons. Of many files each has its own line of names, or its own line in JSON\n"
     "\n"
     "The journal of a recording lies beside it, in the directory journal, under its name.\n";
 
@@ -44,6 +50,7 @@ class Report {
     result_.Output += file + ": " + text + "\n";
     Raise(status);
   }
+  void Print(const std::string& text) { result_.Output += text; }
   void Fail(const std::string& file, const std::string& text) {
     result_.Errors += "tavrel-file: " + file + ": " + text + "\n";
     Raise(kCommandFailed);
@@ -208,6 +215,58 @@ CommandResult RepairInto(const Arguments& files) {
   return std::move(report).Result();
 }
 
+// What export was asked for.
+struct ExportWish {
+  bool is_json = false;
+  bool has_comma = false;
+  Arguments files;
+};
+
+// Takes an option and its value; false if there is none of that kind.
+bool TakeOption(ExportWish& wish, const std::string& option, const std::string& value) {
+  const bool is_format = option == "--format" && (value == "csv" || value == "json");
+  const bool is_decimal = option == "--decimal" && (value == "point" || value == "comma");
+  wish.is_json = is_format ? value == "json" : wish.is_json;
+  wish.has_comma = is_decimal ? value == "comma" : wish.has_comma;
+  return is_format || is_decimal;
+}
+
+// Empty, with `wrong`, for options that are none.
+std::optional<ExportWish> ReadWish(const Arguments& arguments, std::string& wrong) {
+  ExportWish wish;
+  std::size_t place = 0;
+  while (place < arguments.size() && arguments[place].starts_with("--")) {
+    const std::string value = place + 1 < arguments.size() ? arguments[place + 1] : "";
+    if (!TakeOption(wish, arguments[place], value)) {
+      wrong = "unknown option " + arguments[place] + " " + value;
+      return std::nullopt;
+    }
+    place += 2;
+  }
+  wish.files.assign(arguments.begin() + static_cast<std::ptrdiff_t>(place), arguments.end());
+  wrong = wish.files.empty() ? "a file is missing" : "";
+  return wish.files.empty() ? std::nullopt : std::optional(wish);
+}
+
+CommandResult Export(const Arguments& arguments) {
+  std::string wrong;
+  const auto wish = ReadWish(arguments, wrong);
+  if (!wish) {
+    return WrongUsage(wrong);
+  }
+  const TableStyle style = wish->has_comma ? TableStyle{',', ';'} : TableStyle{};
+  Report report;
+  for (const std::string& file : wish->files) {
+    const auto recording = ReadOrTell(file, report);
+    if (recording && !IsTavrelHeader(HeaderOf(*recording))) {
+      report.Fail(file, "its header is damaged");
+    } else if (recording) {
+      report.Print(wish->is_json ? JsonOf(*recording, file) : CsvOf(*recording, style));
+    }
+  }
+  return std::move(report).Result();
+}
+
 }  // namespace
 
 CommandResult RunFileCommand(const std::vector<std::string>& arguments) {
@@ -221,10 +280,13 @@ CommandResult RunFileCommand(const std::vector<std::string>& arguments) {
   const std::map<std::string, CommandResult (*)(const Arguments&)> commands = {
       {"info", Info}, {"verify", Verify}, {"repair", RepairInto}};
   const auto found = commands.find(command);
-  if (found == commands.end()) {
+  if (found == commands.end() && command != "export") {
     return WrongUsage(command.empty() ? "a command is missing" : "unknown command " + command);
   }
   const Arguments files(arguments.begin() + 1, arguments.end());
+  if (command == "export") {
+    return Export(files);
+  }
   if (files.empty()) {
     return WrongUsage("a file is missing");
   }

@@ -46,7 +46,7 @@ class Checker {
     if (const auto seal = SealIn(entry)) {
       TakeSeal(*seal);
     } else if (entry.Kind == journal::kHeader) {
-      headers_.push_back(entry.Text("new"));
+      TakeHeader(entry);
       ++lines_behind_;
     } else {
       ++lines_behind_;
@@ -95,6 +95,14 @@ class Checker {
       first_wrong_ = seal;
       is_missing_ = !is_there;
     }
+  }
+
+  // Where there is no seal yet, the first such line tells which header it found.
+  void TakeHeader(const JournalEntry& entry) {
+    if (headers_.empty() && !entry.Text("old").empty()) {
+      headers_.push_back(entry.Text("old"));
+    }
+    headers_.push_back(entry.Text("new"));
   }
 
   void CheckHeader() {

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <utility>
 
-#include "base/version.h"
 #include "files/header_changes.h"
+#include "files/journal_begin.h"
 #include "files/new_file.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
@@ -17,16 +17,6 @@ namespace {
 
 std::span<const std::byte> BytesOf(const UnitRecord& unit) {
   return std::as_bytes(std::span(&unit, 1));
-}
-
-JsonValue::List RecordedInputs(const UnitRecord& unit) {
-  JsonValue::List inputs;
-  for (int input = 1; input <= kInputs; ++input) {
-    if (unit.IsRecorded(input)) {
-      inputs.emplace_back(input);
-    }
-  }
-  return inputs;
 }
 
 // The whole rows among the bytes of a file.
@@ -104,6 +94,7 @@ void RecordingJournals::Attach(int slot) {
   GoOn(slot, std::move(reading), file, check);
 }
 
+// What the file holds is sealed when it is put to the disk next: opening a file waits for no disk.
 void RecordingJournals::GoOn(int slot, JournalReading reading, std::span<const std::byte> bytes,
                              const RecordingCheck& check) {
   Entry& entry = Of(slot);
@@ -112,15 +103,11 @@ void RecordingJournals::GoOn(int slot, JournalReading reading, std::span<const s
   TakeFile(slot, bytes);
   entry.Writer.GoOnBehind(std::move(reading));
   const bool goes_on = IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1;
-  JsonValue::Members fields;
-  AddSession(fields);
+  JsonValue::Members fields = SessionFields(state_.Settings);
   fields.emplace_back("rows", entry.Rows);
   Add(entry, goes_on ? "resume" : "open", fields);
   if (entry.Rows > check.CoveredRows) {
     Add(entry, "adopted", {{"first", check.CoveredRows}, {"last", entry.Rows - 1}});
-  }
-  if (state_.SlotFileNo[slot].Sync()) {
-    Seal(entry);
   }
 }
 
@@ -142,7 +129,7 @@ void RecordingJournals::BeginAnew(int slot, const std::string& why, bool has_old
   entry.State = Entry::Kind::kOpen;
   entry.Id = RandomId();
   TakeFile(slot, std::as_bytes(std::span(*bytes)));
-  JsonValue::Members fields = BeginFields(entry.Id, name, state_.Unit[slot]);
+  JsonValue::Members fields = BeginFields(entry.Id, name, state_.Unit[slot], state_.Settings);
   fields.emplace_back("why", why);
   if (has_old) {
     fields.emplace_back("aside", aside.substr(aside.rfind('/') + 1));
@@ -150,9 +137,6 @@ void RecordingJournals::BeginAnew(int slot, const std::string& why, bool has_old
   Add(entry, journal::kBegin, fields);
   if (entry.Rows > 0) {
     Add(entry, "adopted", {{"first", 0}, {"last", entry.Rows - 1}});
-  }
-  if (state_.SlotFileNo[slot].Sync()) {
-    Seal(entry);
   }
 }
 
@@ -184,30 +168,6 @@ std::optional<std::string> RecordingJournals::BytesOfFile(int slot) {
   return is_read ? std::optional(bytes) : std::nullopt;
 }
 
-JsonValue::Members RecordingJournals::BeginFields(const std::string& id, const std::string& name,
-                                                  const UnitRecord& unit) const {
-  JsonValue::Members fields{{"id", id}, {"file", name}};
-  AddSession(fields);
-  fields.emplace_back("instrument", int{unit.UnitInet});
-  fields.emplace_back("controller", int{unit.UnitCtrl});
-  fields.emplace_back("reference", int{unit.UnitRef});
-  fields.emplace_back("inputs", RecordedInputs(unit));
-  fields.emplace_back("interval", RecIntervalOf(unit));
-  return fields;
-}
-
-// Who goes on from here, and with what.
-void RecordingJournals::AddSession(JsonValue::Members& fields) const {
-  const SettingsValues& settings = state_.Settings;
-  const char* const line = settings.CommPort == "----" ? "simulated"
-                           : settings.ComMode == 0     ? "direct"
-                                                       : "plug-in";
-  fields.emplace_back("computer", ComputerName());
-  fields.emplace_back("login", LoginName());
-  fields.emplace_back("program", kVersion);
-  fields.emplace_back("line", line);
-}
-
 std::string RecordingJournals::MakeFile(RandomFile& file, int slot, const std::string& name,
                                         const UnitRecord& unit, std::span<const std::byte> rows,
                                         const JsonValue::Members& origin) {
@@ -219,7 +179,7 @@ std::string RecordingJournals::MakeFile(RandomFile& file, int slot, const std::s
   entry.Id = RandomId();
   if ((!old_path || !aside.empty()) && entry.Writer.Open(path)) {
     entry.State = Entry::Kind::kOpen;
-    JsonValue::Members fields = BeginFields(entry.Id, name, unit);
+    JsonValue::Members fields = BeginFields(entry.Id, name, unit, state_.Settings);
     fields.insert(fields.end(), origin.begin(), origin.end());
     entry.Header = unit;
     entry.HeaderHash = Sha256Of(BytesOf(unit));
@@ -234,6 +194,7 @@ std::string RecordingJournals::MakeFile(RandomFile& file, int slot, const std::s
     entry.Data.Add(rows);
     const auto length = kHeaderBytes + static_cast<std::int64_t>(rows.size());
     entry.Rows = SampleCountOf(length, unit.UnitChannels);
+    entry.MustSync = true;
     Seal(entry);
   } else if (entry.State == Entry::Kind::kOpen) {
     entry.Writer.Close();
@@ -250,6 +211,7 @@ std::string RecordingJournals::SaveHeader(int slot, RandomFile& file) {
   if (entry.State == Entry::Kind::kOpen && problem.empty()) {
     entry.Header = unit;
     entry.HeaderHash = Sha256Of(BytesOf(unit));
+    entry.MustSync = true;
     Seal(entry);
   }
   return problem;
@@ -276,6 +238,7 @@ void RecordingJournals::Appended(int slot, std::span<const std::byte> bytes) {
   entry.Data.Add(bytes);
   entry.Rows = state_.SampleCount[slot];
   entry.IsSealed = false;
+  entry.MustSync = true;
 }
 
 void RecordingJournals::Synced(int slot) {
@@ -322,6 +285,7 @@ void RecordingJournals::Add(Entry& entry, const std::string& kind,
 
 void RecordingJournals::Sync(Entry& entry) {
   if (entry.Writer.Sync()) {
+    entry.MustSync = false;
     is_told_ = false;
     problem_.clear();
   }
@@ -336,7 +300,9 @@ void RecordingJournals::Seal(Entry& entry) {
       JournalSeal{entry.Rows, entry.Header.UnitChannels, entry.Data.Hex(), entry.HeaderHash,
                   entry.Writer.Hash()}
           .Fields());
-  Sync(entry);
+  if (entry.MustSync) {
+    Sync(entry);
+  }
   entry.IsSealed = true;
 }
 

@@ -84,6 +84,7 @@ class RecordingJournals {
     UnitRecord Header{};    // as it lies in the file
     std::string HeaderHash;
     bool IsSealed = false;  // nothing has happened since the last seal
+    bool MustSync = false;  // rows or a header have come since the journal was put to the disk
   };
 
   [[nodiscard]] Entry& Of(int slot) { return entries_.at(static_cast<std::size_t>(slot)); }
@@ -94,9 +95,6 @@ class RecordingJournals {
   void BeginAnew(int slot, const std::string& why, bool has_old);
   void TakeFile(int slot, std::span<const std::byte> bytes);
   [[nodiscard]] std::optional<std::string> BytesOfFile(int slot);
-  [[nodiscard]] JsonValue::Members BeginFields(const std::string& id, const std::string& name,
-                                               const UnitRecord& unit) const;
-  void AddSession(JsonValue::Members& fields) const;
   void Add(Entry& entry, const std::string& kind, const JsonValue::Members& fields);
   void Sync(Entry& entry);
   void Seal(Entry& entry);

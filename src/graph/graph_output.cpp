@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "base/text.h"
+#include "files/recording_format.h"
 #include "graph/output_pause.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
@@ -216,6 +217,9 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     SampleReader reader(state.SlotFileNo[Slot()]);
     bytes = SubfileBytes(Unit(), header, Cut(), reader);
     problem = bytes ? ReplaceFile(target, *bytes) : "";
+    if (bytes && problem.empty()) {
+      BeginSubfileJournal(target, *bytes, Origin(), state.Settings, parts_.clock);
+    }
     state.IndexValid = false;
   }
   if (!bytes) {
@@ -227,6 +231,13 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
 
 SubfileCut GraphOutput::Cut() const {
   return {View().RecFirst, View().RecEnd, View().XRight - View().XLeft, File()};
+}
+
+SubfileOrigin GraphOutput::Origin() const {
+  const SubfileCut cut = Cut();
+  const int channels = std::max<int>(Unit().UnitChannels, 1);
+  return {parts_.state.SlotPath[Slot()], File(), (cut.FirstRecord - kHeaderRecords) / channels,
+          (cut.LastRecord - kHeaderRecords) / channels};
 }
 
 ReportContent GraphOutput::Content() const {

@@ -5,6 +5,15 @@
 #include <array>
 
 namespace tavrel {
+namespace {
+
+// Looked up in the library once, which takes longer than hashing a line.
+const EVP_MD* Algorithm() {
+  static const EVP_MD* const algorithm = EVP_MD_fetch(nullptr, "SHA256", nullptr);
+  return algorithm;
+}
+
+}  // namespace
 
 // The library's own object, which goes with it.
 struct Sha256::State {
@@ -22,7 +31,7 @@ struct Sha256::State {
 
 Sha256::Sha256() : state_(std::make_unique<State>()) {
   const bool has_begun =
-      state_->context != nullptr && EVP_DigestInit_ex(state_->context, EVP_sha256(), nullptr) == 1;
+      state_->context != nullptr && EVP_DigestInit_ex(state_->context, Algorithm(), nullptr) == 1;
   if (!has_begun) {
     state_.reset();
   }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
@@ -105,7 +106,7 @@ TEST(FileCommand, ForksAreTold) {
   const CommandResult result = RunFileCommand({"verify", left.Path(), right.Path()});
   EXPECT_EQ(result.Status, 0);
   EXPECT_NE(result.Output.find(right.Path() + ": fork: it and " + left.Path() +
-                               " went on from one, behind line 5 of the journal"),
+                               " went on from one, behind line 4 of the journal"),
             std::string::npos)
       << result.Output;
 }
@@ -191,6 +192,73 @@ TEST(FileCommand, InfoSaysWhatTheHeaderAndTheJournalSay) {
   for (const char* text : {"rows: 20", "input 1: Öl", "last seal: 20 rows", "instrument: 1"}) {
     EXPECT_NE(result.Output.find(text), std::string::npos) << text << result.Output;
   }
+}
+
+TEST(FileCommand, ExportsATable) {
+  for (const int channels : {1, 2, 15}) {
+    const CommandRoom room(channels);
+    const std::string text = RunFileCommand({"export", room.Path()}).Output;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 21);
+    EXPECT_TRUE(text.starts_with("row,seconds,input 1 Öl")) << text;
+    const auto values = [&](const std::string& value, const std::string& separator) {
+      std::string all;
+      for (int column = 0; column < channels; ++column) {
+        all += separator + value;
+      }
+      return all;
+    };
+    EXPECT_NE(text.find("\n0,0" + values("5.00", ",") + "\n1,0" + values("10.00", ",") + "\n2,"),
+              std::string::npos)
+        << text;
+    const std::string comma = RunFileCommand({"export", "--decimal", "comma", room.Path()}).Output;
+    EXPECT_NE(comma.find("\n1;0" + values("10,00", ";") + "\n"), std::string::npos);
+  }
+}
+
+TEST(FileCommand, ExportsSmallAndNegativeValuesAndLeavesOutWhatIsNone) {
+  const CommandRoom room(3);
+  std::string file = room.File().substr(0, kHeaderBytes) + Words({-1, -32768, 32767, 0, -19, 20});
+  room.Put(file);
+  const std::string text = RunFileCommand({"export", room.Path()}).Output;
+  EXPECT_NE(text.find("\n0,0,-0.05,,1638.35\n1,0,0.00,-0.95,1.00\n"), std::string::npos) << text;
+  const std::string json = RunFileCommand({"export", "--format", "json", room.Path()}).Output;
+  EXPECT_NE(json.find("\"rows\":[[0,0,-0.05,null,1638.35],[1,0,0.0,-0.95,1.0]]}\n"),
+            std::string::npos)
+      << json;
+}
+
+TEST(FileCommand, ExportsJsonALineForEachFile) {
+  const CommandRoom room(2);
+  const std::string text =
+      RunFileCommand({"export", "--format", "json", room.Path(), room.Path()}).Output;
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2);
+  const auto read = ReadJson(text.substr(0, text.find('\n')));
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->Find("rows")->Elements()->size(), 20U);
+  EXPECT_EQ(read->Find("columns")->Elements()->at(0).Find("input")->Whole(), 1);
+}
+
+TEST(FileCommand, ExportQuotesNamesThatWouldBreakTheTable) {
+  const CommandRoom room(1);
+  std::string file = room.File();
+  file.replace(220, 5, "a,\"b\"");
+  room.Put(file);
+  const std::string text = RunFileCommand({"export", room.Path()}).Output;
+  EXPECT_TRUE(text.starts_with("row,seconds,\"input 1 a,\"\"b\"\"")) << text;
+}
+
+TEST(FileCommand, ExportRefusesOptionsAndHeadersThatAreNone) {
+  const CommandRoom room(1);
+  for (const std::vector<std::string>& options :
+       {std::vector<std::string>{"--format", "xml"}, {"--decimal"}, {"--loud", "x"}}) {
+    std::vector<std::string> arguments{"export"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.push_back(room.Path());
+    EXPECT_EQ(RunFileCommand(arguments).Status, 3);
+  }
+  EXPECT_EQ(RunFileCommand({"export"}).Status, 3);
+  room.Put(std::string(1100, '\xFF'));
+  EXPECT_EQ(RunFileCommand({"export", room.Path()}).Status, 3);
 }
 
 TEST(FileCommand, WrongUsageIsStatusThreeAndSaysHow) {
