@@ -223,7 +223,7 @@ void RecordingJournals::AnnounceHeader(int slot, const UnitRecord& unit) {
   }
   Entry& entry = Of(slot);
   const std::string hash = Sha256Of(BytesOf(unit));
-  if (hash != entry.HeaderHash) {
+  if (hash.empty()) {
     Add(entry, journal::kHeader,
         {{"old", entry.HeaderHash}, {"new", hash}, {"changes", HeaderChanges(entry.Header, unit)}});
     Sync(entry);
@@ -324,6 +324,7 @@ void RecordingJournals::TellProblem(int slot) {
   }
   const std::string problem = std::exchange(problem_, "");
   is_told_ = true;
+  const Messages::Deferral deferral(messages_);  // a box would stand in the middle of a deed
   messages_.Report(slot, {state_.SlotFile[slot] + ": the journal cannot be written (" + problem +
                               "); the recording goes on without it",
                           kWriteTitle});

@@ -129,7 +129,8 @@ TEST(CloseRecordingFile, SyncsTheRows) {
   room.Pump(1);
   SyncedFiles().clear();
   room.files.CloseRecordingFile(12);
-  EXPECT_EQ(SyncedFiles(), (std::vector<std::string>{kName, kName})) << "and its journal";
+  EXPECT_EQ(SyncedFiles(), (std::vector<std::string>{kName, kName, "journal"}))
+      << "and its journal, with its name";
   SyncedFiles().clear();
   room.files.CloseRecordingFile(12);
   EXPECT_TRUE(SyncedFiles().empty());

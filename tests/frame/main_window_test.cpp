@@ -330,7 +330,9 @@ TEST_F(Window, LeavesASetThatTheDiskRefusesForTheNextStartAndTellsIt) {
   RefuseSet();
   {
     const FullDisk disk(1008);
-    bench.dialogs.on_box = [this] { EXPECT_FALSE(bench.state.SlotFileNo[1].IsOpen()); };
+    bench.dialogs.on_box = [this] {
+      EXPECT_FALSE(bench.state.SlotFileNo[1].IsOpen()) << bench.dialogs.boxes.back().Text;
+    };
     EXPECT_LT(CloseTakes(), 11.5);
   }
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
