@@ -32,7 +32,8 @@ std::vector<std::string> NamesIn(const std::string& directory) {
   std::vector<std::string> names;
   std::error_code error;
   for (const auto& entry : fs::recursive_directory_iterator(directory, error)) {
-    if (!entry.is_directory()) {
+    // The journals bear the names of the recordings.
+    if (!entry.is_directory() && entry.path().parent_path().filename() != "journal") {
       names.push_back(fs::relative(entry.path(), directory).string());
     }
   }
