@@ -75,7 +75,7 @@ class Program {
     QApplication::setQuitOnLastWindowClosed(false);
     splash_->hide();
     splash_.release()->deleteLater();
-    if (!logic_.start_up.MainFormLoad()) {
+    if (!logic_.LoadMainForm()) {
       QCoreApplication::quit();
       return;
     }

@@ -82,6 +82,10 @@ struct ProgramLogic {
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
+  // Behind the splash form: joins settings and line, and keeps for the sheet what an earlier end of
+  // the program has left undone. False: the process ends.
+  [[nodiscard]] bool LoadMainForm();
+
   // What a free tick of the cycle looks at besides the pump. True: it has used the line.
   [[nodiscard]] bool ReadBack() {
     return output_recovery.Step() || unsure.ReadBack() || buffers.Look();
@@ -128,7 +132,8 @@ struct ProgramLogic {
        machine.dialogs,
        machine.events,
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
-  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock,
+                       [this](int from, int to) { output_recovery.Renumber(from, to); }}};
   LinkWatch link_watch;
   BufferWatch buffers{state, link, engine, machine.clock};
   ServiceParts service{state,           link,
