@@ -5,10 +5,12 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "platform/qt/window_in_front.h"
+#include "widgets/form_room.h"
 #include "widgets/muted_label.h"
 #include "widgets/number_edit.h"
 
@@ -24,8 +26,33 @@ ModalForm::ModalForm(ModalScreen& screen, const char* name, std::string_view cap
 void ModalForm::Run() {
   UpdateWidgets();
   if (screen_.IsOpen()) {
+    FitToScreen();
     exec();
   }
+}
+
+void ModalForm::FitToScreen() {
+  FitForm(*this, RoomFor(*this));
+  if (isVisible()) {
+    KeepOnScreen(*this);
+  }
+}
+
+// The frame around the first window of the program is known only when that is shown.
+void ModalForm::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (!event->spontaneous()) {
+    QTimer::singleShot(0, this, [this] { FitToScreen(); });
+  }
+}
+
+// The contents ask for more than before.
+bool ModalForm::event(QEvent* event) {
+  const bool is_done = QDialog::event(event);
+  if (event->type() == QEvent::LayoutRequest && isVisible()) {
+    FitToScreen();
+  }
+  return is_done;
 }
 
 void ModalForm::reject() {

@@ -33,6 +33,8 @@ inline constexpr int kNarrowMargin = 12;  // of a form that is a table or a pict
 // button from anywhere, Escape and the close box are the same event; neither key reaches anything
 // else. A form that its logic still calls open stays open whatever the user does.
 //
+// A form is never larger than the free area of its screen (widgets/form_room.h).
+//
 // A control made here carries its name as its object name, by which tips and tests find it. What
 // it is given to run is followed by AfterEvent().
 class ModalForm : public QDialog {
@@ -84,8 +86,12 @@ class ModalForm : public QDialog {
   QVBoxLayout* MakeFixedColumn(int margin);
 
   void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
+  void FitToScreen();
+
   ModalScreen& screen_;
 };
 

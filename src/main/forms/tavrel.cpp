@@ -13,6 +13,7 @@
 #include <chrono>
 
 #include "main/forms/emblem.h"
+#include "widgets/form_room.h"
 #include "widgets/shades.h"
 
 namespace tavrel {
@@ -23,6 +24,7 @@ using std::chrono::milliseconds;
 // A window that is never painted (it starts minimised) must measure all the same.
 constexpr milliseconds kPaintLimit{400};
 
+constexpr QSize kLeastSheet{240, 120};
 constexpr int kFewestRows = 4;     // a smaller window looks lost
 constexpr int kRoomForNames = 40;  // beside the least width
 
@@ -65,11 +67,7 @@ Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   setAttribute(Qt::WA_AlwaysShowToolTips);
   MakeMenu();
   table_ = new SheetTable;
-  scroll_ = new QScrollArea(this);
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setWidgetResizable(true);
-  scroll_->setFocusPolicy(Qt::NoFocus);
-  scroll_->setWidget(table_);
+  scroll_ = new ScrollingPart(table_, kLeastSheet, this);
   setCentralWidget(scroll_);
   MakeStatusLine();
   ConnectSheet();
@@ -197,9 +195,9 @@ void Tavrel::GrowToRows() {
 
 void Tavrel::PlaceAt(int top) {
   const QRect room = screen()->availableGeometry();
-  resize(size().boundedTo(room.size()));
-  const int left = room.left() + (room.width() - width()) / 2;
-  move(left, std::clamp(top, room.top(), std::max(room.top(), room.bottom() - height())));
+  resize(size().boundedTo(RoomFor(*this)));
+  move(room.left() + (room.width() - frameGeometry().width()) / 2, top);
+  KeepOnScreen(*this);
 }
 
 void Tavrel::showEvent(QShowEvent* event) {
@@ -219,6 +217,8 @@ void Tavrel::paintEvent(QPaintEvent* event) {
 }
 
 void Tavrel::FirstDisplay() {
+  resize(size().boundedTo(RoomFor(*this)));  // the frame around it is known now
+  KeepOnScreen(*this);
   parts_.start_up.MainFormShow();
   AfterEvent();
 }
