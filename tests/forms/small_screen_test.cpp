@@ -7,9 +7,12 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <algorithm>
+#include <map>
 
 #include "main/forms/all_load.h"
 #include "tests/forms/modal_bench.h"
@@ -130,16 +133,17 @@ void ExpectAllReachable(QWidget& form) {
 
 // The whole program with all its forms on a screen of 640 x 400 points, as one of 1280 x 800 dots
 // is at twice the size.
-class SmallScreen : public ModalDeeds, public testing::WithParamInterface<const char*> {
+class SmallScreenBench : public ModalDeeds {
  protected:
-  SmallScreen() {
+  SmallScreenBench() {
     bench.screens.on_show = [this](View view) { screens.Run(view); };
     for (const View view :
          {View::kAllCopy, View::kAllCom,   View::kAllDir,   View::kAllMem,   View::kAllMsg,
           View::kTavNum,  View::kAllOpen,  View::kAllQs,    View::kAllRam,   View::kAllRegs,
           View::kTavSett, View::kAllTerm,  View::kTavWork,  View::kTavGraph, View::kTavCoord,
           View::kTavCtrl, View::kTavPid,   View::kTavRec,   View::kTavWait,  View::kTavInst,
-          View::kTavProg, View::kTavChann, View::kTavColor, View::kSpTavHs,  View::kAllWdog}) {
+          View::kTavProg, View::kTavChann, View::kTavColor, View::kSpTavHs,  View::kAllWdog,
+          View::kTavKeys}) {
       bench.screens.built.insert(view);
     }
     bench.cycle.SetHandlers(screens.Handlers());
@@ -184,13 +188,16 @@ class SmallScreen : public ModalDeeds, public testing::WithParamInterface<const 
         {"ALL_TERM", View::kAllTerm}, {"TavWork", View::kTavWork},  {"TavGraph", View::kTavGraph},
         {"TavCtrl", View::kTavCtrl},  {"TavPid", View::kTavPid},    {"TavWait", View::kTavWait},
         {"TavInst", View::kTavInst},  {"TavProg", View::kTavProg},  {"TavChann", View::kTavChann},
-        {"SP_TavHS", View::kSpTavHs}, {"All_Wdog", View::kAllWdog}};
+        {"SP_TavHS", View::kSpTavHs}, {"All_Wdog", View::kAllWdog}, {"TavKeys", View::kTavKeys}};
     return kViews.at(form);
   }
 
   BenchProgram bench;
   FormScreens screens{bench};
 };
+
+class SmallScreen : public SmallScreenBench, public testing::WithParamInterface<const char*> {};
+class SmallScreenSizes : public SmallScreenBench {};
 
 TEST_P(SmallScreen, ShowsEveryControl) {
   Then(GetParam(), [] {
@@ -200,12 +207,90 @@ TEST_P(SmallScreen, ShowsEveryControl) {
   Open(GetParam());
 }
 
+// A form that runs while nobody has to answer has no use for the manual.
+TEST_P(SmallScreen, OpensTheManualByF1) {
+  Then(GetParam(), [this] {
+    QWidget* focus = QApplication::focusWidget();
+    QTest::keyClick(focus != nullptr ? focus : Form(), Qt::Key_F1);
+    EXPECT_EQ(bench.shell.opened, std::vector<std::string>{bench.home.File(kGermanManual)});
+    qobject_cast<QDialog*>(Form())->done(0);
+  });
+  Open(GetParam());
+}
+
+TEST_P(SmallScreen, GivesEachLetterOnce) {
+  Then(GetParam(), [] {
+    QStringList letters;
+    const auto take = [&letters](const QString& text) {
+      const QString key = QKeySequence::mnemonic(text).toString();
+      EXPECT_TRUE(key.isEmpty() || !letters.contains(key)) << text.toStdString();
+      if (!key.isEmpty()) {
+        letters << key;
+      }
+    };
+    for (const auto* button : Form()->findChildren<QPushButton*>()) {
+      const QString text = button->text();
+      take(text);
+      const bool is_word = text.size() > 1 && text.at(0).isLetter();
+      const bool is_value = button->objectName() == "cmdPath" || button->objectName() == "CmdFont";
+      const bool has_letter = !QKeySequence::mnemonic(text).isEmpty();
+      EXPECT_TRUE(is_value || !is_word || has_letter) << "without a letter: " << text.toStdString();
+    }
+    if (const auto* bar = Form()->findChild<QMenuBar*>()) {
+      for (const QAction* action : bar->actions()) {
+        take(action->text());
+        EXPECT_FALSE(QKeySequence::mnemonic(action->text()).isEmpty());
+      }
+    }
+    qobject_cast<QDialog*>(Form())->done(0);
+  });
+  Open(GetParam());
+}
+
+// What the user makes of a size is there in the next run, unless the form has a size of its own.
+TEST_F(SmallScreenSizes, KeepsTheSizesThatTheUserGives) {
+  for (const char* name : {"TavGraph", "TavWork", "ALL_OPEN", "TavChann", "ALL_RAM"}) {
+    Then(name, [] {
+      QCoreApplication::processEvents();
+      Form()->resize(601, 361);
+      qobject_cast<QDialog*>(Form())->done(0);
+    });
+    Open(name);
+  }
+  Then("TavPid", [] { qobject_cast<QDialog*>(Form())->done(0); });
+  Open("TavPid");
+  EXPECT_EQ(bench.home.Read(kFormSizesFile),
+            "ALL_OPEN 601 361\nALL_RAM 601 361\nTavChann 601 361\nTavGraph 601 361\n"
+            "TavWork 601 361\n");
+  FormScreens next(bench);
+  bench.screens.on_show = [&next](View view) { next.Run(view); };
+  for (const char* name : {"TavWork", "ALL_OPEN"}) {
+    Then(name, [] {
+      QCoreApplication::processEvents();
+      EXPECT_EQ(Form()->size(), QSize(601, 361));
+      qobject_cast<QDialog*>(Form())->done(0);
+    });
+    Open(name);
+  }
+}
+
+// A size of another screen is bounded by this one.
+TEST_F(SmallScreenSizes, BoundsTheSizesOfALargerScreen) {
+  bench.form_sizes.Keep("TavWork", {1900, 1000});
+  Then("TavWork", [] {
+    ExpectAllReachable(*Form());
+    qobject_cast<QDialog*>(Form())->done(0);
+  });
+  Open("TavWork");
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryForm, SmallScreen,
                          testing::Values("ALL_COPY", "ALL_COM", "ALL_DIR", "ALL_MEM", "ALL_MSG",
                                          "TavNum", "ALL_OPEN", "ALL_QS", "ALL_RAM", "ALL_REGS",
                                          "TAVSETT", "ALL_TERM", "TavWork", "TavGraph", "TavCoord",
                                          "TavCtrl", "TavPid", "TavRec", "TavWait", "TavInst",
-                                         "TavProg", "TavChann", "TavColor", "SP_TavHS", "All_Wdog"),
+                                         "TavProg", "TavChann", "TavColor", "SP_TavHS", "All_Wdog",
+                                         "TavKeys"),
                          [](const auto& form) { return std::string(form.param); });
 
 class SmallSheet : public FormBench {};

@@ -289,6 +289,10 @@ void TavWork::keyPressEvent(QKeyEvent* event) {
     AfterEvent();
     return;
   }
+  if (event->key() == Qt::Key_F5) {
+    worksheet_.RefreshNow();
+    return;
+  }
   ModalForm::keyPressEvent(event);
 }
 
