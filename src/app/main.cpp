@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QTimer>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "platform/cups_queues.h"
 #include "platform/file_system.h"
 #include "platform/instance_lock.h"
+#include "platform/qt/logind_guard.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_events.h"
@@ -24,6 +26,7 @@
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
+#include "state/recording_on.h"
 
 namespace tavrel {
 namespace {
@@ -43,7 +46,16 @@ class Program {
     end_again_.callOnTimeout([this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     logic_.cycle.SetHandlers(forms_.Handlers());
+    sleep_watch_.callOnTimeout([this] { sleep_guard_.StayAwake(IsAnyRecordingOn(logic_.state)); });
   }
+
+  ~Program() {
+    if (form_ != nullptr && form_->HasUsersSize()) {
+      logic_.form_sizes.Keep(kMainForm, {form_->width(), form_->height()});
+    }
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
   bool Start() {
@@ -82,8 +94,12 @@ class Program {
     form_ = std::make_unique<Tavrel>(
         Tavrel::Parts{logic_.sheet, logic_.commands, logic_.cycle, logic_.start_up},
         ExpectedRows());
+    if (const auto size = logic_.form_sizes.Of(kMainForm)) {
+      form_->resize(size->Width, size->Height);
+    }
     form_->PlaceAt(top);
     form_->show();
+    sleep_watch_.start(kSleepWatch);
   }
 
   // A signal from outside ends the program as its close box does, later if a rule has to finish
@@ -113,6 +129,9 @@ class Program {
     }
   }
 
+  static constexpr std::chrono::seconds kSleepWatch{5};
+  static constexpr const char* kMainForm = "Tavrel";
+
   [[nodiscard]] int ExpectedRows() const {
     int rows = 0;
     for (const std::string& file : logic_.state.Settings.ActiveFiles) {
@@ -139,9 +158,11 @@ class Program {
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;
   ProgramScreens forms_{logic_, screens_, events_};  // their parent is form_: they go before it
-  QTimer end_again_;                                 // until no rule is at work on an instrument
-  bool has_settings_ = false;                        // the start is past its splash
-  bool is_ending_ = false;                           // somebody outside wants the end
+  LogindGuard sleep_guard_;
+  QTimer sleep_watch_;
+  QTimer end_again_;           // until no rule is at work on an instrument
+  bool has_settings_ = false;  // the start is past its splash
+  bool is_ending_ = false;     // somebody outside wants the end
 };
 
 constexpr const char* kUsage =

@@ -1,6 +1,7 @@
 #include "main/main_sheet.h"
 
 #include <array>
+#include <cmath>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -113,6 +114,14 @@ std::string ShownFileName(const std::string& slot_file) {
 
 std::string ShownHours(std::int32_t sample_count, std::int32_t rec_interval) {
   return FormatMask(RecordedHours(sample_count, rec_interval), "####0.00");
+}
+
+// Seconds until then; empty if that is past or farther away than the tick that tries a lost port.
+std::optional<int> SecondsUntil(const Deadline& deadline, const Clock& clock) {
+  constexpr double kTick = 0.05;  // a deadline in single precision is that exact
+  const double seconds = std::ceil(static_cast<double>(deadline.At) - clock.Timer() - kTick);
+  const bool is_ahead = seconds >= 0 && seconds <= static_cast<double>(kWakeSeconds);
+  return is_ahead ? std::optional(static_cast<int>(seconds)) : std::nullopt;
 }
 
 }  // namespace
@@ -309,6 +318,30 @@ void MainSheet::RefreshRecording(int slot) {
     shown.sample_count = state.SampleCount[slot];
     row.lb_Rec = ShownHours(shown.sample_count, state.RecInterval[slot]);
   }
+}
+
+LineState MainSheet::StateOfLine() const {
+  const Link& link = parts_.link;
+  LineState line;
+  line.Simulated = link.Simulated;
+  line.PortOpen = link.PortOpen;
+  line.Port = link.PortName();
+  line.Device = link.Device();
+  line.Speed = link.Mode().PortSettings.substr(0, link.Mode().PortSettings.find(','));
+  line.Answered = link.AnsweredInLastMinute();
+  line.GoneSince = link.LostSince();
+  line.SilentSince = link.SilentSince();
+  line.NextTry = SecondsUntil(parts_.state.TickTen, parts_.clock);
+  return line;
+}
+
+void MainSheet::RefreshState() {
+  values_.lbl_State = LineStateText(StateOfLine(), parts_.clock.Now(), values_.TipLanguage);
+}
+
+void MainSheet::RefreshNow() {
+  parts_.state.SheetSlot = 0;
+  parts_.state.TickRefresh.MakeDue();
 }
 
 void MainSheet::RefreshInfo() {

@@ -7,6 +7,7 @@
 #include "files/recording_file.h"
 #include "files/stop_orders.h"
 #include "link/link.h"
+#include "main/line_state.h"
 #include "main/sheet_values.h"
 #include "platform/clock.h"
 #include "platform/events.h"
@@ -57,6 +58,12 @@ class MainSheet {
   // Takes over what changed outside a pass: the line beside the table.
   void RefreshInfo();
 
+  // What is known of the line now, in words. Sends nothing.
+  void RefreshState();
+
+  // F5: the next pass begins at once.
+  void RefreshNow();
+
   // The commands of a row.
   void lb_TavNo_Click(int slot);
   void tx_Des_Change(int slot, const std::string& text);
@@ -87,6 +94,7 @@ class MainSheet {
     std::string file;
   };
 
+  [[nodiscard]] LineState StateOfLine() const;
   void EmptyCells(int slot);
   void BeginPass();
   void EndPass();

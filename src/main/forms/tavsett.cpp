@@ -9,6 +9,7 @@
 
 #include "base/tool_tips.h"
 #include "main/settings_lists.h"
+#include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -107,6 +108,7 @@ void TavSett::AddLine(QGridLayout& grid, const char* text, QWidget* control) {
 QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeIndex take) {
   auto* list = new QComboBox(this);
   list->setObjectName(name);
+  SearchBehindBlanks(*list);
   list->addItems(items);
   connect(list, &QComboBox::currentIndexChanged, this, [this, take](int index) {
     (dialog_.*take)(index);
