@@ -43,6 +43,7 @@ class Program {
     end_again_.callOnTimeout([this] { End(); });
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     logic_.cycle.SetHandlers(forms_.Handlers());
+    port_.SpeakIn([this] { return LanguageOf(logic_.state.Settings.HelpLang); });
   }
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.

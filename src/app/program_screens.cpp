@@ -1,10 +1,13 @@
 #include "app/program_screens.h"
 
+#include <QApplication>
+
 #include "dialogs/forms/all_copy.h"
 #include "dialogs/forms/all_dir.h"
 #include "dialogs/forms/all_msg.h"
 #include "dialogs/forms/all_open.h"
 #include "graph/forms/tav_graph.h"
+#include "main/forms/emblem.h"
 #include "main/forms/tavsett.h"
 #include "service/forms/all_com.h"
 #include "service/forms/all_mem.h"
@@ -41,6 +44,7 @@ void RunForm(Screen& screen) {
 
 ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents& events)
     : logic_(logic), screens_(screens), events_(events) {
+  QApplication::setWindowIcon(EmblemIcon());
   AddForm<AllDir>(View::kAllDir, logic.directory);
   AddForm<AllMsg>(View::kAllMsg, logic.message);
   AddForm<TavRec>(View::kTavRec, logic.recording_settings);
