@@ -143,7 +143,7 @@ TEST_F(SettingsWindow, IsDrivenByTheKeyboardAlone) {
 TEST_F(SettingsWindow, LeadsTheTabKeyThroughAllControls) {
   QStringList way;
   Then("TAVSETT", [&way] {
-    for (int step = 0; step < 10; ++step) {
+    for (int step = 0; step < 11; ++step) {
       way << QApplication::focusWidget()->objectName();
       Key(Qt::Key_Tab);
     }
@@ -151,7 +151,18 @@ TEST_F(SettingsWindow, LeadsTheTabKeyThroughAllControls) {
   });
   Run();
   EXPECT_EQ(way, QStringList({"Txt_Plant", "Txt_Lab", "cboHelp", "cboCom", "cboMode", "cboDia",
-                              "cmdPath", "CmdFont", "CboWidth", "CmdOK"}));
+                              "cmdPath", "CmdFont", "CboWidth", "CmdOK", "CmdCancel"}));
+}
+
+TEST_F(SettingsWindow, IsLeftByItsCancelButtonWithoutAChange) {
+  Then("TAVSETT", [] {
+    List("cboMode")->setCurrentIndex(2);
+    EXPECT_EQ(TextOf("CmdCancel"), "Cancel");
+    Click("CmdCancel");
+  });
+  Run();
+  EXPECT_EQ(Shared().ComMode, 0);
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
 
 TEST_F(SettingsWindow, TakesEnterOnAnyControlForOk) {

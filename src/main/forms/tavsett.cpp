@@ -71,7 +71,11 @@ void TavSett::Arrange() {
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->setContentsMargins(kWideMargin, kGapOfSections, kWideMargin, kWideMargin);
   column->addLayout(grid);
-  column->addWidget(cmd_ok_, 0, Qt::AlignRight);
+  auto* foot = new QHBoxLayout;
+  foot->addStretch(1);
+  foot->addWidget(cmd_ok_);
+  foot->addWidget(MakeCancel());
+  column->addLayout(foot);
 }
 
 void TavSett::MakeMenu() {

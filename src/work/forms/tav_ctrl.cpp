@@ -29,7 +29,7 @@ TavCtrl::TavCtrl(ControllerSettings& settings)
   pid->setEnabled(settings.HasPid());
   buttons->addWidget(pid);
   buttons->addStretch(1);
-  buttons->addWidget(MakeOk([this] {
+  buttons->addLayout(MakeOkAndCancel([this] {
     settings_.CmdOK_Click();
     UpdateWidgets();
     GoToRefused();
@@ -62,7 +62,9 @@ void TavCtrl::GoToRefused() {
 
 void TavCtrl::UpdateWidgets() {
   for (int index = 0; index < kControllerBoxes; ++index) {
-    ShowText(*boxes_.at(static_cast<std::size_t>(index)), settings_.TBox(index));
+    NumberEdit* box = boxes_.at(static_cast<std::size_t>(index));
+    ShowText(*box, settings_.TBox(index));
+    box->setToolTip(QtText(RangeText(settings_.LimitsOf(index))));
   }
 }
 

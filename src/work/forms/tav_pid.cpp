@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "dialogs/checks.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -25,7 +26,7 @@ TavPid::TavPid(PidParameters& parameters)
   }
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
-  column->addWidget(MakeOk([this] { PressOk(); }), 0, Qt::AlignRight);
+  column->addLayout(MakeOkAndCancel([this] { PressOk(); }));
   boxes_.front()->setFocus();
 }
 
@@ -49,9 +50,11 @@ void TavPid::MakeList(QGridLayout& grid) {
 
 void TavPid::AddBox(QGridLayout& grid, int index) {
   const PidParameter& parameter = kPidParameters.at(static_cast<std::size_t>(index - 1));
-  boxes_.at(static_cast<std::size_t>(index - 1)) = AddNumberBox(
+  NumberEdit* box = AddNumberBox(
       grid, index, parameter.Label, Qt::AlignLeft,
       [this, index](const std::string& text) { parameters_.TBox_Change(index, text); });
+  box->setToolTip(QtText(RangeText({parameter.Lower, parameter.Upper})));
+  boxes_.at(static_cast<std::size_t>(index - 1)) = box;
   grid.addWidget(new MutedLabel(parameter.Unit, this), grid.rowCount() - 1, 2);
 }
 
