@@ -192,6 +192,23 @@ TEST_F(GraphForms, LetTheButtonOfAToolLookPressedWhileItIsAtWork) {
   Run(Slopes(80));
 }
 
+// A plot that changes its size is painted anew, and that ends the tool.
+TEST_F(GraphForms, KeepTheSizeOfThePlotWhenAPromptComes) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    const QSize before = Find("PicC_1")->size();
+    for (const char* tool : {"PbEval_0", "PbEval_1", "PbMark_1", "PbMark_2"}) {
+      Click(tool);
+      QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+      EXPECT_TRUE(IsShown("Lbl_Instr")) << tool;
+      EXPECT_EQ(Find("PicC_1")->size(), before) << tool;
+      Key(Qt::Key_Escape);
+    }
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
 TEST_F(GraphForms, ShowValuesAtTheCursorAndTheCurveThatStandsOut) {
   Then("TavGraph", [this] {
     ASSERT_TRUE(WaitForOverview());

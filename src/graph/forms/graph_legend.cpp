@@ -16,8 +16,9 @@ namespace {
 constexpr int kRows = 16;  // one more than there can be curves
 constexpr int kBetweenRows = 3;
 constexpr int kSampleWidth = 44;
-// The number of the input and a name of 20 characters, most of which are narrower.
-constexpr const char* kLongName = "00  nnnnnnnnnnnnnnnnnnnn";
+// The number of the input and a name of 20 characters, most of which are narrower. A longer one is
+// cut.
+constexpr const char* kLongName = "00  nnnnnnnnnnnnnnnn";
 constexpr const char* kLongValue = "-1000.00";
 constexpr int kBesideValue = 6;
 constexpr qreal kArrowSize = 2;  // in heights of a line
@@ -72,8 +73,11 @@ void LegendValues::Show(const std::vector<LegendRow>& rows, int strong) {
 void LegendValues::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), Qt::white);
-  painter.setPen(Qt::black);
   const qreal row_height = height() / kDrawnLegendRows;
+  if (strong_ >= 0) {
+    PlotView::DrawBandOn(painter, QRectF(0, (strong_ + 0.5) * row_height, width(), row_height));
+  }
+  painter.setPen(Qt::black);
   for (std::size_t row = 0; row < texts_.size(); ++row) {
     QFont type = font();
     type.setBold(static_cast<int>(row) == strong_);

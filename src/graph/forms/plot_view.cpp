@@ -117,12 +117,14 @@ void PlotView::DrawStroke(QPainter& painter) const {
 }
 
 void PlotView::DrawBand(QPainter& painter) const {
-  if (!band_) {
-    return;
+  if (band_) {
+    DrawBandOn(painter, QRectF(0, band_->first * height(), width(),
+                               (band_->second - band_->first) * height()));
   }
+}
+
+void PlotView::DrawBandOn(QPainter& painter, const QRectF& place) {
   QColor ink = kCrosshairInk;
-  const QRectF place(0, band_->first * height(), width(),
-                     (band_->second - band_->first) * height());
   painter.fillRect(QRectF(place.left(), place.top(), place.width(), 1), ink);
   painter.fillRect(QRectF(place.left(), place.bottom() - 1, place.width(), 1), ink);
   ink.setAlphaF(kBandShade);

@@ -42,6 +42,7 @@ class PlotView : public QWidget {
   // A frame around rows of the picture, from one height to another, 0 at the top and 1 at the
   // bottom.
   void ShowBand(std::optional<QPair<qreal, qreal>> band);
+  static void DrawBandOn(QPainter& painter, const QRectF& place);
 
   // Two lines across the whole view through a position, over the picture.
   void ShowCrosshair(std::optional<QPoint> position);

@@ -23,7 +23,7 @@ namespace {
 constexpr int kGap = 6;
 constexpr int kGroupGap = 18;  // between groups of buttons
 constexpr qreal kPromptSize = 1.15;
-constexpr int kPromptMargin = 4;
+constexpr int kPromptMargin = 3;
 constexpr QSize kFirstSize(1040, 680);
 constexpr std::chrono::milliseconds kTimerGraph{100};
 // After a change of size, until the pictures follow. A user who drags an edge sees them follow in
@@ -297,10 +297,14 @@ QHBoxLayout* TavGraph::ArrangeTools() {
 }
 
 QHBoxLayout* TavGraph::ArrangePrompts() {
-  // Always as high as with the text field in it, so that nothing moves when that comes.
+  // Always as high as with the text field and a prompt in it, so that nothing moves when they come:
+  // a plot that changes its size is painted anew, and that ends the tool. A label without a text
+  // would tell less.
   auto* line = new QHBoxLayout;
   line->setSpacing(kNarrowMargin);
-  line->addStrut(std::max(txt_for_mark_->sizeHint().height(), lbl_instr_->sizeHint().height()));
+  const int prompt = QFontMetrics(lbl_instr_->font()).lineSpacing() + 2 * kPromptMargin;
+  lbl_instr_->setFixedHeight(prompt);
+  line->addStrut(std::max(txt_for_mark_->sizeHint().height(), prompt));
   auto* one_place = new QWidget(this);
   one_place->setFixedWidth(std::max(pic_xy_->sizeHint().width(), kLeastCommentWidth));
   auto* grid = new QGridLayout(one_place);
