@@ -1,6 +1,8 @@
 #include "platform/qt/notice_box.h"
 
+#include <QAbstractButton>
 #include <QGridLayout>
+#include <QShowEvent>
 #include <QSpacerItem>
 
 #include "platform/qt/box_icons.h"
@@ -65,9 +67,15 @@ void NoticeBox::ShowText(const std::string& text) {
   }
 }
 
-// Only now nothing more is laid out anew: the toolkit drops what it has not put there itself.
+// Only now nothing more is laid out anew: the toolkit drops what it has not put there itself. The
+// pictures that some desktops put on buttons are made for one scale.
 void NoticeBox::showEvent(QShowEvent* event) {
-  KeepTitleWhole();
+  if (!event->spontaneous()) {
+    KeepTitleWhole();
+    for (QAbstractButton* button : buttons()) {
+      button->setIcon({});
+    }
+  }
   QMessageBox::showEvent(event);
 }
 
