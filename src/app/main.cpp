@@ -47,6 +47,7 @@ class Program {
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     logic_.cycle.SetHandlers(forms_.Handlers());
     sleep_watch_.callOnTimeout([this] { sleep_guard_.StayAwake(IsAnyRecordingOn(logic_.state)); });
+    port_.SpeakIn([this] { return LanguageOf(logic_.state.Settings.HelpLang); });
   }
 
   ~Program() {

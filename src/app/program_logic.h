@@ -125,7 +125,7 @@ struct ProgramLogic {
                        machine.dialogs, machine.screens, machine.events, machine.clock}};
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
-                            machine.clipboard, machine.regional, machine.clock}};
+                            machine.clipboard, machine.regional, machine.clock, machine.shell}};
   MainSheet sheet{
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
