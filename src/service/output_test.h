@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/numbered.h"
 #include "service/output_records.h"
 #include "service/service_screen.h"
 #include "state/unfinished_work.h"
@@ -23,8 +24,8 @@ enum class OutputOption : int {
   kSafety = 2,  // the contact closed, no power
 };
 
-inline constexpr std::array<const char*, kOutputOptions> kOutputOptionNames = {"off", "Heater",
-                                                                               "Safety"};
+inline constexpr Numbered<const char*, 0, kOutputOptions - 1> kOutputOptionNames = {"off", "Heater",
+                                                                                    "Safety"};
 
 // A lamp of the form. Nothing is lit before the outputs are known.
 enum class OutputLamp { kUnknown, kOff, kOn };

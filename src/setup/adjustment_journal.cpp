@@ -88,8 +88,7 @@ std::string AdjustmentJournal::Begin(int inet, const std::string& sensor_name,
   }
   text += kEndOfLine;
   for (const int row : rows) {
-    text +=
-        "before " + RowName(row) + TextOf(before.at(static_cast<std::size_t>(row))) + kEndOfLine;
+    text += "before " + RowName(row) + TextOf(before[row]) + kEndOfLine;
   }
   problem_ = Append(text);
   is_begun_ = problem_.empty();

@@ -34,7 +34,7 @@ void AdjustmentRun::Reset() {
   is_writing_ = false;
   not_acknowledged_.clear();
   divisor_failed_ = false;
-  tried_.fill(false);
+  tried_.Fill(false);
   unfinished_.reset();
   for (auto* readings : {&zero_readings_, &span_readings_}) {
     std::for_each(readings->begin(), readings->end(), [](auto& row) { row.clear(); });
@@ -70,14 +70,14 @@ void AdjustmentRun::BeginReference() {
 Rows AdjustmentRun::TouchedRows() const {
   Rows touched{};
   for (const int row : rows_) {
-    touched.at(Place(row)) = true;
+    touched[row] = true;
   }
-  if (!touched.at(kReferenceRow)) {
+  if (!touched[kReferenceRow]) {
     return touched;
   }
   for (int row = 1; row < kChannelRows; ++row) {
     const int code = parts_.sheet.SensorCode(row).value_or(sensor::kFeCuNi);
-    touched.at(Place(row)) = code >= sensor::kFeCuNi;
+    touched[row] = code >= sensor::kFeCuNi;
   }
   return touched;
 }
@@ -132,7 +132,7 @@ std::string AdjustmentRun::Drop() {
     TakeWritten(*in_doubt, std::nullopt);
   }
   for (const int row : rows_) {
-    journal_.AddAfter(row, after_.at(Place(row)));
+    journal_.AddAfter(row, after_[row]);
   }
   std::string changed = ChangedText();
   End("dropped");
@@ -213,16 +213,16 @@ bool AdjustmentRun::Collect(const std::vector<int>& rows, bool at_end_of_span,
 
 void AdjustmentRun::TakeReading(int row, const AdjustmentReading& reading, bool at_end_of_span) {
   const bool is_reference = row == kReferenceRow && adj_sensor_ != sensor::kRtd;
-  float& sum = at_end_of_span ? adj_gain_.at(Place(row)) : adj_offset_.at(Place(row));
+  float& sum = at_end_of_span ? adj_gain_[row] : adj_offset_[row];
   (is_reference ? adj_ref_sum_ : sum) += static_cast<float>(reading.word);
-  (at_end_of_span ? span_readings_ : zero_readings_).at(Place(row)).push_back(reading);
+  (at_end_of_span ? span_readings_ : zero_readings_)[row].push_back(reading);
 }
 
 void AdjustmentRun::StepCollectOffset(const StepTime& time) {
   if (!collector_.HasBegun()) {
     adj_ref_sum_ = 0;
-    adj_offset_.fill(0);
-    adj_gain_.fill(0);
+    adj_offset_.Fill(0);
+    adj_gain_.Fill(0);
     EnterCollecting("... collecting data for offset adjustments ...", kNoLead);
   }
   if (is_writing_ || Collect(rows_, false, time)) {
@@ -289,8 +289,8 @@ AdjustmentRun::Items AdjustmentRun::CoefficientsOfInputs(float final_value) {
   const LinearisedSpan span = LookUpSpan(adj_sensor_, MeanOf(adj_ref_sum_), final_value);
   Items items;
   for (const int row : rows_) {
-    const auto divisor = DivisorOf(InputDivisor(adj_sensor_, MeanOf(adj_offset_.at(Place(row))),
-                                                MeanOf(adj_gain_.at(Place(row))), span));
+    const auto divisor = DivisorOf(
+        InputDivisor(adj_sensor_, MeanOf(adj_offset_[row]), MeanOf(adj_gain_[row]), span));
     if (!divisor) {
       divisor_failed_ = true;
       return items;
@@ -308,8 +308,8 @@ void AdjustmentRun::AddCoefficients(Items& items, int row, const Divisor& diviso
 
 void AdjustmentRun::StepCollectZero(const StepTime& time) {
   if (!collector_.HasBegun()) {
-    adj_offset_.at(kReferenceRow) = 0;
-    adj_gain_.at(kReferenceRow) = 0;
+    adj_offset_[kReferenceRow] = 0;
+    adj_gain_[kReferenceRow] = 0;
     EnterCollecting(kCollectReference, kReferenceLead);
   }
   if (is_writing_ || Collect(rows_, false, time)) {
@@ -338,7 +338,7 @@ void AdjustmentRun::StepCollectSpan(const StepTime& time) {
 
 AdjustmentRun::Items AdjustmentRun::CoefficientsOfReference() {
   const auto divisor = DivisorOf(
-      ReferenceDivisor(MeanOf(adj_offset_.at(kReferenceRow)), MeanOf(adj_gain_.at(kReferenceRow))));
+      ReferenceDivisor(MeanOf(adj_offset_[kReferenceRow]), MeanOf(adj_gain_[kReferenceRow])));
   Items items;
   divisor_failed_ = !divisor;
   if (divisor) {
@@ -350,7 +350,7 @@ AdjustmentRun::Items AdjustmentRun::CoefficientsOfReference() {
 void AdjustmentRun::Finish(AdjState from) {
   unfinished_.reset();
   for (const int row : rows_) {
-    journal_.AddAfter(row, after_.at(Place(row)));
+    journal_.AddAfter(row, after_[row]);
   }
   const std::string failed = FailedRowsText();
   const char* const how =
@@ -374,16 +374,16 @@ void AdjustmentRun::Finish(AdjState from) {
 
 void AdjustmentRun::JournalZero() {
   for (const int row : rows_) {
-    journal_.AddReadings("zero", row, zero_readings_.at(Place(row)));
+    journal_.AddReadings("zero", row, zero_readings_[row]);
   }
 }
 
 void AdjustmentRun::JournalSpan() {
   for (const int row : rows_) {
-    journal_.AddReadings("span", row, span_readings_.at(Place(row)));
+    journal_.AddReadings("span", row, span_readings_[row]);
   }
   if (adj_sensor_ != sensor::kRtd) {
-    journal_.AddReadings("reference", kReferenceRow, span_readings_.at(kReferenceRow));
+    journal_.AddReadings("reference", kReferenceRow, span_readings_[kReferenceRow]);
   }
 }
 

@@ -110,7 +110,6 @@ class AdjustmentRun {
   void JournalSpan();
 
   [[nodiscard]] bool IsLinear() const { return adj_sensor_ == sensor::kLinear; }
-  static std::size_t Place(int row) { return static_cast<std::size_t>(row); }
 
   Parts parts_;
   int inet_;

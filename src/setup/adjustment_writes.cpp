@@ -45,8 +45,8 @@ bool AdjustmentRun::StepWrites(const StepTime& time) {
 
 // Without its offset or divisor a row gets no sensor code.
 void AdjustmentRun::TakeWritten(const RegisterOfRow& at, std::optional<std::int16_t> word) {
-  tried_.at(Place(at.row)) = true;
-  WordOf(after_.at(Place(at.row)), at.letter) = word;
+  tried_[at.row] = true;
+  WordOf(after_[at.row], at.letter) = word;
   if (word) {
     return;
   }
@@ -80,10 +80,10 @@ void AdjustmentRun::EndWithLinearisedValues() {
                      " gives raw readings (L = 0).\nThe adjustment ends.";
   std::string changed;
   for (const int row : rows_) {
-    if (after_.at(Place(row)).L == sensor::kNone) {
+    if (after_[row].L == sensor::kNone) {
       changed += " " + RowName(row);
     }
-    journal_.AddAfter(row, after_.at(Place(row)));
+    journal_.AddAfter(row, after_[row]);
   }
   text += changed.empty() ? "" : "\n\nThese rows have no sensor code now (L = 0):" + changed;
   const AdjState from = parts_.adj_state;
@@ -102,7 +102,7 @@ void AdjustmentRun::WriteOffsets(AdjState next, const StepTime& time) {
     JournalZero();
     Items items;
     for (const int row : rows_) {
-      const float mean = MeanOf(adj_offset_.at(Place(row)));
+      const float mean = MeanOf(adj_offset_[row]);
       items.push_back({{reg::kOffset, row}, ToWord(double{mean})});
     }
     BeginWrites(std::move(items));
@@ -120,7 +120,7 @@ void AdjustmentRun::WriteOffsets(AdjState next, const StepTime& time) {
 void AdjustmentRun::DropFailedRows() {
   const std::string text = FailedRowsText();
   for (const RegisterOfRow& at : not_acknowledged_) {
-    journal_.AddAfter(at.row, after_.at(Place(at.row)));
+    journal_.AddAfter(at.row, after_[at.row]);
     parts_.sheet.Deselect(at.row);
     rows_.erase(std::remove(rows_.begin(), rows_.end(), at.row), rows_.end());
   }
@@ -148,8 +148,8 @@ std::string AdjustmentRun::FailedRowsText() const {
 
 // The sensor code in any case, of the others what is not as it was.
 std::string AdjustmentRun::ChangedRowText(int row) const {
-  ChannelWords before = before_.at(Place(row));
-  ChannelWords after = after_.at(Place(row));
+  ChannelWords before = before_[row];
+  ChannelWords after = after_[row];
   std::string text;
   for (const char* letter :
        {reg::kSensorCode, reg::kOffset, reg::kDivisorWhole, reg::kDivisorFraction}) {
@@ -166,7 +166,7 @@ std::string AdjustmentRun::ChangedRowText(int row) const {
 std::string AdjustmentRun::ChangedText() const {
   std::string rows;
   for (const int row : rows_) {
-    rows += tried_.at(Place(row)) ? "\n    " + ChangedRowText(row) : "";
+    rows += tried_[row] ? "\n    " + ChangedRowText(row) : "";
   }
   if (rows.empty()) {
     return "";

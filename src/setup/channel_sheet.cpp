@@ -30,10 +30,6 @@ std::vector<RegisterOfRow> RowsOf(const char* letter, int first_row) {
   return registers;
 }
 
-std::size_t Place(int row) {
-  return static_cast<std::size_t>(row);
-}
-
 }  // namespace
 
 std::string SensorName(int code) {
@@ -57,7 +53,7 @@ void ChannelSheet::Clear() {
   Drop();
   values_.Sheet = {};
   for (Column* column : {&sensors_, &sampling_, &offsets_, &wholes_, &parts_}) {
-    column->fill(std::nullopt);
+    column->Fill(std::nullopt);
   }
 }
 
@@ -73,7 +69,7 @@ void ChannelSheet::Deselect(int row) {
 std::vector<int> ChannelSheet::SelectedRows() const {
   std::vector<int> rows;
   for (int row = 1; row < kChannelRows; ++row) {
-    if (values_.Sheet.at(Place(row)).selected) {
+    if (values_.Sheet[row].selected) {
       rows.push_back(row);
     }
   }
@@ -82,14 +78,14 @@ std::vector<int> ChannelSheet::SelectedRows() const {
 
 ByRow<ChannelWords> ChannelSheet::Words() const {
   ByRow<ChannelWords> words;
-  for (std::size_t row = 0; row < words.size(); ++row) {
-    words.at(row) = {wholes_.at(row), parts_.at(row), sensors_.at(row), offsets_.at(row)};
+  for (int row = 0; row < kChannelRows; ++row) {
+    words[row] = {wholes_[row], parts_[row], sensors_[row], offsets_[row]};
   }
   return words;
 }
 
 std::optional<std::int16_t> ChannelSheet::SensorCode(int row) const {
-  return sensors_.at(Place(row));
+  return sensors_[row];
 }
 
 ChannelSheet::Column* ChannelSheet::ColumnOf(const std::string& letter) {
@@ -134,8 +130,8 @@ bool ChannelSheet::ReadSensors(const StepTime& time) {
 }
 
 void ChannelSheet::BeginSensors() {
-  adj_shown_y_.fill(kNoData);
-  adj_shown_r_.fill(kNoData);
+  adj_shown_y_.Fill(kNoData);
+  adj_shown_r_.Fill(kNoData);
   for (ChannelRow& row : values_.Sheet) {
     row.actual.clear();
     row.buffer.clear();
@@ -180,7 +176,7 @@ std::vector<RegisterOfRow> ChannelSheet::Missing() {
                              reg::kDivisorFraction}) {
     const Column& column = *ColumnOf(letter);
     for (int row = letter == std::string(reg::kSampling) ? 1 : 0; row < kChannelRows; ++row) {
-      if (!column.at(Place(row))) {
+      if (!column[row]) {
         missing.push_back({letter, row});
       }
     }
@@ -213,26 +209,24 @@ void ChannelSheet::Take(const RegisterOfRow& at, std::optional<std::int16_t> wor
       ShowRow(row);
     }
   } else if (Column* column = ColumnOf(letter)) {
-    column->at(Place(at.row)) = word;
+    (*column)[at.row] = word;
     ShowRow(at.row);
   }
 }
 
 void ChannelSheet::ShowRow(int row) {
-  const std::size_t place = Place(row);
   ChannelRow& shown = Row(row);
-  shown.sensor = sensors_.at(place) ? SensorName(*sensors_.at(place)) : "";
+  shown.sensor = sensors_[row] ? SensorName(*sensors_[row]) : "";
   const int seconds = adj_min_sampling_ == kFastKind ? 1 : kSecondsPerSampling;
-  shown.sampling = sampling_.at(place) ? std::to_string(*sampling_.at(place) * seconds) : "";
-  shown.offset = offsets_.at(place) ? std::to_string(*offsets_.at(place)) : "";
-  const bool is_divided = wholes_.at(place) && parts_.at(place);
-  shown.gain = is_divided
-                   ? FormatMask(ShownDivisor({*wholes_.at(place), *parts_.at(place)}), kDivisorMask)
-                   : "";
+  shown.sampling = sampling_[row] ? std::to_string(*sampling_[row] * seconds) : "";
+  shown.offset = offsets_[row] ? std::to_string(*offsets_[row]) : "";
+  const bool is_divided = wholes_[row] && parts_[row];
+  shown.gain =
+      is_divided ? FormatMask(ShownDivisor({*wholes_[row], *parts_[row]}), kDivisorMask) : "";
 }
 
 void ChannelSheet::TakeActual(int row, std::int16_t word) {
-  std::int16_t& shown = adj_shown_y_.at(Place(row));
+  std::int16_t& shown = adj_shown_y_[row];
   if (word == shown) {
     return;
   }
@@ -242,7 +236,7 @@ void ChannelSheet::TakeActual(int row, std::int16_t word) {
 }
 
 void ChannelSheet::TakeBuffered(int row, std::int16_t word) {
-  std::int16_t& shown = adj_shown_r_.at(Place(row));
+  std::int16_t& shown = adj_shown_r_[row];
   if (word == shown) {
     return;
   }

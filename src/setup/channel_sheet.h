@@ -63,7 +63,7 @@ class ChannelSheet {
   void ShowRow(int row);
   void TakeActual(int row, std::int16_t word);
   void TakeBuffered(int row, std::int16_t word);
-  [[nodiscard]] ChannelRow& Row(int row) { return values_.Sheet.at(static_cast<std::size_t>(row)); }
+  [[nodiscard]] ChannelRow& Row(int row) { return values_.Sheet[row]; }
   [[nodiscard]] std::vector<RegisterOfRow> Missing();
 
   Link& link_;

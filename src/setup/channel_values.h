@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/numbered.h"
 #include "link/registers.h"
 
 // What TavChann shows, as plain values: its rules write them, the form copies them to its widgets,
@@ -16,7 +17,7 @@ inline constexpr int kChannelRows = kRegistersPerLetter;
 inline constexpr int kReferenceRow = 0;
 
 template <typename T>
-using ByRow = std::array<T, kChannelRows>;
+using ByRow = Numbered<T, 0, kChannelRows - 1>;
 
 // The step in which the dialog is.
 enum class AdjState : std::int16_t {

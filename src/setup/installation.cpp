@@ -95,8 +95,7 @@ void Installation::ShowRow(int row) {
   shown.Test_Des = work.IsKept() ? LowerCase(work.AwaitedFile) : work.Test_Des;
   shown.Test_Ext = work.Test_Ext;
   for (int input = 1; input <= kInputs; ++input) {
-    shown.Inputs.at(static_cast<std::size_t>(input - 1)) =
-        InputCell(RoleOf(work.Unit, input), language);
+    shown.Inputs[input] = InputCell(RoleOf(work.Unit, input), language);
   }
   shown.Number = NumberCell(work.Unit.UnitInet, language);
   shown.IsEditable = !work.IsKept();

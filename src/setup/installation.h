@@ -1,7 +1,6 @@
 #ifndef TAVREL_SETUP_INSTALLATION_H_
 #define TAVREL_SETUP_INSTALLATION_H_
 
-#include <array>
 #include <functional>
 #include <string>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "setup/installation_commit.h"
 #include "setup/test_rows.h"
 #include "state/modal_screen.h"
+#include "state/numbers.h"
 #include "state/run_state.h"
 
 namespace tavrel {
@@ -38,7 +38,7 @@ struct InstallationCell {
 struct InstallationRow {
   std::string Test_Des;
   std::string Test_Ext;
-  std::array<InstallationCell, kInputs> Inputs;  // input k at place k - 1
+  ByInput<InstallationCell> Inputs;
   InstallationCell Number;
   bool IsEditable = true;  // false: the test waits for its file
   std::string WhyNot;      // for the tool tip; else empty

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "base/numbered.h"
 #include "base/tool_tips.h"
 
 namespace tavrel {
@@ -19,10 +20,10 @@ inline constexpr std::array kInstallationTips = {
 };
 
 // The buttons of picInput, by the code of the role.
-inline constexpr std::array<BothLanguages, 4> kInputButtons = {
-    BothLanguages{"remove", "löschen"}, BothLanguages{"C   controller", "C   Regler"},
-    BothLanguages{"R   reference", "R   Referenz"},
-    BothLanguages{"M   measuring input", "M   Messeingang"}};
+inline constexpr Numbered<BothLanguages, 0, 3> kInputButtons = {
+    {BothLanguages{"remove", "löschen"}, BothLanguages{"C   controller", "C   Regler"},
+     BothLanguages{"R   reference", "R   Referenz"},
+     BothLanguages{"M   measuring input", "M   Messeingang"}}};
 
 inline constexpr BothLanguages kClearButton = {"clear", "löschen"};
 

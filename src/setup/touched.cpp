@@ -30,8 +30,7 @@ std::string StatusText(std::int16_t status) {
 
 bool Takes(const UnitRecord& unit, const Rows& rows) {
   for (int input = 1; input <= kInputs; ++input) {
-    const auto place = static_cast<std::size_t>(input);
-    if (rows.at(place) && unit.UnitRole[input] >= 1) {
+    if (rows[input] && unit.UnitRole[input] >= 1) {
       return true;
     }
   }
@@ -51,7 +50,7 @@ std::vector<std::string> ControllersAtWork(Link& link, int inet, const Rows& row
   std::vector<std::string> lines;
   bool answers = true;
   for (int ctrl = 1; ctrl <= kControllers; ++ctrl) {
-    if (!rows.at(static_cast<std::size_t>(ctrl))) {
+    if (!rows[ctrl]) {
       continue;
     }
     const std::string name = "controller " + std::to_string(ctrl);

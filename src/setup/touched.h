@@ -1,7 +1,6 @@
 #ifndef TAVREL_SETUP_TOUCHED_H_
 #define TAVREL_SETUP_TOUCHED_H_
 
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>

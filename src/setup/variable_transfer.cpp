@@ -172,7 +172,7 @@ bool VariableTransfer::MayLoad(const std::optional<std::string>& bytes, const st
     return true;
   }
   Rows all{};
-  all.fill(true);
+  all.Fill(true);
   std::vector<std::string> lines = ControllersAtWork(parts_.link, inet_, all);
   for (const auto& more : {RecordingsAtWork(parts_.state, inet_, all), OrdersInFile(*bytes)}) {
     lines.insert(lines.end(), more.begin(), more.end());

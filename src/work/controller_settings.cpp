@@ -1,6 +1,7 @@
 #include "work/controller_settings.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "base/number.h"
@@ -38,12 +39,15 @@ constexpr std::array kWriteOrder = {kUpper, kFinal, kIncrement, kSetpoint, kLowe
 constexpr double kGap = 10;  // degrees between a limit and what it limits
 constexpr const char* kTemperatureMask = "####0.0";
 
+template <typename T>
+using ByIncrementBox = Numbered<T, kFirstIncrementBox, kSecondIncrementBox>;
+
 // The two boxes of the increment, by the kind of the instruments. The register has `per_unit`
 // steps in a unit of each box.
 struct IncrementUnits {
-  std::array<double, 2> per_unit;
-  std::array<const char*, 2> mask;
-  std::array<const char*, 2> caption;
+  ByIncrementBox<double> per_unit;
+  ByIncrementBox<const char*> mask;
+  ByIncrementBox<const char*> caption;
   const char* name;  // in the box of the range check
 };
 
@@ -67,15 +71,11 @@ bool IsIncrementBox(int box) {
 }
 
 double PerUnit(bool hourly, int box) {
-  return IsIncrementBox(box)
-             ? UnitsOf(hourly).per_unit.at(static_cast<std::size_t>(box - kFirstIncrementBox))
-             : kStepsPerDegree;
+  return IsIncrementBox(box) ? UnitsOf(hourly).per_unit[box] : kStepsPerDegree;
 }
 
 const char* MaskOf(bool hourly, int box) {
-  return IsIncrementBox(box)
-             ? UnitsOf(hourly).mask.at(static_cast<std::size_t>(box - kFirstIncrementBox))
-             : kTemperatureMask;
+  return IsIncrementBox(box) ? UnitsOf(hourly).mask[box] : kTemperatureMask;
 }
 
 }  // namespace
@@ -119,7 +119,7 @@ bool ControllerSettings::ReadField(const ControllerField& field) {
 
 void ControllerSettings::ShowUnknown(const ControllerField& field) {
   ctrl_failed_ = true;
-  boxes_.at(static_cast<std::size_t>(field.box)) = {kUnknownText, std::nullopt};
+  boxes_[field.box] = {kUnknownText, std::nullopt};
   if (field.box == kSecondIncrementBox) {
     boxes_[kFirstIncrementBox] = {kUnknownText, std::nullopt};
   }
@@ -128,7 +128,7 @@ void ControllerSettings::ShowUnknown(const ControllerField& field) {
 void ControllerSettings::ShowField(const ControllerField& field, std::int16_t raw) {
   const auto show = [this, raw](int box) {
     const double value = raw / PerUnit(hourly_, box);
-    boxes_.at(static_cast<std::size_t>(box)) = {FormatMask(value, MaskOf(hourly_, box)), raw};
+    boxes_[box] = {FormatMask(value, MaskOf(hourly_, box)), raw};
   };
   show(field.box);
   if (field.box == kSecondIncrementBox) {
@@ -137,15 +137,15 @@ void ControllerSettings::ShowField(const ControllerField& field, std::int16_t ra
 }
 
 const std::string& ControllerSettings::TBox(int index) const {
-  return boxes_.at(static_cast<std::size_t>(index)).Text();
+  return boxes_[index].Text();
 }
 
 const char* ControllerSettings::IncrementCaption(int index) const {
-  return UnitsOf(hourly_).caption.at(static_cast<std::size_t>(index - kFirstIncrementBox));
+  return UnitsOf(hourly_).caption[index];
 }
 
 void ControllerSettings::TBox_Change(int index, const std::string& text) {
-  NumberBox& box = boxes_.at(static_cast<std::size_t>(index));
+  NumberBox& box = boxes_[index];
   if (text == box.Text()) {
     return;
   }
@@ -166,12 +166,12 @@ void ControllerSettings::TBox_LostFocus(int index) {
   const double value = Value(index);
   if (!std::isnan(value)) {
     const double shown = value * PerUnit(hourly_, index) / PerUnit(hourly_, other);
-    boxes_.at(static_cast<std::size_t>(other)).SetText(FormatMask(shown, MaskOf(hourly_, other)));
+    boxes_[other].SetText(FormatMask(shown, MaskOf(hourly_, other)));
   }
 }
 
 double ControllerSettings::Value(int box) const {
-  return boxes_.at(static_cast<std::size_t>(box)).Value(PerUnit(hourly_, box));
+  return boxes_[box].Value(PerUnit(hourly_, box));
 }
 
 // What another box is limited by. One without a number counts as 0, so that it is refused by its
@@ -220,7 +220,7 @@ void ControllerSettings::CmdOK_Click() {
 // True if the instrument has the value of the box. One that the instrument is not known to hold
 // is sent in any case.
 bool ControllerSettings::SendField(const ControllerField& field) {
-  NumberBox& box = boxes_.at(static_cast<std::size_t>(field.box));
+  NumberBox& box = boxes_[field.box];
   const std::int16_t raw = box.Raw(PerUnit(hourly_, field.box));
   if (box.Acknowledged() == raw) {
     return true;
@@ -238,7 +238,7 @@ bool ControllerSettings::SendField(const ControllerField& field) {
 }
 
 void ControllerSettings::Doubt(const ControllerField& field, std::int16_t sent) {
-  NumberBox& box = boxes_.at(static_cast<std::size_t>(field.box));
+  NumberBox& box = boxes_[field.box];
   UnsureRegister unsure;
   unsure.Slot = slot_;
   unsure.Inet = Unit().UnitInet;
@@ -260,7 +260,7 @@ void ControllerSettings::cmdPID_Click() {
 }
 
 void ControllerSettings::CloseNow() {
-  parts_.unsure.Leave(boxes_);
+  parts_.unsure.Leave(boxes_.Values);
   CloseScreen();
 }
 

@@ -1,9 +1,9 @@
 #ifndef TAVREL_WORK_CONTROLLER_SETTINGS_H_
 #define TAVREL_WORK_CONTROLLER_SETTINGS_H_
 
-#include <array>
 #include <string>
 
+#include "base/numbered.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
@@ -17,14 +17,15 @@ namespace tavrel {
 inline constexpr int kControllerBoxes = 6;
 
 // The boxes of TavCtrl by their index in TBox.
-enum ControllerBox : int {
-  kUpperBox = 0,
-  kFinalBox = 1,
-  kFirstIncrementBox = 2,   // the increment twice: the same value in two units
-  kSecondIncrementBox = 3,  // this one is stored
-  kSetpointBox = 4,
-  kLowerBox = 5,
-};
+inline constexpr int kUpperBox = 0;
+inline constexpr int kFinalBox = 1;
+inline constexpr int kFirstIncrementBox = 2;   // the increment twice: the same value in two units
+inline constexpr int kSecondIncrementBox = 3;  // this one is stored
+inline constexpr int kSetpointBox = 4;
+inline constexpr int kLowerBox = 5;
+
+template <typename T>
+using ByControllerBox = Numbered<T, kUpperBox, kLowerBox>;
 
 struct ControllerField;
 
@@ -90,7 +91,7 @@ class ControllerSettings : public ModalScreen {
   Parts parts_;
   int slot_ = 0;
   bool hourly_ = false;  // the instruments count the ramp by the hour
-  std::array<NumberBox, kControllerBoxes> boxes_;
+  ByControllerBox<NumberBox> boxes_;
   int edited_increment_ = -1;  // the increment box that was changed and not left yet
   int refused_ = -1;
   bool ctrl_failed_ = false;

@@ -32,24 +32,24 @@ void PidParameters::Open() {
     return;
   }
   OpenScreen();
-  for (std::size_t place = 0; place < kPidParameters.size(); ++place) {
-    const PidParameter& parameter = kPidParameters.at(place);
+  for (int box = 1; box <= kPidBoxes; ++box) {
+    const PidParameter& parameter = kPidParameters[box];
     // Behind a time-out each further question would cost another one.
-    const bool is_silent = place > 0 && parts_.link.ComResult == LinkResult::kTimeOut;
+    const bool is_silent = box > 1 && parts_.link.ComResult == LinkResult::kTimeOut;
     const auto raw = is_silent ? std::nullopt : ReadParameter(parameter.Letter);
     if (raw) {
       parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
     }
-    boxes_.at(place) = {raw ? TextOf(parameter, *raw) : kUnknownText, raw};
+    boxes_[box] = {raw ? TextOf(parameter, *raw) : kUnknownText, raw};
   }
 }
 
 const std::string& PidParameters::TBox(int index) const {
-  return boxes_.at(static_cast<std::size_t>(index - 1)).Text();
+  return boxes_[index].Text();
 }
 
 void PidParameters::TBox_Change(int index, const std::string& text) {
-  boxes_.at(static_cast<std::size_t>(index - 1)).SetText(text);
+  boxes_[index].SetText(text);
 }
 
 void PidParameters::Cbo_Click(int row) {
@@ -61,8 +61,8 @@ void PidParameters::Cbo_Click(int row) {
     return;
   }
   const PidPreset& preset = kPidPresets.at(static_cast<std::size_t>(row));
-  for (std::size_t place = 0; place < boxes_.size(); ++place) {
-    boxes_.at(place).SetText(TextOf(kPidParameters.at(place), preset.Raw.at(place)));
+  for (int box = 1; box <= kPidBoxes; ++box) {
+    boxes_[box].SetText(TextOf(kPidParameters[box], preset.Raw[box]));
   }
 }
 
@@ -79,26 +79,25 @@ void PidParameters::CmdOK_Click() {
 }
 
 bool PidParameters::CheckBoxes() {
-  for (std::size_t place = 0; place < boxes_.size(); ++place) {
-    const PidParameter& parameter = kPidParameters.at(place);
-    const double value = boxes_.at(place).Value(parameter.PerUnit);
+  for (int box = 1; box <= kPidBoxes; ++box) {
+    const PidParameter& parameter = kPidParameters[box];
+    const double value = boxes_[box].Value(parameter.PerUnit);
     if (!CheckRange(parts_.dialogs, parameter.Name, value, parameter.Lower, parameter.Upper)) {
-      refused_ = static_cast<int>(place) + 1;
+      refused_ = box;
       return false;
     }
   }
   return true;
 }
 
-bool PidParameters::IsChanged(int place) const {
-  const auto index = static_cast<std::size_t>(place);
-  const auto told = boxes_.at(index).Acknowledged();
-  return !told || *told != boxes_.at(index).Raw(kPidParameters.at(index).PerUnit);
+bool PidParameters::IsChanged(int box) const {
+  const auto told = boxes_[box].Acknowledged();
+  return !told || *told != boxes_[box].Raw(kPidParameters[box].PerUnit);
 }
 
 bool PidParameters::AnyChanged() const {
-  for (int place = 0; place < kPidBoxes; ++place) {
-    if (IsChanged(place)) {
+  for (int box = 1; box <= kPidBoxes; ++box) {
+    if (IsChanged(box)) {
       return true;
     }
   }
@@ -151,26 +150,24 @@ bool PidParameters::IsToBeOff() const {
 }
 
 bool PidParameters::SendChanged() {
-  for (int place = 0; place < kPidBoxes; ++place) {
-    const auto index = static_cast<std::size_t>(place);
-    const PidParameter& parameter = kPidParameters.at(index);
-    const std::int16_t raw = boxes_.at(index).Raw(parameter.PerUnit);
-    if (!IsChanged(place)) {
+  for (int box = 1; box <= kPidBoxes; ++box) {
+    const PidParameter& parameter = kPidParameters[box];
+    const std::int16_t raw = boxes_[box].Raw(parameter.PerUnit);
+    if (!IsChanged(box)) {
       continue;
     }
     if (!WriteParameter(parameter.Letter, raw)) {
-      Doubt(place, raw);
+      Doubt(box, raw);
       return false;
     }
     parts_.unsure.Settle(Unit().UnitInet, parameter.Letter, Unit().UnitCtrl);
-    boxes_.at(index).Acknowledge(raw);
+    boxes_[box].Acknowledge(raw);
   }
   return true;
 }
 
-void PidParameters::Doubt(int place, std::int16_t sent) {
-  const auto index = static_cast<std::size_t>(place);
-  const PidParameter& parameter = kPidParameters.at(index);
+void PidParameters::Doubt(int box, std::int16_t sent) {
+  const PidParameter& parameter = kPidParameters[box];
   UnsureRegister unsure;
   unsure.Slot = slot_;
   unsure.Inet = Unit().UnitInet;
@@ -180,10 +177,10 @@ void PidParameters::Doubt(int place, std::int16_t sent) {
   unsure.PerUnit = parameter.PerUnit;
   unsure.Mask = parameter.Mask;
   unsure.Sent = sent;
-  unsure.Before = boxes_.at(index).Acknowledged();
-  unsure.Box = &boxes_.at(index);
+  unsure.Before = boxes_[box].Acknowledged();
+  unsure.Box = &boxes_[box];
   parts_.unsure.Add(unsure);
-  boxes_.at(index).Forget();
+  boxes_[box].Forget();
 }
 
 // True if it is in that state again.
@@ -217,7 +214,7 @@ bool PidParameters::WriteParameter(const char* letter, std::int16_t value) {
 }
 
 void PidParameters::CloseNow() {
-  parts_.unsure.Leave(boxes_);
+  parts_.unsure.Leave(boxes_.Values);
   CloseScreen();
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "base/numbered.h"
 #include "files/stop_orders.h"
 #include "link/link.h"
 #include "link/registers.h"
@@ -20,10 +21,13 @@ namespace tavrel {
 
 inline constexpr int kPidBoxes = 4;  // counted from 1
 
+template <typename T>
+using ByPidBox = Numbered<T, 1, kPidBoxes>;
+
 // A line of the list of recommended values; the words are those of the registers.
 struct PidPreset {
   const char* Text;
-  std::array<std::int16_t, kPidBoxes> Raw;  // P, N, V, T
+  ByPidBox<std::int16_t> Raw;  // P, N, V, T
 };
 
 inline constexpr std::array kPidPresets = {
@@ -47,13 +51,13 @@ struct PidParameter {
   const char* Name;  // in the box of the range check
 };
 
-inline constexpr std::array<PidParameter, kPidBoxes> kPidParameters = {{
+inline constexpr ByPidBox<PidParameter> kPidParameters = {{{
     {"P:   proportional   band", "", reg::kProportional, 20, "####0.0", 1, 500, "proportional"},
     {"I:     integral time", "sec", reg::kIntegralTime, 1, "#####0", 0, 10000, "integral"},
     {"D:   derivative time", "sec", reg::kDerivativeTime, 1, "#####0", 0, 10000, "derivative"},
     {"       filter for the setpoint", "sec", reg::kSetpointFilter, 1, "#####0", 0, 10000,
      "filter for setpoint"},
-}};
+}}};
 
 // TavPid, the parameters of the controller of the selected slot. The instrument alone keeps them.
 // While they are changed the controller is off, for about ten seconds.
@@ -99,7 +103,7 @@ class PidParameters : public ModalScreen {
 
  private:
   [[nodiscard]] bool CheckBoxes();
-  [[nodiscard]] bool IsChanged(int place) const;
+  [[nodiscard]] bool IsChanged(int box) const;
   [[nodiscard]] bool AnyChanged() const;
   // What the controller did before the dialog switched it off.
   struct Kept {
@@ -110,7 +114,7 @@ class PidParameters : public ModalScreen {
   [[nodiscard]] bool Transfer();
   [[nodiscard]] bool KeepState();
   [[nodiscard]] bool SendChanged();
-  void Doubt(int place, std::int16_t sent);
+  void Doubt(int box, std::int16_t sent);
   [[nodiscard]] bool IsToBeOff() const;
   [[nodiscard]] bool BringBack(std::int16_t controller_state);
   [[nodiscard]] bool SwitchBack(std::int16_t controller_state);
@@ -120,7 +124,7 @@ class PidParameters : public ModalScreen {
 
   Parts parts_;
   int slot_ = 0;
-  std::array<NumberBox, kPidBoxes> boxes_;
+  ByPidBox<NumberBox> boxes_;
   int cbo_ = 0;
   int refused_ = 0;
   std::optional<Kept> kept_;  // empty once it is brought back

@@ -137,9 +137,7 @@ class ChannelBench {
   }
 
   const ChannelValues& Values() const { return dialog->Values(); }
-  const ChannelRow& Row(int row) const {
-    return dialog->Values().Sheet.at(static_cast<std::size_t>(row));
-  }
+  const ChannelRow& Row(int row) const { return dialog->Values().Sheet[row]; }
   // All boxes, as "title: text".
   std::vector<std::string> Boxes() const {
     std::vector<std::string> texts;

@@ -24,10 +24,10 @@ TEST_F(TavInst, ShowsTheTestsThatExist) {
   EXPECT_EQ(Letters(7), "............... ");
   EXPECT_EQ(Row(2).Test_Des, "Oven");
   EXPECT_EQ(Row(2).Test_Ext, "OVN");
-  EXPECT_EQ(Row(2).Inputs[0].Background, (Colour{0xC0, 0xC0, 0xFF}));
-  EXPECT_EQ(Row(2).Inputs[4].Background, (Colour{0xC0, 0xFF, 0xFF}));
-  EXPECT_EQ(Row(2).Inputs[8].Background, (Colour{0xC0, 0xFF, 0xC0}));
-  EXPECT_EQ(Row(2).Inputs[1].Background, (Colour{0xFF, 0xFF, 0xFF}));
+  EXPECT_EQ(Row(2).Inputs[1].Background, (Colour{0xC0, 0xC0, 0xFF}));
+  EXPECT_EQ(Row(2).Inputs[5].Background, (Colour{0xC0, 0xFF, 0xFF}));
+  EXPECT_EQ(Row(2).Inputs[9].Background, (Colour{0xC0, 0xFF, 0xC0}));
+  EXPECT_EQ(Row(2).Inputs[2].Background, (Colour{0xFF, 0xFF, 0xFF}));
   EXPECT_EQ(Row(2).Number.Background, (Colour{0xFF, 0xFF, 0xC0}));
   EXPECT_EQ(Row(7).Number.Background, (Colour{0xFF, 0xFF, 0xFF}));
   EXPECT_FALSE(inst->Values().CmdOK);
@@ -75,7 +75,7 @@ TEST_F(TavInst, TakesWhatThePopUpsOffer) {
   for (int index = 0; index <= 3; ++index) {
     inst->Sheet_Click(80, 3);
     inst->cmd_Input_Click(index);
-    EXPECT_EQ(Row(4).Inputs[0].Text,
+    EXPECT_EQ(Row(4).Inputs[1].Text,
               (Lines{"", "C", "R", "M"}).at(static_cast<std::size_t>(index)));
     EXPECT_EQ(inst->Values().Popup, InstallationPopup::kNone);
     EXPECT_TRUE(inst->Values().CmdOK);
@@ -192,7 +192,7 @@ TEST_F(TavInst, WritesTheNamesOfTheRolesInTheUsersLanguage) {
   Start(true);
   Open();
   EXPECT_EQ(inst->TipLanguage(), Language::kGerman);
-  EXPECT_EQ(Row(2).Inputs[0].Spoken, "Regler");
+  EXPECT_EQ(Row(2).Inputs[1].Spoken, "Regler");
   Fill(9, 4, 1, 15);
   Press();
   EXPECT_EQ(HeaderOf("M260314A.NEW").UnitInputName[1].Get(), "Regler");

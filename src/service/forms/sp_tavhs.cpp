@@ -56,7 +56,7 @@ SpTavHs::SpTavHs(OutputTest& test, SteppedScreens& stepped)
   column->addLayout(frames);
   column->addLayout(below);
   column->addLayout(foot);
-  channels_[1].options.front()->setFocus();
+  channels_[1].options[int(OutputOption::kOff)]->setFocus();
 }
 
 QWidget* SpTavHs::MakeChannel(int ctrl) {
@@ -68,7 +68,7 @@ QWidget* SpTavHs::MakeChannel(int ctrl) {
   auto* grid = new QGridLayout(channel.frame);
   grid->setHorizontalSpacing(kNarrowMargin);
   for (int index = 0; index < kOutputOptions; ++index) {
-    const char* caption = kOutputOptionNames.at(static_cast<std::size_t>(index));
+    const char* caption = kOutputOptionNames[index];
     auto* option = new QRadioButton(caption, channel.frame);
     option->setObjectName(QString("Opt%1_%2").arg(ctrl).arg(index));
     option->setAccessibleName(QString("output %1 %2").arg(ctrl).arg(caption));
@@ -76,7 +76,7 @@ QWidget* SpTavHs::MakeChannel(int ctrl) {
       test_.Opt_Click(ctrl, static_cast<OutputOption>(index));
       AfterEvent();
     });
-    channel.options.at(static_cast<std::size_t>(index)) = option;
+    channel.options[index] = option;
     grid->addWidget(option, index, 0);
   }
   grid->addWidget(channel.heater, int(OutputOption::kHeater), 1);
@@ -86,7 +86,7 @@ QWidget* SpTavHs::MakeChannel(int ctrl) {
 
 Lamp* SpTavHs::MakeLamp(int ctrl, OutputOption option) {
   const int index = static_cast<int>(option);
-  const char* what = kOutputOptionNames.at(static_cast<std::size_t>(index));
+  const char* what = kOutputOptionNames[index];
   return new Lamp(QString("LedOn%1_%2").arg(ctrl).arg(index),
                   QString("lamp %1 %2").arg(ctrl).arg(what), channels_[ctrl].frame);
 }
@@ -112,7 +112,7 @@ void SpTavHs::UpdateWidgets() {
   ServiceForm::UpdateWidgets();
   for (int ctrl = 1; ctrl <= kControllers; ++ctrl) {
     const Channel& channel = channels_[ctrl];
-    channel.options.at(static_cast<std::size_t>(test_.Chosen(ctrl)))->setChecked(true);
+    channel.options[int(test_.Chosen(ctrl))]->setChecked(true);
     channel.heater->Show(StateOf(test_.HeaterLamp(ctrl)));
     channel.safety->Show(StateOf(test_.SafetyLamp(ctrl)));
   }

@@ -3,7 +3,6 @@
 
 #include <QGroupBox>
 #include <QRadioButton>
-#include <array>
 
 #include "service/forms/service_form.h"
 #include "service/output_test.h"
@@ -24,7 +23,7 @@ class SpTavHs : public ServiceForm {
  private:
   struct Channel {
     QGroupBox* frame = nullptr;
-    std::array<QRadioButton*, kOutputOptions> options{};
+    Numbered<QRadioButton*, 0, kOutputOptions - 1> options{};
     Lamp* heater = nullptr;
     Lamp* safety = nullptr;
   };

@@ -147,11 +147,11 @@ QSize ChannelGrid::minimumSizeHint() const {
 
 void ChannelGrid::Show(const ByRow<ChannelRow>& rows) {
   for (int row = 0; row < kChannelRows; ++row) {
-    const ChannelRow& shown = rows.at(static_cast<std::size_t>(row));
+    const ChannelRow& shown = rows[row];
     const auto texts = TextsOf(row, shown);
     for (int column = 0; column < kColumns; ++column) {
       QTableWidgetItem* cell = item(row, column);
-      const QString text = QtText(texts.at(static_cast<std::size_t>(column)));
+      const QString text = QtText(texts[column]);
       if (cell->text() != text) {
         cell->setText(text);
       }

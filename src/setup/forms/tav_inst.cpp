@@ -179,7 +179,7 @@ void TavInst::MakeInputPopup() {
   column->setSpacing(2);
   for (const int index : {1, 2, 3, 0}) {
     const std::string name = "cmd_Input_" + std::to_string(index);
-    const std::string caption(kInputButtons.at(static_cast<std::size_t>(index)).In(language));
+    const std::string caption(kInputButtons[index].In(language));
     column->addWidget(MakeButton(name.c_str(), caption.c_str(),
                                  [this, index] { installation_.cmd_Input_Click(index); }));
   }
@@ -277,8 +277,7 @@ void TavInst::ShowRow(int row) {
   const Language language = installation_.TipLanguage();
   for (int column = kFirstInput; column < kColumns; ++column) {
     const bool is_input = IsInputColumn(column);
-    const InstallationCell& cell =
-        is_input ? now.Inputs.at(static_cast<std::size_t>(InputOf(column) - 1)) : now.Number;
+    const InstallationCell& cell = is_input ? now.Inputs[InputOf(column)] : now.Number;
     std::string spoken = RowText(language, row);
     if (is_input) {
       spoken.append(kInputWord.In(language)).append(InputName(InputOf(column))).append(": ");

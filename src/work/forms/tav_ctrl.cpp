@@ -37,7 +37,7 @@ TavCtrl::TavCtrl(ControllerSettings& settings)
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
   column->addLayout(buttons);
-  boxes_.front()->setFocus();
+  boxes_[kUpperBox]->setFocus();
 }
 
 void TavCtrl::AddBox(QGridLayout& grid, int index, const QString& caption) {
@@ -48,13 +48,13 @@ void TavCtrl::AddBox(QGridLayout& grid, int index, const QString& caption) {
     settings_.TBox_LostFocus(index);
     AfterEvent();
   });
-  boxes_.at(static_cast<std::size_t>(index)) = box;
+  boxes_[index] = box;
 }
 
 // The keyboard is where the user has to correct something.
 void TavCtrl::GoToRefused() {
   if (settings_.IsOpen() && settings_.RefusedBox() >= 0) {
-    NumberEdit* box = boxes_.at(static_cast<std::size_t>(settings_.RefusedBox()));
+    NumberEdit* box = boxes_[settings_.RefusedBox()];
     box->setFocus();
     box->selectAll();
   }
@@ -62,7 +62,7 @@ void TavCtrl::GoToRefused() {
 
 void TavCtrl::UpdateWidgets() {
   for (int index = 0; index < kControllerBoxes; ++index) {
-    ShowText(*boxes_.at(static_cast<std::size_t>(index)), settings_.TBox(index));
+    ShowText(*boxes_[index], settings_.TBox(index));
   }
 }
 

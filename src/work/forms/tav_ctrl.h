@@ -1,8 +1,6 @@
 #ifndef TAVREL_WORK_FORMS_TAV_CTRL_H_
 #define TAVREL_WORK_FORMS_TAV_CTRL_H_
 
-#include <array>
-
 #include "widgets/modal_form.h"
 #include "widgets/number_edit.h"
 #include "work/controller_settings.h"
@@ -27,7 +25,7 @@ class TavCtrl : public ModalForm {
   void GoToRefused();
 
   ControllerSettings& settings_;
-  std::array<NumberEdit*, kControllerBoxes> boxes_{};
+  ByControllerBox<NumberEdit*> boxes_{};
 };
 
 }  // namespace tavrel

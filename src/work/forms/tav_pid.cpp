@@ -26,7 +26,7 @@ TavPid::TavPid(PidParameters& parameters)
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
   column->addWidget(MakeOk([this] { PressOk(); }), 0, Qt::AlignRight);
-  boxes_.front()->setFocus();
+  boxes_[1]->setFocus();
 }
 
 void TavPid::MakeList(QGridLayout& grid) {
@@ -48,8 +48,8 @@ void TavPid::MakeList(QGridLayout& grid) {
 }
 
 void TavPid::AddBox(QGridLayout& grid, int index) {
-  const PidParameter& parameter = kPidParameters.at(static_cast<std::size_t>(index - 1));
-  boxes_.at(static_cast<std::size_t>(index - 1)) = AddNumberBox(
+  const PidParameter& parameter = kPidParameters[index];
+  boxes_[index] = AddNumberBox(
       grid, index, parameter.Label, Qt::AlignLeft,
       [this, index](const std::string& text) { parameters_.TBox_Change(index, text); });
   grid.addWidget(new MutedLabel(parameter.Unit, this), grid.rowCount() - 1, 2);
@@ -61,7 +61,7 @@ void TavPid::PressOk() {
   UpdateWidgets();
   const int refused = parameters_.RefusedBox();
   if (parameters_.IsOpen() && refused >= 1) {
-    NumberEdit* box = boxes_.at(static_cast<std::size_t>(refused - 1));
+    NumberEdit* box = boxes_[refused];
     box->setFocus();
     box->selectAll();
   }
@@ -70,7 +70,7 @@ void TavPid::PressOk() {
 void TavPid::UpdateWidgets() {
   cbo_->setCurrentIndex(parameters_.Cbo());
   for (int index = 1; index <= kPidBoxes; ++index) {
-    ShowText(*boxes_.at(static_cast<std::size_t>(index - 1)), parameters_.TBox(index));
+    ShowText(*boxes_[index], parameters_.TBox(index));
   }
 }
 

@@ -2,7 +2,6 @@
 #define TAVREL_WORK_FORMS_TAV_PID_H_
 
 #include <QComboBox>
-#include <array>
 
 #include "widgets/modal_form.h"
 #include "widgets/number_edit.h"
@@ -30,7 +29,7 @@ class TavPid : public ModalForm {
 
   PidParameters& parameters_;
   QComboBox* cbo_ = nullptr;
-  std::array<NumberEdit*, kPidBoxes> boxes_{};
+  ByPidBox<NumberEdit*> boxes_{};
 };
 
 }  // namespace tavrel
