@@ -2,7 +2,7 @@
 //
 // Runs during the build, without a screen. Every form is opened over two virtual instruments in
 // this process and four recordings, so that its picture is always that of the form as it is, and
-// shows what a user sees. The clock is made: each run gives the same pictures.
+// shows what a user sees. The clock is made: each run shows the same values.
 
 #include <QApplication>
 #include <QDir>
@@ -323,8 +323,8 @@ int main(int count, char** arguments) {
     std::fputs("usage: form_pictures German|English DIRECTORY\n", stderr);
     return 2;
   }
-  // A screen that is larger than every form and has two dots to the point.
   QApplication application(count, arguments);
+  QApplication::setCursorFlashTime(0);
   const bool is_german = std::string(arguments[1]) == "German";
   const QDir target = QDir(QDir::current().absoluteFilePath(QString::fromLocal8Bit(arguments[2])));
   tavrel::FormPictures pictures(is_german ? tavrel::kGerman : tavrel::kEnglish, target);
