@@ -17,7 +17,7 @@ import weasyprint
 
 EXTENSIONS = ["tables", "toc", "attr_list", "fenced_code", "sane_lists", "def_list"]
 DOTS_PER_POINT = 2  # of the pictures of the forms
-SHRUNK = 0.62  # a form on paper beside the form on a screen
+SHRUNK = 0.74  # a form on paper beside the form on a screen
 COLUMN_WIDTH = 640  # of a page, in CSS pixels
 
 FORMS_HEAD = {"de": ("Fenster", "Name", "Seite"), "en": ("Form", "Name", "Page")}
@@ -108,10 +108,10 @@ def make_html(language, source, pictures):
         text, extensions=EXTENSIONS, extension_configs={"toc": {"toc_depth": "1-3"}}
     )
     forms = forms_of(body, pictures)
-    body = with_figures(with_whole_names(body), pictures).replace("<p>[FORMS]</p>", forms_table(forms, language))
+    body = with_figures(with_whole_names(body), pictures)
+    body = body.replace("<p>[FORMS]</p>", forms_table(forms, language))
     check_links(body)
-    title = re.search(r"(?m)^title: (.*)$", text)
-    title = title.group(1) if title else TAGS.sub("", re.search(r"<p.*?>(.*?)</p>", body, re.S)[1])
+    title = " - ".join(TAGS.sub("", line) for line in re.findall(r"<p.*?</p>", body, re.S)[:2])
     return (
         f'<!DOCTYPE html><html lang="{language}"><head><meta charset="utf-8">'
         f"<title>{title}</title></head><body>{body}</body></html>"
