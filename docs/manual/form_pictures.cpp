@@ -43,6 +43,7 @@ class FormPictures {
       return false;
     }
     Save(bench_.MainForm(), "Tavrel");
+    Take("TavKeys", View::kTavKeys);
     TakeSettings();
     TakeSetup();
     TakeWorksheet();

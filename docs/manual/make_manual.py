@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""Makes the PDF of a manual: make_manual.py LANGUAGE SOURCE.md PICTURES TARGET.pdf
+"""Makes the PDF of a manual: make_manual.py LANGUAGE SOURCE.md PICTURES KEYS.md TARGET.pdf
 
 LANGUAGE is de or en. In the Markdown a picture is named without its directory. A heading whose
 id is the name of a picture is the page of that form; [FORMS] stands for the list of all of them,
-[TOC] for the contents, both with their pages. A picture that no page shows, a page without its
-picture and a link that leads nowhere end the build.
+[TOC] for the contents, both with their pages, [KEYS] for the table of all keys in KEYS.md. A
+picture that no page shows, a page without its picture and a link that leads nowhere end the build.
 """
 
 import pathlib
@@ -102,8 +102,9 @@ def check_links(html):
         fail(f"links lead nowhere: {', '.join(sorted(dead))}")
 
 
-def make_html(language, source, pictures):
+def make_html(language, source, pictures, keys):
     text = source.read_text(encoding="utf-8")
+    text = text.replace("[KEYS]", keys.read_text(encoding="utf-8"))
     body = markdown.markdown(
         text, extensions=EXTENSIONS, extension_configs={"toc": {"toc_depth": "1-3"}}
     )
@@ -119,10 +120,10 @@ def make_html(language, source, pictures):
 
 
 def main():
-    if len(sys.argv) != 5:
+    if len(sys.argv) != 6:
         sys.exit(__doc__)
-    language, source, pictures, target = sys.argv[1], *map(pathlib.Path, sys.argv[2:])
-    html = make_html(language, source, pictures.resolve())
+    language, source, pictures, keys, target = sys.argv[1], *map(pathlib.Path, sys.argv[2:])
+    html = make_html(language, source, pictures.resolve(), keys)
     style = weasyprint.CSS(filename=pathlib.Path(__file__).with_name("manual.css"))
     weasyprint.HTML(string=html).write_pdf(target, stylesheets=[style])
 

@@ -44,7 +44,7 @@ class PictureLine {
 
 class NoShell : public Shell {
  public:
-  void OpenDocument(const std::string& /*path*/) override {}
+  void OpenDocument(const std::string& /*path*/, std::function<void()> /*failed*/) override {}
 };
 
 // What a lab has that the pictures show: names of its ovens and of what is in them.
