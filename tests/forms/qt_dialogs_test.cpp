@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
@@ -87,6 +88,21 @@ TEST_F(Boxes, AreWideEnoughForTheirTitle) {
   bold.setBold(true);
   const QFontMetrics metrics(bold);
   EXPECT_GE(width, metrics.horizontalAdvance(title_of_it) + 8 * metrics.height());
+}
+
+TEST_F(Boxes, KeepAPathAndACommandOnOneLine) {
+  for (const char* line : {"/home/weber/.local/share/tavrel/tavdat/M260314A.TUB.ASC",
+                           "sudo usermod -aG dialout $USER"}) {
+    int high = 0;
+    WhenABoxComes([&high](QMessageBox* box) {
+      high = box->findChild<QLabel*>("qt_msgbox_informativelabel")->height();
+      box->accept();
+    });
+    dialogs.Message({std::string("It is\n\n") + line, "TAVREL", BoxIcon::kInformation});
+    EXPECT_GE(width, QFontMetrics(QApplication::font()).horizontalAdvance(line)) << line;
+    EXPECT_LT(2 * high, 5 * QFontMetrics(QApplication::font()).height()) << "one line and air";
+    poll.disconnect();
+  }
 }
 
 TEST_F(Boxes, OfferADeedBesideOk) {

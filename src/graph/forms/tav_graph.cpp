@@ -181,7 +181,8 @@ void TavGraph::MakeTools() {
   keeps_its_place.setRetainSizeWhenHidden(true);
   cbo_xy_->setSizePolicy(keeps_its_place);
   // The first that gives way on a small screen: the list tells itself what it is.
-  keeps_its_place = QSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  lbl_axes_->setMinimumWidth(1);
+  keeps_its_place = lbl_axes_->sizePolicy();
   keeps_its_place.setRetainSizeWhenHidden(true);
   lbl_axes_->setSizePolicy(keeps_its_place);
   connect(cbo_xy_, &QComboBox::activated, this, [this](int index) {
@@ -535,7 +536,6 @@ void TavGraph::showEvent(QShowEvent* event) {
   if (!event->spontaneous()) {
     ShowTips(kGraphTips, graph_.Values().TipLanguage);
     lbl_axes_->setText(QtText(kAxes.In(graph_.Values().TipLanguage)));
-    lbl_axes_->setMaximumWidth(lbl_axes_->sizeHint().width());
     FrameInFront().Plot().setFocus();
     layout()->activate();
     FitPictures();

@@ -2,14 +2,17 @@
 
 #include <QAbstractButton>
 #include <QGridLayout>
+#include <QScreen>
 #include <QShowEvent>
 #include <QSpacerItem>
+#include <algorithm>
 
 #include "platform/qt/box_icons.h"
 
 namespace tavrel {
 namespace {
 
+constexpr int kCalmCharacters = 64;  // of a line of advice
 constexpr int kTitleBarButtons = 9;  // their room and that of the icon, in heights of the font
 
 QMessageBox::Icon IconOf(BoxIcon icon) {
@@ -71,7 +74,7 @@ void NoticeBox::ShowText(const std::string& text) {
 // pictures that some desktops put on buttons are made for one scale.
 void NoticeBox::showEvent(QShowEvent* event) {
   if (!event->spontaneous()) {
-    KeepTitleWhole();
+    KeepWide();
     for (QAbstractButton* button : buttons()) {
       button->setIcon({});
     }
@@ -81,15 +84,31 @@ void NoticeBox::showEvent(QShowEvent* event) {
 
 // A window manager shortens what does not fit, and the title often is the first word of the
 // sentence. Its font is not ours to know; a bold one of the form's size is the widest in use.
-void NoticeBox::KeepTitleWhole() {
+int NoticeBox::TitleWidth() const {
+  QFont title = font();
+  title.setBold(true);
+  const QFontMetrics metrics(title);
+  return metrics.horizontalAdvance(windowTitle()) + kTitleBarButtons * metrics.height();
+}
+
+// Of its longest line beside the sign, as far as a calm box goes.
+int NoticeBox::AdviceWidth() const {
+  int widest = 0;
+  for (const QString& line : informativeText().split('\n')) {
+    widest = std::max(widest, fontMetrics().horizontalAdvance(line));
+  }
+  const int beside = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this) * 2;
+  const int calm = fontMetrics().averageCharWidth() * kCalmCharacters;
+  return widest == 0 ? 0 : std::min(widest, calm) + beside;
+}
+
+void NoticeBox::KeepWide() {
   auto* grid = qobject_cast<QGridLayout*>(layout());
   if (grid == nullptr) {
     return;
   }
-  QFont title = font();
-  title.setBold(true);
-  const QFontMetrics metrics(title);
-  const int width = metrics.horizontalAdvance(windowTitle()) + kTitleBarButtons * metrics.height();
+  const int screen_width = screen()->availableGeometry().width();
+  const int width = std::min(std::max(TitleWidth(), AdviceWidth()), screen_width * 9 / 10);
   grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
                 grid->rowCount(), 0, 1, grid->columnCount());
 }

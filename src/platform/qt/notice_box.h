@@ -11,7 +11,7 @@ namespace tavrel {
 // A box of the toolkit with the program's own signs. What follows the first empty line of the
 // notice is its advice and stands in a paragraph of its own. The text is shown as it is, without
 // a markup language; a path or a command in it can be marked and copied. The box is never too
-// narrow for its title.
+// narrow for its title, and a path or a command of usual length stands on one line.
 class NoticeBox : public QMessageBox {
   Q_OBJECT
  public:
@@ -30,7 +30,9 @@ class NoticeBox : public QMessageBox {
   };
 
   void ShowText(const std::string& text);
-  void KeepTitleWhole();
+  void KeepWide();
+  [[nodiscard]] int TitleWidth() const;
+  [[nodiscard]] int AdviceWidth() const;
 
   Signs signs_;
 };
