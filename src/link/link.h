@@ -4,9 +4,11 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "link/answer_count.h"
 #include "link/frame.h"
@@ -129,6 +131,23 @@ class Link : public LinkArguments {
 
   [[nodiscard]] const LineMode& Mode() const { return mode_; }
 
+  // Sees each register that is read or written by value, behind the exchange: its number, letter
+  // and index, the word, and how it ended. It must not use the line.
+  struct Exchange {
+    int inet = 0;
+    std::string_view letter;
+    int index = 0;
+    std::int16_t word = 0;
+    bool is_write = false;
+    LinkResult result = LinkResult::kNone;
+  };
+  void Observe(std::function<void(const Exchange&)> observer) { observer_ = std::move(observer); }
+  void Observed(const Exchange& exchange) const {
+    if (observer_) {
+      observer_(exchange);
+    }
+  }
+
   bool Simulated = false;  // no port: the store in memory answers
   bool PortOpen = false;   // the link is usable, also when simulated; false while a port is lost
   LinkResult ComResult = LinkResult::kNone;
@@ -166,6 +185,7 @@ class Link : public LinkArguments {
 
   SerialPort& port_;
   const Clock& clock_;
+  std::function<void(const Exchange&)> observer_;
   LineMode mode_;
   SimulatedStore store_;
   std::array<LinkResult, 8> com_status_{};

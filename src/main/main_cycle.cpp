@@ -236,6 +236,7 @@ void MainCycle::TellCatchUp() {
     return;
   }
   is_catching_up_ = true;
+  parts_.engine.Controllers().CaughtUp(minutes);
   const std::string count = std::to_string(minutes) + (minutes == 1 ? " minute" : " minutes");
   parts_.messages.Report(0, {"The controller programs stood still for " + count +
                                  ".\nThey make up for it now: their steps follow at once.",

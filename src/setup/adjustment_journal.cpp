@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "base/number.h"
+#include "platform/append_file.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
 
@@ -39,15 +40,6 @@ std::string TextOf(const std::vector<AdjustmentReading>& readings) {
   }
   const double mean = readings.empty() ? 0 : double(sum) / static_cast<double>(readings.size());
   return text + " mean " + ShortestNumber(mean) + " spread " + std::to_string(highest - lowest);
-}
-
-// What stands behind the last line end, if the program was killed while it wrote, stays a line of
-// its own.
-std::string BeginningOfLine(RandomFile& file, std::int64_t size) {
-  std::byte last{};
-  const bool is_open_line =
-      size > 0 && file.ReadAt(size - 1, std::span(&last, 1)) == 1 && last != std::byte{'\n'};
-  return is_open_line ? kEndOfLine : "";
 }
 
 // A record has at most 16 rows of a few lines each, none longer than a few hundred characters.
@@ -90,25 +82,15 @@ std::string AdjustmentJournal::TimeText() const {
   return text;
 }
 
-// Empty text on success.
+// What stands behind the last line end, if the program was killed while it wrote, stays a line of
+// its own. Empty text on success.
 std::string AdjustmentJournal::Append(const std::string& text) const {
-  const bool is_new = !FindPath(path_);
-  RandomFile file;
-  if (!file.Open(path_, FileAccess::kCreate)) {
+  AppendFile file;
+  if (!file.Open(path_)) {
     return file.Error();
   }
-  const std::int64_t size = file.Size();
-  if (size < 0) {
-    return file.Error();
-  }
-  const std::string bytes = BeginningOfLine(file, size) + text;
-  if (!file.WriteAt(size, std::as_bytes(std::span(bytes))) || !file.Sync()) {
-    return file.Error();
-  }
-  if (is_new) {
-    SyncDirectory(path_.substr(0, path_.rfind('/') + 1));
-  }
-  return "";
+  const std::string beginning = file.EndsInsideLine() ? kEndOfLine : "";
+  return file.Append(beginning + text) && file.Sync() ? "" : file.Error();
 }
 
 std::string AdjustmentJournal::Begin(int inet, const std::string& sensor_name,
