@@ -5,10 +5,12 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "link/answer_count.h"
 #include "link/frame.h"
 #include "link/line_mode.h"
 #include "link/reply.h"
@@ -83,6 +85,24 @@ class Link : public LinkArguments {
   // Exchanges that were made or tried since the link is there, also those in simulation.
   [[nodiscard]] std::uint64_t Exchanges() const { return exchanges_; }
 
+  // Exchanges that an instrument has answered as it should in the last minute; none in simulation.
+  [[nodiscard]] int AnsweredInLastMinute() const { return answers_.InLastMinute(clock_.Elapsed()); }
+
+  // By the wall clock: since when the port is lost; empty if it is not.
+  [[nodiscard]] std::optional<WallTime> LostSince() const {
+    return lost_ ? lost_since_ : std::nullopt;
+  }
+
+  // By the wall clock: since when nothing answers although the port is there. Empty as long as
+  // fewer than three exchanges in a row have stayed without an answer.
+  [[nodiscard]] std::optional<WallTime> SilentSince() const {
+    return PortOpen && unanswered_ >= kFewUnanswered ? silent_since_ : std::nullopt;
+  }
+
+  // The port that was chosen, "COM3", and its device as far as it is known.
+  [[nodiscard]] std::string PortName() const;
+  [[nodiscard]] std::string Device() const { return port_.Device(); }
+
   // False for a short time after an exchange that failed, in which a late reply may still come. A
   // lone "?" is a complete answer: behind it the line only has to show that nothing follows.
   // An exchange that is begun meanwhile waits for the end of that time, with the user interface
@@ -149,6 +169,7 @@ class Link : public LinkArguments {
   void ReadValue(const std::string& frame, ValueDigits digits);
   void WriteValue(const std::string& frame, Acknowledge acknowledge);
   void Finish(LinkResult result);
+  void CountAnswer(LinkResult result);
 
   void TakeOpening(const PortOpening& opening);
   void NoteEvents();
@@ -175,6 +196,11 @@ class Link : public LinkArguments {
   std::chrono::nanoseconds text_until_{};   // an answer to a text may come till then
   std::chrono::nanoseconds quiet_until_{};  // a late reply of a failed exchange may come till then
   std::uint64_t exchanges_ = 0;
+  static constexpr int kFewUnanswered = 3;
+  AnswerCount answers_;
+  int unanswered_ = 0;                    // exchanges in a row
+  std::optional<WallTime> silent_since_;  // the first of them
+  std::optional<WallTime> lost_since_;
 };
 
 // Keeps the arguments of the link and puts them back when it goes, so that a dialog in the

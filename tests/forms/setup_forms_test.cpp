@@ -144,9 +144,11 @@ TEST_F(SetupForms, LeaveTheGridByTheTabKey) {
     Key(Qt::Key_Tab);
     EXPECT_EQ(Focus(), "CmdOK");
     Key(Qt::Key_Tab);
+    EXPECT_EQ(Focus(), "CmdCancel");
+    Key(Qt::Key_Tab);
     EXPECT_EQ(Focus(), "Sheet");
     Key(Qt::Key_Backtab);
-    EXPECT_EQ(Focus(), "CmdOK");
+    EXPECT_EQ(Focus(), "CmdCancel");
     Key(Qt::Key_Escape);
   });
   RunInst();

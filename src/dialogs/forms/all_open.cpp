@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QVBoxLayout>
 #include <chrono>
 
@@ -38,7 +37,7 @@ AllOpen::AllOpen(OpenFile& open_file)
 }
 
 void AllOpen::MakeGrid() {
-  grid_ = new FileGrid(open_file_.Rows(), this);
+  grid_ = new FileGrid(open_file_.Rows(), open_file_.Values().TipLanguage, this);
   connect(grid_, &FileGrid::Selected, this, [this](int current_row, RowBlock block) {
     open_file_.Select(current_row, block);
     AfterEvent();
@@ -49,6 +48,10 @@ void AllOpen::MakeGrid() {
   });
   connect(grid_, &FileGrid::FileHeadPressed, this, [this] {
     open_file_.cmdFile_Click();
+    AfterEvent();
+  });
+  connect(grid_, &FileGrid::DetailHeadPressed, this, [this](IndexColumn column) {
+    open_file_.SortBy(column);
     AfterEvent();
   });
   connect(grid_, &FileGrid::ProductHeadPressed, this, [this] {
@@ -110,7 +113,6 @@ void AllOpen::Arrange() {
   all->setSpacing(kListMargin);
   all->addLayout(files, 3);
   all->addLayout(right, 2);
-  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 // The default button shows what the Enter key does where the keyboard is.

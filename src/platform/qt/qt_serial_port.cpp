@@ -152,7 +152,7 @@ PortOpening QtSerialPort::Refused(const std::string& device) const {
       return {error, NoLockAdvice(number_, device, lock, reason)};
     }
   }
-  return {error, AdviceFor(number_, device, error, port_.errorString().toStdString()),
+  return {error, AdviceFor(number_, device, error, port_.errorString().toStdString(), language_()),
           is_forbidden};
 }
 
@@ -186,6 +186,10 @@ void QtSerialPort::Close() {
 
 std::string QtSerialPort::Settings() const {
   return port_.isOpen() ? SerialSettingsText(port_) : "";
+}
+
+std::string QtSerialPort::Device() const {
+  return known_ ? known_->Path : std::string();
 }
 
 bool QtSerialPort::Write(std::string_view bytes) {
