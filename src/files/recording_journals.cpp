@@ -223,7 +223,7 @@ void RecordingJournals::AnnounceHeader(int slot, const UnitRecord& unit) {
   }
   Entry& entry = Of(slot);
   const std::string hash = Sha256Of(BytesOf(unit));
-  if (hash.empty()) {
+  if (hash != entry.HeaderHash) {
     Add(entry, journal::kHeader,
         {{"old", entry.HeaderHash}, {"new", hash}, {"changes", HeaderChanges(entry.Header, unit)}});
     Sync(entry);
