@@ -4,10 +4,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <filesystem>
+#include <fstream>
 
 #include "bench/bench_home.h"
 #include "bench/promise.h"
+#include "files/journal_check.h"
 #include "files/recording_file.h"
+#include "platform/file_system.h"
 #include "state/messages.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_screen.h"
@@ -67,6 +71,62 @@ void AppendOfARow(benchmark::State& state) {
   promise.Report(state);
 }
 BENCHMARK(AppendOfARow)->Name("append of a row")->Iterations(kRounds);
+
+// The same row of the same file, in one recording with its journal and in one whose medium has
+// refused it.
+void AppendWithJournal(benchmark::State& state) {
+  FileBench with;
+  FileBench without;
+  without.files.CloseRecordingFile(kSlot);
+  std::filesystem::remove_all(without.home.File("tavdat/journal"));
+  std::ofstream(without.home.File("tavdat/journal")) << "in its place";
+  without.files.OpenRecordingFile(kSlot);
+  const std::array<std::int16_t, kChannels> row{};
+  const auto append = [&row](FileBench& bench) {
+    bench.state.SampleCount[kSlot] = 0;
+    return TimeOf<std::milli>([&] {
+      for (int count = 0; count < kFullRows; ++count) {
+        benchmark::DoNotOptimize(bench.files.AppendRow(kSlot, row, 1));
+      }
+    });
+  };
+  Promise promise("us");
+  for (auto unused : state) {
+    promise.Measured(append(with) * 1000 / kFullRows);
+    promise.Limit(append(without) * 1000 / kFullRows);
+  }
+  if (with.files.Journals().IdOf(kSlot).empty() || !without.files.Journals().IdOf(kSlot).empty()) {
+    state.SkipWithError("the one has no journal, or the other has one");
+    return;
+  }
+  promise.MustBeWithin(2);
+  promise.Report(state);
+}
+BENCHMARK(AppendWithJournal)->Name("append of a row with journal")->Iterations(kRounds);
+
+// A recording and its journal beside the hash of the same bytes, all that it cannot do without.
+void VerifyOfAFullFile(benchmark::State& state) {
+  FileBench bench;
+  bench.files.CloseRecordingFile(kSlot);
+  const std::string path = bench.home.File("tavdat/" + BenchHome::NameOf(kSlot));
+  const std::string file = ReadWholeFile(path, 1U << 20U).value_or("");
+  const std::optional<std::string> journal =
+      ReadWholeFile(JournalPath(bench.home.File("tavdat"), BenchHome::NameOf(kSlot)), 1U << 20U);
+  const auto bytes = std::as_bytes(std::span(file));
+  Promise promise("us");
+  for (auto unused : state) {
+    promise.Measured(
+        TimeOf<std::micro>([&] { benchmark::DoNotOptimize(CheckRecording(bytes, journal)); }));
+    promise.Limit(TimeOf<std::micro>([&] { benchmark::DoNotOptimize(Sha256Of(bytes)); }));
+  }
+  if (CheckRecording(bytes, journal).Verdict != Verdict::kIntact) {
+    state.SkipWithError("it is not intact");
+    return;
+  }
+  promise.MustBeWithin(2);
+  promise.Report(state);
+}
+BENCHMARK(VerifyOfAFullFile)->Name("verify of a file of 65 kB")->Iterations(kRounds);
 
 // What cannot be spared: the file is opened, its length asked for, its header read.
 void BareOpen(const std::string& path) {

@@ -12,6 +12,7 @@
 #include "graph/graph_output.h"
 #include "link/link.h"
 #include "main/attachment.h"
+#include "main/keys_screen.h"
 #include "main/main_commands.h"
 #include "main/main_cycle.h"
 #include "main/main_sheet.h"
@@ -43,6 +44,7 @@
 #include "setup/channel_adjustment.h"
 #include "setup/installation.h"
 #include "setup/numbering.h"
+#include "state/form_sizes.h"
 #include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
@@ -82,6 +84,10 @@ struct ProgramLogic {
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
+  // Behind the splash form: joins settings and line, and keeps for the sheet what an earlier end of
+  // the program has left undone. False: the process ends.
+  [[nodiscard]] bool LoadMainForm();
+
   // What a free tick of the cycle looks at besides the pump. True: it has used the line.
   [[nodiscard]] bool ReadBack() {
     return output_recovery.Step() || unsure.ReadBack() || buffers.Look();
@@ -92,6 +98,7 @@ struct ProgramLogic {
   Link link{machine.port, machine.clock};
   Messages messages{machine.dialogs};
   SettingsStore settings{state};
+  FormSizes form_sizes{state};
   RecordingFiles files{state, machine.clock, messages};
   RecordingEngine engine{
       {state, link, files, settings, messages, machine.dialogs, machine.screens, machine.clock}};
@@ -128,7 +135,8 @@ struct ProgramLogic {
        machine.dialogs,
        machine.events,
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
-  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock,
+                       [this](int from, int to) { output_recovery.Renumber(from, to); }}};
   LinkWatch link_watch;
   BufferWatch buffers{state, link, engine, machine.clock};
   ServiceParts service{state,           link,
@@ -155,6 +163,7 @@ struct ProgramLogic {
                          machine.screens, machine.events, machine.shell, machine.clock}};
   SettingsDialog settings_dialog{
       {state, link, settings, commands, directory, machine.dialogs, machine.shell}};
+  KeysScreen keys{state};
   StartUp start_up{{state, link, files, engine, settings, attachment, sheet, cycle, commands,
                     messages, machine.dialogs, machine.screens, machine.events, machine.clock}};
 };

@@ -6,8 +6,10 @@
 #include "dialogs/forms/all_dir.h"
 #include "dialogs/forms/all_msg.h"
 #include "dialogs/forms/all_open.h"
+#include "dialogs/help.h"
 #include "graph/forms/tav_graph.h"
 #include "main/forms/emblem.h"
+#include "main/forms/tav_keys.h"
 #include "main/forms/tavsett.h"
 #include "service/forms/all_com.h"
 #include "service/forms/all_mem.h"
@@ -29,18 +31,6 @@
 #include "work/forms/tav_work.h"
 
 namespace tavrel {
-namespace {
-
-// The program may end under the form: then nobody has chosen.
-template <typename Form, typename Screen>
-void RunForm(Screen& screen) {
-  Form(screen).Run();
-  if (screen.IsOpen()) {
-    screen.CloseNow();
-  }
-}
-
-}  // namespace
 
 ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents& events)
     : logic_(logic), screens_(screens), events_(events) {
@@ -55,6 +45,7 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
   AddFormToOpen<TavPid>(View::kTavPid, logic.pid_parameters);
   AddFormToOpen<TavProg>(View::kTavProg, logic.program_editor);
   AddFormToOpen<TavInst>(View::kTavInst, logic.installation);
+  AddFormToOpen<TavKeys>(View::kTavKeys, logic.keys);
   AddFormToOpen<AllTerm>(View::kAllTerm, logic.terminal);
   AddFileForms();
   screens_.Add(View::kTavNum, [this] { ShowNumbering(); });
@@ -66,6 +57,33 @@ ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents
 }
 
 ProgramScreens::~ProgramScreens() = default;
+
+// As large as the user has left it the last time, and with the key of the manual.
+void ProgramScreens::Run(ModalForm& form) {
+  const std::string name = form.objectName().toStdString();
+  if (const auto size = logic_.form_sizes.Of(name)) {
+    form.PreferSize({size->Width, size->Height});
+  }
+  const auto help = QObject::connect(&form, &ModalForm::HelpAsked, [this] {
+    ShowHelp(logic_.machine.dialogs, logic_.machine.shell, logic_.state.AppPath,
+             logic_.state.Settings.HelpLang);
+  });
+  form.Run();
+  QObject::disconnect(help);
+  if (form.HasUsersSize()) {
+    logic_.form_sizes.Keep(name, {form.width(), form.height()});
+  }
+}
+
+// The program may end under the form: then nobody has chosen.
+template <typename Form, typename Screen>
+void ProgramScreens::RunForm(Screen& screen) {
+  Form form(screen);
+  Run(form);
+  if (screen.IsOpen()) {
+    screen.CloseNow();
+  }
+}
 
 // For a screen that its rules have opened.
 template <typename Form, typename Screen>
@@ -93,7 +111,8 @@ void ProgramScreens::AddServiceForm(Screen& screen) {
   screens_.Add(screen.Number(), [this, &screen] {
     screen.Open();
     if (screen.IsOpen()) {
-      Form(screen, logic_.stepped).Run();
+      Form form(screen, logic_.stepped);
+      Run(form);
     }
     screen.CloseNow();
   });
@@ -125,7 +144,8 @@ void ProgramScreens::AddFileForms() {
 void ProgramScreens::ShowNumbering() {
   const QtEvents::NormalPointer normal_pointer(events_);
   logic_.numbering.Open();
-  TavNum(logic_.numbering, logic_.stepped).Run();
+  TavNum form(logic_.numbering, logic_.stepped);
+  Run(form);
   logic_.numbering.CloseNow();
 }
 
@@ -142,7 +162,7 @@ void ProgramScreens::ShowWorksheet() {
   if (work_form_ == nullptr) {
     work_form_ = std::make_unique<TavWork>(logic_.worksheet);
   }
-  work_form_->Run();
+  Run(*work_form_);
 }
 
 // The graph keeps its pictures while it is hidden.
@@ -151,7 +171,7 @@ void ProgramScreens::ShowGraph() {
     graph_form_ = std::make_unique<TavGraph>(logic_.graph, logic_.graph_output);
   }
   logic_.graph.Open();
-  graph_form_->Run();
+  Run(*graph_form_);
   logic_.graph.CloseNow();
 }
 
@@ -160,7 +180,7 @@ void ProgramScreens::ShowWaitBar() {
   logic_.wait_bar.Open();
   TavWait form(logic_.wait_bar);
   wait_form_ = &form;
-  form.Run();
+  Run(form);
   wait_form_ = nullptr;
 }
 

@@ -10,6 +10,7 @@
 
 namespace tavrel {
 
+class ModalForm;
 class TavGraph;
 class TavWait;
 class TavWork;
@@ -32,6 +33,9 @@ class ProgramScreens {
   [[nodiscard]] const TavWork* WorkForm() const { return work_form_.get(); }
 
  private:
+  void Run(ModalForm& form);
+  template <typename Form, typename Screen>
+  void RunForm(Screen& screen);
   template <typename Form, typename Screen>
   void AddForm(View view, Screen& screen);
   template <typename Form, typename Screen>

@@ -34,6 +34,7 @@ enum class View : int {
   kTavColor = 565,
   kSpTavHs = 570,
   kAllWdog = 575,
+  kTavKeys = 580,
 };
 
 }  // namespace tavrel

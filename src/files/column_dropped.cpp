@@ -30,7 +30,7 @@ void ColumnKeeper::Dropped(int slot, int input, int least, int most) {
 void ColumnKeeper::Unsettle(int slot, int input) {
   EvidenceOf(slot).MakeUncertain(input);
   state_.Columns[slot].IsUncertain[input] = true;
-  Tell(slot, {input},
+  Tell(slot, std::vector<int>{input},
        "its sampling time was changed by hand; from here on the values may stand in a wrong row");
 }
 
@@ -108,10 +108,7 @@ bool ColumnKeeper::MakeUp(int slot, int input, int gone) {
   }
   const std::int32_t first = state_.SampleCount[slot] + (is_seen ? 1 : 0);
   const std::int32_t last = first + gone - 1;
-  Tell(slot,
-       first == last ? "row " + std::to_string(first)
-                     : "rows " + std::to_string(first) + " to " + std::to_string(last),
-       {input},
+  Tell(slot, {first, last}, {input},
        is_first && !is_seen ? "cleared by hand; the next value stands in its place"
                             : "cleared by hand; the value before it stands in its place");
   return true;

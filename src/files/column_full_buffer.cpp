@@ -204,6 +204,7 @@ void ColumnKeeper::TellLostSets(int slot) {
   if (was_told && lost.count.value_or(0) == 0) {
     return;
   }
+  NoteLostSets(slot, row, lost, "the buffer of the instrument was full");
   const std::string where = state_.SlotFile[slot] + ": row " + std::to_string(row) + ": ";
   messages_.Report(slot, {where + "the buffer of the instrument was full; before this row " +
                               TextOf(lost) + " lost",

@@ -368,17 +368,33 @@ std::optional<std::int16_t> ColumnKeeper::ValueBefore(int slot, int input) {
 
 void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::string& what) {
   const std::int32_t row = state_.SampleCount[slot];
-  Tell(slot, row == 0 ? "rows 0 and 1" : "row " + std::to_string(row), inputs, what);
+  Tell(slot, row == 0 ? RowRange{0, 1} : RowRange{row, row}, inputs, what);
 }
 
-void ColumnKeeper::Tell(int slot, const std::string& rows, const std::vector<int>& inputs,
+void ColumnKeeper::Tell(int slot, const RowRange& rows, const std::vector<int>& inputs,
                         const std::string& what) {
   if (inputs.empty()) {
     return;
   }
+  files_.Journals().Note(slot, "values",
+                         {{"first", rows.First},
+                          {"last", rows.Last},
+                          {"inputs", JsonValue::List(inputs.begin(), inputs.end())},
+                          {"what", what}});
+  // The first set of a file stands in it twice.
+  const std::string shown = rows == RowRange{0, 1} ? "rows 0 and 1" : tavrel::TextOf(rows);
   messages_.Report(slot,
-                   {state_.SlotFile[slot] + ": " + rows + ", " + NumberOf(inputs) + ": " + what,
+                   {state_.SlotFile[slot] + ": " + shown + ", " + NumberOf(inputs) + ": " + what,
                     "Read  Tavrel"});
+}
+
+void ColumnKeeper::NoteLostSets(int slot, std::int32_t before, const LostSets& lost,
+                                const std::string& what) {
+  files_.Journals().Note(slot, "lost",
+                         {{"before", before},
+                          {"sets", lost.count ? JsonValue(*lost.count) : JsonValue()},
+                          {"exact", lost.count && lost.is_exact},
+                          {"what", what}});
 }
 
 void ColumnKeeper::SetWritten(int slot) {

@@ -175,8 +175,9 @@ class ColumnKeeper {
   [[nodiscard]] bool Fill(int slot, const std::vector<int>& inputs);
   [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
   void Tell(int slot, const std::vector<int>& inputs, const std::string& what);
-  void Tell(int slot, const std::string& rows, const std::vector<int>& inputs,
+  void Tell(int slot, const RowRange& rows, const std::vector<int>& inputs,
             const std::string& what);
+  void NoteLostSets(int slot, std::int32_t before, const LostSets& lost, const std::string& what);
   [[nodiscard]] LostSets CountLostSets(int slot) const;
   [[nodiscard]] static std::string TextOf(const LostSets& lost);
   void TellLostSets(int slot);

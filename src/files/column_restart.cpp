@@ -104,10 +104,10 @@ bool ColumnKeeper::CarryOutRestart(int slot) {
     state_.Columns[slot].IsUncertain[input] = true;
   }
   if (first < row) {
-    Tell(slot, "rows " + std::to_string(first) + " to " + std::to_string(row - 1), lost,
+    Tell(slot, {first, row - 1}, lost,
          WhatHappened(slot) + "; the values may stand one row too early");
   }
-  Tell(slot, "row " + std::to_string(first), uncertain,
+  Tell(slot, {first, first}, uncertain,
        WhatHappened(slot) + "; from here on the values may stand in a wrong row");
   EndDoubt(slot);
   return true;
@@ -129,6 +129,7 @@ void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   if (lost.count && *lost.count == 0) {
     return;
   }
+  NoteLostSets(slot, row, lost, WhatHappened(slot));
   messages_.Report(slot, {state_.SlotFile[slot] + ": row " + std::to_string(row) + ": " +
                               WhatHappened(slot) + "; before this row " + TextOf(lost) + " lost",
                           "Read  Tavrel"});

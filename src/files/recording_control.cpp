@@ -48,6 +48,7 @@ void RecordingEngine::StartRecording(int slot) {
   state_.WriteFailed[slot] = false;
   state_.Unit[slot].UnitRecOn = 1;
   state_.ReadState[slot] = ReadState::kReading;
+  files_.Journals().Note(slot, "start", {});
   files_.WriteHeader(slot);
   if (state_.ReadState[slot] == ReadState::kReading) {
     files_.KeepHeldSet(slot, 0);  // what lay there belonged to an older recording
@@ -124,6 +125,7 @@ void RecordingEngine::StopRecording(int slot) {
   if (!dialogs_.AskOk({"stop acquisition", " ", BoxIcon::kQuestion})) {
     return;
   }
+  files_.Journals().Note(slot, "stop", {{"by", "user"}});
   StopInFile(slot);
 }
 
@@ -144,6 +146,9 @@ bool RecordingEngine::GiveUpTest(int slot) {
   const std::string restored = RestoreIfLost(slot);
   if (!restored.empty()) {
     messages_.Report(slot, {restored, kWriteTitle});
+  }
+  if (state_.Unit[slot].UnitRecOn == 1) {
+    files_.Journals().Note(slot, "stop", {{"by", "set-up"}});
   }
   StopInFile(slot);
   const bool is_left = HoldsWholeSet(state_, slot);
@@ -173,6 +178,7 @@ void RecordingEngine::EndOfRecording(int slot) {
       GoOnInNextFile(slot);
       break;
     default:
+      files_.Journals().Note(slot, "end", {{"action", "end"}});
       StopInFile(slot);
   }
 }
@@ -185,8 +191,9 @@ void RecordingEngine::SwitchControllerOff(int slot) {
   unit.UnitCtrlState = 0;
   state_.ProgRunning[slot] = false;
   stop_orders_.Give(slot, unit.UnitInet, unit.UnitCtrl);
+  files_.Journals().Note(slot, "end", {{"action", "switch the controller off"}});
   StopInFile(slot);
-  static_cast<void>(stop_orders_.SendDue());
+  static_cast<void>(SendStopOrders());
 }
 
 // At every moment of this the settings on the disk name a file whose header says that the
@@ -208,6 +215,7 @@ void RecordingEngine::GoOnInNextFile(int slot) {
   const bool in_doubt = state_.ColumnsInDoubt[slot];
   const int asked = state_.AskedInput[slot];
   state_.Settings.ActiveFiles[slot - 1] = next;
+  files_.Journals().Note(slot, "end", {{"action", "go on in a next file"}, {"next", next}});
   const bool is_saved = SaveSettings(slot);
   files_.DropHeldSet(slot);
   HideBacklog(slot);

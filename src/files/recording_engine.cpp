@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
@@ -32,11 +33,12 @@ RecordingEngine::RecordingEngine(const Parts& parts)
       screens_(parts.screens),
       clock_(parts.clock),
       columns_(parts.state, parts.files, parts.messages, parts.clock),
-      stop_orders_({parts.state, parts.link, parts.messages}) {}
+      stop_orders_({parts.state, parts.link, parts.messages}),
+      controllers_(parts.state, parts.link, parts.files) {}
 
 void RecordingEngine::PumpOnce() {
   const Messages::Deferral deferral(messages_);
-  if (stop_orders_.SendDue()) {
+  if (SendStopOrders()) {
     return;
   }
   if (!IsSlot(state_.PumpSlot)) {
@@ -205,9 +207,36 @@ void RecordingEngine::NoteExchange(int slot, std::chrono::nanoseconds asked) {
       link_.ComResult == LinkResult::kGood || link_.ComResult == LinkResult::kRejected;
   if (has_answered) {
     order_.TakeAnswer(slot);
+    NoteBack(slot, std::nullopt);
   } else {
     order_.TakeFailure(slot, asked);
+    NoteSilence(slot, asked);
   }
+}
+
+// A bad line is no news for the journal, an instrument that is away is.
+void RecordingEngine::NoteSilence(int slot, std::chrono::nanoseconds asked) {
+  const auto since = silent_since_[slot].value_or(asked);
+  silent_since_[slot] = since;
+  if (asked - since < PumpOrder::kBadLine || is_silence_noted_[slot]) {
+    return;
+  }
+  is_silence_noted_[slot] = true;
+  files_.Journals().Note(slot, "silent",
+                         {{"for", std::chrono::duration<double>(asked - since).count()}});
+}
+
+// `held`: sets that wait in the instrument, if it has said so.
+void RecordingEngine::NoteBack(int slot, std::optional<int> held) {
+  silent_since_[slot].reset();
+  if (std::exchange(is_silence_noted_[slot], false)) {
+    files_.Journals().Note(slot, "back", {{"held", held ? JsonValue(*held) : JsonValue()}});
+  }
+}
+
+bool RecordingEngine::SendStopOrders() {
+  const ControllerJournal::Actor actor(controllers_, "end action");
+  return stop_orders_.SendDue();
 }
 
 // Asks how many sets wait for the slot.
@@ -216,12 +245,14 @@ void RecordingEngine::ReadBufferCount(int slot) {
   const auto asked = clock_.Elapsed();
   const Reading count = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kBuffered, input});
   if (count.IsGood()) {
+    NoteBack(slot, SetsOf(slot, input, count.word));
     TakeBufferCount(slot, SetsOf(slot, input, count.word), asked);
     columns_.NoteStored(slot, input, count.word);
   } else if (count.status == LinkResult::kRejected) {
     order_.TakeRefusal(slot);
   } else {
     order_.TakeFailure(slot, asked);
+    NoteSilence(slot, asked);
     state_.ReadState[slot] = ReadState::kWaiting;
   }
 }
@@ -305,6 +336,10 @@ bool RecordingEngine::AppendSet(int slot) {
   const bool is_open = state_.SlotFileNo[slot].IsOpen();
   const bool was_told = state_.WriteFailed[slot];
   state_.WriteFailed[slot] = !files_.AppendSetInHand(slot);
+  if (state_.WriteFailed[slot] != was_told) {
+    files_.Journals().Note(slot, was_told ? "written again" : "refused",
+                           {{"why", was_told ? "" : files_.Error()}});
+  }
   if (!state_.WriteFailed[slot]) {
     columns_.SetWritten(slot);
     messages_.Recovered(slot);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "files/column_keeper.h"
+#include "files/controller_journal.h"
 #include "files/held_set.h"
 #include "files/pump_order.h"
 #include "files/recording_file.h"
@@ -122,6 +123,9 @@ class RecordingEngine {
   // the order for it.
   [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
 
+  // Writes down what is done to the controllers of the recordings.
+  [[nodiscard]] ControllerJournal& Controllers() { return controllers_; }
+
   // The program ends: a file that others have taken away is put to the disk again, and a complete
   // set that could not be written is tried once more. If that fails it stays beside the file for
   // the next start. Returns what is to be told to the user; empty if nothing is. The settings are
@@ -151,6 +155,7 @@ class RecordingEngine {
 
  private:
   // The pump.
+  [[nodiscard]] bool SendStopOrders();
   [[nodiscard]] bool ServeFirst();
   void WakeThoseInDanger();
   [[nodiscard]] bool FindWork();
@@ -165,6 +170,8 @@ class RecordingEngine {
   void Wake(int slot);
   void NoteSeriesWrite(int slot, const SeriesWrite& write, bool is_certain);
   void NoteExchange(int slot, std::chrono::nanoseconds asked);
+  void NoteSilence(int slot, std::chrono::nanoseconds asked);
+  void NoteBack(int slot, std::optional<int> held);
   void ReadBufferCount(int slot);
   [[nodiscard]] int InputToCount(int slot) const;
   [[nodiscard]] int SetsOf(int slot, int input, int count) const;
@@ -231,6 +238,9 @@ class RecordingEngine {
   bool is_pressed_ = false;
   ColumnKeeper columns_;
   StopOrders stop_orders_;
+  ControllerJournal controllers_;
+  BySlot<std::optional<std::chrono::nanoseconds>> silent_since_;
+  BySlot<bool> is_silence_noted_{};
 };
 
 }  // namespace tavrel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <utility>
 
 #include "base/text.h"
@@ -18,6 +19,7 @@ namespace tavrel {
 
 namespace {
 
+constexpr const char* kIsNoneOfOurs = "  is not a Tavrel-file !";
 constexpr int kMaxRowWords = 2 * kInputs;  // the first set of a file is written twice
 
 bool IsTableSlot(int slot) {
@@ -38,7 +40,7 @@ std::int64_t HeadersIn(std::int64_t length) {
 }  // namespace
 
 RecordingFiles::RecordingFiles(RunState& state, const Clock& clock, Messages& messages)
-    : state_(state), clock_(clock), messages_(messages) {}
+    : state_(state), clock_(clock), messages_(messages), journals_(state, clock, messages) {}
 
 void RecordingFiles::OpenRecordingFile(int slot) {
   if (!IsTableSlot(slot)) {
@@ -46,6 +48,7 @@ void RecordingFiles::OpenRecordingFile(int slot) {
   }
   CloseRecordingFile(slot);
   ForgetShown(slot);
+  is_row_refused_[slot] = false;
   refused_by_error_[slot] = true;  // unless another reason is found
   const std::string problem = OpenAndTest(slot);
   if (!problem.empty()) {
@@ -53,6 +56,7 @@ void RecordingFiles::OpenRecordingFile(int slot) {
     return;
   }
   DeriveValues(slot);
+  TellOfJournal(slot);
   const UnitRecord& unit = state_.Unit[slot];
   if (IsSlot(slot) && unit.UnitRecOn == 1 && !unit.CanBeRecorded()) {
     messages_.Report(slot, {state_.SlotFile[slot] +
@@ -92,6 +96,19 @@ std::string RecordingFiles::OpenAndTest(int slot) {
     return RefuseForGood(slot, "  is damaged !");
   }
   return ReadHeader(slot, length);
+}
+
+bool RecordingFiles::RefuseWhatIsNone(int slot) {
+  const auto path = FindFile(state_.SlotPath[slot], state_.SlotFile[slot]);
+  std::error_code error;
+  const bool is_file = path && std::filesystem::is_regular_file(*path, error);
+  const auto size = is_file ? std::filesystem::file_size(*path, error) : 0;
+  if (!path || error || size >= kHeaderBytes) {
+    return false;
+  }
+  CloseRecordingFile(slot);
+  Refuse(slot, kReadTitle, RefuseForGood(slot, kIsNoneOfOurs));
+  return true;
 }
 
 std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
@@ -139,7 +156,7 @@ std::string RecordingFiles::ReadHeader(int slot, std::int64_t length) {
   }
   state_.Unit[slot] = unit;
   if (!IsTavrelHeader(unit)) {
-    return RefuseForGood(slot, "  is not a Tavrel-file !");
+    return RefuseForGood(slot, kIsNoneOfOurs);
   }
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
   return "";
@@ -160,6 +177,7 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
   state_.ReadState[slot] = goes_on ? ReadState::kReading : ReadState::kIdle;
+  journals_.Opened(slot);
   RandomFile& file = state_.SlotFileNo[slot];
   if (goes_on) {
     TakeHeldSet(slot);
@@ -227,6 +245,11 @@ void RecordingFiles::TellLostRows(int slot, std::int32_t rows) {
   if (lost <= 0) {
     return;
   }
+  journals_.Note(slot, "lost",
+                 {{"before", state_.SampleCount[slot]},
+                  {"sets", lost},
+                  {"exact", true},
+                  {"what", "the power went off before they were on the disk"}});
   const std::string count = lost == 1 ? "1 row was" : std::to_string(lost) + " rows were";
   messages_.Report(slot,
                    {state_.SlotFile[slot] + ": " + count + " lost with the power, before row " +
@@ -301,6 +324,14 @@ void RecordingFiles::WriteHeader(int slot) {
     return;
   }
   state_.SlotDirty[slot] = false;
+  TellOfJournal(slot);
+}
+
+// Where the medium refuses the recording as well, that is told and says it all.
+void RecordingFiles::TellOfJournal(int slot) {
+  if (!is_row_refused_[slot]) {
+    journals_.TellProblem(slot);
+  }
 }
 
 // The file is opened anew by its name, so that the header reaches what stands in the directory
@@ -318,13 +349,14 @@ std::string RecordingFiles::PutHeader(int slot) {
     return error_;
   }
   NotePlace(slot, *path);
-  return SaveHeader(file, state_.Unit[slot]);
+  return journals_.SaveHeader(slot, file);
 }
 
 std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
   const std::string name = UpperCase(state_.SlotFile[slot]);
+  journals_.Closed(slot, false);
   std::string problem =
-      MakeRecordingFile(state_.SlotFileNo[slot], state_.SlotPath[slot], name, state_.Unit[slot]);
+      journals_.MakeFile(state_.SlotFileNo[slot], slot, name, state_.Unit[slot], {}, {});
   if (problem.empty()) {
     NotePlace(slot, JoinPath(state_.SlotPath[slot], name));
     state_.SampleCount[slot] = 0;
@@ -339,8 +371,13 @@ void RecordingFiles::CloseRecordingFile(int slot) {
     return;
   }
   RandomFile& file = state_.SlotFileNo[slot];
-  const bool is_saved = !IsSlot(slot) || !file.IsOpen() || file.Sync();
+  const bool was_open = file.IsOpen();
+  const bool is_saved = !IsSlot(slot) || !was_open || file.Sync();
   file.Close();
+  journals_.Closed(slot, was_open && is_saved);
+  if (was_open && is_saved) {
+    TellOfJournal(slot);
+  }
   held_set_files_[slot].Close();
   if (!is_saved) {
     messages_.Report(slot, {state_.SlotFile[slot] + ": " + file.Error(), kWriteTitle});
@@ -350,6 +387,7 @@ void RecordingFiles::CloseRecordingFile(int slot) {
 void RecordingFiles::DropEmptyFile(const std::string& path) {
   if (!IsOpenInSlot(state_, path)) {
     static_cast<void>(DeleteFile(path));
+    RecordingJournals::Drop(path);
     state_.IndexValid = false;
   }
 }
@@ -376,10 +414,15 @@ bool RecordingFiles::ReopenRecordingFile(int slot) {
     return Fail("no file");
   }
   RandomFile& file = state_.SlotFileNo[slot];
-  const bool is_saved = !file.IsOpen() || file.Sync();
+  const bool was_open = file.IsOpen();
+  const bool is_saved = !was_open || file.Sync();
   file.Close();
   if (!is_saved) {
     return Fail(file.Error());
+  }
+  if (was_open) {
+    journals_.Synced(slot);
+    TellOfJournal(slot);
   }
   if (!OpenSameFile(slot, file)) {
     file.Close();
@@ -410,7 +453,7 @@ bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
   if (!state_.SlotDirty[slot]) {
     return true;
   }
-  const std::string problem = SaveHeader(file, unit);
+  const std::string problem = journals_.SaveHeader(slot, file);
   state_.SlotDirty[slot] = !problem.empty();
   return problem.empty() || Fail(problem);
 }
@@ -450,10 +493,14 @@ bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, in
   std::copy(words.begin(), words.end(), twice.begin());
   std::copy(words.begin(), words.end(), twice.begin() + static_cast<std::ptrdiff_t>(words.size()));
   const std::span all(twice.data(), words.size() * static_cast<std::size_t>(copies));
+  journals_.Prepare(slot);
+  is_row_refused_[slot] = true;
   if (!file.WriteAt(offset, std::as_bytes(all))) {
     return Fail(file.Error());
   }
   state_.SampleCount[slot] = rows + copies;
+  is_row_refused_[slot] = false;
+  journals_.Appended(slot, std::as_bytes(all));
   return true;
 }
 

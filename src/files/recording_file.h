@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "files/held_set.h"
+#include "files/recording_journals.h"
 #include "platform/clock.h"
 #include "state/messages.h"
 #include "state/run_state.h"
@@ -33,6 +34,11 @@ class RecordingFiles {
   // and UnitChannels disagree (such a file may be shown but not recorded). A file that another of
   // the slots 1..12 has, by whatever name, is refused: their rows would overwrite each other.
   void OpenRecordingFile(int slot);
+
+  // Refuses the file named by SlotPath and SlotFile, and leaves it as it is, if it is too short to
+  // be a recording or is no file at all: for names that come from outside, behind which anything
+  // may stand. True then. A file that is not there is left to OpenRecordingFile.
+  [[nodiscard]] bool RefuseWhatIsNone(int slot);
 
   // Why the last OpenRecordingFile of the slot refused its file: true for an error of the system,
   // which may pass, false if the file is not there, is damaged, is none of this system's or is in
@@ -124,6 +130,9 @@ class RecordingFiles {
   // One sample: `row` from 0, `column` from 1. Empty outside the file.
   [[nodiscard]] std::optional<std::int16_t> ReadSample(int slot, std::int32_t row, int column);
 
+  // What happened to the recordings is written there.
+  [[nodiscard]] RecordingJournals& Journals() { return journals_; }
+
   // The system's words for the last failure of AppendRow or ReopenRecordingFile.
   [[nodiscard]] const std::string& Error() const { return error_; }
 
@@ -145,6 +154,9 @@ class RecordingFiles {
   [[nodiscard]] bool AdoptCopy(int slot);
   [[nodiscard]] std::optional<std::vector<std::byte>> RowsOfOpenFile(int slot);
   [[nodiscard]] bool PutIntoNewFile(int slot, std::span<const std::byte> rows);
+  [[nodiscard]] std::string MakeRestoredFile(RandomFile& file, int slot, const std::string& name,
+                                             const UnitRecord& unit,
+                                             std::span<const std::byte> rows);
   void TakeRestoredFile(int slot, const std::string& name, RandomFile file);
   void DeriveValues(int slot);
   void TakeHeldSet(int slot);
@@ -156,6 +168,7 @@ class RecordingFiles {
   [[nodiscard]] std::string HeldSetPath(int slot) const;
   void Refuse(int slot, const char* title, const std::string& text);
   void ForgetShown(int slot);
+  void TellOfJournal(int slot);
   bool Fail(std::string text);
 
   // Where the file of a slot was found when it was opened last.
@@ -167,9 +180,11 @@ class RecordingFiles {
   RunState& state_;
   const Clock& clock_;
   Messages& messages_;
+  RecordingJournals journals_;
   BySlot<Place> places_;
   BySlot<RandomFile> held_set_files_;  // opened with the first set that is held
   BySlot<bool> refused_by_error_{};
+  BySlot<bool> is_row_refused_{};  // the medium has refused the last row
   std::string error_;
 };
 

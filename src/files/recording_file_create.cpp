@@ -8,8 +8,6 @@
 // The files that a slot begins: by the user's wish, because one is full, or because one is lost.
 namespace tavrel {
 
-namespace {}  // namespace
-
 bool RecordingFiles::CreateRecordingFile(int slot, std::int16_t interval) {
   if (!IsSlot(slot)) {
     return false;
@@ -32,8 +30,7 @@ bool RecordingFiles::CreateRecordingFile(int slot, std::int16_t interval) {
   unit.UnitMarks = 0;
   unit.UnitXmax = NewFileXmax(unit.UnitXmax, RecIntervalOf(unit), unit.UnitChannels);
   CloseRecordingFile(slot);
-  const std::string problem =
-      MakeRecordingFile(state_.SlotFileNo[slot], state_.SlotPath[slot], name, unit);
+  const std::string problem = journals_.MakeFile(state_.SlotFileNo[slot], slot, name, unit, {}, {});
   if (!problem.empty()) {
     Refuse(slot, kWriteTitle, name + ": " + problem);
     return false;
@@ -59,7 +56,8 @@ std::string RecordingFiles::MakeNextFile(int slot) {
   unit.UnitRecOn = 1;
   unit.UnitMarks = 0;
   RandomFile file;
-  const std::string problem = MakeRecordingFile(file, state_.SlotPath[slot], name, unit);
+  const JsonValue::Members before{{"file", state_.SlotFile[slot]}, {"id", journals_.IdOf(slot)}};
+  const std::string problem = journals_.MakeFile(file, slot, name, unit, {}, {{"before", before}});
   if (!problem.empty()) {
     messages_.Report(slot, {name + ": " + problem, kWriteTitle});
     return "";

@@ -69,7 +69,7 @@ bool RecordingFiles::PutIntoNewFile(int slot, std::span<const std::byte> rows) {
     return Fail("no free name for the next file");
   }
   RandomFile file;
-  const std::string problem = MakeRecordingFile(file, directory, name, unit, rows);
+  const std::string problem = MakeRestoredFile(file, slot, name, unit, rows);
   if (!problem.empty()) {
     return Fail(problem);
   }
@@ -77,8 +77,21 @@ bool RecordingFiles::PutIntoNewFile(int slot, std::span<const std::byte> rows) {
   TakeRestoredFile(slot, name, std::move(file));
   state_.Unit[slot] = unit;
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
+  journals_.Opened(slot);
   KeepHeldSet(slot, state_.AskedInput[slot]);
   return true;
+}
+
+// Under its own name the journal goes on, or says why it does not, when the file is opened.
+std::string RecordingFiles::MakeRestoredFile(RandomFile& file, int slot, const std::string& name,
+                                             const UnitRecord& unit,
+                                             std::span<const std::byte> rows) {
+  if (EqualNoCase(name, state_.SlotFile[slot])) {
+    journals_.AnnounceHeader(slot, unit);
+    return MakeRecordingFile(file, state_.SlotPath[slot], name, unit, rows);
+  }
+  const JsonValue::Members before{{"file", state_.SlotFile[slot]}, {"id", journals_.IdOf(slot)}};
+  return journals_.MakeFile(file, slot, name, unit, rows, {{"before", before}});
 }
 
 // What a program for backups leaves is the same recording under the same name.

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 #include "dialogs/written_file.h"
+#include "files/recording_format.h"
 #include "graph/output_pause.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
@@ -224,6 +225,9 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     SampleReader reader(state.SlotFileNo[Slot()]);
     bytes = SubfileBytes(Unit(), header, Cut(), reader);
     problem = bytes ? ReplaceFile(target, *bytes) : "";
+    if (bytes && problem.empty()) {
+      BeginSubfileJournal(target, *bytes, Origin(), state.Settings, parts_.clock);
+    }
     state.IndexValid = false;
   }
   if (!bytes) {
@@ -237,6 +241,13 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
 
 SubfileCut GraphOutput::Cut() const {
   return {View().RecFirst, View().RecEnd, View().XRight - View().XLeft, File()};
+}
+
+SubfileOrigin GraphOutput::Origin() const {
+  const SubfileCut cut = Cut();
+  const int channels = std::max<int>(Unit().UnitChannels, 1);
+  return {parts_.state.SlotPath[Slot()], File(), (cut.FirstRecord - kHeaderRecords) / channels,
+          (cut.LastRecord - kHeaderRecords) / channels};
 }
 
 ReportContent GraphOutput::Content() const {

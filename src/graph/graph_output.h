@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "files/journal_begin.h"
 #include "graph/export_text.h"
 #include "graph/graph.h"
 #include "graph/report.h"
@@ -67,6 +68,7 @@ class GraphOutput {
   [[nodiscard]] bool IsStill(const std::string& file) const;
   [[nodiscard]] ExportTable Table() const;
   [[nodiscard]] SubfileCut Cut() const;
+  [[nodiscard]] SubfileOrigin Origin() const;
   [[nodiscard]] ReportContent Content() const;
   [[nodiscard]] ReportStyle Style(bool is_colour) const;
   [[nodiscard]] const ViewFrame& View() const { return parts_.graph.State().Views.at(kPartView); }

@@ -44,10 +44,6 @@ int PortNumber(const std::string& comm_port) {
   return trimmed.size() < 4 ? 0 : ToWord(ReadNumber(std::string_view(trimmed).substr(3)));
 }
 
-std::string PortName(int number) {
-  return "COM" + std::to_string(number);
-}
-
 bool IsPortFailure(int event) {
   return event > kLastHarmlessPortEvent;
 }
@@ -55,6 +51,10 @@ bool IsPortFailure(int event) {
 }  // namespace
 
 Link::Link(SerialPort& port, const Clock& clock) : port_(port), clock_(clock) {}
+
+std::string Link::PortName() const {
+  return "COM" + std::to_string(port_number_);
+}
 
 void Link::LinkOpen(const LineChoice& choice) {
   LinkClose();
@@ -81,8 +81,9 @@ void Link::TakeOpening(const PortOpening& opening) {
     return;
   }
   lost_ = false;
+  unanswered_ = 0;
   PortOpen = true;
-  PortLabel = PortName(port_number_) + ": " + port_.Settings();
+  PortLabel = PortName() + ": " + port_.Settings();
 }
 
 void Link::LinkClose() {
@@ -113,7 +114,8 @@ void Link::NoteEvents() {
   if (IsPortFailure(event) || !port_.IsOpen()) {
     LinkClose();
     lost_ = true;
-    PortLabel = PortName(port_number_) + ": (lost)";
+    lost_since_ = clock_.Now();
+    PortLabel = PortName() + ": (lost)";
   }
 }
 
@@ -244,7 +246,23 @@ void Link::ReadValue(const std::string& frame, ValueDigits digits) {
   if (result == LinkResult::kGood) {
     ComValue = ReadHex(ReplyText);
   }
+  CountAnswer(result);
   Finish(result);
+}
+
+// A refusal is an answer, though not the one that was wanted.
+void Link::CountAnswer(LinkResult result) {
+  if (result == LinkResult::kGood) {
+    answers_.Note(clock_.Elapsed());
+  }
+  if (result == LinkResult::kGood || result == LinkResult::kRejected) {
+    unanswered_ = 0;
+    return;
+  }
+  if (unanswered_ == 0) {
+    silent_since_ = clock_.Now();
+  }
+  unanswered_ = std::min(unanswered_ + 1, kFewUnanswered);
 }
 
 void Link::WriteValue(const std::string& frame, Acknowledge acknowledge) {
@@ -256,6 +274,9 @@ void Link::WriteValue(const std::string& frame, Acknowledge acknowledge) {
     } else {
       LinkPace();
     }
+  }
+  if (acknowledge == Acknowledge::kWait) {
+    CountAnswer(result);
   }
   Finish(result);
 }

@@ -4,9 +4,13 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "link/answer_count.h"
 #include "link/frame.h"
 #include "link/line_mode.h"
 #include "link/reply.h"
@@ -81,6 +85,24 @@ class Link : public LinkArguments {
   // Exchanges that were made or tried since the link is there, also those in simulation.
   [[nodiscard]] std::uint64_t Exchanges() const { return exchanges_; }
 
+  // Exchanges that an instrument has answered as it should in the last minute; none in simulation.
+  [[nodiscard]] int AnsweredInLastMinute() const { return answers_.InLastMinute(clock_.Elapsed()); }
+
+  // By the wall clock: since when the port is lost; empty if it is not.
+  [[nodiscard]] std::optional<WallTime> LostSince() const {
+    return lost_ ? lost_since_ : std::nullopt;
+  }
+
+  // By the wall clock: since when nothing answers although the port is there. Empty as long as
+  // fewer than three exchanges in a row have stayed without an answer.
+  [[nodiscard]] std::optional<WallTime> SilentSince() const {
+    return PortOpen && unanswered_ >= kFewUnanswered ? silent_since_ : std::nullopt;
+  }
+
+  // The port that was chosen, "COM3", and its device as far as it is known.
+  [[nodiscard]] std::string PortName() const;
+  [[nodiscard]] std::string Device() const { return port_.Device(); }
+
   // False for a short time after an exchange that failed, in which a late reply may still come. A
   // lone "?" is a complete answer: behind it the line only has to show that nothing follows.
   // An exchange that is begun meanwhile waits for the end of that time, with the user interface
@@ -109,6 +131,23 @@ class Link : public LinkArguments {
 
   [[nodiscard]] const LineMode& Mode() const { return mode_; }
 
+  // Sees each register that is read or written by value, behind the exchange: its number, letter
+  // and index, the word, and how it ended. It must not use the line.
+  struct Exchange {
+    int inet = 0;
+    std::string_view letter;
+    int index = 0;
+    std::int16_t word = 0;
+    bool is_write = false;
+    LinkResult result = LinkResult::kNone;
+  };
+  void Observe(std::function<void(const Exchange&)> observer) { observer_ = std::move(observer); }
+  void Observed(const Exchange& exchange) const {
+    if (observer_) {
+      observer_(exchange);
+    }
+  }
+
   bool Simulated = false;  // no port: the store in memory answers
   bool PortOpen = false;   // the link is usable, also when simulated; false while a port is lost
   LinkResult ComResult = LinkResult::kNone;
@@ -130,6 +169,7 @@ class Link : public LinkArguments {
   void ReadValue(const std::string& frame, ValueDigits digits);
   void WriteValue(const std::string& frame, Acknowledge acknowledge);
   void Finish(LinkResult result);
+  void CountAnswer(LinkResult result);
 
   void TakeOpening(const PortOpening& opening);
   void NoteEvents();
@@ -145,6 +185,7 @@ class Link : public LinkArguments {
 
   SerialPort& port_;
   const Clock& clock_;
+  std::function<void(const Exchange&)> observer_;
   LineMode mode_;
   SimulatedStore store_;
   std::array<LinkResult, 8> com_status_{};
@@ -155,6 +196,11 @@ class Link : public LinkArguments {
   std::chrono::nanoseconds text_until_{};   // an answer to a text may come till then
   std::chrono::nanoseconds quiet_until_{};  // a late reply of a failed exchange may come till then
   std::uint64_t exchanges_ = 0;
+  static constexpr int kFewUnanswered = 3;
+  AnswerCount answers_;
+  int unanswered_ = 0;                    // exchanges in a row
+  std::optional<WallTime> silent_since_;  // the first of them
+  std::optional<WallTime> lost_since_;
 };
 
 // Keeps the arguments of the link and puts them back when it goes, so that a dialog in the

@@ -28,7 +28,9 @@ Reading Alone(Link& link, const Reading& reading) {
 Reading Read(Link& link, const Register& from) {
   SetArguments(link, from.inet, from.letter, from.index);
   link.ReadReg();
-  return Result(link);
+  const Reading reading = Result(link);
+  link.Observed({from.inet, from.letter, from.index, reading.word, false, reading.status});
+  return reading;
 }
 
 Reading Read(Link& link, const MemoryPlace& from) {
@@ -55,7 +57,9 @@ LinkResult Write(Link& link, const Register& to, std::int16_t word) {
   SetArguments(link, to.inet, to.letter, to.index);
   link.ComValue = word;
   link.WriteReg();
-  return link.ComStatus(link.ComInet);
+  const LinkResult result = link.ComStatus(link.ComInet);
+  link.Observed({to.inet, to.letter, to.index, word, true, result});
+  return result;
 }
 
 LinkResult Write(Link& link, const MemoryPlace& to, std::int16_t word) {

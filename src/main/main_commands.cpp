@@ -23,9 +23,7 @@ Notice ExitQuestion() {
 }  // namespace
 
 bool MainCommands::IsEnabled(const MenuEntry& entry) const {
-  const bool opens_a_form =
-      entry.Action == MenuAction::kShow || entry.Action == MenuAction::kSettings;
-  return !opens_a_form || parts_.screens.Has(entry.Opens);
+  return entry.Opens == View::kNone || parts_.screens.Has(entry.Opens);
 }
 
 void MainCommands::Choose(const MenuEntry& entry) {
@@ -33,6 +31,7 @@ void MainCommands::Choose(const MenuEntry& entry) {
     case MenuAction::kHeading:
       return;
     case MenuAction::kShow:
+    case MenuAction::kKeys:
       ShowForm(entry);
       return;
     case MenuAction::kSettings:

@@ -1,6 +1,8 @@
 #include "main/main_sheet.h"
 
 #include <array>
+#include <cmath>
+#include <filesystem>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -9,6 +11,7 @@
 #include "files/simulated_rows.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {
@@ -113,6 +116,14 @@ std::string ShownFileName(const std::string& slot_file) {
 
 std::string ShownHours(std::int32_t sample_count, std::int32_t rec_interval) {
   return FormatMask(RecordedHours(sample_count, rec_interval), "####0.00");
+}
+
+// Seconds until then; empty if that is past or farther away than the tick that tries a lost port.
+std::optional<int> SecondsUntil(const Deadline& deadline, const Clock& clock) {
+  constexpr double kTick = 0.05;  // a deadline in single precision is that exact
+  const double seconds = std::ceil(static_cast<double>(deadline.At) - clock.Timer() - kTick);
+  const bool is_ahead = seconds >= 0 && seconds <= static_cast<double>(kWakeSeconds);
+  return is_ahead ? std::optional(static_cast<int>(seconds)) : std::nullopt;
 }
 
 }  // namespace
@@ -311,6 +322,30 @@ void MainSheet::RefreshRecording(int slot) {
   }
 }
 
+LineState MainSheet::StateOfLine() const {
+  const Link& link = parts_.link;
+  LineState line;
+  line.Simulated = link.Simulated;
+  line.PortOpen = link.PortOpen;
+  line.Port = link.PortName();
+  line.Device = link.Device();
+  line.Speed = link.Mode().PortSettings.substr(0, link.Mode().PortSettings.find(','));
+  line.Answered = link.AnsweredInLastMinute();
+  line.GoneSince = link.LostSince();
+  line.SilentSince = link.SilentSince();
+  line.NextTry = SecondsUntil(parts_.state.TickTen, parts_.clock);
+  return line;
+}
+
+void MainSheet::RefreshState() {
+  values_.lbl_State = LineStateText(StateOfLine(), parts_.clock.Now(), values_.TipLanguage);
+}
+
+void MainSheet::RefreshNow() {
+  parts_.state.SheetSlot = 0;
+  parts_.state.TickRefresh.MakeDue();
+}
+
 void MainSheet::RefreshInfo() {
   values_.lbl_Info = parts_.state.lbl_Info;
 }
@@ -376,6 +411,38 @@ void MainSheet::SaveViewedFile() {
   if (state.SlotFile[kViewedFile].empty()) {
     HideRow(kViewedFile);
   }
+}
+
+bool MainSheet::MayShowFile() const {
+  return parts_.state.ActiveView == View::kMainSheet && values_.cmd_OpenEnabled;
+}
+
+void MainSheet::ShowFile(const std::string& path) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(parts_.state, slot, path)) {
+      cmd_Work_Click(slot);
+      return;
+    }
+  }
+  SaveViewedFile();
+  parts_.files.CloseRecordingFile(kViewedFile);
+  const std::filesystem::path file(path);
+  TakeChoice(file.parent_path().string(), file.filename().string());
+  if (parts_.files.RefuseWhatIsNone(kViewedFile)) {
+    HideRow(kViewedFile);
+    return;
+  }
+  OpenViewedFile();
+}
+
+// As the choice of a file leaves it.
+void MainSheet::TakeChoice(const std::string& directory, const std::string& name) {
+  RunState& state = parts_.state;
+  state.SettingsChanged = true;
+  state.Settings.OpenFile = name;
+  state.Settings.OpenPath = directory;
+  state.SlotFile[kViewedFile] = name;
+  state.SlotPath[kViewedFile] = directory;
 }
 
 void MainSheet::OpenViewedFile() {

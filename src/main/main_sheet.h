@@ -7,6 +7,7 @@
 #include "files/recording_file.h"
 #include "files/stop_orders.h"
 #include "link/link.h"
+#include "main/line_state.h"
 #include "main/sheet_values.h"
 #include "platform/clock.h"
 #include "platform/events.h"
@@ -57,6 +58,12 @@ class MainSheet {
   // Takes over what changed outside a pass: the line beside the table.
   void RefreshInfo();
 
+  // What is known of the line now, in words. Sends nothing.
+  void RefreshState();
+
+  // F5: the next pass begins at once.
+  void RefreshNow();
+
   // The commands of a row.
   void lb_TavNo_Click(int slot);
   void tx_Des_Change(int slot, const std::string& text);
@@ -65,6 +72,13 @@ class MainSheet {
   // Lets the user choose a recording file to look at and opens it in row 0 and on the worksheet.
   // Cancel leaves the row as it was; a file that is refused hides the row.
   void cmd_Open_Click();
+
+  // Shows the file at that path from the root as if it had been chosen with cmd_Open; the file to
+  // which a test records, on the worksheet of that test. Only while MayShowFile().
+  void ShowFile(const std::string& path);
+
+  // No screen is open, and the start is over.
+  [[nodiscard]] bool MayShowFile() const;
 
   // The main form is no longer in front: the count of the backlog has been seen.
   void LeaveFront();
@@ -87,6 +101,7 @@ class MainSheet {
     std::string file;
   };
 
+  [[nodiscard]] LineState StateOfLine() const;
   void EmptyCells(int slot);
   void BeginPass();
   void EndPass();
@@ -99,6 +114,7 @@ class MainSheet {
   void RefreshRecording(int slot);
   void SaveViewedFile();
   void OpenViewedFile();
+  void TakeChoice(const std::string& directory, const std::string& name);
   void ShowViewedFile();
 
   SheetRow& Row(int slot) { return values_.Rows[slot]; }

@@ -38,6 +38,7 @@ struct SheetValues {
   std::string Caption;
   BySlot<SheetRow> Rows;   // 0 is the viewed file
   std::string lbl_Info;    // empty: hidden
+  std::string lbl_State;   // the line to the instruments, in words
   bool Indicator = false;  // a pass over the rows is going on
   bool picActual = false;  // the table is shown
   bool picCmds = true;     // the commands are shown

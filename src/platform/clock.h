@@ -13,6 +13,8 @@ struct WallTime {
   int Hour = 0;     // 0..23
   int Minute = 0;   // 0..59
   int Second = 0;   // 0..60
+
+  int ZoneMinutes = 0;  // by which local time is ahead of universal time; below 0 west of it
 };
 
 // The three times the program knows. They never share a purpose: deadlines of the day use

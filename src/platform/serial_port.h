@@ -41,6 +41,10 @@ class SerialPort {
   // The settings in force, read back from the port; empty while it is closed.
   [[nodiscard]] virtual std::string Settings() const = 0;
 
+  // The path of the device that is open, or was until it vanished: "/dev/ttyUSB0". Empty if it is
+  // not known.
+  [[nodiscard]] virtual std::string Device() const { return {}; }
+
   // Hands all of `bytes` to the line. False if the port is closed or failed.
   virtual bool Write(std::string_view bytes) = 0;
 

@@ -13,6 +13,8 @@
 namespace tavrel {
 namespace {
 
+constexpr int kFewestRows = 3;  // on a small screen
+constexpr int kLeastWidth = 300;
 constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
 
 bool IsEnter(int key) {
@@ -27,8 +29,7 @@ EditGrid::EditGrid(const char* name, int rows, int columns, QWidget* parent)
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setSelectionMode(QAbstractItemView::SingleSelection);
   setTabKeyNavigation(false);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   setItemDelegate(new FramedCells(this));
   for (QHeaderView* header : {horizontalHeader(), verticalHeader()}) {
     header->setSectionResizeMode(QHeaderView::Fixed);
@@ -83,6 +84,11 @@ QSize EditGrid::sizeHint() const {
   const int frame = 2 * frameWidth();
   return {verticalHeader()->sizeHint().width() + horizontalHeader()->length() + frame,
           horizontalHeader()->sizeHint().height() + verticalHeader()->length() + frame};
+}
+
+QSize EditGrid::minimumSizeHint() const {
+  const int hidden = std::max(rowCount() - kFewestRows, 0) * verticalHeader()->defaultSectionSize();
+  return {std::min(kLeastWidth, sizeHint().width()), sizeHint().height() - hidden};
 }
 
 // The keyboard goes where the current cell is.

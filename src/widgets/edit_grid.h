@@ -33,9 +33,9 @@ class EditGrid : public QTableWidget {
   // Cheap while nothing has changed.
   void ShowCell(int row, int column, const GridCell& cell);
 
-  // The size at which every cell is in sight.
+  // The size at which every cell is in sight. With less the grid scrolls.
   [[nodiscard]] QSize sizeHint() const override;
-  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  signals:
   // The choices of a cell are wanted.

@@ -6,10 +6,13 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <utility>
 
 #include "platform/qt/window_in_front.h"
+#include "widgets/form_room.h"
+#include "widgets/letters.h"
 #include "widgets/muted_label.h"
 #include "widgets/number_edit.h"
 
@@ -23,10 +26,71 @@ ModalForm::ModalForm(ModalScreen& screen, const char* name, std::string_view cap
 }
 
 void ModalForm::Run() {
+  MarkLetters();
   UpdateWidgets();
   if (screen_.IsOpen()) {
+    FitToScreen();
+    TakePreferredSize();
+    fitted_ = size();
     exec();
   }
+}
+
+void ModalForm::TakePreferredSize() {
+  if (preferred_.isValid() && !IsFixed() && !isMaximized()) {
+    resize(preferred_.boundedTo(RoomFor(*this)));
+  }
+}
+
+void ModalForm::FitToScreen() {
+  const QSize before = size();
+  FitForm(*this, RoomFor(*this));
+  if (size() != before) {
+    fitted_ = size();
+  }
+  if (isVisible()) {
+    KeepOnScreen(*this);
+  }
+}
+
+bool ModalForm::HasUsersSize() const {
+  return !IsFixed() && !isMaximized() && !isFullScreen() && size() != fitted_;
+}
+
+// The bar and the buttons share the keyboard of the form, the entries of a menu have it while that
+// is open.
+void ModalForm::MarkLetters() {
+  Letters letters;
+  if (QWidget* bar = layout() != nullptr ? layout()->menuBar() : nullptr) {
+    for (QAction* action : bar->actions()) {
+      letters.Mark(*action);
+      Letters of_menu;
+      for (QAction* entry :
+           action->menu() != nullptr ? action->menu()->actions() : QList<QAction*>()) {
+        of_menu.Mark(*entry);
+      }
+    }
+  }
+  for (QPushButton* button : buttons_) {
+    letters.Mark(*button);
+  }
+}
+
+// The frame around the first window of the program is known only when that is shown.
+void ModalForm::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (!event->spontaneous()) {
+    QTimer::singleShot(0, this, [this] { FitToScreen(); });
+  }
+}
+
+// The contents ask for more than before.
+bool ModalForm::event(QEvent* event) {
+  const bool is_done = QDialog::event(event);
+  if (event->type() == QEvent::LayoutRequest && isVisible()) {
+    FitToScreen();
+  }
+  return is_done;
 }
 
 void ModalForm::reject() {
@@ -53,6 +117,9 @@ void ModalForm::ShowTips(std::span<const ToolTip> tips, Language language) {
 
 QPushButton* ModalForm::MakeButton(const char* name, const char* caption, Press press) {
   auto* button = new QPushButton(caption, this);
+  if (*caption != '\0') {
+    buttons_.push_back(button);
+  }
   button->setObjectName(name);
   button->setAccessibleName(caption);
   button->setAutoDefault(false);
@@ -144,6 +211,10 @@ void ModalForm::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (enter && event->isAutoRepeat()) {
     event->accept();
+    return;
+  }
+  if (event->matches(QKeySequence::HelpContents)) {
+    emit HelpAsked();
     return;
   }
   QDialog::keyPressEvent(event);

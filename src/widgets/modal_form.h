@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/tool_tips.h"
 #include "state/modal_screen.h"
@@ -34,6 +35,10 @@ inline constexpr int kNarrowMargin = 12;  // of a form that is a table or a pict
 // button from anywhere, Escape and the close box are the same event; neither key reaches anything
 // else. A form that its logic still calls open stays open whatever the user does.
 //
+// A form is never larger than the free area of its screen (widgets/form_room.h).
+//
+// Its menus and buttons have letters that choose them together with Alt.
+//
 // A control made here carries its name as its object name, by which tips and tests find it. What
 // it is given to run is followed by AfterEvent().
 class ModalForm : public QDialog {
@@ -47,6 +52,17 @@ class ModalForm : public QDialog {
 
   // Escape and the close box.
   void reject() override;
+
+  // The size that the user has given it before; no effect on a form of a fixed size. Call it before
+  // Run.
+  void PreferSize(QSize size) { preferred_ = size; }
+
+  // The user has given it another size than it came with.
+  [[nodiscard]] bool HasUsersSize() const;
+
+ signals:
+  // F1.
+  void HelpAsked();
 
  protected:
   // Copies what the logic says to the widgets.
@@ -91,9 +107,19 @@ class ModalForm : public QDialog {
   QVBoxLayout* MakeFixedColumn(int margin);
 
   void keyPressEvent(QKeyEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
+  void FitToScreen();
+  void MarkLetters();
+  void TakePreferredSize();
+  [[nodiscard]] bool IsFixed() const { return minimumSize() == maximumSize(); }
+
   ModalScreen& screen_;
+  std::vector<QPushButton*> buttons_;  // with captions that stay
+  QSize preferred_;
+  QSize fitted_;  // the size that it came with
 };
 
 }  // namespace tavrel

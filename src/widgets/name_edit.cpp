@@ -1,6 +1,6 @@
 #include "widgets/name_edit.h"
 
-#include <QKeyEvent>
+#include <QFocusEvent>
 #include <QPainter>
 
 #include "widgets/shades.h"
@@ -36,15 +36,6 @@ void NameEdit::paintEvent(QPaintEvent* event) {
       QPen(hasFocus() ? palette().color(QPalette::Highlight) : EdgeOf(palette()), width));
   const qreal inset = width / 2;
   painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), 4, 4);
-}
-
-// Enter is the end of typing: the keyboard goes on to the next control.
-void NameEdit::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    focusNextChild();
-    return;
-  }
-  QLineEdit::keyPressEvent(event);
 }
 
 // A long name shows its beginning again.

@@ -19,7 +19,6 @@ class NameEdit : public QLineEdit {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 };
 

@@ -158,6 +158,7 @@ void ProgramRunner::StepProgram(int slot) {
     parts_.state.ProgRunning[slot] = false;
     return;
   }
+  const ControllerJournal::Actor actor(parts_.engine.Controllers(), "program");
   const auto done = static_cast<std::size_t>(unit.UnitProgStep);
   const ProgramStep& step = ProgTable[slot].steps.at(done);
   if (!SendStep(slot, step)) {

@@ -54,6 +54,9 @@ class Worksheet : public ModalScreen {
   // and one that fails ends it, for nothing may hold up the keyboard; the next tick goes on behind.
   void Refresh();
 
+  // F5: the next tick begins a refresh.
+  void RefreshNow() { parts_.state.TickRefresh.MakeDue(); }
+
   // The buttons.
   void cmd_Rec_Click(int index);  // 1 start, 2 stop
   void cmd_New_Click();

@@ -129,7 +129,7 @@ TEST(CloseRecordingFile, SyncsTheRows) {
   room.Pump(1);
   SyncedFiles().clear();
   room.files.CloseRecordingFile(12);
-  EXPECT_EQ(SyncedFiles(), std::vector<std::string>{kName});
+  EXPECT_EQ(SyncedFiles(), (std::vector<std::string>{kName, kName})) << "and its journal";
   SyncedFiles().clear();
   room.files.CloseRecordingFile(12);
   EXPECT_TRUE(SyncedFiles().empty());

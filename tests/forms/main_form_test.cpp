@@ -1,4 +1,7 @@
+#include <QAction>
+#include <QApplication>
 #include <QLineEdit>
+#include <functional>
 
 #include "tests/support/form_bench.h"
 
@@ -109,6 +112,7 @@ TEST_F(MainForm, TakesTheNameOverWhileTheUserTypesAndKeepsTheCursor) {
   Start();
   auto* name = Find<QLineEdit>("tx_Des_1");
   name->setFocus();
+  QTest::keyClick(name, Qt::Key_F2);
   name->setCursorPosition(0);
   QTest::keyClicks(name, "Big ");
   Run(1);
@@ -122,16 +126,126 @@ TEST_F(MainForm, KeepsABlankThatTheUserTypesAtTheEnd) {
   Install(1, 1, 1, "Furnace");
   Start();
   auto* name = Find<QLineEdit>("tx_Des_1");
-  name->end(false);
+  QTest::keyClick(name, Qt::Key_F2);
   QTest::keyClicks(name, " ");
   Run(1);
   EXPECT_EQ(name->text(), "Furnace ");
   EXPECT_EQ(bench.state.Unit[1].ApparatusName(), "Furnace");
 }
 
+TEST_F(MainForm, KeepsANameFromStrayKeys) {
+  Install(1, 1, 1, "Furnace");
+  Start();
+  form->activateWindow();
+  Find("lb_TavNo_1")->setFocus();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  auto* name = Find<QLineEdit>("tx_Des_1");
+  ASSERT_TRUE(name->hasFocus());
+  EXPECT_FALSE(name->hasSelectedText());
+  QTest::keyClicks(name, " x7");
+  QTest::keyClick(name, Qt::Key_T, Qt::AltModifier);
+  QTest::keyClick(name, Qt::Key_Delete);
+  QTest::keyClick(name, Qt::Key_Backspace);
+  Run(1);
+  EXPECT_EQ(name->text(), "Furnace");
+  EXPECT_EQ(bench.state.Unit[1].ApparatusName(), "Furnace");
+  EXPECT_FALSE(bench.state.SlotDirty[1]);
+}
+
+TEST_F(MainForm, EditsANameAfterEnterF2OrAClick) {
+  Install(1, 1, 1, "Furnace");
+  Install(2, 1, 2, "Chamber");
+  Start();
+  const std::vector<std::function<void(QWidget*)>> ways = {
+      [](QWidget* name) { QTest::keyClick(name, Qt::Key_Return); },
+      [](QWidget* name) { QTest::keyClick(name, Qt::Key_F2); },
+      [](QWidget* name) { QTest::mouseClick(name, Qt::LeftButton); }};
+  for (const int slot : {1, 2}) {
+    auto* name = Find<QLineEdit>(qPrintable(QString("tx_Des_%1").arg(slot)));
+    for (const auto& begin : ways) {
+      Find("cmd_Open")->setFocus();
+      const QString before = name->text();
+      name->setFocus();
+      begin(name);
+      name->end(false);
+      QTest::keyClick(name, Qt::Key_B, Qt::AltModifier);
+      QTest::keyClicks(name, "+");
+      EXPECT_EQ(name->text(), before + "+");
+      EXPECT_EQ(bench.state.Unit[slot].ApparatusName(), (before + "+").toStdString());
+      QTest::keyClick(name, Qt::Key_Return);
+      EXPECT_TRUE(name->isReadOnly());
+    }
+  }
+}
+
+TEST_F(MainForm, PutsTheOldNameBackAtEscape) {
+  Install(1, 1, 1, "Furnace");
+  Start();
+  auto* name = Find<QLineEdit>("tx_Des_1");
+  name->setFocus();
+  QTest::keyClick(name, Qt::Key_F2);
+  QTest::keyClick(name, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(name, "wrong");
+  EXPECT_EQ(bench.state.Unit[1].ApparatusName(), "wrong");
+  QTest::keyClick(name, Qt::Key_Escape);
+  EXPECT_EQ(name->text(), "Furnace");
+  EXPECT_EQ(bench.state.Unit[1].ApparatusName(), "Furnace");
+  QTest::keyClicks(name, "x");
+  EXPECT_EQ(name->text(), "Furnace");
+}
+
+TEST_F(MainForm, BeginsAtTheSamePlaceWhateverTheRows) {
+  Install(3, 1, 1, "Furnace");
+  bench.screens.built.insert(View::kAllOpen);
+  Start();
+  form->activateWindow();
+  EXPECT_TRUE(WaitUntil([this] { return Find("cmd_Open")->hasFocus(); }));
+}
+
+TEST_F(MainForm, OpensEachRowByItsKey) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    Install(slot, 1 + slot % 6, 1, "Furnace");
+  }
+  bench.screens.built.insert(View::kTavWork);
+  Start(kSlots);
+  form->activateWindow();
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const auto key = static_cast<Qt::Key>(Qt::Key_0 + slot % 10);
+    QTest::keyClick(form.get(), key, slot < 10 ? Qt::ControlModifier : Qt::AltModifier);
+    EXPECT_TRUE(WaitUntil([&] { return bench.state.SelSlot == slot; })) << "row " << slot;
+    bench.state.SelSlot = 0;
+  }
+}
+
+TEST_F(MainForm, ReadsTheRowsAgainAtF5) {
+  Install(1, 1, 1, "Furnace");
+  Start();
+  Run(1);
+  bench.line.registers[{1, 'Y', 2}] = 3000;
+  bench.Run(1);
+  EXPECT_NE(bench.Row(1).lb_Ref, "150.0") << "the next pass is due 5 s behind the last one";
+  QTest::keyClick(form.get(), Qt::Key_F5);
+  Run(1);
+  EXPECT_EQ(TextOf("lb_Ref_1"), "150.0");
+}
+
+TEST_F(MainForm, SaysTheStateOfTheLineInTheLanguageOfTheSettings) {
+  Install(1, 1, 1, "Furnace");
+  Start();
+  EXPECT_TRUE(WaitUntil([this] { return TextOf("lbl_State").contains(" in the last minute"); }));
+  EXPECT_TRUE(TextOf("lbl_State").startsWith("COM1"));
+  EXPECT_TRUE(Find("lbl_State")->isVisible());
+  EXPECT_EQ(Find("lbl_State")->accessibleName(), TextOf("lbl_State"));
+  bench.state.Settings.HelpLang = "German";
+  bench.sheet.SetCaptionAndTips();
+  EXPECT_TRUE(WaitUntil([this] { return TextOf("lbl_State").contains("letzten Minute"); }));
+  EXPECT_EQ(form->findChild<QAction*>("MnuKeys")->text(), "&Tasten   ");
+}
+
 TEST_F(MainForm, TakesNoNameThatTheHeaderCannotHold) {
   Install(1, 1, 1, "");
   Start();
+  QTest::keyClick(Find("tx_Des_1"), Qt::Key_F2);
   QTest::keyClicks(Find("tx_Des_1"), "12345678901234567890");
   EXPECT_EQ(TextOf("tx_Des_1"), "1234567890123456");
   EXPECT_EQ(bench.state.Unit[1].ApparatusName(), "1234567890123456");
@@ -187,6 +301,7 @@ TEST_F(MainForm, WritesANameThatWasEditedWhenItCloses) {
   Install(1, 1, 1, "Furnace");
   Start();
   auto* name = Find<QLineEdit>("tx_Des_1");
+  QTest::keyClick(name, Qt::Key_F2);
   name->selectAll();
   QTest::keyClicks(name, "Oven");
   form->close();

@@ -14,17 +14,17 @@ class MainMenu : public FormBench {
   static QStringList CaptionsOf(const QList<QAction*>& actions) {
     QStringList captions;
     for (const QAction* action : actions) {
-      captions << action->text();
+      captions << action->text().remove('&');
     }
     return captions;
   }
   void Choose(const char* name) { form->findChild<QAction*>(name)->trigger(); }
 };
 
-TEST_F(MainMenu, HasItsHeadingsAndTwoCommandsInTheBar) {
+TEST_F(MainMenu, HasItsHeadingsAndThreeCommandsInTheBar) {
   Start();
   EXPECT_EQ(CaptionsOf(form->menuBar()->actions()),
-            QStringList({"Tools  ", "Diagnostic  ", "Help   ", "Exit"}));
+            QStringList({"Tools  ", "Diagnostic  ", "Help   ", "Keys   ", "Exit"}));
 }
 
 // A list that opens out of the form, be it a menu or that of a text field, is a part of it.
@@ -63,6 +63,40 @@ TEST_F(MainMenu, HasItsEntriesInTheirOrder) {
             QStringList({"Quality  System", "Test:     Com - Port", "Test:     Memory",
                          "Test:     Outputs", "Test:     Watchdog", "Show:   Variables",
                          "Show:   Registers", "Terminal"}));
+}
+
+// A letter that two of them have chooses neither.
+TEST_F(MainMenu, GivesEachLetterOnce) {
+  Start();
+  QList<QList<QAction*>> lists = {form->menuBar()->actions()};
+  for (const int place : {0, 1}) {
+    lists << form->menuBar()->actions()[place]->menu()->actions();
+  }
+  for (const QList<QAction*>& list : lists) {
+    QStringList letters;
+    for (const QAction* action : list) {
+      const QString key = QKeySequence::mnemonic(action->text()).toString();
+      EXPECT_FALSE(key.isEmpty()) << action->text().toStdString();
+      EXPECT_FALSE(letters.contains(key)) << action->text().toStdString();
+      letters << key;
+    }
+  }
+  EXPECT_EQ(form->findChild<QAction*>("MnuSettings")->text(), "System:    &Settings  ");
+}
+
+TEST_F(MainMenu, HasKeysForItsCommands) {
+  bench.screens.built = {View::kTavSett, View::kTavKeys};
+  bench.dialogs.ok = false;
+  Start();
+  form->activateWindow();
+  QTest::keyClick(form.get(), Qt::Key_Comma, Qt::ControlModifier);
+  EXPECT_EQ(bench.screens.shown, std::vector<View>{View::kTavSett});
+  QTest::keyClick(form.get(), Qt::Key_K, Qt::AltModifier);
+  EXPECT_EQ(bench.screens.shown.back(), View::kTavKeys);
+  QTest::keyClick(form.get(), Qt::Key_Q, Qt::ControlModifier);
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "Exit");
+  EXPECT_FALSE(bench.commands.HasEnded());
 }
 
 TEST_F(MainMenu, GreysWhatIsNotThere) {

@@ -266,7 +266,7 @@ TEST_F(SettingsWindow, OpensTheManualOfItsListByMenuAndKey) {
   Then("TAVSETT", [] {
     auto* help = Form()->findChild<QAction*>("MnuHelp");
     ASSERT_NE(help, nullptr);
-    EXPECT_EQ(help->text(), "Help   ");
+    EXPECT_EQ(help->text(), "&Help   ");
     EXPECT_EQ(help->shortcut(), QKeySequence(Qt::Key_F1));
     help->trigger();
     List("cboHelp")->setCurrentIndex(1);
@@ -310,6 +310,28 @@ TEST_F(SettingsWindow, HasRoomForTheLongestTexts) {
     auto* path = Find<QPushButton>("cmdPath");
     EXPECT_GE(path->width(), path->sizeHint().width());
     EXPECT_LE(Form()->width(), 640);
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+// The entries begin with blanks, which nobody types.
+TEST_F(SettingsWindow, FindsTheEntriesOfAListByTheirLetters) {
+  Then("TAVSETT", [] {
+    List("cboHelp")->setFocus();
+    QTest::keyClicks(List("cboHelp"), "g");
+    EXPECT_EQ(ShownIn("cboHelp"), " German");
+    List("cboMode")->setFocus();
+    QTest::keyClicks(List("cboMode"), "plug");
+    EXPECT_EQ(ShownIn("cboMode"), " plug-in  KBL232");
+    List("CboWidth")->setFocus();
+    QTest::keyClicks(List("CboWidth"), "4");
+    EXPECT_EQ(ShownIn("CboWidth"), "   4 pt");
+    List("cboCom")->setFocus();
+    QTest::keyClicks(List("cboCom"), "com12");
+    EXPECT_EQ(ShownIn("cboCom"), " COM12");
+    QTest::keyClicks(List("cboDia"), "x");
+    EXPECT_EQ(ShownIn("cboDia"), " no");
     Key(Qt::Key_Escape);
   });
   Run();

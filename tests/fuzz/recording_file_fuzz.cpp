@@ -20,7 +20,9 @@ using Files = std::map<std::string, std::uintmax_t>;  // lengths by name
 Files FilesIn(const TemporaryDirectory& directory) {
   Files files;
   for (const auto& entry : std::filesystem::directory_iterator(directory.Path())) {
-    files[entry.path().filename().string()] = entry.file_size();
+    if (entry.is_regular_file()) {
+      files[entry.path().filename().string()] = entry.file_size();
+    }
   }
   return files;
 }

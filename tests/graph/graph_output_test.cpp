@@ -39,7 +39,9 @@ class TheOutput : public testing::Test, public GraphBench {
   std::vector<std::string> FilesOfDirectory() const {
     std::vector<std::string> files;
     for (const auto& entry : std::filesystem::directory_iterator(program.home.File("tavdat"))) {
-      files.push_back(entry.path().filename());
+      if (entry.is_regular_file()) {
+        files.push_back(entry.path().filename());
+      }
     }
     std::ranges::sort(files);
     return files;

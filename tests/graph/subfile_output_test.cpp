@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "files/journal_check.h"
+#include "files/recording_format.h"
 #include "graph/graph_output.h"
 #include "tests/files/recording_room.h"
 #include "tests/support/graph_bench.h"
@@ -87,6 +89,30 @@ TEST_F(TheSubfileCommand, WritesHeaderAndRows) {
   EXPECT_FALSE(program.state.IndexValid);
   EXPECT_TRUE(Boxes().empty());
   EXPECT_EQ(FileBytes(kName), source);
+}
+
+TEST_F(TheSubfileCommand, BeginsAJournalThatNamesItsSource) {
+  program.state.Unit[program.state.SelSlot].UnitRecOn = 1;
+  program.files.WriteHeader(program.state.SelSlot);
+  Save("S260314A.OVN");
+  const auto journal_of = [this](const std::string& name) {
+    return ReadJournal(FileBytes("journal/" + name));
+  };
+  const JournalReading journal = journal_of("S260314A.OVN");
+  ASSERT_FALSE(journal.Entries.empty());
+  const std::string file = FileBytes("S260314A.OVN");
+  EXPECT_EQ(CheckRecording(std::as_bytes(std::span(file)), journal).Verdict, Verdict::kIntact);
+  const JsonValue* const origin = journal.Entries.front().Fields.Find("origin");
+  ASSERT_NE(origin, nullptr);
+  EXPECT_EQ(*origin->Find("file")->Text(), kName);
+  const auto rows = *origin->Find("last")->Whole() - *origin->Find("first")->Whole() + 1;
+  EXPECT_EQ(rows, SampleCountOf(static_cast<std::int64_t>(file.size()), 3));
+  const auto first = static_cast<std::size_t>(*origin->Find("first")->Whole());
+  EXPECT_EQ(file.substr(1000, 6), source.substr(1000 + first * 6, 6));
+  ASSERT_NE(origin->Find("id"), nullptr);
+  EXPECT_EQ(*origin->Find("id")->Text(), journal_of(kName).Id());
+  ASSERT_NE(origin->Find("seal"), nullptr);
+  EXPECT_EQ(origin->Find("seal")->Find("data")->Text()->size(), 64U);
 }
 
 TEST_F(TheSubfileCommand, MakesANewNameInCapitals) {

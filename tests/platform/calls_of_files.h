@@ -9,13 +9,17 @@ namespace tavrel {
 // While it lives the system reads and writes files at a place (pread, pwrite) and puts them to the
 // disk (fsync) as a bad medium does. One at a time.
 // Levers: longest (bytes that one call moves at most), good_reads and good_syncs (calls of either
-// kind until one fails with EIO; below 0: none fails).
+// kind until one fails with EIO; below 0: none fails), kill_at (writes until the process ends at
+// once with status 9, below 0: never; it ends before that write, in the middle of it or behind it
+// for kill_after_parts 0, 1 and 2).
 class CallsOfFiles {
  public:
   struct Levers {
     std::size_t longest = std::numeric_limits<std::size_t>::max();
     int good_reads = -1;
     int good_syncs = -1;
+    int kill_at = -1;
+    int kill_after_parts = 0;
   };
   explicit CallsOfFiles(Levers levers);
   ~CallsOfFiles();

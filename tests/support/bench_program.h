@@ -91,7 +91,7 @@ class BenchProgram : public BenchMachine, public ProgramLogic {
   // From the loaded settings to the running cycle.
   void Start() {
     state.SettingsRead = true;
-    ASSERT_TRUE(start_up.MainFormLoad());
+    ASSERT_TRUE(LoadMainForm());
     start_up.MainFormShow();
   }
 

@@ -439,7 +439,22 @@ TEST_F(TwelveRamps, StepOneInATickInTheirOrder) {
   EXPECT_EQ(stepped, expected) << "the second step of each";
 }
 
-TEST_F(TwelveRamps, MakeUpForTheMinutesOfASleepAndTheUserIsTold) {
+struct Sleep {
+  const char* name;
+  double timer;  // seconds since midnight when the programs start
+};
+
+class SleepingRamps : public TwelveRamps, public testing::WithParamInterface<Sleep> {
+ protected:
+  void SetUp() override { bench.clock.timer_at_start = GetParam().timer; }
+};
+
+INSTANTIATE_TEST_SUITE_P(TimesOfDay, SleepingRamps,
+                         testing::Values(Sleep{"by_day", 36000}, Sleep{"over_midnight", 86000},
+                                         Sleep{"from_the_last_minute_of_the_day", 86298}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST_P(SleepingRamps, MakeUpForTheirMinutesAndTheUserIsTold) {
   StartAll();
   bench.Run(1);
   bench.clock.AdvanceSeconds(8 * 60);
@@ -458,6 +473,16 @@ TEST_F(TwelveRamps, MakeUpForTheMinutesOfASleepAndTheUserIsTold) {
   bench.clock.AdvanceSeconds(120);
   bench.Run(1);
   EXPECT_EQ(bench.dialogs.announced.size(), 2U) << "another sleep";
+}
+
+TEST_F(TwelveRamps, MakeUpForANightOfMoreThanADay) {
+  StartAll();
+  bench.Run(1);
+  bench.clock.AdvanceSeconds(24 * 3600 + 8 * 60);
+  bench.Run(30);
+  ASSERT_GE(bench.dialogs.announced.size(), 1U);
+  EXPECT_THAT(bench.dialogs.announced[0].Text, testing::HasSubstr("stood still for 1447 minutes."));
+  EXPECT_FALSE(bench.state.ProgRunning[1]) << "it came to its end on the way";
 }
 
 TEST_F(TwelveRamps, TellNothingOfASleepInWhichNoneRuns) {

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QVBoxLayout>
 #include <chrono>
 
@@ -114,7 +113,6 @@ void AllOpen::Arrange() {
   all->setSpacing(kListMargin);
   all->addLayout(files, 3);
   all->addLayout(right, 2);
-  resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 // The default button shows what the Enter key does where the keyboard is.

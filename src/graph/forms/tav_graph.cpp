@@ -125,6 +125,7 @@ void TavGraph::MakeMenu() {
     action->setObjectName(entry.name);
     connect(action, &QAction::triggered, this, [this, &entry] { Execute(entry.command); });
   }
+  output->actions().front()->setShortcut(QKeySequence::Print);
   QAction* help = menu_->addAction("Help");
   help->setObjectName("MnuHelp");
   help->setShortcut(QKeySequence::HelpContents);

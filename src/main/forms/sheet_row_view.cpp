@@ -1,6 +1,7 @@
 #include "main/forms/sheet_row_view.h"
 
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QPainter>
 
 #include "base/tool_tips.h"
@@ -36,6 +37,13 @@ class SelectMark : public QWidget {
  private:
   static constexpr int kSide = 13;
 };
+
+// Ctrl and the number of the row; the ten of 10 to 12 is Alt. Ctrl+0 is the viewed file.
+QKeySequence KeyOfRow(int row) {
+  constexpr int kTen = 10;
+  const Qt::KeyboardModifier with = row < kTen ? Qt::ControlModifier : Qt::AltModifier;
+  return {QKeyCombination(with, static_cast<Qt::Key>(Qt::Key_0 + row % kTen))};
+}
 
 // The one child fills the cell.
 void Fill(QWidget* cell, QWidget* child) {
@@ -106,13 +114,13 @@ void SheetRowView::MakeNumber(const SheetColumns& columns) {
 }
 
 void SheetRowView::MakeName(const SheetColumns& columns) {
-  tx_des_ = Named(new NameEdit(this), "tx_Des");
+  tx_des_ = Named(new GuardedEdit(this), "tx_Des");
   tx_des_->setFont(columns.ValueFont);
   tx_des_->setMaxLength(kNameLength);
   tx_des_->setFixedHeight(columns.StatusHeight);
   tx_des_->setEnabled(false);
   tx_des_->setAccessibleName(Called("apparatus"));
-  connect(tx_des_, &NameEdit::textEdited, this,
+  connect(tx_des_, &GuardedEdit::textEdited, this,
           [this](const QString& text) { emit NameEdited(row_, text); });
 }
 
@@ -121,6 +129,7 @@ void SheetRowView::MakeButton(const SheetColumns& columns) {
   cmd_work_->setFixedHeight(columns.StatusHeight);
   cmd_work_->setEnabled(false);
   cmd_work_->setAccessibleName(Called("worksheet"));
+  cmd_work_->setShortcut(KeyOfRow(row_));
   connect(cmd_work_, &GlyphButton::clicked, this, [this] { emit WorkClicked(row_); });
 }
 

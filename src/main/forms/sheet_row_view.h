@@ -12,7 +12,7 @@
 #include "main/sheet_values.h"
 #include "widgets/colour_cell.h"
 #include "widgets/glyph_button.h"
-#include "widgets/name_edit.h"
+#include "widgets/guarded_edit.h"
 
 namespace tavrel {
 
@@ -61,7 +61,7 @@ class SheetRowView : public QWidget {
   QWidget* img_tav_sel_ = nullptr;
   ColourCell* sh_tav_no_ = nullptr;
   GlyphButton* lb_tav_no_ = nullptr;
-  NameEdit* tx_des_ = nullptr;
+  GuardedEdit* tx_des_ = nullptr;
   QLabel* lb_ref_ = nullptr;
   QLabel* lb_ctrl_ = nullptr;
   StatusCell cstat_;

@@ -22,6 +22,9 @@ class SheetTable : public QWidget {
   // Copies what differs from what was shown last.
   void UpdateWidgets(const SheetValues& now);
 
+  // The keyboard goes where it is at each start: to the command that is always there.
+  void FocusFirst() { cmd_open_->setFocus(Qt::OtherFocusReason); }
+
   // What the sheet takes with `rows` of the twelve in use; its width is always the same.
   [[nodiscard]] QSize SizeWith(int rows) const;
 

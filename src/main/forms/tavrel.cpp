@@ -7,12 +7,15 @@
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QWindow>
 #include <algorithm>
 #include <chrono>
 
 #include "main/forms/emblem.h"
+#include "widgets/form_room.h"
+#include "widgets/letters.h"
 #include "widgets/shades.h"
 
 namespace tavrel {
@@ -23,12 +26,51 @@ using std::chrono::milliseconds;
 // A window that is never painted (it starts minimised) must measure all the same.
 constexpr milliseconds kPaintLimit{400};
 
+constexpr QSize kLeastSheet{240, 120};
 constexpr int kFewestRows = 4;     // a smaller window looks lost
 constexpr int kRoomForNames = 40;  // beside the least width
 
 QString Text(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
+
+QString CaptionOf(const MenuEntry& entry, Language language) {
+  const bool is_german = language == Language::kGerman && !entry.German.empty();
+  const QString caption = Text(is_german ? entry.German : entry.Caption);
+  return Letters::Marked(caption, is_german ? caption.at(0) : QChar::fromLatin1(entry.Letter));
+}
+
+QKeySequence KeyOf(const MenuEntry& entry) {
+  if (entry.Control == "MnuExit") {
+    return QKeySequence(Qt::CTRL | Qt::Key_Q);
+  }
+  switch (entry.Action) {
+    case MenuAction::kHelp:
+      return QKeySequence::HelpContents;
+    case MenuAction::kSettings:
+      return QKeySequence(Qt::CTRL | Qt::Key_Comma);
+    default:
+      return {};
+  }
+}
+
+// A text of one line that ends in an ellipsis where its room ends; its tip says all of it.
+class OneLine : public QLabel {
+ public:
+  explicit OneLine(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    const QRect room = rect().adjusted(indent(), 0, 0, 0);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
+    painter.setPen(palette().color(foregroundRole()));
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+  }
+};
 
 // The mark of a pass over the rows: a small disc that keeps its place while it is hidden.
 class IndicatorMark : public QWidget {
@@ -64,11 +106,7 @@ Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   setAttribute(Qt::WA_AlwaysShowToolTips);
   MakeMenu();
   table_ = new SheetTable;
-  scroll_ = new QScrollArea(this);
-  scroll_->setFrameShape(QFrame::NoFrame);
-  scroll_->setWidgetResizable(true);
-  scroll_->setFocusPolicy(Qt::NoFocus);
-  scroll_->setWidget(table_);
+  scroll_ = new ScrollingPart(table_, kLeastSheet, this);
   setCentralWidget(scroll_);
   MakeStatusLine();
   ConnectSheet();
@@ -89,12 +127,13 @@ void Tavrel::MakeMenu() {
   QMenu* below = nullptr;
   for (const MenuEntry& entry : kMainMenu) {
     if (entry.Action == MenuAction::kHeading) {
-      below = menuBar()->addMenu(Text(entry.Caption));
+      below = menuBar()->addMenu(CaptionOf(entry, language_));
       below->menuAction()->setObjectName(Text(entry.Control));
       continue;
     }
     QAction* action = MakeEntry(entry);
-    const bool in_bar = entry.Control == "MnuHelp" || entry.Control == "MnuExit";
+    const bool in_bar =
+        entry.Control == "MnuHelp" || entry.Control == "MnuKeys" || entry.Control == "MnuExit";
     if (in_bar || below == nullptr) {
       menuBar()->addAction(action);
     } else {
@@ -104,12 +143,10 @@ void Tavrel::MakeMenu() {
 }
 
 QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
-  auto* action = new QAction(Text(entry.Caption), this);
+  auto* action = new QAction(CaptionOf(entry, language_), this);
   action->setObjectName(Text(entry.Control));
   action->setEnabled(parts_.commands.IsEnabled(entry));
-  if (entry.Action == MenuAction::kHelp) {
-    action->setShortcut(QKeySequence::HelpContents);
-  }
+  action->setShortcut(KeyOf(entry));
   connect(action, &QAction::triggered, this, [this, &entry] {
     parts_.commands.Choose(entry);
     AfterEvent();
@@ -119,12 +156,16 @@ QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
 
 void Tavrel::MakeStatusLine() {
   statusBar()->setSizeGripEnabled(false);
+  lbl_state_ = new OneLine(this);
+  lbl_state_->setObjectName("lbl_State");
+  lbl_state_->setIndent(10);
+  statusBar()->addWidget(lbl_state_, 1);
   lbl_info_ = new QLabel(this);
   lbl_info_->setObjectName("lbl_Info");
   lbl_info_->setTextFormat(Qt::PlainText);
   lbl_info_->setIndent(10);
   lbl_info_->hide();
-  statusBar()->addWidget(lbl_info_, 1);
+  statusBar()->addPermanentWidget(lbl_info_);
   indicator_ = new IndicatorMark(this);
   statusBar()->addPermanentWidget(indicator_);
   statusBar()->setFixedHeight(fontMetrics().height() + 14);
@@ -147,6 +188,8 @@ void Tavrel::ConnectSheet() {
     parts_.sheet.cmd_Open_Click();
     AfterEvent();
   });
+  const auto* again = new QShortcut(Qt::Key_F5, this);
+  connect(again, &QShortcut::activated, this, [this] { parts_.sheet.RefreshNow(); });
 }
 
 // Only another window of the program takes the form from the front; another program does not, and
@@ -161,8 +204,32 @@ void Tavrel::WatchFront() {
   });
 }
 
+void Tavrel::ShowState(const QString& state) {
+  if (lbl_state_->text() != state) {
+    lbl_state_->setText(state);
+    lbl_state_->setToolTip(state);
+    lbl_state_->setAccessibleName(state);
+  }
+}
+
+// Entries that have a caption of their own in each language follow it.
+void Tavrel::ShowLanguage(Language language) {
+  if (language == language_) {
+    return;
+  }
+  language_ = language;
+  for (const MenuEntry& entry : kMainMenu) {
+    auto* action = findChild<QAction*>(Text(entry.Control));
+    if (!entry.German.empty() && action != nullptr) {
+      action->setText(CaptionOf(entry, language_));
+    }
+  }
+}
+
 void Tavrel::UpdateWidgets() {
   const SheetValues& now = parts_.sheet.Values();
+  ShowState(Text(now.lbl_State));
+  ShowLanguage(now.TipLanguage);
   if (now.Caption != caption_) {
     caption_ = now.Caption;
     setWindowTitle(Text(caption_));
@@ -191,14 +258,19 @@ void Tavrel::GrowToRows() {
   if (missing > 0 && !isMaximized() && !isFullScreen()) {
     const int room = screen()->availableGeometry().bottom() - frameGeometry().bottom();
     resize(width(), height() + std::clamp(missing, 0, std::max(room, 0)));
+    came_with_ = size();
   }
+}
+
+bool Tavrel::HasUsersSize() const {
+  return came_with_.isValid() && !isMaximized() && !isFullScreen() && size() != came_with_;
 }
 
 void Tavrel::PlaceAt(int top) {
   const QRect room = screen()->availableGeometry();
-  resize(size().boundedTo(room.size()));
-  const int left = room.left() + (room.width() - width()) / 2;
-  move(left, std::clamp(top, room.top(), std::max(room.top(), room.bottom() - height())));
+  resize(size().boundedTo(RoomFor(*this)));
+  move(room.left() + (room.width() - frameGeometry().width()) / 2, top);
+  KeepOnScreen(*this);
 }
 
 void Tavrel::showEvent(QShowEvent* event) {
@@ -218,12 +290,18 @@ void Tavrel::paintEvent(QPaintEvent* event) {
 }
 
 void Tavrel::FirstDisplay() {
+  resize(size().boundedTo(RoomFor(*this)));  // the frame around it is known now
+  KeepOnScreen(*this);
   parts_.start_up.MainFormShow();
+  parts_.sheet.RefreshState();
   AfterEvent();
+  table_->FocusFirst();
+  came_with_ = size();
 }
 
 void Tavrel::RunTick() {
   parts_.cycle.Tick();
+  parts_.sheet.RefreshState();
   AfterEvent();
 }
 

@@ -37,6 +37,9 @@ class Tavrel : public QMainWindow {
   // Copies what the logic says to the widgets. Cheap while nothing has changed.
   void UpdateWidgets();
 
+  // The user has given it another size than it came with.
+  [[nodiscard]] bool HasUsersSize() const;
+
   // At that height of the screen, in its horizontal middle, but nowhere outside of it.
   void PlaceAt(int top);
 
@@ -49,6 +52,8 @@ class Tavrel : public QMainWindow {
   void MakeMenu();
   QAction* MakeEntry(const MenuEntry& entry);
   void MakeStatusLine();
+  void ShowState(const QString& state);
+  void ShowLanguage(Language language);
   void ConnectSheet();
   void WatchFront();
   void FirstDisplay();
@@ -59,13 +64,16 @@ class Tavrel : public QMainWindow {
   Parts parts_;
   SheetTable* table_ = nullptr;
   QScrollArea* scroll_ = nullptr;
+  QLabel* lbl_state_ = nullptr;
   QLabel* lbl_info_ = nullptr;
   QWidget* indicator_ = nullptr;
   QTimer timer_main_{this};
   QTimer first_display_{this};
   std::string caption_;
   std::string info_;
-  int table_height_ = 0;  // that the window has been made high enough for
+  Language language_ = Language::kEnglish;  // of the menu
+  QSize came_with_;                         // the size that the program has given it last
+  int table_height_ = 0;                    // that the window has been made high enough for
 };
 
 }  // namespace tavrel

@@ -10,6 +10,7 @@
 #include "base/tool_tips.h"
 #include "main/settings_lists.h"
 #include "widgets/fresh_list.h"
+#include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -120,6 +121,7 @@ QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeInd
 void TavSett::FillList(QComboBox* list, const char* name, const QStringList& items,
                        TakeIndex take) {
   list->setObjectName(name);
+  SearchBehindBlanks(*list);
   list->addItems(items);
   connect(list, &QComboBox::currentIndexChanged, this, [this, take](int index) {
     (dialog_.*take)(index);

@@ -188,6 +188,10 @@ std::string QtSerialPort::Settings() const {
   return port_.isOpen() ? SerialSettingsText(port_) : "";
 }
 
+std::string QtSerialPort::Device() const {
+  return known_ ? known_->Path : std::string();
+}
+
 bool QtSerialPort::Write(std::string_view bytes) {
   if (!port_.isOpen()) {
     return false;

@@ -34,6 +34,7 @@ class QtSerialPort : public SerialPort {
   void Close() override;
   [[nodiscard]] bool IsOpen() const override { return port_.isOpen(); }
   [[nodiscard]] std::string Settings() const override;
+  [[nodiscard]] std::string Device() const override;
   bool Write(std::string_view bytes) override;
   [[nodiscard]] std::string ReadAll() override;
   void WaitForData(std::chrono::nanoseconds limit) override;

@@ -90,6 +90,10 @@ void TerminalText::keyPressEvent(QKeyEvent* event) {
     QPlainTextEdit::keyPressEvent(event);
     return;
   }
+  if (event->matches(QKeySequence::HelpContents)) {
+    event->ignore();  // the key of the form
+    return;
+  }
   event->accept();
   if (!IsForInstrument(*event)) {
     return;

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
@@ -23,8 +24,9 @@ constexpr int kNumber = kFirstInput + kInputs;
 constexpr int kColumns = kNumber + 1;
 constexpr int kApparatusWidth = 20;  // characters
 constexpr int kExtensionWidth = 8;
-constexpr int kCellWidth = 5;    // at least
-constexpr int kEffectLines = 7;  // one for each kind of effect
+constexpr int kCellWidth = 5;          // at least
+constexpr int kEffectLines = 7;        // one for each kind of effect
+constexpr int kFewestEffectLines = 2;  // on a small screen
 constexpr std::chrono::seconds kRefreshInterval{1};
 
 constexpr BothLanguages kWhatOkDoes{"what OK will do", "was OK tun wird"};
@@ -158,6 +160,12 @@ void TavInst::MakeHeads() {
   controllers->setGeometry(left, 0, cell * kControllers, height);
   inputs->setGeometry(left + cell * kControllers, 0, cell * (kInputs - kControllers), height);
   heads_->setFixedHeight(height);
+  // On a small screen the grid scrolls, and its heads with it.
+  QScrollBar* bar = sheet_->horizontalScrollBar();
+  connect(bar, &QScrollBar::valueChanged, this, [=](int value) {
+    controllers->move(left - value, 0);
+    inputs->move(left + cell * kControllers - value, 0);
+  });
 }
 
 QFrame* TavInst::MakePopup(const char* name, const char* spoken) {
@@ -211,7 +219,8 @@ void TavInst::Arrange() {
   lbl_effect_->setPlaceholderText(what);
   lbl_effect_->setReadOnly(true);
   lbl_effect_->setTabChangesFocus(true);
-  lbl_effect_->setFixedHeight(fontMetrics().lineSpacing() * kEffectLines + 16);
+  lbl_effect_->setMaximumHeight(fontMetrics().lineSpacing() * kEffectLines + 16);
+  lbl_effect_->setMinimumHeight(fontMetrics().lineSpacing() * kFewestEffectLines + 16);
   QPushButton* ok = MakeOk([this] { installation_.CmdOK_Click(); });
   QSizePolicy keeps_its_place = ok->sizePolicy();
   keeps_its_place.setRetainSizeWhenHidden(true);
@@ -225,9 +234,9 @@ void TavInst::Arrange() {
   auto* table = new QVBoxLayout;
   table->setSpacing(0);
   table->addWidget(heads_);
-  table->addWidget(sheet_);
+  table->addWidget(sheet_, 1);
   QVBoxLayout* column = MakeFixedColumn(kNarrowMargin);
-  column->addLayout(table);
+  column->addLayout(table, 1);
   column->addLayout(below);
 }
 

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "widgets/connection_sign.h"
+#include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -45,6 +46,7 @@ QLabel* TavNum::MakeLine(const char* name) {
 void TavNum::Arrange() {
   const Language language = numbering_.TipLanguage();
   cbo_tav_no_ = new QComboBox(this);
+  SearchBehindBlanks(*cbo_tav_no_);
   cbo_tav_no_->setObjectName("cboTavNo");
   cbo_tav_no_->setAccessibleName(QtText(kActual.In(language)));
   cbo_tav_no_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

@@ -8,6 +8,7 @@
 #include <QStyledItemDelegate>
 
 #include "widgets/colour_cell.h"
+#include "widgets/list_search.h"
 #include "widgets/modal_form.h"
 
 namespace tavrel {
@@ -103,6 +104,7 @@ void ProgramGrid::MakeEdits() {
   txt_edit_->installEventFilter(this);
   connect(txt_edit_, &QLineEdit::textEdited, this, &ProgramGrid::TextTyped);
   cstat_ = new QComboBox(viewport());
+  SearchBehindBlanks(*cstat_);
   cstat_->setObjectName("Cstat");
   cstat_->setAccessibleName("state of the controller");
   for (const char* item : kStatusItems) {

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 #include "widgets/number_edit.h"
 #include "widgets/shades.h"
@@ -79,6 +80,7 @@ void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
 
 void TavCoord::AddResolution(QGridLayout& grid) {
   auto* list = new QComboBox(this);
+  SearchBehindBlanks(*list);
   list->setObjectName("CboRes");
   list->setAccessibleName("X resolution");
   for (const std::string_view item : kResolutionItems) {

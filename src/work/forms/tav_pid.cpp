@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "dialogs/checks.h"
+#include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -33,6 +34,7 @@ TavPid::TavPid(PidParameters& parameters)
 void TavPid::MakeList(QGridLayout& grid) {
   auto* label = new QLabel("recommended  for  ...", this);
   cbo_ = new QComboBox(this);
+  SearchBehindBlanks(*cbo_);
   cbo_->setObjectName("Cbo");
   cbo_->setAccessibleName("recommended for");
   label->setBuddy(cbo_);

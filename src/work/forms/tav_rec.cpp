@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 #include "widgets/selecting_edit.h"
 
@@ -67,6 +68,7 @@ QWidget* TavRec::MakeSettingsFace() {
     AfterEvent();
   });
   cbo_func_ = new QComboBox(face);
+  SearchBehindBlanks(*cbo_func_);
   cbo_func_->setObjectName("Cbo_Func");
   for (const std::string_view item : kEndActionItems) {
     cbo_func_->addItem(QtText(item));

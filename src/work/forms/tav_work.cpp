@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "widgets/form_room.h"
 #include "widgets/muted_label.h"
 #include "widgets/unit_label.h"
 #include "work/forms/work_glyphs.h"
@@ -17,7 +18,8 @@ constexpr int kGap = 8;
 constexpr qreal kValueSize = 1.3;
 constexpr int kValueCharacters = 8;
 constexpr const char* kNoTitle = " ";  // keeps the place of one
-constexpr int kRoomForAlarm = 24;      // behind the number of an instrument
+constexpr QSize kLeastTable{300, 200};
+constexpr int kRoomForAlarm = 24;  // behind the number of an instrument
 
 ColourCell* MakeChip(QLabel* word, QWidget* parent) {
   auto* chip = new ColourCell(parent);
@@ -203,7 +205,7 @@ void TavWork::Arrange() {
   auto* all = new QHBoxLayout(this);
   all->setContentsMargins(kNarrowMargin, kNarrowMargin, kNarrowMargin, kNarrowMargin);
   all->setSpacing(kNarrowMargin);
-  all->addWidget(sheet_, 1);
+  all->addWidget(new ScrollingPart(sheet_, kLeastTable, this), 1);
   all->addLayout(side);
 }
 
@@ -290,6 +292,10 @@ void TavWork::keyPressEvent(QKeyEvent* event) {
   if (enter && !event->isAutoRepeat()) {
     worksheet_.CmdOK_Click();
     AfterEvent();
+    return;
+  }
+  if (event->key() == Qt::Key_F5) {
+    worksheet_.RefreshNow();
     return;
   }
   ModalForm::keyPressEvent(event);
