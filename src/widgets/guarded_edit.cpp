@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 
 namespace tavrel {
 namespace {
@@ -40,6 +41,25 @@ void GuardedEdit::PutBack() {
     emit textEdited(before_);
   }
   End();
+}
+
+// A name that is too long for its column ends in an ellipsis while nobody edits it.
+void GuardedEdit::paintEvent(QPaintEvent* event) {
+  constexpr int kInnerMargin = 2;  // of the toolkit, beside the margins of the text
+  const QMargins margins = textMargins();
+  const QRect room =
+      rect().adjusted(margins.left() + kInnerMargin, 0, -margins.right() - kInnerMargin, 0);
+  if (!isReadOnly() || fontMetrics().horizontalAdvance(text()) <= room.width()) {
+    NameEdit::paintEvent(event);
+    return;
+  }
+  {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+  }
+  PaintFrame();
 }
 
 // A letter with Alt belongs to the menu and the buttons.
