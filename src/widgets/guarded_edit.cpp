@@ -47,13 +47,14 @@ void GuardedEdit::PutBack() {
 void GuardedEdit::paintEvent(QPaintEvent* event) {
   constexpr int kInnerMargin = 2;  // of the toolkit, beside the margins of the text
   const QMargins margins = textMargins();
-  const QRect room =
-      rect().adjusted(margins.left() + kInnerMargin, 0, -margins.right() - kInnerMargin, 0);
-  if (!isReadOnly() || fontMetrics().horizontalAdvance(text()) <= room.width()) {
+  const int left = margins.left() + kInnerMargin;
+  const int text_width = fontMetrics().horizontalAdvance(text());
+  if (!isReadOnly() || text_width <= width() - left - margins.right() - kInnerMargin) {
     NameEdit::paintEvent(event);
     return;
   }
   {
+    const QRect room = rect().adjusted(left, 0, -kInnerMargin, 0);
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::Text));
     painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
