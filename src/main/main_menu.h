@@ -28,6 +28,7 @@ struct MenuEntry {
   bool HidesCommands = false;  // picCmds is hidden while the form is open
   bool StopsCycle = false;     // the form has the line to itself, Timer_Main stands still
   std::string_view German{};   // its caption in German, if it has one of its own
+  char GermanLetter = 0;       // of that
 };
 
 // The whole menu from left to right and from top to bottom. Entries up to the next heading
@@ -54,7 +55,7 @@ inline constexpr std::array kMainMenu = {
     MenuEntry{"MnuTerminal", "Terminal", 'i', MenuAction::kShow, View::kAllTerm, true, true},
     MenuEntry{"MnuHelp", "Help   ", 'H', MenuAction::kHelp},
     MenuEntry{"MnuKeys", "Keys   ", 'K', MenuAction::kKeys, View::kTavKeys, false, false,
-              "Tasten   "},
+              "Tasten   ", 'a'},
     MenuEntry{"MnuExit", "Exit", 'x', MenuAction::kExit},
 };
 

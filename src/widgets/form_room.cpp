@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -83,6 +84,12 @@ void LetScroll(QDialog& form, QSize room) {
   }
 }
 
+// What scrolls in one direction needs room for its bar in the other, or it scrolls there too.
+QSize RoomOfBars(const QDialog& form, QSize wanted, QSize room) {
+  const int bar = form.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &form);
+  return {wanted.height() > room.height() ? bar : 0, wanted.width() > room.width() ? bar : 0};
+}
+
 // A form of a fixed size has told the window so.
 void LetShrink(QDialog& form) {
   if (form.layout()->sizeConstraint() == QLayout::SetFixedSize) {
@@ -157,12 +164,14 @@ void FitForm(QDialog& form, QSize room) {
   if (!fits) {
     LetShrink(form);
   }
+  QSize bars(0, 0);
   if (!Fits(form.layout()->totalMinimumSize(), room)) {
     LetScroll(form, room);
+    bars = RoomOfBars(form, wanted, room);
   }
   if (!fits || (!is_given && !is_fixed)) {
     form.layout()->activate();
-    form.resize(wanted.boundedTo(room));
+    form.resize((wanted + bars).boundedTo(room));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 
 namespace tavrel {
 namespace {
@@ -40,6 +41,26 @@ void GuardedEdit::PutBack() {
     emit textEdited(before_);
   }
   End();
+}
+
+// A name that is too long for its column ends in an ellipsis while nobody edits it.
+void GuardedEdit::paintEvent(QPaintEvent* event) {
+  constexpr int kInnerMargin = 2;  // of the toolkit, beside the margins of the text
+  const QMargins margins = textMargins();
+  const int left = margins.left() + kInnerMargin;
+  const int text_width = fontMetrics().horizontalAdvance(text());
+  if (!isReadOnly() || text_width <= width() - left - margins.right() - kInnerMargin) {
+    NameEdit::paintEvent(event);
+    return;
+  }
+  {
+    const QRect room = rect().adjusted(left, 0, -kInnerMargin, 0);
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, room.width()));
+  }
+  PaintFrame();
 }
 
 // A letter with Alt belongs to the menu and the buttons.

@@ -14,6 +14,7 @@ class GuardedEdit : public NameEdit {
   explicit GuardedEdit(QWidget* parent);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;

@@ -25,6 +25,10 @@ void NameEdit::ShowText(const std::string& utf8) {
 
 void NameEdit::paintEvent(QPaintEvent* event) {
   QLineEdit::paintEvent(event);
+  PaintFrame();
+}
+
+void NameEdit::PaintFrame() {
   const bool awake = isEnabled() && (hasFocus() || underMouse());
   if (!awake) {
     return;

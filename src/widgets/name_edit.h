@@ -18,6 +18,8 @@ class NameEdit : public QLineEdit {
   void ShowText(const std::string& utf8);
 
  protected:
+  // The frame that shows where the pointer or the keyboard is.
+  void PaintFrame();
   void paintEvent(QPaintEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 };

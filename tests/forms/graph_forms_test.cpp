@@ -576,13 +576,13 @@ TEST_F(GraphForms, FollowAChangeOfTheirSize) {
 TEST_F(GraphForms, HaveTheMenuOfTheGraph) {
   Then("TavGraph", [this] {
     ASSERT_TRUE(WaitForOverview());
-    EXPECT_EQ(Entry("MnuOutput")->text(), "Output  ");
+    EXPECT_EQ(Entry("MnuOutput")->text().remove('&'), "Output  ");
     EXPECT_FALSE(Entry("MnuOutput")->isEnabled());
-    EXPECT_EQ(Entry("MnuPrint")->text(), "Printer");
-    EXPECT_EQ(Entry("MnuSubFile")->text(), "Sub - file");
-    EXPECT_EQ(Entry("MnuASCII")->text(), "ASCII - file");
-    EXPECT_EQ(Entry("MnuData")->text(), "Clipboard:  Data");
-    EXPECT_EQ(Entry("MnuGraph")->text(), "Clipboard:  Graphics ");
+    EXPECT_EQ(Entry("MnuPrint")->text().remove('&'), "Printer");
+    EXPECT_EQ(Entry("MnuSubFile")->text().remove('&'), "Sub - file");
+    EXPECT_EQ(Entry("MnuASCII")->text().remove('&'), "ASCII - file");
+    EXPECT_EQ(Entry("MnuData")->text().remove('&'), "Clipboard:  Data");
+    EXPECT_EQ(Entry("MnuGraph")->text().remove('&'), "Clipboard:  Graphics ");
     Entry("MnuHelp")->trigger();
     Key(Qt::Key_Return);
     ASSERT_TRUE(WaitForPart());

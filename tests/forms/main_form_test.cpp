@@ -239,7 +239,7 @@ TEST_F(MainForm, SaysTheStateOfTheLineInTheLanguageOfTheSettings) {
   bench.state.Settings.HelpLang = "German";
   bench.sheet.SetCaptionAndTips();
   EXPECT_TRUE(WaitUntil([this] { return TextOf("lbl_State").contains("letzten Minute"); }));
-  EXPECT_EQ(form->findChild<QAction*>("MnuKeys")->text(), "&Tasten   ");
+  EXPECT_EQ(form->findChild<QAction*>("MnuKeys")->text(), "T&asten   ");
 }
 
 TEST_F(MainForm, TakesNoNameThatTheHeaderCannotHold) {

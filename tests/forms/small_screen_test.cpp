@@ -247,6 +247,20 @@ TEST_P(SmallScreen, GivesEachLetterOnce) {
   Open(GetParam());
 }
 
+// The bar that scrolls downwards takes its room from the screen, not from the contents.
+TEST_F(SmallScreenSizes, ScrollOnlyWhereTheScreenEnds) {
+  Then("TAVSETT", [] {
+    QCoreApplication::processEvents();
+    auto* part = Find<QScrollArea>("Scrolls");
+    EXPECT_TRUE(part->verticalScrollBar()->isVisible());
+    EXPECT_FALSE(part->horizontalScrollBar()->isVisible());
+    QWidget* ok = Find("CmdOK");
+    EXPECT_EQ(Seen(*ok), ok->size());
+    qobject_cast<QDialog*>(Form())->done(0);
+  });
+  Open("TAVSETT");
+}
+
 // What the user makes of a size is there in the next run, unless the form has a size of its own.
 TEST_F(SmallScreenSizes, KeepsTheSizesThatTheUserGives) {
   for (const char* name : {"TavGraph", "TavWork", "ALL_OPEN", "TavChann", "ALL_RAM"}) {

@@ -15,6 +15,7 @@
 #include "graph/forms/graph_glyphs.h"
 #include "graph/graph_tips.h"
 #include "state/unit_record.h"
+#include "widgets/form_room.h"
 #include "widgets/muted_label.h"
 
 namespace tavrel {
@@ -29,6 +30,8 @@ constexpr std::chrono::milliseconds kTimerGraph{100};
 // After a change of size, until the pictures follow. A user who drags an edge sees them follow in
 // steps.
 constexpr std::chrono::milliseconds kFit{60};
+constexpr int kLeastLegendHeight = 80;
+constexpr int kLeastAxesCharacters = 9;  // of the list of axes, on a small screen
 constexpr int kLeastCommentWidth = 160;
 constexpr int kManySteps = 10;  // of the cursor, with Shift
 
@@ -172,6 +175,7 @@ void TavGraph::MakeTools() {
   cbo_xy_ = new QComboBox(this);
   cbo_xy_->setObjectName("CboXY");
   cbo_xy_->setAccessibleName("axes of the part view");
+  cbo_xy_->setMinimumWidth(fontMetrics().averageCharWidth() * kLeastAxesCharacters);
   for (const char* item : kCboXYItems) {
     cbo_xy_->addItem(item);
   }
@@ -240,7 +244,11 @@ void TavGraph::Arrange() {
   auto* middle = new QHBoxLayout;
   middle->setSpacing(kNarrowMargin);
   middle->addLayout(stack_, 1);
-  middle->addWidget(legend_);
+  // On a small screen the bar stands on the room behind the names.
+  const QSize least_legend(legend_->minimumSizeHint().width(), kLeastLegendHeight);
+  auto* legend = new ScrollingPart(legend_, least_legend, this);
+  legend->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  middle->addWidget(legend);
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(kNarrowMargin, kNarrowMargin, kNarrowMargin, kNarrowMargin);
   all->setSpacing(kNarrowMargin);
@@ -281,20 +289,20 @@ QHBoxLayout* TavGraph::ArrangeTools() {
   add(pb_print_);
   add(pb_save_);
   add(pb_copy_);
-  line->addSpacing(kGroupGap);
+  line->addSpacerItem(new QSpacerItem(kGroupGap, 0, QSizePolicy::Maximum));
   add(pb_eval_[0]);
   add(pb_eval_[1]);
-  line->addSpacing(kGroupGap);
+  line->addSpacerItem(new QSpacerItem(kGroupGap, 0, QSizePolicy::Maximum));
   add(pb_mark_[1]);
   add(pb_mark_[2]);
   add(pb_mark_[0]);
-  line->addSpacing(kGroupGap);
+  line->addSpacerItem(new QSpacerItem(kGroupGap, 0, QSizePolicy::Maximum));
   add(lbl_axes_);
   add(cbo_xy_);
   line->addStretch(1);
   add(cmd_over_);
   add(cmd_part_);
-  line->addSpacing(kGroupGap);
+  line->addSpacerItem(new QSpacerItem(kGroupGap, 0, QSizePolicy::Maximum));
   add(cmd_exit_);
   return line;
 }

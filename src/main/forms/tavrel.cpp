@@ -37,7 +37,7 @@ QString Text(std::string_view utf8) {
 QString CaptionOf(const MenuEntry& entry, Language language) {
   const bool is_german = language == Language::kGerman && !entry.German.empty();
   const QString caption = Text(is_german ? entry.German : entry.Caption);
-  return Letters::Marked(caption, is_german ? caption.at(0) : QChar::fromLatin1(entry.Letter));
+  return Letters::Marked(caption, QChar::fromLatin1(is_german ? entry.GermanLetter : entry.Letter));
 }
 
 QKeySequence KeyOf(const MenuEntry& entry) {

@@ -100,7 +100,7 @@ QMenuBar* TavChann::MakeMenus() {
   AddAdjustment("Mnu_RTD", "RTD  -  reference", [this] { channels_.Mnu_RTD_Click(); });
   mnu_var_ = bar->addMenu("Variables  ");
   mnu_var_->menuAction()->setObjectName("Mnu_Var");
-  // The captions have no marked letters: this key leads to the menus, and the arrow keys go on.
+  // This key leads to the menus without a letter, and the arrow keys go on.
   const auto* to_menus = new QShortcut(Qt::Key_F10, this);
   connect(to_menus, &QShortcut::activated, this, [this, bar] {
     if (mnu_adjust_->isEnabled()) {
