@@ -30,8 +30,8 @@ std::string MomentText(const WallTime& moment, const WallTime& now) {
   std::array<char, 80> text{};
   const int skipped = is_today ? 11 : 0;  // "2026-03-14 "
   static_cast<void>(std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d",
-                                  moment.Year, moment.Month, moment.Day, moment.Hour,
-                                  moment.Minute, moment.Second));
+                                  moment.Year, moment.Month, moment.Day, moment.Hour, moment.Minute,
+                                  moment.Second));
   return std::string(text.data()).substr(static_cast<std::size_t>(skipped));
 }
 
