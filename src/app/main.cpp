@@ -2,9 +2,12 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "app/program_logic.h"
 #include "app/program_screens.h"
@@ -15,6 +18,7 @@
 #include "platform/cups_queues.h"
 #include "platform/file_system.h"
 #include "platform/instance_lock.h"
+#include "platform/qt/file_wishes.h"
 #include "platform/qt/logind_guard.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
@@ -34,7 +38,13 @@ namespace {
 // All objects of the program, joined. One instance lives as long as the process.
 class Program {
  public:
-  Program() {
+  // `file` is a recording to look at, its path from the root; may be empty.
+  explicit Program(std::string file) : wished_file_(std::move(file)) {
+    show_file_.callOnTimeout([this] { ShowWishedFile(); });
+    QObject::connect(&wishes_, &FileWishes::Wished, [this](const std::string& path) {
+      wished_file_ = path;
+      show_file_.start(kTickMilliseconds);
+    });
     events_.BeforeRepaint([this] {
       if (form_ != nullptr) {
         form_->UpdateWidgets();
@@ -47,6 +57,7 @@ class Program {
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     logic_.cycle.SetHandlers(forms_.Handlers());
     sleep_watch_.callOnTimeout([this] { sleep_guard_.StayAwake(IsAnyRecordingOn(logic_.state)); });
+    port_.SpeakIn([this] { return LanguageOf(logic_.state.Settings.HelpLang); });
   }
 
   ~Program() {
@@ -59,11 +70,7 @@ class Program {
 
   // Shows the splash form; the main form follows when it is left. False: the process ends.
   bool Start() {
-    const auto take_lock = [this](const std::string& path) -> LockTaking {
-      lock_ = std::make_unique<InstanceLock>(path);
-      const bool is_taken = lock_->Take();
-      return LockTaking(is_taken, lock_->Problem());
-    };
+    const auto take_lock = [this](const std::string& path) { return TakeLock(path); };
     if (!logic_.start_up.SplashLoad(ProgramDirectory(), take_lock)) {
       return false;
     }
@@ -79,6 +86,33 @@ class Program {
   }
 
  private:
+  LockTaking TakeLock(const std::string& path) {
+    lock_ = std::make_unique<InstanceLock>(path);
+    const bool is_taken = lock_->Take();
+    LockTaking taking(is_taken, lock_->Problem());
+    if (is_taken) {
+      wishes_.Listen(path);
+    } else if (taking.Problem.empty() && !wished_file_.empty()) {
+      taking.IsHandedOver = FileWishes::Send(path, wished_file_);
+    }
+    return taking;
+  }
+
+  // As soon as nothing of the user's is in the way; of several wishes the last one.
+  void ShowWishedFile() {
+    const bool is_in_the_way = QApplication::activeModalWidget() != nullptr ||
+                               QApplication::activePopupWidget() != nullptr ||
+                               !logic_.sheet.MayShowFile();
+    if (form_ == nullptr || is_ending_ || is_in_the_way) {
+      return;
+    }
+    show_file_.stop();
+    form_->raise();
+    form_->activateWindow();
+    logic_.sheet.ShowFile(std::exchange(wished_file_, {}));
+    form_->UpdateWidgets();
+  }
+
   void ShowMainForm() {
     has_settings_ = true;
     events_.SetPointer(Pointer::kHourglass);
@@ -87,7 +121,7 @@ class Program {
     QApplication::setQuitOnLastWindowClosed(false);
     splash_->hide();
     splash_.release()->deleteLater();
-    if (!logic_.start_up.MainFormLoad()) {
+    if (!logic_.LoadMainForm()) {
       QCoreApplication::quit();
       return;
     }
@@ -100,6 +134,9 @@ class Program {
     form_->PlaceAt(top);
     form_->show();
     sleep_watch_.start(kSleepWatch);
+    if (!wished_file_.empty()) {
+      show_file_.start(kTickMilliseconds);
+    }
   }
 
   // A signal from outside ends the program as its close box does, later if a rule has to finish
@@ -160,16 +197,20 @@ class Program {
   ProgramScreens forms_{logic_, screens_, events_};  // their parent is form_: they go before it
   LogindGuard sleep_guard_;
   QTimer sleep_watch_;
-  QTimer end_again_;           // until no rule is at work on an instrument
+  QTimer end_again_;  // until no rule is at work on an instrument
+  FileWishes wishes_;
+  std::string wished_file_;    // a recording to show, when nothing is in the way
+  QTimer show_file_;           // while there is one
   bool has_settings_ = false;  // the start is past its splash
   bool is_ending_ = false;     // somebody outside wants the end
 };
 
 constexpr const char* kUsage =
-    "usage: tavrel [--help | --version]\n"
+    "usage: tavrel [--help | --version | FILE]\n"
     "\n"
     "Records, controls and evaluates furnaces and autoclaves. Port, directories and language\n"
-    "are chosen in the program's settings.\n";
+    "are chosen in the program's settings. FILE is a recording to look at; it is shown in the\n"
+    "program that runs already, if there is one.\n";
 constexpr int kWrongUsage = 2;
 
 // What is asked for on the command line needs no display. Empty: the program is to start; the
@@ -192,6 +233,17 @@ std::optional<int> AnswerCommandLine(int count, char** arguments) {
   return std::nullopt;
 }
 
+// The path from the root of the one file that may be named, of what the toolkit has left of the
+// command line; empty if there is none. Nothing: this is no use of the program.
+std::optional<std::string> FileToShow(int count, char** arguments) {
+  if (count > 2 || (count == 2 && arguments[1][0] == '-')) {
+    static_cast<void>(std::fprintf(stderr, "tavrel: one FILE at most\n%s", kUsage));
+    return std::nullopt;
+  }
+  std::error_code error;
+  return count < 2 ? std::string() : std::filesystem::absolute(arguments[1], error).string();
+}
+
 }  // namespace
 }  // namespace tavrel
 
@@ -202,7 +254,11 @@ int main(int count, char** arguments) {
   QApplication application(count, arguments);
   QApplication::setApplicationName(QStringLiteral("TAVREL"));
   QApplication::setApplicationVersion(QLatin1String(tavrel::kVersion));
-  tavrel::Program program;
+  const auto file = tavrel::FileToShow(count, arguments);
+  if (!file) {
+    return tavrel::kWrongUsage;
+  }
+  tavrel::Program program(*file);
   // The start has boxes of its own. A signal ends the program beneath them only if its loop of
   // events runs already, and none of them is the last window.
   QApplication::setQuitOnLastWindowClosed(false);

@@ -84,6 +84,10 @@ struct ProgramLogic {
   ProgramLogic(const ProgramLogic&) = delete;
   ProgramLogic& operator=(const ProgramLogic&) = delete;
 
+  // Behind the splash form: joins settings and line, and keeps for the sheet what an earlier end of
+  // the program has left undone. False: the process ends.
+  [[nodiscard]] bool LoadMainForm();
+
   // What a free tick of the cycle looks at besides the pump. True: it has used the line.
   [[nodiscard]] bool ReadBack() {
     return output_recovery.Step() || unsure.ReadBack() || buffers.Look();
@@ -121,7 +125,7 @@ struct ProgramLogic {
                        machine.dialogs, machine.screens, machine.events, machine.clock}};
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
-                            machine.clipboard, machine.regional, machine.clock}};
+                            machine.clipboard, machine.regional, machine.clock, machine.shell}};
   MainSheet sheet{
       {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
@@ -131,7 +135,8 @@ struct ProgramLogic {
        machine.dialogs,
        machine.events,
        [this](int slot) { return sheet.IsControllerOn(slot); }}};
-  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock}};
+  Numbering numbering{{state, link, engine, machine.dialogs, machine.clock,
+                       [this](int from, int to) { output_recovery.Renumber(from, to); }}};
   LinkWatch link_watch;
   BufferWatch buffers{state, link, engine, machine.clock};
   ServiceParts service{state,           link,

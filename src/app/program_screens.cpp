@@ -1,11 +1,14 @@
 #include "app/program_screens.h"
 
+#include <QApplication>
+
 #include "dialogs/forms/all_copy.h"
 #include "dialogs/forms/all_dir.h"
 #include "dialogs/forms/all_msg.h"
 #include "dialogs/forms/all_open.h"
 #include "dialogs/help.h"
 #include "graph/forms/tav_graph.h"
+#include "main/forms/emblem.h"
 #include "main/forms/tav_keys.h"
 #include "main/forms/tavsett.h"
 #include "service/forms/all_com.h"
@@ -31,6 +34,7 @@ namespace tavrel {
 
 ProgramScreens::ProgramScreens(ProgramLogic& logic, QtScreens& screens, QtEvents& events)
     : logic_(logic), screens_(screens), events_(events) {
+  QApplication::setWindowIcon(EmblemIcon());
   AddForm<AllDir>(View::kAllDir, logic.directory);
   AddForm<AllMsg>(View::kAllMsg, logic.message);
   AddForm<TavRec>(View::kTavRec, logic.recording_settings);

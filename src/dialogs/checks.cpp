@@ -29,14 +29,17 @@ void ShowMessage(Dialogs& dialogs, const std::string& text, const std::string& t
   dialogs.Message({text, title, IconOf(kind)});
 }
 
+std::string RangeText(const Limits& limits) {
+  return ShortestNumber(limits.Lower) + " ... " + ShortestNumber(limits.Upper);
+}
+
 bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double lower,
                 double upper) {
   // Both comparisons are false for what is no number.
   if (lower <= value && value <= upper) {
     return true;
   }
-  const std::string range = ShortestNumber(lower) + " ... " + ShortestNumber(upper);
-  ShowMessage(dialogs, name + ":\n" + range, kTitle, kWarningKind);
+  ShowMessage(dialogs, name + ":\n" + RangeText({lower, upper}), kTitle, kWarningKind);
   return false;
 }
 

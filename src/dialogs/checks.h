@@ -15,6 +15,15 @@ namespace tavrel {
 // information icon.
 void ShowMessage(Dialogs& dialogs, const std::string& text, const std::string& title, int kind);
 
+// What a number may be, both ends included.
+struct Limits {
+  double Lower = 0;
+  double Upper = 0;
+};
+
+// "10 ... 1100", as CheckRange names them.
+[[nodiscard]] std::string RangeText(const Limits& limits);
+
 // True if `value` lies between the limits, both included. What is no number does not. The box
 // names the value and both limits.
 [[nodiscard]] bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double lower,

@@ -58,7 +58,7 @@ const std::string& OpenFile::NameToSelect() const {
 void OpenFile::TakeRows(const std::string& name) {
   const int count = static_cast<int>(Rows().size());
   values_.Revision = parts_.index.Revision();
-  values_.SortKey = parts_.state.Settings.SortKey;
+  values_.SortKey = parts_.index.Order();
   values_.noFiles = std::to_string(count);
   const int row = static_cast<int>(parts_.index.RowOf(name).value_or(0));
   Select(row, {row, row});
@@ -139,6 +139,12 @@ void OpenFile::cmdFile_Click() {
 void OpenFile::cmdProduct_Click() {
   const std::string name = NameAt(values_.CurrentRow);
   parts_.index.ToggleProductSort();
+  TakeRows(name);
+}
+
+void OpenFile::SortBy(IndexColumn column) {
+  const std::string name = NameAt(values_.CurrentRow);
+  parts_.index.SortBy(column);
   TakeRows(name);
 }
 

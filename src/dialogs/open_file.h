@@ -30,7 +30,7 @@ struct OpenFileValues {
   int CurrentRow = -1;  // the row that is opened
   RowBlock Selected;    // the rows that are copied; they hold the current one
   std::string noFiles;  // how many files are listed
-  std::string SortKey;  // FA, FD, PA, PD
+  std::string SortKey;  // FileIndex::Order()
   int Progress = kNoProgress;
   bool cmdCopyEnabled = false;
   Language TipLanguage = Language::kEnglish;
@@ -84,6 +84,7 @@ class OpenFile : public ModalScreen {
   void cmdCopy_Click();
   void cmdFile_Click();
   void cmdProduct_Click();
+  void SortBy(IndexColumn column);
 
  private:
   void Build(const std::function<void()>& show);

@@ -52,6 +52,23 @@ std::vector<IndexRow> RowsOf(std::vector<Found>& found) {
   return rows;
 }
 
+char LetterOf(IndexColumn column) {
+  constexpr std::string_view kLetters = "DLI";
+  return kLetters[static_cast<std::size_t>(column)];
+}
+
+std::int64_t NumberIn(IndexColumn column, const IndexRow& row) {
+  switch (column) {
+    case IndexColumn::kDate:
+      return row.Details.Date;
+    case IndexColumn::kDuration:
+      return row.Details.Seconds;
+    case IndexColumn::kInstrument:
+      break;
+  }
+  return row.Details.Instrument;
+}
+
 bool ByName(const IndexRow& left, const IndexRow& right) {
   return left.Name < right.Name;
 }
@@ -104,12 +121,13 @@ std::string FileIndex::Scan(const std::function<void(int percent)>& progress) {
   request.Directory = directory_;
   request.Wants = [&](std::string_view name) { return IsIndexed(rule, name, active); };
   request.LeastBytes = kHeaderBytes;
-  request.Offset = rule.Offset;
-  request.Bytes = rule.Bytes;
-  request.Found = [&](std::string_view name, std::string_view piece) {
+  request.Bytes = rule.Read;
+  request.Found = [&](std::string_view name, std::string_view piece, std::int64_t length) {
     std::string contents = ContentsOf(rule, piece);
     std::string key = UpperCase(contents);
-    found.push_back({{UpperCase(name), std::move(contents), std::move(key)}, std::string(name)});
+    found.push_back(
+        {{UpperCase(name), std::move(contents), std::move(key), DetailsOf(rule, piece, length)},
+         std::string(name)});
   };
   request.Progress = [&](std::size_t done, std::size_t of) { meter.Step(done, of); };
   std::string problem = ScanDirectory(request);
@@ -134,6 +152,20 @@ void FileIndex::Sort() {
   const auto less = key.front() == 'F' ? ByName : ByContents;
   std::sort(rows_.begin(), rows_.end(), less);
   if (key.back() == 'D') {
+    std::reverse(rows_.begin(), rows_.end());
+  }
+  order_ = key;
+  ++revision_;
+}
+
+void FileIndex::SortBy(IndexColumn column) {
+  const std::string down = std::string(1, LetterOf(column)) + "D";
+  order_ = order_ == down ? std::string(1, LetterOf(column)) + "A" : down;
+  std::sort(rows_.begin(), rows_.end(), [column](const IndexRow& left, const IndexRow& right) {
+    return std::pair(NumberIn(column, left), std::string_view(left.Name)) <
+           std::pair(NumberIn(column, right), std::string_view(right.Name));
+  });
+  if (order_.back() == 'D') {
     std::reverse(rows_.begin(), rows_.end());
   }
   ++revision_;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "files/index_rules.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
@@ -20,7 +21,11 @@ struct IndexRow {
   std::string Name;         // in capitals, as all names of recording files are told
   std::string Contents;     // what the apparatus is called
   std::string ContentsKey;  // the same in capitals: what is sorted by
+  IndexDetails Details;
 };
+
+// The columns of the index that are sorted by for the moment only: the settings do not keep it.
+enum class IndexColumn { kDate, kDuration, kInstrument };
 
 // The table of contents of a data directory, so that a test can be found by its apparatus and
 // not only by its date. It is built from the directory, never stored, and kept while
@@ -59,6 +64,13 @@ class FileIndex {
   // replaced by FD. Rows of the same contents stand in the order of their names.
   void Sort();
 
+  // By a column that the settings do not know, until the next Sort. The two directions take turns.
+  void SortBy(IndexColumn column);
+
+  // By which column the rows stand, and which way: SortKey, or D, L, I for date, duration and
+  // instrument, with A for up and D for down.
+  [[nodiscard]] const std::string& Order() const { return order_; }
+
   // The two directions of a column take turns; one that was not sorted by begins downwards.
   void ToggleFileSort() { Toggle("FD", "FA"); }
   void ToggleProductSort() { Toggle("PD", "PA"); }
@@ -71,6 +83,7 @@ class FileIndex {
   Parts parts_;
   std::vector<IndexRow> rows_;
   std::string directory_;  // whose files the rows are
+  std::string order_;
   int revision_ = 0;
 };
 

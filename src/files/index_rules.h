@@ -14,7 +14,8 @@ namespace tavrel {
 struct IndexRule {
   char Letter;          // first letter of a recording; six digits, the date, follow
   bool TakesSubfiles;   // names with S are listed; foreign extensions and active files are not
-  std::int64_t Offset;  // where the text of contents begins in the file
+  std::size_t Read;     // bytes that are read of each file, from its beginning
+  std::size_t Offset;   // where the text of contents begins in them
   std::size_t Bytes;    // and how long it is
   std::size_t Skipped;  // characters in front of the name of the apparatus
 };
@@ -27,6 +28,18 @@ struct IndexRule {
 // viewing.
 [[nodiscard]] bool IsIndexed(const IndexRule& rule, std::string_view name,
                              const std::vector<std::string>& active_capitals);
+
+// What a row tells beside name and contents; 0, or -1 for the duration: the file does not tell.
+struct IndexDetails {
+  std::int64_t Date = 0;      // of the beginning as a number, yyyymmddhhmm
+  std::int64_t Seconds = -1;  // from the first row to the last
+  int Instrument = 0;
+};
+
+// From the `piece` that was read of a file of `length` bytes: a header that makes no sense tells
+// nothing.
+[[nodiscard]] IndexDetails DetailsOf(const IndexRule& rule, std::string_view piece,
+                                     std::int64_t length);
 
 // The text of a row from what was read of the file, in UTF-8. Bytes that no text has, such as
 // line ends, become blanks.

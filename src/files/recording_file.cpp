@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <utility>
 
 #include "base/text.h"
@@ -18,6 +19,7 @@ namespace tavrel {
 
 namespace {
 
+constexpr const char* kIsNoneOfOurs = "  is not a Tavrel-file !";
 constexpr int kMaxRowWords = 2 * kInputs;  // the first set of a file is written twice
 
 bool IsTableSlot(int slot) {
@@ -94,6 +96,19 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   return ReadHeader(slot, length);
 }
 
+bool RecordingFiles::RefuseWhatIsNone(int slot) {
+  const auto path = FindFile(state_.SlotPath[slot], state_.SlotFile[slot]);
+  std::error_code error;
+  const bool is_file = path && std::filesystem::is_regular_file(*path, error);
+  const auto size = is_file ? std::filesystem::file_size(*path, error) : 0;
+  if (!path || error || size >= kHeaderBytes) {
+    return false;
+  }
+  CloseRecordingFile(slot);
+  Refuse(slot, kReadTitle, RefuseForGood(slot, kIsNoneOfOurs));
+  return true;
+}
+
 std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
   refused_by_error_[slot] = false;
   return state_.SlotFile[slot] + why;
@@ -139,7 +154,7 @@ std::string RecordingFiles::ReadHeader(int slot, std::int64_t length) {
   }
   state_.Unit[slot] = unit;
   if (!IsTavrelHeader(unit)) {
-    return RefuseForGood(slot, "  is not a Tavrel-file !");
+    return RefuseForGood(slot, kIsNoneOfOurs);
   }
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
   return "";

@@ -34,6 +34,11 @@ class RecordingFiles {
   // the slots 1..12 has, by whatever name, is refused: their rows would overwrite each other.
   void OpenRecordingFile(int slot);
 
+  // Refuses the file named by SlotPath and SlotFile, and leaves it as it is, if it is too short to
+  // be a recording or is no file at all: for names that come from outside, behind which anything
+  // may stand. True then. A file that is not there is left to OpenRecordingFile.
+  [[nodiscard]] bool RefuseWhatIsNone(int slot);
+
   // Why the last OpenRecordingFile of the slot refused its file: true for an error of the system,
   // which may pass, false if the file is not there, is damaged, is none of this system's or is in
   // use.

@@ -18,7 +18,8 @@ Graph::Graph(const Parts& parts)
       plotter_({parts.state, graph_, values_, parts.events}),
       marks_({parts.state, graph_, values_, plotter_, parts.dialogs,
               [this] { tools_.CancelTool(); }, [this] { cmdPart_Click(); }}),
-      tools_({parts.state, graph_, values_, plotter_, marks_, parts.dialogs}) {
+      tools_({parts.state, graph_, values_, plotter_, marks_, parts.dialogs}),
+      reading_({parts.state, graph_, values_, plotter_}) {
   plotter_.SetMarks([this] { marks_.ShowMarks(); });
 }
 
@@ -66,6 +67,7 @@ void Graph::ResetValues() {
   fresh.lblRes = values_.lblRes;
   fresh.LblAxis = values_.LblAxis;
   fresh.FocusCalls = values_.FocusCalls;
+  fresh.Legend = values_.Legend;
   values_ = fresh;
 }
 
@@ -87,6 +89,7 @@ void Graph::Timer_Graph_Timer() {
     graph_.ViewShown = graph_.ViewWanted;
     plotter_.PrepareView();
     plotter_.DrawCurves();
+    ShowHint();
   }
   if (graph_.ViewWanted == kLeaveGraph) {
     Leave();
@@ -94,6 +97,31 @@ void Graph::Timer_Graph_Timer() {
     values_.TimerOn = true;
   }
   parts_.state.GraphIdle = true;
+}
+
+bool Graph::GoesBeyondAxis() const {
+  const int channels = Unit().UnitChannels;
+  const std::int32_t rows = parts_.state.SampleCount[parts_.state.SelSlot] - 1;
+  return rows < MaxRow(channels) && RecordOfRow(rows, channels) > graph_.Shown().RecLast;
+}
+
+void Graph::ShowHint() {
+  constexpr BothLanguages kChoose{
+      "Draw a rectangle with the mouse around the part to look at; Enter shows it.",
+      "Mit der Maus ein Rechteck um den Ausschnitt ziehen; die Eingabe-Taste zeigt ihn."};
+  constexpr BothLanguages kBeyond{
+      "The recording goes on beyond the X axis: enlarge X max in the coordinates.",
+      "Die Aufzeichnung geht über die X-Achse hinaus: X max in den Koordinaten vergrössern."};
+  constexpr BothLanguages kEmpty{
+      "Nothing has been recorded in this part: choose another one in the overview.",
+      "In diesem Ausschnitt ist nichts aufgezeichnet: in der Übersicht einen anderen wählen."};
+  const Language language = values_.TipLanguage;
+  values_.Hint.clear();
+  if (graph_.ViewShown == kOverview) {
+    values_.Hint = (GoesBeyondAxis() ? kBeyond : kChoose).In(language);
+  } else if (graph_.Shown().RecEnd <= graph_.Shown().RecFirst) {
+    values_.Hint = kEmpty.In(language);
+  }
 }
 
 void Graph::Leave() {
@@ -230,6 +258,7 @@ void Graph::PicC_MouseMove(PlotPoint at) {
   if (IsLive()) {
     values_.KeyCursorShown = false;
     tools_.MouseMove(at);
+    reading_.Follow(at);
   }
 }
 
@@ -241,11 +270,17 @@ void Graph::PicC_MouseUp(PlotPoint at) {
 
 void Graph::PicC_MouseLeave() {
   tools_.MouseLeave();
+  reading_.Leave();
 }
 
 void Graph::PicColor_MouseUp(double height) {
-  if (IsLive()) {
+  if (!IsLive()) {
+    return;
+  }
+  if (graph_.ToolState == Tool::kChooseCurve) {
     tools_.LegendUp(height);
+  } else {
+    reading_.Choose(height);
   }
 }
 
@@ -297,6 +332,7 @@ void Graph::MoveCursor(CursorMove move, int times) {
   }
   PlaceCursor();
   tools_.MouseMove({values_.KeyCursorX, values_.KeyCursorY});
+  reading_.Follow({values_.KeyCursorX, values_.KeyCursorY});
 }
 
 void Graph::PressCursor() {

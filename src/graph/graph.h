@@ -3,8 +3,10 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "files/recording_file.h"
+#include "graph/curve_reading.h"
 #include "graph/graph_marks.h"
 #include "graph/graph_plotter.h"
 #include "graph/graph_state.h"
@@ -72,6 +74,11 @@ class Graph : public ModalScreen {
   void PicC_MouseLeave();
   void PicColor_MouseUp(double height);  // 0 top, 1 bottom
 
+  // What is drawn of the curve that stands out, for a stroke over it (CurveReading).
+  [[nodiscard]] std::vector<std::optional<PlotPoint>> StrongPoints() const {
+    return IsLive() ? reading_.StrongPoints() : std::vector<std::optional<PlotPoint>>();
+  }
+
   // The keyboard instead of the mouse: a cursor that moves by drawn points (left, right) or by
   // hundredths of the height (up, down), `times` of them.
   void MoveCursor(CursorMove move, int times);
@@ -97,6 +104,8 @@ class Graph : public ModalScreen {
   void Leave();
   [[nodiscard]] bool CanBeShown() const;
   void PlaceCursor();
+  void ShowHint();
+  [[nodiscard]] bool GoesBeyondAxis() const;
   [[nodiscard]] bool IsLive() const { return IsOpen() && graph_.GraphLoaded && !graph_.GraphBusy; }
   [[nodiscard]] UnitRecord& Unit() const;
 
@@ -106,6 +115,7 @@ class Graph : public ModalScreen {
   GraphPlotter plotter_;
   GraphMarks marks_;
   GraphTools tools_;
+  CurveReading reading_;
 };
 
 }  // namespace tavrel

@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "base/text.h"
+#include "dialogs/written_file.h"
 #include "graph/output_pause.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
@@ -61,6 +62,11 @@ void GraphOutput::Warn(const char* title, const std::string& text) {
   parts_.dialogs.Message({text, title, BoxIcon::kWarning});
 }
 
+void GraphOutput::TellWritten(const char* title, const std::string& path) {
+  TellWhereItWent(parts_.dialogs, parts_.shell, path, title,
+                  LanguageOf(parts_.state.Settings.HelpLang));
+}
+
 bool GraphOutput::HasCurves(const char* title) {
   if (parts_.graph.State().Curves.CurveCount > 0) {
     return true;
@@ -113,6 +119,8 @@ void GraphOutput::SaveText() {
     Warn(kAsciiTitle, UnreadableText());
   } else if (!problem.empty()) {
     Warn(kAsciiTitle, choice.FileName + "\n" + problem);
+  } else {
+    TellWritten(kAsciiTitle, target);
   }
 }
 
@@ -222,6 +230,8 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     Warn(kWriteSubfileTitle, UnreadableText());
   } else if (!problem.empty()) {
     Warn(kWriteSubfileTitle, problem + "\n" + choice.FileName);
+  } else {
+    TellWritten(kSubfileTitle, target);
   }
 }
 

@@ -14,6 +14,7 @@
 #include "platform/events.h"
 #include "platform/printer.h"
 #include "platform/regional.h"
+#include "platform/shell.h"
 
 namespace tavrel {
 
@@ -31,6 +32,7 @@ class GraphOutput {
     Clipboard& clipboard;
     const Regional& regional;
     const Clock& clock;
+    Shell& shell;
   };
   explicit GraphOutput(const Parts& parts) : parts_(parts) {}
 
@@ -55,6 +57,7 @@ class GraphOutput {
   // title, if a slot has it open.
   [[nodiscard]] std::string Target(const FileChoice& choice, const char* title);
   void Warn(const char* title, const std::string& text);
+  void TellWritten(const char* title, const std::string& path);
   // What is told of a file that was cut by others, or whose medium fails: half of its rows would
   // pass for all of them.
   [[nodiscard]] std::string UnreadableText() const;

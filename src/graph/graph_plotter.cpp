@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "base/number.h"
+#include "base/text.h"
+#include "graph/measure.h"
 
 namespace tavrel {
 namespace {
@@ -12,7 +14,6 @@ constexpr double kLabelTop = 6;      // of a label on PicX
 constexpr double kTickTop = 8;       // of a tick on PicX
 constexpr double kLabelRight = 7.5;  // of a label on PicY
 constexpr double kTickLeft = 8.5;    // of a tick on PicY
-constexpr double kLegendRows = 16;   // one more than there are inputs
 constexpr double kSampleLeft = 0.2;  // line samples of the legend
 constexpr double kSampleRight = 0.8;
 
@@ -366,6 +367,20 @@ void GraphPlotter::DrawRow(SampleReader& reader) {
   view.RecPrev = view.RecNow;
 }
 
+// The number of the input, then its name with an ellipsis where it has no room.
+void GraphPlotter::PrintName(Surface& names, double y, int input, std::vector<LegendRow>& legend) {
+  const std::string number = std::to_string(input);
+  const double left = names.TextWidth("00  ");
+  const std::string name = Unit().UnitInputName[input].Get();
+  std::string shown = name;
+  for (std::size_t count = kTextLength; left + names.TextWidth(shown) > 1 && count > 0; --count) {
+    shown = FirstCharacters(name, count - 1) + "…";
+  }
+  names.Print(names.TextWidth("00") - names.TextWidth(number), y, number);
+  names.Print(left, y, shown);
+  legend.push_back({number + "  " + name, shown != name, ""});
+}
+
 void GraphPlotter::BuildLegend() {
   Surface& samples = surfaces_->PicColor;
   Surface& names = surfaces_->PicProd;
@@ -375,11 +390,12 @@ void GraphPlotter::BuildLegend() {
     surface->Clear();
   }
   const double half_text = names.TextHeight() / 2;
+  parts_.values.Legend.clear();
   const CurveList& curves = parts_.graph.Curves;
   for (int k = 0; k < curves.CurveCount; ++k) {
     const Curve& curve = curves.At(k);
-    const double y = (k + 1) / kLegendRows;
-    names.Print(0, y - half_text, Unit().UnitInputName[curve.CurveInput].Get());
+    const double y = (k + 1) / kDrawnLegendRows;
+    PrintName(names, y - half_text, curve.CurveInput, parts_.values.Legend);
     samples.Line({kSampleLeft, y, kSampleRight, y, curve.CurveColor});
   }
   samples.Refresh();

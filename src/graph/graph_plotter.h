@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "graph/graph_state.h"
 #include "graph/graph_values.h"
@@ -66,6 +67,7 @@ class GraphPlotter {
   [[nodiscard]] std::optional<double> ValueAt(SampleReader& reader, int record, int column) const;
 
  private:
+  void PrintName(Surface& names, double y, int input, std::vector<LegendRow>& legend);
   [[nodiscard]] std::optional<double> ReferenceAt(SampleReader& reader, int record) const;
 
   // The scale beneath the plot in the mode that puts the reference on the X axis.

@@ -39,15 +39,19 @@ void GraphOutput::Print() {
     Warn(kTitle, choice.OutputFile + "\nFile is in use");
     return;
   }
+  bool is_still = true;
   bool is_printed = true;
   {
     const OutputPause pause(parts_.state, parts_.graph, parts_.events);
     parts_.events.Pump();
-    is_printed = !IsStill(file) || PrintPages(choice);
+    is_still = IsStill(file);
+    is_printed = !is_still || PrintPages(choice);
     is_printed = parts_.printer.EndJob() && is_printed;
   }
   if (!is_printed) {
     Warn(kTitle, "There was a problem printing to your printer.");
+  } else if (is_still && !choice.OutputFile.empty()) {
+    TellWritten(kTitle, choice.OutputFile);
   }
 }
 

@@ -2,6 +2,7 @@
 #define TAVREL_GRAPH_GRAPH_STATE_H_
 
 #include <array>
+#include <optional>
 
 #include "graph/axis_ticks.h"
 #include "graph/curve_list.h"
@@ -29,6 +30,40 @@ enum class Tool : int {
   kComment = 12,       // typing a comment
   kCommentLocation = 13,
 };
+
+// The button of a tool, as its array and its place in it.
+struct ToolButton {
+  bool IsMark = false;  // PbMark, else PbEval
+  int Index = 0;
+
+  [[nodiscard]] bool operator==(const ToolButton&) const = default;
+};
+
+// The button whose tool is at work; empty: none is.
+[[nodiscard]] constexpr std::optional<ToolButton> PressedTool(Tool tool) {
+  switch (tool) {
+    case Tool::kFirstPoint:
+    case Tool::kSecondPoint:
+      return ToolButton{false, 0};
+    case Tool::kChooseCurve:
+    case Tool::kBaseline1:
+    case Tool::kBaseline2:
+    case Tool::kBaseline3:
+    case Tool::kBaseline4:
+      return ToolButton{false, 1};
+    case Tool::kMarkPoint:
+    case Tool::kMarkLocation:
+      return ToolButton{true, 1};
+    case Tool::kComment:
+    case Tool::kCommentLocation:
+      return ToolButton{true, 2};
+    case Tool::kResult:
+    case Tool::kNone:
+    case Tool::kPartRange:
+      break;
+  }
+  return std::nullopt;
+}
 
 // What the parts of the graph share: which curves, which views, which tool. Plain data.
 struct GraphState {

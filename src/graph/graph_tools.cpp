@@ -18,6 +18,7 @@ constexpr double kLeastPartHeight = 1;  // degrees
 constexpr double kArmsAcross = 70;      // half a cross is this part of the view
 constexpr double kArmsUp = 50;
 constexpr double kLabelAway = 0.01;  // of the view, from the mouse to the label
+constexpr double kClick = 0.005;     // of the view: so far a hand moves while it clicks
 constexpr double kTolerance = 100;   // a part of the view, see Baseline::At
 constexpr double kMinute = 60;       // seconds
 
@@ -81,6 +82,7 @@ void GraphTools::MouseDown(PlotPoint at) {
   }
   band1_ = Held(at);
   band2_ = band1_;
+  is_drag_ = false;
 }
 
 void GraphTools::MouseMove(PlotPoint at) {
@@ -114,8 +116,16 @@ void GraphTools::MouseLeave() {
   parts_.values.lbY.clear();
 }
 
+// From where the mouse was pressed.
+bool GraphTools::IsAway(PlotPoint at) const {
+  const ViewFrame& view = parts_.graph.Shown();
+  return std::abs(at.X - band1_.X) > kClick * (view.XRight - view.XLeft) ||
+         std::abs(at.Y - band1_.Y) > kClick * (view.YTop - view.YBottom);
+}
+
 // The band does not follow below the zero line, in a relative mode neither.
 void GraphTools::BandMove(PlotPoint at) {
+  is_drag_ = is_drag_ || IsAway(at);
   BandDraw();
   band2_ = {at.X, std::max(at.Y, 0.0)};
   BandDraw();
@@ -184,7 +194,7 @@ void GraphTools::TakePartRange() {
   }
   parts_.plotter.PartFrame(parts_.plotter.Shown().ImgC);
   parts_.plotter.RestorePicture(kOverview);
-  if (!is_large) {
+  if (!is_large && (is_drag_ || IsAway(band2_))) {
     parts_.dialogs.Message({"too small", "window", BoxIcon::kInformation});
   }
 }

@@ -67,12 +67,14 @@ class GraphTools {
   void Integrate();
   [[nodiscard]] double SumRows(int start, int end);
   void Prompt(const std::string& text);
+  [[nodiscard]] bool IsAway(PlotPoint at) const;
   [[nodiscard]] PlotPoint Held(PlotPoint at) const;
   [[nodiscard]] Surface& PicC() { return parts_.plotter.Shown().PicC; }
   [[nodiscard]] UnitRecord& Unit() const;
 
   Parts parts_;
-  PlotPoint band1_;  // start and end of the rubber band
+  bool is_drag_ = false;  // the mouse has moved since it was pressed: it is no mere click
+  PlotPoint band1_;       // start and end of the rubber band
   PlotPoint band2_;
   PlotPoint first_;
   Baseline baseline_;

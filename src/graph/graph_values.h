@@ -3,11 +3,19 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "base/language.h"
 #include "graph/view_frame.h"
 
 namespace tavrel {
+
+// A curve in the legend.
+struct LegendRow {
+  std::string Name;    // number of the input and its whole name
+  bool IsCut = false;  // the name has no room in the legend
+  std::string Value;   // at the cursor, degrees; empty: there is none
+};
 
 // What TavGraph shows beside its pictures. The form copies it to the widgets after each event.
 struct GraphValues {
@@ -48,6 +56,11 @@ struct GraphValues {
   std::string Txt_for_Mark;
   bool Txt_for_MarkTaken = false;  // it has the colour of a button face
   int FocusCalls = 0;              // rises when Txt_for_Mark wants the keyboard
+
+  std::vector<LegendRow> Legend;  // in the order of the curves
+  int ChosenCurve = -1;           // in the legend, as its place in the list of curves; -1 none
+  int StrongCurve = -1;           // the one that stands out now
+  std::string Hint;               // what can be done, or what is not to be seen; empty: nothing
 
   // The cursor that the keyboard moves; a move of the mouse takes it away.
   bool KeyCursorShown = false;

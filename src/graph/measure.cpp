@@ -61,6 +61,11 @@ int LegendCurveAt(double height, int curve_count) {
   return place >= 1 && place <= curve_count ? place : 0;
 }
 
+int LegendRowAt(double height, int curve_count) {
+  const double row = std::nearbyint(height * kDrawnLegendRows) - 1;
+  return row >= 0 && row < curve_count ? static_cast<int>(row) : -1;
+}
+
 std::string IntegralText(double degree_minutes) {
   return "Integral =  " + FormatMask(std::floor(degree_minutes), "0") + " °C·min";
 }

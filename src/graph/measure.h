@@ -33,6 +33,13 @@ struct PlotPoint {
 // in 15ths: both are as they have always been.
 [[nodiscard]] int LegendCurveAt(double height, int curve_count);
 
+// The same for the rows as they are drawn, which nothing but the eye goes by: the place in the list
+// of curves, from 0; -1 for a place that is none of them.
+[[nodiscard]] int LegendRowAt(double height, int curve_count);
+
+// Rows of the legend in its height, one more than there are inputs.
+inline constexpr double kDrawnLegendRows = 16;
+
 // "Integral =  12 °C·min", whole part only.
 [[nodiscard]] std::string IntegralText(double degree_minutes);
 

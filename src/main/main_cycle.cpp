@@ -1,6 +1,7 @@
 #include "main/main_cycle.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace tavrel {
@@ -8,6 +9,8 @@ namespace {
 
 constexpr float kFirstFlush = 100;        // seconds behind midnight
 constexpr double kMidnightGuard = 86300;  // seconds since midnight; from here on the cycle waits
+constexpr float kSecondsPerDay = 86400;
+constexpr double kLongestStand = kSecondsPerDay - kMidnightGuard + 60;  // with a slow first tick
 
 // Screens whose next step hangs on the running light.
 bool HasTrigger(View view) {
@@ -99,19 +102,31 @@ void MainCycle::RunTick() {
 }
 
 // Deadlines are seconds of one day. In the last minutes of the day the cycle stands still, so
-// that none is set beyond its end; once the clock has wrapped all are armed anew. The same is
-// done whenever the clock is found lower than before: the machine slept over midnight.
+// that none is set beyond its end; once the clock has wrapped all are armed anew.
 bool MainCycle::StandsAtMidnight() {
   const double timer = parts_.clock.Timer();
-  const bool wrapped = timer < last_timer_;
-  last_timer_ = timer;
   if (timer > kMidnightGuard) {
     return true;
   }
-  if (wrapped) {
-    ArmAll();
+  const std::chrono::duration<double> away = parts_.clock.Elapsed() - last_elapsed_;
+  const auto midnights = std::lround((last_timer_ + away.count() - timer) / kSecondsPerDay);
+  if (last_timer_ >= 0 && midnights > 0) {
+    ArmAfterMidnight(static_cast<float>(midnights), away.count() > kLongestStand);
   }
+  last_timer_ = timer;
+  last_elapsed_ = parts_.clock.Elapsed();
   return false;
+}
+
+// Minutes that the machine has slept, or that a form had the line to itself, are due to the
+// programs as they are by day.
+void MainCycle::ArmAfterMidnight(float midnights, bool was_away) {
+  Deadline& minute = parts_.state.TickMinute;
+  const float due = minute.At - midnights * kSecondsPerDay;
+  ArmAll();
+  if (was_away) {
+    minute.At = due;
+  }
 }
 
 // A controller is off while its wait bar runs: that must not take until the next day. The service

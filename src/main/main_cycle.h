@@ -1,6 +1,7 @@
 #ifndef TAVREL_MAIN_MAIN_CYCLE_H_
 #define TAVREL_MAIN_MAIN_CYCLE_H_
 
+#include <chrono>
 #include <functional>
 
 #include "files/recording_engine.h"
@@ -81,6 +82,7 @@ class MainCycle {
   void PumpBetweenTicks();
   void GoOnIfPressed();
   [[nodiscard]] bool StandsAtMidnight();
+  void ArmAfterMidnight(float midnights, bool was_away);
   void ArmAll();
   [[nodiscard]] bool ServeScreen();
   void StepNumbering();
@@ -98,7 +100,9 @@ class MainCycle {
   bool in_tick_ = false;
   int next_program_ = kSlots + 1;  // slot whose program is stepped next; none is beyond the slots
   bool is_catching_up_ = false;    // more than one minute of the programs was due
-  double last_timer_ = 0;          // seconds since midnight at the tick before
+  // At the last tick that did not stand still; below 0: there was none.
+  double last_timer_ = -1;  // seconds since midnight
+  std::chrono::nanoseconds last_elapsed_{};
 };
 
 }  // namespace tavrel

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <filesystem>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -10,6 +11,7 @@
 #include "files/simulated_rows.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 namespace {
@@ -409,6 +411,38 @@ void MainSheet::SaveViewedFile() {
   if (state.SlotFile[kViewedFile].empty()) {
     HideRow(kViewedFile);
   }
+}
+
+bool MainSheet::MayShowFile() const {
+  return parts_.state.ActiveView == View::kMainSheet && values_.cmd_OpenEnabled;
+}
+
+void MainSheet::ShowFile(const std::string& path) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(parts_.state, slot, path)) {
+      cmd_Work_Click(slot);
+      return;
+    }
+  }
+  SaveViewedFile();
+  parts_.files.CloseRecordingFile(kViewedFile);
+  const std::filesystem::path file(path);
+  TakeChoice(file.parent_path().string(), file.filename().string());
+  if (parts_.files.RefuseWhatIsNone(kViewedFile)) {
+    HideRow(kViewedFile);
+    return;
+  }
+  OpenViewedFile();
+}
+
+// As the choice of a file leaves it.
+void MainSheet::TakeChoice(const std::string& directory, const std::string& name) {
+  RunState& state = parts_.state;
+  state.SettingsChanged = true;
+  state.Settings.OpenFile = name;
+  state.Settings.OpenPath = directory;
+  state.SlotFile[kViewedFile] = name;
+  state.SlotPath[kViewedFile] = directory;
 }
 
 void MainSheet::OpenViewedFile() {

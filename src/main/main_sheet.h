@@ -73,6 +73,13 @@ class MainSheet {
   // Cancel leaves the row as it was; a file that is refused hides the row.
   void cmd_Open_Click();
 
+  // Shows the file at that path from the root as if it had been chosen with cmd_Open; the file to
+  // which a test records, on the worksheet of that test. Only while MayShowFile().
+  void ShowFile(const std::string& path);
+
+  // No screen is open, and the start is over.
+  [[nodiscard]] bool MayShowFile() const;
+
   // The main form is no longer in front: the count of the backlog has been seen.
   void LeaveFront();
 
@@ -107,6 +114,7 @@ class MainSheet {
   void RefreshRecording(int slot);
   void SaveViewedFile();
   void OpenViewedFile();
+  void TakeChoice(const std::string& directory, const std::string& name);
   void ShowViewedFile();
 
   SheetRow& Row(int slot) { return values_.Rows[slot]; }

@@ -104,6 +104,7 @@ void SettingsDialog::Open() {
   values_.TipLanguage = LanguageOf(copy_.HelpLang);
   ShowFont();
   ShowPath();
+  ShowPorts();
   ShowDevice();
 }
 
@@ -115,6 +116,7 @@ void SettingsDialog::cboCom_Click(int index) {
 void SettingsDialog::cboHelp_Click(int index) {
   values_.cboHelp = index;
   values_.TipLanguage = LanguageOf(HelpAt(index));
+  ShowPorts();
   ShowDevice();
 }
 
@@ -242,6 +244,15 @@ void SettingsDialog::ShowFont() {
 
 void SettingsDialog::ShowPath() {
   values_.cmdPath = PathCaption(PathInForce());
+}
+
+void SettingsDialog::ShowPorts() {
+  values_.PortItems = PortItems();
+  for (int number = 1; number <= kSerialPorts; ++number) {
+    const PortDescription port = DescribePort(number, StripSeparator(parts_.state.AppPath));
+    values_.PortItems.at(static_cast<std::size_t>(number)) =
+        PortItem(number, port, values_.TipLanguage);
+  }
 }
 
 void SettingsDialog::ShowDevice() {

@@ -2,6 +2,7 @@
 #define TAVREL_MAIN_SETTINGS_DIALOG_H_
 
 #include <string>
+#include <vector>
 
 #include "base/language.h"
 #include "dialogs/choose_directory.h"
@@ -27,6 +28,7 @@ struct SettingsControls {
   std::string CmdFont;  // captions
   std::string cmdPath;
   Language TipLanguage = Language::kEnglish;
+  std::vector<std::string> PortItems;  // the list of cboCom
   std::string DeviceTip;  // second line of the tool tip of cboCom: the device of the port
 };
 
@@ -69,6 +71,9 @@ class SettingsDialog : public ModalScreen {
   // What the form shows now. The form reads it after every event.
   [[nodiscard]] const SettingsControls& Values() const { return values_; }
 
+  // The list of ports unfolds: what is plugged in is looked up again.
+  void cboCom_DropDown() { ShowPorts(); }
+
   // The lists and texts, as the user changes them.
   void cboCom_Click(int index);
   void cboHelp_Click(int index);
@@ -103,6 +108,7 @@ class SettingsDialog : public ModalScreen {
   [[nodiscard]] bool MayMoveTo(const std::string& directory);
   void ShowFont();
   void ShowPath();
+  void ShowPorts();
   void ShowDevice();
   void Save();
 

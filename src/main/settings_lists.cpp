@@ -9,6 +9,7 @@ namespace tavrel {
 namespace {
 
 constexpr int kDefaultWidthIndex = 1;
+constexpr std::size_t kLongestName = 32;  // characters of what an adapter says of itself
 
 }  // namespace
 
@@ -18,6 +19,20 @@ std::vector<std::string> PortItems() {
     items.push_back(" " + PortAt(index));
   }
   return items;
+}
+
+std::string PortItem(int number, const PortDescription& port, Language language) {
+  constexpr BothLanguages kMissing{"(not present)", "(nicht vorhanden)"};
+  std::string item = " " + PortAt(number) + "   " + port.Device;
+  if (!port.IsThere) {
+    return item + "  " + std::string(kMissing.In(language));
+  }
+  for (const std::string& text : {port.Maker, port.Name, port.Serial}) {
+    if (!text.empty()) {
+      item += ",  " + FirstCharacters(text, kLongestName);
+    }
+  }
+  return item;
 }
 
 int PortIndex(std::string_view comm_port) {

@@ -6,6 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/language.h"
+#include "platform/port_description.h"
+
 // The lists of the settings dialog: their items, and the way from a setting to the index shown
 // for it and back. Indices count from 0. Any setting has an index, also one that no list offers;
 // leaving the dialog then writes what the list shows.
@@ -22,6 +25,10 @@ inline constexpr std::array<const char*, 5> kWidthItems = {"   1 pt", "   2 pt",
 
 // " ----", then " COM1" to " COM30".
 [[nodiscard]] std::vector<std::string> PortItems();
+
+// The entry of port COM`number` in the list: its name, the device behind it, and the adapter or
+// that it is not there.
+[[nodiscard]] std::string PortItem(int number, const PortDescription& port, Language language);
 
 // The first number 1..30 whose decimal text occurs anywhere in `comm_port`, else 0. So COM12 is
 // shown as COM1: no number above 9 is ever found.

@@ -90,7 +90,7 @@ bool StartUp::IsFirst(const TakeLock& take_lock) {
     }
     taking = take_lock(path);
   }
-  if (!taking.IsTaken) {
+  if (!taking.IsTaken && !taking.IsHandedOver) {
     parts_.dialogs.Message({"Program is already running !", "TAVREL", BoxIcon::kInformation});
   }
   return taking.IsTaken;

@@ -33,6 +33,8 @@ struct LockTaking {
 
   bool IsTaken = false;
   std::string Problem;  // why nobody can tell whether another copy runs
+  // The copy that runs has taken over what this one was started for: nothing is to be told.
+  bool IsHandedOver = false;
 };
 
 // The way from the start of the process to the running cycle, in three steps that the forms

@@ -12,7 +12,7 @@ enum class BoxIcon { kNone, kInformation, kQuestion, kWarning, kCritical };
 
 // A text to show to the user, as a box shows it.
 struct Notice {
-  std::string Text;
+  std::string Text;  // what is the matter and, behind an empty line, what can be done about it
   std::string Title;
   BoxIcon Icon = BoxIcon::kWarning;
   bool PresetIsNo = false;  // the Enter key means Cancel or No, where the other answer does harm
@@ -50,6 +50,12 @@ class Dialogs {
   // Yes, No and Cancel for a work that would be lost. Escape and the close box mean Cancel, and so
   // does the end of the program; where there is nobody to ask it is as after Cancel.
   [[nodiscard]] virtual SaveAnswer AskSave(const Notice& /*notice*/) { return SaveAnswer::kStay; }
+
+  // OK and a button that offers something to do with what the notice tells; `deed` is its caption.
+  // True if that button was chosen. Where there is nobody to ask it is as after OK.
+  [[nodiscard]] virtual bool Offer(const Notice& /*notice*/, const std::string& /*deed*/) {
+    return false;
+  }
 
   // Shows the notice without waiting for an answer and without taking the keyboard: the way
   // in which the measuring cycle, which must never stop, speaks to the user.

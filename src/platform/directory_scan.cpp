@@ -73,8 +73,14 @@ int ListNames(DIR* directory, const ScanRequest& request, NameList& names) {
 
 using Piece = std::array<char, kMaxScanBytes>;
 
-// How many bytes of the wanted piece came; empty for what is no readable plain file or too short.
-std::optional<std::size_t> ReadPiece(int handle, const ScanRequest& request, Piece& piece) {
+// How many bytes of the wanted piece came, and of how many.
+struct Got {
+  std::size_t Bytes = 0;
+  std::int64_t Length = 0;
+};
+
+// Empty for what is no readable plain file or too short.
+std::optional<Got> ReadPiece(int handle, const ScanRequest& request, Piece& piece) {
   struct stat status {};
   const bool fits = fstat(handle, &status) == 0 && S_ISREG(status.st_mode) &&
                     status.st_size >= request.LeastBytes;
@@ -83,7 +89,7 @@ std::optional<std::size_t> ReadPiece(int handle, const ScanRequest& request, Pie
   }
   const ssize_t got =
       pread(handle, piece.data(), std::min(request.Bytes, piece.size()), request.Offset);
-  return got < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(got));
+  return got < 0 ? std::nullopt : std::optional(Got{static_cast<std::size_t>(got), status.st_size});
 }
 
 // O_NONBLOCK: a link may lead to a pipe, and opening that would wait for its other end.
@@ -93,10 +99,10 @@ void ReadFile(int directory, const char* name, const ScanRequest& request) {
     return;
   }
   Piece piece;
-  const std::optional<std::size_t> got = ReadPiece(handle, request, piece);
+  const std::optional<Got> got = ReadPiece(handle, request, piece);
   close(handle);
   if (got) {
-    request.Found(name, std::string_view(piece.data(), *got));
+    request.Found(name, std::string_view(piece.data(), got->Bytes), got->Length);
   }
 }
 

@@ -17,14 +17,14 @@ struct ScanRequest {
   std::int64_t LeastBytes = 0;  // shorter files are passed over
   std::int64_t Offset = 0;      // where the piece that is read begins
   std::size_t Bytes = 0;        // its length, 0..kMaxScanBytes
-  // Takes a file's name and its piece, which is shorter where the file ends. Both texts are gone
-  // when the call returns.
-  std::function<void(std::string_view name, std::string_view piece)> Found;
+  // Takes a file's name, its piece, which is shorter where the file ends, and how many bytes the
+  // whole file has. Both texts are gone when the call returns.
+  std::function<void(std::string_view name, std::string_view piece, std::int64_t length)> Found;
   // Hears, after each file, how many of the wanted ones are done. May be empty.
   std::function<void(std::size_t done, std::size_t of)> Progress;
 };
 
-inline constexpr std::size_t kMaxScanBytes = 64;
+inline constexpr std::size_t kMaxScanBytes = 1000;
 
 // Goes through a directory once and reads one piece of each wanted file. Directories, hidden
 // names, devices, pipes, links to nowhere and files that cannot be read are passed over. The

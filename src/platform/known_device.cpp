@@ -21,6 +21,8 @@ namespace fs = std::filesystem;
 
 constexpr int kLongestAttribute = 256;  // characters; serial numbers have at most 126
 
+constexpr const char* kNoElectronics = "0";  // the type of a port that was not found
+
 // A terminal of the machine: the name of its device and the adapter it belongs to.
 struct Terminal {
   std::string Name;
@@ -74,6 +76,12 @@ std::optional<Adapter> AdapterAt(const fs::path& terminal) {
                      Attribute(real / "device", "port_number")};
 }
 
+// The directory that stands for the terminal with that device number.
+fs::path DirectoryOf(dev_t device, const SerialPlaces& places) {
+  const std::string number = std::to_string(major(device)) + ":" + std::to_string(minor(device));
+  return fs::path(places.SystemRoot) / "dev/char" / number;
+}
+
 std::vector<Terminal> AllTerminals(const SerialPlaces& places) {
   std::vector<Terminal> terminals;
   std::error_code error;
@@ -123,8 +131,15 @@ std::string NameOfAdapter(const KnownDevice& known, const SerialPlaces& places) 
 }  // namespace
 
 std::optional<Adapter> AdapterOf(dev_t device, const SerialPlaces& places) {
-  const std::string number = std::to_string(major(device)) + ":" + std::to_string(minor(device));
-  return AdapterAt(fs::path(places.SystemRoot) / "dev/char" / number);
+  return AdapterAt(DirectoryOf(device, places));
+}
+
+AdapterNames NamesOf(const Adapter& adapter) {
+  return {Attribute(adapter.Place, "manufacturer"), Attribute(adapter.Place, "product")};
+}
+
+bool HasElectronics(dev_t device, const SerialPlaces& places) {
+  return Attribute(DirectoryOf(device, places), "type") != kNoElectronics;
 }
 
 KnownDevice Recognise(const std::string& path, dev_t device, const SerialPlaces& places) {

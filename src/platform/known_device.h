@@ -30,6 +30,17 @@ struct Adapter {
 // none, as a port of the machine itself or a pseudo-terminal does.
 [[nodiscard]] std::optional<Adapter> AdapterOf(dev_t device, const SerialPlaces& places);
 
+// What the adapter calls itself; empty: it does not say.
+struct AdapterNames {
+  std::string Maker;    // "FTDI"
+  std::string Product;  // "FT232R USB UART"
+};
+[[nodiscard]] AdapterNames NamesOf(const Adapter& adapter);
+
+// False if the system knows that nothing is behind the terminal with the device number `device`:
+// it keeps names for ports that a machine could have.
+[[nodiscard]] bool HasElectronics(dev_t device, const SerialPlaces& places);
+
 // A device that was open once.
 struct KnownDevice {
   std::string Path;     // by which it was found

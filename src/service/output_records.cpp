@@ -128,6 +128,16 @@ std::string OutputRecords::Put(int inet, const std::vector<OutputRecord>& record
   return problem;
 }
 
+void OutputRecords::Renumber(int from, int to) {
+  const std::vector<OutputRecord> before = records_;
+  std::erase_if(records_, [to](const OutputRecord& record) { return record.Inet == to; });
+  for (OutputRecord& record : records_) {
+    record.Inet = record.Inet == from ? to : record.Inet;
+  }
+  is_saved_ = is_saved_ && records_ == before;
+  Save();
+}
+
 void OutputRecords::Save() {
   if (is_saved_) {
     return;

@@ -53,6 +53,10 @@ class OutputRecords {
   // text if they are on the disk then, synced, else the system's words; it is tried again by Save.
   [[nodiscard]] std::string Put(int inet, const std::vector<OutputRecord>& records);
 
+  // The instrument of number `from` has become number `to`. What was recorded of an instrument that
+  // had `to` before is void: it cannot be reached any more.
+  void Renumber(int from, int to);
+
   // Puts the records on the disk if they have changed since. That it fails is told once.
   void Save();
 

@@ -60,6 +60,17 @@ bool OutputRecovery::Step() {
   return true;
 }
 
+void OutputRecovery::Renumber(int from, int to) {
+  if (from == to || parts_.link.Simulated) {
+    return;
+  }
+  ++numberings_;
+  std::erase_if(debts_, [from, to](const Debt& debt) {
+    return debt.record.Inet == from || debt.record.Inet == to;
+  });
+  parts_.records.Renumber(from, to);
+}
+
 // What the disk refuses now is tried again every ten seconds.
 void OutputRecovery::TendFile() {
   const Time now = parts_.clock.Elapsed();
@@ -158,7 +169,7 @@ void OutputRecovery::EndIfDone(int inet) {
     }
     const int ctrl = debt.record.Controller;
     if (debt.was_on && IsOn(debt.record.Before) && !parts_.orders.IsWaiting(inet, ctrl)) {
-      returns.push_back({debt.record, parts_.orders.Count(inet, ctrl)});
+      returns.push_back({debt.record, parts_.orders.Count(inet, ctrl), numberings_});
     }
   }
   std::erase_if(debts_, [inet](const Debt& debt) { return debt.record.Inet == inet; });
@@ -190,7 +201,8 @@ void OutputRecovery::Tell(int inet, const std::vector<Return>& returns) {
 bool OutputRecovery::IsVoid(const Return& wish) const {
   const OutputRecord& record = wish.record;
   return IsHeld(record) || parts_.records.Has(record.Inet) ||
-         parts_.orders.Count(record.Inet, record.Controller) != wish.orders;
+         parts_.orders.Count(record.Inet, record.Controller) != wish.orders ||
+         wish.numberings != numberings_;
 }
 
 // Only a controller that is still off returns: whoever has switched it since knows better.

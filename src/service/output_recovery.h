@@ -37,6 +37,10 @@ class OutputRecovery {
   // answer is tried again ten seconds later, and as soon as a lost port is back.
   bool Step();
 
+  // The instrument of number `from` has become number `to`: its test is ended there. Nobody returns
+  // a controller to its status any more that was asked for by its old number.
+  void Renumber(int from, int to);
+
  private:
   using Time = std::chrono::nanoseconds;
   enum class Stage { kPower, kTestPower, kLookAtStatus, kSwitchOff, kDone };
@@ -52,6 +56,7 @@ class OutputRecovery {
   struct Return {
     OutputRecord record;
     std::uint32_t orders = 0;  // StopOrders::Count when it was switched off
+    int numberings = 0;        // numberings_ then
     Time due{};
   };
 
@@ -72,6 +77,7 @@ class OutputRecovery {
   std::vector<Debt> debts_;
   std::vector<Return> returns_;
   Time next_look_{};
+  int numberings_ = 0;  // how many instruments were given another number
   bool is_loaded_ = false;
 };
 

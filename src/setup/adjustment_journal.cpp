@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
+#include <iterator>
 #include <span>
+#include <sstream>
+#include <string_view>
 
 #include "base/number.h"
 #include "platform/file_system.h"
@@ -45,6 +48,36 @@ std::string BeginningOfLine(RandomFile& file, std::int64_t size) {
   const bool is_open_line =
       size > 0 && file.ReadAt(size - 1, std::span(&last, 1)) == 1 && last != std::byte{'\n'};
   return is_open_line ? kEndOfLine : "";
+}
+
+// A record has at most 16 rows of a few lines each, none longer than a few hundred characters.
+constexpr std::int64_t kLongestRecord = 64 * 1024;
+
+// The last lines of the file, without their ends; none if it cannot be read.
+std::vector<std::string> LastLines(const std::string& path) {
+  RandomFile file;
+  if (!FindPath(path) || !file.Open(path, FileAccess::kRead)) {
+    return {};
+  }
+  const std::int64_t size = std::max<std::int64_t>(file.Size(), 0);
+  const std::int64_t first = std::max<std::int64_t>(size - kLongestRecord, 0);
+  std::string text(static_cast<std::size_t>(size - first), '\0');
+  text.resize(file.ReadAt(first, std::as_writable_bytes(std::span(text))));
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) {
+    line.erase(std::find(line.begin(), line.end(), '\r'), line.end());
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+bool IsLine(const std::string& line, std::string_view kind) {
+  return line.starts_with(kind) && line.size() > kind.size() && line[kind.size()] == ' ';
+}
+
+bool IsOver(const std::string& line) {
+  return IsLine(line, "told") || (IsLine(line, "end") && !line.ends_with(kEndedWithProgram));
 }
 
 }  // namespace
@@ -116,6 +149,24 @@ void AdjustmentJournal::AddFinalValue(double degrees) {
 
 void AdjustmentJournal::AddAfter(int row, const ChannelWords& after) {
   Add("after " + RowName(row) + TextOf(after));
+}
+
+std::optional<UnfinishedRun> AdjustmentJournal::TakeUnfinished() {
+  const std::vector<std::string> lines = LastLines(path_);
+  const auto last = std::find_if(lines.rbegin(), lines.rend(),
+                                 [](const std::string& line) { return IsLine(line, "begin"); });
+  if (last == lines.rend() || std::any_of(last.base(), lines.end(), IsOver)) {
+    return std::nullopt;
+  }
+  UnfinishedRun run{last->substr(std::string_view("begin ").size()), {}};
+  std::copy_if(last.base(), lines.end(), std::back_inserter(run.rows), [](const std::string& line) {
+    return IsLine(line, "before") || IsLine(line, "after");
+  });
+  if (run.rows.empty()) {
+    return std::nullopt;  // cut off before anything was written to the instrument
+  }
+  problem_ = Append("told " + TimeText() + kEndOfLine);
+  return run;
 }
 
 void AdjustmentJournal::End(const std::string& how) {

@@ -13,12 +13,21 @@ namespace tavrel {
 
 inline constexpr const char* kJournalFile = "ADJUST.TXT";  // in the data home
 
+// How a run ends that the program cannot finish, because it ends itself.
+inline constexpr const char* kEndedWithProgram = "dropped with the program";
+
 // A reading of an adjustment.
 struct AdjustmentReading {
   std::int16_t word = 0;
   bool failed = false;  // the instrument gave none: the word is the one read before it
 
   [[nodiscard]] bool operator==(const AdjustmentReading&) const = default;
+};
+
+// What the journal holds of a run that ended with the program: nobody was told of it.
+struct UnfinishedRun {
+  std::string begin;              // the line behind the word "begin"
+  std::vector<std::string> rows;  // what each row had before, and has now as far as it is known
 };
 
 // The words of registers J, K, L and O of a row. Empty: not known.
@@ -50,6 +59,10 @@ class AdjustmentJournal {
 
   // What a row has afterwards, as far as it was acknowledged.
   void AddAfter(int row, const ChannelWords& after);
+
+  // The last run of the file if it ended with the program; empty if it did not or was told before.
+  // From then on the file says that it was told. A file that cannot be read has none.
+  [[nodiscard]] std::optional<UnfinishedRun> TakeUnfinished();
 
   // Ends the record, `how` in a few words. Without a record that is begun nothing happens.
   void End(const std::string& how);

@@ -23,7 +23,7 @@ AdjustmentRun::AdjustmentRun(const Parts& parts, int inet)
       collector_(parts.link, inet, parts.events, parts.clock) {}
 
 AdjustmentRun::~AdjustmentRun() {
-  journal_.End("dropped");
+  journal_.End(kEndedWithProgram);
 }
 
 void AdjustmentRun::Reset() {
@@ -126,7 +126,7 @@ void AdjustmentRun::End(const std::string& how) {
   parts_.adj_state = AdjState::kEmptySheet;
 }
 
-std::string AdjustmentRun::Drop() {
+std::string AdjustmentRun::Drop(const char* how) {
   const auto in_doubt = is_writing_ ? writes_.InDoubt() : std::nullopt;
   if (in_doubt) {
     TakeWritten(*in_doubt, std::nullopt);
@@ -135,7 +135,7 @@ std::string AdjustmentRun::Drop() {
     journal_.AddAfter(row, after_[row]);
   }
   std::string changed = ChangedText();
-  End("dropped");
+  End(how);
   return changed;
 }
 

@@ -61,9 +61,9 @@ class AdjustmentRun {
   // Nothing can be finished on the instrument now: the program may end.
   void PortIsAway() { unfinished_.reset(); }
 
-  // Drops the run. What is written stays: the rows keep sensor code 0. Returns what the user is to
-  // be told of that; empty if nothing was written.
-  [[nodiscard]] std::string Drop();
+  // Drops the run; `how` is what the journal says of its end. What is written stays: the rows keep
+  // sensor code 0. Returns what the user is to be told of that; empty if nothing was written.
+  [[nodiscard]] std::string Drop(const char* how);
 
   // The sensor code of the run, 0 when none runs.
   [[nodiscard]] std::int16_t AdjSensor() const { return adj_sensor_; }

@@ -51,7 +51,7 @@ void ChannelAdjustment::CloseNow() {
     parts_.events.SetPointer(Pointer::kNormal);
   }
   if (run_ && run_->AdjSensor() != sensor::kNone) {
-    static_cast<void>(run_->Drop());
+    static_cast<void>(run_->Drop(kEndedWithProgram));
   }
   values_.MenusEnabled = false;
   CloseScreen();
@@ -252,7 +252,7 @@ void ChannelAdjustment::Quit() {
 
 void ChannelAdjustment::DropRun() {
   const Busy busy(is_busy_);
-  const std::string changed = run_->Drop();
+  const std::string changed = run_->Drop("dropped");
   if (!changed.empty()) {
     parts_.dialogs.Message({changed, "adjustment", BoxIcon::kWarning});
   }

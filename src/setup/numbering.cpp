@@ -230,6 +230,7 @@ void Numbering::LookForOld() {
 // The scan that follows finds the instrument under its new number.
 void Numbering::Assigned() {
   parts_.engine.Orders().Renumber(from_inet_, num_target_);
+  parts_.renumbered(from_inet_, num_target_);
   num_step_ = NumStep::kScan;
   num_misses_ = 0;
   was_sent_ = false;

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,7 @@ class Numbering : public ModalScreen {
     RecordingEngine& engine;
     Dialogs& dialogs;
     const Clock& clock;
+    std::function<void(int from, int to)> renumbered;  // an instrument has got another number
   };
   explicit Numbering(const Parts& parts);
 

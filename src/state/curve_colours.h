@@ -22,14 +22,15 @@ struct CurveColour {
   std::string_view Name;
 };
 
-// By code - 1.
+// By code - 1. Light green, yellow and cyan are drawn darker than the palette has them, in a hue
+// that no other curve has: three to one against white paper, and more against a dark desktop.
 inline constexpr std::array<CurveColour, kColourCodes> kCurveColours = {{
     {0, {0x00, 0x00, 0x00}, "black"},
     {12, {0xFF, 0x00, 0x00}, "light red"},
-    {10, {0x00, 0xFF, 0x00}, "light green"},
+    {10, {0x00, 0xAA, 0x00}, "light green"},
     {9, {0x00, 0x00, 0xFF}, "light blue"},
-    {14, {0xFF, 0xFF, 0x00}, "light yellow"},
-    {11, {0x00, 0xFF, 0xFF}, "light cyan"},
+    {14, {0xC0, 0x8A, 0x00}, "light yellow"},
+    {11, {0x00, 0x9C, 0xC8}, "light cyan"},
     {13, {0xFF, 0x00, 0xFF}, "light magenta"},
     {8, {0x80, 0x80, 0x80}, "grey"},
     {4, {0x80, 0x00, 0x00}, "red"},

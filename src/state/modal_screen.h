@@ -2,6 +2,7 @@
 #define TAVREL_STATE_MODAL_SCREEN_H_
 
 #include "base/active_view.h"
+#include "base/language.h"
 #include "state/run_state.h"
 
 namespace tavrel {
@@ -17,6 +18,11 @@ class ModalScreen {
   virtual ~ModalScreen() { CloseScreen(); }
   ModalScreen(const ModalScreen&) = delete;
   ModalScreen& operator=(const ModalScreen&) = delete;
+
+  // The language of the texts that have two.
+  [[nodiscard]] Language TextLanguage() const {
+    return LanguageOf(screen_state_.Settings.HelpLang);
+  }
 
   // False: the form closes.
   [[nodiscard]] bool IsOpen() const { return is_open_; }

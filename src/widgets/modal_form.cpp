@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPushButton>
@@ -133,6 +134,20 @@ QPushButton* ModalForm::MakeOk(Press press) {
   QPushButton* ok = MakeButton("CmdOK", "OK", std::move(press));
   ok->setDefault(true);
   return ok;
+}
+
+QPushButton* ModalForm::MakeCancel() {
+  constexpr BothLanguages kCaption{"Cancel", "Abbrechen"};
+  const QString caption = QtText(kCaption.In(screen_.TextLanguage()));
+  return MakeButton("CmdCancel", caption.toUtf8(), [this] { screen_.Quit(); });
+}
+
+QHBoxLayout* ModalForm::MakeOkAndCancel(Press ok) {
+  auto* line = new QHBoxLayout;
+  line->addStretch(1);
+  line->addWidget(MakeOk(std::move(ok)));
+  line->addWidget(MakeCancel());
+  return line;
 }
 
 GlyphButton* ModalForm::MakeGlyphButton(const QString& name, const char* spoken, Glyph glyph,

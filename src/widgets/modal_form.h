@@ -17,6 +17,7 @@
 class QBoxLayout;
 class QComboBox;
 class QGridLayout;
+class QHBoxLayout;
 class QMenu;
 class QPushButton;
 class QVBoxLayout;
@@ -80,6 +81,12 @@ class ModalForm : public QDialog {
 
   // "CmdOK": the default button.
   [[nodiscard]] QPushButton* MakeOk(Press press);
+
+  // "CmdCancel": leaves as the Escape key does.
+  [[nodiscard]] QPushButton* MakeCancel();
+
+  // OK and Cancel at the right of a line.
+  [[nodiscard]] QHBoxLayout* MakeOkAndCancel(Press ok);
 
   // A button with a picture; `spoken` is its accessible name.
   [[nodiscard]] GlyphButton* MakeGlyphButton(const QString& name, const char* spoken, Glyph glyph,

@@ -181,24 +181,37 @@ double ControllerSettings::Limit(int box) const {
   return std::isnan(value) ? 0 : value;
 }
 
-bool ControllerSettings::Check(int box, const char* name, double lower, double upper) {
-  // Sums of tenths of a degree: what is beyond the ninth digit is none of the user's.
-  const auto tidy = [](double limit) { return std::round(limit * 1e6) / 1e6; };
-  if (CheckRange(parts_.dialogs, name, Value(box), tidy(lower), tidy(upper))) {
+bool ControllerSettings::Check(int box, const char* name) {
+  const Limits limits = LimitsOf(box);
+  if (CheckRange(parts_.dialogs, name, Value(box), limits.Lower, limits.Upper)) {
     return true;
   }
   refused_ = box;
   return false;
 }
 
+Limits ControllerSettings::LimitsOf(int box) const {
+  // Sums of tenths of a degree: what is beyond the ninth digit is none of the user's.
+  const auto tidy = [](double limit) { return std::round(limit * 1e6) / 1e6; };
+  const ByIncrementBox<double>& per_unit = UnitsOf(hourly_).per_unit;
+  switch (box) {
+    case kUpperBox:
+      return {tidy(Limit(kFinalBox) + kGap), 1100};
+    case kFirstIncrementBox:  // the same in the other unit
+      return {0, tidy(per_unit[kSecondIncrementBox] / per_unit[kFirstIncrementBox])};
+    case kSecondIncrementBox:
+      return {0, 1};
+    case kLowerBox:
+      return {-500, tidy(std::min(Limit(kSetpointBox) - kGap, 500.0))};
+    default:
+      return {tidy(Limit(kLowerBox) + kGap), tidy(std::min(Limit(kUpperBox) - kGap, 1000.0))};
+  }
+}
+
 bool ControllerSettings::CheckBoxes() {
-  const double below_upper = std::min(Limit(kUpperBox) - kGap, 1000.0);
-  const double above_lower = Limit(kLowerBox) + kGap;
-  return Check(kUpperBox, kUpper.name, Limit(kFinalBox) + kGap, 1100) &&
-         Check(kFinalBox, kFinal.name, above_lower, below_upper) &&
-         Check(kSecondIncrementBox, UnitsOf(hourly_).name, 0, 1) &&
-         Check(kSetpointBox, kSetpoint.name, above_lower, below_upper) &&
-         Check(kLowerBox, kLower.name, -500, std::min(Limit(kSetpointBox) - kGap, 500.0));
+  return Check(kUpperBox, kUpper.name) && Check(kFinalBox, kFinal.name) &&
+         Check(kSecondIncrementBox, UnitsOf(hourly_).name) && Check(kSetpointBox, kSetpoint.name) &&
+         Check(kLowerBox, kLower.name);
 }
 
 void ControllerSettings::CmdOK_Click() {

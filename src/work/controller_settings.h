@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/numbered.h"
+#include "dialogs/checks.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
@@ -55,6 +56,9 @@ class ControllerSettings : public ModalScreen {
   [[nodiscard]] const char* IncrementCaption(int index) const;  // of the boxes 2 and 3
   [[nodiscard]] bool HasPid() const { return parts_.screens.Has(View::kTavPid); }
 
+  // What a box takes now: the limits of a temperature are other boxes.
+  [[nodiscard]] Limits LimitsOf(int box) const;
+
   // The box that was refused last, -1 for none: the keyboard belongs there.
   [[nodiscard]] int RefusedBox() const { return refused_; }
 
@@ -81,7 +85,7 @@ class ControllerSettings : public ModalScreen {
   void ShowUnknown(const ControllerField& field);
   void ShowField(const ControllerField& field, std::int16_t raw);
   [[nodiscard]] bool CheckBoxes();
-  [[nodiscard]] bool Check(int box, const char* name, double lower, double upper);
+  [[nodiscard]] bool Check(int box, const char* name);
   [[nodiscard]] double Value(int box) const;
   [[nodiscard]] double Limit(int box) const;
   [[nodiscard]] bool SendField(const ControllerField& field);

@@ -65,27 +65,35 @@ void Coordinates::CmdOK_Click() {
   CloseScreen();
 }
 
+Limits Coordinates::LimitsOf(std::size_t box) const {
+  if (box == kYmax) {
+    return {1, 30000};
+  }
+  if (box == kYmin) {
+    return {-10000, 30000};
+  }
+  return {0.1, LongestXmaxHours(state_.RecInterval[slot_], state_.Unit[slot_].UnitChannels)};
+}
+
 bool Coordinates::ExamineAll(Wanted& wanted) {
   const UnitRecord& unit = state_.Unit[slot_];
-  const std::int32_t rec_interval = state_.RecInterval[slot_];
   wanted = {unit.UnitYmax, unit.UnitYmin, unit.UnitXmax, WantedResolution()};
   if (IsTouched(kYmax)) {
-    const auto value = Examine(kYmax, "Ymax", 1, 30000);
+    const auto value = Examine(kYmax, "Ymax");
     if (!value) {
       return false;
     }
     wanted.y_max = ToWord(*value);
   }
   if (IsTouched(kYmin)) {
-    const auto value = Examine(kYmin, "Ymin", -10000, 30000);
+    const auto value = Examine(kYmin, "Ymin");
     if (!value) {
       return false;
     }
     wanted.y_min = ToWord(*value);
   }
   if (IsTouched(kXmax)) {
-    const double longest = LongestXmaxHours(rec_interval, unit.UnitChannels);
-    const auto value = Examine(kXmax, "Xmax", 0.1, longest);
+    const auto value = Examine(kXmax, "Xmax");
     if (!value) {
       return false;
     }
@@ -95,9 +103,10 @@ bool Coordinates::ExamineAll(Wanted& wanted) {
 }
 
 // Nothing, and a box has told it, if the value does not lie in the range.
-std::optional<double> Coordinates::Examine(Box box, const char* name, double lower, double upper) {
+std::optional<double> Coordinates::Examine(Box box, const char* name) {
   const double value = ReadNumber(boxes_.at(box));
-  if (!CheckRange(dialogs_, name, value, lower, upper)) {
+  const Limits limits = LimitsOf(box);
+  if (!CheckRange(dialogs_, name, value, limits.Lower, limits.Upper)) {
     return std::nullopt;
   }
   return value;

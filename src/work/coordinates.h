@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "dialogs/checks.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
 #include "state/modal_screen.h"
@@ -38,6 +39,9 @@ class Coordinates : public ModalScreen {
   [[nodiscard]] const std::string& TBox(std::size_t box) const { return boxes_.at(box); }
   [[nodiscard]] int CboRes() const { return low_ ? 1 : 0; }
 
+  // What a box takes.
+  [[nodiscard]] Limits LimitsOf(std::size_t box) const;
+
   void TBox_Change(std::size_t box, const std::string& text);
   void CboRes_Click(int row);
 
@@ -56,8 +60,7 @@ class Coordinates : public ModalScreen {
 
   void ReadHeader();
   [[nodiscard]] bool IsTouched(Box box) const { return boxes_[box] != at_opening_[box]; }
-  [[nodiscard]] std::optional<double> Examine(Box box, const char* name, double lower,
-                                              double upper);
+  [[nodiscard]] std::optional<double> Examine(Box box, const char* name);
   [[nodiscard]] bool ExamineAll(Wanted& wanted);
   [[nodiscard]] std::int16_t WantedResolution() const;
   void Store(const Wanted& wanted);

@@ -78,6 +78,7 @@ class ProgramEditor : public ModalScreen {
   [[nodiscard]] const std::string& Caption() const { return caption_; }
   [[nodiscard]] ProgramCell Cell(int row, int column) const;
   [[nodiscard]] const CellInEdit& Edit() const { return edit_; }
+  [[nodiscard]] const ProgramRows& Rows() const { return rows_; }
   [[nodiscard]] Language TipLanguage() const;
 
   // Something differs from the file.

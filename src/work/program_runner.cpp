@@ -1,14 +1,18 @@
 #include "work/program_runner.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
+#include "base/number.h"
+#include "base/units.h"
 #include "dialogs/checks.h"
 #include "dialogs/program_file.h"
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 #include "state/box_titles.h"
+#include "state/deadline.h"
 
 namespace tavrel {
 namespace {
@@ -86,6 +90,42 @@ bool ProgramRunner::Stop(int slot) {
 
 int ProgramRunner::ProgSteps(int slot) const {
   return IsSlot(slot) ? static_cast<int>(ProgTable[slot].steps.size()) : 0;
+}
+
+std::string ProgramRunner::ProgressText(int slot, Language language) const {
+  if (!IsSlot(slot) || !parts_.state.ProgRunning[slot] ||
+      parts_.state.Unit[slot].UnitProgStep < 1) {
+    return "";
+  }
+  const bool german = language == Language::kGerman;
+  const int done = parts_.state.Unit[slot].UnitProgStep;
+  const std::string text = (german ? "Schritt " : "step ") + std::to_string(done) +
+                           (german ? " von " : " of ") + std::to_string(ProgSteps(slot)) + ", ";
+  const std::string at = (german ? " um " : " at ") + TimeOfNextStep(slot);
+  if (!HasStepLeft(slot)) {
+    return text + (german ? "Ende" : "end") + at;
+  }
+  const ProgramStep& next = ProgTable[slot].steps.at(static_cast<std::size_t>(done));
+  if (next.Status <= 0) {
+    return text + (german ? "dann aus" : "next off") + at;
+  }
+  return text + (german ? "dann " : "next ") + ShortestNumber(next.Setpoint / kStepsPerDegree) +
+         " °C" + at;
+}
+
+// On the wall clock: the rest of the minute that runs, and whole minutes behind it.
+std::string ProgramRunner::TimeOfNextStep(int slot) const {
+  const double rest = parts_.state.TickMinute.At - parts_.clock.Timer();
+  const int minutes = std::max<int>(parts_.state.Unit[slot].UnitProgWait, 1) - 1;
+  const WallTime now = parts_.clock.Now();
+  const double second = std::clamp(rest, 0.0, static_cast<double>(kMinuteSeconds)) + now.Second;
+  const int at = now.Hour * 60 + now.Minute + minutes + static_cast<int>(second / kMinuteSeconds);
+  constexpr int kDay = 24 * 60;
+  const auto two_digits = [](int number) {
+    return (number < 10 ? "0" : "") + std::to_string(number);
+  };
+  const std::string time = two_digits(at % kDay / 60) + ":" + two_digits(at % 60);
+  return at < kDay ? time : time + " (+" + std::to_string(at / kDay) + " d)";
 }
 
 bool ProgramRunner::HasStepLeft(int slot) const {

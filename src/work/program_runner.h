@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/language.h"
+
 #include "files/recording_engine.h"
 #include "link/link.h"
 #include "platform/clock.h"
@@ -51,6 +53,10 @@ class ProgramRunner {
   // its slot was given to another controller: that one was not meant.
   void StepProgram(int slot);
 
+  // Where the program of a slot is and when it goes on, for the user: "step 2 of 5, next 220 °C at
+  // 14:20". Empty while none runs and before its first step has gone out.
+  [[nodiscard]] std::string ProgressText(int slot, Language language) const;
+
   // Steps of the program that was started last on the slot, 0 before the first.
   [[nodiscard]] int ProgSteps(int slot) const;
 
@@ -66,6 +72,7 @@ class ProgramRunner {
   void Begin(int slot, std::vector<ProgramStep> steps);
   [[nodiscard]] bool MayStep(int slot) const;
   [[nodiscard]] bool HasStepLeft(int slot) const;
+  [[nodiscard]] std::string TimeOfNextStep(int slot) const;
   [[nodiscard]] bool SendStep(int slot, const ProgramStep& step);
   [[nodiscard]] bool SendRamp(const UnitRecord& unit, const ProgramStep& step);
   [[nodiscard]] bool Send(const UnitRecord& unit, const char* letter, std::int16_t value);

@@ -106,6 +106,23 @@ void RecordingSettings::Cbo_Func_Click(int index) {
   }
 }
 
+Limits RecordingSettings::SamplingLimits() const {
+  return {IsFast(Unit()) ? 1.0 : kStepSeconds, kLongestSampling};
+}
+
+Limits RecordingSettings::StopLimits() const {
+  const double longest = MaxFileHours(Unit().UnitChannels, RecInterval());
+  return {kLeastStopHours, std::min(longest, kMostStopHours)};
+}
+
+std::string RecordingSettings::SamplingRange() const {
+  return RangeText(SamplingLimits());
+}
+
+std::string RecordingSettings::StopRange() const {
+  return RangeText(StopLimits());
+}
+
 void RecordingSettings::CmdOK_Click() {
   if (!IsOpen()) {
     return;
@@ -121,15 +138,17 @@ void RecordingSettings::CmdOK_Click() {
 // cannot sample with.
 std::optional<std::int16_t> RecordingSettings::TypedInterval() {
   const double seconds = ReadNumber(values_.Cbo_Sampl);
+  const Limits limits = SamplingLimits();
   if (IsFast(Unit())) {
-    const bool is_good = CheckRange(parts_.dialogs, "sampling", seconds, 1, kLongestSampling);
+    const bool is_good =
+        CheckRange(parts_.dialogs, "sampling", seconds, limits.Lower, limits.Upper);
     return is_good ? std::optional(ToWord(seconds)) : std::nullopt;
   }
   if (std::fmod(std::nearbyint(seconds), kStepSeconds) != 0) {
     parts_.dialogs.Message({"enter a multiple of 10", "sampling rate", BoxIcon::kWarning});
     return std::nullopt;
   }
-  if (!CheckRange(parts_.dialogs, "sampling", seconds, kStepSeconds, kLongestSampling)) {
+  if (!CheckRange(parts_.dialogs, "sampling", seconds, limits.Lower, limits.Upper)) {
     return std::nullopt;
   }
   return ToWord(std::nearbyint(seconds) / kStepSeconds);
@@ -187,10 +206,9 @@ void RecordingSettings::TakeSettings() {
   const bool is_stop_changed = values_.Txt_Stop != stop_at_opening_;
   const bool is_func_changed = values_.Cbo_Func != func_at_opening_;
   const double hours = ReadNumber(values_.Txt_Stop);
-  const double longest = MaxFileHours(Unit().UnitChannels, RecInterval());
-  const double most = std::min(longest, kMostStopHours);
+  const Limits limits = StopLimits();
   if (is_stop_changed &&
-      !CheckRange(parts_.dialogs, "stop acquisition", hours, kLeastStopHours, most)) {
+      !CheckRange(parts_.dialogs, "stop acquisition", hours, limits.Lower, limits.Upper)) {
     return;
   }
   if (is_stop_changed) {

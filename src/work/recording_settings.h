@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/language.h"
+#include "dialogs/checks.h"
 #include "files/recording_file.h"
 #include "platform/dialogs.h"
 #include "platform/screens.h"
@@ -21,6 +23,11 @@ namespace tavrel {
 // Rows of Cbo_Func; the index is UnitEndAction.
 inline constexpr std::array<std::string_view, 3> kEndActionItems = {
     " - - -", " switch the controller off", " resume acquisition with a new file"};
+
+// A new file begins with the recording off, also where it was on.
+inline constexpr BothLanguages kOffAfterNewFile{
+    "Recording is off in the new file:\nswitch it on again when it is to go on.",
+    "In der neuen Datei ist die Aufzeichnung aus:\nneu einschalten, wenn sie weitergehen soll."};
 
 // What TavRec shows.
 struct RecordingSettingsValues {
@@ -55,6 +62,10 @@ class RecordingSettings : public ModalScreen {
 
   [[nodiscard]] const RecordingSettingsValues& Values() const { return values_; }
 
+  // What the two boxes take, "10 ... 3600".
+  [[nodiscard]] std::string SamplingRange() const;
+  [[nodiscard]] std::string StopRange() const;
+
   void Cbo_Sampl_Change(const std::string& text);
   void Txt_Stop_Change(const std::string& text);
   void Cbo_Func_Click(int index);
@@ -69,6 +80,8 @@ class RecordingSettings : public ModalScreen {
   void ShowSettings();
   void ShowHours();
   [[nodiscard]] double StopHours() const;
+  [[nodiscard]] Limits SamplingLimits() const;
+  [[nodiscard]] Limits StopLimits() const;
   [[nodiscard]] std::optional<std::int16_t> TypedInterval();
   void NewFile();
   void BeginFile(std::int16_t interval);

@@ -237,6 +237,7 @@ void Worksheet::ShowProgram() {
   if (!is_running) {
     return;
   }
+  values_.ProgText = parts_.programs.ProgressText(parts_.state.SelSlot, values_.TipLanguage);
   const bool has_step = Unit().UnitProgStep > 0;
   values_.frProgCaption = " " + LowerCase(Unit().UnitProgName.Get()) + " ";
   values_.Lbl_Step = has_step ? std::to_string(Unit().UnitProgStep) : "";

@@ -49,6 +49,7 @@ struct WorksheetValues {
   std::string frProgCaption;
   std::string Lbl_Step;
   std::string Lbl_Time;       // minutes
+  std::string ProgText;       // where the program is and when it goes on
   int ProgOffFocusCalls = 0;  // goes up each time the keyboard is to go to cmd_ProgOff
 
   bool cmd_CoordEnabled = false;

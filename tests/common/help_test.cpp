@@ -38,5 +38,22 @@ TEST_F(Help, NamesTheManualThatIsMissing) {
   EXPECT_EQ(dialogs.boxes[0].Icon, BoxIcon::kInformation);
 }
 
+TEST_F(Help, SaysWhereTheManualIsIfNothingShowsIt) {
+  home.Write(kGermanManual, "g");
+  home.Write(kEnglishManual, "e");
+  shell.has_programs = false;
+  EXPECT_EQ(ManualFor("German"), home.File("H207_511.pdf"));
+  EXPECT_EQ(ManualFor("English"), home.File("H207_512.pdf"));
+  ASSERT_EQ(dialogs.announced.size(), 2U);
+  EXPECT_EQ(dialogs.announced[0].Text,
+            "Das Handbuch lässt sich nicht anzeigen: Es gibt kein Programm für PDF-Dateien. "
+            "Es liegt hier:\n\n" +
+                home.File("H207_511.pdf"));
+  EXPECT_EQ(dialogs.announced[1].Text,
+            "The manual cannot be shown: there is no program for PDF files. It is here:\n\n" +
+                home.File("H207_512.pdf"));
+  EXPECT_TRUE(dialogs.boxes.empty());
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -33,7 +33,8 @@ TEST_F(CommandLine, SaysTheVersion) {
 }
 
 TEST_F(CommandLine, SaysHowTheProgramIsCalled) {
-  EXPECT_EQ(Ask("--help"), (std::pair<std::string, int>("usage: tavrel [--help | --version]", 0)));
+  EXPECT_EQ(Ask("--help"),
+            (std::pair<std::string, int>("usage: tavrel [--help | --version | FILE]", 0)));
 }
 
 TEST_F(CommandLine, RefusesAnOptionThatIsNotKnown) {

@@ -119,6 +119,9 @@ std::vector<std::string> InstalledProgram::StartCommand() const {
     command.push_back("LD_PRELOAD=" + libraries);
   }
   command.push_back(directory_.File("tavrel"));
+  if (!file_.empty()) {
+    command.push_back(file_);
+  }
   return command;
 }
 

@@ -66,6 +66,9 @@ class InstalledProgram {
   void UsePort(int number) { port_ = "COM" + std::to_string(number); }
   [[nodiscard]] const std::string& Port() const { return port_; }
 
+  // From the next start on the program is given that file on its command line.
+  void GiveFile(const std::string& path) { file_ = path; }
+
   // From the next start on all that the program tells its user is kept: notices and boxes, each as
   // one text with "\n" for its line breaks. A box that knows one answer only is answered.
   // A window of the program with that regular expression in its title, as the screen's number for
@@ -104,6 +107,7 @@ class InstalledProgram {
   TemporaryDirectory directory_;
   std::string port_ = "COM1";
   bool keeps_texts_ = false;
+  std::string file_;
   OwnClock clock_ = OwnClock::kNone;
   Process instruments_;
   Process program_;

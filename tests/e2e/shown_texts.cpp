@@ -41,7 +41,8 @@ class Watcher : public QObject {
     if (box == nullptr) {
       return;
     }
-    Keep(box->windowTitle() + "\n" + box->text());
+    const QString advice = box->informativeText();
+    Keep(box->windowTitle() + "\n" + box->text() + (advice.isEmpty() ? "" : "\n\n" + advice));
     if (box->buttons().size() == 1) {
       QTimer::singleShot(0, box, &QDialog::accept);
     }

@@ -228,6 +228,79 @@ TEST_F(Index, SortsByBothColumnsBothWays) {
   EXPECT_EQ(NamesBy("PD"), List(contents.rbegin(), contents.rend()));
 }
 
+// A recording of `rows` rows of three words.
+std::string Recording(const std::string& date, int inet, int interval, int rows) {
+  UnitRecord unit = DefaultUnitRecord();
+  unit.UnitDate.Set(date);
+  unit.UnitInet = static_cast<std::int16_t>(inet);
+  unit.UnitChannels = 3;
+  unit.UnitInterval = static_cast<std::int16_t>(interval);
+  std::string bytes = BytesOf(unit);
+  bytes.resize(kHeaderBytes + 6 * static_cast<std::size_t>(rows));
+  return bytes;
+}
+
+TEST_F(Index, TellsDateDurationAndInstrumentOfEachFile) {
+  for (int inet = 1; inet <= 6; ++inet) {
+    const std::string name = "M26031" + std::to_string(inet) + "A.OVN";
+    directory.Write(name, Recording("03-14-2026 / 09:05", inet, inet, 10 * inet));
+  }
+  EXPECT_EQ(Build(), std::nullopt);
+  ASSERT_EQ(index.Rows().size(), 6U);
+  for (int inet = 1; inet <= 6; ++inet) {
+    const IndexDetails& details = index.Rows()[static_cast<std::size_t>(inet - 1)].Details;
+    EXPECT_EQ(details.Date, 202603140905);
+    EXPECT_EQ(details.Seconds, (10 * inet - 1) * 10 * inet);
+    EXPECT_EQ(details.Instrument, inet);
+  }
+}
+
+TEST_F(Index, TellsNothingOfAHeaderThatMakesNoSense) {
+  directory.Write("M260101A.OVN", Recording("03-14-2026 / 09:05", 9, 1, 5));
+  directory.Write("M260102A.OVN", Recording("14.03.2026 09:05", 2, 1, 0));
+  EXPECT_EQ(Build(), std::nullopt);
+  ASSERT_EQ(index.Rows().size(), 2U);
+  EXPECT_EQ(index.Rows()[0].Details.Date, 0);
+  EXPECT_EQ(index.Rows()[0].Details.Seconds, -1);
+  EXPECT_EQ(index.Rows()[0].Details.Instrument, 0);
+  EXPECT_EQ(index.Rows()[1].Details.Date, 0);
+  EXPECT_EQ(index.Rows()[1].Details.Seconds, 0);
+  EXPECT_EQ(index.Rows()[1].Details.Instrument, 2);
+}
+
+TEST_F(Index, SortsByItsOtherColumnsForTheMomentOnly) {
+  directory.Write("M260101A.OVN", Recording("03-14-2026 / 09:05", 3, 1, 50));
+  directory.Write("M260102A.OVN", Recording("12-01-2025 / 09:05", 1, 1, 70));
+  directory.Write("M260103A.OVN", Recording("03-14-2026 / 09:04", 2, 1, 60));
+  EXPECT_EQ(Build(), std::nullopt);
+  struct Way {
+    IndexColumn column;
+    const char* down;
+    List names;
+  };
+  const Way ways[] = {
+      {IndexColumn::kDate, "DD", {"M260101A.OVN", "M260103A.OVN", "M260102A.OVN"}},
+      {IndexColumn::kDuration, "LD", {"M260102A.OVN", "M260103A.OVN", "M260101A.OVN"}},
+      {IndexColumn::kInstrument, "ID", {"M260101A.OVN", "M260103A.OVN", "M260102A.OVN"}}};
+  state.SettingsChanged = false;
+  for (const Way& way : ways) {
+    const int before = index.Revision();
+    index.SortBy(way.column);
+    EXPECT_EQ(Names(), way.names);
+    EXPECT_EQ(index.Order(), way.down);
+    EXPECT_GT(index.Revision(), before);
+    index.SortBy(way.column);
+    EXPECT_EQ(Names(), List(way.names.rbegin(), way.names.rend()));
+    EXPECT_EQ(index.Order().back(), 'A');
+  }
+  EXPECT_EQ(state.Settings.SortKey, "FA");
+  EXPECT_FALSE(state.SettingsChanged);
+  index.ToggleFileSort();
+  EXPECT_EQ(state.Settings.SortKey, "FD");
+  EXPECT_EQ(index.Order(), "FD");
+  EXPECT_EQ(Names(), (List{"M260103A.OVN", "M260102A.OVN", "M260101A.OVN"}));
+}
+
 TEST_F(Index, ReadsTheSortKeyTrimmedAndInAnyCase) {
   Write("M260101A.OVN");
   Write("M260102A.OVN");

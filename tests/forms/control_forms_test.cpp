@@ -90,7 +90,7 @@ TEST_F(ControlForms, SetTheControllerByTheKeyboardAlone) {
 TEST_F(ControlForms, LeadTheTabKeyThroughTheSettings) {
   QStringList way;
   Then("TavCtrl", [&way] {
-    for (int step = 0; step < 8; ++step) {
+    for (int step = 0; step < 9; ++step) {
       way << QApplication::focusWidget()->objectName();
       Key(Qt::Key_Tab);
     }
@@ -98,7 +98,34 @@ TEST_F(ControlForms, LeadTheTabKeyThroughTheSettings) {
   });
   RunCtrl();
   EXPECT_EQ(way, QStringList({"TBox_0", "TBox_1", "TBox_2", "TBox_3", "TBox_4", "TBox_5", "cmdPID",
-                              "CmdOK"}));
+                              "CmdOK", "CmdCancel"}));
+}
+
+TEST_F(ControlForms, AreLeftByTheirCancelButtonWithoutAChange) {
+  control.bench.state.Settings.HelpLang = "German";
+  Then("TavCtrl", [] {
+    Type("1");
+    EXPECT_EQ(TextOf("CmdCancel"), "&Abbrechen");
+    Click("CmdCancel");
+  });
+  RunCtrl();
+  EXPECT_TRUE(control.Sent().empty());
+}
+
+// The limits of a temperature follow the other boxes while they are typed.
+TEST_F(ControlForms, TellTheLimitsOfANumberBeforeItIsRefused) {
+  Then("TavCtrl", [] {
+    EXPECT_EQ(TipOf("TBox_3"), "0 ... 1");
+    EXPECT_EQ(TipOf("TBox_2"), "0 ... 60");
+    Find("TBox_1")->setFocus();
+    Type("420");
+    EXPECT_EQ(TipOf("TBox_0"), "430 ... 1100");
+    Find("TBox_5")->setFocus();
+    Type("-20");
+    EXPECT_TRUE(TipOf("TBox_4").starts_with("-10 ... ")) << TipOf("TBox_4");
+    Key(Qt::Key_Escape);
+  });
+  RunCtrl();
 }
 
 TEST_F(ControlForms, TakeNoLettersForNumbers) {
@@ -247,6 +274,7 @@ TEST_F(ProgramForm, IsFilledByTheMouseAndSaved) {
     Find<QComboBox>("Cstat")->setCurrentIndex(2);
     ClickCell(1, kStepColumn);
     EXPECT_EQ(Cell(1, kStatusColumn), "iso");
+    EXPECT_EQ(Find("profile")->accessibleDescription().toStdString(), "200.05 °C,  30 min");
     EXPECT_FALSE(Find("Cstat")->isVisible());
     EXPECT_TRUE(Find("lb_Changed")->isVisible());
     Click("cmdSave");

@@ -9,6 +9,7 @@
 #include <QTableView>
 #include <QTest>
 #include <QTreeWidget>
+#include <cstring>
 #include <functional>
 
 #include "dialogs/forms/all_copy.h"
@@ -121,10 +122,57 @@ TEST_F(FileForms, ListNamesAndContentsWithTheirCount) {
 TEST_F(FileForms, GiveTheColumnsTheirShares) {
   WriteThree();
   Open([this] {
-    const double width = Grid()->viewport()->width();
+    front->resize(1500, 500);
+    QApplication::processEvents();
+    double width = Grid()->viewport()->width();
+    for (const int detail : {2, 3, 4}) {
+      EXPECT_FALSE(Grid()->isColumnHidden(detail));
+      width -= Grid()->columnWidth(detail);
+    }
     EXPECT_NEAR(Grid()->columnWidth(0) / width, 0.28, 0.005);
     EXPECT_NEAR(Grid()->columnWidth(1) / width, 0.72, 0.005);
     EXPECT_EQ(Find("cmdFile")->width(), Grid()->columnWidth(0));
+    EXPECT_EQ(Find("headDate")->x(), Find("cmdProduct")->geometry().right() + 1);
+    front->resize(520, 500);
+    QApplication::processEvents();
+    EXPECT_TRUE(Grid()->isColumnHidden(4)) << "the names come first";
+    EXPECT_FALSE(Find("headInstrument")->isVisible());
+    EXPECT_GT(Grid()->columnWidth(0), 60);
+    Click("cmdBack");
+  });
+}
+
+TEST_F(FileForms, ShowAndSortByDateDurationAndInstrument) {
+  UnitRecord unit = DefaultUnitRecord();
+  unit.UnitDate.Set("03-14-2026 / 09:05");
+  unit.UnitChannels = 1;
+  unit.UnitInterval = 6;
+  const auto write = [&](const std::string& name, int inet, std::size_t rows) {
+    unit.UnitInet = static_cast<std::int16_t>(inet);
+    std::string bytes(sizeof unit + 2 * rows, '\0');
+    std::memcpy(bytes.data(), &unit, sizeof unit);
+    bench.program.home.Write("tavdat/" + name, bytes);
+  };
+  write("M260314A.OVN", 2, 61);
+  write("M260315A.OVN", 1, 0);
+  state.Settings.SortKey = "FA";
+  Open([this] {
+    front->resize(1500, 500);
+    QApplication::processEvents();
+    const auto cell = [this](int row, int column) {
+      return Grid()->model()->index(row, column).data().toString().toStdString();
+    };
+    EXPECT_EQ(cell(0, 2), "2026-03-14  09:05");
+    EXPECT_EQ(cell(0, 3), "1.0 h");
+    EXPECT_EQ(cell(0, 4), "Tavrel-2");
+    EXPECT_EQ(cell(1, 3), "0.0 min");
+    for (const char* head : {"headDuration", "headInstrument"}) {
+      Click(head);
+      EXPECT_EQ(cell(0, 0), "M260314A.OVN") << head;
+      Click(head);
+      EXPECT_EQ(cell(0, 0), "M260315A.OVN") << head;
+    }
+    EXPECT_EQ(state.Settings.SortKey, "FA");
     Click("cmdBack");
   });
 }

@@ -168,6 +168,85 @@ TEST_F(GraphForms, MeasureADistance) {
   Run(Slopes(80));
 }
 
+TEST_F(GraphForms, LetTheButtonOfAToolLookPressedWhileItIsAtWork) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    const auto is_down = [](const char* name) { return Find<GlyphButton>(name)->IsLatched(); };
+    const QLabel* prompt = Find<QLabel>("Lbl_Instr");
+    Click("PbEval_0");
+    EXPECT_TRUE(is_down("PbEval_0"));
+    EXPECT_EQ(prompt->backgroundRole(), QPalette::Highlight);
+    Click("PbMark_1");
+    EXPECT_FALSE(is_down("PbEval_0"));
+    EXPECT_TRUE(is_down("PbMark_1"));
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(is_down("PbMark_1"));
+    Click("PbEval_0");
+    ClickOn("PicC_1", {20, 200});
+    ClickOn("PicC_1", {30, 300});
+    EXPECT_FALSE(is_down("PbEval_0")) << "a result stands there";
+    EXPECT_FALSE(prompt->autoFillBackground());
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+// A plot that changes its size is painted anew, and that ends the tool.
+TEST_F(GraphForms, KeepTheSizeOfThePlotWhenAPromptComes) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(GoToPart(kFrom, kTo));
+    const QSize before = Find("PicC_1")->size();
+    for (const char* tool : {"PbEval_0", "PbEval_1", "PbMark_1", "PbMark_2"}) {
+      Click(tool);
+      QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+      EXPECT_TRUE(IsShown("Lbl_Instr")) << tool;
+      EXPECT_EQ(Find("PicC_1")->size(), before) << tool;
+      Key(Qt::Key_Escape);
+    }
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+TEST_F(GraphForms, ShowValuesAtTheCursorAndTheCurveThatStandsOut) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(WaitForOverview());
+    const QImage before = PictureOf("PicC_0");
+    const QImage legend_before = PictureOf("PicProd");
+    QTest::mouseMove(Find("PicC_0"), PlaceOn(Find("PicC_0"), {30, 230}));
+    const std::string spoken = Find("values")->accessibleDescription().toStdString();
+    EXPECT_NE(spoken.find("2  input 2 = 2"), std::string::npos) << spoken;
+    EXPECT_TRUE(HasInk(PictureOf("values")));
+    EXPECT_NE(PictureOf("PicC_0"), before);
+    EXPECT_NE(PictureOf("PicProd"), legend_before);
+    QTest::mouseMove(Find("PicC_0"), PlaceOn(Find("PicC_0"), {30, 800}));
+    EXPECT_EQ(PictureOf("PicC_0"), before);
+    EXPECT_EQ(PictureOf("PicProd"), legend_before);
+    QWidget* values = Find("values");
+    QTest::mouseClick(values, Qt::LeftButton, {}, QPoint(5, values->height() * 3 / 16));
+    EXPECT_NE(PictureOf("PicC_0"), before) << "chosen in the legend";
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+}
+
+TEST_F(GraphForms, SayHowAPartIsChosenUntilAPromptComes) {
+  Then("TavGraph", [this] {
+    ASSERT_TRUE(WaitForOverview());
+    EXPECT_TRUE(WaitUntil([] { return TextOf("Lbl_Hint").starts_with("Draw a rectangle"); }));
+    ClickOn("PicC_0", {50, 500});
+    ASSERT_TRUE(GoToPart({85, 100}, {99, 700}));
+    EXPECT_TRUE(WaitUntil([] { return TextOf("Lbl_Hint").starts_with("Nothing has been"); }));
+    Click("PbEval_0");
+    EXPECT_EQ(TextOf("Lbl_Hint"), "");
+    Key(Qt::Key_Escape);
+    Key(Qt::Key_Escape);
+  });
+  Run(Slopes(80));
+  EXPECT_TRUE(program.dialogs.boxes.empty());
+}
+
 TEST_F(GraphForms, IntegrateACurveOfTheLegend) {
   Then("TavGraph", [this] {
     ASSERT_TRUE(GoToPart(kFrom, kTo));

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include "platform/qt/box_icons.h"
 #include "platform/qt/qt_screens.h"
 #include "tests/support/wait_until.h"
 
@@ -26,6 +27,8 @@ class Boxes : public testing::Test {
       if (box != nullptr) {
         poll.stop();
         text = box->text();
+        advice = box->informativeText();
+        width = box->width();
         title = box->windowTitle();
         icon = box->icon();
         format = box->textFormat();
@@ -53,6 +56,8 @@ class Boxes : public testing::Test {
   QtDialogs dialogs{events};
   QTimer poll;
   QString text;
+  QString advice;
+  int width = 0;
   QString title;
   QMessageBox::Icon icon = QMessageBox::NoIcon;
   Qt::TextFormat format = Qt::AutoText;
@@ -65,6 +70,80 @@ TEST_F(Boxes, SayTheirTextAsItIs) {
   EXPECT_EQ(title, "Read  file");
   EXPECT_EQ(icon, QMessageBox::Warning);
   EXPECT_EQ(format, Qt::PlainText);
+}
+
+TEST_F(Boxes, ShowTheAdviceAsAParagraphOfItsOwn) {
+  Press(QMessageBox::Ok);
+  dialogs.Message({"COM1 is in use.\n\nClose it\n\n\nor <b>not</b>.", "Open", BoxIcon::kWarning});
+  EXPECT_EQ(text, "COM1 is in use.");
+  EXPECT_EQ(advice, "Close it\n\n\nor <b>not</b>.");
+}
+
+TEST_F(Boxes, AreWideEnoughForTheirTitle) {
+  const QString title_of_it = QString("a title with room ").repeated(3).trimmed();
+  Press(QMessageBox::Ok);
+  dialogs.Message({"no", title_of_it.toStdString(), BoxIcon::kWarning});
+  QFont bold = QApplication::font();
+  bold.setBold(true);
+  const QFontMetrics metrics(bold);
+  EXPECT_GE(width, metrics.horizontalAdvance(title_of_it) + 8 * metrics.height());
+}
+
+TEST_F(Boxes, OfferADeedBesideOk) {
+  const Notice written{"written", "ASCII - file", BoxIcon::kInformation};
+  QStringList captions;
+  WhenABoxComes([&captions](QMessageBox* box) {
+    for (QAbstractButton* button : box->buttons()) {
+      captions.push_back(button->text());
+      if (button->text() == "Open folder") {
+        button->click();
+      }
+    }
+  });
+  EXPECT_TRUE(dialogs.Offer(written, "Open folder"));
+  EXPECT_EQ(captions.size(), 2);
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+    poll.disconnect();
+    PressKey(key);
+    EXPECT_FALSE(dialogs.Offer(written, "Open folder"));
+  }
+}
+
+// The share of the dots of the sign's square that are neither its own full colours nor empty:
+// what is scaled up is soft at all its edges.
+double Softness(const QImage& picture) {
+  int soft = 0;
+  int full = 0;
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      const int alpha = qAlpha(picture.pixel(x, y));
+      soft += alpha > 0 && alpha < 255 ? 1 : 0;
+      full += alpha == 255 ? 1 : 0;
+    }
+  }
+  return static_cast<double>(soft) / full;
+}
+
+TEST(BoxSigns, AreDrawnAnewForEachScale) {
+  for (const BoxIcon icon :
+       {BoxIcon::kInformation, BoxIcon::kQuestion, BoxIcon::kWarning, BoxIcon::kCritical}) {
+    const QImage one = BoxSign(icon).pixmap(QSize(32, 32), 1).toImage();
+    const QImage four = BoxSign(icon).pixmap(QSize(32, 32), 4).toImage();
+    EXPECT_EQ(one.size(), QSize(32, 32));
+    EXPECT_EQ(four.size(), QSize(128, 128));
+    EXPECT_LT(Softness(four), Softness(one) / 2);
+  }
+  EXPECT_TRUE(BoxSign(BoxIcon::kNone).isNull());
+}
+
+TEST_F(Boxes, HaveTheProgramsOwnSign) {
+  QImage sign;
+  WhenABoxComes([&sign](QMessageBox* box) {
+    sign = box->iconPixmap().toImage();
+    box->accept();
+  });
+  dialogs.Message({"text", "title", BoxIcon::kCritical});
+  EXPECT_EQ(sign, BoxSign(BoxIcon::kCritical).pixmap(sign.size()).toImage());
 }
 
 TEST_F(Boxes, MessageIsLeftByEscape) {

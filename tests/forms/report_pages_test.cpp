@@ -98,7 +98,7 @@ class TheReportOnPaper : public testing::Test, public GraphBench {
       return true;
     });
     GraphOutput output({program.state, graph, program.dialogs, program.events, *printer,
-                        program.clipboard, program.regional, program.clock});
+                        program.clipboard, program.regional, program.clock, program.shell});
     output.MnuPrint_Click();
   }
   std::string PrintedText(QPageLayout::Orientation orientation) {
@@ -244,7 +244,7 @@ class TheClipboard : public TheReportOnPaper {
  protected:
   void CopyPicture() {
     GraphOutput output({program.state, graph, program.dialogs, program.events, program.printer,
-                        clipboard, program.regional, program.clock});
+                        clipboard, program.regional, program.clock, program.shell});
     output.MnuGraph_Click();
   }
   static const QMimeData& Content() { return *QGuiApplication::clipboard()->mimeData(); }

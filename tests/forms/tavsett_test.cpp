@@ -1,7 +1,9 @@
 #include "main/forms/tavsett.h"
 
 #include <QAbstractItemView>
+#include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 
 #include "base/tool_tips.h"
 #include "dialogs/forms/all_dir.h"
@@ -35,7 +37,7 @@ TEST_F(SettingsWindow, ShowsTheValues) {
     EXPECT_TRUE(Form()->isModal());
     EXPECT_EQ(TextOf("Txt_Plant"), "Foundry South");
     EXPECT_EQ(TextOf("Txt_Lab"), "M. Weber");
-    EXPECT_EQ(ShownIn("cboCom"), " COM3");
+    EXPECT_TRUE(ShownIn("cboCom").starts_with(" COM3   /")) << ShownIn("cboCom");
     EXPECT_EQ(ShownIn("cboHelp"), " English");
     EXPECT_EQ(ShownIn("cboMode"), " direct  (RS-232)");
     EXPECT_EQ(ShownIn("cboDia"), " no");
@@ -43,6 +45,41 @@ TEST_F(SettingsWindow, ShowsTheValues) {
     EXPECT_EQ(TextOf("CmdFont"), "Arial,  11");
     EXPECT_EQ(List("cboCom")->count(), 31);
     Click("CmdOK");
+  });
+  Run();
+}
+
+TEST_F(SettingsWindow, ShowsWhatIsBehindThePortsAnewWhenTheListUnfolds) {
+  Then("TAVSETT", [this] {
+    QComboBox* ports = List("cboCom");
+    const QString before = ports->itemText(6);
+    std::filesystem::create_symlink("/nowhere", bench.home.File("COM6"));
+    EXPECT_EQ(ports->itemText(6), before);
+    ports->showPopup();
+    const std::string missing = " COM6   " + bench.home.File("COM6") + "  (not present)";
+    EXPECT_EQ(ports->itemText(6).toStdString(), missing);
+    EXPECT_GE(ports->view()->minimumWidth(), ports->view()->sizeHintForColumn(0));
+    ports->hidePopup();
+    List("cboHelp")->setCurrentIndex(1);
+    EXPECT_TRUE(ports->itemText(6).endsWith("(nicht vorhanden)"));
+    EXPECT_EQ(ports->currentIndex(), 3);
+    List("cboHelp")->setCurrentIndex(0);
+    Key(Qt::Key_Escape);
+  });
+  Run();
+}
+
+TEST_F(SettingsWindow, HasALabelForEachControl) {
+  Then("TAVSETT", [] {
+    for (const char* name : {"Txt_Plant", "Txt_Lab", "cboHelp", "cboCom", "cboMode", "cboDia",
+                             "cmdPath", "CmdFont", "CboWidth"}) {
+      const auto labels = Form()->findChildren<QLabel*>();
+      const QWidget* control = Find<QWidget>(name);
+      EXPECT_TRUE(std::ranges::any_of(labels, [control](const QLabel* label) {
+        return label->buddy() == control;
+      })) << name;
+    }
+    Key(Qt::Key_Escape);
   });
   Run();
 }
@@ -106,7 +143,7 @@ TEST_F(SettingsWindow, IsDrivenByTheKeyboardAlone) {
 TEST_F(SettingsWindow, LeadsTheTabKeyThroughAllControls) {
   QStringList way;
   Then("TAVSETT", [&way] {
-    for (int step = 0; step < 10; ++step) {
+    for (int step = 0; step < 11; ++step) {
       way << QApplication::focusWidget()->objectName();
       Key(Qt::Key_Tab);
     }
@@ -114,7 +151,18 @@ TEST_F(SettingsWindow, LeadsTheTabKeyThroughAllControls) {
   });
   Run();
   EXPECT_EQ(way, QStringList({"Txt_Plant", "Txt_Lab", "cboHelp", "cboCom", "cboMode", "cboDia",
-                              "cmdPath", "CmdFont", "CboWidth", "CmdOK"}));
+                              "cmdPath", "CmdFont", "CboWidth", "CmdOK", "CmdCancel"}));
+}
+
+TEST_F(SettingsWindow, IsLeftByItsCancelButtonWithoutAChange) {
+  Then("TAVSETT", [] {
+    List("cboMode")->setCurrentIndex(2);
+    EXPECT_EQ(TextOf("CmdCancel"), "&Cancel");
+    Click("CmdCancel");
+  });
+  Run();
+  EXPECT_EQ(Shared().ComMode, 0);
+  EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
 
 TEST_F(SettingsWindow, TakesEnterOnAnyControlForOk) {
@@ -281,7 +329,7 @@ TEST_F(SettingsWindow, FindsTheEntriesOfAListByTheirLetters) {
     EXPECT_EQ(ShownIn("CboWidth"), "   4 pt");
     List("cboCom")->setFocus();
     QTest::keyClicks(List("cboCom"), "com12");
-    EXPECT_EQ(ShownIn("cboCom"), " COM12");
+    EXPECT_EQ(ShownIn("cboCom").substr(0, 6), " COM12");
     QTest::keyClicks(List("cboDia"), "x");
     EXPECT_EQ(ShownIn("cboDia"), " no");
     Key(Qt::Key_Escape);

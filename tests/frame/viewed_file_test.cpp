@@ -242,5 +242,94 @@ TEST_F(ViewedFile, IsSavedAndClosedAtTheEndOfTheProgram) {
   EXPECT_FALSE(state.SlotFileNo[0].IsOpen());
 }
 
+// ---- A file that is named from outside: on the command line, by a file manager.
+
+TEST_F(ViewedFile, NamedFromOutsideIsShownLikeAChosenOne) {
+  bench.Start();
+  std::filesystem::create_directory(bench.home.File("old years"));
+  std::filesystem::rename(bench.home.File("tavdat/M250102A.OVN"),
+                          bench.home.File("old years/M250102A.OVN"));
+  state.SettingsChanged = false;
+  ASSERT_TRUE(bench.sheet.MayShowFile());
+  bench.sheet.ShowFile(bench.home.File("old years/M250102A.OVN"));
+  EXPECT_EQ(bench.screens.shown, (std::vector<View>{View::kTavWork}));
+  EXPECT_EQ(state.SelSlot, 0);
+  EXPECT_EQ(state.SlotPath[0], bench.home.File("old years"));
+  EXPECT_EQ(bench.Row(0).tx_Des, "Other oven");
+  EXPECT_EQ(state.Settings.OpenFile, "M250102A.OVN");
+  EXPECT_EQ(state.Settings.OpenPath, bench.home.File("old years"));
+  EXPECT_TRUE(state.SettingsChanged);
+}
+
+TEST_F(ViewedFile, NamedFromOutsideKeepsWhatWasEditedOnTheOneBefore) {
+  bench.Start();
+  Open("M250101A.OVN");
+  bench.sheet.tx_Des_Change(0, "Renamed");
+  bench.sheet.ShowFile(bench.home.File("tavdat/M250102A.OVN"));
+  EXPECT_NE(Header().find("Renamed"), std::string::npos);
+  EXPECT_EQ(bench.Row(0).tx_Des, "Other oven");
+}
+
+TEST_F(ViewedFile, NamedFromOutsideButMissingIsToldAsOpenTellsIt) {
+  bench.Start();
+  bench.sheet.ShowFile(bench.home.File("tavdat/M250109A.OVN"));
+  ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.dialogs.boxes[0].Text, "M250109A.OVN  not found !");
+  EXPECT_EQ(bench.dialogs.boxes[0].Title, "Read  file");
+  EXPECT_FALSE(bench.Row(0).Sheet);
+  EXPECT_TRUE(bench.screens.shown.empty());
+}
+
+// Opening deletes a stump, which can only be a recording that was never made; behind a name from
+// outside anything may stand.
+TEST_F(ViewedFile, NamedFromOutsideIsNeverDeleted) {
+  bench.Start();
+  for (const std::size_t size : {0U, 1U, 300U, 499U, 500U, 700U, 999U, 1000U, 5000U}) {
+    for (const char* name : {"tavdat/NOTES.TXT", "tavdat/M250103A.OVN", "NOTES"}) {
+      const std::string bytes(size, 'x');
+      bench.home.Write(name, bytes);
+      bench.dialogs.boxes.clear();
+      bench.sheet.ShowFile(bench.home.File(name));
+      EXPECT_EQ(bench.home.Read(name), bytes) << name << " of " << size;
+      ASSERT_EQ(bench.dialogs.boxes.size(), 1U) << name << " of " << size;
+      EXPECT_NE(bench.dialogs.boxes[0].Text.find("  is not a Tavrel-file !"), std::string::npos);
+      EXPECT_EQ(bench.dialogs.boxes[0].Title, "Read  file");
+      EXPECT_FALSE(bench.Row(0).Sheet);
+    }
+  }
+}
+
+TEST_F(ViewedFile, NamedFromOutsideMayBeADirectory) {
+  bench.Start();
+  bench.sheet.ShowFile(bench.home.File("tavdat"));
+  bench.sheet.ShowFile("/");
+  EXPECT_EQ(bench.dialogs.boxes.size(), 2U);
+  EXPECT_TRUE(bench.screens.shown.empty());
+}
+
+TEST_F(ViewedFile, NamedFromOutsideThatATestRecordsOpensItsWorksheet) {
+  for (const int slot : {3, 12}) {
+    bench.Install(slot, "M26031" + std::to_string(slot % 10) + "B.OVN",
+                  BenchProgram::Header(2, slot % 4 + 1, 2, true));
+  }
+  bench.Start();
+  for (const int slot : {1, 12, 3}) {
+    bench.screens.shown.clear();
+    bench.sheet.ShowFile(bench.home.File("tavdat/" + state.SlotFile[slot]));
+    EXPECT_EQ(state.SelSlot, slot);
+    EXPECT_EQ(bench.screens.shown, (std::vector<View>{View::kTavWork}));
+    EXPECT_FALSE(bench.Row(0).Sheet);
+  }
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+}
+
+TEST_F(ViewedFile, NamedFromOutsideWaitsForTheStartAndForScreens) {
+  EXPECT_FALSE(bench.sheet.MayShowFile());
+  bench.Start();
+  EXPECT_TRUE(bench.sheet.MayShowFile());
+  state.ActiveView = View::kTavGraph;
+  EXPECT_FALSE(bench.sheet.MayShowFile());
+}
+
 }  // namespace
 }  // namespace tavrel

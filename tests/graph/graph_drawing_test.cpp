@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr Colour kRed{0xFF, 0, 0};
-constexpr Colour kGreen{0, 0xFF, 0};
+constexpr Colour kGreen{0, 0xAA, 0};  // light green as it is drawn
 
 std::vector<Segment> Segments(const std::vector<Stroke>& strokes) {
   std::vector<Segment> segments;
@@ -291,9 +291,12 @@ TEST(Legend, NamesTheCurvesAndShowsTheirColours) {
   GraphBench bench;
   bench.header.UnitColour[2] = 0;
   bench.LoadAndOpen(bench.Slopes(2));
-  EXPECT_THAT(bench.names.Texts(), ElementsAre("input 1", "input 3"));
+  EXPECT_THAT(bench.names.Texts(), ElementsAre("1", "input 1", "3", "input 3"));
   const Stroke name = bench.names.Of(StrokeKind::kText).back();
-  EXPECT_EQ(name.At.X1, 0);
+  EXPECT_DOUBLE_EQ(name.At.X1, bench.names.TextWidth("00  "));
+  const Stroke number = bench.names.Of(StrokeKind::kText).at(2);
+  EXPECT_DOUBLE_EQ(number.At.X1, bench.names.TextWidth("0"));
+  EXPECT_DOUBLE_EQ(number.At.Y1, name.At.Y1);
   EXPECT_DOUBLE_EQ(name.At.Y1, 2 / 16.0 - 14 / 400.0 / 2);
   EXPECT_EQ(bench.legend.LinesOf(kGreen).front().At,
             (Segment{0.2, 2 / 16.0, 0.8, 2 / 16.0, kGreen}));

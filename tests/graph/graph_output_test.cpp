@@ -140,6 +140,59 @@ TEST_F(TheOutput, EndsInSilenceIfTheTextFileCannotBeOpened) {
   ExpectAllIsBack();
 }
 
+TEST_F(TheOutput, SaysWhereItWentAndShowsTheFolder) {
+  struct Way {
+    const char* language;
+    const char* text;
+    const char* deed;
+  };
+  const Way ways[] = {{"English", "The file has been written:\n\n", "Open folder"},
+                      {"German", "Die Datei ist geschrieben:\n\n", "Ordner öffnen"}};
+  for (const Way& way : ways) {
+    program.state.Settings.HelpLang = way.language;
+    for (const bool is_taken : {false, true}) {
+      program.dialogs.offers.clear();
+      program.shell.opened.clear();
+      program.dialogs.takes_offer = is_taken;
+      Choose("OUT.ASC");
+      output.MnuASCII_Click();
+      Choose("SOUT.OVN");
+      output.MnuSubFile_Click();
+      ASSERT_EQ(program.dialogs.offers.size(), 2U);
+      EXPECT_EQ(program.dialogs.offers[0].notice.Title, "ASCII - file");
+      EXPECT_EQ(program.dialogs.offers[0].notice.Text, way.text + Path("OUT.ASC"));
+      EXPECT_EQ(program.dialogs.offers[0].deed, way.deed);
+      EXPECT_EQ(program.dialogs.offers[1].notice.Title, "Subfile");
+      EXPECT_EQ(program.dialogs.offers[1].notice.Text, way.text + Path("SOUT.OVN"));
+      const std::vector<std::string> folders(is_taken ? 2 : 0, program.home.File("tavdat"));
+      EXPECT_EQ(program.shell.opened, folders);
+    }
+  }
+  ExpectAllIsBack();
+}
+
+TEST_F(TheOutput, NamesTheFolderThatNothingShows) {
+  program.dialogs.takes_offer = true;
+  program.shell.has_programs = false;
+  Choose("OUT.ASC");
+  output.MnuASCII_Click();
+  ASSERT_EQ(program.dialogs.announced.size(), 1U);
+  EXPECT_THAT(program.dialogs.announced[0].Text, HasSubstr("\n\n" + program.home.File("tavdat")));
+}
+
+TEST_F(TheOutput, OffersNoFolderForWhatWasNotWritten) {
+  Choose("OUT.ASC");
+  {
+    const FullDisk full(1000);
+    output.MnuASCII_Click();
+    Choose("SOUT.OVN");
+    output.MnuSubFile_Click();
+  }
+  program.dialogs.chosen_file.clear();
+  output.MnuASCII_Click();
+  EXPECT_TRUE(program.dialogs.offers.empty());
+}
+
 TEST_F(TheOutput, TellsOfAFullDisk) {
   WatchBoxes();
   program.home.Write("tavdat/OUT.ASC", "old");

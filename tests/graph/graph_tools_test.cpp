@@ -348,7 +348,7 @@ TEST_F(GraphTool, KeyboardChoosesTheCurveNextToTheCursorAndDragsTheBaseline) {
 }
 
 TEST_F(GraphTool, KeyboardChoosesEachCurve) {
-  const std::vector<Colour> inks = {kBlack, kRed, {0, 0xFF, 0}};
+  const std::vector<Colour> inks = {kBlack, kRed, {0, 0xAA, 0}};
   std::set<std::size_t> chosen;
   for (const auto& [move, steps] :
        {std::pair(CursorMove::kUp, 10), std::pair(CursorMove::kUp, 20),
@@ -413,8 +413,24 @@ TEST_F(PartRange, GivesUpTheMarks) {
   EXPECT_FALSE(bench.program.state.PartPrepared);
 }
 
+// A hand trembles while it clicks.
+TEST_F(PartRange, IsLeftAloneByAMereClick) {
+  for (const PlotPoint to : {PlotPoint{20, 200}, PlotPoint{20.4, 204}, PlotPoint{19.6, 196}}) {
+    bench.Drag({20, 200}, to);
+    EXPECT_THAT(bench.program.dialogs.boxes, SizeIs(0));
+    EXPECT_EQ(bench.graph.State().PartX2, 100);
+    EXPECT_THAT(bench.PicC(kOverview).Of(StrokeKind::kBox), SizeIs(1));
+  }
+  EXPECT_FALSE(bench.program.state.SlotDirty[GraphBench::kSlot]);
+  bench.graph.PicC_MouseDown({20, 200});
+  bench.graph.PicC_MouseMove({50, 700});
+  bench.graph.PicC_MouseMove({20, 200});
+  bench.graph.PicC_MouseUp({20, 200});
+  EXPECT_THAT(bench.program.dialogs.boxes, SizeIs(1)) << "that was a drag";
+}
+
 TEST_F(PartRange, OfAMinuteOrADegreeIsTooSmallAndTheOldOneStays) {
-  for (const PlotPoint to : {PlotPoint{21, 700}, PlotPoint{60, 201}, PlotPoint{20, 200}}) {
+  for (const PlotPoint to : {PlotPoint{21, 700}, PlotPoint{60, 201}}) {
     bench.program.dialogs.boxes.clear();
     bench.Unit().UnitMarks = 4;
     bench.Drag({20, 200}, to);

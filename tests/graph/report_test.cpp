@@ -260,8 +260,8 @@ TEST_F(TheReport, DrawsDifferencesAndTheZeroLineInARelativeView) {
   EXPECT_DOUBLE_EQ(view.YTop, 250);
   const auto red = page.LinesOf(kRed);  // the reference itself
   EXPECT_EQ(red[1].At, (Segment{10, 0, 11, 0, kRed}));
-  const auto green = page.LinesOf({0, 0xFF, 0});
-  EXPECT_EQ(green[1].At, (Segment{10, 100, 11, 100, {0, 0xFF, 0}}));
+  const auto green = page.LinesOf({0, 0xAA, 0});
+  EXPECT_EQ(green[1].At, (Segment{10, 100, 11, 100, {0, 0xAA, 0}}));
   const auto black = page.LinesOf(kBlack);
   EXPECT_TRUE(std::ranges::any_of(black, [](const Stroke& line) {
     return line.At == Segment{10, 0, 60, 0, kBlack} && line.With == Pen();
@@ -301,7 +301,7 @@ TEST_F(TheReport, ListsTheShownCurvesLeftOfALandscapePlot) {
   EXPECT_NEAR(Column(page, kLandscape, TextOn(page, "input 1").Left), 12, 1e-9);
   EXPECT_NEAR(Row(page, kLandscape, "input 1"), 6, 1e-9);
   EXPECT_NEAR(Row(page, kLandscape, "input 3"), 7, 1e-9);
-  const auto green = page.LinesOf({0, 0xFF, 0});
+  const auto green = page.LinesOf({0, 0xAA, 0});
   ExpectAt(In(kLandscape, green[0]), {5, 7, 10, 7});
   EXPECT_EQ(green[0].With.Width, 3);
   const auto texts = page.Texts();
@@ -318,7 +318,7 @@ TEST_F(TheReport, ListsAllInputsBeneathAPortraitPlot) {
   EXPECT_NEAR(Column(page, kPortrait, TextOn(page, "F").Left), 12, 1e-9);
   EXPECT_NEAR(Row(page, kPortrait, "not recorded"), 34, 1e-9);
   EXPECT_NEAR(Column(page, kPortrait, TextOn(page, "not recorded").Left), 56, 1e-9);
-  ExpectAt(In(kPortrait, page.LinesOf({0, 0xFF, 0})[0]), {18, 32, 25, 32});
+  ExpectAt(In(kPortrait, page.LinesOf({0, 0xAA, 0})[0]), {18, 32, 25, 32});
   const auto texts = page.Texts();
   EXPECT_EQ(std::ranges::count(texts, "input 2"), 0);
   EXPECT_THAT(texts, IsSupersetOf({"1", "2", "9", "A", "B", "C", "D", "E", "F"}));

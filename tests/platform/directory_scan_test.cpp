@@ -27,7 +27,7 @@ class ScanTest : public testing::Test {
     request.LeastBytes = least_bytes;
     request.Offset = offset;
     request.Bytes = bytes;
-    request.Found = [&](std::string_view name, std::string_view piece) {
+    request.Found = [&](std::string_view name, std::string_view piece, std::int64_t) {
       found.emplace(name, piece);
     };
     EXPECT_EQ(ScanDirectory(request), "");
@@ -82,20 +82,26 @@ TEST_F(ScanTest, OpensOnlyWhatIsWanted) {
   directory_.Write("yes", "0123456789");
   directory_.Write("no", "0123456789");
   std::vector<std::string> found;
+  std::vector<std::int64_t> lengths;
   std::vector<std::pair<std::size_t, std::size_t>> progress;
   ScanRequest request;
   request.Directory = directory_.Path();
   request.Wants = [](std::string_view name) { return name == "yes"; };
-  request.Found = [&](std::string_view name, std::string_view) { found.emplace_back(name); };
+  request.Found = [&](std::string_view name, std::string_view, std::int64_t length) {
+    found.emplace_back(name);
+    lengths.push_back(length);
+  };
   request.Progress = [&](std::size_t done, std::size_t of) { progress.emplace_back(done, of); };
   EXPECT_EQ(ScanDirectory(request), "");
   EXPECT_EQ(found, std::vector<std::string>{"yes"});
+  ASSERT_EQ(lengths.size(), 1U);
+  EXPECT_EQ(lengths[0], static_cast<std::int64_t>(directory_.Read("yes").size()));
   EXPECT_EQ(progress, (std::vector<std::pair<std::size_t, std::size_t>>{{1, 1}}));
 }
 
 TEST_F(ScanTest, TellsWhyADirectoryCannotBeListed) {
   ScanRequest request;
-  request.Found = [](std::string_view, std::string_view) {};
+  request.Found = [](std::string_view, std::string_view, std::int64_t) {};
   request.Directory = directory_.File("missing");
   EXPECT_EQ(ScanDirectory(request), "No such file or directory");
   directory_.Write("file", "");

@@ -104,5 +104,18 @@ TEST_F(TheFileOfOutputs, IsPutToTheDiskLaterIfItCannotBeNow) {
   EXPECT_EQ(home.Read("away/TAVREL.OUT"), "inet 1 controller 1 Z=2\r\nend\r\n");
 }
 
+TEST_F(TheFileOfOutputs, FollowsAnInstrumentToItsNewNumber) {
+  OutputRecords records(state, messages);
+  ASSERT_TRUE(records.Load());
+  ASSERT_EQ(records.Put(2, {{2, 1, 3}}), "");
+  ASSERT_EQ(records.Put(6, {{6, 4, -1}}), "");
+  records.Renumber(2, 6);
+  OutputRecords next(state, messages);
+  ASSERT_TRUE(next.Load());
+  EXPECT_EQ(next.All(), (std::vector<OutputRecord>{{6, 1, 3}})) << "the other 6 is out of reach";
+  next.Renumber(1, 2);
+  EXPECT_EQ(next.All(), (std::vector<OutputRecord>{{6, 1, 3}}));
+}
+
 }  // namespace
 }  // namespace tavrel

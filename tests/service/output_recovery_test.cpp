@@ -192,5 +192,39 @@ TEST_F(ATestThatWasNotEnded, IsEndedAsSoonAsALostPortIsBack) {
   EXPECT_EQ(Statuses(), (Statuses4{0, 0, 0, 0}));
 }
 
+TEST_F(ATestThatWasNotEnded, IsEndedUnderTheNewNumberOfItsInstrument) {
+  Leave();
+  silent = true;
+  Turns(30);
+  bench.output_recovery.Renumber(kInet, 5);
+  EXPECT_NE(RecordText().find("inet 5 controller 1"), std::string::npos);
+  EXPECT_EQ(RecordText().find("inet 3"), std::string::npos);
+  silent = false;
+  Texts to_outputs = Turns(60);
+  std::erase_if(to_outputs, [](const std::string& text) { return text[0] != 'U'; });
+  EXPECT_EQ(to_outputs, (Texts{"U41=0\r", "U42=0\r", "U43=0\r", "U44=0\r"}));
+  EXPECT_EQ(RecordText(), "");
+}
+
+// Another instrument may have the old number now.
+TEST_F(ATestThatWasNotEnded, GivesNothingBackToAnInstrumentThatHasTheNumberSince) {
+  Leave();
+  Sent(60);
+  bench.output_recovery.Renumber(kInet, 5);
+  Reply(true);
+  Turns(60);
+  EXPECT_EQ(Statuses(), (Statuses4{0, 0, 0, 4}));
+}
+
+// The virtual instrument of the simulation is given a number; the real one keeps its own.
+TEST_F(ATestThatWasNotEnded, KeepsItsNumberInSimulation) {
+  Leave();
+  silent = true;
+  Turns(30);
+  bench.link.Simulated = true;
+  bench.output_recovery.Renumber(kInet, 5);
+  EXPECT_EQ(RecordText(), kRecord);
+}
+
 }  // namespace
 }  // namespace tavrel

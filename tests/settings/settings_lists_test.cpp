@@ -13,6 +13,25 @@ TEST(PortList, OffersNoPortAndThirtyPorts) {
   EXPECT_EQ(items[30], " COM30");
 }
 
+TEST(PortList, SaysWhatIsBehindAPortAndWhetherItIsThere) {
+  const PortDescription adapter{"/dev/ttyUSB0", true, "FTDI", "FT232R USB UART", "A9007XYZ"};
+  EXPECT_EQ(PortItem(5, adapter, Language::kEnglish),
+            " COM5   /dev/ttyUSB0,  FTDI,  FT232R USB UART,  A9007XYZ");
+  const PortDescription nameless{"/dev/ttyUSB0", true, "FTDI", "", "A9007XYZ"};
+  EXPECT_EQ(PortItem(5, nameless, Language::kGerman), " COM5   /dev/ttyUSB0,  FTDI,  A9007XYZ");
+  const PortDescription own{"/dev/ttyS0", true, "", "", ""};
+  EXPECT_EQ(PortItem(1, own, Language::kEnglish), " COM1   /dev/ttyS0");
+  const PortDescription missing{"/dev/ttyS29", false, "", "", ""};
+  EXPECT_EQ(PortItem(30, missing, Language::kEnglish), " COM30   /dev/ttyS29  (not present)");
+  EXPECT_EQ(PortItem(30, missing, Language::kGerman), " COM30   /dev/ttyS29  (nicht vorhanden)");
+}
+
+TEST(PortList, CutsWhatAnAdapterSaysAtLength) {
+  const PortDescription adapter{"/dev/ttyUSB0", true, std::string(200, 'M'), "", ""};
+  EXPECT_EQ(PortItem(5, adapter, Language::kEnglish),
+            " COM5   /dev/ttyUSB0,  " + std::string(32, 'M'));
+}
+
 TEST(PortList, FindsTheFirstNumberThatOccursAnywhere) {
   EXPECT_EQ(PortIndex("COM1"), 1);
   EXPECT_EQ(PortIndex("COM9"), 9);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "setup/unfinished_adjustment.h"
 #include "tests/setup/channel_bench.h"
 
 namespace tavrel {
@@ -9,6 +10,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 using Commands = std::vector<std::string>;
@@ -91,7 +93,7 @@ TEST(AdjustmentJournal, EndsTheRecordOfADroppedRun) {
   room.RunToRaised(sensor::kNiCrNi, {8});
   room.dialog->CloseNow();
   const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
-  EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 dropped");
+  EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 dropped with the program");
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                           [](const std::string& line) { return line.starts_with("begin"); }),
             2);
@@ -168,6 +170,75 @@ TEST(AdjustmentJournal, BeginsANewLineBehindOneThatWasCutOff) {
   const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
   EXPECT_EQ(lines.at(0), "begin 2026-03-13 10:00:00 inet 3 sen");
   EXPECT_EQ(lines.at(1), "begin 2026-03-14 10:00:00 inet 3 sensor FeCuNi rows 7");
+}
+
+// The next start of the program after one that leaves `journal` behind; what it tells.
+Commands ToldAfter(const std::string& journal, int starts = 1) {
+  TemporaryDirectory home;
+  home.Write(kJournalFile, journal);
+  FakeClock clock;
+  FakeDialogs dialogs;
+  RunState state;
+  state.DataHome = home.Path();
+  for (int start = 0; start < starts; ++start) {
+    Messages messages(dialogs);
+    TellUnfinishedAdjustment(state, clock, messages);
+  }
+  Commands told;
+  for (const Notice& box : dialogs.boxes) {
+    told.push_back(box.Text);
+  }
+  return told;
+}
+
+constexpr const char* kBegun =
+    "begin 2026-03-13 10:00:00 inet 3 sensor FeCuNi rows 7\r\n"
+    "before 7 J 1 K 13107 L 3 O 17\r\n";
+
+TEST(UnfinishedAdjustment, IsToldAtTheNextStartOnce) {
+  const Commands told = ToldAfter(std::string(kBegun) + "zero 7 407 407 mean 407 spread 0\r\n", 3);
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_THAT(told[0], HasSubstr("2026-03-13 10:00:00 inet 3 sensor FeCuNi rows 7\n"));
+  EXPECT_THAT(told[0], HasSubstr("\n    before 7 J 1 K 13107 L 3 O 17\n"));
+  EXPECT_THAT(told[0], Not(HasSubstr("zero")));
+}
+
+TEST(UnfinishedAdjustment, IsAlsoOneThatEndedInGoodOrderWithTheProgram) {
+  const Commands told = ToldAfter(std::string(kBegun) + "after 7 J 1 K 13107 L 0 O ?\r\n" +
+                                  "end 2026-03-13 10:05:00 dropped with the program\r\n");
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_THAT(told[0], HasSubstr("\n    after 7 J 1 K 13107 L 0 O ?\n"));
+}
+
+TEST(UnfinishedAdjustment, IsTheLastOneOfTheFile) {
+  std::string earlier;
+  while (earlier.size() < 200'000) {
+    earlier += std::string(kBegun) + "end 2026-03-13 10:05:00 complete\r\n";
+  }
+  EXPECT_TRUE(ToldAfter(earlier).empty());
+  EXPECT_EQ(ToldAfter(earlier + kBegun).size(), 1U);
+  EXPECT_TRUE(ToldAfter(std::string(kBegun) + earlier).empty());
+}
+
+TEST(UnfinishedAdjustment, IsNoneThatTheUserHasSeenTheEndOf) {
+  for (const char* end : {"complete", "dropped", "divisor out of range", "not acknowledged", ""}) {
+    EXPECT_TRUE(ToldAfter(std::string(kBegun) + "end 2026-03-13 10:05:00 " + end + "\r\n").empty())
+        << end;
+  }
+}
+
+TEST(UnfinishedAdjustment, HasWrittenNothingIfItsRecordWasCutOffAtOnce) {
+  const std::string record = kBegun;
+  for (std::size_t length = 0; length < record.find("before"); ++length) {
+    EXPECT_TRUE(ToldAfter(record.substr(0, length)).empty()) << length;
+  }
+}
+
+TEST(UnfinishedAdjustment, CanHaveAnyBytes) {
+  EXPECT_TRUE(ToldAfter("").empty());
+  EXPECT_TRUE(ToldAfter(std::string(100'000, '\0')).empty());
+  EXPECT_TRUE(ToldAfter("begin\nbefore\n").empty());
+  EXPECT_TRUE(ToldAfter("\n\n\r\r\nend").empty());
 }
 
 }  // namespace

@@ -169,6 +169,8 @@ TEST_F(TavNum, ScansAgainAndAgainUntilAnInstrumentIsPluggedIn) {
 TEST_F(TavNum, GivesTheSelectedInstrumentANewNumber) {
   line.inets = {1, 4};
   Start();
+  ASSERT_TRUE(bench.output_records.Load());
+  ASSERT_EQ(bench.output_records.Put(4, {{4, 2, 0}}), "");
   bench.state.ActiveInet = 4;
   Open();
   Pulses(6);
@@ -183,6 +185,7 @@ TEST_F(TavNum, GivesTheSelectedInstrumentANewNumber) {
   EXPECT_EQ(Pulses(6).front(), "nm8000?");
   EXPECT_EQ(form->Values().cboTavNo, (std::vector<int>{1, 6}));
   EXPECT_EQ(form->Values().Selected, 1) << "under its new number";
+  EXPECT_TRUE(bench.output_records.Has(6)) << "a test of its outputs is ended there";
   EXPECT_EQ(Buttons(), "-2345-");
   EXPECT_TRUE(bench.dialogs.boxes.empty());
   form->Quit();

@@ -19,6 +19,8 @@ struct TestAdapter {
   std::string Interface = "1.0";
   std::string Product = "6001";
   std::string PortNumber = "0";
+  std::string Maker = "";  // as it calls itself; empty: it does not say
+  std::string Name = "";
 };
 
 // A device directory and a tree of what the system knows of its devices, laid out in a directory
@@ -38,9 +40,9 @@ class AdapterTree {
     std::filesystem::create_directories(home_.File(terminal));
     home_.Write(place + "idVendor", "0403\n");
     home_.Write(place + "idProduct", adapter.Product + "\n");
-    if (!adapter.Serial.empty()) {
-      home_.Write(place + "serial", adapter.Serial + "\n");
-    }
+    WriteIfTold(place + "serial", adapter.Serial);
+    WriteIfTold(place + "manufacturer", adapter.Maker);
+    WriteIfTold(place + "product", adapter.Name);
     home_.Write(port + "port_number", adapter.PortNumber + "\n");
     Link(terminal + "/device", home_.File(port));
     Link("sys/class/tty/" + name, home_.File(terminal));
@@ -71,7 +73,22 @@ class AdapterTree {
     return stat(node.c_str(), &status) == 0 ? status.st_rdev : dev_t{};
   }
 
+  // A port of the machine, of the type that the system has found; "0" where it has found nothing.
+  void BuildIn(const std::string& name, const std::string& node, const std::string& type) {
+    const std::string terminal = "sys/devices/platform/serial8250/tty/" + name;
+    std::filesystem::create_directories(home_.File(terminal));
+    home_.Write(terminal + "/type", type + "\n");
+    Link("sys/class/tty/" + name, home_.File(terminal));
+    Link("sys/dev/char/" + Number(NumberOf(node)), home_.File(terminal));
+    Link("dev/" + name, node);
+  }
+
  private:
+  void WriteIfTold(const std::string& name, const std::string& text) const {
+    if (!text.empty()) {
+      home_.Write(name, text + "\n");
+    }
+  }
   static std::string Number(dev_t device) {
     return std::to_string(major(device)) + ":" + std::to_string(minor(device));
   }

@@ -19,7 +19,13 @@ namespace tavrel {
 class FakeShell : public Shell {
  public:
   std::vector<std::string> opened;
-  void OpenDocument(const std::string& path) override { opened.push_back(path); }
+  bool has_programs = true;  // lever: false: nothing is registered for what is opened
+  void OpenDocument(const std::string& path, std::function<void()> failed) override {
+    opened.push_back(path);
+    if (!has_programs) {
+      failed();
+    }
+  }
 };
 
 // What a test gives the program for a machine: a directory of its own, a scripted line, boxes
@@ -85,7 +91,7 @@ class BenchProgram : public BenchMachine, public ProgramLogic {
   // From the loaded settings to the running cycle.
   void Start() {
     state.SettingsRead = true;
-    ASSERT_TRUE(start_up.MainFormLoad());
+    ASSERT_TRUE(LoadMainForm());
     start_up.MainFormShow();
   }
 

@@ -28,6 +28,12 @@ class FakeDialogs : public Dialogs {
   std::function<void()> on_box = [] {};
   std::vector<Notice> boxes;      // blocking ones, in their order
   std::vector<Notice> announced;  // those that do not block
+  struct Offered {
+    Notice notice;
+    std::string deed;
+  };
+  std::vector<Offered> offers;  // boxes with OK and a button for a deed; takes_offer: the button
+  bool takes_offer = false;
   struct Question {
     Notice notice;
     std::function<void(bool)> answer;
@@ -48,6 +54,10 @@ class FakeDialogs : public Dialogs {
     Open(notice);
     const SaveAnswer answer = yes ? SaveAnswer::kSave : SaveAnswer::kDiscard;
     return stays ? SaveAnswer::kStay : answer;
+  }
+  [[nodiscard]] bool Offer(const Notice& notice, const std::string& deed) override {
+    offers.push_back({notice, deed});
+    return takes_offer;
   }
   void Announce(const Notice& notice) override { announced.push_back(notice); }
   void AskBeside(const Notice& notice, const std::function<void(bool)>& answer) override {

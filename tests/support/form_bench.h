@@ -26,7 +26,7 @@ class FormBench : public testing::Test {
   // Shows the form and lets it start the program.
   void Start(int expected_rows = 4) {
     bench.state.SettingsRead = true;
-    ASSERT_TRUE(bench.start_up.MainFormLoad());
+    ASSERT_TRUE(bench.LoadMainForm());
     form = std::make_unique<Tavrel>(
         Tavrel::Parts{bench.sheet, bench.commands, bench.cycle, bench.start_up}, expected_rows);
     form->show();

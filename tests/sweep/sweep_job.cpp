@@ -93,7 +93,7 @@ class PatientDialogs : public FakeDialogs {
 
 class NoShell : public Shell {
  public:
-  void OpenDocument(const std::string&) override {}
+  void OpenDocument(const std::string&, std::function<void()>) override {}
 };
 
 class Job {

@@ -1,8 +1,11 @@
 #include "platform/qt/serial_settings.h"
 
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "platform/qt/serial_advice.h"
+#include "tests/support/temporary_directory.h"
 
 namespace tavrel {
 namespace {
@@ -32,6 +35,46 @@ TEST(Advice, NamesTheGroupAndTheCommand) {
   const std::string text = NoRightsAdvice(5, "/dev/ttyUSB0", "dialout");
   EXPECT_NE(text.find("COM5 (/dev/ttyUSB0)"), std::string::npos);
   EXPECT_NE(text.find("sudo usermod -aG dialout $USER"), std::string::npos);
+}
+
+TEST(Advice, NeverNamesTheGroupOfTheAdministrators) {
+  for (const char* group : {"root", ""}) {
+    for (const Language language : {Language::kEnglish, Language::kGerman}) {
+      const std::string text = NoRightsAdvice(6, "/dev/ttyUSB12", group, language);
+      EXPECT_EQ(text.find("root"), std::string::npos) << text;
+      EXPECT_NE(text.find("COM6 (/dev/ttyUSB12)"), std::string::npos);
+      EXPECT_NE(text.find("\n\nSUBSYSTEM==\"tty\", KERNEL==\"ttyUSB[0-9]*\", GROUP=\"dialout\", "
+                          "MODE=\"0660\"\n\n"),
+                std::string::npos)
+          << text;
+      EXPECT_NE(text.find("sudo usermod -aG dialout $USER"), std::string::npos);
+    }
+  }
+  EXPECT_NE(NoRightsAdvice(1, "/dev/sensor", "").find("KERNEL==\"sensor\""), std::string::npos);
+}
+
+TEST(Advice, SpeaksGermanToo) {
+  const std::string text = NoRightsAdvice(5, "/dev/ttyUSB0", "dialout", Language::kGerman);
+  EXPECT_TRUE(text.starts_with("Sie haben kein Recht, COM5 (/dev/ttyUSB0) zu öffnen.\n\n"));
+  EXPECT_NE(text.find("\n\nsudo usermod -aG dialout $USER\n\n"), std::string::npos);
+}
+
+// The tests may run for the administrator, whose files belong to the group that never helps.
+TEST(Advice, NamesAGroupOnlyIfItsMembersMayOpenTheDevice) {
+  const TemporaryDirectory home;
+  home.Write("device", "");
+  const std::string device = home.File("device");
+  struct stat status {};
+  ASSERT_EQ(stat(device.c_str(), &status), 0);
+  for (const mode_t mode : {0600U, 0640U, 0620U, 0606U}) {
+    ASSERT_EQ(chmod(device.c_str(), mode), 0);
+    EXPECT_EQ(GroupThatHelps(device), "") << mode;
+  }
+  ASSERT_EQ(chmod(device.c_str(), 0660), 0);
+  const group* owner = getgrgid(status.st_gid);
+  const bool helps = status.st_gid != 0 && owner != nullptr;
+  EXPECT_EQ(GroupThatHelps(device), helps ? owner->gr_name : "");
+  EXPECT_EQ(GroupThatHelps(home.File("nothing")), "");
 }
 
 TEST(Advice, SaysWhichDeviceIsMissing) {

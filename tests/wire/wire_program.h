@@ -82,7 +82,7 @@ class WireProgram : public WireMachine, public ProgramLogic {
   // From the settings to the running cycle, with that recording in slot 1.
   void Start(bool plugin, const std::string& name, const UnitRecord& unit) {
     PrepareStart(plugin, name, unit);
-    ASSERT_TRUE(start_up.MainFormLoad());
+    ASSERT_TRUE(LoadMainForm());
     ASSERT_TRUE(link.PortOpen) << link.PortErrorText;
     start_up.MainFormShow();
   }

@@ -65,6 +65,36 @@ TEST_F(Running, TakesAProgramIntoTheSlot) {
   EXPECT_THAT(Sent(), IsEmpty());
 }
 
+// 10:00 on the wall; the minute that runs has 40 s left.
+TEST_F(Running, TellsWhereItIsAndWhenItGoesOn) {
+  Start({{2, -1, 4000, 260}, {3, 5, 4410, 30}, {0, -1, 200, 1}, {2, -1, 200, 2000}});
+  EXPECT_EQ(runner.ProgressText(1, Language::kEnglish), "");
+  struct Way {
+    int minutes;  // that pass before
+    const char* english;
+    const char* german;
+  };
+  const Way ways[] = {
+      {1, "step 1 of 4, next 220.5 °C at 14:19", "Schritt 1 von 4, dann 220.5 °C um 14:19"},
+      {260, "step 2 of 4, next off at 10:29", "Schritt 2 von 4, dann aus um 10:29"},
+      {30, "step 3 of 4, next 10 °C at 10:00", "Schritt 3 von 4, dann 10 °C um 10:00"},
+      {1, "step 4 of 4, end at 19:19 (+1 d)", "Schritt 4 von 4, Ende um 19:19 (+1 d)"}};
+  for (const Way& way : ways) {
+    for (int minute = 0; minute < way.minutes; ++minute) {
+      runner.StepProgram(1);
+    }
+    bench.state.TickMinute.SetIn(40, bench.clock);
+    EXPECT_EQ(runner.ProgressText(1, Language::kEnglish), way.english);
+    EXPECT_EQ(runner.ProgressText(1, Language::kGerman), way.german);
+  }
+  bench.clock.wall.Second = 30;
+  EXPECT_EQ(runner.ProgressText(1, Language::kEnglish), "step 4 of 4, end at 19:20 (+1 d)");
+  bench.state.ProgRunning[1] = false;
+  EXPECT_EQ(runner.ProgressText(1, Language::kEnglish), "");
+  EXPECT_EQ(runner.ProgressText(0, Language::kEnglish), "");
+  EXPECT_EQ(runner.ProgressText(12, Language::kEnglish), "");
+}
+
 TEST_F(Running, CutsALongName) {
   StartFile("A program with a long name.prg", ProgramBytes({{2, -1, 4000, 30}}));
   EXPECT_EQ(Unit().UnitProgName.Get(), "A program with a lon");
@@ -409,7 +439,22 @@ TEST_F(TwelveRamps, StepOneInATickInTheirOrder) {
   EXPECT_EQ(stepped, expected) << "the second step of each";
 }
 
-TEST_F(TwelveRamps, MakeUpForTheMinutesOfASleepAndTheUserIsTold) {
+struct Sleep {
+  const char* name;
+  double timer;  // seconds since midnight when the programs start
+};
+
+class SleepingRamps : public TwelveRamps, public testing::WithParamInterface<Sleep> {
+ protected:
+  void SetUp() override { bench.clock.timer_at_start = GetParam().timer; }
+};
+
+INSTANTIATE_TEST_SUITE_P(TimesOfDay, SleepingRamps,
+                         testing::Values(Sleep{"by_day", 36000}, Sleep{"over_midnight", 86000},
+                                         Sleep{"from_the_last_minute_of_the_day", 86298}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST_P(SleepingRamps, MakeUpForTheirMinutesAndTheUserIsTold) {
   StartAll();
   bench.Run(1);
   bench.clock.AdvanceSeconds(8 * 60);
@@ -428,6 +473,16 @@ TEST_F(TwelveRamps, MakeUpForTheMinutesOfASleepAndTheUserIsTold) {
   bench.clock.AdvanceSeconds(120);
   bench.Run(1);
   EXPECT_EQ(bench.dialogs.announced.size(), 2U) << "another sleep";
+}
+
+TEST_F(TwelveRamps, MakeUpForANightOfMoreThanADay) {
+  StartAll();
+  bench.Run(1);
+  bench.clock.AdvanceSeconds(24 * 3600 + 8 * 60);
+  bench.Run(30);
+  ASSERT_GE(bench.dialogs.announced.size(), 1U);
+  EXPECT_THAT(bench.dialogs.announced[0].Text, testing::HasSubstr("stood still for 1447 minutes."));
+  EXPECT_FALSE(bench.state.ProgRunning[1]) << "it came to its end on the way";
 }
 
 TEST_F(TwelveRamps, TellNothingOfASleepInWhichNoneRuns) {

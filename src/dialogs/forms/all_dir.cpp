@@ -18,6 +18,7 @@ AllDir::AllDir(DirectoryChoice& choice)
   auto* foot = new QHBoxLayout;
   foot->addWidget(path_, 1);
   foot->addWidget(cmd_ok_);
+  foot->addWidget(MakeCancel());
   QVBoxLayout* column = MakeColumn(kListMargin);
   column->setSpacing(kNarrowMargin);
   column->addWidget(view_, 1);

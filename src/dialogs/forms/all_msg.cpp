@@ -6,16 +6,18 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include "platform/qt/box_icons.h"
+
 namespace tavrel {
 namespace {
 
 constexpr int kLeastTextWidth = 28;  // characters, so that a short text has a calm box
 
-QLabel* MakePicture(const char* name, QStyle::StandardPixmap picture, QWidget* parent) {
+QLabel* MakePicture(const char* name, BoxIcon sign, QWidget* parent) {
   auto* label = new QLabel(parent);
   label->setObjectName(name);
   const int side = parent->style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, parent);
-  label->setPixmap(parent->style()->standardIcon(picture).pixmap(side));
+  label->setPixmap(BoxSign(sign).pixmap(QSize(side, side), parent->devicePixelRatio()));
   return label;
 }
 
@@ -30,9 +32,9 @@ AllMsg::AllMsg(MessageBoxLogic& message)
 }
 
 void AllMsg::MakePictures() {
-  img_attention_ = MakePicture("Img_Attention", QStyle::SP_MessageBoxWarning, this);
+  img_attention_ = MakePicture("Img_Attention", BoxIcon::kWarning, this);
   img_attention_->setAccessibleName("attention");
-  img_question_ = MakePicture("Img_Question", QStyle::SP_MessageBoxQuestion, this);
+  img_question_ = MakePicture("Img_Question", BoxIcon::kQuestion, this);
   img_question_->setAccessibleName("question");
 }
 

@@ -37,7 +37,7 @@ AllOpen::AllOpen(OpenFile& open_file)
 }
 
 void AllOpen::MakeGrid() {
-  grid_ = new FileGrid(open_file_.Rows(), this);
+  grid_ = new FileGrid(open_file_.Rows(), open_file_.Values().TipLanguage, this);
   connect(grid_, &FileGrid::Selected, this, [this](int current_row, RowBlock block) {
     open_file_.Select(current_row, block);
     AfterEvent();
@@ -48,6 +48,10 @@ void AllOpen::MakeGrid() {
   });
   connect(grid_, &FileGrid::FileHeadPressed, this, [this] {
     open_file_.cmdFile_Click();
+    AfterEvent();
+  });
+  connect(grid_, &FileGrid::DetailHeadPressed, this, [this](IndexColumn column) {
+    open_file_.SortBy(column);
     AfterEvent();
   });
   connect(grid_, &FileGrid::ProductHeadPressed, this, [this] {

@@ -6,14 +6,64 @@
 #include <QStyledItemDelegate>
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
+#include "base/number.h"
+#include "base/units.h"
 #include "widgets/modal_form.h"
 
 namespace tavrel {
 namespace {
 
+// A column beside name and contents.
+struct Detail {
+  const char* Control;  // its head
+  BothLanguages Caption;
+  IndexColumn Column;
+  char Letter;  // in FileIndex::Order()
+  const char* Longest;
+};
+
+constexpr std::array<Detail, kDetailColumns> kDetails = {
+    {{"headDate", {"date", "Datum"}, IndexColumn::kDate, 'D', "0000-00-00  00:00"},
+     {"headDuration", {"duration", "Dauer"}, IndexColumn::kDuration, 'L', "00000.0 min"},
+     {"headInstrument", {"instrument", "Gerät"}, IndexColumn::kInstrument, 'I', "Tavrel-0"}}};
+
+std::string DateText(std::int64_t date) {
+  if (date == 0) {
+    return "";
+  }
+  const std::string digits = std::to_string(1000000000000 + date).substr(1);
+  return digits.substr(0, 4) + "-" + digits.substr(4, 2) + "-" + digits.substr(6, 2) + "  " +
+         digits.substr(8, 2) + ":" + digits.substr(10, 2);
+}
+
+std::string DurationText(std::int64_t seconds) {
+  if (seconds < 0) {
+    return "";
+  }
+  const auto time = static_cast<double>(seconds);
+  return time < kSecondsPerHour ? FormatMask(time / kSecondsPerMinute, "####0.0") + " min"
+                                : FormatMask(time / kSecondsPerHour, "####0.0") + " h";
+}
+
+std::string CellOf(const IndexRow& row, int column) {
+  switch (column) {
+    case 0:
+      return row.Name;
+    case 1:
+      return row.Contents;
+    case 2:
+      return DateText(row.Details.Date);
+    case 3:
+      return DurationText(row.Details.Seconds);
+    default:
+      return row.Details.Instrument == 0 ? "" : "Tavrel-" + std::to_string(row.Details.Instrument);
+  }
+}
+
 constexpr double kNameShare = 0.28;
-constexpr int kColumns = 2;
+constexpr int kColumns = 2 + static_cast<int>(kDetailColumns);
 constexpr int kNameColumn = 0;
 constexpr int kRowPadding = 6;
 constexpr int kShownRows = 18;
@@ -72,18 +122,46 @@ QVariant FileRows::data(const QModelIndex& index, int role) const {
   if (role != Qt::DisplayRole || !index.isValid() || row >= rows_.size()) {
     return {};
   }
-  return QtText(index.column() == kNameColumn ? rows_[row].Name : rows_[row].Contents);
+  return QtText(CellOf(rows_[row], index.column()));
 }
 
-FileGrid::FileGrid(const std::vector<IndexRow>& rows, QWidget* parent) : QFrame(parent) {
+FileGrid::FileGrid(const std::vector<IndexRow>& rows, Language language, QWidget* parent)
+    : QFrame(parent) {
   setFrameShape(QFrame::StyledPanel);
   cmd_file_ = new SortHead("cmdFile", "filename", this);
   cmd_product_ = new SortHead("cmdProduct", "contents", this);
+  MakeDetailHeads(language);
   MakeView(rows);
   ConnectView();
   setMinimumSize(FileGrid::sizeHint().width() / 2, HeightOf(kFewestRows));
   setTabOrder(f_grid_, cmd_file_);
   setTabOrder(cmd_file_, cmd_product_);
+  QWidget* before = cmd_product_;
+  for (SortHead* head : detail_heads_) {
+    setTabOrder(before, head);
+    before = head;
+  }
+}
+
+void FileGrid::MakeDetailHeads(Language language) {
+  for (std::size_t place = 0; place < kDetails.size(); ++place) {
+    const Detail& detail = kDetails.at(place);
+    auto* head = new SortHead(detail.Control, QtText(detail.Caption.In(language)), this);
+    connect(head, &SortHead::clicked, this,
+            [this, &detail] { emit DetailHeadPressed(detail.Column); });
+    detail_heads_.at(place) = head;
+  }
+}
+
+// Each as wide as its head with its arrow and its longest text.
+std::array<int, kDetailColumns> FileGrid::DetailWidths() const {
+  std::array<int, kDetailColumns> widths{};
+  for (std::size_t place = 0; place < kDetails.size(); ++place) {
+    const int text = fontMetrics().horizontalAdvance(kDetails.at(place).Longest);
+    widths.at(place) =
+        std::max(detail_heads_.at(place)->sizeHint().width(), text + 2 * SortHead::kIndent);
+  }
+  return widths;
 }
 
 int FileGrid::HeightOf(int rows) const {
@@ -92,7 +170,9 @@ int FileGrid::HeightOf(int rows) const {
 }
 
 QSize FileGrid::sizeHint() const {
-  const int columns = static_cast<int>(std::lround(NameWidth() / kNameShare));
+  const std::array<int, kDetailColumns> details = DetailWidths();
+  const int columns = static_cast<int>(std::lround(NameWidth() / kNameShare)) +
+                      std::accumulate(details.begin(), details.end(), 0);
   const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
   return {columns + scroll_bar + 2 * frameWidth(), HeightOf(kShownRows)};
 }
@@ -135,6 +215,9 @@ void FileGrid::ConnectView() {
 void FileGrid::UpdateWidgets(const OpenFileValues& now) {
   cmd_file_->ShowMark(MarkOf(now.SortKey, 'F'));
   cmd_product_->ShowMark(MarkOf(now.SortKey, 'P'));
+  for (std::size_t place = 0; place < kDetails.size(); ++place) {
+    detail_heads_.at(place)->ShowMark(MarkOf(now.SortKey, kDetails.at(place).Letter));
+  }
   if (now.Revision == revision_) {
     return;
   }
@@ -169,15 +252,40 @@ void FileGrid::resizeEvent(QResizeEvent* event) {
   const QRect room = contentsRect();
   const int head = cmd_file_->sizeHint().height();
   const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
-  const int width = room.width() - scroll_bar;
+  const std::array<int, kDetailColumns> details = DetailWidths();
+  const int all = room.width() - scroll_bar;
+  int width = all;
+  std::size_t shown = 0;
+  while (shown < details.size() && width - details.at(shown) >= 3 * NameWidth() / 2) {
+    width -= details.at(shown++);
+  }
   // On a small screen the names keep what they need to be told apart.
   const int share = static_cast<int>(std::lround(kNameShare * width));
   const int names = std::min(std::max(share, NameWidth()), width / 2);
   cmd_file_->setGeometry(room.left(), room.top(), names, head);
-  cmd_product_->setGeometry(room.left() + names, room.top(), room.width() - names, head);
+  const int rest = shown > 0 ? width - names : room.width() - names;
+  cmd_product_->setGeometry(room.left() + names, room.top(), rest, head);
+  PlaceDetails(room.left() + width, room.right() + 1, shown);
   f_grid_->setGeometry(room.adjusted(0, head, 0, 0));
   f_grid_->setColumnWidth(0, names);
   f_grid_->setColumnWidth(1, width - names);
+}
+
+// From `left` on; the last head reaches over the scroll bar.
+void FileGrid::PlaceDetails(int left, int right, std::size_t shown) {
+  const std::array<int, kDetailColumns> widths = DetailWidths();
+  const int head_height = cmd_file_->sizeHint().height();
+  for (std::size_t place = 0; place < widths.size(); ++place) {
+    SortHead* head = detail_heads_.at(place);
+    const bool is_shown = place < shown;
+    const bool is_last = place + 1 == shown;
+    const int width = is_last ? right - left : widths.at(place);
+    head->setVisible(is_shown);
+    head->setGeometry(left, contentsRect().top(), width, head_height);
+    f_grid_->setColumnHidden(2 + static_cast<int>(place), !is_shown);
+    f_grid_->setColumnWidth(2 + static_cast<int>(place), widths.at(place));
+    left += width;
+  }
 }
 
 }  // namespace tavrel

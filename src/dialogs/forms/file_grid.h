@@ -4,6 +4,7 @@
 #include <QAbstractTableModel>
 #include <QFrame>
 #include <QTableView>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -32,12 +33,15 @@ class FileRows : public QAbstractTableModel {
   int count_ = 0;
 };
 
-// FGrid with its heads: names and contents at 0.28 and 0.72 of its width, of which the user
-// selects one block of rows.
+inline constexpr std::size_t kDetailColumns = 3;  // date, duration and instrument
+
+// FGrid with its heads, of which the user selects one block of rows. Names and contents have 0.28
+// and 0.72 of the width that date, duration and instrument leave; where that is too little to tell
+// the names apart these three give way, the last one first.
 class FileGrid : public QFrame {
   Q_OBJECT
  public:
-  FileGrid(const std::vector<IndexRow>& rows, QWidget* parent);
+  FileGrid(const std::vector<IndexRow>& rows, Language language, QWidget* parent);
 
   // The keyboard goes to the rows.
   void FocusRows() { f_grid_->setFocus(); }
@@ -52,6 +56,7 @@ class FileGrid : public QFrame {
   void Opened();
   void FileHeadPressed();
   void ProductHeadPressed();
+  void DetailHeadPressed(IndexColumn column);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
@@ -59,6 +64,9 @@ class FileGrid : public QFrame {
  private:
   [[nodiscard]] int HeightOf(int rows) const;
   [[nodiscard]] int NameWidth() const;
+  [[nodiscard]] std::array<int, kDetailColumns> DetailWidths() const;
+  void MakeDetailHeads(Language language);
+  void PlaceDetails(int left, int right, std::size_t shown);
   void MakeView(const std::vector<IndexRow>& rows);
   void ConnectView();
   void ShowSelection(const OpenFileValues& now);
@@ -66,6 +74,7 @@ class FileGrid : public QFrame {
 
   SortHead* cmd_file_ = nullptr;
   SortHead* cmd_product_ = nullptr;
+  std::array<SortHead*, kDetailColumns> detail_heads_{};
   QTableView* f_grid_ = nullptr;
   FileRows* model_ = nullptr;
   int revision_ = -1;

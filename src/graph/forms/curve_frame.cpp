@@ -49,8 +49,10 @@ CurveFrame::CurveFrame(int view, QWidget* parent) : QWidget(parent), view_(view)
   view_c_->setFocusPolicy(Qt::StrongFocus);
   view_c_->setAccessibleName(view == kOverview ? "curves, overview" : "curves, part view");
   view_x_ = MakeView("PicX", pic_x_);
+  view_x_->setAccessibleName("X axis");
   view_x_->SetLeastSize({1, qRound(kStripHeight * fontMetrics().height())});
   view_y_ = MakeView("PicY", pic_y_);
+  view_y_->setAccessibleName("Y axis");
   view_y_->SetLeastSize({qRound(kStripWidth * fontMetrics().horizontalAdvance(kLongestLabel)), 1});
   lbl_axis_ = new QLabel(this);
   lbl_axis_->setObjectName(QString("LblAxis_%1").arg(view));

@@ -1,9 +1,13 @@
 #include "graph/forms/graph_legend.h"
 
 #include <QGridLayout>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include "graph/forms/graph_glyphs.h"
+#include "graph/measure.h"
+#include "widgets/form_texts.h"
 #include "widgets/shades.h"
 
 namespace tavrel {
@@ -12,8 +16,12 @@ namespace {
 constexpr int kRows = 16;  // one more than there can be curves
 constexpr int kBetweenRows = 3;
 constexpr int kSampleWidth = 44;
-constexpr const char* kLongName = "nnnnnnnnnnnnnnnnnnnn";  // of 20 characters, most are narrower
-constexpr qreal kArrowSize = 2;                            // in heights of a line
+// The number of the input and a name of 20 characters, most of which are narrower. A longer one is
+// cut.
+constexpr const char* kLongName = "00  nnnnnnnnnnnnnnnn";
+constexpr const char* kLongValue = "-1000.00";
+constexpr int kBesideValue = 6;
+constexpr qreal kArrowSize = 2;  // in heights of a line
 
 // A picture in the accent of the desktop.
 class Arrow : public QWidget {
@@ -37,6 +45,55 @@ class Arrow : public QWidget {
 
 }  // namespace
 
+LegendValues::LegendValues(QWidget* parent) : QWidget(parent) {
+  setObjectName("values");
+  setAccessibleName("values at the cursor");
+  QFont bold = font();
+  bold.setBold(true);
+  setFixedWidth(QFontMetrics(bold).horizontalAdvance(kLongValue) + 2 * kBesideValue);
+}
+
+void LegendValues::Show(const std::vector<LegendRow>& rows, int strong) {
+  std::vector<QString> texts;
+  QStringList spoken;
+  for (const LegendRow& row : rows) {
+    texts.push_back(QtText(row.Value));
+    if (!row.Value.empty()) {
+      spoken << QtText(row.Name + " = " + row.Value);
+    }
+  }
+  if (texts != texts_ || strong != strong_) {
+    texts_ = texts;
+    strong_ = strong;
+    setAccessibleDescription(spoken.join("; "));
+    update();
+  }
+}
+
+void LegendValues::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), Qt::white);
+  const qreal row_height = height() / kDrawnLegendRows;
+  if (strong_ >= 0) {
+    PlotView::DrawBandOn(painter, QRectF(0, (strong_ + 0.5) * row_height, width(), row_height));
+  }
+  painter.setPen(Qt::black);
+  for (std::size_t row = 0; row < texts_.size(); ++row) {
+    QFont type = font();
+    type.setBold(static_cast<int>(row) == strong_);
+    painter.setFont(type);
+    const qreal middle = static_cast<qreal>(row + 1) * row_height;
+    painter.drawText(QRectF(0, middle - row_height / 2, width() - kBesideValue, row_height),
+                     Qt::AlignRight | Qt::AlignVCenter, texts_[row]);
+  }
+}
+
+void LegendValues::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    emit Clicked(event->position().y() / height());
+  }
+}
+
 GraphLegend::GraphLegend(QWidget* parent) : QWidget(parent) {
   const int height = kRows * (fontMetrics().height() + kBetweenRows);
   view_color_ = MakeView("PicColor", pic_color_);
@@ -45,12 +102,17 @@ GraphLegend::GraphLegend(QWidget* parent) : QWidget(parent) {
   view_prod_ = MakeView("PicProd", pic_prod_);
   view_prod_->setFixedSize(fontMetrics().horizontalAdvance(kLongName), height);
   view_prod_->setAccessibleName("names of the curves");
+  view_prod_->installEventFilter(this);
+  values_ = new LegendValues(this);
+  values_->setFixedHeight(height);
+  connect(values_, &LegendValues::Clicked, this, &GraphLegend::Clicked);
   up_arrow_ = new Arrow(this);
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(1, 1, 1, 1);
   grid->setSpacing(0);
   grid->addWidget(view_color_, 0, 0);
   grid->addWidget(view_prod_, 0, 1);
+  grid->addWidget(values_, 0, 2);
   grid->addWidget(up_arrow_, 1, 0, Qt::AlignHCenter | Qt::AlignTop);
   grid->setRowStretch(1, 1);
 }
@@ -78,10 +140,40 @@ void GraphLegend::ShowArrow(bool is_shown) {
   }
 }
 
+void GraphLegend::ShowRows(const GraphValues& now) {
+  rows_ = now.Legend;
+  values_->Show(now.Legend, now.StrongCurve);
+  std::optional<QPair<qreal, qreal>> band;
+  if (now.StrongCurve >= 0) {
+    band = QPair<qreal, qreal>((now.StrongCurve + 0.5) / kDrawnLegendRows,
+                               (now.StrongCurve + 1.5) / kDrawnLegendRows);
+  }
+  view_color_->ShowBand(band);
+  view_prod_->ShowBand(band);
+}
+
+// The whole name where it is cut.
+QString GraphLegend::NameAt(qreal height) const {
+  const int row = LegendRowAt(height, static_cast<int>(rows_.size()));
+  const bool is_cut = row >= 0 && rows_[static_cast<std::size_t>(row)].IsCut;
+  return is_cut ? QtText(rows_[static_cast<std::size_t>(row)].Name) : QString();
+}
+
+bool GraphLegend::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    const auto* help = static_cast<QHelpEvent*>(event);
+    QToolTip::showText(help->globalPos(),
+                       NameAt(static_cast<qreal>(help->pos().y()) / view_prod_->height()),
+                       view_prod_);
+    return true;
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
 void GraphLegend::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setPen(EdgeOf(palette()));
-  const QRect legend = view_color_->geometry() | view_prod_->geometry();
+  const QRect legend = view_color_->geometry() | values_->geometry();
   painter.drawRect(legend.adjusted(-1, -1, 0, 0));
 }
 

@@ -5,12 +5,16 @@
 #include <QPainter>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace tavrel {
 namespace {
 
 constexpr std::chrono::milliseconds kRepaint{40};
 constexpr int kCrosshairWidth = 3;  // with a light edge on both sides
+constexpr qreal kBroad = 3;         // of the curve that stands out
+constexpr qreal kHalo = 6;
+constexpr float kBandShade = 0.12F;
 constexpr QColor kCrosshairInk(0x20, 0x50, 0xA0);
 constexpr QColor kCrosshairEdge(0xFF, 0xFF, 0xFF, 0xB0);
 
@@ -61,6 +65,25 @@ void PlotView::ShowCrosshair(std::optional<QPoint> position) {
   UpdateCrosshair();
 }
 
+// The scale of the picture is another one while curves are drawn: the places are taken now.
+void PlotView::ShowStroke(const Stroke& stroke) {
+  stroke_ = stroke;
+  for (QPolygonF& piece : stroke_.Pieces) {
+    for (QPointF& point : piece) {
+      point = QPointF(surface_.Map().DotX(point.x()), surface_.Map().DotY(point.y())) /
+              surface_.DeviceScale();
+    }
+  }
+  update();
+}
+
+void PlotView::ShowBand(std::optional<QPair<qreal, qreal>> band) {
+  if (band != band_) {
+    band_ = band;
+    update();
+  }
+}
+
 void PlotView::UpdateCrosshair() {
   if (!crosshair_) {
     return;
@@ -77,6 +100,38 @@ void PlotView::paintEvent(QPaintEvent* event) {
     emit SizeChanged();
   }
   painter.drawImage(QPointF(0, 0), surface_.Seen());
+  DrawStroke(painter);
+  DrawBand(painter);
+  DrawCrosshair(painter);
+}
+
+// A light edge on both sides keeps it apart from the curves that it crosses.
+void PlotView::DrawStroke(QPainter& painter) const {
+  for (const auto& [width, ink] :
+       {std::pair(kHalo, QColor(Qt::white)), std::pair(kBroad, stroke_.Ink)}) {
+    painter.setPen(QPen(ink, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    for (const QPolygonF& piece : stroke_.Pieces) {
+      painter.drawPolyline(piece);
+    }
+  }
+}
+
+void PlotView::DrawBand(QPainter& painter) const {
+  if (band_) {
+    DrawBandOn(painter, QRectF(0, band_->first * height(), width(),
+                               (band_->second - band_->first) * height()));
+  }
+}
+
+void PlotView::DrawBandOn(QPainter& painter, const QRectF& place) {
+  QColor ink = kCrosshairInk;
+  painter.fillRect(QRectF(place.left(), place.top(), place.width(), 1), ink);
+  painter.fillRect(QRectF(place.left(), place.bottom() - 1, place.width(), 1), ink);
+  ink.setAlphaF(kBandShade);
+  painter.fillRect(place, ink);
+}
+
+void PlotView::DrawCrosshair(QPainter& painter) const {
   if (!crosshair_) {
     return;
   }

@@ -1,9 +1,13 @@
 #ifndef TAVREL_GRAPH_FORMS_PLOT_VIEW_H_
 #define TAVREL_GRAPH_FORMS_PLOT_VIEW_H_
 
+#include <QColor>
+#include <QPair>
+#include <QPolygonF>
 #include <QTimer>
 #include <QWidget>
 #include <optional>
+#include <vector>
 
 #include "platform/qt/plot_surface.h"
 
@@ -25,6 +29,20 @@ class PlotView : public QWidget {
   // A position of the view in the user scale of the picture, and back.
   [[nodiscard]] QPointF UserAt(QPointF position) const;
   [[nodiscard]] QPoint PositionOf(QPointF user) const;
+
+  // A broad stroke over the picture along points in its user scale; nothing where the line has a
+  // gap. Empty: none.
+  struct Stroke {
+    std::vector<QPolygonF> Pieces;
+    QColor Ink;
+  };
+  // Not in the middle of a drawing.
+  void ShowStroke(const Stroke& stroke);
+
+  // A frame around rows of the picture, from one height to another, 0 at the top and 1 at the
+  // bottom.
+  void ShowBand(std::optional<QPair<qreal, qreal>> band);
+  static void DrawBandOn(QPainter& painter, const QRectF& place);
 
   // Two lines across the whole view through a position, over the picture.
   void ShowCrosshair(std::optional<QPoint> position);
@@ -52,11 +70,16 @@ class PlotView : public QWidget {
  private:
   void UpdateChanges();
   void UpdateCrosshair();
+  void DrawStroke(QPainter& painter) const;
+  void DrawBand(QPainter& painter) const;
+  void DrawCrosshair(QPainter& painter) const;
 
   PlotSurface& surface_;
   QTimer repaint_;
   QSize least_{1, 1};
   std::optional<QPoint> crosshair_;
+  Stroke stroke_;
+  std::optional<QPair<qreal, qreal>> band_;
 };
 
 }  // namespace tavrel

@@ -24,6 +24,7 @@ namespace {
 constexpr int kGap = 6;
 constexpr int kGroupGap = 18;  // between groups of buttons
 constexpr qreal kPromptSize = 1.15;
+constexpr int kPromptMargin = 3;
 constexpr QSize kFirstSize(1040, 680);
 constexpr std::chrono::milliseconds kTimerGraph{100};
 // After a change of size, until the pictures follow. A user who drags an edge sees them follow in
@@ -33,6 +34,8 @@ constexpr int kLeastLegendHeight = 80;
 constexpr int kLeastAxesCharacters = 9;  // of the list of axes, on a small screen
 constexpr int kLeastCommentWidth = 160;
 constexpr int kManySteps = 10;  // of the cursor, with Shift
+
+constexpr BothLanguages kAxes{"axes", "Achsen"};
 
 // An entry of the menu "Output".
 struct Entry {
@@ -176,9 +179,15 @@ void TavGraph::MakeTools() {
   for (const char* item : kCboXYItems) {
     cbo_xy_->addItem(item);
   }
+  lbl_axes_ = new MutedLabel("", this);
+  lbl_axes_->setBuddy(cbo_xy_);
   QSizePolicy keeps_its_place = cbo_xy_->sizePolicy();
   keeps_its_place.setRetainSizeWhenHidden(true);
   cbo_xy_->setSizePolicy(keeps_its_place);
+  // The first that gives way on a small screen: the list tells itself what it is.
+  keeps_its_place = QSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  keeps_its_place.setRetainSizeWhenHidden(true);
+  lbl_axes_->setSizePolicy(keeps_its_place);
   connect(cbo_xy_, &QComboBox::activated, this, [this](int index) {
     graph_.CboXY_Click(index);
     axes_by_key_ ? AfterSwitch() : AfterPress();
@@ -208,6 +217,11 @@ void TavGraph::MakePrompts() {
   lbl_instr_->setObjectName("Lbl_Instr");
   lbl_instr_->setTextFormat(Qt::PlainText);
   lbl_instr_->setFont(Sized(lbl_instr_->font(), kPromptSize));
+  lbl_instr_->setMargin(kPromptMargin);
+  lbl_hint_ = new MutedLabel("", this);
+  lbl_hint_->setObjectName("Lbl_Hint");
+  lbl_hint_->setTextFormat(Qt::PlainText);
+  lbl_hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   lbl_res_ = new QLabel(this);
   lbl_res_->setObjectName("lblRes");
   lbl_res_->setTextFormat(Qt::PlainText);
@@ -282,6 +296,7 @@ QHBoxLayout* TavGraph::ArrangeTools() {
   add(pb_mark_[2]);
   add(pb_mark_[0]);
   line->addSpacerItem(new QSpacerItem(kGroupGap, 0, QSizePolicy::Maximum));
+  add(lbl_axes_);
   add(cbo_xy_);
   line->addStretch(1);
   add(cmd_over_);
@@ -292,10 +307,14 @@ QHBoxLayout* TavGraph::ArrangeTools() {
 }
 
 QHBoxLayout* TavGraph::ArrangePrompts() {
-  // Always as high as with the text field in it, so that nothing moves when that comes.
+  // Always as high as with the text field and a prompt in it, so that nothing moves when they come:
+  // a plot that changes its size is painted anew, and that ends the tool. A label without a text
+  // would tell less.
   auto* line = new QHBoxLayout;
   line->setSpacing(kNarrowMargin);
-  line->addStrut(std::max(txt_for_mark_->sizeHint().height(), lbl_instr_->sizeHint().height()));
+  const int prompt = QFontMetrics(lbl_instr_->font()).lineSpacing() + 2 * kPromptMargin;
+  lbl_instr_->setFixedHeight(prompt);
+  line->addStrut(std::max(txt_for_mark_->sizeHint().height(), prompt));
   auto* one_place = new QWidget(this);
   one_place->setFixedWidth(std::max(pic_xy_->sizeHint().width(), kLeastCommentWidth));
   auto* grid = new QGridLayout(one_place);
@@ -304,7 +323,7 @@ QHBoxLayout* TavGraph::ArrangePrompts() {
   grid->addWidget(txt_for_mark_, 0, 0);
   line->addWidget(one_place);
   line->addWidget(lbl_instr_);
-  line->addStretch(1);
+  line->addWidget(lbl_hint_, 1);
   line->addWidget(new MutedLabel("resolution", this));
   line->addWidget(lbl_res_);
   return line;
@@ -379,6 +398,10 @@ void TavGraph::UpdateWidgets() {
     }
   }
   legend_->ShowArrow(now.Up_ArrowShown);
+  legend_->ShowRows(now);
+  if (graph_.MayResize()) {
+    ShowStrong(now);
+  }
   QWidget* const before = focusWidget();
   ShowTools(now);
   KeepKeyboard(before);
@@ -400,6 +423,7 @@ void TavGraph::ShowTools(const GraphValues& now) {
     pb_mark_.at(index)->setEnabled(now.PbMarkEnabled.at(index));
   }
   cbo_xy_->setVisible(now.CboXYShown);
+  lbl_axes_->setVisible(now.CboXYShown);
   cbo_xy_->setCurrentIndex(now.CboXY);
   // The one that goes first: a window that shows both for a moment would stay wider.
   if (!now.cmdPartShown) {
@@ -432,8 +456,62 @@ void TavGraph::ShowPrompts(const GraphValues& now) {
   ShowText(*lb_y_, now.lbY);
   lbl_instr_->setVisible(now.Lbl_InstrShown);
   ShowText(*lbl_instr_, now.Lbl_Instr);
+  const bool has_hint = !now.Lbl_InstrShown && !now.Hint.empty();
+  ShowText(*lbl_hint_, has_hint ? now.Hint : "");
+  lbl_hint_->setToolTip(lbl_hint_->text());
+  ShowPressed();
   ShowText(*lbl_res_, now.lblRes);
   ShowComment(now);
+}
+
+// The button of the tool that is at work is down, and what it asks for stands on the accent of the
+// desktop; a result stands on the form.
+void TavGraph::ShowPressed() {
+  const auto pressed = PressedTool(graph_.State().ToolState);
+  for (int index = 0; index < static_cast<int>(pb_eval_.size()); ++index) {
+    pb_eval_.at(static_cast<std::size_t>(index))->SetLatched(pressed == ToolButton{false, index});
+  }
+  for (int index = 0; index < static_cast<int>(pb_mark_.size()); ++index) {
+    pb_mark_.at(static_cast<std::size_t>(index))->SetLatched(pressed == ToolButton{true, index});
+  }
+  if (pressed.has_value() != lbl_instr_->autoFillBackground()) {
+    lbl_instr_->setAutoFillBackground(pressed.has_value());
+    lbl_instr_->setBackgroundRole(pressed ? QPalette::Highlight : QPalette::NoRole);
+    lbl_instr_->setForegroundRole(pressed ? QPalette::HighlightedText : QPalette::NoRole);
+  }
+}
+
+// The points are read anew only if the curve, its view or its length is another one.
+void TavGraph::ShowStrong(const GraphValues& now) {
+  const ViewFrame& view = graph_.State().Shown();
+  const StrongView wanted{graph_.State().ViewShown,
+                          now.StrongCurve,
+                          view.RecFirst,
+                          view.RecLast,
+                          view.RecDrawn,
+                          view.YTop,
+                          view.YBottom};
+  if (wanted == strong_) {
+    return;
+  }
+  strong_ = wanted;
+  PlotView::Stroke stroke;
+  if (now.StrongCurve >= 0) {
+    const Colour ink = graph_.State().Curves.At(now.StrongCurve).CurveColor;
+    stroke.Ink = QColor(ink.Red, ink.Green, ink.Blue);
+    stroke.Pieces.emplace_back();
+  }
+  for (const std::optional<PlotPoint>& point : graph_.StrongPoints()) {
+    if (point) {
+      stroke.Pieces.back() << QPointF(point->X, point->Y);
+    } else if (!stroke.Pieces.back().isEmpty()) {
+      stroke.Pieces.emplace_back();
+    }
+  }
+  for (CurveFrame* frame : frames_) {
+    const bool is_shown = frame == frames_.at(static_cast<std::size_t>(wanted.View));
+    frame->Plot().ShowStroke(is_shown ? stroke : PlotView::Stroke());
+  }
 }
 
 // While its place is chosen the text stands there as on a button.
@@ -464,6 +542,8 @@ void TavGraph::showEvent(QShowEvent* event) {
   ModalForm::showEvent(event);
   if (!event->spontaneous()) {
     ShowTips(kGraphTips, graph_.Values().TipLanguage);
+    lbl_axes_->setText(QtText(kAxes.In(graph_.Values().TipLanguage)));
+    lbl_axes_->setMaximumWidth(lbl_axes_->sizeHint().width());
     FrameInFront().Plot().setFocus();
     layout()->activate();
     FitPictures();

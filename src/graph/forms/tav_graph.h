@@ -42,6 +42,19 @@ class TavGraph : public ModalForm {
  private:
   using Command = void (GraphOutput::*)();
 
+  // What a stroke over a curve depends on.
+  struct StrongView {
+    int View = kOverview;
+    int Curve = -1;
+    int First = 0;
+    int Last = 0;
+    int Drawn = 0;
+    double Top = 0;
+    double Bottom = 0;
+
+    [[nodiscard]] bool operator==(const StrongView&) const = default;
+  };
+
   void MakeMenu();
   [[nodiscard]] GlyphButton* MakeTool(const char* name, const char* spoken, Glyph glyph,
                                       Press press);
@@ -66,6 +79,8 @@ class TavGraph : public ModalForm {
   void ShowTools(const GraphValues& now);
   void KeepKeyboard(QWidget* before);
   void ShowPrompts(const GraphValues& now);
+  void ShowPressed();
+  void ShowStrong(const GraphValues& now);
   void ShowComment(const GraphValues& now);
 
   Graph& graph_;
@@ -81,6 +96,7 @@ class TavGraph : public ModalForm {
   GlyphButton* pb_copy_ = nullptr;
   std::array<GlyphButton*, 2> pb_eval_{};
   std::array<GlyphButton*, 3> pb_mark_{};
+  QLabel* lbl_axes_ = nullptr;
   QComboBox* cbo_xy_ = nullptr;
   GlyphButton* cmd_over_ = nullptr;
   GlyphButton* cmd_part_ = nullptr;
@@ -90,9 +106,11 @@ class TavGraph : public ModalForm {
   QLabel* lb_y_ = nullptr;
   QLineEdit* txt_for_mark_ = nullptr;
   QLabel* lbl_instr_ = nullptr;
+  QLabel* lbl_hint_ = nullptr;
   QLabel* lbl_res_ = nullptr;
   QTimer timer_graph_;
   QTimer fit_;
+  StrongView strong_;                    // of which the stroke is shown
   int focus_calls_ = 0;                  // of the graph, that have been followed
   bool axes_by_key_ = false;             // the axes were last touched by a key
   QPointer<QWidget> asleep_;             // had the keyboard until a drawing put it to sleep

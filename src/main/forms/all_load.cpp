@@ -42,7 +42,6 @@ QLabel* MakeName(QWidget* parent) {
 AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   setObjectName("ALL_LOAD");
   setWindowTitle("TAVREL");
-  setWindowIcon(EmblemIcon());
   setFixedSize(kWidth, kHeight);
   QLabel* kind = MakeLine("Measuring and Control System", 1.25, this);
   lb_release_ = new MutedLabel("", this);

@@ -14,7 +14,7 @@ void DrawEmblem(QPainter& painter, const QRectF& place) {
 
 QIcon EmblemIcon() {
   QIcon icon;
-  for (const int side : {16, 32, 64}) {
+  for (const int side : {16, 32, 64, 128, 256}) {
     QPixmap picture(side, side);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);

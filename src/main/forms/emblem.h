@@ -10,7 +10,7 @@ namespace tavrel {
 // The emblem of the program: a furnace's temperature that rises to its setpoint and holds it.
 void DrawEmblem(QPainter& painter, const QRectF& place);
 
-// The same as the icon of windows.
+// The same as the icon of windows and boxes.
 [[nodiscard]] QIcon EmblemIcon();
 
 }  // namespace tavrel

@@ -102,7 +102,6 @@ class IndicatorMark : public QWidget {
 
 Tavrel::Tavrel(const Parts& parts, int expected_rows) : parts_(parts) {
   setObjectName("Tavrel");
-  setWindowIcon(EmblemIcon());
   // The sheet is read while another program has the keyboard.
   setAttribute(Qt::WA_AlwaysShowToolTips);
   MakeMenu();

@@ -9,6 +9,7 @@
 
 #include "base/tool_tips.h"
 #include "main/settings_lists.h"
+#include "widgets/fresh_list.h"
 #include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 
@@ -39,7 +40,7 @@ void TavSett::MakeControls() {
   txt_plant_ = MakeText("Txt_Plant", &SettingsDialog::Txt_Plant_Change);
   txt_lab_ = MakeText("Txt_Lab", &SettingsDialog::Txt_Lab_Change);
   cbo_help_ = MakeList("cboHelp", QtItems(kHelpItems), &SettingsDialog::cboHelp_Click);
-  cbo_com_ = MakeList("cboCom", QtItems(PortItems()), &SettingsDialog::cboCom_Click);
+  MakePorts();
   cbo_mode_ = MakeList("cboMode", QtItems(kModeItems), &SettingsDialog::cboMode_Click);
   cbo_dia_ = MakeList("cboDia", QtItems(kDiaItems), &SettingsDialog::cboDia_Click);
   cmd_path_ = MakeButton("cmdPath", "", [this] { dialog_.cmdPath_Click(); });
@@ -71,7 +72,11 @@ void TavSett::Arrange() {
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->setContentsMargins(kWideMargin, kGapOfSections, kWideMargin, kWideMargin);
   column->addLayout(grid);
-  column->addWidget(cmd_ok_, 0, Qt::AlignRight);
+  auto* foot = new QHBoxLayout;
+  foot->addStretch(1);
+  foot->addWidget(cmd_ok_);
+  foot->addWidget(MakeCancel());
+  column->addLayout(foot);
 }
 
 void TavSett::MakeMenu() {
@@ -100,13 +105,21 @@ void TavSett::AddHeading(QGridLayout& grid, const char* text) {
 
 void TavSett::AddLine(QGridLayout& grid, const char* text, QWidget* control) {
   const int row = grid.rowCount();
+  auto* label = new MutedLabel(text, this);
+  label->setBuddy(control);
   control->setAccessibleName(text);
-  grid.addWidget(new MutedLabel(text, this), row, 0);
+  grid.addWidget(label, row, 0);
   grid.addWidget(control, row, 1);
 }
 
 QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeIndex take) {
   auto* list = new QComboBox(this);
+  FillList(list, name, items, take);
+  return list;
+}
+
+void TavSett::FillList(QComboBox* list, const char* name, const QStringList& items,
+                       TakeIndex take) {
   list->setObjectName(name);
   SearchBehindBlanks(*list);
   list->addItems(items);
@@ -114,7 +127,25 @@ QComboBox* TavSett::MakeList(const char* name, const QStringList& items, TakeInd
     (dialog_.*take)(index);
     AfterEvent();
   });
-  return list;
+}
+
+// As wide as the others: what is behind a port may have a long name.
+void TavSett::MakePorts() {
+  auto* list = new FreshList(this);
+  list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  FillList(list, "cboCom", QtItems(PortItems()), &SettingsDialog::cboCom_Click);
+  connect(list, &FreshList::Unfolds, this, [this] {
+    dialog_.cboCom_DropDown();
+    AfterEvent();
+  });
+  cbo_com_ = list;
+}
+
+void TavSett::ShowPorts() {
+  const std::vector<std::string>& items = dialog_.Values().PortItems;
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    cbo_com_->setItemText(static_cast<int>(index), QtText(items[index]));
+  }
 }
 
 SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
@@ -130,6 +161,7 @@ SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
 
 void TavSett::UpdateWidgets() {
   const SettingsControls& now = dialog_.Values();
+  ShowPorts();
   ShowIndex(*cbo_com_, now.cboCom);
   ShowIndex(*cbo_help_, now.cboHelp);
   ShowIndex(*cbo_mode_, now.cboMode);

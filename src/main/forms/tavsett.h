@@ -33,6 +33,9 @@ class TavSett : public ModalForm {
   void AddHeading(QGridLayout& grid, const char* text);
   void AddLine(QGridLayout& grid, const char* text, QWidget* control);
   [[nodiscard]] QComboBox* MakeList(const char* name, const QStringList& items, TakeIndex take);
+  void FillList(QComboBox* list, const char* name, const QStringList& items, TakeIndex take);
+  void MakePorts();
+  void ShowPorts();
   [[nodiscard]] SelectingEdit* MakeText(const char* name, TakeText take);
   void ShowTipsAndDevice();
 

@@ -9,28 +9,13 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include "platform/qt/box_icons.h"
+
 namespace tavrel {
 namespace {
 
 // Older ones go: nobody reads more, and a fault that repeats for weeks must not fill the memory.
 constexpr int kMostNotices = 200;
-
-QIcon IconOf(BoxIcon icon) {
-  const QStyle* style = QApplication::style();
-  switch (icon) {
-    case BoxIcon::kInformation:
-      return style->standardIcon(QStyle::SP_MessageBoxInformation);
-    case BoxIcon::kQuestion:
-      return style->standardIcon(QStyle::SP_MessageBoxQuestion);
-    case BoxIcon::kWarning:
-      return style->standardIcon(QStyle::SP_MessageBoxWarning);
-    case BoxIcon::kCritical:
-      return style->standardIcon(QStyle::SP_MessageBoxCritical);
-    case BoxIcon::kNone:
-      break;
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -62,7 +47,7 @@ void NoticesWindow::Add(const Notice& notice) {
   }
   const QString head =
       QTime::currentTime().toString("HH:mm:ss") + "   " + QString::fromStdString(notice.Title);
-  auto* item = new QListWidgetItem(IconOf(notice.Icon),
+  auto* item = new QListWidgetItem(BoxSign(notice.Icon),
                                    head + "\n" + QString::fromStdString(notice.Text), list_);
   list_->scrollToItem(item);
   ComeUp();

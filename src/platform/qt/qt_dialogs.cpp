@@ -2,40 +2,12 @@
 
 #include <QPushButton>
 
+#include "platform/qt/notice_box.h"
 #include "platform/qt/notices_window.h"
 #include "platform/qt/qt_choosers.h"
 #include "platform/qt/window_in_front.h"
 
 namespace tavrel {
-namespace {
-
-QMessageBox::Icon IconOf(BoxIcon icon) {
-  switch (icon) {
-    case BoxIcon::kInformation:
-      return QMessageBox::Information;
-    case BoxIcon::kQuestion:
-      return QMessageBox::Question;
-    case BoxIcon::kWarning:
-      return QMessageBox::Warning;
-    case BoxIcon::kCritical:
-      return QMessageBox::Critical;
-    case BoxIcon::kNone:
-      break;
-  }
-  return QMessageBox::NoIcon;
-}
-
-// Shows a text as it is. A path or a command in it can be marked and copied.
-void Fill(QMessageBox& box, const Notice& notice, QMessageBox::StandardButton yes,
-          QMessageBox::StandardButton no) {
-  box.setTextFormat(Qt::PlainText);
-  box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  box.setStandardButtons(no == QMessageBox::NoButton ? yes : yes | no);
-  box.setDefaultButton(notice.PresetIsNo && no != QMessageBox::NoButton ? no : yes);
-  box.setEscapeButton(no == QMessageBox::NoButton ? yes : no);
-}
-
-}  // namespace
 
 QtDialogs::QtDialogs(QtEvents& events) : events_(events) {}
 
@@ -59,9 +31,7 @@ bool QtDialogs::AskRetry(const Notice& notice) {
 
 bool QtDialogs::AskRetryOrExit(const Notice& notice) {
   const QtEvents::NormalPointer normal_pointer(events_);
-  QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
-                  QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
-  Fill(box, notice, QMessageBox::Retry, QMessageBox::Close);
+  NoticeBox box(notice, QMessageBox::Retry, QMessageBox::Close, WindowInFront());
   box.button(QMessageBox::Close)->setText("Exit");
   return box.exec() == QMessageBox::Retry;
 }
@@ -72,9 +42,7 @@ bool QtDialogs::AskYes(const Notice& notice) {
 
 SaveAnswer QtDialogs::AskSave(const Notice& notice) {
   const QtEvents::NormalPointer normal_pointer(events_);
-  QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
-                  QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
-  Fill(box, notice, QMessageBox::Yes, QMessageBox::No);
+  NoticeBox box(notice, QMessageBox::Yes, QMessageBox::No, WindowInFront());
   box.addButton(QMessageBox::Cancel);
   box.setEscapeButton(QMessageBox::Cancel);
   switch (box.exec()) {
@@ -90,10 +58,17 @@ SaveAnswer QtDialogs::AskSave(const Notice& notice) {
 bool QtDialogs::Ask(const Notice& notice, QMessageBox::StandardButton yes,
                     QMessageBox::StandardButton no) {
   const QtEvents::NormalPointer normal_pointer(events_);
-  QMessageBox box(IconOf(notice.Icon), QString::fromStdString(notice.Title),
-                  QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
-  Fill(box, notice, yes, no);
-  return box.exec() == yes;
+  return NoticeBox(notice, yes, no, WindowInFront()).exec() == yes;
+}
+
+// OK comes first, so that Enter and Escape leave the box.
+bool QtDialogs::Offer(const Notice& notice, const std::string& deed) {
+  const QtEvents::NormalPointer normal_pointer(events_);
+  NoticeBox box(notice, QMessageBox::Ok, QMessageBox::NoButton, WindowInFront());
+  const QAbstractButton* wanted =
+      box.addButton(QString::fromStdString(deed), QMessageBox::ActionRole);
+  box.exec();
+  return box.clickedButton() == wanted;
 }
 
 void QtDialogs::Announce(const Notice& notice) {
@@ -107,11 +82,8 @@ void QtDialogs::Announce(const Notice& notice) {
 void QtDialogs::AskBeside(const Notice& notice, const std::function<void(bool yes)>& answer) {
   std::erase_if(questions_,
                 [](const QPointer<QMessageBox>& question) { return question.isNull(); });
-  auto* box =
-      new QMessageBox(IconOf(notice.Icon), QString::fromStdString(notice.Title),
-                      QString::fromStdString(notice.Text), QMessageBox::NoButton, WindowInFront());
+  auto* box = new NoticeBox(notice, QMessageBox::Yes, QMessageBox::No, WindowInFront());
   questions_.emplace_back(box);
-  Fill(*box, notice, QMessageBox::Yes, QMessageBox::No);
   box->setDefaultButton(QMessageBox::No);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setAttribute(Qt::WA_ShowWithoutActivating);

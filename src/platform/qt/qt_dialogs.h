@@ -28,6 +28,8 @@ class QtDialogs : public Dialogs {
   [[nodiscard]] bool AskYes(const Notice& notice) override;
   [[nodiscard]] SaveAnswer AskSave(const Notice& notice) override;
 
+  [[nodiscard]] bool Offer(const Notice& notice, const std::string& deed) override;
+
   // All announced notices stand in one window, until the user closes it.
   void Announce(const Notice& notice) override;
 

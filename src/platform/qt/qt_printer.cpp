@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinterInfo>
 #include <QPushButton>
@@ -15,6 +14,7 @@
 
 #include "platform/file_system.h"
 #include "platform/print_queues.h"
+#include "platform/qt/notice_box.h"
 #include "platform/qt/window_in_front.h"
 
 namespace tavrel {
@@ -79,11 +79,10 @@ bool MayReplace(QPrintDialog& dialog, const QString& path) {
   if (!existing || QString::fromStdString(*existing) == path) {
     return true;
   }
-  QMessageBox box(QMessageBox::Warning, "Save As",
-                  QString::fromStdString(*existing) + "\n\nThis file exists already. Replace it ?",
-                  QMessageBox::Yes | QMessageBox::No, &dialog);
+  NoticeBox box({*existing + "\n\nThis file exists already. Replace it ?", "Save As",
+                 BoxIcon::kWarning, true},
+                QMessageBox::Yes, QMessageBox::No, &dialog);
   box.setObjectName("ReplaceQuestion");
-  box.setDefaultButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;
 }
 

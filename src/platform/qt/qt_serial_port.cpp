@@ -152,7 +152,7 @@ PortOpening QtSerialPort::Refused(const std::string& device) const {
       return {error, NoLockAdvice(number_, device, lock, reason)};
     }
   }
-  return {error, AdviceFor(number_, device, error, port_.errorString().toStdString()),
+  return {error, AdviceFor(number_, device, error, port_.errorString().toStdString(), language_()),
           is_forbidden};
 }
 

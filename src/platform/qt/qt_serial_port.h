@@ -3,10 +3,13 @@
 
 #include <QSerialPort>
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "base/language.h"
 #include "platform/known_device.h"
 #include "platform/qt/serial_settings.h"
 #include "platform/serial_port.h"
@@ -21,6 +24,9 @@ class QtSerialPort : public SerialPort {
  public:
   // `program_directory` may hold a file or link COMn that names the device of port n.
   explicit QtSerialPort(std::string program_directory, SerialPlaces places = {});
+
+  // The language in which the user is told why a port does not open; English without it.
+  void SpeakIn(std::function<Language()> language) { language_ = std::move(language); }
 
   // A settings text that is empty or broken is refused like a port that does not exist.
   [[nodiscard]] PortOpening Open(int number, std::string_view settings) override;
@@ -49,6 +55,7 @@ class QtSerialPort : public SerialPort {
   [[nodiscard]] bool HandOver(std::string_view bytes);
 
   std::string program_directory_;
+  std::function<Language()> language_ = [] { return Language::kEnglish; };
   SerialPlaces places_;
   QSerialPort port_;
   int number_ = 0;                    // of the last Open

@@ -8,7 +8,7 @@ namespace tavrel {
 // The desktop that the program runs on.
 class QtShell : public Shell {
  public:
-  void OpenDocument(const std::string& path) override;
+  void OpenDocument(const std::string& path, std::function<void()> failed) override;
 };
 
 }  // namespace tavrel

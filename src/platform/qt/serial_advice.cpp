@@ -4,18 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 namespace tavrel {
 namespace {
 
-// The group that owns the device; on this system serial ports belong to dialout.
-std::string OwnerGroup(const std::string& device) {
-  struct stat status {};
-  if (stat(device.c_str(), &status) != 0) {
-    return "dialout";
-  }
-  const group* owner = getgrgid(status.st_gid);
-  return owner == nullptr ? "dialout" : owner->gr_name;
-}
+constexpr gid_t kAdministrators = 0;
 
 std::string PortName(int number) {
   return "COM" + std::to_string(number);
@@ -26,9 +20,43 @@ std::string InUseAdvice(int number, const std::string& device, const std::string
          " has it open. Close that program, or choose another port.";
 }
 
-std::string PermissionAdvice(int number, const std::string& device) {
+std::string PermissionAdvice(int number, const std::string& device, Language language) {
   return MayBeOpened(device) ? InUseAdvice(number, device, "Another program")
-                             : NoRightsAdvice(number, device, OwnerGroup(device));
+                             : NoRightsAdvice(number, device, GroupThatHelps(device), language);
+}
+
+// The name of the device in a rule: all devices of its kind, whatever number they come back with.
+std::string KindOf(const std::string& device) {
+  const std::string name = std::filesystem::path(device).filename().string();
+  const std::string kind = name.substr(0, name.find_last_not_of("0123456789") + 1);
+  return kind.size() < name.size() ? kind + "[0-9]*" : name;
+}
+
+std::string JoinAdvice(const std::string& group, Language language) {
+  const bool german = language == Language::kGerman;
+  const std::string command = "sudo usermod -aG " + group + " $USER";
+  return german ? "Er gehört der Gruppe \"" + group + "\". In die Gruppe aufnehmen mit\n\n" +
+                      command + "\n\nund neu anmelden."
+                : "It belongs to the group \"" + group + "\". Join the group with\n\n" + command +
+                      "\n\nand log in again.";
+}
+
+// Devices of the machine's administrator alone: only the system's rules can give them to others.
+std::string RuleAdvice(const std::string& device, Language language) {
+  constexpr BothLanguages kWhy{
+      "No group of users may open it, so joining one does not help. Whoever administers this "
+      "computer writes this line into the file /etc/udev/rules.d/70-tavrel.rules:",
+      "Keine Benutzergruppe darf ihn öffnen, in eine einzutreten hilft also nicht. Wer diesen "
+      "Rechner verwaltet, schreibt diese Zeile in die Datei /etc/udev/rules.d/70-tavrel.rules:"};
+  constexpr BothLanguages kThen{
+      "Then restart the computer, or pull the adapter out and plug it in again. From then on "
+      "members of the group \"dialout\" may open it; join it with",
+      "Danach den Rechner neu starten oder den Adapter aus- und wieder einstecken. Von da an "
+      "dürfen ihn Mitglieder der Gruppe \"dialout\" öffnen; aufnehmen mit"};
+  constexpr BothLanguages kLast{"and log in again.", "und neu anmelden."};
+  return std::string(kWhy.In(language)) + "\n\nSUBSYSTEM==\"tty\", KERNEL==\"" + KindOf(device) +
+         "\", GROUP=\"dialout\", MODE=\"0660\"\n\n" + std::string(kThen.In(language)) +
+         "\n\nsudo usermod -aG dialout $USER\n\n" + std::string(kLast.In(language));
 }
 
 // "minicom (process 1234)".
@@ -53,10 +81,25 @@ bool MayBeOpened(const std::string& device) {
   return access(device.c_str(), R_OK | W_OK) == 0;
 }
 
-std::string NoRightsAdvice(int number, const std::string& device, const std::string& group) {
-  return "You have no right to open " + PortName(number) + " (" + device + ").\n\n" +
-         "It belongs to the group \"" + group + "\". Join the group with\n\n" +
-         "sudo usermod -aG " + group + " $USER\n\n" + "and log in again.";
+std::string GroupThatHelps(const std::string& device) {
+  struct stat status {};
+  const bool is_there = stat(device.c_str(), &status) == 0;
+  constexpr mode_t kBoth = S_IRGRP | S_IWGRP;
+  if (!is_there || status.st_gid == kAdministrators || (status.st_mode & kBoth) != kBoth) {
+    return "";
+  }
+  const group* owner = getgrgid(status.st_gid);
+  return owner == nullptr ? "" : owner->gr_name;
+}
+
+std::string NoRightsAdvice(int number, const std::string& device, const std::string& group,
+                           Language language) {
+  const std::string port = PortName(number) + " (" + device + ")";
+  const std::string what = language == Language::kGerman
+                               ? "Sie haben kein Recht, " + port + " zu öffnen."
+                               : "You have no right to open " + port + ".";
+  const bool helps = !group.empty() && group != "root";
+  return what + "\n\n" + (helps ? JoinAdvice(group, language) : RuleAdvice(device, language));
 }
 
 std::string LockAdvice(int number, const std::string& device, const std::string& lock_file,
@@ -88,9 +131,9 @@ std::string StillGoneAdvice(int number, const KnownDevice& known) {
 }
 
 std::string AdviceFor(int number, const std::string& device, QSerialPort::SerialPortError error,
-                      const std::string& system_text) {
+                      const std::string& system_text, Language language) {
   if (error == QSerialPort::PermissionError) {
-    return PermissionAdvice(number, device);
+    return PermissionAdvice(number, device, language);
   }
   if (error == QSerialPort::DeviceNotFoundError) {
     return PortName(number) + " does not exist: there is no device " + device + ".\n\n" +

@@ -4,6 +4,7 @@
 #include <QSerialPort>
 #include <string>
 
+#include "base/language.h"
 #include "platform/known_device.h"
 #include "platform/port_lock.h"
 
@@ -15,14 +16,20 @@ namespace tavrel {
 // open are told apart.
 [[nodiscard]] std::string AdviceFor(int number, const std::string& device,
                                     QSerialPort::SerialPortError error,
-                                    const std::string& system_text);
+                                    const std::string& system_text,
+                                    Language language = Language::kEnglish);
 
 // True if the user has the right to open the device.
 [[nodiscard]] bool MayBeOpened(const std::string& device);
 
-// The text for a device that belongs to `group` and may not be opened.
+// The text for a device that the user may not open. `group` is the group whose members may; empty:
+// there is none but the administrators', which nobody is advised to join.
 [[nodiscard]] std::string NoRightsAdvice(int number, const std::string& device,
-                                         const std::string& group);
+                                         const std::string& group,
+                                         Language language = Language::kEnglish);
+
+// The group whose members may open the device; empty if there is none to join.
+[[nodiscard]] std::string GroupThatHelps(const std::string& device);
 
 // The text for a port whose lock file `lock_file` says `lock`: held by another program, left
 // there by a dead one and not to be deleted by us, or not to be understood.

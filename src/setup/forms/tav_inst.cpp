@@ -230,6 +230,7 @@ void TavInst::Arrange() {
   below->setSpacing(kNarrowMargin);
   below->addWidget(lbl_effect_, 1);
   below->addWidget(ok, 0, Qt::AlignBottom);
+  below->addWidget(MakeCancel(), 0, Qt::AlignBottom);
   auto* table = new QVBoxLayout;
   table->setSpacing(0);
   table->addWidget(heads_);

@@ -66,7 +66,7 @@ TavCoord::TavCoord(Coordinates& coordinates)
   line->addLayout(grid);
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(line);
-  column->addWidget(MakeOk([this] { coordinates_.CmdOK_Click(); }), 0, Qt::AlignRight);
+  column->addLayout(MakeOkAndCancel([this] { coordinates_.CmdOK_Click(); }));
 }
 
 void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
@@ -74,6 +74,7 @@ void TavCoord::AddBox(QGridLayout& grid, const char* text, std::size_t box) {
       AddNumberBox(grid, static_cast<int>(box), text, Qt::AlignRight,
                    [this, box](const std::string& now) { coordinates_.TBox_Change(box, now); });
   edit->setText(QtText(coordinates_.TBox(box)));
+  edit->setToolTip(QtText(RangeText(coordinates_.LimitsOf(box))));
   edit->selectAll();
 }
 
@@ -91,7 +92,9 @@ void TavCoord::AddResolution(QGridLayout& grid) {
     AfterEvent();
   });
   const int row = grid.rowCount();
-  grid.addWidget(new MutedLabel("X resolution", this), row, 0, kBesideTheValue);
+  auto* label = new MutedLabel("X resolution", this);
+  label->setBuddy(list);
+  grid.addWidget(label, row, 0, kBesideTheValue);
   grid.addWidget(list, row, 1);
 }
 

@@ -29,7 +29,7 @@ TavCtrl::TavCtrl(ControllerSettings& settings)
   pid->setEnabled(settings.HasPid());
   buttons->addWidget(pid);
   buttons->addStretch(1);
-  buttons->addWidget(MakeOk([this] {
+  buttons->addLayout(MakeOkAndCancel([this] {
     settings_.CmdOK_Click();
     UpdateWidgets();
     GoToRefused();
@@ -63,6 +63,7 @@ void TavCtrl::GoToRefused() {
 void TavCtrl::UpdateWidgets() {
   for (int index = 0; index < kControllerBoxes; ++index) {
     ShowText(*boxes_[index], settings_.TBox(index));
+    boxes_[index]->setToolTip(QtText(RangeText(settings_.LimitsOf(index))));
   }
 }
 

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "dialogs/checks.h"
 #include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 
@@ -26,7 +27,7 @@ TavPid::TavPid(PidParameters& parameters)
   }
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addLayout(grid);
-  column->addWidget(MakeOk([this] { PressOk(); }), 0, Qt::AlignRight);
+  column->addLayout(MakeOkAndCancel([this] { PressOk(); }));
   boxes_[1]->setFocus();
 }
 
@@ -51,9 +52,11 @@ void TavPid::MakeList(QGridLayout& grid) {
 
 void TavPid::AddBox(QGridLayout& grid, int index) {
   const PidParameter& parameter = kPidParameters[index];
-  boxes_[index] = AddNumberBox(
+  NumberEdit* box = AddNumberBox(
       grid, index, parameter.Label, Qt::AlignLeft,
       [this, index](const std::string& text) { parameters_.TBox_Change(index, text); });
+  box->setToolTip(QtText(RangeText({parameter.Lower, parameter.Upper})));
+  boxes_[index] = box;
   grid.addWidget(new MutedLabel(parameter.Unit, this), grid.rowCount() - 1, 2);
 }
 

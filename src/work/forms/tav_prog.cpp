@@ -63,12 +63,15 @@ void TavProg::Arrange() {
   column->setMenuBar(bar);
   column->addLayout(buttons);
   column->addWidget(grid_, 1);
+  profile_ = new ProgramCurve(editor_.TipLanguage(), this);
+  column->addWidget(profile_);
 }
 
 void TavProg::UpdateWidgets() {
   setWindowTitle(QtText(editor_.Caption()));
   lb_changed_->setVisible(editor_.ProgChanged());
   grid_->UpdateWidgets(editor_);
+  profile_->Show(ProgramProfile(editor_.Rows()));
 }
 
 }  // namespace tavrel

@@ -5,6 +5,7 @@
 #include <QMenu>
 
 #include "widgets/modal_form.h"
+#include "work/forms/program_curve.h"
 #include "work/forms/program_grid.h"
 #include "work/program_editor.h"
 
@@ -28,6 +29,7 @@ class TavProg : public ModalForm {
 
   ProgramEditor& editor_;
   ProgramGrid* grid_ = nullptr;
+  ProgramCurve* profile_ = nullptr;
   QLabel* lb_changed_ = nullptr;
 };
 

@@ -21,7 +21,7 @@ TavRec::TavRec(RecordingSettings& settings)
   QWidget* face = settings.Values().RecNewMode ? MakeNewFace() : MakeSettingsFace();
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->addWidget(face);
-  column->addWidget(MakeOk([this] { settings_.CmdOK_Click(); }), 0, Qt::AlignRight);
+  column->addLayout(MakeOkAndCancel([this] { settings_.CmdOK_Click(); }));
 }
 
 QWidget* TavRec::MakeNewFace() {
@@ -42,11 +42,15 @@ QWidget* TavRec::MakeNewFace() {
   });
   lbl_max_ = MakeHours("Lbl_max");
   lbl_auto_ = MakeHours("Lbl_Auto_0");
+  cbo_sampl_->setToolTip(QtText(settings_.SamplingRange()));
   auto* grid = new QGridLayout(face);
   grid->setContentsMargins(0, 0, 0, 0);
   AddLine(*grid, "sampling time", cbo_sampl_, "s");
   AddLine(*grid, "maximum length of file", lbl_max_, "h");
   AddLine(*grid, "Tavrel operates independent for", lbl_auto_, "h");
+  auto* afterwards = new QLabel(QtText(kOffAfterNewFile.In(settings_.TextLanguage())), face);
+  afterwards->setObjectName("Lbl_Afterwards");
+  grid->addWidget(afterwards, grid->rowCount(), 0, 1, 2);
   cbo_sampl_->setFocus();
   cbo_sampl_->lineEdit()->selectAll();
   return face;
@@ -58,6 +62,7 @@ QWidget* TavRec::MakeSettingsFace() {
   txt_stop_ = new SelectingEdit(face);
   txt_stop_->setObjectName("Txt_Stop");
   txt_stop_->setText(QtText(settings_.Values().Txt_Stop));
+  txt_stop_->setToolTip(QtText(settings_.StopRange()));
   connect(txt_stop_, &QLineEdit::textChanged, this, [this](const QString& text) {
     settings_.Txt_Stop_Change(text.toStdString());
     AfterEvent();
@@ -96,7 +101,9 @@ void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, cons
   const int row = grid.rowCount();
   grid.setHorizontalSpacing(kWideMargin);
   grid.setVerticalSpacing(10);
-  grid.addWidget(new MutedLabel(text, this), row, 0);
+  auto* label = new MutedLabel(text, this);
+  label->setBuddy(control);
+  grid.addWidget(label, row, 0);
   control->setAccessibleName(text);
   if (*unit == '\0') {
     grid.addWidget(control, row, 1);

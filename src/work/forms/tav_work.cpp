@@ -167,6 +167,10 @@ void TavWork::MakeProgram() {
   auto* column = new QVBoxLayout(fr_prog_);
   AddReading(*column, step_, cmd_prog_off_);
   AddReading(*column, time_);
+  prog_text_ = new QLabel(fr_prog_);
+  prog_text_->setObjectName("ProgText");
+  prog_text_->setTextFormat(Qt::PlainText);
+  column->addWidget(prog_text_);
 }
 
 void TavWork::MakeExits() {
@@ -267,6 +271,7 @@ void TavWork::ShowProgram(const WorksheetValues& now) {
   }
   ShowText(*step_.value, now.Lbl_Step);
   ShowText(*time_.value, now.Lbl_Time);
+  ShowText(*prog_text_, now.ProgText);
   if (now.ProgOffFocusCalls != focus_calls_) {
     focus_calls_ = now.ProgOffFocusCalls;
     cmd_prog_off_->setFocus();

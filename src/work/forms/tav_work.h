@@ -73,6 +73,7 @@ class TavWork : public ModalForm {
   GlyphButton* cmd_prog_off_ = nullptr;
   Reading step_;
   Reading time_;
+  QLabel* prog_text_ = nullptr;
   GlyphButton* cmd_coord_ = nullptr;
   GlyphButton* cmd_ok_ = nullptr;
   GlyphButton* cmd_exit_ = nullptr;
