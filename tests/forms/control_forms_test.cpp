@@ -105,7 +105,7 @@ TEST_F(ControlForms, AreLeftByTheirCancelButtonWithoutAChange) {
   control.bench.state.Settings.HelpLang = "German";
   Then("TavCtrl", [] {
     Type("1");
-    EXPECT_EQ(TextOf("CmdCancel"), "Abbrechen");
+    EXPECT_EQ(TextOf("CmdCancel"), "&Abbrechen");
     Click("CmdCancel");
   });
   RunCtrl();

@@ -157,7 +157,7 @@ TEST_F(SettingsWindow, LeadsTheTabKeyThroughAllControls) {
 TEST_F(SettingsWindow, IsLeftByItsCancelButtonWithoutAChange) {
   Then("TAVSETT", [] {
     List("cboMode")->setCurrentIndex(2);
-    EXPECT_EQ(TextOf("CmdCancel"), "Cancel");
+    EXPECT_EQ(TextOf("CmdCancel"), "&Cancel");
     Click("CmdCancel");
   });
   Run();
@@ -329,7 +329,7 @@ TEST_F(SettingsWindow, FindsTheEntriesOfAListByTheirLetters) {
     EXPECT_EQ(ShownIn("CboWidth"), "   4 pt");
     List("cboCom")->setFocus();
     QTest::keyClicks(List("cboCom"), "com12");
-    EXPECT_EQ(ShownIn("cboCom"), " COM12");
+    EXPECT_EQ(ShownIn("cboCom").substr(0, 6), " COM12");
     QTest::keyClicks(List("cboDia"), "x");
     EXPECT_EQ(ShownIn("cboDia"), " no");
     Key(Qt::Key_Escape);
