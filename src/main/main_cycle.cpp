@@ -104,18 +104,16 @@ void MainCycle::RunTick() {
 // Deadlines are seconds of one day. In the last minutes of the day the cycle stands still, so
 // that none is set beyond its end; once the clock has wrapped all are armed anew.
 bool MainCycle::StandsAtMidnight() {
-  const double timer = parts_.clock.Timer();
-  if (timer > kMidnightGuard) {
-    return true;
-  }
-  const std::chrono::duration<double> away = parts_.clock.Elapsed() - last_elapsed_;
-  const auto midnights = std::lround((last_timer_ + away.count() - timer) / kSecondsPerDay);
-  if (last_timer_ >= 0 && midnights > 0) {
+  const Moment now{parts_.clock.Timer(), parts_.clock.Elapsed()};
+  const Moment before = last_tick_.value_or(now);
+  const bool stands = now.timer > kMidnightGuard;
+  last_tick_ = stands ? before : now;
+  const std::chrono::duration<double> away = now.elapsed - before.elapsed;
+  const auto midnights = std::lround((before.timer + away.count() - now.timer) / kSecondsPerDay);
+  if (!stands && midnights > 0) {
     ArmAfterMidnight(static_cast<float>(midnights), away.count() > kLongestStand);
   }
-  last_timer_ = timer;
-  last_elapsed_ = parts_.clock.Elapsed();
-  return false;
+  return stands;
 }
 
 // Minutes that the machine has slept, or that a form had the line to itself, are due to the

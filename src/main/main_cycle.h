@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 #include "files/recording_engine.h"
 #include "link/link.h"
@@ -76,6 +77,11 @@ class MainCycle {
   };
 
  private:
+  struct Moment {
+    double timer = 0;  // seconds since midnight
+    std::chrono::nanoseconds elapsed{};
+  };
+
   [[nodiscard]] float Timer() const { return static_cast<float>(parts_.clock.Timer()); }
 
   void RunTick();
@@ -98,11 +104,9 @@ class MainCycle {
   TickHandlers handlers_;
   bool enabled_ = false;
   bool in_tick_ = false;
-  int next_program_ = kSlots + 1;  // slot whose program is stepped next; none is beyond the slots
-  bool is_catching_up_ = false;    // more than one minute of the programs was due
-  // At the last tick that did not stand still; below 0: there was none.
-  double last_timer_ = -1;  // seconds since midnight
-  std::chrono::nanoseconds last_elapsed_{};
+  int next_program_ = kSlots + 1;    // slot whose program is stepped next; none is beyond the slots
+  bool is_catching_up_ = false;      // more than one minute of the programs was due
+  std::optional<Moment> last_tick_;  // the last one that did not stand still, else the first one
 };
 
 }  // namespace tavrel

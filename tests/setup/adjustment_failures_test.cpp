@@ -390,8 +390,10 @@ TEST(DroppedRun, AtTheEndOfTheProgramIsInTheJournal) {
   room.RunToRaised(sensor::kFeCuNi, {11});
   room.dialog->CloseNow();
   EXPECT_THAT(room.bench.dialogs.boxes, IsEmpty());
-  EXPECT_THAT(room.bench.home.Read(kJournalFile),
-              HasSubstr("after B J 1 K 13107 L 0 O 411\r\nend 2026-03-14 10:00:00 dropped\r\n"));
+  EXPECT_THAT(
+      room.bench.home.Read(kJournalFile),
+      HasSubstr(
+          "after B J 1 K 13107 L 0 O 411\r\nend 2026-03-14 10:00:00 dropped with the program\r\n"));
 }
 
 TEST(DroppedRun, WithoutARecordNamesNone) {
