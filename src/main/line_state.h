@@ -13,13 +13,13 @@ namespace tavrel {
 struct LineState {
   bool Simulated = false;  // no port: nothing else counts
   bool PortOpen = false;
-  std::string Port;                      // "COM3"
-  std::string Device;                    // "/dev/ttyUSB0"; empty if it is not known
-  std::string Speed;                     // baud: "4800"; empty if it was never chosen
-  int Answered = 0;                      // exchanges of the last minute
-  std::optional<WallTime> GoneSince;     // the device has vanished
-  std::optional<WallTime> SilentSince;   // it is there, but nothing has answered since
-  std::optional<int> NextTry;            // seconds until the lost port is tried again
+  std::string Port;                     // "COM3"
+  std::string Device;                   // "/dev/ttyUSB0"; empty if it is not known
+  std::string Speed;                    // baud: "4800"; empty if it was never chosen
+  int Answered = 0;                     // exchanges of the last minute
+  std::optional<WallTime> GoneSince;    // the device has vanished
+  std::optional<WallTime> SilentSince;  // it is there, but nothing has answered since
+  std::optional<int> NextTry;           // seconds until the lost port is tried again
 };
 
 // The line at the foot of the sheet, in words. `now` is the wall clock: a moment of another day is

@@ -51,8 +51,12 @@ std::chrono::nanoseconds SystemClock::Elapsed() const {
 
 WallTime SystemClock::Now() const {
   const tm parts = LocalTime(time(nullptr));
-  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-          parts.tm_hour,        parts.tm_min,     parts.tm_sec,
+  return {parts.tm_year + 1900,
+          parts.tm_mon + 1,
+          parts.tm_mday,
+          parts.tm_hour,
+          parts.tm_min,
+          parts.tm_sec,
           static_cast<int>(parts.tm_gmtoff / 60)};
 }
 
