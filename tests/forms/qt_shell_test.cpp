@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <QByteArray>
 #include <QCoreApplication>
+#include <QEvent>
+#include <cerrno>
 
 #include "tests/support/temporary_directory.h"
 #include "tests/support/wait_until.h"
@@ -17,6 +20,14 @@ class Desktop : public testing::Test {
  protected:
   Desktop() { qputenv("PATH", QByteArray::fromStdString(home.Path()) + ":" + path); }
   ~Desktop() override { qputenv("PATH", path); }
+  void TearDown() override {
+    EXPECT_TRUE(WaitUntil(HasNoOpener)) << "an opener stays";
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  static bool HasNoOpener() {
+    siginfo_t child{};
+    return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == -1 && errno == ECHILD;
+  }
   void Opener(const std::string& script, const std::string& interpreter = "/bin/sh") {
     home.Write("xdg-open", "#!" + interpreter + "\n" + script + "\n");
     chmod(home.File("xdg-open").c_str(), 0700);
