@@ -183,7 +183,7 @@ std::string WriteNewFile(const std::string& path, const std::string& bytes) {
   if (file.WriteAt(0, std::as_bytes(std::span(bytes))) && file.Sync()) {
     return "";
   }
-  const std::string problem = file.Error();
+  std::string problem = file.Error();
   file.Close();
   static_cast<void>(DeleteFile(path));
   return problem;

@@ -9,9 +9,9 @@ namespace {
 
 // A number that the header needs, in its range.
 struct Needed {
-  const char* Name;
-  std::int16_t UnitRecord::*Field;
-  int Most;
+  const char* Name = nullptr;
+  std::int16_t UnitRecord::*Field = nullptr;
+  int Most = 0;
   std::optional<std::int64_t> Known;  // by the journal
 };
 

@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view kSumBegins = ",\"sum\":\"";
 constexpr std::string_view kSumEnds = "\"}";
 constexpr std::size_t kSumDigits = 16;
+constexpr std::string_view kSealLine = ",\"kind\":\"seal\",";  // a text cannot hold it unescaped
 constexpr std::size_t kSumBytes = kSumBegins.size() + kSumDigits + kSumEnds.size();
 
 std::string SumOf(const Sha256& hash) {
@@ -30,6 +31,17 @@ class Reader {
  public:
   explicit Reader(JournalReading& reading) : reading_(reading) {}
 
+  void TakeAll(std::string_view text) {
+    while (!text.empty()) {
+      const std::size_t end = text.find('\n');
+      const bool has_feed = end != std::string_view::npos;
+      Take(text.substr(0, end), has_feed);
+      text.remove_prefix(has_feed ? end + 1 : text.size());
+    }
+    End();
+  }
+
+ private:
   void Take(std::string_view line, bool has_feed) {
     JsonValue read;
     if (reading_.Chain.Takes(line, read) && ExplainsHeld(read)) {
@@ -57,7 +69,6 @@ class Reader {
     }
   }
 
- private:
   [[nodiscard]] bool ExplainsHeld(const JsonValue& read) const {
     const JsonValue* const bytes = read.Find("bytes");
     const JsonValue* const kind = read.Find("kind");
@@ -119,6 +130,20 @@ std::string JournalChain::Line(const JournalStamp& stamp, const std::string& kin
   return line + end;
 }
 
+bool JournalChain::GoTo(std::string_view before, const JsonValue& seal) {
+  Sha256 hash;
+  hash.Add(before);
+  const JsonValue* const number = seal.Find("n");
+  const JsonValue* const sealed = seal.Find("journal");
+  const bool fits = number != nullptr && number->Whole() && sealed != nullptr &&
+                    sealed->Text() != nullptr && *sealed->Text() == hash.Hex();
+  if (fits) {
+    hash_ = std::move(hash);
+    next_number_ = *number->Whole();
+  }
+  return fits;
+}
+
 bool JournalChain::Takes(std::string_view line, JsonValue& read) {
   if (!HasSum(line)) {
     return false;
@@ -157,20 +182,34 @@ std::string JournalEntry::Text(std::string_view name) const {
 
 JournalReading ReadJournal(std::string_view text) {
   JournalReading reading;
-  Reader reader(reading);
-  while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    const bool has_feed = end != std::string_view::npos;
-    reader.Take(text.substr(0, end), has_feed);
-    text.remove_prefix(has_feed ? end + 1 : text.size());
-  }
-  reader.End();
+  Reader(reading).TakeAll(text);
   const bool has_begin =
       !reading.Entries.empty() && reading.Entries.front().Kind == journal::kBegin;
   if (reading.Problem.empty() && !has_begin && !reading.TornBytes) {
     reading.Problem = "its beginning is missing";
   }
   return reading;
+}
+
+JournalReading ReadJournalEnd(std::string_view text) {
+  const std::size_t found = text.rfind(kSealLine);
+  const std::size_t line_feed = text.rfind('\n', found);
+  if (found == std::string_view::npos || line_feed == std::string_view::npos) {
+    return ReadJournal(text);
+  }
+  const std::string_view behind = text.substr(line_feed + 1);
+  const auto seal = ReadJson(behind.substr(0, behind.find('\n')));
+  auto first = ReadJson(text.substr(0, text.find('\n')));
+  const JsonValue* const kind = first ? first->Find("kind") : nullptr;
+  const bool is_begin =
+      kind != nullptr && kind->Text() != nullptr && *kind->Text() == journal::kBegin;
+  JournalReading reading;
+  if (!is_begin || !seal || !reading.Chain.GoTo(text.substr(0, line_feed + 1), *seal)) {
+    return ReadJournal(text);
+  }
+  reading.Entries.push_back({journal::kBegin, std::move(*first)});
+  Reader(reading).TakeAll(behind);
+  return reading.Problem.empty() ? std::move(reading) : ReadJournal(text);
 }
 
 }  // namespace tavrel

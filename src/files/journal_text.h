@@ -52,6 +52,9 @@ class JournalChain {
   // Bytes that come behind and are no line of their own.
   void AddRaw(std::string_view bytes) { hash_.Add(bytes); }
 
+  // Stands behind `before` if that is what `seal` has sealed; else nothing changes.
+  [[nodiscard]] bool GoTo(std::string_view before, const JsonValue& seal);
+
   // Takes a line as it stands in a journal, without its line feed, if it is the next one.
   [[nodiscard]] bool Takes(std::string_view line, JsonValue& read);
 
@@ -89,6 +92,11 @@ struct JournalReading {
 // Takes any bytes. A line that a kill has left unfinished is no problem at the end of the text, nor
 // where the next line says so.
 [[nodiscard]] JournalReading ReadJournal(std::string_view text);
+
+// The same for whoever goes on with the journal: of the lines in front of the last seal only the
+// first is among the entries, if all bytes in front of that seal are those that it seals. So a
+// journal of many months costs one hash of its text. Where they are not, all lines are read.
+[[nodiscard]] JournalReading ReadJournalEnd(std::string_view text);
 
 }  // namespace tavrel
 

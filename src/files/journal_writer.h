@@ -14,7 +14,7 @@ namespace tavrel {
 // with a later line, in its order; where too much is waiting the journal is given up.
 class JournalWriter {
  public:
-  static constexpr std::size_t kMostUnsaved = 256 * 1024;  // bytes
+  static constexpr std::size_t kMostUnsaved = std::size_t{256} * 1024;  // bytes
 
   // `clock` outlives this.
   explicit JournalWriter(const Clock& clock) : clock_(&clock) {}

@@ -83,7 +83,7 @@ void RecordingJournals::Attach(int slot) {
     BeginAnew(slot, "the old one cannot be read", true);
     return;
   }
-  JournalReading reading = ReadJournal(*text);
+  JournalReading reading = ReadJournalEnd(*text);
   const auto file = std::as_bytes(std::span(*bytes));
   const RecordingCheck check = CheckRecording(file, reading);
   if (check.Verdict == Verdict::kDamaged || check.Id.empty()) {

@@ -48,7 +48,7 @@ struct IncrementUnits {
   ByIncrementBox<double> per_unit;
   ByIncrementBox<const char*> mask;
   ByIncrementBox<const char*> caption;
-  const char* name;  // in the box of the range check
+  const char* name = nullptr;  // in the box of the range check
 };
 
 // Steps of 0.01 degrees per second: degrees per minute and per second.

@@ -26,7 +26,7 @@ using ByPidBox = Numbered<T, 1, kPidBoxes>;
 
 // A line of the list of recommended values; the words are those of the registers.
 struct PidPreset {
-  const char* Text;
+  const char* Text = nullptr;
   ByPidBox<std::int16_t> Raw;  // P, N, V, T
 };
 

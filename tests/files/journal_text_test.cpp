@@ -251,6 +251,55 @@ TEST(JournalCheck, EveryChangedByteOfTheJournalIsSeen) {
   }
 }
 
+// What whoever goes on with a journal has to know does not depend on how it was read.
+void ExpectTheSameEnd(const SealedRecording& whole, const std::string& text) {
+  const JournalReading all = ReadJournal(text);
+  const JournalReading end = ReadJournalEnd(text);
+  ASSERT_EQ(end.Problem, all.Problem);
+  ASSERT_EQ(end.TornBytes, all.TornBytes);
+  ASSERT_EQ(end.LacksLineFeed, all.LacksLineFeed);
+  ASSERT_EQ(end.Chain.Hash(), all.Chain.Hash());
+  ASSERT_EQ(end.Chain.NextNumber(), all.Chain.NextNumber());
+  const auto file = std::as_bytes(std::span(whole.file));
+  const RecordingCheck by_all = CheckRecording(file, all);
+  const RecordingCheck by_end = CheckRecording(file, end);
+  ASSERT_EQ(by_end.Verdict, by_all.Verdict);
+  ASSERT_EQ(by_end.Id, by_all.Id);
+  ASSERT_EQ(by_end.Findings, by_all.Findings);
+}
+
+TEST(JournalEnd, SaysTheSameWhereverTheJournalIsCut) {
+  SealedRecording whole;
+  whole.Add("stop", {{"rows", 20}});
+  whole.Add("start", {{"rows", 20}});
+  EXPECT_EQ(ReadJournalEnd(whole.journal).Entries.size(), 4U) << "begin, the seal, stop, start";
+  for (std::size_t length = 0; length <= whole.journal.size(); ++length) {
+    SCOPED_TRACE(length);
+    ExpectTheSameEnd(whole, whole.journal.substr(0, length));
+  }
+}
+
+TEST(JournalEnd, SaysTheSameWhicheverByteIsChanged) {
+  SealedRecording whole;
+  whole.Add("stop", {{"rows", 20}});
+  for (std::size_t place = 0; place < whole.journal.size(); ++place) {
+    SCOPED_TRACE(place);
+    std::string text = whole.journal;
+    text[place] = static_cast<char>(text[place] ^ 1);
+    ExpectTheSameEnd(whole, text);
+  }
+}
+
+TEST(JournalEnd, TakesAnyBytes) {
+  const SealedRecording whole;
+  for (const std::string& text :
+       {std::string(), std::string("\n"), std::string(",\"kind\":\"seal\","),
+        std::string("\n,\"kind\":\"seal\","), std::string("{}\n{\"n\":1,\"kind\":\"seal\",\n")}) {
+    SCOPED_TRACE(text);
+    ExpectTheSameEnd(whole, text);
+  }
+}
+
 TEST(JournalCheck, TwoFilesThatWentOnFromOneAreForks) {
   const SealedRecording one;
   SealedRecording left = one;

@@ -17,11 +17,11 @@ namespace {
 
 // A column beside name and contents.
 struct Detail {
-  const char* Control;  // its head
+  const char* Control = nullptr;  // its head
   BothLanguages Caption;
-  IndexColumn Column;
-  char Letter;  // in FileIndex::Order()
-  const char* Longest;
+  IndexColumn Column = IndexColumn::kDate;
+  char Letter = 0;  // in FileIndex::Order()
+  const char* Longest = nullptr;
 };
 
 constexpr std::array<Detail, kDetailColumns> kDetails = {
