@@ -12,8 +12,8 @@ constexpr std::size_t kTexts = 40;
 
 // A field of the header: `Count` words or texts from `First` on, in the order of the file.
 struct Field {
-  const char* Name;
-  std::size_t First;
+  const char* Name = nullptr;
+  std::size_t First = 0;
   std::size_t Count = 1;
 };
 

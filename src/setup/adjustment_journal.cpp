@@ -43,7 +43,7 @@ std::string TextOf(const std::vector<AdjustmentReading>& readings) {
 }
 
 // A record has at most 16 rows of a few lines each, none longer than a few hundred characters.
-constexpr std::int64_t kLongestRecord = 64 * 1024;
+constexpr std::int64_t kLongestRecord = std::int64_t{64} * 1024;
 
 // The last lines of the file, without their ends; none if it cannot be read.
 std::vector<std::string> LastLines(const std::string& path) {

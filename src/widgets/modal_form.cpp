@@ -80,7 +80,13 @@ void ModalForm::MarkLetters() {
 void ModalForm::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   if (!event->spontaneous()) {
-    QTimer::singleShot(0, this, [this] { FitToScreen(); });
+    auto* shown = new QTimer(this);
+    shown->setSingleShot(true);
+    shown->callOnTimeout(this, [this, shown] {
+      shown->deleteLater();
+      FitToScreen();
+    });
+    shown->start(0);
   }
 }
 

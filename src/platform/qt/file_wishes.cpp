@@ -76,7 +76,10 @@ void FileWishes::Welcome() {
     connect(guest, &QObject::destroyed, this, [this] { --guests_; });
     connect(guest, &QLocalSocket::disconnected, guest, &QObject::deleteLater);
     connect(guest, &QLocalSocket::readyRead, this, [this, guest] { Take(guest); });
-    QTimer::singleShot(kPatience, guest, [guest] { guest->abort(); });
+    auto* patience = new QTimer(guest);
+    patience->setSingleShot(true);
+    patience->callOnTimeout(guest, [guest] { guest->abort(); });
+    patience->start(kPatience);
     Take(guest);
   }
 }

@@ -6,14 +6,13 @@
 #include <QStandardPaths>
 #include <QUrl>
 #include <memory>
-#include <utility>
 
 namespace tavrel {
 namespace {
 
 // The opener of the desktop ends with an error where no program takes the document. Some openers
 // stay until the document is closed: nothing waits for them, and they outlive this program.
-void RunOpener(const QString& opener, const QString& path, std::function<void()> failed) {
+void RunOpener(const QString& opener, const QString& path, const std::function<void()>& failed) {
   auto* process = new QProcess;
   process->setStandardOutputFile(QProcess::nullDevice());
   process->setStandardErrorFile(QProcess::nullDevice());
@@ -40,7 +39,7 @@ void QtShell::OpenDocument(const std::string& path, std::function<void()> failed
   const QString document = QString::fromStdString(path);
   const QString opener = QStandardPaths::findExecutable("xdg-open");
   if (!opener.isEmpty()) {
-    RunOpener(opener, document, std::move(failed));
+    RunOpener(opener, document, failed);
   } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(document))) {
     failed();
   }
