@@ -172,22 +172,28 @@ bool ColumnKeeper::CarryOutFull(int slot) {
 ColumnKeeper::LostSets ColumnKeeper::CountLostSets(int slot) const {
   const Column& column = columns_[slot];
   const std::int64_t last = state_.Columns[slot].LastSet;
-  const std::int64_t stored = column.stored.value_or(kBufferSets);
-  std::int64_t made = 0;
+  std::int64_t least = 0;
+  std::int64_t most = 0;
   if (column.lost) {
-    made = (column.lost->least + column.lost->most) / 2;
+    least = column.lost->least;
+    most = column.lost->most;
   } else if (last != 0) {
-    made = (WallSeconds(clock_.Now()) - last) / state_.RecInterval[slot];
+    least = (WallSeconds(clock_.Now()) - last) / state_.RecInterval[slot];
+    most = least + 1;
   } else {
     return {};
   }
-  return {std::max<std::int64_t>(made - stored + column.evidence.Aligned(), 0),
-          column.lost && column.lost->least == column.lost->most};
+  const std::int64_t not_lost = column.stored.value_or(kBufferSets) - column.evidence.Aligned();
+  return {std::max<std::int64_t>((least + most) / 2 - not_lost, 0),
+          std::max<std::int64_t>(most - not_lost, 0), column.lost && least == most};
 }
 
 std::string ColumnKeeper::TextOf(const LostSets& lost) {
   if (!lost.count) {
     return "an unknown number of sets was";
+  }
+  if (*lost.count == 0 && lost.most > 0) {
+    return "perhaps " + std::to_string(lost.most) + (lost.most == 1 ? " set was" : " sets were");
   }
   return (lost.is_exact ? "" : "about ") + std::to_string(*lost.count) +
          (lost.count == 1 ? " set was" : " sets were");

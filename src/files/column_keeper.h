@@ -135,9 +135,10 @@ class ColumnKeeper {
   void GoOn(int slot, const Column& column) { columns_[slot] = column; }
 
  private:
-  // Sets that a full buffer has cost; empty if nothing tells how many.
+  // Sets that a full buffer or a restart has cost.
   struct LostSets {
-    std::optional<std::int64_t> count;
+    std::optional<std::int64_t> count;  // empty if nothing tells how many
+    std::int64_t most = 0;              // so many are possible
     bool is_exact = false;
   };
 

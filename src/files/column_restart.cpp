@@ -126,7 +126,7 @@ void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   if (cleared > 0) {
     lost.count = std::max(lost.count.value_or(0), cleared);
   }
-  if (lost.count && *lost.count == 0) {
+  if (lost.count && *lost.count == 0 && lost.most == 0) {
     return;
   }
   NoteLostSets(slot, row, lost, WhatHappened(slot));

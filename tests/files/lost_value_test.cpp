@@ -228,7 +228,8 @@ TEST(LostValue, ByARestartOfAnInstrumentThatIsNotKnownWell) {
       return text.find(kBefore) != std::string::npos;
     });
     EXPECT_EQ(filled, is_half_read ? 1 : 0) << "phase " << phase;
-    EXPECT_LE(announced.size(), is_half_read ? 2U : 1U) << "the sets that were forgotten";
+    // Besides, the sets that were forgotten, and once the rows that may stand too early.
+    EXPECT_LE(announced.size(), is_half_read ? 3U : 1U) << "phase " << phase;
   }
 }
 

@@ -433,6 +433,34 @@ void Findings::Add(const Findings& other) {
   details.insert(details.end(), other.details.begin(), other.details.end());
 }
 
+void PrintTo(const Findings& findings, std::ostream* out) {
+  const std::array<std::pair<const char*, int>, 15> numbers{{
+      {"rows", findings.rows},
+      {"wrong", findings.wrong},
+      {"excused", findings.excused},
+      {"told_filled", findings.told_filled},
+      {"told_uncertain", findings.told_uncertain},
+      {"invented", findings.invented},
+      {"torn", findings.torn},
+      {"lost", findings.lost},
+      {"given_up", findings.given_up},
+      {"told_lost", findings.told_lost},
+      {"about", findings.about},
+      {"doubled", findings.doubled},
+      {"shifted", findings.shifted},
+      {"losses", findings.losses},
+      {"in_doubt", findings.in_doubt},
+  }};
+  for (const auto& [name, number] : numbers) {
+    if (number != 0) {
+      *out << name << " " << number << ", ";
+    }
+  }
+  for (const std::string& detail : findings.details) {
+    *out << "\n  " << detail;
+  }
+}
+
 int HandedSets(const LineTruth& truth, const RecordedSlot& slot) {
   const Expected expected = ExpectedOf(truth, slot);
   return static_cast<int>(std::count_if(

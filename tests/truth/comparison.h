@@ -1,6 +1,7 @@
 #ifndef TAVREL_TESTS_TRUTH_COMPARISON_H_
 #define TAVREL_TESTS_TRUTH_COMPARISON_H_
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,9 @@ struct Findings {
   [[nodiscard]] bool Agrees() const;
   void Add(const Findings& other);
 };
+
+// All numbers that are not 0, with their names; for the message of a test that fails.
+void PrintTo(const Findings& findings, std::ostream* out);
 
 // The whole sets that the instrument has handed over for a slot so far.
 [[nodiscard]] int HandedSets(const LineTruth& truth, const RecordedSlot& slot);

@@ -11,7 +11,7 @@ constexpr const char* kDoubt =
     R"((?:^|\\n)([^\s\\]+\.\S+): rows? (\d+)(?: (?:and|to) (\d+))?, inputs? ([0-9, ]+): (.*))";
 // "FILE: row 17: ... before this row about 12 sets were lost".
 constexpr const char* kLoss =
-    R"((?:^|\\n)([^\s\\]+\.\S+): row \d+: .*before this row (about )?(?:(\d+) sets? w|an unknown number).*lost)";
+    R"((?:^|\\n)([^\s\\]+\.\S+): row \d+: .*before this row (about |perhaps )?(?:(\d+) sets? w|an unknown number).*lost)";
 // Of all rows from the one that is named on.
 constexpr const char* kFromHereOn = "from here on";
 // A value is not known whose place had to be filled.

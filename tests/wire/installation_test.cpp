@@ -126,7 +126,7 @@ TEST_P(InstallationOnTheWire, ChangesThreeTestsAndTheNineOthersLoseNothing) {
     EXPECT_EQ(findings.wrong + findings.torn + findings.shifted + findings.doubled, 0) << slot;
     EXPECT_GE(findings.rows, 4) << slot;
     if (!is_changed) {
-      EXPECT_TRUE(findings.Agrees()) << slot << testing::PrintToString(findings.details);
+      EXPECT_TRUE(findings.Agrees()) << slot << testing::PrintToString(findings);
       EXPECT_EQ(program.state.SlotFile[slot], NameOf(slot));
     } else {
       EXPECT_LE(findings.lost, 1) << "no more than the set that was half read";

@@ -91,7 +91,7 @@ TEST_P(LostValues, AreNotSeenOnALineWithoutAFault) {
   Start();
   ASSERT_TRUE(RunToRows(12));
   const Findings findings = Compared();
-  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
   EXPECT_EQ(findings.excused, 0);
   EXPECT_EQ(Told(), std::vector<std::string>());
 }
@@ -106,7 +106,7 @@ TEST_P(LostValues, AreFilledInAndToldAndShiftNothing) {
   ASSERT_TRUE(instrument.Tell("fault all none"));
   ASSERT_TRUE(RunToRows(program.state.SampleCount[1] + 12));
   const Findings findings = Compared();
-  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
   RecordProperty("told_filled", findings.told_filled);
   RecordProperty("told_uncertain", findings.told_uncertain);
   EXPECT_GT(findings.told_filled, 0);

@@ -113,7 +113,7 @@ TEST_F(PumpInDanger, LosesNoSetOfTwelveRecordings) {
     const RecordedSlot recording = RecordingOf(slot);
     const std::string bytes = home.Read("tavdat/" + recording.file);
     const Findings findings = Compare(truth, recording, bytes.substr(sizeof(UnitRecord)));
-    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
   }
   program.commands.Close();
 }

@@ -96,7 +96,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
     const Findings findings = Compare(truth, {files.front(), kInet, kRecorded}, all);
-    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
     EXPECT_EQ(findings.excused, 0);
     EXPECT_EQ(truth.overruns, 0);
     EXPECT_EQ(HandedSets(truth, {files.front(), kInet, kRecorded}), RowsIn(all) - 1);

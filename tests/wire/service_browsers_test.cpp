@@ -190,7 +190,7 @@ TEST_P(EachLine, CostsARecordingNothing) {
     slot.inputs.push_back(input);
   }
   const Findings findings = Compare(truth, slot, bytes.substr(sizeof(UnitRecord)));
-  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
   EXPECT_EQ(findings.excused, 0);
   EXPECT_GT(findings.rows, 20);
   RecordProperty("rows", findings.rows);
@@ -226,7 +226,7 @@ TEST_P(EachLine, ShiftsNothingOnABadLine) {
   const std::string bytes = program->home.Read("tavdat/" + std::string(kName));
   const Findings findings =
       Compare(truth, {kName, 1, {1, 2, 3, 4}}, bytes.substr(sizeof(UnitRecord)), ReadTold(told));
-  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
 }
 
 // ---- A series that the user clears.

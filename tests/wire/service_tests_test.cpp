@@ -370,7 +370,7 @@ class RecordingBeneathAMemoryTest : public testing::TestWithParam<Sampling> {
     ASSERT_TRUE(RunToRows(program.state.SampleCount[1] + 6));
     const Findings findings = Compared();
     const std::string told = testing::PrintToString(Told());
-    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details) << "\n" << told;
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings) << "\n" << told;
     EXPECT_EQ(findings.wrong, 0) << told;
     EXPECT_EQ(findings.shifted, 0) << told;
     EXPECT_EQ(findings.torn, 0) << told;

@@ -45,7 +45,7 @@ class TerminalOnTheWire : public testing::TestWithParam<bool> {
     const LineTruth truth = ReadLineTruth(file, {});
     const RecordedSlot slot{kName, 1, {1, 2}};
     const Findings findings = Compare(truth, slot, bytes.substr(sizeof(UnitRecord)));
-    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+    EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
     EXPECT_EQ(findings.wrong, 0);
     EXPECT_EQ(findings.doubled, 0);
     EXPECT_EQ(findings.excused, 0);
@@ -148,7 +148,7 @@ TEST_P(TerminalThatTakesASample, ShiftsNothingAndTellsTheRow) {
   ASSERT_EQ(program.dialogs.boxes.size(), 1U);
   ASSERT_TRUE(RunToRows(program.state.SampleCount[1] + 14));
   const Findings findings = Compared();
-  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings.details);
+  EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
   EXPECT_EQ(findings.wrong, 0);
   EXPECT_EQ(findings.shifted, 0);
   EXPECT_EQ(findings.told_filled + findings.told_uncertain, 1);
