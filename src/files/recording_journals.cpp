@@ -1,6 +1,7 @@
 #include "files/recording_journals.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -14,6 +15,9 @@
 
 namespace tavrel {
 namespace {
+
+// Between two attempts to write a journal that its medium has refused.
+constexpr std::chrono::seconds kPause{60};
 
 std::span<const std::byte> BytesOf(const UnitRecord& unit) {
   return std::as_bytes(std::span(&unit, 1));
@@ -43,9 +47,13 @@ void RecordingJournals::Opened(int slot) {
   }
 }
 
-// A recording begins a journal where there is none; nothing else does.
+// A recording begins a journal where there is none; nothing else does. One that was refused is
+// tried again after a while.
 bool RecordingJournals::IsReady(int slot) {
   Entry& entry = Of(slot);
+  if (entry.State == Entry::Kind::kRefused && clock_.Elapsed() >= entry.NextTry) {
+    entry.State = Entry::Kind::kUnknown;
+  }
   const bool is_recording = IsSlot(slot) && state_.Unit[slot].UnitRecOn == 1;
   if (entry.State == Entry::Kind::kUnknown && state_.SlotFileNo[slot].IsOpen()) {
     Attach(slot);
@@ -205,9 +213,11 @@ std::string RecordingJournals::MakeFile(RandomFile& file, int slot, const std::s
 
 std::string RecordingJournals::SaveHeader(int slot, RandomFile& file) {
   const UnitRecord& unit = state_.Unit[slot];
+  Entry& entry = Of(slot);
+  entry.NextTry = {};  // a header that the journal does not know looks like damage
   AnnounceHeader(slot, unit);
   std::string problem = tavrel::SaveHeader(file, unit);
-  Entry& entry = Of(slot);
+  entry.IsHeaderInDoubt = !problem.empty();
   if (entry.State == Entry::Kind::kOpen && problem.empty()) {
     entry.Header = unit;
     entry.HeaderHash = Sha256Of(BytesOf(unit));
@@ -293,7 +303,7 @@ void RecordingJournals::Sync(Entry& entry) {
 }
 
 void RecordingJournals::Seal(Entry& entry) {
-  if (entry.State != Entry::Kind::kOpen || entry.IsSealed) {
+  if (entry.State != Entry::Kind::kOpen || entry.IsSealed || entry.IsHeaderInDoubt) {
     return;
   }
   Add(entry, journal::kSeal,
@@ -310,6 +320,7 @@ void RecordingJournals::Refuse(Entry& entry) {
   NoteProblem(entry);
   entry.Writer.Close();
   entry.State = Entry::Kind::kRefused;
+  entry.NextTry = clock_.Elapsed() + kPause;
 }
 
 void RecordingJournals::NoteProblem(const Entry& entry) {

@@ -1,6 +1,7 @@
 #ifndef TAVREL_FILES_RECORDING_JOURNALS_H_
 #define TAVREL_FILES_RECORDING_JOURNALS_H_
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -18,7 +19,8 @@ namespace tavrel {
 
 // The journals of the recordings that the slots have: what happened to each of them, and seals
 // over header, rows and journal (docs/recording_journal.md). A medium that refuses a journal costs
-// the journal and never the recording; the user is told once.
+// the journal and never the recording; the user is told once, and it is tried again with each
+// header and once in a minute.
 //
 // A journal is begun where this program makes or records a file, and is opened when the file of a
 // slot is recorded or written. A file without a journal that is only looked at or edited stays
@@ -83,7 +85,11 @@ class RecordingJournals {
     std::int32_t Rows = 0;  // in Data
     UnitRecord Header{};    // as it lies in the file
     std::string HeaderHash;
-    bool IsSealed = false;  // nothing has happened since the last seal
+    // A write has failed: the file holds the old header or the new one, and cannot be sealed before
+    // one is written.
+    bool IsHeaderInDoubt = false;
+    std::chrono::nanoseconds NextTry{};  // of one that was refused, by the clock's Elapsed()
+    bool IsSealed = false;               // nothing has happened since the last seal
     bool MustSync = false;  // rows or a header have come since the journal was put to the disk
   };
 

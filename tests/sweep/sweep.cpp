@@ -186,7 +186,7 @@ int Sweep(const Wish& wish) {
     std::printf("installation: %s\n", place.Home().c_str());
   }
   const SweptPlaces whole = place.Run({}, 1);
-  const Verdict unspoilt = Judge(whole);
+  const SweepVerdict unspoilt = Judge(whole);
   for (const std::string& fault : unspoilt.faults) {
     std::printf("without a failing call: %s\n", fault.c_str());
   }
@@ -196,7 +196,7 @@ int Sweep(const Wish& wish) {
   int told = 0;
   for (const Failure& failure : failures) {
     const SweptPlaces places = place.Run(failure, wish.times);
-    const Verdict verdict = Judge(places);
+    const SweepVerdict verdict = Judge(places);
     told += verdict.was_told ? 1 : 0;
     broken += verdict.faults.empty() ? 0 : 1;
     if (!verdict.faults.empty() || wish.at > 0) {

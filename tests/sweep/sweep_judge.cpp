@@ -7,6 +7,7 @@
 #include <iterator>
 #include <set>
 
+#include "files/journal_check.h"
 #include "state/unit_record.h"
 #include "tests/sweep/sweep_bench.h"
 #include "tests/truth/comparison.h"
@@ -69,7 +70,7 @@ class Judgement {
     truth_ = ReadLineTruth(file, {});
   }
 
-  Verdict Run() {
+  SweepVerdict Run() {
     Object(places_.status != 0, "the job ended with status " + std::to_string(places_.status));
     for (const SweptSlot& slot : SweptSlots()) {
       JudgeSlot(slot);
@@ -106,6 +107,9 @@ class Judgement {
       return;
     }
     JudgeSamples(slot, files);
+    for (const std::string& name : files) {
+      JudgeJournal(name);
+    }
     const std::string last = Content(places_.home + "/tavdat/" + files.back());
     UnitRecord header;
     Object(last.size() < sizeof header, files.back() + " has no header");
@@ -148,6 +152,16 @@ class Judgement {
     for (const std::string& detail : found.details) {
       Object(!found.Agrees(), "  " + detail);
     }
+  }
+
+  // A journal may stay behind its recording, but never speaks against it.
+  void JudgeJournal(const std::string& name) {
+    const std::string directory = places_.home + "/tavdat";
+    const std::string recording = Content(directory + "/" + name);
+    const std::string journal = Content(JournalPath(directory, name));
+    const RecordingCheck check = CheckRecording(std::as_bytes(std::span(recording)), journal);
+    const std::string finding = check.Findings.empty() ? "" : check.Findings.front();
+    Object(check.Verdict == Verdict::kDamaged, name + " is called damaged: " + finding);
   }
 
   // Rows of `name` lie `offset` rows behind those of the first file.
@@ -197,7 +211,7 @@ class Judgement {
   std::vector<std::string> texts_;
   Told told_;
   LineTruth truth_;
-  Verdict verdict_;
+  SweepVerdict verdict_;
 };
 
 }  // namespace
@@ -208,7 +222,7 @@ void LayBystanders(const std::string& home) {
   std::ofstream(home + "/other.txt") << "other\n";
 }
 
-Verdict Judge(const SweptPlaces& places) {
+SweepVerdict Judge(const SweptPlaces& places) {
   return Judgement(places).Run();
 }
 

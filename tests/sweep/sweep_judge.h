@@ -18,7 +18,7 @@ struct SweptPlaces {
   int status = 0;           // of the job
 };
 
-struct Verdict {
+struct SweepVerdict {
   std::vector<std::string> faults;
   bool was_told = false;  // something, before the last start
 };
@@ -26,7 +26,7 @@ struct Verdict {
 // Files that are no concern of the job, but lie beside its own.
 void LayBystanders(const std::string& home);
 
-[[nodiscard]] Verdict Judge(const SweptPlaces& places);
+[[nodiscard]] SweepVerdict Judge(const SweptPlaces& places);
 
 }  // namespace tavrel
 
