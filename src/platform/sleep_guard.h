@@ -3,7 +3,8 @@
 
 namespace tavrel {
 
-// What keeps the machine from going to sleep by itself. The user can still send it there.
+// What keeps the machine from going to sleep. A user who sends it there has to say so once more:
+// the system cannot tell that wish from a desktop's own after a time without input.
 class SleepGuard {
  public:
   virtual ~SleepGuard() = default;

@@ -95,7 +95,8 @@ TEST_F(SleepOfTheMachine, IsPutOffWhileARecordingIsOn) {
   guard.StayAwake(true);
   ASSERT_TRUE(WaitUntil([&] { return guard.IsHeld(); }));
   guard.StayAwake(true);
-  EXPECT_EQ(manager.asked, (QList<QStringList>{{"idle", "TAVREL", "a recording is on", "block"}}));
+  EXPECT_EQ(manager.asked,
+            (QList<QStringList>{{"sleep:idle", "TAVREL", "a recording is on", "block"}}));
   EXPECT_FALSE(manager.IsReleased());
   guard.StayAwake(false);
   EXPECT_TRUE(WaitUntil([&] { return manager.IsReleased(); }));

@@ -27,7 +27,7 @@ void LogindGuard::Ask() {
   QDBusMessage call =
       QDBusMessage::createMethodCall("org.freedesktop.login1", "/org/freedesktop/login1",
                                      "org.freedesktop.login1.Manager", "Inhibit");
-  call.setArguments({"idle", "TAVREL", "a recording is on", "block"});
+  call.setArguments({"sleep:idle", "TAVREL", "a recording is on", "block"});
   call.setAutoStartService(false);
   is_asked_ = true;
   auto* answer = new QDBusPendingCallWatcher(bus_->asyncCall(call), this);
