@@ -6,7 +6,7 @@ import hashlib
 import json
 import re
 from dataclasses import dataclass
-from datetime import datetime
+from datetime import datetime, timezone
 from pathlib import Path
 from typing import Any, Final
 
@@ -41,9 +41,11 @@ class Line:
         if not isinstance(text, str) or not _TIME.match(text):
             return None
         try:
-            return datetime.fromisoformat(text)
-        except ValueError:
+            time = datetime.fromisoformat(text)
+            time.astimezone(timezone.utc)
+        except (ValueError, OverflowError):
             return None
+        return time
 
     def number(self, name: str) -> int | None:
         """A whole number of the line; None if it is null, missing or something else."""
@@ -95,6 +97,8 @@ class _Reader:
         self._gap_is_unfinished = True
 
     def read(self) -> Journal:
+        if not self._text:
+            return Journal(b"", (), True, None)
         begin = 0
         while begin < len(self._text):
             feed = self._text.find(b"\n", begin)

@@ -134,14 +134,19 @@ bool JournalChain::GoTo(std::string_view before, const JsonValue& seal) {
   Sha256 hash;
   hash.Add(before);
   const JsonValue* const number = seal.Find("n");
-  const JsonValue* const sealed = seal.Find("journal");
-  const bool fits = number != nullptr && number->Whole() && sealed != nullptr &&
-                    sealed->Text() != nullptr && *sealed->Text() == hash.Hex();
+  std::swap(hash_, hash);
+  const bool fits = number != nullptr && number->Whole() && Seals(seal);
   if (fits) {
-    hash_ = std::move(hash);
     next_number_ = *number->Whole();
+  } else {
+    std::swap(hash_, hash);
   }
   return fits;
+}
+
+bool JournalChain::Seals(const JsonValue& seal) const {
+  const JsonValue* const sealed = seal.Find("journal");
+  return sealed != nullptr && sealed->Text() != nullptr && *sealed->Text() == hash_.Hex();
 }
 
 bool JournalChain::Takes(std::string_view line, JsonValue& read) {
@@ -160,7 +165,7 @@ bool JournalChain::Takes(std::string_view line, JsonValue& read) {
   const JsonValue* const kind = value ? value->Find("kind") : nullptr;
   const bool is_next = number != nullptr && number->Whole() == next_number_ && kind != nullptr &&
                        kind->Text() != nullptr;
-  if (!is_next) {
+  if (!is_next || (*kind->Text() == journal::kSeal && !Seals(*value))) {
     return false;
   }
   hash.Add(line.substr(told));
@@ -185,7 +190,9 @@ JournalReading ReadJournal(std::string_view text) {
   Reader(reading).TakeAll(text);
   const bool has_begin =
       !reading.Entries.empty() && reading.Entries.front().Kind == journal::kBegin;
-  if (reading.Problem.empty() && !has_begin && !reading.TornBytes) {
+  if (text.empty()) {
+    reading.TornBytes = 0;  // a full disk, or a kill before the first byte
+  } else if (reading.Problem.empty() && !has_begin && !reading.TornBytes) {
     reading.Problem = "its beginning is missing";
   }
   return reading;

@@ -64,6 +64,9 @@ class JournalChain {
   [[nodiscard]] std::int64_t NextNumber() const { return next_number_; }
 
  private:
+  // True if the seal names the hash of all bytes so far.
+  [[nodiscard]] bool Seals(const JsonValue& seal) const;
+
   Sha256 hash_;
   std::int64_t next_number_ = 1;
 };

@@ -78,7 +78,7 @@ struct SealedRecording {
 TEST(JournalText, ALineSaysWhenItWasWrittenAndIsBoundToThoseBefore) {
   JournalChain chain;
   const std::string first = chain.Line(kStamp, "begin", {{"id", "1"}});
-  const std::string second = chain.Line(kStamp, "seal", {});
+  const std::string second = chain.Line(kStamp, "stop", {});
   EXPECT_EQ(first.substr(0, first.find(",\"sum\"")),
             "{\"n\":1,\"time\":\"2026-03-14T10:00:00+01:00\",\"up\":1234.5,\"boot\":\"boot\","
             "\"kind\":\"begin\",\"id\":\"1\"");
@@ -86,6 +86,22 @@ TEST(JournalText, ALineSaysWhenItWasWrittenAndIsBoundToThoseBefore) {
   EXPECT_EQ(second.substr(second.find(",\"sum\"")),
             ",\"sum\":\"" + Sha256Of(before).substr(0, 16) + "\"}\n");
   EXPECT_EQ(chain.Hash(), Sha256Of(first + second));
+}
+
+TEST(JournalText, ASealThatNamesAnotherJournalDoesNotFit) {
+  JournalChain chain;
+  const std::string first = chain.Line(kStamp, "begin", {{"id", "1"}});
+  JournalChain other = chain;
+  const std::string right = chain.Line(kStamp, "seal", {{"journal", Sha256Of(first)}});
+  const std::string wrong = other.Line(kStamp, "seal", {{"journal", Sha256Of("")}});
+  EXPECT_EQ(ReadJournal(first + right).Problem, "");
+  EXPECT_EQ(ReadJournal(first + wrong).Problem, "line 2 is not as it was written");
+}
+
+TEST(JournalText, AnEmptyJournalIsWhatAFullDiskLeavesAndNotDamaged) {
+  EXPECT_EQ(ReadJournal("").Problem, "");
+  EXPECT_EQ(ReadJournal("").TornBytes, 0);
+  EXPECT_EQ(CheckRecording({}, std::optional<std::string>("")).Verdict, Verdict::kNotCovered);
 }
 
 TEST(JournalText, TimesWestOfGreenwichAndWithHalfHours) {

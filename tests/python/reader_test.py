@@ -174,8 +174,7 @@ class Verdicts(unittest.TestCase):
         journal = sealed_journal(self.data).text
         for length in range(len(journal) - 1):
             state = self.verdict(self.data, journal[:length]).state
-            self.assertEqual(state, tavrel.State.DAMAGED if length == 0
-                             else tavrel.State.NOT_COVERED, length)
+            self.assertEqual(state, tavrel.State.NOT_COVERED, length)
         self.assertEqual(self.verdict(self.data, journal[:-1]).state, tavrel.State.INTACT)
 
     def test_lines_missing_doubled_swapped_or_changed_are_seen(self) -> None:
@@ -217,6 +216,11 @@ class Verdicts(unittest.TestCase):
         journal.seal(third, 20)
         for data, is_damaged in ((self.data, True), (other, True), (third, False)):
             self.assertEqual(self.verdict(data, journal.text).header_damaged, is_damaged)
+
+    def test_a_journal_without_its_begin_is_damaged(self) -> None:
+        journal = JournalMaker()
+        journal.seal(self.data, 20)
+        self.assertEqual(self.verdict(self.data, journal.text).journal_damaged_from, 1)
 
     def test_a_seal_has_to_name_the_journal_before_it(self) -> None:
         journal = JournalMaker()
