@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "files/recording_format.h"
+#include "files/row_times.h"
 #include "platform/json.h"
 #include "state/run_state.h"
 
@@ -19,17 +20,32 @@ constexpr int kHundred = 100;
 // The rows of a recording in numbers.
 class Rows {
  public:
-  explicit Rows(const StoredRecording& recording)
+  explicit Rows(const StoredRecording& recording, TimeColumn time)
       : bytes_(recording.Bytes),
         unit_(HeaderOf(recording)),
+        time_(time),
+        times_(time == TimeColumn::kSeconds ? JournalReading()
+                                            : ReadJournal(recording.Journal.value_or("")),
+               RecIntervalOf(unit_)),
         count_(SampleCountOf(static_cast<std::int64_t>(bytes_.size()), unit_.UnitChannels)) {}
 
   [[nodiscard]] const UnitRecord& Unit() const { return unit_; }
   [[nodiscard]] int Columns() const { return unit_.UnitChannels; }
   [[nodiscard]] std::int32_t Count() const { return count_; }
 
-  [[nodiscard]] std::int64_t Seconds(std::int32_t row) const {
-    return std::int64_t{RecIntervalOf(unit_)} * std::max(row - 1, 0);
+  [[nodiscard]] const char* TimeName() const {
+    return time_ == TimeColumn::kSeconds ? "seconds"
+           : time_ == TimeColumn::kLocal ? "local"
+                                         : "utc";
+  }
+
+  // A number of seconds, the text of a time of day, or nothing.
+  [[nodiscard]] JsonValue Time(std::int32_t row) const {
+    if (time_ == TimeColumn::kSeconds) {
+      return RowTimes::Seconds(row, RecIntervalOf(unit_));
+    }
+    const auto text = time_ == TimeColumn::kLocal ? times_.Local(row) : times_.Utc(row);
+    return text ? JsonValue(*text) : JsonValue();
   }
 
   [[nodiscard]] std::int16_t Word(std::int32_t row, int column) const {
@@ -53,6 +69,8 @@ class Rows {
  private:
   const std::string& bytes_;
   UnitRecord unit_;
+  TimeColumn time_;
+  RowTimes times_;
   std::int32_t count_;
 };
 
@@ -82,6 +100,14 @@ void PutNumber(std::string& text, std::int64_t number) {
   text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
+void PutTime(std::string& text, const JsonValue& time) {
+  if (const auto seconds = time.Whole()) {
+    PutNumber(text, *seconds);
+  } else if (time.Text() != nullptr) {
+    text += *time.Text();
+  }
+}
+
 void PutDegrees(std::string& text, std::int16_t word, char decimal) {
   if (word == kNoData) {
     return;
@@ -101,7 +127,7 @@ JsonValue DegreesOf(std::int16_t word) {
 }
 
 JsonValue::List RowList(const Rows& rows, std::int32_t row) {
-  JsonValue::List list{row, rows.Seconds(row)};
+  JsonValue::List list{row, rows.Time(row)};
   for (int column = 1; column <= rows.Columns(); ++column) {
     list.push_back(DegreesOf(rows.Word(row, column)));
   }
@@ -110,9 +136,22 @@ JsonValue::List RowList(const Rows& rows, std::int32_t row) {
 
 }  // namespace
 
+std::optional<std::int32_t> FirstRowWithoutTime(const StoredRecording& recording, TimeColumn time) {
+  if (time == TimeColumn::kSeconds) {
+    return std::nullopt;
+  }
+  const Rows rows(recording, time);
+  for (std::int32_t row = 0; row < rows.Count(); ++row) {
+    if (rows.Time(row).IsNull()) {
+      return row;
+    }
+  }
+  return std::nullopt;
+}
+
 std::string CsvOf(const StoredRecording& recording, const TableStyle& style) {
-  const Rows rows(recording);
-  std::string text = std::string("row") + style.Separator + "seconds";
+  const Rows rows(recording, style.Time);
+  std::string text = std::string("row") + style.Separator + rows.TimeName();
   for (int column = 1; column <= rows.Columns(); ++column) {
     text += style.Separator + Field(NameOf(rows, column));
   }
@@ -120,7 +159,7 @@ std::string CsvOf(const StoredRecording& recording, const TableStyle& style) {
   for (std::int32_t row = 0; row < rows.Count(); ++row) {
     PutNumber(text, row);
     text += style.Separator;
-    PutNumber(text, rows.Seconds(row));
+    PutTime(text, rows.Time(row));
     for (int column = 1; column <= rows.Columns(); ++column) {
       text += style.Separator;
       PutDegrees(text, rows.Word(row, column), style.Decimal);
@@ -130,8 +169,8 @@ std::string CsvOf(const StoredRecording& recording, const TableStyle& style) {
   return text;
 }
 
-std::string JsonOf(const StoredRecording& recording, const std::string& file) {
-  const Rows rows(recording);
+std::string JsonOf(const StoredRecording& recording, const std::string& file, TimeColumn time) {
+  const Rows rows(recording, time);
   JsonValue::List columns;
   for (int column = 1; column <= rows.Columns(); ++column) {
     const int input = rows.Input(column);

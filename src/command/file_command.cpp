@@ -23,7 +23,8 @@ constexpr const char* kUsage =
     "usage: tavrel-file info FILE...\n"
     "       tavrel-file verify FILE...\n"
     "       tavrel-file repair IN OUT\n"
-    "       tavrel-file export [--format csv|json] [--decimal point|comma] FILE...\n"
+    "       tavrel-file export [--format csv|json] [--decimal point|comma]\n"
+    "                          [--time seconds|local|utc] FILE...\n"
     "       tavrel-file --help | --version\n"
     "\n"
     "info    what the header of each recording and its journal say\n"
@@ -35,7 +36,10 @@ constexpr const char* kUsage =
     "export  prints the rows of each recording, with the seconds since the first set, which "
     "stands\n"
     "        in the rows 0 and 1, and the values in degrees. A decimal comma parts fields by\n"
-    "        semicolons. Of many files each has its own line of names, or its own line in JSON\n"
+    "        semicolons. --time local or utc gives the time of day instead, with its distance\n"
+    "        from universal time; where the journal does not say it for every row, nothing of\n"
+    "        the file is printed, and the exit status is 3. Of many files each has its own line\n"
+    "        of names, or its own line in JSON\n"
     "\n"
     "The journal of a recording lies beside it, in the directory journal, under its name.\n";
 
@@ -219,8 +223,16 @@ CommandResult RepairInto(const Arguments& files) {
 struct ExportWish {
   bool is_json = false;
   bool has_comma = false;
+  TimeColumn time = TimeColumn::kSeconds;
   Arguments files;
 };
+
+std::optional<TimeColumn> TimeColumnOf(const std::string& value) {
+  const std::map<std::string, TimeColumn> columns = {
+      {"seconds", TimeColumn::kSeconds}, {"local", TimeColumn::kLocal}, {"utc", TimeColumn::kUtc}};
+  const auto found = columns.find(value);
+  return found == columns.end() ? std::nullopt : std::optional(found->second);
+}
 
 // Takes an option and its value; false if there is none of that kind.
 bool TakeOption(ExportWish& wish, const std::string& option, const std::string& value) {
@@ -228,7 +240,9 @@ bool TakeOption(ExportWish& wish, const std::string& option, const std::string& 
   const bool is_decimal = option == "--decimal" && (value == "point" || value == "comma");
   wish.is_json = is_format ? value == "json" : wish.is_json;
   wish.has_comma = is_decimal ? value == "comma" : wish.has_comma;
-  return is_format || is_decimal;
+  const auto time = option == "--time" ? TimeColumnOf(value) : std::nullopt;
+  wish.time = time.value_or(wish.time);
+  return is_format || is_decimal || time;
 }
 
 // Empty, with `wrong`, for options that are none.
@@ -248,21 +262,33 @@ std::optional<ExportWish> ReadWish(const Arguments& arguments, std::string& wron
   return wish.files.empty() ? std::nullopt : std::optional(wish);
 }
 
+void ExportFile(const std::string& file, const ExportWish& wish, Report& report) {
+  const auto recording = ReadOrTell(file, report);
+  if (!recording) {
+    return;
+  }
+  if (!IsTavrelHeader(HeaderOf(*recording))) {
+    report.Fail(file, "its header is damaged");
+    return;
+  }
+  if (const auto row = FirstRowWithoutTime(*recording, wish.time)) {
+    report.Fail(file, "the journal does not say at which time row " + std::to_string(*row) +
+                          " was recorded");
+    return;
+  }
+  const TableStyle style{wish.has_comma ? ',' : '.', wish.has_comma ? ';' : ',', wish.time};
+  report.Print(wish.is_json ? JsonOf(*recording, file, wish.time) : CsvOf(*recording, style));
+}
+
 CommandResult Export(const Arguments& arguments) {
   std::string wrong;
   const auto wish = ReadWish(arguments, wrong);
   if (!wish) {
     return WrongUsage(wrong);
   }
-  const TableStyle style = wish->has_comma ? TableStyle{',', ';'} : TableStyle{};
   Report report;
   for (const std::string& file : wish->files) {
-    const auto recording = ReadOrTell(file, report);
-    if (recording && !IsTavrelHeader(HeaderOf(*recording))) {
-      report.Fail(file, "its header is damaged");
-    } else if (recording) {
-      report.Print(wish->is_json ? JsonOf(*recording, file) : CsvOf(*recording, style));
-    }
+    ExportFile(file, *wish, report);
   }
   return std::move(report).Result();
 }

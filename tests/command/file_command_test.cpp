@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 
 #include "command/repair.h"
 #include "tests/files/recording_room.h"
@@ -261,6 +262,149 @@ TEST(FileCommand, ExportRefusesOptionsAndHeadersThatAreNone) {
   EXPECT_EQ(RunFileCommand({"export", room.Path()}).Status, 3);
 }
 
+// A journal whose lines have times of their own, over the rows of a room.
+struct TimedJournal {
+  JournalChain chain;
+  std::string text;
+
+  explicit TimedJournal(int interval = 10) { Add({}, "begin", {{"interval", interval}}); }
+  void Add(const WallTime& time, const std::string& kind, const JsonValue::Members& fields) {
+    text += chain.Line({time, 1, "boot"}, kind, fields);
+  }
+  void Start(const WallTime& time, int rows) { Add(time, "start", {{"rows", rows}}); }
+};
+
+// The fields of the second column, without its name.
+std::vector<std::string> Times(const std::string& table, char separator = ',') {
+  std::vector<std::string> times;
+  std::istringstream lines(table);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t begin = line.find(separator) + 1;
+    times.push_back(line.substr(begin, line.find(separator, begin) - begin));
+  }
+  return times;
+}
+
+// A room of 20 rows with an interval in tens of seconds.
+struct TimeRoom : CommandRoom {
+  explicit TimeRoom(int interval = 1) : CommandRoom(2) {
+    std::string file = File();
+    file.replace(44, 2, {static_cast<char>(interval), '\0'});
+    file.replace(180, 2, 2, '\0');  // not a fast instrument
+    Put(file);
+  }
+  [[nodiscard]] CommandResult Export(const TimedJournal& journal, const std::string& time) const {
+    room.directory.Write(kJournal, journal.text);
+    return RunFileCommand({"export", "--time", time, Path()});
+  }
+};
+
+TEST(FileCommand, ExportsTheTimeOfDayThatTheJournalAnchors) {
+  const TimeRoom room;
+  TimedJournal journal;
+  journal.Start({2026, 3, 14, 23, 59, 35, 60}, 0);
+  const auto local = Times(room.Export(journal, "local").Output);
+  ASSERT_EQ(local.size(), 21U);
+  EXPECT_EQ(local[0], "local");
+  EXPECT_EQ(local[1], "2026-03-14T23:59:35+01:00");
+  EXPECT_EQ(local[2], "2026-03-14T23:59:35+01:00");
+  EXPECT_EQ(local[3], "2026-03-14T23:59:45+01:00");
+  EXPECT_EQ(local[5], "2026-03-15T00:00:05+01:00");
+  EXPECT_EQ(local[20], "2026-03-15T00:02:35+01:00");
+  const auto utc = Times(room.Export(journal, "utc").Output);
+  EXPECT_EQ(utc[0], "utc");
+  EXPECT_EQ(utc[20], "2026-03-14T23:02:35Z");
+  EXPECT_EQ(Times(room.Export(journal, "seconds").Output)[20], "180");
+}
+
+TEST(FileCommand, ExportsTheTimeOfDayWithACommaAndInJson) {
+  const TimeRoom room;
+  TimedJournal journal;
+  journal.Start({2026, 3, 14, 10, 0, 0, -210}, 0);
+  room.room.directory.Write(kJournal, journal.text);
+  const std::string comma =
+      RunFileCommand({"export", "--time", "local", "--decimal", "comma", room.Path()}).Output;
+  EXPECT_EQ(Times(comma, ';')[3], "2026-03-14T10:00:10-03:30");
+  const std::string json =
+      RunFileCommand({"export", "--time", "utc", "--format", "json", room.Path()}).Output;
+  EXPECT_NE(json.find("\"rows\":[[0,\"2026-03-14T13:30:00Z\",5.0,5.0],"), std::string::npos)
+      << json;
+}
+
+TEST(FileCommand, ExportFollowsAStopAndAStartAndSetsThatAreLost) {
+  const TimeRoom room;
+  TimedJournal journal;
+  journal.Start({2026, 3, 14, 10, 0, 0, 60}, 0);
+  journal.Add({2026, 3, 14, 10, 5, 0, 60}, "lost", {{"before", 5}, {"sets", 3}, {"exact", true}});
+  journal.Start({2026, 3, 15, 8, 0, 0, 60}, 7);
+  const auto times = Times(room.Export(journal, "local").Output);
+  EXPECT_EQ(times.at(1 + 4), "2026-03-14T10:00:30+01:00");
+  EXPECT_EQ(times.at(1 + 5), "2026-03-14T10:01:10+01:00");
+  EXPECT_EQ(times.at(1 + 7), "2026-03-15T08:00:00+01:00");
+  EXPECT_EQ(times.at(1 + 9), "2026-03-15T08:00:20+01:00");
+}
+
+TEST(FileCommand, ExportGoesOverAChangeOfSummerTime) {
+  const TimeRoom room(36);
+  TimedJournal journal(360);
+  journal.Start({2026, 10, 25, 2, 50, 0, 120}, 0);
+  journal.Add({2026, 10, 25, 2, 10, 0, 60}, "silent", {{"for", 5}});
+  const auto times = Times(room.Export(journal, "local").Output);
+  EXPECT_EQ(times.at(1 + 2), "2026-10-25T02:56:00+02:00");
+  EXPECT_EQ(times.at(1 + 3), "2026-10-25T02:02:00+01:00");
+  EXPECT_EQ(Times(room.Export(journal, "utc").Output).at(1 + 3), "2026-10-25T01:02:00Z");
+  TimedJournal silent_for_hours(360);
+  silent_for_hours.Start({2026, 3, 29, 1, 50, 0, 60}, 0);
+  silent_for_hours.Add({2026, 3, 29, 4, 2, 0, 120}, "silent", {{"for", 5}});
+  const auto late = Times(room.Export(silent_for_hours, "local").Output);
+  EXPECT_EQ(late.at(1 + 12), "2026-03-29T02:56:00+01:00");
+  EXPECT_EQ(late.at(1 + 13), "2026-03-29T04:02:00+02:00") << "nobody knows when it was changed";
+}
+
+TEST(FileCommand, AClockThatIsSetLaterMovesNoRow) {
+  const TimeRoom room;
+  TimedJournal journal;
+  journal.Start({2026, 3, 14, 10, 0, 0, 60}, 0);
+  journal.Add({2031, 7, 1, 0, 0, 0, 120}, "silent", {{"for", 5}});
+  journal.Add({2019, 7, 1, 0, 0, 0, 60}, "back", {{"held", 0}});
+  EXPECT_EQ(Times(room.Export(journal, "local").Output).at(1 + 19), "2026-03-14T10:03:00+01:00");
+}
+
+TEST(FileCommand, ExportRefusesATimeOfDayThatTheJournalDoesNotAnchor) {
+  const TimeRoom room;
+  const auto is_refused = [&](const TimedJournal& journal, const std::string& row) {
+    for (const char* time : {"local", "utc"}) {
+      const CommandResult result = room.Export(journal, time);
+      EXPECT_EQ(result.Status, 3);
+      EXPECT_EQ(result.Output, "");
+      EXPECT_EQ(result.Errors, "tavrel-file: " + room.Path() +
+                                   ": the journal does not say at which time row " + row +
+                                   " was recorded\n");
+    }
+    EXPECT_EQ(room.Export(journal, "seconds").Status, 0);
+  };
+  is_refused(TimedJournal(), "0");
+  TimedJournal late;
+  late.Start({2026, 3, 14, 10, 0, 0, 60}, 5);
+  is_refused(late, "0");
+  TimedJournal lost;
+  lost.Start({2026, 3, 14, 10, 0, 0, 60}, 0);
+  lost.Add({}, "lost", {{"before", 12}, {"sets", 1}, {"exact", true}});
+  EXPECT_EQ(room.Export(lost, "utc").Status, 0);
+  lost.Add({}, "lost", {{"before", 15}, {"sets", JsonValue()}, {"exact", false}});
+  is_refused(lost, "15");
+  TimedJournal other_interval(20);
+  other_interval.Start({2026, 3, 14, 10, 0, 0, 60}, 0);
+  is_refused(other_interval, "0");
+  TimedJournal damaged;
+  damaged.Start({2026, 3, 14, 10, 0, 0, 60}, 0);
+  damaged.text.replace(damaged.text.find("10:00"), 5, "11:00");
+  is_refused(damaged, "0");
+  std::filesystem::remove_all(room.room.directory.File("journal"));
+  EXPECT_EQ(RunFileCommand({"export", "--time", "utc", room.Path()}).Status, 3);
+  EXPECT_EQ(RunFileCommand({"export", "--time", "zulu", room.Path()}).Status, 3);
+}
+
 TEST(FileCommand, WrongUsageIsStatusThreeAndSaysHow) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{},
                                                     {"sing"},
@@ -273,6 +417,25 @@ TEST(FileCommand, WrongUsageIsStatusThreeAndSaysHow) {
   }
   EXPECT_EQ(RunFileCommand({"--version"}).Output, "tavrel-file 6.1\n");
   EXPECT_EQ(RunFileCommand({"--help"}).Status, 0);
+}
+
+TEST(FileCommand, ThePythonReaderSaysTheSame) {
+  for (const int channels : {1, 4, 15}) {
+    const CommandRoom room(channels);
+    const auto python = [&] {
+      const std::string line = TAVREL_PYTHON " -B -m tavrel verify " + room.Path() + " > " +
+                               room.room.directory.File("said");
+      return WEXITSTATUS(std::system(line.c_str()));
+    };
+    EXPECT_EQ(python(), 0);
+    EXPECT_EQ(room.room.directory.Read("said"), room.Path() + ": intact, 20 rows\n");
+    std::string file = room.File();
+    file[kHeaderBytes + 2 * static_cast<std::size_t>(channels) * 7] = '\x77';
+    room.Put(file);
+    EXPECT_EQ(python(), 2);
+    EXPECT_EQ(room.room.directory.Read("said"),
+              room.Path() + ": damaged, 20 rows: not as sealed between the rows 3 and 11\n");
+  }
 }
 
 TEST(FileCommand, TheExecutableSaysTheSame) {

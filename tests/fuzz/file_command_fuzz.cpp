@@ -24,8 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(result.Status >= 0 && result.Status <= 3, "the status is one that is told");
     Require(result.Status != 3 || !result.Errors.empty(), "a failure is told");
   }
-  static_cast<void>(RunFileCommand({"export", "--format", head % 3 == 0 ? "json" : "csv",
-                                    "--decimal", "comma", room.File("FILE")}));
+  static_cast<void>(
+      RunFileCommand({"export", "--format", head % 3 == 0 ? "json" : "csv", "--decimal", "comma",
+                      "--time", head % 5 == 0 ? "utc" : "local", room.File("FILE")}));
   const CommandResult repaired = RunFileCommand({"repair", room.File("FILE"), room.File("OUT")});
   Require((repaired.Status == 0) == room.Exists("OUT"), "what is repaired is there");
   Require(room.Read("FILE") == file, "what is looked at stays as it is");
