@@ -88,7 +88,7 @@ def verify(recording: bytes, journal: Journal | None) -> Verdict:
     columns = seals[-1].columns if seals else header.channels
     rows, rest = count_rows(len(recording), columns)
     if rest and seals:
-        found.gaps.append(f"a torn row of {rest} bytes stands at the end of the file")
+        found.gaps.append(f"{rest} byte{'s' if rest > 1 else ''} of a torn row at the end")
     if journal is None:
         found.gaps.append("there is no journal")
     else:

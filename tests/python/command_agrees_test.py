@@ -189,7 +189,7 @@ def said_by_reader(recording: tavrel.Recording) -> dict[str, Any]:
             "unjudged": rows(verdict.unjudged_rows),
             "behind": (int(behind[1]), int(behind[2])) if behind else None,
             "header": verdict.header_damaged, "journal": verdict.journal_damaged_from,
-            "torn row": "a torn row" in reasons, "no journal": "there is no journal" in reasons,
+            "torn row": "of a torn row" in reasons, "no journal": "there is no journal" in reasons,
             "no seal": "holds no seal" in reasons, "unfinished": "inside a line" in reasons}
 
 
