@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import io
 import sys
 from collections.abc import Sequence
 
@@ -68,6 +69,7 @@ def _info(recording: Recording) -> str:
 
 if __name__ == "__main__":
     # What a name or a journal holds may have no letter in the encoding of the terminal.
-    sys.stdout.reconfigure(errors="backslashreplace")  # type: ignore[union-attr]
-    sys.stderr.reconfigure(errors="backslashreplace")  # type: ignore[union-attr]
+    for stream in (sys.stdout, sys.stderr):
+        if isinstance(stream, io.TextIOWrapper):
+            stream.reconfigure(errors="backslashreplace")
     sys.exit(main(sys.argv[1:]))

@@ -10,7 +10,7 @@ from dataclasses import dataclass
 from datetime import datetime
 from functools import cached_property
 from pathlib import Path
-from typing import TYPE_CHECKING, Final
+from typing import TYPE_CHECKING, Any, Final
 
 from .header import HEADER_BYTES, Header
 from .journal import Journal, journal_path, read_journal
@@ -19,7 +19,7 @@ from .verdict import Verdict, count_rows, verify
 
 if TYPE_CHECKING:
     import numpy
-    import pandas
+    import pandas  # type: ignore[import]
 
 NO_VALUE: Final = -32768
 """A word that is no temperature; it never stands in a file that is whole."""
@@ -144,15 +144,16 @@ class Recording:
         end = HEADER_BYTES + 2 * self.columns * len(self)
         return hashlib.sha256(self._data[HEADER_BYTES:end]).hexdigest()
 
-    def to_numpy(self) -> numpy.ndarray:
+    def to_numpy(self) -> numpy.ndarray[Any, numpy.dtype[numpy.float64]]:
         """Degrees as an array of rows and columns; NaN where a word is no value. Needs numpy."""
         import numpy
 
         words = numpy.frombuffer(self._data, dtype="<i2", count=len(self) * self.columns,
                                  offset=min(HEADER_BYTES, len(self._data)))
-        degrees = words.reshape(len(self), self.columns) * 5 / 100
-        degrees[words.reshape(degrees.shape) == NO_VALUE] = numpy.nan
-        return degrees
+        # As numbers with a point at once: five times a word has no room in 16 bits.
+        degrees = words.astype(numpy.float64) * 5 / 100
+        degrees[words == NO_VALUE] = numpy.nan
+        return degrees.reshape(len(self), self.columns)
 
     def to_pandas(self, time: str = "seconds") -> pandas.DataFrame:
         """Degrees as a table with one column for each input. Needs pandas.
