@@ -291,7 +291,7 @@ void RecordingJournals::Drained(int slot, std::chrono::nanoseconds took) {
 
 LedgerFigures RecordingJournals::Figures(int slot) {
   Entry& entry = Of(slot);
-  if (!IsReady(slot)) {
+  if (entry.State != Entry::Kind::kOpen) {
     return Ledger().Figures(state_.SampleCount[slot]);
   }
   const JournalStamp now = entry.Writer.Stamp();
