@@ -8,6 +8,7 @@
 #include "base/number.h"
 #include "base/version.h"
 #include "command/export_rows.h"
+#include "command/ledger_report.h"
 #include "command/read_recording.h"
 #include "command/repair.h"
 #include "files/recording_format.h"
@@ -22,6 +23,7 @@ using Arguments = std::vector<std::string>;
 constexpr const char* kUsage =
     "usage: tavrel-file info FILE...\n"
     "       tavrel-file verify FILE...\n"
+    "       tavrel-file ledger [--json] FILE...\n"
     "       tavrel-file repair IN OUT\n"
     "       tavrel-file export [--format csv|json] [--decimal point|comma]\n"
     "                          [--time seconds|local|utc] FILE...\n"
@@ -31,6 +33,11 @@ constexpr const char* kUsage =
     "verify  holds each recording against its journal. Exit status: 0 intact, 1 readable but\n"
     "        not covered (no journal, or something behind the last seal), 2 damaged, 3 usage or\n"
     "        reading failed; of many files the highest\n"
+    "ledger  how complete each recording is by its journal: sets recorded live, fetched later,\n"
+    "        filled in, in question, lost, still in the instrument; with --json one object a "
+    "file.\n"
+    "        Exit status: 0 told, 1 there is no ledger (no journal), 2 recording or journal\n"
+    "        damaged, the figures reach to the damage only, 3 usage or reading failed\n"
     "repair  makes a whole recording OUT of what is left of IN, and tells what was left out.\n"
     "        Nothing is written over: OUT must not be there\n"
     "export  prints the rows of each recording, with the seconds since the first set, which "
@@ -178,6 +185,41 @@ CommandResult Verify(const Arguments& files) {
   return std::move(report).Result();
 }
 
+// Says what the ledger of one recording is.
+void TellLedger(const std::string& file, const StoredRecording& recording, bool is_json,
+                Report& report) {
+  const JournalReading journal = ReadJournal(recording.Journal.value_or(""));
+  const RecordingCheck check = CheckRecording(recording.File(), recording.Journal);
+  const bool is_damaged = check.Verdict == Verdict::kDamaged;
+  const LedgerFigures figures = LedgerOf(journal, check.Rows);
+  const std::string problem = is_damaged ? VerdictText(check) : "";
+  const int status = figures.IsKnown ? kAllIsWell : kNotAllCovered;
+  report.Raise(is_damaged ? kSomeDamaged : status);
+  if (is_json) {
+    report.Print(LedgerJson(file, figures, problem));
+  } else {
+    report.Say(file, kAllIsWell, (is_damaged ? problem + "\n  " : "") + LedgerWords(figures));
+  }
+}
+
+CommandResult TellLedgers(const Arguments& arguments) {
+  const bool is_json = !arguments.empty() && arguments.front() == "--json";
+  const Arguments files(arguments.begin() + (is_json ? 1 : 0), arguments.end());
+  if (files.empty()) {
+    return WrongUsage("a file is missing");
+  }
+  if (files.front().starts_with("--")) {
+    return WrongUsage("unknown option " + files.front());
+  }
+  Report report;
+  for (const std::string& file : files) {
+    if (const auto recording = ReadOrTell(file, report)) {
+      TellLedger(file, *recording, is_json, report);
+    }
+  }
+  return std::move(report).Result();
+}
+
 // The empty text on success. What could not be completed is taken away again.
 std::string WriteNewFile(const std::string& path, const std::string& bytes) {
   RandomFile file;
@@ -306,12 +348,13 @@ CommandResult RunFileCommand(const std::vector<std::string>& arguments) {
   const std::map<std::string, CommandResult (*)(const Arguments&)> commands = {
       {"info", Info}, {"verify", Verify}, {"repair", RepairInto}};
   const auto found = commands.find(command);
-  if (found == commands.end() && command != "export") {
+  const bool has_options = command == "export" || command == "ledger";
+  if (found == commands.end() && !has_options) {
     return WrongUsage(command.empty() ? "a command is missing" : "unknown command " + command);
   }
   const Arguments files(arguments.begin() + 1, arguments.end());
-  if (command == "export") {
-    return Export(files);
+  if (has_options) {
+    return command == "export" ? Export(files) : TellLedgers(files);
   }
   if (files.empty()) {
     return WrongUsage("a file is missing");

@@ -31,7 +31,8 @@ void ColumnKeeper::Unsettle(int slot, int input) {
   EvidenceOf(slot).MakeUncertain(input);
   state_.Columns[slot].IsUncertain[input] = true;
   Tell(slot, std::vector<int>{input},
-       "its sampling time was changed by hand; from here on the values may stand in a wrong row");
+       "its sampling time was changed by hand; from here on the values may stand in a wrong row",
+       Mark::kOnward);
 }
 
 // The next one whose series has not gone on yet; null if there is none.
@@ -110,7 +111,8 @@ bool ColumnKeeper::MakeUp(int slot, int input, int gone) {
   const std::int32_t last = first + gone - 1;
   Tell(slot, {first, last}, {input},
        is_first && !is_seen ? "cleared by hand; the next value stands in its place"
-                            : "cleared by hand; the value before it stands in its place");
+                            : "cleared by hand; the value before it stands in its place",
+       Mark::kFilledForUser);
   return true;
 }
 

@@ -162,7 +162,8 @@ bool ColumnKeeper::CarryOutFull(int slot) {
   }
   TellLostSets(slot);
   Tell(slot, uncertain,
-       "the buffer of the instrument was full; from here on the values may stand in a wrong row");
+       "the buffer of the instrument was full; from here on the values may stand in a wrong row",
+       Mark::kOnward);
   column.full.End();
   EndDoubt(slot);
   return true;
@@ -184,8 +185,10 @@ ColumnKeeper::LostSets ColumnKeeper::CountLostSets(int slot) const {
     return {};
   }
   const std::int64_t not_lost = column.stored.value_or(kBufferSets) - column.evidence.Aligned();
+  const bool is_steady = column.lost.has_value();
   return {std::max<std::int64_t>((least + most) / 2 - not_lost, 0),
-          std::max<std::int64_t>(most - not_lost, 0), column.lost && least == most};
+          is_steady ? std::max<std::int64_t>(least - not_lost, 0) : 0,
+          std::max<std::int64_t>(most - not_lost, 0), is_steady && least == most, is_steady};
 }
 
 std::string ColumnKeeper::TextOf(const LostSets& lost) {
@@ -210,7 +213,7 @@ void ColumnKeeper::TellLostSets(int slot) {
   if (was_told && lost.count.value_or(0) == 0) {
     return;
   }
-  NoteLostSets(slot, row, lost, "the buffer of the instrument was full");
+  NoteLostSets(slot, row, lost, {"full", "the buffer of the instrument was full"});
   const std::string where = state_.SlotFile[slot] + ": row " + std::to_string(row) + ": ";
   messages_.Report(slot, {where + "the buffer of the instrument was full; before this row " +
                               TextOf(lost) + " lost",

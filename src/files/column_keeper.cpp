@@ -308,7 +308,8 @@ bool ColumnKeeper::CarryOut(int slot) {
   }
   Tell(slot, uncertain,
        "nobody can know whether a value was lost on the line; nothing was filled in, from here on "
-       "the values may stand one row too early");
+       "the values may stand one row too early",
+       Mark::kOnward);
   EndDoubt(slot);
   return true;
 }
@@ -339,7 +340,7 @@ bool ColumnKeeper::Fill(int slot, const std::vector<int>& inputs) {
     for (const int input : inputs) {
       ++state_.Columns[slot].Owed[input];
     }
-    Tell(slot, inputs, "lost on the line; the next value stands in its place");
+    Tell(slot, inputs, "lost on the line; the next value stands in its place", Mark::kFilled);
     return true;
   }
   std::vector<std::int16_t> values;
@@ -354,7 +355,7 @@ bool ColumnKeeper::Fill(int slot, const std::vector<int>& inputs) {
     state_.SampleSeen[slot][inputs[place]] = true;
     state_.SampleValue[slot][inputs[place]] = values[place];
   }
-  Tell(slot, inputs, "lost on the line; the value before it stands in its place");
+  Tell(slot, inputs, "lost on the line; the value before it stands in its place", Mark::kFilled);
   return true;
 }
 
@@ -366,13 +367,14 @@ std::optional<std::int16_t> ColumnKeeper::ValueBefore(int slot, int input) {
   return files_.ReadSample(slot, state_.SampleCount[slot] - 1, column);
 }
 
-void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::string& what) {
+void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::string& what,
+                        Mark mark) {
   const std::int32_t row = state_.SampleCount[slot];
-  Tell(slot, row == 0 ? RowRange{0, 1} : RowRange{row, row}, inputs, what);
+  Tell(slot, row == 0 ? RowRange{0, 1} : RowRange{row, row}, inputs, what, mark);
 }
 
 void ColumnKeeper::Tell(int slot, const RowRange& rows, const std::vector<int>& inputs,
-                        const std::string& what) {
+                        const std::string& what, Mark mark) {
   if (inputs.empty()) {
     return;
   }
@@ -380,6 +382,9 @@ void ColumnKeeper::Tell(int slot, const RowRange& rows, const std::vector<int>& 
                          {{"first", rows.First},
                           {"last", rows.Last},
                           {"inputs", JsonValue::List(inputs.begin(), inputs.end())},
+                          {"filled", mark == Mark::kFilled || mark == Mark::kFilledForUser},
+                          {"onward", mark == Mark::kOnward},
+                          {"anew", mark == Mark::kFilledForUser},
                           {"what", what}});
   // The first set of a file stands in it twice.
   const std::string shown = rows == RowRange{0, 1} ? "rows 0 and 1" : tavrel::TextOf(rows);
@@ -388,13 +393,17 @@ void ColumnKeeper::Tell(int slot, const RowRange& rows, const std::vector<int>& 
                     "Read  Tavrel"});
 }
 
+// A clock that can be set tells no bounds.
 void ColumnKeeper::NoteLostSets(int slot, std::int32_t before, const LostSets& lost,
-                                const std::string& what) {
+                                const Cause& cause) {
   files_.Journals().Note(slot, "lost",
                          {{"before", before},
                           {"sets", lost.count ? JsonValue(*lost.count) : JsonValue()},
                           {"exact", lost.count && lost.is_exact},
-                          {"what", what}});
+                          {"least", lost.least},
+                          {"most", lost.is_steady ? JsonValue(lost.most) : JsonValue()},
+                          {"cause", cause.name},
+                          {"what", cause.what}});
 }
 
 void ColumnKeeper::SetWritten(int slot) {

@@ -138,8 +138,10 @@ class ColumnKeeper {
   // Sets that a full buffer or a restart has cost.
   struct LostSets {
     std::optional<std::int64_t> count;  // empty if nothing tells how many
+    std::int64_t least = 0;             // so many are certain
     std::int64_t most = 0;              // so many are possible
     bool is_exact = false;
+    bool is_steady = false;  // counted by the clock that nobody sets
   };
 
   [[nodiscard]] ColumnEvidence& EvidenceOf(int slot);
@@ -175,10 +177,18 @@ class ColumnKeeper {
   [[nodiscard]] bool CarryOutFull(int slot);
   [[nodiscard]] bool Fill(int slot, const std::vector<int>& inputs);
   [[nodiscard]] std::optional<std::int16_t> ValueBefore(int slot, int input);
-  void Tell(int slot, const std::vector<int>& inputs, const std::string& what);
-  void Tell(int slot, const RowRange& rows, const std::vector<int>& inputs,
-            const std::string& what);
-  void NoteLostSets(int slot, std::int32_t before, const LostSets& lost, const std::string& what);
+  // What is told of values: another stands in place of a lost one, those of these rows may stand
+  // in a wrong row, or those of the rows from there on.
+  enum class Mark { kFilled, kFilledForUser, kQuestioned, kOnward };
+  void Tell(int slot, const std::vector<int>& inputs, const std::string& what, Mark mark);
+  void Tell(int slot, const RowRange& rows, const std::vector<int>& inputs, const std::string& what,
+            Mark mark);
+  // Why the instrument has lost sets, as the journal names it.
+  struct Cause {
+    const char* name;
+    std::string what;
+  };
+  void NoteLostSets(int slot, std::int32_t before, const LostSets& lost, const Cause& cause);
   [[nodiscard]] LostSets CountLostSets(int slot) const;
   [[nodiscard]] static std::string TextOf(const LostSets& lost);
   void TellLostSets(int slot);

@@ -105,10 +105,10 @@ bool ColumnKeeper::CarryOutRestart(int slot) {
   }
   if (first < row) {
     Tell(slot, {first, row - 1}, lost,
-         WhatHappened(slot) + "; the values may stand one row too early");
+         WhatHappened(slot) + "; the values may stand one row too early", Mark::kQuestioned);
   }
   Tell(slot, {first, first}, uncertain,
-       WhatHappened(slot) + "; from here on the values may stand in a wrong row");
+       WhatHappened(slot) + "; from here on the values may stand in a wrong row", Mark::kOnward);
   EndDoubt(slot);
   return true;
 }
@@ -129,7 +129,11 @@ void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   if (lost.count && *lost.count == 0 && lost.most == 0) {
     return;
   }
-  NoteLostSets(slot, row, lost, WhatHappened(slot));
+  // The series have begun anew at another moment of the interval.
+  LostSets widened = lost;
+  widened.least = std::max({lost.least - 1, cleared, std::int64_t{0}});
+  widened.most = std::max(lost.most + 1, cleared + 2);
+  NoteLostSets(slot, row, widened, {"restart", WhatHappened(slot)});
   messages_.Report(slot, {state_.SlotFile[slot] + ": row " + std::to_string(row) + ": " +
                               WhatHappened(slot) + "; before this row " + TextOf(lost) + " lost",
                           "Read  Tavrel"});

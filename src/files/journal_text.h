@@ -26,6 +26,7 @@ namespace journal {
 inline constexpr const char* kBegin = "begin";
 inline constexpr const char* kTorn = "torn";
 inline constexpr const char* kHeader = "header";
+inline constexpr const char* kDrained = "drained";
 inline constexpr const char* kSeal = "seal";
 }  // namespace journal
 

@@ -65,14 +65,16 @@ JournalStamp JournalWriter::Stamp() {
   return {clock_->Now(), std::chrono::duration<double>(clock_->Elapsed()).count(), boot_};
 }
 
-void JournalWriter::Add(const std::string& kind, const JsonValue::Members& fields) {
+JournalStamp JournalWriter::Add(const std::string& kind, const JsonValue::Members& fields) {
+  JournalStamp stamp = Stamp();
   if (!IsOpen()) {
-    return;
+    return stamp;
   }
-  unsaved_ += chain_.Line(Stamp(), kind, fields);
+  unsaved_ += chain_.Line(stamp, kind, fields);
   if (!Save() && unsaved_.size() > kMostUnsaved) {
     file_.Close();
   }
+  return stamp;
 }
 
 bool JournalWriter::Save() {

@@ -32,7 +32,11 @@ class JournalWriter {
   // Lines come behind what `reading` has read; an unfinished line is ended, and a line says so.
   void GoOnBehind(JournalReading reading);
 
-  void Add(const std::string& kind, const JsonValue::Members& fields);
+  // Returns when that was.
+  JournalStamp Add(const std::string& kind, const JsonValue::Members& fields);
+
+  // As the next line would have it.
+  [[nodiscard]] JournalStamp Stamp();
 
   // The hash of all lines so far.
   [[nodiscard]] std::string Hash() const { return chain_.Hash(); }
@@ -44,7 +48,6 @@ class JournalWriter {
   [[nodiscard]] const std::string& Error() const { return error_; }
 
  private:
-  [[nodiscard]] JournalStamp Stamp();
   [[nodiscard]] bool Save();
 
   const Clock* clock_;

@@ -15,8 +15,20 @@ void RecordingEngine::NoteSample(int slot, int channel, std::int16_t word, Time 
   const ColumnKeeper::Exchange when{asked, clock_.Elapsed()};
   if (word == kNoData) {
     columns_.Empty(slot, channel, when);
+    NoteDrained(slot, channel, when);
   } else {
     columns_.Taken(slot, channel, when);
+  }
+}
+
+// The input that is read first tells that the instrument holds no set, if none is in hand.
+void RecordingEngine::NoteDrained(int slot, int channel, const ColumnKeeper::Exchange& when) {
+  bool is_first = true;
+  for (int input = channel + 1; input <= kInputs; ++input) {
+    is_first = is_first && !state_.Unit[slot].IsRecorded(input);
+  }
+  if (is_first && !HoldsSet(slot) && !state_.ColumnsInDoubt[slot]) {
+    files_.Journals().Drained(slot, when.answered - when.asked);
   }
 }
 

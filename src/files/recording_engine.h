@@ -187,6 +187,7 @@ class RecordingEngine {
   // The columns: what to do about values that were lost on the line.
   using Time = std::chrono::nanoseconds;
   void NoteSample(int slot, int channel, std::int16_t word, Time asked);
+  void NoteDrained(int slot, int channel, const ColumnKeeper::Exchange& when);
   void NoteFailure(int slot, int channel);
   void MendColumns(int slot);
   // A word and when it was read.

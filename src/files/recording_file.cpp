@@ -245,10 +245,15 @@ void RecordingFiles::TellLostRows(int slot, std::int32_t rows) {
   if (lost <= 0) {
     return;
   }
+  // The first set of a file stands in it twice.
+  const std::int32_t sets = state_.SampleCount[slot] == 0 && lost > 1 ? lost - 1 : lost;
   journals_.Note(slot, "lost",
                  {{"before", state_.SampleCount[slot]},
-                  {"sets", lost},
+                  {"sets", sets},
                   {"exact", true},
+                  {"least", sets},
+                  {"most", sets},
+                  {"cause", "power"},
                   {"what", "the power went off before they were on the disk"}});
   const std::string count = lost == 1 ? "1 row was" : std::to_string(lost) + " rows were";
   messages_.Report(slot,

@@ -1,8 +1,10 @@
 #include "files/recording_journals.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "files/header_changes.h"
@@ -29,6 +31,13 @@ std::span<const std::byte> RowsIn(std::span<const std::byte> bytes, std::int32_t
   const auto end = static_cast<std::size_t>(SampleByte(columns, rows, 1));
   return rows > 0 && end <= bytes.size() ? bytes.subspan(kHeaderBytes, end - kHeaderBytes)
                                          : std::span<const std::byte>();
+}
+
+// What changes how the sets of the instrument and the rows belong together.
+bool IsTurn(const std::string& kind) {
+  static constexpr std::array<std::string_view, 5> kTurns = {"start", "resume", "back", "lost",
+                                                             "values"};
+  return std::find(kTurns.begin(), kTurns.end(), kind) != kTurns.end();
 }
 
 }  // namespace
@@ -92,6 +101,7 @@ void RecordingJournals::Attach(int slot) {
     return;
   }
   JournalReading reading = ReadJournalEnd(*text);
+  entry.Book = ReadLedger(*text);
   const auto file = std::as_bytes(std::span(*bytes));
   const RecordingCheck check = CheckRecording(file, reading);
   if (check.Verdict == Verdict::kDamaged || check.Id.empty()) {
@@ -136,6 +146,7 @@ void RecordingJournals::BeginAnew(int slot, const std::string& why, bool has_old
   }
   entry.State = Entry::Kind::kOpen;
   entry.Id = RandomId();
+  entry.Book = Ledger();
   TakeFile(slot, std::as_bytes(std::span(*bytes)));
   JsonValue::Members fields = BeginFields(entry.Id, name, state_.Unit[slot], state_.Settings);
   fields.emplace_back("why", why);
@@ -265,6 +276,28 @@ void RecordingJournals::Note(int slot, const std::string& kind, JsonValue::Membe
   Add(Of(slot), kind, fields);
 }
 
+void RecordingJournals::Drained(int slot, std::chrono::nanoseconds took) {
+  Entry& entry = Of(slot);
+  const bool is_due = entry.IsSealedBehindDrained && entry.Rows != entry.DrainedRows;
+  const bool is_wanted = entry.WantsDrained && entry.Rows != entry.StartRows;
+  if ((!is_due && !is_wanted) || !IsReady(slot)) {
+    return;
+  }
+  Note(slot, journal::kDrained, {{"took", std::chrono::duration<double>(took).count()}});
+  entry.WantsDrained = false;
+  entry.IsSealedBehindDrained = false;
+  entry.DrainedRows = entry.Rows;
+}
+
+LedgerFigures RecordingJournals::Figures(int slot) {
+  Entry& entry = Of(slot);
+  if (entry.State != Entry::Kind::kOpen) {
+    return Ledger().Figures(state_.SampleCount[slot]);
+  }
+  const JournalStamp now = entry.Writer.Stamp();
+  return entry.Book.Figures(entry.Rows, LedgerMoment{now.Up, now.Boot});
+}
+
 void RecordingJournals::Closed(int slot, bool is_synced) {
   Entry& entry = Of(slot);
   if (entry.State == Entry::Kind::kOpen && is_synced) {
@@ -288,7 +321,11 @@ std::string RecordingJournals::IdOf(int slot) {
 
 void RecordingJournals::Add(Entry& entry, const std::string& kind,
                             const JsonValue::Members& fields) {
-  entry.Writer.Add(kind, fields);
+  const JournalStamp stamp = entry.Writer.Add(kind, fields);
+  entry.Book.Take(kind, fields, {stamp.Up, stamp.Boot}, TimeWithZone(stamp.Wall));
+  entry.WantsDrained = entry.WantsDrained || IsTurn(kind);
+  entry.StartRows = kind == "start" ? entry.Rows : entry.StartRows;
+  entry.IsSealedBehindDrained = entry.IsSealedBehindDrained || kind == journal::kSeal;
   entry.IsSealed = false;
   NoteProblem(entry);
 }

@@ -11,6 +11,7 @@
 
 #include "files/journal_check.h"
 #include "files/journal_writer.h"
+#include "files/ledger.h"
 #include "platform/clock.h"
 #include "state/messages.h"
 #include "state/run_state.h"
@@ -59,6 +60,13 @@ class RecordingJournals {
   // Something happened to the recording. Nothing is written where it has no journal.
   void Note(int slot, const std::string& kind, JsonValue::Members fields);
 
+  // The instrument has said that it holds no more of the recording, in an exchange that took so
+  // long: all that it has made is in the file. Written down once between two seals.
+  void Drained(int slot, std::chrono::nanoseconds took);
+
+  // How complete the recording of the slot is, as its journal says, at this moment.
+  [[nodiscard]] LedgerFigures Figures(int slot);
+
   // The file of the slot is closed; all of it is on the disk if `is_synced`.
   void Closed(int slot, bool is_synced);
 
@@ -90,6 +98,12 @@ class RecordingJournals {
     bool IsHeaderInDoubt = false;
     std::chrono::nanoseconds NextTry{};  // of one that was refused, by the clock's Elapsed()
     bool IsSealed = false;               // nothing has happened since the last seal
+    Ledger Book;
+    // Of the last line that says the instrument holds no more.
+    std::int32_t DrainedRows = 0;
+    bool WantsDrained = true;     // something has happened since
+    std::int32_t StartRows = -1;  // when the recording was started; no set has come yet
+    bool IsSealedBehindDrained = false;
     bool MustSync = false;  // rows or a header have come since the journal was put to the disk
   };
 

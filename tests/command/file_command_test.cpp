@@ -89,6 +89,39 @@ TEST(FileCommand, OfManyFilesTheHighestStatusCounts) {
   EXPECT_EQ(all.Errors, "tavrel-file: /nowhere/at/all: No such file or directory\n");
 }
 
+TEST(FileCommand, TheLedgerIsToldInWordsAndAsJson) {
+  const CommandRoom room;
+  const std::string journal = room.room.directory.Read(kJournal);
+  const CommandResult words = RunFileCommand({"ledger", room.Path()});
+  EXPECT_EQ(words.Status, 0) << words.Errors;
+  EXPECT_EQ(words.Output.find(room.Path() + ": 19 sets, complete\n  recorded live: 19\n"), 0U)
+      << words.Output;
+  const CommandResult json = RunFileCommand({"ledger", "--json", room.Path(), room.Path()});
+  EXPECT_EQ(json.Status, 0);
+  EXPECT_EQ(std::ranges::count(json.Output, '\n'), 2);
+  const auto object = ReadJson(json.Output.substr(0, json.Output.find('\n')));
+  ASSERT_TRUE(object);
+  EXPECT_EQ(object->Find("sets")->Whole(), 19);
+  EXPECT_EQ(object->Find("complete")->Truth(), true);
+  EXPECT_EQ(object->Find("lost")->Find("most")->Whole(), 0);
+}
+
+TEST(FileCommand, WithoutAJournalThereIsNoLedger) {
+  const CommandRoom room;
+  std::string file = room.File();
+  file[kHeaderBytes + 60] = '\x77';
+  room.Put(file);
+  EXPECT_EQ(RunFileCommand({"ledger", room.Path()}).Status, 2);
+  EXPECT_NE(RunFileCommand({"ledger", "--json", room.Path()}).Output.find("\"damaged\""),
+            std::string::npos);
+  std::filesystem::remove_all(room.room.directory.File("journal"));
+  const CommandResult none = RunFileCommand({"ledger", room.Path()});
+  EXPECT_EQ(none.Status, 1);
+  EXPECT_EQ(none.Output, room.Path() + ": no ledger: there is no journal\n");
+  EXPECT_EQ(RunFileCommand({"ledger"}).Status, 3);
+  EXPECT_EQ(RunFileCommand({"ledger", "--yaml", room.Path()}).Status, 3);
+}
+
 TEST(FileCommand, ForksAreTold) {
   const CommandRoom left;
   const CommandRoom right;

@@ -44,6 +44,38 @@ TEST_F(Sheet, ShowsValuesInTenthsOfADegree) {
   EXPECT_EQ(bench.Row(1).lb_Ref, "");
 }
 
+// The mark comes with the next set. Behind a restart the clocks say nothing against it.
+TEST_F(Sheet, MarksARecordingThatLacksSets) {
+  for (const Language language : {Language::kEnglish, Language::kGerman}) {
+    for (const int slot : {1, 12}) {
+      BenchProgram program;
+      program.state.Settings.HelpLang = language == Language::kGerman ? "German" : "English";
+      program.Install(slot, "M260314A.OVN", BenchProgram::Header(1, 1, 1, true), {7, 7, 8});
+      program.Start();
+      program.Run(10);
+      EXPECT_EQ(program.Row(slot).lb_Rstat, "on");
+      EXPECT_EQ(program.Row(slot).RstatNote, "");
+      program.files.Journals().Note(slot, "lost",
+                                    {{"before", 3},
+                                     {"sets", 3},
+                                     {"exact", true},
+                                     {"least", 3},
+                                     {"most", 3},
+                                     {"cause", "restart"}});
+      const std::array<std::int16_t, 1> words = {9};
+      ASSERT_TRUE(program.files.AppendRow(slot, words, 1));
+      program.Run(10);
+      EXPECT_EQ(program.Row(slot).lb_Rstat, "on !");
+      const std::string note = program.Row(slot).RstatNote;
+      const bool is_german = language == Language::kGerman;
+      EXPECT_EQ(note.find(is_german ? " 3 Sätze, 3 verloren am 14.03. um "
+                                    : " 3 sets, 3 lost on 14.03. at "),
+                0U)
+          << note;
+    }
+  }
+}
+
 struct StateCase {
   int z;
   const char* word;

@@ -1,0 +1,386 @@
+#include "files/ledger.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "tests/files/recording_bench.h"
+
+namespace tavrel {
+namespace {
+
+// An instrument that makes sets by its own clock, and the lines of a journal about it.
+struct Story {
+  double interval = 10;
+  double rate = 0;   // by which the instrument's clock is slow
+  double phase = 3;  // of set 0
+  double now = 0;
+  std::string boot = "a";
+  std::int64_t rows = 0;
+  std::int64_t missing = 0;  // sets that are in no row
+  std::int64_t skipped = 0;  // made while nothing was recorded
+  Ledger ledger;
+
+  explicit Story(double of_interval = 10) : interval(of_interval) {
+    Line("begin", {{"interval", interval}, {"line", "direct"}});
+    Line("start");
+  }
+  void Line(const char* kind, JsonValue::Members fields = {}) {
+    fields.emplace_back("rows", rows);
+    ledger.Take(kind, JsonValue(std::move(fields)), {now, boot}, "2026-03-14T02:10:00+01:00");
+  }
+  [[nodiscard]] std::int64_t Made() const {
+    return static_cast<std::int64_t>(std::floor((now - phase) / (interval * (1 + rate)))) + 1;
+  }
+  // All that was made is in the file but `missing`, and the instrument says so.
+  void Drain(double took = 0.05) {
+    const std::int64_t sets = std::max<std::int64_t>(Made() - missing - skipped, 0);
+    rows = sets > 0 ? sets + 1 : 0;
+    Line("drained", {{"took", took}});
+  }
+  void Live(double seconds, double step = 1200) {
+    for (double gone = 0; gone < seconds; gone += step) {
+      now += std::min(step, seconds - gone);
+      Drain();
+    }
+  }
+  void Lost(std::int64_t before, JsonValue sets, JsonValue least, JsonValue most,
+            const char* cause = "full") {
+    Line("lost", {{"before", before},
+                  {"sets", std::move(sets)},
+                  {"least", std::move(least)},
+                  {"most", std::move(most)},
+                  {"cause", cause},
+                  {"what", "the buffer of the instrument was full"}});
+  }
+  [[nodiscard]] LedgerFigures Figures() const {
+    return ledger.Figures(rows, LedgerMoment{now, boot});
+  }
+};
+
+TEST(Ledger, ARecordingThatIsReadAllTheTimeIsComplete) {
+  for (const double interval : {1.0, 10.0, 60.0, 3600.0}) {
+    Story story(interval);
+    story.Live(20 * interval, interval / 3);
+    const LedgerFigures figures = story.Figures();
+    EXPECT_TRUE(figures.IsComplete());
+    EXPECT_EQ(figures.Recorded, story.Made());
+    EXPECT_EQ(figures.Live, story.Made());
+    EXPECT_EQ(figures.Later, 0);
+    EXPECT_EQ(figures.Segments, 1);
+    EXPECT_EQ(figures.Lost, SetBounds());
+  }
+}
+
+TEST(Ledger, ADriftingClockIsNoLossInAMonth) {
+  constexpr double kMonth = 31 * 86400.0;
+  for (const double rate : {-200e-6, -37e-6, 0.0, 200e-6}) {
+    for (const double interval : {1.0, 10.0, 600.0}) {
+      Story story(interval);
+      story.rate = rate;
+      story.Live(kMonth);
+      EXPECT_TRUE(story.Figures().IsComplete()) << rate << ", " << interval << " s";
+      EXPECT_EQ(story.Figures().Recorded, story.Made());
+    }
+  }
+}
+
+// Nobody has told it, but the clocks know.
+TEST(Ledger, ASetThatIsMissingIsCountedOnce) {
+  for (const double rate : {-200e-6, 0.0, 150e-6}) {
+    Story story;
+    story.rate = rate;
+    story.Live(86400, 1207);
+    story.missing = 3;
+    story.Live(86400, 1207);
+    const LedgerFigures figures = story.Figures();
+    EXPECT_LE(figures.Lost.Least, 3);
+    EXPECT_GE(figures.Lost.Least, 2);
+    EXPECT_GE(figures.Lost.Most, 3);
+    EXPECT_LE(figures.Lost.Most, 4);
+    ASSERT_EQ(figures.Losses.size(), 1U);
+    EXPECT_FALSE(figures.IsComplete());
+  }
+}
+
+TEST(Ledger, WhatWasToldIsNotCountedTwice) {
+  Story story;
+  story.Live(86400, 1207);
+  story.now += 10400;
+  story.missing = 144;
+  story.Line("back", {{"held", 896}});
+  story.Lost(story.rows, 144, 144, 144);
+  story.Drain();
+  story.Live(86400, 1207);
+  EXPECT_EQ(story.Figures().Lost, (SetBounds{144, 144}));
+  ASSERT_EQ(story.Figures().Losses.size(), 1U);
+  EXPECT_EQ(story.Figures().Losses[0].Time, "2026-03-14T02:10:00+01:00");
+}
+
+// The program was killed for longer than the buffer lasts; the computer stayed on.
+TEST(Ledger, TheClockThatNobodySetsTellsWhatTheWallClockDoesNot) {
+  Story story;
+  story.Live(86400, 1207);
+  const std::int64_t before = story.rows;
+  story.now += 20000;
+  story.missing = 1104;
+  story.Line("resume", {{"line", "direct"}});
+  story.Lost(before, 17, 0, {});
+  EXPECT_EQ(story.Figures().Lost, (SetBounds{0, std::nullopt}));
+  story.Drain();
+  const LedgerFigures figures = story.Figures();
+  EXPECT_NEAR(static_cast<double>(figures.Lost.Least), 1104, 1);
+  EXPECT_LE(figures.Lost.Least, 1104);
+  EXPECT_GE(figures.Lost.Most, 1104);
+  EXPECT_LE(*figures.Lost.Most - figures.Lost.Least, 1);
+  EXPECT_EQ(figures.Later, story.rows - before);
+}
+
+TEST(Ledger, AcrossARestartOfTheComputerOnlyWhatWasToldHolds) {
+  Story story;
+  story.Live(86400, 1207);
+  story.boot = "b";
+  story.now += 9000;
+  story.Line("resume", {{"line", "direct"}});
+  story.Drain();
+  EXPECT_TRUE(story.Figures().IsComplete()) << "the buffer has kept all of it";
+  EXPECT_EQ(story.Figures().Later, 900);
+  story.boot = "c";
+  story.now += 20000;
+  story.missing = 1104;
+  story.Line("resume", {{"line", "direct"}});
+  story.Lost(story.rows, 5, 0, {});
+  story.Drain();
+  story.Live(86400, 1207);
+  EXPECT_EQ(story.Figures().Lost, (SetBounds{0, std::nullopt}));
+  ASSERT_EQ(story.Figures().Losses.size(), 1U);
+  EXPECT_EQ(story.Figures().Losses[0].About, 5);
+}
+
+TEST(Ledger, FilledValuesAndThoseInQuestionAreCountedOnce) {
+  Story story;
+  story.Live(1000, 100);
+  story.Line("values", {{"first", 0}, {"last", 1}, {"filled", true}});
+  story.Line("values", {{"first", 7}, {"last", 9}, {"filled", true}});
+  story.Line("values", {{"first", 8}, {"last", 10}, {"filled", true}});
+  story.Live(1000, 100);
+  EXPECT_EQ(story.Figures().Filled, 5);
+  EXPECT_FALSE(story.Figures().IsComplete());
+  story.Line("values", {{"first", 190}, {"last", 190}, {"filled", false}, {"onward", true}});
+  const std::int64_t rows = story.rows;
+  EXPECT_EQ(story.Figures().Questioned, rows - 190);
+  story.Live(1000, 100);
+  EXPECT_EQ(story.Figures().Questioned, story.rows - 190);
+}
+
+TEST(Ledger, AStopAndAStartBeginASegment) {
+  Story story;
+  story.Live(86400, 1207);
+  const std::int64_t rows = story.rows;
+  story.Line("stop", {{"by", "user"}});
+  story.now += 50000;
+  EXPECT_EQ(story.Figures().Waiting, SetBounds());
+  story.Line("start");
+  story.skipped = story.Made() - (rows - 1);
+  story.Live(86400, 1207);
+  EXPECT_TRUE(story.Figures().IsComplete());
+  EXPECT_EQ(story.Figures().Segments, 2);
+}
+
+TEST(Ledger, WhatWaitsInTheInstrumentIsEstimated) {
+  Story story;
+  story.Live(86400, 1207);
+  story.now += 505;
+  const auto waiting = story.Figures().Waiting;
+  ASSERT_TRUE(waiting);
+  EXPECT_LE(waiting->Least, story.Made() - (story.rows - 1));
+  EXPECT_GE(waiting->Most, story.Made() - (story.rows - 1));
+  EXPECT_EQ(story.Figures().Expected(), (SetBounds{story.rows - 1, story.rows - 1} + *waiting));
+  story.now += 1e6;
+  EXPECT_EQ(story.Figures().Waiting, (SetBounds{896, 896}));
+}
+
+TEST(Ledger, RowsWithoutAJournalAreSaid) {
+  Ledger ledger;
+  const LedgerMoment when{1, "a"};
+  ledger.Take("begin", JsonValue(JsonValue::Members{{"interval", 10}, {"why", "there was none"}}),
+              when, "");
+  ledger.Take("adopted", JsonValue(JsonValue::Members{{"first", 0}, {"last", 41}}), when, "");
+  EXPECT_EQ(ledger.Figures(50).Unwatched, 42);
+  EXPECT_FALSE(ledger.Figures(50).IsComplete());
+  EXPECT_FALSE(Ledger().Figures(5).IsKnown);
+}
+
+// Kills, restarts of the computer, outages within the buffer and beyond it, lost replies, stops and
+// starts, in any order, with a clock that runs up to 200 ppm off.
+TEST(Ledger, TheTruthLiesWithinTheBoundsWhateverHappens) {
+  int exact = 0;
+  constexpr int kSeeds = 200;
+  for (unsigned seed = 1; seed <= kSeeds; ++seed) {
+    std::mt19937 random(seed);
+    const auto upto = [&random](double most) {
+      return most * (static_cast<double>(random()) / std::mt19937::max());
+    };
+    Story story(std::array{1.0, 10.0, 60.0, 600.0}.at(random() % 4));
+    story.rate = 400e-6 * upto(1) - 200e-6;
+    story.Live(story.interval * upto(500) + 10, story.interval * 7.3);
+    bool is_unknown = false;
+    for (int event = 0; event < 40; ++event) {
+      const auto kind = random() % 5;
+      story.Live(story.interval * upto(3000), 1200 + upto(5));
+      if (kind == 0) {
+        story.Line("values", {{"first", story.rows}, {"last", story.rows}, {"filled", true}});
+      } else if (kind == 1) {
+        story.Line("stop", {{"by", "user"}});
+        story.now += upto(1e5);
+        story.Line("start");
+        story.skipped = story.Made() - story.missing - std::max<std::int64_t>(story.rows - 1, 0);
+      } else {
+        const bool is_boot = kind == 2 && random() % 4 == 0;
+        story.now += story.interval * upto(2000);
+        story.boot += is_boot ? "x" : "";
+        story.Line(kind == 2 ? "resume" : "back");
+        const std::int64_t held = story.Made() - story.missing - story.skipped -
+                                  std::max<std::int64_t>(story.rows - 1, 0);
+        const std::int64_t over = held - 896;
+        if (over > 0) {
+          story.missing += over;
+          const bool knows = kind != 2 && random() % 2 == 0;
+          story.Lost(story.rows, over, knows ? over : 0, knows ? JsonValue(over) : JsonValue());
+          is_unknown = is_unknown || is_boot;
+        }
+      }
+      story.Drain(upto(1));
+      const LedgerFigures figures = story.Figures();
+      ASSERT_LE(figures.Lost.Least, story.missing) << "seed " << seed << ", event " << event;
+      ASSERT_TRUE(figures.Lost.Most || is_unknown) << "seed " << seed << ", event " << event;
+      if (figures.Lost.Most) {
+        ASSERT_GE(*figures.Lost.Most, story.missing) << "seed " << seed << ", event " << event;
+      }
+    }
+    exact += story.Figures().Lost.IsExact() ? 1 : 0;
+  }
+  EXPECT_GT(exact, 0);
+  RecordProperty("exact", exact);
+}
+
+TEST(Ledger, TakesAnyNumbers) {
+  std::mt19937 random(17);
+  const std::vector<JsonValue> values = {
+      0, -1, 1, 1e300, -1e300, std::int64_t{1} << 62U, true, "words", 1e-300, {}, 896.5};
+  const std::vector<const char*> kinds = {"begin", "start",   "drained", "lost", "values",
+                                          "back",  "adopted", "resume",  "stop", "seal"};
+  Ledger ledger;
+  for (int turn = 0; turn < 20000; ++turn) {
+    const auto any = [&] { return values[random() % values.size()]; };
+    JsonValue::Members fields;
+    for (const char* name : {"rows", "interval", "took", "sets", "least", "most", "first", "last",
+                             "before", "filled", "onward", "exact", "line"}) {
+      fields.emplace_back(name, any());
+    }
+    const auto moment = any();
+    ledger.Take(kinds[random() % kinds.size()], JsonValue(fields),
+                {moment.Number().value_or(0), "a"}, "");
+    const LedgerFigures figures = ledger.Figures(static_cast<std::int64_t>(random() % 100000));
+    EXPECT_GE(figures.Recorded, figures.Later);
+  }
+}
+
+// ---- On the bench, with the engine.
+
+LedgerFigures FiguresOf(const RecordingBench& bench) {
+  const std::string journal = bench.room.directory.Read("journal/" + std::string(kName));
+  return LedgerOf(ReadJournal(journal), bench.room.state.SampleCount[kSlot]);
+}
+
+// Sets that stand in no row, by the values.
+std::int64_t MissingIn(const RecordingBench& bench) {
+  const auto rows = bench.Rows();
+  std::int64_t missing = 0;
+  for (std::size_t row = 1; row < rows.size(); ++row) {
+    missing += (rows[row][0] - rows[row - 1][0] - 1 + SetLine::kCycle) % SetLine::kCycle;
+  }
+  return missing;
+}
+
+TEST(LedgerOnTheBench, AQuietRecordingIsCompleteAndCostsFewLines) {
+  for (const int interval : {1, 10}) {
+    RecordingBench bench({"descending", 10}, {2, 9, 15}, interval);
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(100));
+    const LedgerFigures figures = FiguresOf(bench);
+    EXPECT_TRUE(figures.IsComplete());
+    EXPECT_EQ(figures.Recorded, 99);
+    EXPECT_EQ(figures.Live, 99);
+    const JournalReading journal =
+        ReadJournal(bench.room.directory.Read("journal/" + std::string(kName)));
+    EXPECT_LE(std::ranges::count(journal.Entries, "drained", &JournalEntry::Kind), 3);
+    EXPECT_GE(std::ranges::count(journal.Entries, "drained", &JournalEntry::Kind), 1);
+  }
+}
+
+TEST(LedgerOnTheBench, AnOutageBeyondTheBufferIsCountedToTheSet) {
+  for (const int outage : {950, 1007, 1180}) {
+    RecordingBench bench({"descending", 500}, {3, 11}, 10);
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(20));
+    bench.room.clock.Advance(std::chrono::seconds(10 * outage));
+    ASSERT_TRUE(bench.RunToRows(21 + 900));
+    bench.Run(200);
+    const LedgerFigures figures = FiguresOf(bench);
+    const std::int64_t missing = MissingIn(bench);
+    EXPECT_LE(figures.Lost.Least, missing);
+    ASSERT_TRUE(figures.Lost.Most);
+    EXPECT_GE(*figures.Lost.Most, missing);
+    EXPECT_LE(*figures.Lost.Most - figures.Lost.Least, 1);
+    EXPECT_EQ(figures.Losses.size(), 1U);
+  }
+}
+
+TEST(LedgerOnTheBench, AKillWithAnOutageBeyondTheBufferHasBounds) {
+  RecordingBench bench({"descending", 500}, {3, 11}, 10);
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(20));
+  bench.room.clock.Advance(std::chrono::seconds(10 * 1007));
+  bench.KillAndStart();
+  ASSERT_TRUE(bench.RunToRows(21 + 900));
+  bench.Run(200);
+  const LedgerFigures figures = FiguresOf(bench);
+  const std::int64_t missing = MissingIn(bench);
+  EXPECT_LE(figures.Lost.Least, missing);
+  ASSERT_TRUE(figures.Lost.Most) << "the clock that nobody sets has gone on";
+  EXPECT_GE(*figures.Lost.Most, missing);
+  EXPECT_LE(*figures.Lost.Most - figures.Lost.Least, 2);
+  EXPECT_GT(figures.Later, 880);
+}
+
+TEST(LedgerOnTheBench, ALostReplyIsAFilledRow) {
+  for (const int input : {3, 11}) {
+    RecordingBench bench({"descending", 500}, {3, 11}, 10);
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(20));
+    bench.FailNext(input, true);
+    ASSERT_TRUE(bench.RunToRows(60));
+    const LedgerFigures figures = FiguresOf(bench);
+    EXPECT_EQ(figures.Filled + figures.Questioned, 1);
+    EXPECT_TRUE(figures.Lost.IsNone());
+  }
+}
+
+TEST(LedgerOnTheBench, TheProgramCarriesTheSameFigures) {
+  RecordingBench bench({"descending", 500}, {3, 11}, 10);
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(20));
+  bench.room.clock.Advance(std::chrono::seconds(10 * 1007));
+  bench.KillAndStart();
+  ASSERT_TRUE(bench.RunToRows(950));
+  const LedgerFigures carried = bench.room.files.Journals().Figures(kSlot);
+  const LedgerFigures read = FiguresOf(bench);
+  EXPECT_EQ(carried.Lost, read.Lost);
+  EXPECT_EQ(carried.Later, read.Later);
+  EXPECT_EQ(carried.Recorded, read.Recorded);
+}
+
+}  // namespace
+}  // namespace tavrel
