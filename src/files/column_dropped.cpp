@@ -80,12 +80,24 @@ bool ColumnKeeper::CarryOutDropped(int slot) {
     if ((is_lost || is_uncertain) && gone > 0 && !MakeUp(slot, dropped.input, gone)) {
       return false;
     }
-    if (!is_uncertain) {
-      std::erase(column.doubted, dropped.input);
-    }
+    std::erase(column.doubted, dropped.input);
     column.dropped.pop_back();
+    if (is_uncertain) {
+      state_.Columns[slot].IsUncertain[dropped.input] = true;
+      Tell(slot, std::vector<int>{dropped.input},
+           "nobody can know whether more values were dropped by hand, from here on the values may "
+           "stand one row too early");
+    }
   }
   return true;
+}
+
+// The rows of `count` sets from the `first` one on; 0 is the set in hand. The first set of a file
+// stands in it twice.
+RowRange ColumnKeeper::RowsOfSets(int slot, int first, int count) const {
+  const std::int32_t row = state_.SampleCount[slot];
+  const int doubled = row == 0 ? 1 : 0;
+  return {row + (first == 0 ? 0 : first + doubled), row + first + count - 1 + doubled};
 }
 
 // Puts the value before in the place of `gone` values of the input, the next one where there is
@@ -107,9 +119,7 @@ bool ColumnKeeper::MakeUp(int slot, int input, int gone) {
     state_.SampleValue[slot][input] = *value;
     memory.Repeats[input] = static_cast<std::uint8_t>(gone - 1);
   }
-  const std::int32_t first = state_.SampleCount[slot] + (is_seen ? 1 : 0);
-  const std::int32_t last = first + gone - 1;
-  Tell(slot, {first, last}, {input},
+  Tell(slot, RowsOfSets(slot, is_seen ? 1 : 0, gone), {input},
        is_first && !is_seen ? "cleared by hand; the next value stands in its place"
                             : "cleared by hand; the value before it stands in its place",
        Mark::kFilledForUser);

@@ -148,13 +148,16 @@ void ColumnKeeper::Doubt(int slot, int input) {
   }
 }
 
-// Nothing failed, but what is missing from the set in hand should have come.
+// Nothing failed, but what is missing from the set in hand should have come. Of an input that is
+// uncertain already nothing more can be found out.
 void ColumnKeeper::Suspect(int slot) {
-  if (!IsHalfRead(slot)) {
+  std::vector<int> suspects = MissingInputs(slot);
+  std::erase_if(suspects, [&](int input) { return !columns_[slot].evidence.IsCertain(input); });
+  if (!IsHalfRead(slot) || suspects.empty()) {
     state_.ColumnsInDoubt[slot] = false;
     return;
   }
-  for (const int input : MissingInputs(slot)) {
+  for (const int input : suspects) {
     Doubt(slot, input);
   }
   columns_[slot].is_suspicion = true;

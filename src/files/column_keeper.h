@@ -160,6 +160,7 @@ class ColumnKeeper {
   void CountDropped(int slot, int input, int count, Time now);
   [[nodiscard]] bool CarryOutDropped(int slot);
   void GiveUpDropped(int slot);
+  [[nodiscard]] RowRange RowsOfSets(int slot, int first, int count) const;
   [[nodiscard]] bool MakeUp(int slot, int input, int gone);
   void TakeRestart(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);

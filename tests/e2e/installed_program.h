@@ -49,6 +49,9 @@ class InstalledProgram {
 
   [[nodiscard]] const std::string& Directory() const { return directory_.Path(); }
 
+  // What a file of the installation holds; empty if there is none.
+  [[nodiscard]] std::string Read(const std::string& file) const { return directory_.Read(file); }
+
   // Settings and slots in the words of prepare_installation.
   [[nodiscard]] bool Prepare(const std::vector<std::string>& arguments) const;
 

@@ -217,6 +217,16 @@ TEST_F(TheCommunicationTest, CountsAPortThatIsPulledAndGoesOnWhenItIsBack) {
   EXPECT_EQ(screen.Values().Lbl_F, 0U);
 }
 
+TEST_F(TheCommunicationTest, CountsAPortThatIsPulledBeforeAWrite) {
+  StartOn(0, 2);
+  Open(screen);
+  screen.Step();
+  bench.port.Vanish();
+  screen.Step();
+  EXPECT_EQ(Writes(), (Counts{1, 0, 1, 0}));
+  EXPECT_EQ(Reads(), (Counts{0, 0, 0, 0, 0, 0}));
+}
+
 TEST_F(TheCommunicationTest, CountsALateReplyOnceAndWithTheWriteThatItKeepsBack) {
   StartOn(0, 1);
   Open(screen);

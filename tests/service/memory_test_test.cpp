@@ -189,6 +189,17 @@ TEST_F(TheMemoryTest, SaysNothingNewWhenItIsLeftAndBeginsAnewNextTime) {
   EXPECT_EQ(Pulses(1), Texts{"G00=6\r"});
 }
 
+TEST_F(TheMemoryTest, CountsItsRoundsFromOneEachTimeItIsOpened) {
+  StartOn(0, 1);
+  Open(*screen);
+  Pulses(14);
+  ASSERT_EQ(Shown(), "passed, passed, 0115, 2");
+  screen->Quit();
+  Open(*screen);
+  Pulses(7);
+  EXPECT_EQ(Shown(), "passed, passed, 0115, 1");
+}
+
 TEST_F(TheMemoryTest, PassesAtOnceInSimulation) {
   bench.state.Settings.CommPort = "----";
   StartOn(0, 5);

@@ -107,12 +107,22 @@ TEST_F(TheQualityData, OffersTheFirstSetupOfAnInstrumentThatHasNone) {
   }
 }
 
+TEST_F(TheQualityData, TakesTheLowestSerialNumberForThatOfAnInstrumentInUse) {
+  StartOn(0, 1);
+  Hold(1, {0, 1, 7, 1203, 24, 7572, 406, 25, 6566, 0});
+  OpenAndRead();
+  EXPECT_EQ(Shown(), "1 7 | 12.03.2024 KH | 04.06.2025 AB");
+  EXPECT_TRUE(Now().IsCheckShown);
+  EXPECT_FALSE(Now().Cmd_Update);
+}
+
 TEST_F(TheQualityData, WritesTheFirstSetupAndReadsItAgain) {
   StartOn(0, 1);
   FirstSetup();
   screen->Text_Unit_Change("7");
   screen->Text_Name_Change(1, "ab");
   EXPECT_EQ(Refused(), "");
+  EXPECT_EQ(LastPointer(), Pointer::kHourglass);
   EXPECT_FALSE(Now().IsEditable);
   EXPECT_FALSE(Now().Cmd_Update);
   EXPECT_EQ(Pulses(10), (Texts{"Z06=1\r", "Z07=FA1\r", "Z08=7\r", "Z09=57B\r", "Z0A=1A\r",

@@ -279,7 +279,52 @@ struct Clearing {
   bool pauses;  // the series begins anew after a pause
 };
 
-class ClearedSeries : public RecordedInputs, public testing::WithParamInterface<Clearing> {};
+class ClearedSeries : public RecordedInputs, public testing::WithParamInterface<Clearing> {
+ protected:
+  // Rows of a file that are told to be cleared by hand.
+  struct Rows {
+    std::size_t first = 0;
+    std::size_t last = 0;
+  };
+  [[nodiscard]] std::vector<Rows> ToldRows(const std::string& file) const {
+    std::vector<Rows> told;
+    for (const Notice& notice : bench.dialogs.announced) {
+      if (notice.Text.starts_with(file) && notice.Text.find(": cleared") != std::string::npos) {
+        const std::string numbers = notice.Text.substr(notice.Text.find(": row") + 5);
+        const std::size_t begin = numbers.find_first_of("0123456789");
+        const std::string rest = numbers.substr(numbers.find_first_not_of("0123456789", begin));
+        const std::size_t first = std::stoul(numbers.substr(begin));
+        const bool is_one = rest.starts_with(",");
+        const std::size_t last =
+            is_one ? first : std::stoul(rest.substr(rest.find_first_of("0123456789")));
+        told.push_back({first, last});
+      }
+    }
+    return told;
+  }
+  // Of a file of one input: what is told to be made up is the value before it, or the next one
+  // where there is none. Returns the other values; the first set of a file stands in it twice.
+  [[nodiscard]] std::vector<int> RealValues(const std::string& file, std::size_t least) const {
+    const auto words = bench.Samples(file);
+    std::vector<int> values(words.begin(), words.end());
+    const std::vector<Rows> told = ToldRows(file);
+    EXPECT_EQ(told.size(), 1U) << file;
+    const Rows rows = told.empty() ? Rows() : told.front();
+    EXPECT_GE(rows.last - rows.first + 1, least + (rows.first == 0 ? 1 : 0)) << file;
+    if (rows.last + 1 >= values.size()) {
+      ADD_FAILURE() << file << ": no value behind row " << rows.last;
+      return values;
+    }
+    const int wanted = rows.first == 0 ? values[rows.last + 1] : values[rows.first - 1];
+    for (std::size_t row = rows.first; row <= rows.last; ++row) {
+      EXPECT_EQ(values[row], wanted) << file << " " << row;
+    }
+    values.erase(values.begin() + static_cast<std::ptrdiff_t>(rows.first),
+                 values.begin() + static_cast<std::ptrdiff_t>(rows.last) + 1);
+    values.erase(values.begin(), values.begin() + (rows.first == 0 ? 0 : 1));
+    return values;
+  }
+};
 
 INSTANTIATE_TEST_SUITE_P(Holding, ClearedSeries,
                          testing::Values(Clearing{0, false}, Clearing{1, false}, Clearing{2, false},
@@ -321,6 +366,44 @@ TEST_P(ClearedSeries, KeepTheirRows) {
     EXPECT_EQ(bench.dialogs.announced[0].Text,
               std::string(kFile) + ": " + rows +
                   ", input 2: cleared by hand; the value before it stands in its place");
+  }
+}
+
+// Two tests that have one and the same input by mistake share its values; nobody knows which of
+// them would have had those that are cleared.
+TEST_P(ClearedSeries, AreMadeUpForInEachTestOfTheInput) {
+  line.clearing_pauses = GetParam().pauses;
+  now = {5, 1, 10, {}};
+  const std::vector<std::string> files = {"M260305A.OVN", "M260312A.OVN"};
+  for (std::size_t place = 0; place < files.size(); ++place) {
+    UnitRecord unit = BenchProgram::Header(kInet, 1, 1, true);
+    unit.UnitInterval = 1;
+    bench.Install(place == 0 ? 5 : 12, files[place].c_str(), unit);
+  }
+  Start();
+  bench.state.ActiveInet = kInet;
+  line.Sample(kInet, 1, seconds(10), seconds(2), 0);
+  bench.Run(125);
+  OpenIt();
+  Load(60);
+  bench.Run(25);
+  bench.clock.AdvanceSeconds(10 * GetParam().sets);
+  bench.dialogs.announced.clear();
+  browser.Grid_Click(RowOf('R', 1), kDec);
+  const std::size_t stored = line.Waiting(kInet, 1);
+  EXPECT_TRUE(browser.Commit("0"));
+  browser.CloseNow();
+  bench.Run(300);
+  std::vector<int> values;
+  for (const std::string& file : files) {
+    const auto real = RealValues(file, stored);
+    EXPECT_TRUE(std::is_sorted(real.begin(), real.end())) << file;
+    values.insert(values.end(), real.begin(), real.end());
+  }
+  std::sort(values.begin(), values.end());
+  EXPECT_EQ(std::adjacent_find(values.begin(), values.end()), values.end()) << "each value once";
+  for (const Notice& notice : bench.dialogs.announced) {
+    EXPECT_EQ(notice.Text.find("on the line"), std::string::npos) << notice.Text;
   }
 }
 
@@ -450,6 +533,39 @@ TEST_F(RecordedInputs, AreToldToBeUncertainAfterAnotherSamplingTime) {
             std::string::npos)
       << bench.dialogs.boxes.back().Text;
   EXPECT_TRUE(bench.state.Columns[2].IsUncertain[3]);
+}
+
+// That the rows of the input are no longer those of its set is one thing, however its values come
+// from then on.
+class AnotherSamplingTime : public RecordedInputs, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Seconds, AnotherSamplingTime, testing::Values(5, 9, 11, 20, 70));
+
+TEST_P(AnotherSamplingTime, IsToldOnce) {
+  Begin({12, 5, 10, milliseconds(0)});
+  bench.Run(65);
+  OpenIt();
+  Load(60);
+  bench.dialogs.boxes.clear();
+  browser.Grid_Click(RowOf('S', 3), kDec);
+  EXPECT_TRUE(browser.Commit(std::to_string(GetParam())));
+  line.SampleEvery(kInet, 3, seconds(GetParam()));
+  browser.CloseNow();
+  const std::size_t before = Sets().size();
+  bench.Run(900);
+  EXPECT_GT(Sets().size(), before + 10);
+  std::vector<std::string> told;
+  for (const auto* texts : {&bench.dialogs.boxes, &bench.dialogs.announced}) {
+    for (const Notice& notice : *texts) {
+      if (notice.Text.starts_with(kFile)) {
+        told.push_back(notice.Text);
+      }
+    }
+  }
+  EXPECT_EQ(told, std::vector<std::string>{
+                      std::string(kFile) + ": row " + std::to_string(before + 1) +
+                      ", input 3: its sampling time was changed by hand; from here on the values "
+                      "may stand in a wrong row"});
 }
 
 TEST_F(RecordedInputs, DropTheOrderToSwitchAControllerThatTheUserHasSwitched) {

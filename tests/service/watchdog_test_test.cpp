@@ -21,7 +21,7 @@ class TheWatchdogTest : public ServiceLine {
     const int inet = words[1] - '0' + 1;
     if (words[3] == '=') {
       ends_at = bench.clock.Elapsed() + std::chrono::milliseconds(10 * period);
-    } else if (period > 0 && bench.clock.Elapsed() >= ends_at) {
+    } else if (Word(inet, 'G', 0) == 10 && period > 0 && bench.clock.Elapsed() >= ends_at) {
       Word(inet, 'G', 8) = static_cast<std::int16_t>(period);
       Word(inet, 'G', 0) = 0;
     }
@@ -121,6 +121,21 @@ TEST_F(TheWatchdogTest, HasEndedThoughTheFirmwareDoesNotHearOfIt) {
   EXPECT_EQ(screen->Values().Lbl_delay, "> 3000");
   EXPECT_TRUE(Pulses(2).empty());
   EXPECT_TRUE(screen->Values().Cmd_again);
+}
+
+// The order to stop is the third silence in a row.
+TEST_F(TheWatchdogTest, HasEndedThoughThereIsNoConnectionAnyMore) {
+  period = 0;
+  StartOn(0, 3);
+  Open(*screen);
+  Pulses(2);
+  bench.line.silent = {3};
+  Pulses(2);
+  bench.clock.AdvanceSeconds(3);
+  EXPECT_EQ(Pulses(1), (Texts{"G20?", "G20=0\r"}));
+  EXPECT_TRUE(screen->ComIcon());
+  EXPECT_EQ(screen->Values().Lbl_delay, "> 3000");
+  EXPECT_TRUE(Pulses(2).empty());
 }
 
 TEST_F(TheWatchdogTest, MeasuresAgainOnlyWhenOneHasEnded) {
@@ -230,6 +245,18 @@ TEST_F(TheWatchdogTest, GivesThePointerBackWhenItIsLeft) {
     EXPECT_EQ(Pulses(1), Texts{"G00=A\r"});
     screen->CloseNow();
   }
+}
+
+TEST_F(TheWatchdogTest, ForgetsItsResultWhenItIsLeft) {
+  period = 10;
+  StartOn(0, 1);
+  Open(*screen);
+  Measure();
+  ASSERT_EQ(screen->Values().Lbl_delay, "100");
+  screen->Quit();
+  EXPECT_EQ(screen->Values().Lbl_delay, "?");
+  EXPECT_FALSE(screen->Values().Lbl_error);
+  EXPECT_FALSE(screen->Values().Cmd_again);
 }
 
 TEST_F(TheWatchdogTest, EndsAtOnceInSimulation) {

@@ -46,6 +46,15 @@ class SamplingLine : public DirectLine {
     sources_.push_back(source);
   }
 
+  // The series goes on with another interval, from its next value on.
+  void SampleEvery(int inet, int input, std::chrono::nanoseconds interval) {
+    for (Source& source : sources_) {
+      if (source.inet == inet && source.input == input) {
+        source.interval = interval;
+      }
+    }
+  }
+
   // Values that no longer fitted in.
   [[nodiscard]] int Overrun() const { return overrun_; }
 
