@@ -9,7 +9,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(GraphForm, OpensOnTheOverviewWithItsToolsAsleep) {
+TEST(GraphForm, OpensOnTheOverviewWithItsToolsDisabled) {
   GraphBench bench;
   bench.program.state.ActiveView = View::kTavWork;
   bench.LoadAndOpen(bench.Slopes(5));
@@ -119,7 +119,7 @@ TEST(GraphForm, ToolsWaitWhileThePartViewIsDrawn) {
   EXPECT_TRUE(bench.Shown().MnuOutputEnabled);
 }
 
-TEST(GraphForm, ToolsStayAsleepWhenTheDrawingWasLeftForTheOverview) {
+TEST(GraphForm, ToolsStayDisabledWhenTheDrawingWasLeftForTheOverview) {
   GraphBench bench;
   bench.header.UnitView = {7689, 4692, 29211, 28083};
   bench.LoadAndOpen(bench.Slopes(50));
