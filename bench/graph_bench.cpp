@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -42,7 +43,7 @@ using Curve = double (*)(int row, int input);
 
 class NoShell : public Shell {
  public:
-  void OpenDocument(const std::string& /*path*/) override {}
+  void OpenDocument(const std::string& /*path*/, std::function<void()> /*failed*/) override {}
 };
 
 // The graph of one full recording with a row to each minute, on pictures of a usual size.

@@ -18,6 +18,7 @@
 #include "platform/cups_queues.h"
 #include "platform/file_system.h"
 #include "platform/instance_lock.h"
+#include "platform/known_device_file.h"
 #include "platform/qt/file_wishes.h"
 #include "platform/qt/logind_guard.h"
 #include "platform/qt/qt_clipboard.h"
@@ -58,6 +59,10 @@ class Program {
     logic_.cycle.SetHandlers(forms_.Handlers());
     sleep_watch_.callOnTimeout([this] { sleep_guard_.StayAwake(IsAnyRecordingOn(logic_.state)); });
     port_.SpeakIn([this] { return LanguageOf(logic_.state.Settings.HelpLang); });
+    port_.RememberIn([this] {
+      const std::string& home = logic_.state.DataHome;
+      return home.empty() ? "" : JoinPath(home, kKnownDeviceFile);
+    });
   }
 
   ~Program() {

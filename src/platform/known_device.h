@@ -48,6 +48,8 @@ struct KnownDevice {
   std::optional<Adapter> Plugged;
   // No other adapter in the machine had the same serial number: the number alone tells it.
   bool HasItsOwnSerial = false;
+
+  bool operator==(const KnownDevice& other) const = default;
 };
 
 // The device that was found by `path` and is open as number `device`.

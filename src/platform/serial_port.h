@@ -28,8 +28,8 @@ class SerialPort {
 
   // Opens port COM`number` (1..30) with `settings` such as "4800,n,8,2": speed, parity (e, n
   // or o), data bits, stop bits; no flow control. Closes what was open before. A device that was
-  // open under that number and is away is waited for, so this fails once; the next time the number
-  // means whatever has its name then.
+  // open under that number, in an earlier run too, and is away is waited for, so this fails once;
+  // the next time the number means whatever has its name then.
   [[nodiscard]] virtual PortOpening Open(int number, std::string_view settings) = 0;
 
   // Opens the device again that the last Open opened and that has vanished since, with the same

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/known_device_file.h"
 #include "tests/support/adapter_tree.h"
 #include "tests/support/pseudo_terminal.h"
 #include "tests/support/wait_until.h"
@@ -169,6 +170,97 @@ class ReplugOfAnAdapter : public testing::Test {
   QtSerialPort port{home.Path(), tree.Places()};
   Link link{port, clock};
 };
+
+// A port of the next run of the program, with the same file of what it was before.
+class ReplugOverARestart : public ReplugOfAnAdapter {
+ protected:
+  ReplugOverARestart() { Remember(port); }
+  void Remember(QtSerialPort& each) {
+    each.RememberIn([this] { return home.File(kKnownDeviceFile); });
+  }
+  // The program ends with its adapter out.
+  void EndWithout(const TestAdapter& adapter) {
+    Open(adapter);
+    PullOut();
+    link.LinkClose();
+  }
+  bool OpensInTheNextRun() {
+    next_link.LinkOpen({"COM5", 0, 4});
+    return next_link.PortOpen;
+  }
+
+  QtSerialPort next{home.Path(), tree.Places()};
+  Link next_link{next, clock};
+};
+
+TEST_F(ReplugOverARestart, OpensNoOtherThatHasItsName) {
+  Remember(next);
+  EndWithout({"A50285BI"});
+  far = std::make_unique<PseudoTerminal>();
+  tree.Plug("ttyUSB0", far->Device(), {"B7"});
+  EXPECT_FALSE(OpensInTheNextRun());
+  EXPECT_EQ(far->ReceiveWaiting(), "");
+  EXPECT_THAT(next_link.PortErrorText, testing::HasSubstr("serial number A50285BI"));
+  EXPECT_TRUE(OpensInTheNextRun()) << "the settings were confirmed: it is meant";
+}
+
+TEST_F(ReplugOverARestart, OpensNoDeviceThatItsNameFallsThroughTo) {
+  Remember(next);
+  EndWithout({"A50285BI"});
+  PseudoTerminal foreign;
+  std::filesystem::create_symlink(foreign.Device(), tree.Device("ttyS4"));
+  std::filesystem::create_symlink(foreign.Device(), home.File("COM5"));
+  EXPECT_FALSE(OpensInTheNextRun());
+  EXPECT_EQ(foreign.ReceiveWaiting(), "");
+}
+
+TEST_F(ReplugOverARestart, OpensItUnderItsNewNumber) {
+  Remember(next);
+  EndWithout({"A50285BI"});
+  far = std::make_unique<PseudoTerminal>();
+  tree.Plug("ttyUSB0", far->Device(), {"B7", "1-3"});
+  auto same = std::make_unique<PseudoTerminal>();
+  tree.Plug("ttyUSB1", same->Device(), {"A50285BI", "2-4"});
+  ASSERT_TRUE(OpensInTheNextRun()) << next_link.PortErrorText;
+  EXPECT_EQ(next.Device(), tree.Device("ttyUSB1"));
+}
+
+TEST_F(ReplugOverARestart, AsksNothingIfAnotherNumberIsChosen) {
+  Remember(next);
+  EndWithout({"A50285BI"});
+  PseudoTerminal other;
+  std::filesystem::create_symlink(other.Device(), home.File("COM7"));
+  next_link.LinkOpen({"COM7", 0, 4});
+  EXPECT_TRUE(next_link.PortOpen) << next_link.PortErrorText;
+  EXPECT_FALSE(std::filesystem::exists(home.File(kKnownDeviceFile)))
+      << "a device without an adapter cannot be taken for another";
+}
+
+// Whatever the file holds, the port opens by its name or is refused in words.
+TEST_F(ReplugOverARestart, GoesByTheNameIfTheFileIsSpoilt) {
+  Remember(next);
+  EndWithout({"A50285BI"});
+  const std::string whole = home.Read(kKnownDeviceFile);
+  far = std::make_unique<PseudoTerminal>();
+  tree.Plug("ttyUSB0", far->Device(), {"B7"});
+  for (std::size_t cut = 0; cut + 2 < whole.size(); ++cut) {
+    home.Write(kKnownDeviceFile, whole.substr(0, cut));
+    EXPECT_EQ(ReadKnownDevice(home.File(kKnownDeviceFile), 5), std::nullopt) << cut;
+  }
+  EXPECT_TRUE(OpensInTheNextRun()) << next_link.PortErrorText;
+}
+
+// A port that is used by another program for a moment is still the same port afterwards.
+TEST_F(ReplugOverARestart, WaitsForItAlsoBehindAnOpeningThatWasRefused) {
+  Remember(next);
+  EndWithout({"A50285BI"});
+  far = std::make_unique<PseudoTerminal>();
+  tree.Plug("ttyUSB1", "/dev/null", {"A50285BI"});
+  EXPECT_FALSE(OpensInTheNextRun()) << "it is no serial port";
+  tree.Plug("ttyUSB0", far->Device(), {"B7", "1-3"});
+  EXPECT_FALSE(OpensInTheNextRun());
+  EXPECT_EQ(far->ReceiveWaiting(), "");
+}
 
 TEST_F(ReplugOfAnAdapter, OpensItUnderItsNewNumber) {
   Open({"A50285BI"});

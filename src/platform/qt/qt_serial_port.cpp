@@ -7,6 +7,7 @@
 #include <thread>
 #include <utility>
 
+#include "platform/known_device_file.h"
 #include "platform/port_lock.h"
 #include "platform/qt/serial_advice.h"
 #include "platform/qt/serial_device.h"
@@ -50,7 +51,7 @@ QtSerialPort::QtSerialPort(std::string program_directory, SerialPlaces places)
 PortOpening QtSerialPort::Open(int number, std::string_view settings) {
   Close();
   event_ = 0;
-  const auto before = number == number_ ? std::exchange(known_, std::nullopt) : std::nullopt;
+  const auto before = number == number_ ? known_ : Remembered(number);
   known_.reset();
   number_ = number;
   const auto wanted = ReadSerialSettings(settings);
@@ -69,13 +70,28 @@ PortOpening QtSerialPort::Open(int number, std::string_view settings) {
   PortOpening opening = OpenAt(device);
   if (opening.Error == 0) {
     known_ = Recognise(device, DeviceNumber(), places_);
+    Remember();
+  } else {
+    known_ = before;
   }
   return opening;
 }
 
-// A port that was open before under the same number stays the same device: the settings may have
-// been confirmed for another reason while its adapter was out. A link that the user has laid anew
-// meanwhile counts.
+std::optional<KnownDevice> QtSerialPort::Remembered(int number) const {
+  const std::string file = memory_();
+  return file.empty() ? std::nullopt : ReadKnownDevice(file, number);
+}
+
+void QtSerialPort::Remember() const {
+  const std::string file = memory_();
+  if (!file.empty()) {
+    KeepKnownDevice(file, number_, *known_);
+  }
+}
+
+// A port that was open before under the same number, be it in an earlier run, stays the same
+// device: the settings may have been confirmed for another reason while its adapter was out. A link
+// that the user has laid anew meanwhile counts.
 std::string QtSerialPort::DeviceToOpen(const std::optional<KnownDevice>& before) const {
   std::string named = SerialDevice(number_, program_directory_, places_.DeviceDirectory);
   if (!before) {

@@ -28,6 +28,10 @@ class QtSerialPort : public SerialPort {
   // The language in which the user is told why a port does not open; English without it.
   void SpeakIn(std::function<Language()> language) { language_ = std::move(language); }
 
+  // The file in which the adapter in use is kept for the next run (platform/known_device_file.h),
+  // asked for at each opening; none while it is empty.
+  void RememberIn(std::function<std::string()> file) { memory_ = std::move(file); }
+
   // A settings text that is empty or broken is refused like a port that does not exist.
   [[nodiscard]] PortOpening Open(int number, std::string_view settings) override;
   [[nodiscard]] PortOpening Reopen() override;
@@ -43,6 +47,8 @@ class QtSerialPort : public SerialPort {
  private:
   void OnError(QSerialPort::SerialPortError error);
   void Apply(const SerialSettings& settings);
+  [[nodiscard]] std::optional<KnownDevice> Remembered(int number) const;
+  void Remember() const;
   [[nodiscard]] std::string DeviceToOpen(const std::optional<KnownDevice>& before) const;
   [[nodiscard]] PortOpening OpenAt(const std::string& device);
   [[nodiscard]] PortOpening LockedByOthers(const std::string& device) const;
@@ -56,6 +62,7 @@ class QtSerialPort : public SerialPort {
 
   std::string program_directory_;
   std::function<Language()> language_ = [] { return Language::kEnglish; };
+  std::function<std::string()> memory_ = [] { return std::string(); };
   SerialPlaces places_;
   QSerialPort port_;
   int number_ = 0;                    // of the last Open
