@@ -112,7 +112,7 @@ struct DrawingBench {
   PlotSurface strip;
   PlotSurface legend;
   GraphSurfaces surfaces{
-      {{{pic_c[0], img_c[0], strip, strip}, {pic_c[1], img_c[1], strip, strip}}}, legend, legend};
+      {{{{pic_c[0], img_c[0], strip, strip}, {pic_c[1], img_c[1], strip, strip}}}}, legend, legend};
   Graph graph;
 };
 
@@ -197,8 +197,8 @@ void FullFileFine(benchmark::State& state) {
 }
 BENCHMARK(FullFileFine)->Name("the same on a screen of twice the scale")->Iterations(kRounds);
 
-// The worst that there is to draw: a stroke over half the plot for each word. Events are served in
-// between, but the later ones wait.
+// The worst that there is to draw: a stroke over half the plot for each word. Events are served
+// in between, but the later ones wait.
 void FullFileOfNoise(benchmark::State& state) {
   FakeEvents events;
   PlotterBench bench(kInputs, events, Noise);

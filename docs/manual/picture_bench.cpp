@@ -31,37 +31,22 @@ instrument::InstrumentSettings SettingsOf(int inet) {
 }  // namespace
 
 PictureLine::PictureLine(FakeClock& clock, FakePort& port)
-    : clock_(clock),
-      line_(instrument::LineMode::kPlugin, forgotten_),
-      reader_(instrument::LineMode::kPlugin) {
+    : instruments_(clock, port, instrument::LineMode::kPlugin) {
   using Kind = instrument::OvenStart::Kind;
+  instrument::InstrumentLine& line = instruments_.Line();
   for (const int inet : {1, 2}) {
-    line_.Add(SettingsOf(inet));
-    static_cast<void>(line_.Find(inet)->StartSampling({}, kInterval));
+    line.Add(SettingsOf(inet));
+    static_cast<void>(line.Find(inet)->StartSampling({}, kInterval));
   }
-  line_.Find(1)->StartOven({1, Kind::kRamp, 220, 0.12, false});
-  line_.Find(1)->StartOven({2, Kind::kHold, 220, 0, false});
-  line_.Find(2)->StartOven({1, Kind::kHold, 180, 0, true});
-  port.answer = [this](const std::string& command) { return Answer(command); };
+  line.Find(1)->StartOven({1, Kind::kRamp, 220, 0.12, false});
+  line.Find(1)->StartOven({2, Kind::kHold, 220, 0, false});
+  line.Find(2)->StartOven({1, Kind::kHold, 180, 0, true});
 }
 
 void PictureLine::Pass(seconds time) {
   for (const int inet : {1, 2}) {
-    line_.Find(inet)->Pass(time);
+    instruments_.Line().Find(inet)->Pass(time);
   }
-}
-
-std::string PictureLine::Answer(const std::string& bytes) {
-  const auto now = std::chrono::floor<milliseconds>(clock_.Elapsed());
-  line_.Advance(now - passed_, instrument::Instrument::Pace::kFine);
-  passed_ = now;
-  std::string replies;
-  for (const char byte : bytes) {
-    const auto command = reader_.Take(byte);
-    const auto reply = command ? line_.Answer(*command) : std::nullopt;
-    replies += reply ? reply->bytes : "";
-  }
-  return replies;
 }
 
 PictureBench::PictureBench(const LabWords& words)

@@ -10,7 +10,6 @@
 
 #include "app/program_logic.h"
 #include "app/program_screens.h"
-#include "instrument/instrument_line.h"
 #include "main/forms/tavrel.h"
 #include "platform/qt/qt_events.h"
 #include "platform/qt/qt_screens.h"
@@ -18,6 +17,7 @@
 #include "tests/support/fake_output.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/fake_screen.h"
+#include "tests/support/instruments_here.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {
@@ -33,13 +33,7 @@ class PictureLine {
   void Pass(std::chrono::seconds time);
 
  private:
-  [[nodiscard]] std::string Answer(const std::string& bytes);
-
-  FakeClock& clock_;
-  instrument::TruthFile forgotten_;
-  instrument::InstrumentLine line_;
-  instrument::TelegramReader reader_;
-  std::chrono::milliseconds passed_{0};
+  InstrumentsHere instruments_;
 };
 
 class NoShell : public Shell {

@@ -103,7 +103,7 @@ class Program {
     return taking;
   }
 
-  // As soon as nothing of the user's is in the way; of several wishes the last one.
+  // As soon as no form, box or menu is open that the user works in; of several files the last one.
   void ShowWishedFile() {
     const bool is_in_the_way = QApplication::activeModalWidget() != nullptr ||
                                QApplication::activePopupWidget() != nullptr ||

@@ -4,7 +4,7 @@
 
 namespace tavrel {
 
-// Here and not in the header: what joins all parts is translated once.
+// Here and not in the header: what joins all parts is compiled once.
 ProgramLogic::ProgramLogic(const Machine& on) : machine(on) {}
 
 ProgramLogic::~ProgramLogic() = default;

@@ -22,7 +22,7 @@ constexpr Character kBrokenByte{U'?', 1, true};
 struct Lead {
   std::size_t Bytes = 0;  // 0: no character starts like this
   char32_t Bits = 0;      // its share of the code
-  char32_t Smallest = 0;  // a smaller code in so many bytes is a forgery
+  char32_t Smallest = 0;  // a smaller code in so many bytes is no UTF-8
 };
 
 constexpr Lead LeadOf(unsigned char byte) {

@@ -79,7 +79,7 @@ class CopyFiles : public ModalScreen {
   Parts parts_;
   DirectoryLists lists_;
   CopyFilesValues values_;
-  bool stop_ = false;  // the user has had enough
+  bool stop_ = false;  // the user wants the copying to end
 };
 
 }  // namespace tavrel

@@ -21,9 +21,9 @@ struct MessageRequest {
   bool CmdCancel = false;  // the button shows, and Escape answers
 };
 
-// ALL_MSG, the family's own message box with one or two answers: what its form shows. One
-// instance for the life of the program; the form is open at most once. The boxes of this
-// program are those of the platform; the form stands by for the instruments that want it.
+// ALL_MSG, a message box with one or two answers: what its form shows. One instance for the life of
+// the program; the form is open at most once. The boxes of this program are those of the platform;
+// the form is kept for the instruments that need it.
 class MessageBoxLogic : public ModalScreen {
  public:
   static constexpr BothLanguages kOkTip{" ok   (enter-key)", " Ja  (Eingabe-Taste) "};

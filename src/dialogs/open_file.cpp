@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/element.h"
 #include "base/text.h"
 #include "platform/file_system.h"
 #include "state/settings_store.h"
@@ -77,8 +78,8 @@ void OpenFile::Select(int current_row, RowBlock block) {
 }
 
 std::string OpenFile::NameAt(int row) const {
-  const bool is_row = row >= 0 && row < static_cast<int>(Rows().size());
-  return is_row ? Rows()[static_cast<std::size_t>(row)].Name : std::string();
+  const IndexRow* found = ElementAt(Rows(), row);
+  return found != nullptr ? found->Name : std::string();
 }
 
 std::vector<std::string> OpenFile::SelectedNames() const {

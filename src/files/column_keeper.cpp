@@ -163,7 +163,7 @@ void ColumnKeeper::Suspect(int slot) {
   columns_[slot].is_suspicion = true;
 }
 
-// A slot that fell asleep in the middle of a set found nothing for one of its inputs. After more
+// A slot that began to wait in the middle of a set found nothing for one of its inputs. After more
 // than an interval its value is there, or the instrument was switched off and on in between: its
 // next values would be of a later set, so the counts are looked at before any is read.
 void ColumnKeeper::Watch(int slot) {

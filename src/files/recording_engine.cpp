@@ -214,7 +214,8 @@ void RecordingEngine::NoteExchange(int slot, std::chrono::nanoseconds asked) {
   }
 }
 
-// A bad line is no news for the journal, an instrument that is away is.
+// The journal does not tell of exchanges that fail for a short time, as on a bad line, but of an
+// instrument that is away.
 void RecordingEngine::NoteSilence(int slot, std::chrono::nanoseconds asked) {
   const auto since = silent_since_[slot].value_or(asked);
   silent_since_[slot] = since;

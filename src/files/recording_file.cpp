@@ -116,15 +116,12 @@ std::string RecordingFiles::RefuseForGood(int slot, const std::string& why) {
   return state_.SlotFile[slot] + why;
 }
 
-// The slot that has the file at `path` already, or that comes first with a key of the same name
-// and still waits for its file; 0 if there is none. The viewer may look at any file.
+// The slot that has the file at `path` already, or that comes first and still waits for it; 0 if
+// there is none. The viewer may look at any file.
 int RecordingFiles::OwnerOf(int slot, const std::string& path) const {
-  const auto waits_for_it = [&](int other) {
-    return other < slot && state_.SlotFile[other].empty() &&
-           EqualNoCase(state_.Settings.ActiveFiles[other - 1], state_.SlotFile[slot]);
-  };
   for (int other = 1; IsSlot(slot) && other <= kSlots; ++other) {
-    if (other != slot && (waits_for_it(other) || IsFileOfSlot(state_, other, path))) {
+    const bool waits_for_it = other < slot && IsAwaitedFile(state_, other, path);
+    if (waits_for_it || (other != slot && IsFileOfSlot(state_, other, path))) {
       return other;
     }
   }
@@ -523,14 +520,20 @@ std::optional<std::int16_t> RecordingFiles::ReadSample(int slot, std::int32_t ro
   return got == kWordBytes ? std::optional(word) : std::nullopt;
 }
 
-// The slot holds nothing from here on, and no cycle touches it.
-void RecordingFiles::Refuse(int slot, const char* title, const std::string& text) {
+void RecordingFiles::EmptySlot(int slot) {
+  if (!IsTableSlot(slot)) {
+    return;
+  }
   CloseRecordingFile(slot);
   state_.SlotFile[slot].clear();
   state_.SampleCount[slot] = 0;
   state_.ReadState[slot] = ReadState::kIdle;
   state_.WriteFailed[slot] = false;
   ForgetShown(slot);
+}
+
+void RecordingFiles::Refuse(int slot, const char* title, const std::string& text) {
+  EmptySlot(slot);
   messages_.Report(slot, {text, title});
 }
 

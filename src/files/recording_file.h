@@ -88,6 +88,10 @@ class RecordingFiles {
   // What was written is on the disk afterwards.
   void CloseRecordingFile(int slot);
 
+  // Closes the file and takes it from the slot: the slot holds nothing from here on, and no cycle
+  // touches it. The key of the settings that names the file stays.
+  void EmptySlot(int slot);
+
   // Deletes the file at `path`, which held no sample when its slot has left it, unless a slot or
   // the viewer has it: somebody looks at it.
   void DropEmptyFile(const std::string& path);

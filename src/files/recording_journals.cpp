@@ -129,7 +129,7 @@ void RecordingJournals::GoOn(int slot, JournalReading reading, std::span<const s
   }
 }
 
-// The old journal is evidence of what was, so that it stays under another name.
+// The old journal tells what happened before, so it is kept under another name.
 void RecordingJournals::BeginAnew(int slot, const std::string& why, bool has_old) {
   Entry& entry = Of(slot);
   const std::string& name = state_.SlotFile[slot];
@@ -372,7 +372,7 @@ void RecordingJournals::TellProblem(int slot) {
   }
   const std::string problem = std::exchange(problem_, "");
   is_told_ = true;
-  const Messages::Deferral deferral(messages_);  // a box would stand in the middle of a deed
+  const Messages::Deferral deferral(messages_);  // a box would interrupt what is not finished yet
   messages_.Report(slot, {state_.SlotFile[slot] + ": the journal cannot be written (" + problem +
                               "); the recording goes on without it",
                           kWriteTitle});

@@ -1,5 +1,6 @@
 #include "graph/axis_ticks.h"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <span>
@@ -117,8 +118,8 @@ void ReferenceTicks::Add(double x, const std::string& text) {
   if (AxisTickCount >= kMaxAxisTicks) {
     return;
   }
-  AxisTickX.at(static_cast<std::size_t>(AxisTickCount)) = x;
-  AxisTickText.at(static_cast<std::size_t>(AxisTickCount)) = text;
+  AxisTickX[AxisTickCount] = x;
+  AxisTickText[AxisTickCount] = text;
   ++AxisTickCount;
 }
 

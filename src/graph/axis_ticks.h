@@ -1,12 +1,12 @@
 #ifndef TAVREL_GRAPH_AXIS_TICKS_H_
 #define TAVREL_GRAPH_AXIS_TICKS_H_
 
-#include <array>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/numbered.h"
 #include "graph/view_frame.h"
 
 // Where the grid lines of an axis are and what stands at them. The same ticks serve the screen,
@@ -45,8 +45,8 @@ inline constexpr int kMaxAxisTicks = 20;
 // the last drawing.
 struct ReferenceTicks {
   int AxisTickCount = 0;
-  std::array<double, kMaxAxisTicks> AxisTickX{};  // record numbers
-  std::array<std::string, kMaxAxisTicks> AxisTickText;
+  Numbered<double, 0, kMaxAxisTicks - 1> AxisTickX;  // record numbers
+  Numbered<std::string, 0, kMaxAxisTicks - 1> AxisTickText;
 
   // No effect when the table is full.
   void Add(double x, const std::string& text);

@@ -5,7 +5,7 @@ namespace {
 
 void AddCurve(const UnitRecord& unit, int input, CurveList& list) {
   const int code = unit.UnitColour[input];
-  Curve& curve = list.Curves.at(static_cast<std::size_t>(list.CurveCount));
+  Curve& curve = list.Curves[list.CurveCount];
   ++list.CurveCount;
   curve.CurveInput = input;
   curve.CurveColumn = list.ColumnCount;

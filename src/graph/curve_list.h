@@ -1,9 +1,8 @@
 #ifndef TAVREL_GRAPH_CURVE_LIST_H_
 #define TAVREL_GRAPH_CURVE_LIST_H_
 
-#include <array>
-
 #include "base/colour.h"
+#include "base/numbered.h"
 #include "state/curve_colours.h"
 #include "state/unit_record.h"
 
@@ -17,6 +16,10 @@ struct Curve {
   Colour CurveColor;                    // black until a palette number has given one
 };
 
+// A table by the place of a curve in the list, counted from 0.
+template <typename T>
+using ByCurve = Numbered<T, 0, kInputs - 1>;
+
 // The curves that a header shows, in the order of the inputs.
 struct CurveList {
   int CurveCount = 0;   // 0..15 of Curves are in use
@@ -24,11 +27,9 @@ struct CurveList {
   // Column of the reference input. It is found only if the reference input is itself a curve;
   // hidden, it keeps what it was (0 at first), and column 0 is the last word of the row before.
   int RefColumn = 0;
-  std::array<Curve, kInputs> Curves;
+  ByCurve<Curve> Curves;
 
-  [[nodiscard]] const Curve& At(int place) const {
-    return Curves.at(static_cast<std::size_t>(place));
-  }
+  [[nodiscard]] const Curve& At(int place) const { return Curves[place]; }
 };
 
 // Fills the list anew. A colour code without a palette number leaves the colour that the place in

@@ -51,7 +51,7 @@ class PartOfCurve {
 // Of the row next to the cursor. Rows that are not recorded yet have none.
 CurveReading::RowValues CurveReading::ValuesAt(double minutes) const {
   RowValues row;
-  const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
+  const int slot = parts_.state.SelSlot;
   const int channels = parts_.state.Unit[slot].UnitChannels;
   const int interval = parts_.state.RecInterval[slot];
   const int record = RecordOfRow(RowAt(minutes, interval, channels), channels);
@@ -60,7 +60,7 @@ CurveReading::RowValues CurveReading::ValuesAt(double minutes) const {
   for (int k = 0; k < curves.CurveCount; ++k) {
     const int column = curves.At(k).CurveColumn;
     if (record <= parts_.graph.Shown().RecEnd && reader.Word(record + column) != kNoData) {
-      row.at(static_cast<std::size_t>(k)) = parts_.plotter.ValueAt(reader, record, column);
+      row[k] = parts_.plotter.ValueAt(reader, record, column);
     }
   }
   return row;
@@ -71,10 +71,10 @@ int CurveReading::CurveAt(PlotPoint at, const RowValues& row) const {
   const ViewFrame& view = parts_.graph.Shown();
   double least = kNearCurve * std::abs(view.YTop - view.YBottom);
   int nearest = -1;
-  for (std::size_t k = 0; k < row.size(); ++k) {
-    const double away = row.at(k) ? std::abs(*row.at(k) - at.Y) : least + 1;
+  for (int k = 0; k < kInputs; ++k) {
+    const double away = row[k] ? std::abs(*row[k] - at.Y) : least + 1;
     if (away <= least) {
-      nearest = static_cast<int>(k);
+      nearest = k;
       least = away;
     }
   }
@@ -85,7 +85,7 @@ void CurveReading::Follow(PlotPoint at) {
   const ViewFrame& view = parts_.graph.Shown();
   const RowValues row = ValuesAt(std::clamp(at.X, view.XLeft, view.XRight));
   for (std::size_t k = 0; k < parts_.values.Legend.size(); ++k) {
-    parts_.values.Legend[k].Value = row.at(k) ? ValueText(*row.at(k)) : "";
+    parts_.values.Legend[k].Value = row[k] ? ValueText(*row[k]) : "";
   }
   ShowStrong(parts_.graph.DragOn ? -1 : CurveAt(at, row));
 }
@@ -118,7 +118,7 @@ std::vector<std::optional<PlotPoint>> CurveReading::StrongPoints() const {
   }
   const int column = parts_.graph.Curves.At(place).CurveColumn;
   const int width = view.RecLast - view.RecFirst;
-  SampleReader reader(parts_.state.SlotFileNo[static_cast<std::size_t>(parts_.state.SelSlot)]);
+  SampleReader reader(parts_.state.SlotFileNo[parts_.state.SelSlot]);
   PartOfCurve part;
   int number = 0;
   for (int record = view.RecFirst; record < view.RecDrawn; record += view.RecStep) {

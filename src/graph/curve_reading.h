@@ -1,7 +1,6 @@
 #ifndef TAVREL_GRAPH_CURVE_READING_H_
 #define TAVREL_GRAPH_CURVE_READING_H_
 
-#include <array>
 #include <optional>
 #include <vector>
 
@@ -40,7 +39,7 @@ class CurveReading {
   [[nodiscard]] std::vector<std::optional<PlotPoint>> StrongPoints() const;
 
  private:
-  using RowValues = std::array<std::optional<double>, kInputs>;
+  using RowValues = ByCurve<std::optional<double>>;
 
   [[nodiscard]] RowValues ValuesAt(double minutes) const;
   [[nodiscard]] int CurveAt(PlotPoint at, const RowValues& row) const;

@@ -366,7 +366,7 @@ void Graph::PbMark_Click(int index) {
   if (!IsLive() || graph_.ViewShown != kPartView || index < 0 || index > 2) {
     return;
   }
-  values_.PbMarkEnabled.at(static_cast<std::size_t>(index)) = false;
+  values_.PbMarkEnabled[index] = false;
   values_.Lbl_InstrShown = false;
   values_.Up_ArrowShown = false;
   tools_.BeginTool();

@@ -24,7 +24,7 @@ void GraphMarks::Start(int index) {
   if (index < kDelete || index > kComment) {
     return;
   }
-  parts_.values.PbMarkEnabled.at(static_cast<std::size_t>(index)) = false;
+  parts_.values.PbMarkEnabled[index] = false;
   if (index == kDelete) {
     DeleteLast();
     return;
@@ -137,12 +137,10 @@ void GraphMarks::Keep(const std::array<std::int16_t, kMarkCodes>& codes, const s
     Refuse();
     return;
   }
-  const auto place = static_cast<std::size_t>(count);
   auto positions = Unit().UnitMarkPos;
   auto texts = Unit().UnitMarkText;
-  std::copy(codes.begin(), codes.end(),
-            positions.begin() + static_cast<std::ptrdiff_t>(place * kMarkCodes));
-  texts.at(place).Set(text);
+  std::copy(codes.begin(), codes.end(), positions.begin() + std::ptrdiff_t{count} * kMarkCodes);
+  texts.at(static_cast<std::size_t>(count)).Set(text);
   EditHeader(parts_.state, parts_.state.SelSlot, [&](UnitRecord& header) {
     header.UnitMarks = static_cast<std::int16_t>(count + 1);
     header.UnitMarkPos = positions;
@@ -172,11 +170,11 @@ std::string GraphMarks::LabelOfPoint() const {
 }
 
 const ViewFrame& GraphMarks::View() const {
-  return parts_.graph.Views.at(kPartView);
+  return parts_.graph.Views[kPartView];
 }
 
-std::size_t GraphMarks::Slot() const {
-  return static_cast<std::size_t>(parts_.state.SelSlot);
+int GraphMarks::Slot() const {
+  return parts_.state.SelSlot;
 }
 
 UnitRecord& GraphMarks::Unit() const {
@@ -184,7 +182,7 @@ UnitRecord& GraphMarks::Unit() const {
 }
 
 Surface& GraphMarks::ImgC() const {
-  return parts_.plotter.Surfaces().Views.at(kPartView).ImgC;
+  return parts_.plotter.Surfaces().Views[kPartView].ImgC;
 }
 
 }  // namespace tavrel

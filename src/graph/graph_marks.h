@@ -56,7 +56,7 @@ class GraphMarks {
   [[nodiscard]] PlotPoint TextPlace() const;
   [[nodiscard]] std::string LabelOfPoint() const;
   [[nodiscard]] const ViewFrame& View() const;
-  [[nodiscard]] std::size_t Slot() const;
+  [[nodiscard]] int Slot() const;
   [[nodiscard]] UnitRecord& Unit() const;
   [[nodiscard]] Surface& ImgC() const;
 

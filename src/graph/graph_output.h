@@ -71,8 +71,8 @@ class GraphOutput {
   [[nodiscard]] SubfileOrigin Origin() const;
   [[nodiscard]] ReportContent Content() const;
   [[nodiscard]] ReportStyle Style(bool is_colour) const;
-  [[nodiscard]] const ViewFrame& View() const { return parts_.graph.State().Views.at(kPartView); }
-  [[nodiscard]] std::size_t Slot() const { return static_cast<std::size_t>(parts_.state.SelSlot); }
+  [[nodiscard]] const ViewFrame& View() const { return parts_.graph.State().Views[kPartView]; }
+  [[nodiscard]] int Slot() const { return parts_.state.SelSlot; }
   [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[Slot()]; }
   [[nodiscard]] const std::string& File() const { return parts_.state.SlotFile[Slot()]; }
 

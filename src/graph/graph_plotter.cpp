@@ -70,7 +70,7 @@ std::optional<double> GraphPlotter::ReferenceAt(SampleReader& reader, int record
 }
 
 void GraphPlotter::RestorePicture(int view) {
-  const ViewSurfaces& to = surfaces_->Views.at(static_cast<std::size_t>(view));
+  const ViewSurfaces& to = surfaces_->Views[view];
   to.PicC.TakePicture(to.ImgC);
   to.PicC.Refresh();
 }
@@ -87,7 +87,7 @@ void GraphPlotter::PrepareView() {
   } else {
     FramePartView();
   }
-  const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
+  const int slot = parts_.state.SelSlot;
   const bool is_high = SetRecords(parts_.graph.Shown(), Unit(), parts_.state.RecInterval[slot],
                                   parts_.state.SampleCount[slot]);
   parts_.values.lblRes = is_high ? "high" : "low";
@@ -148,8 +148,7 @@ void GraphPlotter::TakeStartPoints() {
   SampleReader reader(parts_.state.SlotFileNo[parts_.state.SelSlot]);
   const CurveList& curves = parts_.graph.Curves;
   for (int k = 0; k < curves.CurveCount; ++k) {
-    view.CurveLastY.at(static_cast<std::size_t>(k)) =
-        ValueAt(reader, view.RecFirst, curves.At(k).CurveColumn);
+    view.CurveLastY[k] = ValueAt(reader, view.RecFirst, curves.At(k).CurveColumn);
   }
   view.RecPrev = view.RecFirst;
 }
@@ -182,8 +181,7 @@ void GraphPlotter::DrawAxes() {
   if (!HasReferenceAxis()) {
     DrawTimeAxis(to);
   }
-  parts_.values.LblAxis.at(static_cast<std::size_t>(parts_.graph.ViewShown)) =
-      AxisUnit(view, HasReferenceAxis());
+  parts_.values.LblAxis[parts_.graph.ViewShown] = AxisUnit(view, HasReferenceAxis());
   DrawValueAxis(to);
   if (IsRelative()) {
     to.ImgC.Line({view.XLeft, 0, view.XRight, 0, kBlack});
@@ -217,7 +215,7 @@ void GraphPlotter::DrawValueAxis(const ViewSurfaces& to) {
 
 void GraphPlotter::DrawCurves() {
   ViewFrame& view = parts_.graph.Shown();
-  const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
+  const int slot = parts_.state.SelSlot;
   view.RecEnd = RecEndOf(view, parts_.state.SampleCount[slot], Unit().UnitChannels);
   if (view.RecNow >= view.RecEnd) {
     return;
@@ -352,7 +350,7 @@ void GraphPlotter::DrawRow(SampleReader& reader) {
   std::size_t count = 0;
   for (int k = 0; k < curves.CurveCount; ++k) {
     const Curve& curve = curves.At(k);
-    std::optional<double>& last = view.CurveLastY.at(static_cast<std::size_t>(k));
+    std::optional<double>& last = view.CurveLastY[k];
     std::optional<double> y = reader.Degrees(view.RecNow + curve.CurveColumn);
     y = y && reference ? std::optional(*y - *reference) : std::nullopt;
     if (last && y) {

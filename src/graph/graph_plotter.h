@@ -34,9 +34,7 @@ class GraphPlotter {
   void Attach(GraphSurfaces* surfaces) { surfaces_ = surfaces; }
   [[nodiscard]] bool IsAttached() const { return surfaces_ != nullptr; }
   [[nodiscard]] GraphSurfaces& Surfaces() { return *surfaces_; }
-  [[nodiscard]] ViewSurfaces& Shown() {
-    return surfaces_->Views.at(static_cast<std::size_t>(parts_.graph.ViewShown));
-  }
+  [[nodiscard]] ViewSurfaces& Shown() { return surfaces_->Views[parts_.graph.ViewShown]; }
 
   // Paints the marks of the part view when its empty plot is painted.
   void SetMarks(std::function<void()> show_marks) { show_marks_ = std::move(show_marks); }

@@ -9,7 +9,7 @@ constexpr const char* kTitle = "Printer";
 constexpr int kBlackPrinter = 1;  // PCOLORTYPE
 constexpr int kColourPrinter = 2;
 
-// Some printers that are in truth files call themselves black.
+// Some printers that make a file say of themselves that they print black only.
 bool IsColour(const PrintChoice& choice) {
   return choice.IsColour || choice.PrinterName.find("Acro") != std::string::npos;
 }

@@ -1,7 +1,6 @@
 #ifndef TAVREL_GRAPH_GRAPH_STATE_H_
 #define TAVREL_GRAPH_GRAPH_STATE_H_
 
-#include <array>
 #include <optional>
 
 #include "graph/axis_ticks.h"
@@ -68,7 +67,7 @@ struct ToolButton {
 // What the parts of the graph share: which curves, which views, which tool. Plain data.
 struct GraphState {
   CurveList Curves;
-  std::array<ViewFrame, kViews> Views;
+  ByView<ViewFrame> Views;
   ReferenceTicks AxisTicks;
 
   int ViewShown = kOverview;
@@ -86,10 +85,8 @@ struct GraphState {
   double PartY1 = 0;
   double PartY2 = 0;
 
-  [[nodiscard]] ViewFrame& Shown() { return Views.at(static_cast<std::size_t>(ViewShown)); }
-  [[nodiscard]] const ViewFrame& Shown() const {
-    return Views.at(static_cast<std::size_t>(ViewShown));
-  }
+  [[nodiscard]] ViewFrame& Shown() { return Views[ViewShown]; }
+  [[nodiscard]] const ViewFrame& Shown() const { return Views[ViewShown]; }
 };
 
 // The pictures of one view. On the screen PicC is what the user sees and ImgC its copy in
@@ -103,7 +100,7 @@ struct ViewSurfaces {
 
 // All pictures of the form.
 struct GraphSurfaces {
-  std::array<ViewSurfaces, kViews> Views;
+  ByView<ViewSurfaces> Views;
   Surface& PicColor;  // line samples of the legend, scale (0, 0) to (1, 1)
   Surface& PicProd;   // its names, the same scale
 };

@@ -228,7 +228,7 @@ void GraphTools::ChooseCurveAt(PlotPoint at) {
   if (graph.GraphBusy || graph.ToolState != Tool::kChooseCurve) {
     return;
   }
-  const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
+  const int slot = parts_.state.SelSlot;
   const int channels = Unit().UnitChannels;
   const int record = RecordOfRow(RowAt(at.X, parts_.state.RecInterval[slot], channels), channels);
   SampleReader reader(parts_.state.SlotFileNo[slot]);
@@ -260,8 +260,8 @@ void GraphTools::TakeCurve(int place) {
   Prompt("draw baseline part 1 of 4");
 }
 
-// The first drag has a start that counts; the others run on from the point before, and the
-// rubber line is only an aid to the eye.
+// The first drag has a start that counts; the others run on from the point before, and the rubber
+// line only shows where the mouse is.
 void GraphTools::TakeBaselinePoint(PlotPoint at) {
   GraphState& graph = parts_.graph;
   const std::size_t part = PartOf(graph.ToolState);
@@ -312,7 +312,7 @@ void GraphTools::Integrate() {
 // word that cannot be read leaves a gap in both.
 double GraphTools::SumRows(int start, int end) {
   const ViewFrame& view = parts_.graph.Shown();
-  const auto slot = static_cast<std::size_t>(parts_.state.SelSlot);
+  const int slot = parts_.state.SelSlot;
   const int channels = Unit().UnitChannels;
   const Curve& curve = parts_.graph.Curves.At(sel_curve_ - 1);
   const double tolerance = std::abs(view.XRight - view.XLeft) / kTolerance;
@@ -360,7 +360,7 @@ void GraphTools::Start(int index) {
   if (index != 0 && index != 1) {
     return;
   }
-  values.PbEvalEnabled.at(static_cast<std::size_t>(index)) = false;
+  values.PbEvalEnabled[index] = false;
   BeginTool();
   graph.ToolState = index == 0 ? Tool::kFirstPoint : Tool::kChooseCurve;
   values.Up_ArrowShown = index == 1;
@@ -371,8 +371,8 @@ void GraphTools::Start(int index) {
 void GraphTools::DropDrag() {
   GraphState& graph = parts_.graph;
   if (graph.DragOn && graph.ToolState == Tool::kPartRange) {
-    const ViewFrame& view = graph.Views.at(kOverview);
-    Surface& picture = parts_.plotter.Surfaces().Views.at(kOverview).ImgC;
+    const ViewFrame& view = graph.Views[kOverview];
+    Surface& picture = parts_.plotter.Surfaces().Views[kOverview].ImgC;
     const Scale scale = picture.GetScale();
     picture.SetScale(view.RestingScale());
     parts_.plotter.PartFrame(picture);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/language.h"
+#include "base/numbered.h"
 #include "graph/view_frame.h"
 
 namespace tavrel {
@@ -16,6 +17,14 @@ struct LegendRow {
   bool IsCut = false;  // the name has no room in the legend
   std::string Value;   // at the cursor, degrees; empty: there is none
 };
+
+// Tables by the button of the arrays PbEval and PbMark.
+inline constexpr int kEvalTools = 2;
+inline constexpr int kMarkTools = 3;
+template <typename T>
+using ByEvalTool = Numbered<T, 0, kEvalTools - 1>;
+template <typename T>
+using ByMarkTool = Numbered<T, 0, kMarkTools - 1>;
 
 // What TavGraph shows beside its pictures. The form copies it to the widgets after each event.
 struct GraphValues {
@@ -32,8 +41,8 @@ struct GraphValues {
   bool PbSaveEnabled = false;
   bool PbCopyEnabled = false;
   bool PbPrintEnabled = false;
-  std::array<bool, 2> PbEvalEnabled{};
-  std::array<bool, 3> PbMarkEnabled{};
+  ByEvalTool<bool> PbEvalEnabled;
+  ByMarkTool<bool> PbMarkEnabled;
 
   bool CboXYShown = false;
   int CboXY = 0;  // index of kCboXYItems
@@ -41,8 +50,8 @@ struct GraphValues {
   bool picXYShown = true;  // the panel of the cursor read-out
   std::string lbX;
   std::string lbY;
-  std::string lblRes;                       // "high" or "low"
-  std::array<std::string, kViews> LblAxis;  // unit of the X axis
+  std::string lblRes;           // "high" or "low"
+  ByView<std::string> LblAxis;  // unit of the X axis
 
   // The prompts of the tools.
   bool Lbl_InstrShown = false;
@@ -69,8 +78,8 @@ struct GraphValues {
 
   void EnableTools(bool is_enabled) {
     PbSaveEnabled = PbCopyEnabled = PbPrintEnabled = is_enabled;
-    PbEvalEnabled.fill(is_enabled);
-    PbMarkEnabled.fill(is_enabled);
+    PbEvalEnabled.Fill(is_enabled);
+    PbMarkEnabled.Fill(is_enabled);
   }
 };
 

@@ -23,18 +23,17 @@ struct PlotPoint {
 [[nodiscard]] std::string CursorTextX(double minutes, bool is_in_hours);
 [[nodiscard]] std::string CursorTextY(double degrees);
 
-// The difference of two points: dy, dx in seconds, minutes or hours, and the slope in that unit;
-// no slope where dx is 0. Minutes or hours are chosen by dy, as every user of this read-out
-// knows it.
+// The difference of two points: dy, dx in seconds, minutes or hours, and the slope in that unit; no
+// slope where dx is 0. Minutes or hours are chosen by dy, as in all releases.
 [[nodiscard]] std::string DifferenceText(const PlotPoint& first, const PlotPoint& second);
 
-// The curve of the legend at a height of 0 (top) to 1 (bottom), from 1; 0 for a place that is
-// none of the `curve_count` curves. The rows of the legend are one 16th apart while this counts
-// in 15ths: both are as they have always been.
+// The curve of the legend at a height of 0 (top) to 1 (bottom), from 1; 0 for a place that is none
+// of the `curve_count` curves. The rows of the legend are one 16th apart while this counts in
+// 15ths: a click has to choose the curve that it has chosen in all releases.
 [[nodiscard]] int LegendCurveAt(double height, int curve_count);
 
-// The same for the rows as they are drawn, which nothing but the eye goes by: the place in the list
-// of curves, from 0; -1 for a place that is none of them.
+// The same for the rows as they are drawn, which are only looked at: the place in the list of
+// curves, from 0; -1 for a place that is none of them.
 [[nodiscard]] int LegendRowAt(double height, int curve_count);
 
 // Rows of the legend in its height, one more than there are inputs.

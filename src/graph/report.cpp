@@ -184,9 +184,9 @@ void Report::DrawReferenceTicks() {
   const ViewFrame& view = content_.View;
   const ReferenceTicks& ticks = content_.AxisTicks;
   double last_right = view.XLeft;
-  for (std::size_t place = 0; place < static_cast<std::size_t>(ticks.AxisTickCount); ++place) {
-    const double x = MinutesOf(ticks.AxisTickX.at(place));
-    const std::string text = Trim(ticks.AxisTickText.at(place));
+  for (int place = 0; place < ticks.AxisTickCount; ++place) {
+    const double x = MinutesOf(ticks.AxisTickX[place]);
+    const std::string text = Trim(ticks.AxisTickText[place]);
     const double half = page_.On().TextWidth(text) / 2;
     if (x < view.XLeft || x > view.XRight) {
       continue;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/numbered.h"
 #include "platform/surface.h"
 #include "state/unit_record.h"
 
@@ -18,6 +19,10 @@ namespace tavrel {
 inline constexpr int kOverview = 0;
 inline constexpr int kPartView = 1;
 inline constexpr int kViews = 2;
+
+// A table by the view, kOverview or kPartView.
+template <typename T>
+using ByView = Numbered<T, kOverview, kPartView>;
 
 // UnitGraphMode, the display mode of the part view. A header may hold any number: what lies
 // beyond the list counts as the nearest mode.
@@ -55,7 +60,7 @@ struct ViewFrame {
   int RecStep = 1;   // from one drawn row to the next
   int RecPrev = 0;   // row of the last drawn point
   // The last drawn point of each curve, by its place; nothing where its word could not be read.
-  std::array<std::optional<double>, kInputs> CurveLastY{};
+  Numbered<std::optional<double>, 0, kInputs - 1> CurveLastY;
 
   [[nodiscard]] bool IsInHours() const { return XRight >= kHoursFrom; }
 

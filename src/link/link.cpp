@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "base/element.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "link/registers.h"
@@ -153,8 +154,8 @@ void Link::EndText() {
 }
 
 LinkResult Link::ComStatus(int inet) const {
-  const bool known = inet >= 0 && inet < static_cast<int>(com_status_.size());
-  return known ? com_status_[static_cast<std::size_t>(inet)] : LinkResult::kNone;
+  const LinkResult* status = ElementAt(com_status_, inet);
+  return status != nullptr ? *status : LinkResult::kNone;
 }
 
 std::int16_t* Link::SimulatedRegister() {
@@ -284,8 +285,8 @@ void Link::WriteValue(const std::string& frame, Acknowledge acknowledge) {
 void Link::Finish(LinkResult result) {
   NoteEvents();
   ComResult = result;
-  if (ComInet >= 0 && ComInet < static_cast<int>(com_status_.size())) {
-    com_status_[static_cast<std::size_t>(ComInet)] = result;
+  if (LinkResult* status = ElementAt(com_status_, ComInet)) {
+    *status = result;
   }
   if (PortOpen && !Simulated && result != LinkResult::kGood) {
     const bool is_answer = result == LinkResult::kRejected && rx_buffer_ == kRefusal;
@@ -396,8 +397,8 @@ LinkResult Link::WaitFor(Judge judge) {
   LinkPace();
   const nanoseconds end = clock_.Elapsed() + kReplyLimit;
   while (true) {
-    // Found before the last look at the line: on a busy machine the program may stand still behind
-    // that look for longer than the limit, and the reply has come meanwhile.
+    // The time is taken before the last look at the line: on a busy machine the program may stand
+    // still behind that look for longer than the limit, and the reply has come meanwhile.
     const bool is_over = clock_.Elapsed() > end;
     LinkPoll();
     if (!PortOpen || IsPortFailure(link_event_)) {

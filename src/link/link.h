@@ -39,9 +39,9 @@ struct LineChoice {
   int TypeSel = 4;       // link variant 1..4; 4 is in force in this system
 };
 
-// The one road to the instruments: six procedures over one serial line, or over a store in
-// memory when no port is configured. An exchange is synchronous and serves no events. Lives for
-// the whole process, one instance, used by the user-interface thread only.
+// The only access to the instruments: six procedures over one serial line, or over a store in
+// memory when no port is configured. An exchange is synchronous and serves no events. Lives for the
+// whole process, one instance, used by the user-interface thread only.
 class Link : public LinkArguments {
  public:
   // `port` and `clock` outlive the link.

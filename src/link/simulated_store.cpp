@@ -2,15 +2,11 @@
 
 #include <algorithm>
 
+#include "base/element.h"
 #include "base/number.h"
 
 namespace tavrel {
 namespace {
-
-template <typename Table>
-bool IsIndex(const Table& table, int index) {
-  return index >= 0 && index < static_cast<int>(table.size());
-}
 
 // What is added to an address, read as 16 bits signed, to give the place in the table.
 int MemoryBase(int type_sel) {
@@ -27,7 +23,7 @@ int MemoryBase(int type_sel) {
 template <typename Table>
 std::int16_t* Held(Table& table, int index) {
   const int last = static_cast<int>(table.size()) - 1;
-  return &table[static_cast<std::size_t>(std::clamp(index, 0, last))];
+  return ElementAt(table, std::clamp(index, 0, last));
 }
 
 }  // namespace
@@ -40,18 +36,15 @@ std::int16_t* SimulatedStore::Register(int type_sel, const Place& place) {
   const char letter = place.Letter.front();
   const int column = lettered ? place.Index : place.Snet;
   const int word = lettered ? letter - 'G' : place.Index;
-  const auto inet = static_cast<std::size_t>(place.Inet);
-  if (!IsIndex(SimReg, place.Inet) || !IsIndex(SimReg[inet], column)) {
-    return nullptr;
-  }
-  Record& record = SimReg[inet][static_cast<std::size_t>(column)];
-  if (!IsIndex(record.SimV, word)) {
+  auto* const records = ElementAt(SimReg, place.Inet);
+  Record* const record = records != nullptr ? ElementAt(*records, column) : nullptr;
+  if (record == nullptr) {
     return nullptr;
   }
   if (lettered || letter == 'V') {
-    return &record.SimV[static_cast<std::size_t>(word)];
+    return ElementAt(record->SimV, word);
   }
-  return letter == 'P' ? &record.SimP[static_cast<std::size_t>(word)] : nullptr;
+  return letter == 'P' ? ElementAt(record->SimP, word) : nullptr;
 }
 
 std::int16_t* SimulatedStore::Memory(int type_sel, std::string_view address) {

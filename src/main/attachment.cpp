@@ -2,13 +2,12 @@
 
 #include "base/file_names.h"
 #include "platform/file_system.h"
+#include "state/open_slots.h"
 
 namespace tavrel {
 
 bool Attachment::Waits(int slot) const {
-  const RunState& state = parts_.state;
-  return IsSlot(slot) && state.SlotFile[slot].empty() &&
-         !state.Settings.ActiveFiles[slot - 1].empty();
+  return WaitsForFile(parts_.state, slot);
 }
 
 void Attachment::AttachAll() {

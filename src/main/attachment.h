@@ -36,7 +36,7 @@ class Attachment {
   void AttachAll();
 
   // Every ten seconds: tries the slots that wait. None of them loses its key here, whatever is
-  // found: the medium of its file may be on its way back.
+  // found: the medium of its file may be put in again.
   void RetryWaiting();
 
   // The slot has a key and no file. It is not free.

@@ -160,7 +160,7 @@ void MainCommands::PumpOrRest() {
   }
 }
 
-// Once a second, and not before the sets had theirs, if there are any to read.
+// Once a second, and only after an exchange for the sets, if there are any to read.
 void MainCommands::RepeatStopOrders(bool at_once) {
   const auto now = parts_.clock.Elapsed();
   if (parts_.engine.Orders().CanSend() && (at_once || now >= next_stop_)) {

@@ -12,7 +12,7 @@ constexpr double kMidnightGuard = 86300;  // seconds since midnight; from here o
 constexpr float kSecondsPerDay = 86400;
 constexpr double kLongestStand = kSecondsPerDay - kMidnightGuard + 60;  // with a slow first tick
 
-// Screens whose next step hangs on the running light.
+// Screens that make a step with each change of their running light.
 bool HasTrigger(View view) {
   switch (view) {
     case View::kAllCom:

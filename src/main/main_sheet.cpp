@@ -72,7 +72,8 @@ Status ControllerStatus(std::int16_t state) {
 // What keeps a recording from its file.
 enum class Hindrance { kNone, kWriteFailed, kSimulation };
 
-// A set that cannot be written comes first: it is the one state that asks for help.
+// A set that cannot be written comes first: it is the only state in which the user has to do
+// something.
 Status RecordingStatus(int rec_on, bool is_full, Hindrance hindrance) {
   if (hindrance == Hindrance::kWriteFailed) {
     return {"disk !", kOrange};
@@ -428,11 +429,10 @@ bool MainSheet::MayShowFile() const {
 }
 
 void MainSheet::ShowFile(const std::string& path) {
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    if (IsFileOfSlot(parts_.state, slot, path)) {
-      cmd_Work_Click(slot);
-      return;
-    }
+  const int slot = SlotOfFile(parts_.state, path);
+  if (slot != kViewedFile) {
+    cmd_Work_Click(slot);
+    return;
   }
   SaveViewedFile();
   parts_.files.CloseRecordingFile(kViewedFile);
@@ -473,7 +473,7 @@ void MainSheet::OpenViewedFile() {
   }
 }
 
-// No pass comes by row 0: it is filled once and for all.
+// No pass refreshes row 0: it is filled once.
 void MainSheet::ShowViewedFile() {
   const RunState& state = parts_.state;
   ShowRow(kViewedFile);

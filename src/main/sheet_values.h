@@ -8,7 +8,7 @@
 #include "base/language.h"
 #include "state/run_state.h"
 
-// Everything that the main form shows, as plain values. The rules of the frame write them, the
+// Everything that the main form shows, as plain values. The rules of the main form write them, the
 // form copies them to its widgets, and a test reads what the user sees. All texts are UTF-8.
 namespace tavrel {
 

@@ -8,7 +8,7 @@
 namespace tavrel {
 
 // Asks, once for each time that the line becomes a simulated one, whether simulated values may
-// follow the rows of recordings that stand still for want of that word. After a "no" the settings
+// follow the rows of recordings that stand still until that is answered. After a "no" the settings
 // dialog asks again.
 class SimulationQuestion {
  public:

@@ -26,7 +26,7 @@ constexpr const char* kStopIsDone = "It is off now.";
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
 
-// What cannot be written there later says so itself.
+// If the directory cannot be made, whatever is to be written there later says so.
 std::string MakeOwnDirectory() {
   const std::string own = UserDataDirectory();
   static_cast<void>(MakeDirectory(own));

@@ -3,15 +3,11 @@
 #include <optional>
 #include <utility>
 
+#include "base/element.h"
 #include "platform/file_system.h"
 
 namespace tavrel {
 namespace {
-
-template <typename List>
-bool HasIndex(const List& list, int index) {
-  return index >= 0 && index < static_cast<int>(list.size());
-}
 
 bool IsWithin(const std::string& directory, const std::string& place) {
   return directory == place || directory.starts_with(AddSeparator(place));
@@ -53,19 +49,19 @@ void DirectoryLists::RefreshPlaces() {
 }
 
 void DirectoryLists::ChooseDrive(int index) {
-  if (HasIndex(places_, index)) {
-    TryOpen(index, places_[static_cast<std::size_t>(index)].Path);
+  if (const Place* place = ElementAt(places_, index)) {
+    TryOpen(index, place->Path);
   }
 }
 
 void DirectoryLists::SelectLine(int index) {
-  if (HasIndex(lines_, index)) {
+  if (ElementAt(lines_, index) != nullptr) {
     selected_ = index;
   }
 }
 
 void DirectoryLists::OpenLine(int index) {
-  if (HasIndex(lines_, index)) {
+  if (ElementAt(lines_, index) != nullptr) {
     selected_ = index;
     TryOpen(drive_, Path());
   }
@@ -80,7 +76,8 @@ void DirectoryLists::OpenParent() {
 }
 
 std::string DirectoryLists::Path() const {
-  return HasIndex(lines_, selected_) ? lines_[static_cast<std::size_t>(selected_)].Path : "";
+  const DirectoryLine* line = ElementAt(lines_, selected_);
+  return line != nullptr ? line->Path : "";
 }
 
 // The place that lies nearest above `directory`; the first one if none does.
@@ -99,10 +96,11 @@ int DirectoryLists::IndexOfPlace(const std::string& directory) const {
 
 // False, and nothing has changed, if `directory` cannot be read or is not within the drive.
 bool DirectoryLists::TryOpen(int drive, const std::string& directory) {
-  if (!HasIndex(places_, drive)) {
+  const Place* root = ElementAt(places_, drive);
+  if (root == nullptr) {
     return false;
   }
-  const std::string& place = places_[static_cast<std::size_t>(drive)].Path;
+  const std::string& place = root->Path;
   const std::optional<std::vector<std::string>> below = Subdirectories(directory);
   if (!below || !IsWithin(directory, place)) {
     return false;

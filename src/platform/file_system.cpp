@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 constexpr char kSeparator = '/';
 constexpr int kTemporaryNames = 100;              // leftovers of crashes that are stepped over
 constexpr std::size_t kCopyBlock{1024 * 1024UL};  // bytes
-// What is copied goes to the disk by and by: the system would keep back much of it, and the end of
+// What is copied goes to the disk in pieces: the system would keep back much of it, and the end of
 // a copy to a slow medium would take minutes in which nothing else is served.
 constexpr std::int64_t kSyncBytes{4L * 1024 * 1024};
 constexpr std::string_view kTemporaryStart = ".tavrel-";

@@ -27,8 +27,8 @@ class PrintQueues {
 };
 
 // True if a page that is handed to that queue now comes out. A queue that is stopped keeps what it
-// takes, and its paper would surprise somebody days later. A word that nobody knows is no reason to
-// keep a page back.
+// takes, and the page would come out days later. A word that nobody knows is no reason to keep a
+// page back.
 [[nodiscard]] bool TakesPages(const PrintQueue& queue);
 
 // What a printer says of its inks.

@@ -11,8 +11,8 @@ namespace tavrel {
 
 inline constexpr int kNoProgress = -1;  // the bar is hidden
 
-// Decides when a deed takes so long that a bar must tell how far it is: after half a second, and
-// from then on with each whole percent. One meter serves one deed.
+// Decides when an operation takes so long that a bar must tell how far it is: after half a second,
+// and from then on with each whole percent. One meter serves one operation.
 class ProgressMeter {
  public:
   static constexpr std::chrono::milliseconds kPatience{500};

@@ -108,7 +108,7 @@ bool RandomFile::Open(const std::string& path, FileAccess access) {
   const int refusal = RefusalOf(handle_);
   if (refusal != 0) {
     Close();
-    // A new file is ours: nobody would ever remove it.
+    // A new file that is refused is removed here, because nobody else would do it.
     if (access == FileAccess::kCreateNew) {
       unlink(path.c_str());
     }

@@ -215,13 +215,13 @@ OutputTest::WritesOfOption OutputTest::WritesFor(const Channel& channel) {
   }
   const RegisterWrite open_contact{reg::kControllerState, controller::kFail};
   const bool is_open = channel.have && *channel.have != OutputOption::kSafety;
-  return is_open ? WritesOfOption{u, q, open_contact} : WritesOfOption{open_contact, u, q};
+  return is_open ? WritesOfOption{{u, q, open_contact}} : WritesOfOption{{open_contact, u, q}};
 }
 
 // A status that is refused is left to the next round, so that the others have their turn.
 void OutputTest::WriteOption(int ctrl, int place) {
   Channel& channel = channels_[ctrl];
-  const RegisterWrite write = WritesFor(channel).at(static_cast<std::size_t>(place));
+  const RegisterWrite write = WritesFor(channel)[place];
   const LinkResult result = WriteTo(write.letter, ctrl, write.word);
   const bool is_status = write.letter == reg::kControllerState;
   if (is_status) {

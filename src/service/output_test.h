@@ -96,7 +96,7 @@ class OutputTest : public ServiceScreen {
     std::int16_t word;
   };
   static constexpr int kWritesOfOption = 3;
-  using WritesOfOption = std::array<RegisterWrite, kWritesOfOption>;
+  using WritesOfOption = Numbered<RegisterWrite, 0, kWritesOfOption - 1>;
   struct Channel {
     OutputOption chosen = OutputOption::kOff;  // on the form
     OutputOption wanted = OutputOption::kOff;  // what is being written

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "base/element.h"
+
 namespace tavrel {
 namespace {
 
@@ -40,8 +42,8 @@ constexpr std::array<std::string_view, kProcessorRegisters> kSymbols = {
 }  // namespace
 
 std::string_view SymbolOf(int address) {
-  const bool exists = address >= 0 && address < kProcessorRegisters;
-  return exists ? kSymbols.at(static_cast<std::size_t>(address)) : "";
+  const std::string_view* symbol = ElementAt(kSymbols, address);
+  return symbol != nullptr ? *symbol : "";
 }
 
 std::string BitsOf(std::int16_t word) {

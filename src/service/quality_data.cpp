@@ -153,7 +153,7 @@ void QualityData::ReadNext() {
   const Reading reading =
       ReadAlone(Parts().link, Register{Inet(), reg::kQuality, kFirstIndex + place});
   if (reading.IsGood()) {
-    qs_value_.at(static_cast<std::size_t>(place)) = reading.word;
+    qs_value_[place] = reading.word;
   }
   GoOnIfGood(reading.status);
 }
@@ -161,8 +161,8 @@ void QualityData::ReadNext() {
 void QualityData::WriteNext() {
   const int place = qs_step_ - kFirstWrite;
   is_sent_ = true;
-  GoOnIfGood(Write(Parts().link, Register{Inet(), reg::kQuality, kFirstIndex + place},
-                   qs_value_.at(static_cast<std::size_t>(place))));
+  GoOnIfGood(
+      Write(Parts().link, Register{Inet(), reg::kQuality, kFirstIndex + place}, qs_value_[place]));
 }
 
 void QualityData::GoOnIfGood(LinkResult result) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/numbered.h"
 #include "platform/regional.h"
 #include "service/service_screen.h"
 
@@ -67,7 +68,7 @@ class QualityData : public ServiceScreen {
 
  private:
   static constexpr int kRegisters = 10;
-  using Words = std::array<std::int16_t, kRegisters>;
+  using Words = Numbered<std::int16_t, 0, kRegisters - 1>;
 
   // The step counts on from the first to the last register.
   enum QsStep {

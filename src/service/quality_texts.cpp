@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/number.h"
+#include "base/numbered.h"
 #include "base/text.h"
 
 namespace tavrel {
@@ -42,9 +43,9 @@ bool IsDate(const Date& date) {
   if (date.month < 1 || date.month > 12 || date.year < kFirstYear || date.year > kLastYear) {
     return false;
   }
-  constexpr std::array kDays = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  constexpr Numbered<int, 1, 12> kDays = {{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31}};
   const int leap_day = date.month == 2 && IsLeapYear(date.year) ? 1 : 0;
-  const int days = kDays.at(static_cast<std::size_t>(date.month - 1)) + leap_day;
+  const int days = kDays[date.month] + leap_day;
   return date.day >= 1 && date.day <= days;
 }
 

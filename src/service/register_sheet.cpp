@@ -79,7 +79,7 @@ std::string RegisterSheet::SpokenOf(int row, int column) const {
   if (column == 0) {
     return address;
   }
-  const std::string head(ColumnHeads().at(static_cast<std::size_t>(column)));
+  const std::string head(ColumnHeads()[column]);
   return address + " " + head + ": " + text;
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/numbered.h"
 #include "service/service_screen.h"
 
 namespace tavrel {
@@ -45,7 +46,7 @@ class RegisterSheet : public ServiceScreen {
  public:
   static constexpr int kColumns = 4;
   static constexpr int kHeadRow = -1;  // a click on the head of a column
-  using Heads = std::array<std::string_view, kColumns>;
+  using Heads = Numbered<std::string_view, 0, kColumns - 1>;
 
   using ServiceScreen::ServiceScreen;
 

@@ -14,7 +14,7 @@ constexpr BothLanguages kInHand{"   held for ", "   gehalten für "};
 constexpr BothLanguages kNotRead{"   being checked for ", "   in Prüfung für "};
 constexpr int kHexColumn = 1;
 constexpr int kDecColumn = 2;
-constexpr RegisterSheet::Heads kHeads = {"addr", "hex", "dec", "designation"};
+constexpr RegisterSheet::Heads kHeads = {{"addr", "hex", "dec", "designation"}};
 
 std::string RowName(int slot) {
   return "row " + std::to_string(slot);

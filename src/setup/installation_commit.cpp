@@ -49,11 +49,9 @@ void InstallationCommit::EndTest(int slot) {
 
 void InstallationCommit::FreeSlot(int slot) {
   RunState& state = parts_.state;
-  parts_.files.CloseRecordingFile(slot);
+  parts_.files.EmptySlot(slot);
   Unit(slot).UnitInet = 0;
-  state.SlotFile[slot].clear();
   state.Settings.ActiveFiles[slot - 1].clear();
-  state.SampleCount[slot] = 0;
   state.SlotDirty[slot] = false;
   state.IndexValid = false;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/element.h"
 #include "files/buffers_last.h"
 #include "link/registers.h"
 
@@ -49,9 +50,8 @@ bool Numbering::IsDirectLine() const {
 }
 
 int Numbering::SelectedInet() const {
-  const bool is_selected =
-      values_.Selected >= 0 && values_.Selected < static_cast<int>(values_.cboTavNo.size());
-  return is_selected ? values_.cboTavNo.at(static_cast<std::size_t>(values_.Selected)) : 0;
+  const int* inet = ElementAt(values_.cboTavNo, values_.Selected);
+  return inet != nullptr ? *inet : 0;
 }
 
 // Does anything answer to that number? On a direct line memory has no address, and every number

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/colour.h"
+#include "base/element.h"
 
 // The colours of curves. A header holds a *code* for each input, 1..14 in the order in which the
 // choice of colours shows them; a code stands for a *palette number* 0..15 of the standard
@@ -43,8 +44,7 @@ inline constexpr std::array<CurveColour, kColourCodes> kCurveColours = {{
 
 // Null for a code that leaves the curve out.
 [[nodiscard]] constexpr const CurveColour* CurveColourOf(int code) {
-  const bool is_known = code >= 1 && code <= kColourCodes;
-  return is_known ? &kCurveColours[static_cast<std::size_t>(code - 1)] : nullptr;
+  return code >= 1 ? ElementAt(kCurveColours, code - 1) : nullptr;
 }
 
 // 0..15, or kNoPaletteNumber.

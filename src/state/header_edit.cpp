@@ -12,12 +12,7 @@ int OwnerOfViewedFile(const RunState& state) {
   const std::string& directory = state.SlotPath[kViewedFile];
   const std::string& name = state.SlotFile[kViewedFile];
   const std::string viewed = FindFile(directory, name).value_or(JoinPath(directory, name));
-  for (int slot = 1; slot <= kSlots; ++slot) {
-    if (IsFileOfSlot(state, slot, viewed)) {
-      return slot;
-    }
-  }
-  return kViewedFile;
+  return SlotOfFile(state, viewed);
 }
 
 }  // namespace tavrel

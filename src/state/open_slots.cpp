@@ -30,16 +30,17 @@ bool IsFileNamed(const std::string& path, const std::string& directory, const st
   return own && IsSameFile(*own, path);
 }
 
-// A slot that waits for its file has no more than the key that names it.
-bool IsAwaitedFile(const RunState& state, int slot, const std::string& path) {
-  if (!IsSlot(slot) || !state.SlotFile[slot].empty()) {
-    return false;
-  }
-  const std::string& name = state.Settings.ActiveFiles[slot - 1];
-  return !name.empty() && IsFileNamed(path, DataDirectory(state), name);
+}  // namespace
+
+bool WaitsForFile(const RunState& state, int slot) {
+  return IsSlot(slot) && state.SlotFile[slot].empty() &&
+         !state.Settings.ActiveFiles[slot - 1].empty();
 }
 
-}  // namespace
+bool IsAwaitedFile(const RunState& state, int slot, const std::string& path) {
+  return WaitsForFile(state, slot) &&
+         IsFileNamed(path, DataDirectory(state), state.Settings.ActiveFiles[slot - 1]);
+}
 
 bool IsFileOfSlot(const RunState& state, int slot, const std::string& path) {
   const std::string& name = state.SlotFile[slot];
@@ -49,6 +50,15 @@ bool IsFileOfSlot(const RunState& state, int slot, const std::string& path) {
   const auto open_file = state.SlotFileNo[slot].Identity();
   return (open_file && open_file == IdentityOf(path)) ||
          IsFileNamed(path, state.SlotPath[slot], name);
+}
+
+int SlotOfFile(const RunState& state, const std::string& path) {
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(state, slot, path)) {
+      return slot;
+    }
+  }
+  return kViewedFile;
 }
 
 bool IsOpenInSlot(const RunState& state, const std::string& path) {

@@ -13,7 +13,7 @@
 namespace tavrel {
 namespace {
 
-constexpr char kUnknown = '?';   // company and user before they are told
+constexpr char kUnknown = '?';   // company and user before they are known
 constexpr int kTypeInForce = 4;  // the one link variant that is in use
 
 // The lines of the legacy file, counted from 1. Lines that are not named are passed over.

@@ -9,9 +9,9 @@
 
 namespace tavrel {
 
-// The screens whose work hangs on the measuring cycle. Such a screen makes one short step, one
-// exchange or a few, each time when the cycle gives it its turn; it needs no timer of its own, and
-// nothing of the cycle gets between its exchanges. One instance for the life of the program.
+// The screens that do their work within the measuring cycle. Such a screen makes one short step,
+// one exchange or a few, each time when the cycle gives it its turn; it needs no timer of its own,
+// and nothing of the cycle gets between its exchanges. One instance for the life of the program.
 //
 // A step returns at once: it opens no box and serves no events, for the cycle stands still
 // meanwhile. What it has to tell goes to Messages or into the values that its form shows.

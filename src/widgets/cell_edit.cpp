@@ -1,28 +1,17 @@
 #include "widgets/cell_edit.h"
 
-#include <QFocusEvent>
 #include <QKeyEvent>
 
 namespace tavrel {
 
 void CellEdit::focusInEvent(QFocusEvent* event) {
   NameEdit::focusInEvent(event);
-  const bool stayed =
-      event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
-  if (!stayed) {
-    selectAll();
-    came_by_click_ = event->reason() == Qt::MouseFocusReason;
-  }
+  select_all_.FocusIn(*this, *event);
 }
 
-// The press has put the cursor somewhere and so undone the selection; what the user has marked
-// by dragging stays.
 void CellEdit::mouseReleaseEvent(QMouseEvent* event) {
   NameEdit::mouseReleaseEvent(event);
-  if (came_by_click_ && !hasSelectedText()) {
-    selectAll();
-  }
-  came_by_click_ = false;
+  select_all_.MouseRelease(*this);
 }
 
 void CellEdit::keyPressEvent(QKeyEvent* event) {

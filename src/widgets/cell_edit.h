@@ -2,6 +2,7 @@
 #define TAVREL_WIDGETS_CELL_EDIT_H_
 
 #include "widgets/name_edit.h"
+#include "widgets/select_all.h"
 
 namespace tavrel {
 
@@ -18,7 +19,7 @@ class CellEdit : public NameEdit {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  bool came_by_click_ = false;  // the click that brought the focus is still going on
+  SelectAll select_all_;
 };
 
 }  // namespace tavrel

@@ -34,7 +34,7 @@ bool ContainsDefault(const QLayout& layout) {
 }
 
 bool ContainsDefault(const QLayoutItem& item) {
-  auto& any = const_cast<QLayoutItem&>(item);  // the toolkit's own questions are not const
+  auto& any = const_cast<QLayoutItem&>(item);  // the toolkit's own functions are not const
   if (const QLayout* layout = any.layout()) {
     return ContainsDefault(*layout);
   }

@@ -7,7 +7,7 @@
 
 namespace tavrel {
 
-// A calm button: a glyph, a text, or both, on a fine frame that wakes up under the pointer.
+// A flat button: a glyph, a text, or both, in a thin frame that is stronger under the pointer.
 // Enter presses it as the space bar does.
 class GlyphButton : public QAbstractButton {
   Q_OBJECT

@@ -1,27 +1,15 @@
 #include "widgets/selecting_edit.h"
 
-#include <QFocusEvent>
-
 namespace tavrel {
 
 void SelectingEdit::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
-  const bool stayed =
-      event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
-  if (!stayed) {
-    selectAll();
-    came_by_click_ = event->reason() == Qt::MouseFocusReason;
-  }
+  select_all_.FocusIn(*this, *event);
 }
 
-// The press has put the cursor somewhere and so undone the selection; what the user has marked
-// by dragging stays.
 void SelectingEdit::mouseReleaseEvent(QMouseEvent* event) {
   QLineEdit::mouseReleaseEvent(event);
-  if (came_by_click_ && !hasSelectedText()) {
-    selectAll();
-  }
-  came_by_click_ = false;
+  select_all_.MouseRelease(*this);
 }
 
 }  // namespace tavrel

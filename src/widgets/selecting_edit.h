@@ -3,6 +3,8 @@
 
 #include <QLineEdit>
 
+#include "widgets/select_all.h"
+
 namespace tavrel {
 
 // A free text of which all is selected when the keyboard or a click comes to it.
@@ -16,7 +18,7 @@ class SelectingEdit : public QLineEdit {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  bool came_by_click_ = false;  // the click that brought the focus is still going on
+  SelectAll select_all_;
 };
 
 }  // namespace tavrel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/element.h"
 #include "base/number.h"
 #include "dialogs/checks.h"
 #include "link/register_access.h"
@@ -53,16 +54,16 @@ void PidParameters::TBox_Change(int index, const std::string& text) {
 }
 
 void PidParameters::Cbo_Click(int row) {
-  if (row < 0 || row >= static_cast<int>(kPidPresets.size())) {
+  const PidPreset* preset = ElementAt(kPidPresets, row);
+  if (preset == nullptr) {
     return;
   }
   cbo_ = row;
   if (row == 0) {
     return;
   }
-  const PidPreset& preset = kPidPresets.at(static_cast<std::size_t>(row));
   for (int box = 1; box <= kPidBoxes; ++box) {
-    boxes_[box].SetText(TextOf(kPidParameters[box], preset.Raw[box]));
+    boxes_[box].SetText(TextOf(kPidParameters[box], preset->Raw[box]));
   }
 }
 

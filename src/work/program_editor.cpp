@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/element.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "dialogs/checks.h"
@@ -162,9 +163,9 @@ bool ProgramEditor::CloseEdit() {
 }
 
 void ProgramEditor::TakeStatus() {
-  const bool is_line = edit_.Cstat >= 0 && edit_.Cstat < static_cast<int>(kStatusOfLine.size());
-  if (is_line && edit_.Cstat != line_before_) {
-    Store(kStatusOfLine.at(static_cast<std::size_t>(edit_.Cstat)));
+  const std::int16_t* status = ElementAt(kStatusOfLine, edit_.Cstat);
+  if (status != nullptr && edit_.Cstat != line_before_) {
+    Store(*status);
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include "base/colour.h"
 #include "base/language.h"
+#include "base/numbered.h"
 #include "platform/dialogs.h"
 #include "state/modal_screen.h"
 #include "state/run_state.h"
@@ -25,18 +26,20 @@ enum ProgramColumn : int {
 
 inline constexpr int kProgramColumns = 5;
 
+template <typename T>
+using ByProgramColumn = Numbered<T, kStepColumn, kIncrementColumn>;
+
 // The two lines above a column.
 struct ColumnHead {
   const char* Name;
   const char* Unit;
 };
 
-inline constexpr std::array<ColumnHead, kProgramColumns> kProgramHeads = {
-    {{"step", ""},
-     {"time", "[ min ]"},
-     {"setpoint", "[ °C ]"},
-     {"controller", "[ status ]"},
-     {"increment", "[ °C / sec ]"}}};
+inline constexpr ByProgramColumn<ColumnHead> kProgramHeads = {{{{"step", ""},
+                                                                {"time", "[ min ]"},
+                                                                {"setpoint", "[ °C ]"},
+                                                                {"controller", "[ status ]"},
+                                                                {"increment", "[ °C / sec ]"}}}};
 
 // The lines of the list Cstat.
 inline constexpr std::array kStatusItems = {"       ---", "       off", "       iso", "      dyn"};

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/element.h"
 #include "base/number.h"
 #include "base/units.h"
 #include "dialogs/checks.h"
@@ -102,14 +103,14 @@ std::string ProgramRunner::ProgressText(int slot, Language language) const {
   const std::string text = (german ? "Schritt " : "step ") + std::to_string(done) +
                            (german ? " von " : " of ") + std::to_string(ProgSteps(slot)) + ", ";
   const std::string at = (german ? " um " : " at ") + TimeOfNextStep(slot);
-  if (!HasStepLeft(slot)) {
+  const ProgramStep* next = NextStep(slot);
+  if (next == nullptr) {
     return text + (german ? "Ende" : "end") + at;
   }
-  const ProgramStep& next = ProgTable[slot].steps.at(static_cast<std::size_t>(done));
-  if (next.Status <= 0) {
+  if (next->Status <= 0) {
     return text + (german ? "dann aus" : "next off") + at;
   }
-  return text + (german ? "dann " : "next ") + ShortestNumber(next.Setpoint / kStepsPerDegree) +
+  return text + (german ? "dann " : "next ") + ShortestNumber(next->Setpoint / kStepsPerDegree) +
          " °C" + at;
 }
 
@@ -128,11 +129,11 @@ std::string ProgramRunner::TimeOfNextStep(int slot) const {
   return at < kDay ? time : time + " (+" + std::to_string(at / kDay) + " d)";
 }
 
-bool ProgramRunner::HasStepLeft(int slot) const {
+const ProgramStep* ProgramRunner::NextStep(int slot) const {
   const UnitRecord& unit = parts_.state.Unit[slot];
   const Loaded& program = ProgTable[slot];
   const bool is_meant = program.inet == unit.UnitInet && program.ctrl == unit.UnitCtrl;
-  return is_meant && unit.UnitProgStep >= 0 && unit.UnitProgStep < ProgSteps(slot);
+  return is_meant ? ElementAt(program.steps, unit.UnitProgStep) : nullptr;
 }
 
 bool ProgramRunner::MayStep(int slot) const {
@@ -154,19 +155,20 @@ void ProgramRunner::StepProgram(int slot) {
     return;
   }
   unit.UnitProgWait = 0;  // also where a file or an older header holds a time below 0
-  if (!HasStepLeft(slot)) {
+  const ProgramStep* step = NextStep(slot);
+  if (step == nullptr) {
     parts_.state.ProgRunning[slot] = false;
     return;
   }
   const ControllerJournal::Actor actor(parts_.engine.Controllers(), "program");
-  const auto done = static_cast<std::size_t>(unit.UnitProgStep);
-  const ProgramStep& step = ProgTable[slot].steps.at(done);
-  if (!SendStep(slot, step)) {
+  const int done = unit.UnitProgStep;
+  const ProgramStep sent = *step;  // the program may be replaced while the answers are awaited
+  if (!SendStep(slot, sent)) {
     unit.UnitProgWait = 1;
     return;
   }
   unit.UnitProgStep = static_cast<std::int16_t>(done + 1);
-  unit.UnitProgWait = step.Time;
+  unit.UnitProgWait = sent.Time;
   parts_.state.SlotDirty[slot] = true;
   // The program has switched the controller: an older order to switch it off is void.
   parts_.engine.Orders().Drop(unit.UnitInet, unit.UnitCtrl);

@@ -71,7 +71,7 @@ class ProgramRunner {
   [[nodiscard]] ProgramStart Load(int slot);
   void Begin(int slot, std::vector<ProgramStep> steps);
   [[nodiscard]] bool MayStep(int slot) const;
-  [[nodiscard]] bool HasStepLeft(int slot) const;
+  [[nodiscard]] const ProgramStep* NextStep(int slot) const;
   [[nodiscard]] std::string TimeOfNextStep(int slot) const;
   [[nodiscard]] bool SendStep(int slot, const ProgramStep& step);
   [[nodiscard]] bool SendRamp(const UnitRecord& unit, const ProgramStep& step);

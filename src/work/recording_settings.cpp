@@ -46,7 +46,7 @@ void RecordingSettings::Run(bool new_mode) {
   if (!IsSlot(slot)) {
     return;
   }
-  slot_ = static_cast<std::size_t>(slot);
+  slot_ = slot;
   values_ = RecordingSettingsValues();
   values_.RecNewMode = new_mode;
   if (new_mode) {
@@ -168,7 +168,7 @@ void RecordingSettings::NewFile() {
 // the slot a file. A set that the old file refuses stays beside it.
 void RecordingSettings::BeginFile(std::int16_t interval) {
   RunState& state = parts_.state;
-  const int slot = static_cast<int>(slot_);
+  const int slot = slot_;
   const auto old_path = FindFile(state.SlotPath[slot_], state.SlotFile[slot_]);
   const std::string unsaved = parts_.files.SaveSetInHand(slot);
   const bool was_empty = state.SampleCount[slot_] == 0 && unsaved.empty();
@@ -198,7 +198,7 @@ void RecordingSettings::BeginFile(std::int16_t interval) {
 void RecordingSettings::SaveSettings() {
   if (!parts_.settings.SettingsSave().empty()) {
     parts_.state.SettingsChanged = true;
-    parts_.messages.Report(static_cast<int>(slot_), {"Cannot write file.", kSettingsFile});
+    parts_.messages.Report(slot_, {"Cannot write file.", kSettingsFile});
   }
 }
 

@@ -93,7 +93,7 @@ class RecordingSettings : public ModalScreen {
   [[nodiscard]] std::int32_t RecInterval() const { return parts_.state.RecInterval[slot_]; }
 
   Parts parts_;
-  std::size_t slot_ = 0;
+  int slot_ = 0;
   RecordingSettingsValues values_;
   std::string stop_at_opening_;
   int func_at_opening_ = 0;

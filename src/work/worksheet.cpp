@@ -201,7 +201,7 @@ bool Worksheet::ReadInput(int input) {
 
 void Worksheet::ShowRecording() {
   const RunState& state = parts_.state;
-  const std::size_t slot = Slot();
+  const int slot = Slot();
   const int rec_on = Unit().UnitRecOn;
   values_.RecOnDown = !IsViewed() && rec_on == 1;
   values_.RecOffDown = !IsViewed() && rec_on == 0;

@@ -110,7 +110,7 @@ class Worksheet : public ModalScreen {
   void AfterDialog();
   [[nodiscard]] bool IsRowLive(int input) const;
 
-  [[nodiscard]] std::size_t Slot() const { return static_cast<std::size_t>(parts_.state.SelSlot); }
+  [[nodiscard]] int Slot() const { return parts_.state.SelSlot; }
   [[nodiscard]] bool IsViewed() const { return parts_.state.SelSlot == kViewedFile; }
   [[nodiscard]] UnitRecord& Unit() { return parts_.state.Unit[Slot()]; }
   [[nodiscard]] const UnitRecord& Unit() const { return parts_.state.Unit[Slot()]; }

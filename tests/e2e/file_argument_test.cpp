@@ -145,7 +145,7 @@ TEST_F(FileArgument, ThatIsNoRecordingIsToldAndStaysAsItIs) {
   EXPECT_TRUE(program.End());
 }
 
-TEST_F(FileArgument, ComesThroughBehindStrangersWhoTalkNonsense) {
+TEST_F(FileArgument, ComesThroughBehindSendersOfInvalidBytes) {
   ASSERT_TRUE(program.Start());
   ASSERT_NE(Socket(), "");
   EXPECT_EQ(std::filesystem::status(Socket()).permissions() & std::filesystem::perms(0077),

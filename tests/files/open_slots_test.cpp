@@ -104,5 +104,49 @@ TEST(IsOpenInSlot, KnowsNothingOfSlotsNotInUse) {
   EXPECT_FALSE(IsOpenInSlot(room.state, ""));
 }
 
+TEST(SlotOfFile, IsTheSlotThatHasTheFileItself) {
+  for (const int slot : {1, 7, 12}) {
+    const OpenFileRoom room(slot);
+    fs::create_hard_link(room.directory.File(kOnDisk), room.directory.File("X.OVN"));
+    EXPECT_EQ(SlotOfFile(room.state, room.directory.File("M260314a.Ovn")), slot);
+    EXPECT_EQ(SlotOfFile(room.state, room.directory.File("X.OVN")), slot);
+    EXPECT_EQ(SlotOfFile(room.state, room.directory.File("M260314B.OVN")), kViewedFile);
+  }
+  const OpenFileRoom viewer(kViewedFile);
+  EXPECT_EQ(SlotOfFile(viewer.state, viewer.directory.File(kOnDisk)), kViewedFile);
+}
+
+// The file has two names; a slot waits for one of them while another slot opens the other.
+TEST(IsAwaitedFile, IsDecidedByTheFileAndNotByItsName) {
+  for (const int slot : {1, 7, 12}) {
+    RecordingRoom room;
+    room.directory.Write(kOnDisk, "x");
+    fs::create_hard_link(room.directory.File(kOnDisk), room.directory.File("X.OVN"));
+    room.state.Settings.DefPath = room.directory.Path();
+    EXPECT_FALSE(WaitsForFile(room.state, slot));
+    room.state.Settings.ActiveFiles.at(static_cast<std::size_t>(slot - 1)) = kInSlot;
+    EXPECT_TRUE(WaitsForFile(room.state, slot));
+    EXPECT_TRUE(IsAwaitedFile(room.state, slot, room.directory.File("X.OVN")));
+    EXPECT_FALSE(IsAwaitedFile(room.state, slot, room.directory.File("Y.OVN")));
+    EXPECT_FALSE(IsAwaitedFile(room.state, slot % kSlots + 1, room.directory.File("X.OVN")));
+  }
+}
+
+TEST(EmptySlot, LeavesNothingOfTheFileInTheSlot) {
+  for (const int slot : kSlotsToTry) {
+    OpenFileRoom room(slot);
+    room.state.WriteFailed[slot] = true;
+    room.state.ReadState[slot] = ReadState::kReading;
+    room.state.SampleCount[slot] = 7;
+    room.files.EmptySlot(slot);
+    EXPECT_FALSE(room.state.SlotFileNo[slot].IsOpen());
+    EXPECT_EQ(room.state.SlotFile[slot], "");
+    EXPECT_EQ(room.state.SampleCount[slot], 0);
+    EXPECT_EQ(room.state.ReadState[slot], ReadState::kIdle);
+    EXPECT_FALSE(room.state.WriteFailed[slot]);
+    EXPECT_FALSE(room.IsOpen(room.directory.File(kOnDisk)));
+  }
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -63,7 +63,7 @@ TEST(Pump, MakesAtMostOneExchangeInACall) {
   }
 }
 
-TEST(Pump, SleepsAfterNoDataUntilTheTenSecondTick) {
+TEST(Pump, WaitsAfterNoDataUntilTheTenSecondTick) {
   PumpRoom room;
   room.Open(1, kName, BytesOf(Running(HeaderOf(1, {2}))));
   room.Pump(5);

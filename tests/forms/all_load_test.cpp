@@ -35,7 +35,7 @@ TEST_F(Splash, StaysUntilItsValuesAreThere) {
   EXPECT_EQ(left.count(), 0);
 }
 
-TEST_F(Splash, IsLeftByAnyKeyAndSwallowsIt) {
+TEST_F(Splash, IsLeftByAnyKeyWhichGoesNoFurther) {
   for (const Qt::Key key : {Qt::Key_A, Qt::Key_Escape, Qt::Key_Return, Qt::Key_Tab, Qt::Key_F7}) {
     left.clear();
     form.show();

@@ -116,7 +116,7 @@ TEST_F(PaintedPage, DrawsNothingForWhatIsNotANumber) {
   EXPECT_EQ(Count(Qt::gray), 160 * 80);
 }
 
-TEST_F(PaintedPage, HangsTextFromItsUpperLeftCorner) {
+TEST_F(PaintedPage, PlacesTextByItsUpperLeftCorner) {
   surface.Clear();
   surface.SetScale({0, 50, 100, 0});
   surface.SetFont("DejaVu Sans", 12);

@@ -247,7 +247,7 @@ TEST_F(OnThePlot, KeepsAPictureThatWasCopiedAsItWas) {
   EXPECT_NE(taken, surface.Picture());
 }
 
-TEST_F(OnThePlot, HangsTextFromItsUpperLeftCorner) {
+TEST_F(OnThePlot, PlacesTextByItsUpperLeftCorner) {
   surface.SetFont("DejaVu Sans", 10);
   static_cast<void>(surface.TakeChanges());
   surface.Print(20, 30, "Hg");

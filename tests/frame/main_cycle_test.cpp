@@ -198,7 +198,7 @@ TEST_F(Cycle, StepsProgramsOfSeveralSilentInstrumentsInTicksOfTheirOwn) {
   EXPECT_LE(longest, std::chrono::milliseconds(112));
 }
 
-TEST_F(Cycle, WakesAWaitingSlotEveryTenSeconds) {
+TEST_F(Cycle, ReadsAWaitingSlotAgainEveryTenSeconds) {
   StartRecordingSlot(0);
   bench.Run(1);
   EXPECT_EQ(bench.state.ReadState[1], ReadState::kWaiting);

@@ -155,7 +155,7 @@ TEST_F(Sheet, ShowsAControllerThatHasNotAcknowledgedThatItIsOff) {
 
 // What the sheet remembers as shown is dropped whenever a slot's file changes or a screen is
 // rebuilt. The cells must not outlive it.
-TEST_F(Sheet, ShowsNoValuesOfADeadInstrumentAfterItForgetsWhatItHasShown) {
+TEST_F(Sheet, ShowsNoValuesOfASilentInstrumentAfterItForgetsWhatItHasShown) {
   StartThreeSlots();
   for (const int slot : {1, 3, 4}) {
     const int inet = slot == 1 ? 1 : 2;

@@ -153,8 +153,8 @@ TEST(ReferenceTicks, KeepTheFirstTwenty) {
     ticks.Add(n, std::to_string(n));
   }
   EXPECT_EQ(ticks.AxisTickCount, 20);
-  EXPECT_EQ(ticks.AxisTickX.at(19), 19);
-  EXPECT_EQ(ticks.AxisTickText.at(19), "19");
+  EXPECT_EQ(ticks.AxisTickX[19], 19);
+  EXPECT_EQ(ticks.AxisTickText[19], "19");
 }
 
 }  // namespace

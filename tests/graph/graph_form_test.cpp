@@ -9,7 +9,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(GraphForm, OpensOnTheOverviewWithItsToolsAsleep) {
+TEST(GraphForm, OpensOnTheOverviewWithItsToolsDisabled) {
   GraphBench bench;
   bench.program.state.ActiveView = View::kTavWork;
   bench.LoadAndOpen(bench.Slopes(5));
@@ -23,8 +23,8 @@ TEST(GraphForm, OpensOnTheOverviewWithItsToolsAsleep) {
   EXPECT_FALSE(shown.CboXYShown);
   EXPECT_FALSE(shown.MnuOutputEnabled);
   EXPECT_FALSE(shown.PbSaveEnabled || shown.PbCopyEnabled || shown.PbPrintEnabled);
-  EXPECT_THAT(shown.PbEvalEnabled, Each(false));
-  EXPECT_THAT(shown.PbMarkEnabled, Each(false));
+  EXPECT_THAT(shown.PbEvalEnabled.Values, Each(false));
+  EXPECT_THAT(shown.PbMarkEnabled.Values, Each(false));
   EXPECT_TRUE(shown.picXYShown);
   EXPECT_EQ(bench.ToolState(), Tool::kPartRange);
   EXPECT_FALSE(bench.program.state.GraphIdle);
@@ -78,7 +78,7 @@ TEST(GraphForm, ShowsThePartViewOnlyWhenTheOverviewIsPainted) {
   EXPECT_FALSE(shown.cmdPartShown);
   EXPECT_TRUE(shown.CboXYShown);
   EXPECT_TRUE(shown.MnuOutputEnabled);
-  EXPECT_THAT(shown.PbMarkEnabled, Each(true));
+  EXPECT_THAT(shown.PbMarkEnabled.Values, Each(true));
   bench.graph.cmdOver_Click();  // not painted yet
   EXPECT_EQ(shown.frCurve, kPartView);
   bench.Tick();
@@ -86,7 +86,7 @@ TEST(GraphForm, ShowsThePartViewOnlyWhenTheOverviewIsPainted) {
   EXPECT_EQ(shown.frCurve, kOverview);
   EXPECT_FALSE(shown.CboXYShown);
   EXPECT_FALSE(shown.MnuOutputEnabled);
-  EXPECT_THAT(shown.PbMarkEnabled, Each(false));
+  EXPECT_THAT(shown.PbMarkEnabled.Values, Each(false));
   EXPECT_EQ(bench.ToolState(), Tool::kPartRange);
 }
 
@@ -119,7 +119,7 @@ TEST(GraphForm, ToolsWaitWhileThePartViewIsDrawn) {
   EXPECT_TRUE(bench.Shown().MnuOutputEnabled);
 }
 
-TEST(GraphForm, ToolsStayAsleepWhenTheDrawingWasLeftForTheOverview) {
+TEST(GraphForm, ToolsStayDisabledWhenTheDrawingWasLeftForTheOverview) {
   GraphBench bench;
   bench.header.UnitView = {7689, 4692, 29211, 28083};
   bench.LoadAndOpen(bench.Slopes(50));

@@ -172,7 +172,7 @@ TEST_F(TheMarks, RefuseTheSixth) {
     ASSERT_EQ(program.dialogs.boxes.size(), 1U);
     EXPECT_EQ(program.dialogs.boxes[0].Text, "max. 5 entries");
     EXPECT_EQ(ToolState(), Tool::kNone);
-    EXPECT_TRUE(Shown().PbMarkEnabled[static_cast<std::size_t>(index)]);
+    EXPECT_TRUE(Shown().PbMarkEnabled[index]);
   }
   graph.PbMark_Click(0);
   Tick();

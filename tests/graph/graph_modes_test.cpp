@@ -78,8 +78,8 @@ TEST(ReferenceMode, PrintsTheReferenceAtTheRowsThatReachIt) {
   EXPECT_EQ(bench.PicX(kPartView).LinesOf(kBlack).front().At, (Segment{530, 8, 530, 10, kBlack}));
   const ReferenceTicks& ticks = bench.graph.State().AxisTicks;
   EXPECT_EQ(ticks.AxisTickCount, 8);
-  EXPECT_EQ(ticks.AxisTickX.at(7), 500 + 3 * 80);
-  EXPECT_EQ(ticks.AxisTickText.at(7), "180 ");
+  EXPECT_EQ(ticks.AxisTickX[7], 500 + 3 * 80);
+  EXPECT_EQ(ticks.AxisTickText[7], "180 ");
 }
 
 TEST(ReferenceMode, LeavesOutALabelThatWouldTouchTheOneBefore) {

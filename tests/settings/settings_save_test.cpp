@@ -243,7 +243,7 @@ TEST_F(OldBackup, HasOthersBesideIt) {
   EXPECT_FALSE(home_.Exists("TAVREL.BA3"));
 }
 
-TEST_F(OldBackup, GivesWayOnceItsNamesAreAttachedAgain) {
+TEST_F(OldBackup, IsReplacedOnceItsNamesAreAttachedAgain) {
   home_.Write(kSettingsFile, before_);
   store_.SettingsLoad();
   Replace(3, "M260401A.GLU");
@@ -261,7 +261,7 @@ TEST_F(OldBackup, StaysIfOnlySomeOfItsNamesAreAttachedAgain) {
   EXPECT_EQ(home_.Read("TAVREL.BAK"), before_);
 }
 
-TEST_F(OldBackup, GivesWayOnceTheUserHasSetUpItsRowsAnew) {
+TEST_F(OldBackup, IsReplacedOnceTheUserHasSetUpItsRowsAnew) {
   Replace(1, "M260401A.OVE");
   Replace(2, "M260401A.AUT");
   const std::string anew = home_.Read(kSettingsFile);

@@ -85,9 +85,7 @@ class GraphBench {
 
   UnitRecord& Unit() { return program.state.Unit[kSlot]; }
   const GraphValues& Shown() const { return graph.Values(); }
-  const ViewFrame& View(int view) const {
-    return graph.State().Views.at(static_cast<std::size_t>(view));
-  }
+  const ViewFrame& View(int view) const { return graph.State().Views[view]; }
   Tool ToolState() const { return graph.State().ToolState; }
   StrokeSurface& PicC(int view) { return pic_c.at(static_cast<std::size_t>(view)); }
   StrokeSurface& ImgC(int view) { return img_c.at(static_cast<std::size_t>(view)); }
@@ -103,7 +101,7 @@ class GraphBench {
   StrokeSurface legend;
   StrokeSurface names;
   GraphSurfaces surfaces{
-      {{{pic_c[0], img_c[0], pic_x[0], pic_y[0]}, {pic_c[1], img_c[1], pic_x[1], pic_y[1]}}},
+      {{{{pic_c[0], img_c[0], pic_x[0], pic_y[0]}, {pic_c[1], img_c[1], pic_x[1], pic_y[1]}}}},
       legend,
       names};
   Graph& graph = program.graph;

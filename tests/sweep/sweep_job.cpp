@@ -20,11 +20,11 @@
 #include "app/program_logic.h"
 #include "dialogs/help.h"
 #include "instrument/instrument_line.h"
-#include "instrument/truth_log.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_output.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/fake_screen.h"
+#include "tests/support/instruments_here.h"
 #include "tests/sweep/sweep_bench.h"
 
 namespace tavrel {
@@ -37,12 +37,12 @@ using std::chrono::seconds;
 class SweptLine {
  public:
   SweptLine(FakeClock& clock, FakePort& port, const std::string& truth)
-      : clock_(clock), line_(instrument::LineMode::kDirect, truth_) {
-    static_cast<void>(truth_.Open(truth));
+      : instruments_(clock, port, instrument::LineMode::kDirect) {
+    static_cast<void>(instruments_.Truth().Open(truth));
     instrument::InstrumentSettings settings;
     settings.fast = true;
-    line_.Add(settings);
-    instrument::Instrument& first = *line_.Find(1);
+    instruments_.Line().Add(settings);
+    instrument::Instrument& first = *instruments_.Line().Find(1);
     for (int oven = 1; oven <= 4; ++oven) {
       first.StartOven({oven, instrument::OvenStart::Kind::kRamp, 450, 1.0 / kSweepInterval, true});
     }
@@ -50,32 +50,10 @@ class SweptLine {
       static_cast<void>(first.StartSampling(input, kSweepInterval));
     }
     static_cast<void>(first.Fill(kSweepBacklog));
-    port.answer = [this](const std::string& command) { return Answer(command); };
   }
 
  private:
-  std::string Answer(const std::string& bytes) {
-    const auto now = std::chrono::floor<milliseconds>(clock_.Elapsed());
-    line_.Advance(now - passed_, instrument::Instrument::Pace::kFine);
-    passed_ = now;
-    std::string replies;
-    for (const char byte : bytes) {
-      const auto command = reader_.Take(byte);
-      const auto reply = command ? line_.Answer(*command) : std::nullopt;
-      if (reply && reply->handed) {
-        truth_.Handed(*reply->handed);
-      }
-      replies += reply ? reply->bytes : "";
-    }
-    truth_.Flush();
-    return replies;
-  }
-
-  FakeClock& clock_;
-  instrument::TruthFile truth_;
-  instrument::InstrumentLine line_;
-  instrument::TelegramReader reader_{instrument::LineMode::kDirect};
-  milliseconds passed_{0};
+  InstrumentsHere instruments_;
 };
 
 // Boxes that answer at once: the user tries again a few times, and leaves then.

@@ -38,7 +38,7 @@ struct Pictures {
   PlotSurface legend;
   PlotSurface names;
   GraphSurfaces surfaces{
-      {{{pic_c[0], img_c[0], pic_x[0], pic_y[0]}, {pic_c[1], img_c[1], pic_x[1], pic_y[1]}}},
+      {{{{pic_c[0], img_c[0], pic_x[0], pic_y[0]}, {pic_c[1], img_c[1], pic_x[1], pic_y[1]}}}},
       legend,
       names};
 };

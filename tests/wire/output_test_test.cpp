@@ -95,7 +95,7 @@ TEST_P(OutputsOnTheWire, HaveTheValuesOfEachOptionAndHeatNoOven) {
 
 // The line dies at each exchange of a change, from each option to each other. Whatever the
 // instrument has got by then, it heats nothing, now and later.
-TEST_P(OutputsOnTheWire, HeatNoOvenWhereverTheLineDiesInAChange) {
+TEST_P(OutputsOnTheWire, HeatNoOvenWhereverTheLineFailsInAChange) {
   constexpr int kWrites = 3;
   ASSERT_TRUE(IsTaken());
   for (const auto& [from, to] : std::vector<std::pair<OutputOption, OutputOption>>{

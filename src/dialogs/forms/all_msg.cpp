@@ -11,7 +11,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kLeastTextWidth = 28;  // characters, so that a short text has a calm box
+constexpr int kLeastTextWidth = 28;  // characters: the box of a short text is not too narrow
 
 QLabel* MakePicture(const char* name, BoxIcon sign, QWidget* parent) {
   auto* label = new QLabel(parent);

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "base/element.h"
 #include "base/number.h"
 #include "base/units.h"
 #include "widgets/modal_form.h"
@@ -118,11 +119,9 @@ int FileRows::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant FileRows::data(const QModelIndex& index, int role) const {
-  const auto row = static_cast<std::size_t>(index.row());
-  if (role != Qt::DisplayRole || !index.isValid() || row >= rows_.size()) {
-    return {};
-  }
-  return QtText(CellOf(rows_[row], index.column()));
+  const IndexRow* row = index.isValid() ? ElementAt(rows_, index.row()) : nullptr;
+  const bool is_text = role == Qt::DisplayRole && row != nullptr;
+  return is_text ? QVariant(QtText(CellOf(*row, index.column()))) : QVariant();
 }
 
 FileGrid::FileGrid(const std::vector<IndexRow>& rows, Language language, QWidget* parent)

@@ -116,7 +116,7 @@ void CurveFrame::FitTo(const CurveFrame& shown) {
 }
 
 void CurveFrame::UpdateWidgets(const GraphValues& now) {
-  lbl_axis_->setText(QtText(now.LblAxis.at(static_cast<std::size_t>(view_))).trimmed());
+  lbl_axis_->setText(QtText(now.LblAxis[view_]).trimmed());
 }
 
 void CurveFrame::ShowPlaces(const GraphValues& now) {

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include "base/element.h"
 #include "graph/forms/graph_glyphs.h"
 #include "graph/measure.h"
 #include "widgets/form_texts.h"
@@ -155,8 +156,8 @@ void GraphLegend::ShowRows(const GraphValues& now) {
 // The whole name where it is cut.
 QString GraphLegend::NameAt(qreal height) const {
   const int row = LegendRowAt(height, static_cast<int>(rows_.size()));
-  const bool is_cut = row >= 0 && rows_[static_cast<std::size_t>(row)].IsCut;
-  return is_cut ? QtText(rows_[static_cast<std::size_t>(row)].Name) : QString();
+  const LegendRow* pointed_at = ElementAt(rows_, row);
+  return pointed_at != nullptr && pointed_at->IsCut ? QtText(pointed_at->Name) : QString();
 }
 
 bool GraphLegend::eventFilter(QObject* watched, QEvent* event) {

@@ -56,9 +56,9 @@ TavGraph::TavGraph(Graph& graph, GraphOutput& output)
     : ModalForm(graph, "TavGraph", ""),
       graph_(graph),
       output_(output),
-      frames_{new CurveFrame(kOverview, this), new CurveFrame(kPartView, this)},
+      frames_{{new CurveFrame(kOverview, this), new CurveFrame(kPartView, this)}},
       legend_(new GraphLegend(this)),
-      surfaces_{{frames_[kOverview]->Surfaces(), frames_[kPartView]->Surfaces()},
+      surfaces_{{{frames_[kOverview]->Surfaces(), frames_[kPartView]->Surfaces()}},
                 legend_->Samples(),
                 legend_->Names()} {
   setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -147,7 +147,7 @@ void TavGraph::FitSoon() {
 // The frame behind has the size of that in front when it comes there.
 void TavGraph::FitPictures() {
   layout()->activate();
-  const CurveFrame& front = *frames_.at(static_cast<std::size_t>(stack_->currentIndex()));
+  const CurveFrame& front = *frames_[stack_->currentIndex()];
   const bool fit =
       legend_->Fits() && frames_[kOverview]->FitsTo(front) && frames_[kPartView]->FitsTo(front);
   if (fit || !isVisible()) {
@@ -166,7 +166,7 @@ void TavGraph::FitPictures() {
 }
 
 CurveFrame& TavGraph::FrameInFront() {
-  return *frames_.at(static_cast<std::size_t>(graph_.Values().frCurve));
+  return *frames_[graph_.Values().frCurve];
 }
 
 void TavGraph::Tick() {
@@ -225,11 +225,11 @@ void TavGraph::ShowTools(const GraphValues& now) {
   pb_print_->setEnabled(now.PbPrintEnabled);
   pb_save_->setEnabled(now.PbSaveEnabled);
   pb_copy_->setEnabled(now.PbCopyEnabled);
-  for (std::size_t index = 0; index < pb_eval_.size(); ++index) {
-    pb_eval_.at(index)->setEnabled(now.PbEvalEnabled.at(index));
+  for (int index = 0; index < kEvalTools; ++index) {
+    pb_eval_[index]->setEnabled(now.PbEvalEnabled[index]);
   }
-  for (std::size_t index = 0; index < pb_mark_.size(); ++index) {
-    pb_mark_.at(index)->setEnabled(now.PbMarkEnabled.at(index));
+  for (int index = 0; index < kMarkTools; ++index) {
+    pb_mark_[index]->setEnabled(now.PbMarkEnabled[index]);
   }
   cbo_xy_->setVisible(now.CboXYShown);
   lbl_axes_->setVisible(now.CboXYShown);
@@ -277,11 +277,11 @@ void TavGraph::ShowPrompts(const GraphValues& now) {
 // desktop; a result stands on the form.
 void TavGraph::ShowPressed() {
   const auto pressed = PressedTool(graph_.State().ToolState);
-  for (int index = 0; index < static_cast<int>(pb_eval_.size()); ++index) {
-    pb_eval_.at(static_cast<std::size_t>(index))->SetLatched(pressed == ToolButton{false, index});
+  for (int index = 0; index < kEvalTools; ++index) {
+    pb_eval_[index]->SetLatched(pressed == ToolButton{false, index});
   }
-  for (int index = 0; index < static_cast<int>(pb_mark_.size()); ++index) {
-    pb_mark_.at(static_cast<std::size_t>(index))->SetLatched(pressed == ToolButton{true, index});
+  for (int index = 0; index < kMarkTools; ++index) {
+    pb_mark_[index]->SetLatched(pressed == ToolButton{true, index});
   }
   if (pressed.has_value() != lbl_instr_->autoFillBackground()) {
     lbl_instr_->setAutoFillBackground(pressed.has_value());
@@ -318,7 +318,7 @@ void TavGraph::ShowStrong(const GraphValues& now) {
     }
   }
   for (CurveFrame* frame : frames_) {
-    const bool is_shown = frame == frames_.at(static_cast<std::size_t>(wanted.View));
+    const bool is_shown = frame == frames_[wanted.View];
     frame->Plot().ShowStroke(is_shown ? stroke : PlotView::Stroke());
   }
 }

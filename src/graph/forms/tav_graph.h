@@ -85,7 +85,7 @@ class TavGraph : public ModalForm {
 
   Graph& graph_;
   GraphOutput& output_;
-  std::array<CurveFrame*, kViews> frames_;
+  ByView<CurveFrame*> frames_;
   GraphLegend* legend_;
   GraphSurfaces surfaces_;
   QStackedLayout* stack_ = nullptr;
@@ -94,8 +94,8 @@ class TavGraph : public ModalForm {
   GlyphButton* pb_print_ = nullptr;
   GlyphButton* pb_save_ = nullptr;
   GlyphButton* pb_copy_ = nullptr;
-  std::array<GlyphButton*, 2> pb_eval_{};
-  std::array<GlyphButton*, 3> pb_mark_{};
+  ByEvalTool<GlyphButton*> pb_eval_;
+  ByMarkTool<GlyphButton*> pb_mark_;
   QLabel* lbl_axes_ = nullptr;
   QComboBox* cbo_xy_ = nullptr;
   GlyphButton* cmd_over_ = nullptr;
@@ -113,7 +113,7 @@ class TavGraph : public ModalForm {
   StrongView strong_;                    // of which the stroke is shown
   int focus_calls_ = 0;                  // of the graph, that have been followed
   bool axes_by_key_ = false;             // the axes were last touched by a key
-  QPointer<QWidget> asleep_;             // had the keyboard until a drawing put it to sleep
+  QPointer<QWidget> asleep_;             // had the keyboard until a drawing disabled it
   QPointer<QWidget> instead_of_asleep_;  // has the keyboard meanwhile
 };
 

@@ -56,16 +56,17 @@ QTableWidget* TavKeys::MakeTable(Language language) {
   table->horizontalHeader()->setHighlightSections(false);
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table->horizontalHeader()->setStretchLastSection(true);
-  for (int column = 0; column < table->columnCount(); ++column) {
-    const BothLanguages& head = kKeyHeads.at(static_cast<std::size_t>(column));
-    table->setHorizontalHeaderItem(column, new QTableWidgetItem(QtText(head.In(language))));
+  int section = 0;
+  for (const BothLanguages& head : kKeyHeads) {
+    table->setHorizontalHeaderItem(section++, new QTableWidgetItem(QtText(head.In(language))));
   }
-  for (int row = 0; row < table->rowCount(); ++row) {
-    const KeyEntry& entry = kKeyTable.at(static_cast<std::size_t>(row));
+  int row = 0;
+  for (const KeyEntry& entry : kKeyTable) {
     int column = 0;
     for (const BothLanguages* text : {&entry.Where, &entry.Keys, &entry.Does}) {
       table->setItem(row, column++, new QTableWidgetItem(QtText(text->In(language))));
     }
+    ++row;
   }
   table->resizeColumnsToContents();
   table->setCurrentCell(0, 0);

@@ -13,7 +13,7 @@ namespace tavrel {
 // the user's runtime directory, one for each lock file, which this user alone may use. A wish is a
 // path from the root, ended by a zero byte, and is answered by one byte. Whoever sends anything
 // else, more than a path can be, or nothing for a while, is cut off; of those who come at the same
-// time only a few are let in. Nothing of this keeps the event loop.
+// time only a few are let in. Nothing of this blocks the event loop.
 class FileWishes : public QObject {
   Q_OBJECT
  public:

@@ -122,8 +122,8 @@ void PainterSurface::DrawStroke(const StrokePoints& stroke, Colour ink) {
   }
 }
 
-// A part that is longer than the page within a few columns of dots is an area to the eye. Single
-// lines without soft edges and round joins take a thirtieth of the work there.
+// A part that is longer than the page within a few columns of dots looks like an area. Single lines
+// without soft edges and round joins take a thirtieth of the work there.
 void PainterSurface::DrawPiece(const StrokePiece& piece, bool is_dense, Colour ink) {
   QPolygonF points;
   for (const StrokePoint& point : piece.Points) {

@@ -10,7 +10,7 @@
 namespace tavrel {
 namespace {
 
-// A pause between two looks at the screen that no eye sees.
+// A pause between two repaints that is too short to be seen.
 constexpr std::chrono::milliseconds kLook{20};
 
 // While it lives no timer of the program fires: a timer event that is not delivered comes again

@@ -54,7 +54,7 @@ int FirstEditable(const RegisterSheet& sheet) {
 
 // The widest text that a column has, in characters.
 int WidestOf(const RegisterSheet& sheet, int column) {
-  std::size_t widest = sheet.ColumnHeads().at(static_cast<std::size_t>(column)).size();
+  std::size_t widest = sheet.ColumnHeads()[column].size();
   for (int row = 0; row < sheet.Rows(); ++row) {
     widest = std::max(widest, sheet.TextOf(row, column).size());
   }
@@ -113,7 +113,7 @@ QVariant RegisterCells::headerData(int section, Qt::Orientation orientation, int
     return {};
   }
   if (role == Qt::DisplayRole) {
-    const QString head = QtText(sheet_.ColumnHeads().at(static_cast<std::size_t>(section)));
+    const QString head = QtText(sheet_.ColumnHeads()[section]);
     return section == kLastColumn ? " " + head : head;  // its texts begin with a blank
   }
   if (role == Qt::TextAlignmentRole) {
@@ -171,7 +171,7 @@ void RegisterGrid::Arrange() {
   horizontalHeader()->setMinimumSectionSize(1);
   horizontalHeader()->setStretchLastSection(true);
   for (int column = 0; column < RegisterSheet::kColumns; ++column) {
-    widths_.at(static_cast<std::size_t>(column)) = WidthOf(column);
+    widths_[column] = WidthOf(column);
     setColumnWidth(column, WidthOf(column));
   }
 }
@@ -219,7 +219,7 @@ void RegisterGrid::BeginEdit() {
   const QModelIndex cell = cells_->index(edit.Row, edit.Column);
   setCurrentIndex(cell);
   scrollTo(cell);
-  const std::string head(sheet_.ColumnHeads().at(static_cast<std::size_t>(edit.Column)));
+  const std::string head(sheet_.ColumnHeads()[edit.Column]);
   txt_edit_->setAccessibleName(QtText(sheet_.TextOf(edit.Row, 0) + " " + head));
   txt_edit_->setText(QtText(edit.Text));
   QPalette opaque = txt_edit_->palette();  // the text of the cell is beneath it

@@ -5,6 +5,7 @@
 #include <QTableView>
 #include <array>
 
+#include "base/numbered.h"
 #include "service/register_sheet.h"
 #include "widgets/cell_edit.h"
 
@@ -74,7 +75,7 @@ class RegisterGrid : public QTableView {
   const RegisterSheet& sheet_;
   RegisterCells* cells_;
   CellEdit* txt_edit_;
-  std::array<int, RegisterSheet::kColumns> widths_{};
+  Numbered<int, 0, RegisterSheet::kColumns - 1> widths_;
   int version_ = 0;
   int edit_ = 0;  // the number of the edit that is shown; 0: none
 };

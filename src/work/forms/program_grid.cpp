@@ -15,7 +15,7 @@ namespace tavrel {
 namespace {
 
 constexpr int kRowsInSight = 16;
-constexpr std::array kColumnCharacters = {6, 12, 12, 14, 14};
+constexpr ByProgramColumn<int> kColumnCharacters = {{6, 12, 12, 14, 14}};
 constexpr int kFrame = 2;
 constexpr Colour kWhite{0xFF, 0xFF, 0xFF};
 
@@ -73,11 +73,10 @@ void ProgramGrid::MakeHeads() {
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(false);
   for (int column = 0; column < kProgramColumns; ++column) {
-    const ColumnHead& head = kProgramHeads.at(static_cast<std::size_t>(column));
+    const ColumnHead& head = kProgramHeads[column];
     setHorizontalHeaderItem(column,
                             new QTableWidgetItem(QtText(head.Name) + "\n" + QtText(head.Unit)));
-    setColumnWidth(column, fontMetrics().averageCharWidth() *
-                               kColumnCharacters.at(static_cast<std::size_t>(column)));
+    setColumnWidth(column, fontMetrics().averageCharWidth() * kColumnCharacters[column]);
   }
   for (int row = 0; row < kProgramRows; ++row) {
     auto* number = new QTableWidgetItem(QString::number(row + 1));

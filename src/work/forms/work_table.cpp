@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "base/numbered.h"
 #include "widgets/modal_form.h"
 #include "widgets/muted_label.h"
 #include "widgets/shades.h"
@@ -14,8 +15,8 @@ namespace {
 
 enum Column { kNumber, kActual, kInput, kColor, kComments, kColumns };
 
-constexpr std::array<const char*, kColumns> kHeads = {"no.", "actual", "input", "color",
-                                                      "comments"};
+constexpr Numbered<const char*, kNumber, kComments> kHeads = {
+    {"no.", "actual", "input", "color", "comments"}};
 constexpr int kOtherCharacters = 82;  // all else in the width of the worksheet
 constexpr int kActualCharacters = 9;
 constexpr int kTextAir = 18;  // beside a text in its field: margins and cursor
@@ -52,8 +53,7 @@ WorkTable::WorkTable(QWidget* parent) : QWidget(parent) {
 
 void WorkTable::MakeHeads(QGridLayout& grid) {
   for (int column = 0; column < kColumns; ++column) {
-    const auto place = static_cast<std::size_t>(column);
-    auto* head = new MutedLabel(kHeads.at(place), this);
+    auto* head = new MutedLabel(kHeads[column], this);
     head->setObjectName(QString("head_%1").arg(column));
     const bool is_figure = column == kNumber || column == kActual;
     const bool is_text = column == kInput || column == kComments;
@@ -63,7 +63,7 @@ void WorkTable::MakeHeads(QGridLayout& grid) {
                        Qt::AlignVCenter);
     head->setIndent(is_text ? 6 : 0);
     head->setMinimumHeight(fontMetrics().height() + kRowAir);
-    heads_.at(place) = head;
+    heads_[column] = head;
     grid.addWidget(head, 0, column);
   }
 }
@@ -107,7 +107,7 @@ CellEdit* WorkTable::MakeEdit(const char* column, const char* spoken, int input)
 }
 
 void WorkTable::UpdateWidgets(const WorksheetValues& now) {
-  heads_.at(kActual)->setVisible(now.OfSlot);
+  heads_[kActual]->setVisible(now.OfSlot);
   for (int input = 1; input <= kInputs; ++input) {
     rows_[input].actual->setVisible(now.OfSlot);
     ShowRow(input, now.Rows[input]);

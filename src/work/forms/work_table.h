@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <array>
 
+#include "base/numbered.h"
 #include "widgets/cell_edit.h"
 #include "widgets/curve_sample.h"
 #include "work/worksheet_values.h"
@@ -49,7 +50,7 @@ class WorkTable : public QWidget {
   [[nodiscard]] CellEdit* MakeEdit(const char* column, const char* spoken, int input);
   void ShowRow(int input, const WorksheetRow& row);
 
-  std::array<QLabel*, 5> heads_{};
+  Numbered<QLabel*, 0, 4> heads_;
   ByInput<Cells> rows_{};
 };
 
