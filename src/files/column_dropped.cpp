@@ -86,7 +86,8 @@ bool ColumnKeeper::CarryOutDropped(int slot) {
       state_.Columns[slot].IsUncertain[dropped.input] = true;
       Tell(slot, std::vector<int>{dropped.input},
            "nobody can know whether more values were dropped by hand, from here on the values may "
-           "stand one row too early");
+           "stand one row too early",
+           Mark::kOnward);
     }
   }
   return true;
