@@ -121,8 +121,9 @@ struct ProgramLogic {
   ChannelAdjustment channels{{state, link, machine.dialogs, machine.events, machine.clock}};
   ProgramEditor program_editor{{state, machine.dialogs}};
   WaitBar wait_bar{state, machine.events, machine.clock};
-  Worksheet worksheet{{state, link, engine, runner, recording_settings, coordinates, colours,
-                       machine.dialogs, machine.screens, machine.events, machine.clock}};
+  Worksheet worksheet{{state, link, engine, runner, recording_settings, files.Journals(),
+                       coordinates, colours, machine.dialogs, machine.screens, machine.events,
+                       machine.clock}};
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock, machine.shell}};

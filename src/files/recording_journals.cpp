@@ -291,11 +291,21 @@ void RecordingJournals::Drained(int slot, std::chrono::nanoseconds took) {
 
 LedgerFigures RecordingJournals::Figures(int slot) {
   Entry& entry = Of(slot);
+  if (entry.State == Entry::Kind::kUnknown) {
+    return FiguresOnDisk(slot);
+  }
   if (entry.State != Entry::Kind::kOpen) {
     return Ledger().Figures(state_.SampleCount[slot]);
   }
   const JournalStamp now = entry.Writer.Stamp();
   return entry.Book.Figures(entry.Rows, LedgerMoment{now.Up, now.Boot});
+}
+
+LedgerFigures RecordingJournals::FiguresOnDisk(int slot) const {
+  const std::string directory = JoinPath(state_.SlotPath[slot], kJournalDirectory);
+  const auto path = FindFile(directory, state_.SlotFile[slot]);
+  const auto text = path ? ReadWholeFile(*path, kMostJournalBytes) : std::nullopt;
+  return ReadLedger(text.value_or("")).Figures(state_.SampleCount[slot]);
 }
 
 void RecordingJournals::Closed(int slot, bool is_synced) {

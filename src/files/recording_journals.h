@@ -64,7 +64,8 @@ class RecordingJournals {
   // long: all that it has made is in the file. Written down once between two seals.
   void Drained(int slot, std::chrono::nanoseconds took);
 
-  // How complete the recording of the slot is, as its journal says, at this moment.
+  // How complete the recording of the slot is, as its journal says, at this moment. Where nothing
+  // is recorded the journal is read from the disk each time.
   [[nodiscard]] LedgerFigures Figures(int slot);
 
   // The file of the slot is closed; all of it is on the disk if `is_synced`.
@@ -110,6 +111,7 @@ class RecordingJournals {
   [[nodiscard]] Entry& Of(int slot) { return entries_.at(static_cast<std::size_t>(slot)); }
   [[nodiscard]] bool IsReady(int slot);
   void Attach(int slot);
+  [[nodiscard]] LedgerFigures FiguresOnDisk(int slot) const;
   void GoOn(int slot, JournalReading reading, std::span<const std::byte> bytes,
             const RecordingCheck& check);
   void BeginAnew(int slot, const std::string& why, bool has_old);

@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "base/units.h"
+#include "files/ledger_text.h"
 #include "files/recording_format.h"
 #include "link/register_access.h"
 #include "link/registers.h"
@@ -226,6 +227,12 @@ void Worksheet::ShowRecordedTime() {
   values_.Lbl_rec = FormatMask(in_minutes ? hours * kMinutesPerHour : hours, "####0.00");
   values_.RecUnit = in_minutes ? "min   recorded" : "h     recorded";
   values_.Lbl_sampl = std::to_string(rec_interval);
+  values_.LedgerText = LedgerText();
+}
+
+std::string Worksheet::LedgerText() const {
+  const LedgerFigures figures = parts_.journals.Figures(Slot());
+  return figures.IsKnown && figures.Recorded > 0 ? LedgerSummary(figures, values_.TipLanguage) : "";
 }
 
 // The step and its time are empty until the first step has gone out.

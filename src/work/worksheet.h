@@ -7,6 +7,7 @@
 #include <string>
 
 #include "files/recording_engine.h"
+#include "files/recording_journals.h"
 #include "link/link.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
@@ -33,6 +34,7 @@ class Worksheet : public ModalScreen {
     RecordingEngine& engine;
     ProgramRunner& programs;
     RecordingSettings& recording;
+    RecordingJournals& journals;
     Coordinates& coordinates;
     ColourChoice& colours;
     Dialogs& dialogs;
@@ -91,6 +93,7 @@ class Worksheet : public ModalScreen {
   void ShowTitle(bool is_fast);
   void ShowRecording();
   void ShowRecordedTime();
+  [[nodiscard]] std::string LedgerText() const;
   void ShowProgram();
   void AskInstrument();
   [[nodiscard]] bool TakeStep(int step);

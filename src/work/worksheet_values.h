@@ -37,6 +37,7 @@ struct WorksheetValues {
   std::string Lbl_rec;      // recorded time
   std::string RecUnit;      // its caption
   std::string Lbl_sampl;    // seconds
+  std::string LedgerText;   // "2134 sets, complete"; empty if nothing is known
 
   // frController.
   CtrlButton CtrlDown = CtrlButton::kNone;  // cmd_Ctrl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "tests/support/work_bench.h"
 #include "work/work_tips.h"
 
@@ -201,6 +203,38 @@ TEST_F(TheWorksheet, ShowsTheStateOfTheRecordingAndItsEnd) {
   bench.state.WriteFailed[1] = true;
   Refresh();
   EXPECT_EQ(Shown().RecState, "disk !");
+}
+
+TEST_F(TheWorksheet, SaysWhetherTheRecordingIsComplete) {
+  header.UnitRecOn = 1;
+  StartAndOpen({71, 72, 71, 72, 81, 82});
+  EXPECT_EQ(Shown().LedgerText, "2 sets, 3 rows older than the journal");
+  bench.files.Journals().Note(1, "lost",
+                              {{"before", 3},
+                               {"sets", 2},
+                               {"exact", true},
+                               {"least", 2},
+                               {"most", 2},
+                               {"cause", "restart"}});
+  ASSERT_TRUE(bench.files.AppendRow(1, std::array<std::int16_t, 2>{91, 92}, 1));
+  Refresh();
+  EXPECT_EQ(Shown().LedgerText.substr(0, 17), "3 sets, 2 lost on");
+}
+
+TEST_F(TheWorksheet, ReadsTheJournalOfARecordingThatIsOff) {
+  header.UnitRecOn = 1;
+  StartAndOpen({71, 72, 71, 72, 81, 82});
+  worksheet.cmd_Rec_Click(2);
+  worksheet.cmdExit_Click();
+  bench.files.CloseRecordingFile(1);
+  bench.files.OpenRecordingFile(1);
+  OpenSheet();
+  EXPECT_EQ(Shown().LedgerText, "2 sets, 3 rows older than the journal");
+}
+
+TEST_F(TheWorksheet, SaysNothingOfAFileThatHasNoJournal) {
+  StartAndOpen({71, 72, 71, 72});
+  EXPECT_EQ(Shown().LedgerText, "");
 }
 
 TEST_F(TheWorksheet, ShowsTheNextFileAfterAnEndActionInLowerCase) {

@@ -27,7 +27,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kPaintLimit{400};
 
 constexpr QSize kLeastSheet{240, 120};
-constexpr int kFewestRows = 4;     // no window is narrower
+constexpr int kFewestRows = 4;     // no window is lower
 constexpr int kRoomForNames = 40;  // beside the least width
 
 QString Text(std::string_view utf8) {

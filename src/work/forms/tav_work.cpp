@@ -125,6 +125,11 @@ void TavWork::MakeRecording() {
   column->addWidget(rec_buttons_);
   AddReading(*column, rec_, rec_state_cell_);
   AddReading(*column, sampl_);
+  ledger_ = new MutedLabel("", this);
+  ledger_->setObjectName("Lbl_Ledger");
+  ledger_->setTextFormat(Qt::PlainText);
+  ledger_->setWordWrap(true);
+  column->addWidget(ledger_);
 }
 
 void TavWork::MakeController() {
@@ -248,6 +253,7 @@ void TavWork::ShowRecording(const WorksheetValues& now) {
   ShowText(*rec_.value, now.Lbl_rec);
   ShowText(*rec_.words, now.RecUnit);
   ShowText(*sampl_.value, now.Lbl_sampl);
+  ShowText(*ledger_, now.LedgerText);
 }
 
 void TavWork::ShowController(const WorksheetValues& now) {

@@ -64,6 +64,7 @@ class TavWork : public ModalForm {
   QLabel* rec_state_ = nullptr;
   Reading rec_;
   Reading sampl_;
+  QLabel* ledger_ = nullptr;
   QGroupBox* fr_controller_ = nullptr;
   std::array<GlyphButton*, 3> cmd_ctrl_{};
   GlyphButton* cmd_prog_on_ = nullptr;
