@@ -127,8 +127,7 @@ struct ProgramLogic {
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
   GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
                             machine.clipboard, machine.regional, machine.clock, machine.shell}};
-  MainSheet sheet{
-      {state, link, machine.clock, machine.screens, machine.events, files, engine.Orders()}};
+  MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files, engine}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
   Installation installation{
       {{state, files, engine, settings, messages, [this](int slot) { sheet.HideRow(slot); },

@@ -48,6 +48,10 @@ std::string GoneText(const LineState& line, const WallTime& now, Language langua
   return text;
 }
 
+std::string BuffersText(const LineState& line) {
+  return line.Buffers.empty() ? "" : Part(line.Buffers);
+}
+
 }  // namespace
 
 std::string LineStateText(const LineState& line, const WallTime& now, Language language) {
@@ -56,7 +60,7 @@ std::string LineStateText(const LineState& line, const WallTime& now, Language l
   }
   std::string text = line.Port + (line.Device.empty() ? "" : " = " + line.Device);
   if (line.GoneSince) {
-    return text + GoneText(line, now, language);
+    return text + GoneText(line, now, language) + BuffersText(line);
   }
   if (!line.PortOpen) {
     return text + Part(kNotOpen.In(language));
@@ -66,7 +70,7 @@ std::string LineStateText(const LineState& line, const WallTime& now, Language l
   }
   text += Part(AnsweredText(line.Answered, language));
   if (line.SilentSince) {
-    text += Part(kSilent.In(language)) + MomentText(*line.SilentSince, now);
+    text += Part(kSilent.In(language)) + MomentText(*line.SilentSince, now) + BuffersText(line);
   }
   return text;
 }

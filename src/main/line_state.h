@@ -20,6 +20,7 @@ struct LineState {
   std::optional<WallTime> GoneSince;    // the device has vanished
   std::optional<WallTime> SilentSince;  // it is there, but nothing has answered since
   std::optional<int> NextTry;           // seconds until the lost port is tried again
+  std::string Buffers;                  // how long the instruments keep what is recorded, in words
 };
 
 // The line at the foot of the sheet, in words. `now` is the wall clock: a moment of another day is

@@ -7,6 +7,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "base/units.h"
+#include "files/buffers_last.h"
 #include "files/ledger_text.h"
 #include "files/recording_format.h"
 #include "files/simulated_rows.h"
@@ -254,7 +255,7 @@ void MainSheet::RefreshSlot(int slot) {
 void MainSheet::RefreshController(int slot) {
   const UnitRecord& unit = parts_.state.Unit[slot];
   const std::int16_t ctrl_state = ReadIfGood(unit.UnitInet, reg::kControllerState, unit.UnitCtrl);
-  const bool waits_for_stop = parts_.stop_orders.IsWaiting(unit.UnitInet, unit.UnitCtrl);
+  const bool waits_for_stop = parts_.engine.Orders().IsWaiting(unit.UnitInet, unit.UnitCtrl);
   ShownRaw& shown = Shown(slot);
   if (ctrl_state == shown.ctrl_state && waits_for_stop == shown.waits_for_stop) {
     return;
@@ -345,6 +346,7 @@ LineState MainSheet::StateOfLine() const {
   line.GoneSince = link.LostSince();
   line.SilentSince = link.SilentSince();
   line.NextTry = SecondsUntil(parts_.state.TickTen, parts_.clock);
+  line.Buffers = BuffersLastText(parts_.engine, values_.TipLanguage);
   return line;
 }
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "files/recording_engine.h"
 #include "files/recording_file.h"
-#include "files/stop_orders.h"
 #include "link/link.h"
 #include "main/line_state.h"
 #include "main/sheet_values.h"
@@ -27,7 +27,7 @@ class MainSheet {
     Screens& screens;
     Events& events;
     RecordingFiles& files;
-    const StopOrders& stop_orders;
+    RecordingEngine& engine;
   };
   explicit MainSheet(const Parts& parts) : parts_(parts) {}
 

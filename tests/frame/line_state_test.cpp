@@ -77,6 +77,18 @@ TEST(LineState, SaysThatAPortIsNotOpen) {
   EXPECT_EQ(English(line), "COM1 = /dev/ttyUSB0  ·  the port is not open");
 }
 
+TEST(LineState, SaysHowLongTheBuffersLastOnlyWhileNobodyReadsThem) {
+  LineState line = Good();
+  line.Buffers = "at least for:  12 min";
+  EXPECT_EQ(English(line).find("12 min"), std::string::npos);
+  line.SilentSince = WallTime{2026, 3, 14, 14, 2, 5};
+  EXPECT_TRUE(English(line).ends_with("no answer since 14:02:05  ·  at least for:  12 min"));
+  line.PortOpen = false;
+  line.GoneSince = WallTime{2026, 3, 14, 14, 2, 5};
+  line.NextTry = 7;
+  EXPECT_TRUE(English(line).ends_with("next try in 7 s  ·  at least for:  12 min"));
+}
+
 // The line of the sheet on the bench: the same words from the program's own state.
 class LineAtTheFoot : public testing::Test {
  protected:
@@ -124,6 +136,31 @@ TEST_F(LineAtTheFoot, CountsTheSecondsToTheNextTry) {
   bench.port.open_error = 0;
   bench.Run(11);
   EXPECT_EQ(Text().find("gone"), std::string::npos) << Text();
+}
+
+// Sets of 20 s in a buffer of 896: what the line says goes down with the time.
+TEST(LineOfARecording, CountsDownWhatTheBufferStillHolds) {
+  BenchProgram bench;
+  UnitRecord unit = BenchProgram::Header(2, 1, 2, true);
+  unit.UnitInterval = 2;
+  bench.Install(12, "M260314A.OVN", unit);
+  bench.Start();
+  bench.Run(60);
+  const auto text = [&] {
+    bench.sheet.RefreshState();
+    return bench.sheet.Values().lbl_State;
+  };
+  EXPECT_EQ(text().find("at least for"), std::string::npos) << text();
+  bench.port.open_error = 5;
+  bench.port.Vanish();
+  bench.Run(6);
+  EXPECT_NE(text().find("recordings wait in the instruments, at least for:  4 h"),
+            std::string::npos)
+      << text();
+  bench.clock.Advance(std::chrono::hours(3));
+  EXPECT_NE(text().find("at least for:  11"), std::string::npos) << text();
+  bench.clock.Advance(std::chrono::hours(3));
+  EXPECT_NE(text().find("at least for:  0 s"), std::string::npos) << text();
 }
 
 TEST_F(LineAtTheFoot, FollowsTheLanguage) {
