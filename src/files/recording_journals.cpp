@@ -109,6 +109,12 @@ void RecordingJournals::Attach(int slot) {
     BeginAnew(slot, "the old one does not fit" + finding, true);
     return;
   }
+  // What was lost or filled in meanwhile stands in no line of the old one.
+  const bool was_refused = entry.NextTry != std::chrono::nanoseconds::zero();
+  if (was_refused && check.Rows > check.CoveredRows) {
+    BeginAnew(slot, "the old one could not be written for a while", true);
+    return;
+  }
   GoOn(slot, std::move(reading), file, check);
 }
 
@@ -117,6 +123,7 @@ void RecordingJournals::GoOn(int slot, JournalReading reading, std::span<const s
                              const RecordingCheck& check) {
   Entry& entry = Of(slot);
   entry.State = Entry::Kind::kOpen;
+  entry.NextTry = {};
   entry.Id = check.Id;
   TakeFile(slot, bytes);
   entry.Writer.GoOnBehind(std::move(reading));
@@ -145,6 +152,7 @@ void RecordingJournals::BeginAnew(int slot, const std::string& why, bool has_old
     return;
   }
   entry.State = Entry::Kind::kOpen;
+  entry.NextTry = {};
   entry.Id = RandomId();
   entry.Book = Ledger();
   TakeFile(slot, std::as_bytes(std::span(*bytes)));
@@ -225,7 +233,8 @@ std::string RecordingJournals::MakeFile(RandomFile& file, int slot, const std::s
 std::string RecordingJournals::SaveHeader(int slot, RandomFile& file) {
   const UnitRecord& unit = state_.Unit[slot];
   Entry& entry = Of(slot);
-  entry.NextTry = {};  // a header that the journal does not know looks like damage
+  // At once: a header that the journal does not know looks like damage.
+  entry.NextTry = std::min(entry.NextTry, clock_.Elapsed());
   AnnounceHeader(slot, unit);
   std::string problem = tavrel::SaveHeader(file, unit);
   entry.IsHeaderInDoubt = !problem.empty();

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
+#include <filesystem>
 #include <functional>
 #include <map>
 
@@ -269,6 +271,36 @@ TEST(RecordingJournals, ARefusedMediumCostsTheJournalAndTheUserIsToldOnce) {
   ASSERT_EQ(told.size(), 1U);
   EXPECT_NE(told.front().find("the journal cannot be written"), std::string::npos);
   EXPECT_TRUE(room.room.dialogs.boxes.empty());
+}
+
+// What happened meanwhile stands in no line, so nobody may call those rows complete.
+TEST(RecordingJournals, AJournalThatWasRefusedForAWhileDoesNotSpeakForTheRowsOfThatTime) {
+  for (const int rows_meanwhile : {0, 2}) {
+    JournalRoom room;
+    room.Begin();
+    ASSERT_TRUE(room.Append(1));
+    ASSERT_TRUE(room.Append(1));
+    room.room.files.CloseRecordingFile(room.slot);
+    const std::string directory = room.room.directory.File("journal");
+    std::filesystem::rename(directory, directory + ".away");
+    room.room.directory.Write("journal", "a file where the directory belongs");
+    room.room.files.OpenRecordingFile(room.slot);
+    for (int row = 0; row < rows_meanwhile; ++row) {
+      ASSERT_TRUE(room.Append(2 + row));
+    }
+    std::filesystem::remove(directory);
+    std::filesystem::rename(directory + ".away", directory);
+    room.room.clock.Advance(std::chrono::seconds(61));
+    ASSERT_TRUE(room.Append(9));
+    room.room.engine.FlushFiles();
+    EXPECT_EQ(room.Check().Verdict, Verdict::kIntact);
+    const LedgerFigures figures = room.room.files.Journals().Figures(room.slot);
+    EXPECT_TRUE(figures.IsKnown);
+    EXPECT_EQ(figures.Unwatched, rows_meanwhile == 0 ? 0 : 2 + rows_meanwhile);
+    const std::string why = room.Last("begin").Text("why");
+    EXPECT_EQ(why, rows_meanwhile == 0 ? "there was none"
+                                       : "the old one could not be written for a while");
+  }
 }
 
 TEST(RecordingJournals, WhatAFullDiskRefusesComesToTheJournalLater) {
