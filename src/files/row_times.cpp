@@ -149,9 +149,10 @@ std::int64_t RowTimes::Seconds(std::int32_t row, std::int64_t interval) {
 void RowTimes::TakeStart(const JournalEntry& line) {
   const auto rows = WholeOf(line, "rows");
   Anchor anchor;
-  anchor.Row = rows.value_or(0);
+  const bool has_row = rows && *rows >= 0;
+  anchor.Row = has_row ? *rows : 0;
   const auto time = ReadTime(line.Text("time"));
-  if (rows && time) {
+  if (has_row && time) {
     anchor.Moment = time->Moment;
   }
   while (!anchors_.empty() && anchors_.back().Row >= anchor.Row) {

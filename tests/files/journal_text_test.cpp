@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "files/journal_check.h"
 #include "files/recording_format.h"
+#include "files/row_times.h"
 
 namespace tavrel {
 namespace {
@@ -338,6 +342,16 @@ TEST(JournalCheck, WithoutAJournalNothingIsCovered) {
       CheckRecording(std::as_bytes(std::span(whole.file)), std::optional<std::string>());
   EXPECT_EQ(check.Verdict, Verdict::kNotCovered);
   EXPECT_EQ(check.Rows, 20);
+}
+
+TEST(RowTimesOfAJournal, AnchorNothingAtARowThatCannotBe) {
+  for (const std::int64_t row : {std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}}) {
+    JournalReading reading;
+    const std::string time = "2026-03-14T10:00:00+01:00";
+    reading.Entries.push_back({"begin", JsonValue::Members{{"interval", 10}, {"time", time}}});
+    reading.Entries.push_back({"start", JsonValue::Members{{"rows", row}, {"time", time}}});
+    EXPECT_EQ(RowTimes(reading, 10).Utc(5), std::nullopt) << row;
+  }
 }
 
 }  // namespace
