@@ -70,7 +70,7 @@ struct FullRecording {
   }
   void Draw(const PageLayout& layout, bool is_colour, Surface& to) {
     const ReportStyle style{"Ofenbau", "DejaVu Sans", 11, is_colour, 2, "14.03.2026"};
-    DrawReport({unit, curves, view, ticks, file, "M260314A.OVE"}, style, layout, to);
+    DrawReport({unit, curves, view, ticks, file, "M260314A.OVE", "", ""}, style, layout, to);
   }
 
   int rows;

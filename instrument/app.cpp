@@ -82,6 +82,11 @@ bool App::PrepareInstruments(std::string& error) {
   for (const OvenOption& oven : options_.ovens) {
     line_.Find(oven.inet)->StartOven(oven.start);
   }
+  for (const ClimbOption& climb : options_.climbs) {
+    for (int input = 1; input < kInputCount; ++input) {
+      line_.Find(climb.inet)->Connect(input, {Connection::Kind::kClimb, climb.rate});
+    }
+  }
   for (const SamplingOption& sampling : options_.sampling) {
     if (!line_.Find(sampling.inet)->StartSampling(sampling.input, sampling.seconds)) {
       error =

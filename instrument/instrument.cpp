@@ -10,9 +10,8 @@ namespace {
 using std::chrono::seconds;
 
 constexpr std::chrono::milliseconds kSecond = seconds(1);
-constexpr double kControlCycle = 1.0;    // seconds
-constexpr double kIncrementUnit = 0.01;  // degrees per second
-constexpr int kSlowSamplingUnit = 10;    // seconds
+constexpr double kControlCycle = 1.0;  // seconds
+constexpr int kSlowSamplingUnit = 10;  // seconds
 // The firmware takes in a switch to "dynamic" within this time, see `Controller`.
 constexpr double kRampPatience = 20.0;
 constexpr std::chrono::days kLongestFill{40};

@@ -33,6 +33,9 @@ struct InstrumentSettings {
   Scan scan;
 };
 
+// Of register I: degrees per second.
+inline constexpr double kIncrementUnit = 0.01;
+
 // In which state a controller and its oven begin.
 struct OvenStart {
   enum class Kind : std::uint8_t { kOff, kHold, kRamp };

@@ -8,7 +8,9 @@ namespace {
 
 constexpr double kThermocoupleNoise = 0.03;  // degrees
 constexpr double kReferenceNoise = 0.008;    // degrees
-constexpr double kGainDrift = 1e-4;          // for each step of the drift
+constexpr double kClimbFrom = 100.0;         // degrees
+constexpr double kClimbTo = 1000.0;
+constexpr double kGainDrift = 1e-4;  // for each step of the drift
 // Inputs up to this one have FeCuNi thermocouples, the others NiCrNi.
 constexpr int kLastFeCuNi = 8;
 
@@ -37,6 +39,10 @@ double Measuring::TerminalDegrees(std::int64_t second) const {
   return 25.0 + 0.6 * std::sin(turn / 5400.0 + phase) + 0.1 * std::sin(turn / 1700.0);
 }
 
+double ClimbingDegrees(double rate, std::int64_t second) {
+  return kClimbFrom + std::fmod(rate * static_cast<double>(second), kClimbTo - kClimbFrom);
+}
+
 double Measuring::Signal(int input, double degrees, std::int64_t second) const {
   const Connection& connection = At(input);
   if (connection.kind == Connection::Kind::kShorted) {
@@ -46,12 +52,15 @@ double Measuring::Signal(int input, double degrees, std::int64_t second) const {
     return connection.value;
   }
   const bool held = connection.kind == Connection::Kind::kTemperature;
+  const bool climbs = connection.kind == Connection::Kind::kClimb;
+  const double at_sensor = climbs ? ClimbingDegrees(connection.value, second)
+                           : held ? connection.value
+                                  : degrees;
   if (input == 0) {
-    const double terminals = held ? connection.value : TerminalDegrees(second);
-    return kReferenceStepsPerDegree * terminals;
+    return kReferenceStepsPerDegree * (held || climbs ? at_sensor : TerminalDegrees(second));
   }
   const int code = Nature(input).thermocouple;
-  const double hot = LinearDegrees(code, held ? connection.value : degrees);
+  const double hot = LinearDegrees(code, at_sensor);
   return kStepsPerDegree * (hot - LinearDegrees(code, TerminalDegrees(second)));
 }
 

@@ -17,10 +17,15 @@ struct Connection {
     kBroken,       // nothing: an open thermocouple
     kTemperature,  // a sensor at `value` degrees
     kLevel,        // a voltage source of `value` steps
+    kClimb,        // a sensor that gets warmer by `value` degrees a second, see ClimbingDegrees
   };
   Kind kind = Kind::kSensor;
   double value = 0.0;
 };
+
+// From 100 degrees up to 1000, again and again, by `rate` degrees per second of the instrument's
+// time: no two samples of one climb are alike.
+[[nodiscard]] double ClimbingDegrees(double rate, std::int64_t second);
 
 // The input amplifiers and sensors of one instrument: from temperatures to raw readings.
 class Measuring {

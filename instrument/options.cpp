@@ -103,6 +103,7 @@ class OptionReader {
   [[nodiscard]] bool TakeInets(std::string_view value);
   [[nodiscard]] bool TakeOvenCount(std::string_view value);
   [[nodiscard]] bool TakeOven(std::string_view value);
+  [[nodiscard]] bool TakeClimb(std::string_view value);
   [[nodiscard]] bool TakeSampling(std::string_view value);
   [[nodiscard]] bool TakeOrder(std::string_view value);
   [[nodiscard]] bool TakeDistance(std::string_view value);
@@ -134,7 +135,7 @@ std::string* OptionReader::PathOf(std::string_view name) {
 
 bool OptionReader::Take(std::string_view name, const std::string& value) {
   using Taker = bool (OptionReader::*)(std::string_view);
-  static constexpr std::array<std::pair<std::string_view, Taker>, 18> kTakers{
+  static constexpr std::array<std::pair<std::string_view, Taker>, 19> kTakers{
       {{"--mode", &OptionReader::TakeMode},
        {"--instruments", &OptionReader::TakeCount},
        {"--inet", &OptionReader::TakeInets},
@@ -143,6 +144,7 @@ bool OptionReader::Take(std::string_view name, const std::string& value) {
        {"--selftest", &OptionReader::TakeTest},
        {"--ovens", &OptionReader::TakeOvenCount},
        {"--oven", &OptionReader::TakeOven},
+       {"--climb", &OptionReader::TakeClimb},
        {"--sample", &OptionReader::TakeSampling},
        {"--sampling-order", &OptionReader::TakeOrder},
        {"--sampling-distance", &OptionReader::TakeDistance},
@@ -232,7 +234,8 @@ bool OptionReader::TakeOven(std::string_view value) {
     return false;
   }
   const auto target = ParseNumber<double>(words[1], 0.0, 1000.0);
-  const auto rate = ramp ? ParseNumber<double>(words[2], 0.0, 1.0) : std::optional(0.0);
+  // Register I cannot hold a slower ramp: it would stand still.
+  const auto rate = ramp ? ParseNumber<double>(words[2], kIncrementUnit, 1.0) : std::optional(0.0);
   if (!target || !rate) {
     return false;
   }
@@ -241,6 +244,16 @@ bool OptionReader::TakeOven(std::string_view value) {
   oven.start.rate = *rate;
   options_.ovens.push_back(oven);
   return true;
+}
+
+bool OptionReader::TakeClimb(std::string_view value) {
+  const Halves halves = CutAt(value, '=');
+  const auto inet = ParseInet(halves.first);
+  const auto rate = ParseNumber<double>(halves.second.value_or(""), 0.0001, 100.0);
+  if (inet && rate) {
+    options_.climbs.push_back({*inet, *rate});
+  }
+  return inet && rate;
 }
 
 // "INET=SECONDS" or "INET.INPUT=SECONDS".
@@ -400,6 +413,9 @@ bool AllThere(const Options& options, std::string& error) {
   for (const auto& oven : options.ovens) {
     named.push_back(oven.inet);
   }
+  for (const auto& climb : options.climbs) {
+    named.push_back(climb.inet);
+  }
   for (const auto& sampling : options.sampling) {
     named.push_back(sampling.inet);
   }
@@ -479,6 +495,7 @@ const char* HelpText() {
   --fast 2[,3]                these instruments are fast: S counts seconds
   --ovens INET=N              number of ovens of an instrument, 1..4 (4)
   --oven INET.C=STATE         off, hold:DEGREES or ramp:DEGREES:DEGREES_PER_SECOND
+  --climb INET=RATE           sensors get warmer by RATE degrees a second, whatever the ovens do
   --warm                      ovens begin at their setpoint, ramps on their way
   --start-temp DEGREES        temperature of the room and of cold ovens (22)
   --sample INET[.K]=SECONDS   inputs 1..15 (or K alone) sample from the start

@@ -24,6 +24,12 @@ struct OvenOption {
   OvenStart start;
 };
 
+// --climb: sensors that get warmer all the time.
+struct ClimbOption {
+  int inet = 1;
+  double rate = 0.0;  // degrees per second
+};
+
 // --backlog: sets that an instrument holds before the line goes up.
 struct BacklogOption {
   int inet = 1;
@@ -56,6 +62,7 @@ struct Options {
   int baud = 4800;  // 0: characters take no time
   std::vector<SamplingOption> sampling;
   std::vector<OvenOption> ovens;
+  std::vector<ClimbOption> climbs;
   std::vector<BacklogOption> backlog;
   std::vector<FaultOption> faults;
   std::vector<TestOption> tests;

@@ -189,13 +189,13 @@ void PictureBench::Pass(seconds time) {
 }
 
 bool PictureBench::Inside(const char* form, View view,
-                          const std::function<void(QWidget& form)>& deed) {
+                          const std::function<void(QWidget& form)>& action) {
   return Inside(
-      form, [this, view] { screens_.Show(view); }, deed);
+      form, [this, view] { screens_.Show(view); }, action);
 }
 
 bool PictureBench::Inside(const char* form, const std::function<void()>& open,
-                          const std::function<void(QWidget& form)>& deed) {
+                          const std::function<void(QWidget& form)>& action) {
   bool has_come = false;
   QTimer look;
   look.callOnTimeout([&] {
@@ -204,9 +204,9 @@ bool PictureBench::Inside(const char* form, const std::function<void()>& open,
       return;
     }
     has_come = true;
-    // Not inside this timer's own event: a deed may open a form that waits for the next one.
-    QTimer::singleShot(0, front, [this, front, &deed] {
-      deed(*front);
+    // Not inside this timer's own event: an action may open a form that waits for the next one.
+    QTimer::singleShot(0, front, [this, front, &action] {
+      action(*front);
       Leave(*front);
     });
   });

@@ -73,14 +73,14 @@ class PictureBench {
   // The cycle for a while, without waiting.
   void Pass(std::chrono::seconds time);
 
-  // Opens a form by `open`, which returns when it has closed, and does `deed` as soon as the form
+  // Opens a form by `open`, which returns when it has closed, and does `action` as soon as the form
   // of that name is in front. The form is closed afterwards. False: it never came.
   [[nodiscard]] bool Inside(const char* form, const std::function<void()>& open,
-                            const std::function<void(QWidget& form)>& deed);
+                            const std::function<void(QWidget& form)>& action);
 
   // The same for a form that the program opens by its number.
   [[nodiscard]] bool Inside(const char* form, View view,
-                            const std::function<void(QWidget& form)>& deed);
+                            const std::function<void(QWidget& form)>& action);
 
   [[nodiscard]] Tavrel& MainForm() { return *main_form_; }
   [[nodiscard]] ProgramLogic& Logic() { return logic_; }

@@ -9,8 +9,9 @@
 
 from .header import Header
 from .journal import Journal, Line, read_journal
+from .ledger import Bounds, Ledger, Loss, NoLedger
 from .recording import NotAnchored, NotARecording, Recording, Row
 from .verdict import RowRange, State, Verdict, verify
 
-__all__ = ["Header", "Journal", "Line", "NotARecording", "NotAnchored", "Recording", "Row",
-           "RowRange", "State", "Verdict", "read_journal", "verify"]
+__all__ = ["Bounds", "Header", "Journal", "Ledger", "Line", "Loss", "NoLedger", "NotARecording",
+           "NotAnchored", "Recording", "Row", "RowRange", "State", "Verdict", "read_journal", "verify"]

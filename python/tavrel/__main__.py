@@ -1,21 +1,27 @@
-"""Shows and verifies recordings: python3 -m tavrel [info|verify] FILE..."""
+"""Shows and verifies recordings: python3 -m tavrel [info|verify|ledger] FILE..."""
 
 from __future__ import annotations
 
 import io
+import json
 import sys
 from collections.abc import Sequence
+from typing import Any
 
+from .ledger import NoLedger
 from .recording import NotARecording, Recording
 from .verdict import State
 
-_USAGE = """usage: python3 -m tavrel [info|verify] FILE...
+_USAGE = """usage: python3 -m tavrel [info|verify|ledger] FILE...
 
 info    what the header of each recording and its journal say
 verify  holds each recording against its journal; without a command this is done. Exit status:
         0 intact, 1 readable but not covered, 2 damaged, 3 usage or reading failed; of many files
         the highest
+ledger  how complete each recording is by its journal, as one JSON object a file. Exit status: 0
+        told, 1 there is no ledger, 2 damaged, the figures reach to the damage only, 3 as above
 """
+_COMMANDS = ("info", "verify", "ledger")
 _FAILED = 3
 
 
@@ -24,7 +30,7 @@ def main(arguments: Sequence[str]) -> int:
     if list(arguments) == ["--help"]:
         print(_USAGE, end="")
         return 0
-    has_command = bool(arguments) and arguments[0] in ("info", "verify")
+    has_command = bool(arguments) and arguments[0] in _COMMANDS
     files = arguments[1:] if has_command else arguments
     wrong = next((file for file in files if file.startswith("--")), None)
     if not files or wrong is not None:
@@ -32,24 +38,41 @@ def main(arguments: Sequence[str]) -> int:
               file=sys.stderr)
         print(_USAGE, end="", file=sys.stderr)
         return _FAILED
-    is_info = has_command and arguments[0] == "info"
-    return max(_tell(file, is_info) for file in files)
+    command = arguments[0] if has_command else "verify"
+    return max(_tell(file, command) for file in files)
 
 
-def _tell(file: str, is_info: bool) -> int:
+def _tell(file: str, command: str) -> int:
     try:
         recording = Recording.open(file)
     except (OSError, NotARecording) as problem:
         what = problem.strerror if isinstance(problem, OSError) else problem
         print(f"tavrel: {file}: {what}", file=sys.stderr)
         return _FAILED
-    if is_info:
+    if command == "info":
         print(f"{file}: {_info(recording)}")
         return State.INTACT
+    if command == "ledger":
+        return _tell_ledger(file, recording)
     verdict = recording.verify()
     reasons = ": " + "; ".join(verdict.reasons) if verdict.reasons else ""
     print(f"{file}: {verdict.state}, {verdict.rows} rows{reasons}")
     return verdict.state
+
+
+def _tell_ledger(file: str, recording: Recording) -> int:
+    told: dict[str, Any] = {"file": file, "rows": len(recording)}
+    verdict = recording.verify()
+    status = State.INTACT
+    if verdict.state == State.DAMAGED:
+        told["damaged"] = "; ".join(verdict.reasons)
+    try:
+        told |= recording.ledger().to_json()
+    except NoLedger as why:
+        told["why"] = str(why)
+        status = State.NOT_COVERED
+    print(json.dumps(told, ensure_ascii=False, separators=(",", ":")))
+    return State.DAMAGED if verdict.state == State.DAMAGED else status
 
 
 def _info(recording: Recording) -> str:

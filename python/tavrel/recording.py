@@ -14,6 +14,7 @@ from typing import TYPE_CHECKING, Any, Final
 
 from .header import HEADER_BYTES, Header
 from .journal import Journal, journal_path, read_journal
+from .ledger import Ledger, ledger_of
 from .times import RowTimes, set_number
 from .verdict import Verdict, count_rows, verify
 
@@ -138,6 +139,13 @@ class Recording:
     def verify(self) -> Verdict:
         """Holds header, rows and journal against the seals."""
         return verify(self._data, self.journal)
+
+    def ledger(self) -> Ledger:
+        """How complete the recording is, by its journal, as far as its lines fit.
+
+        Raises NoLedger where nothing can be said, for the reason in words.
+        """
+        return ledger_of(self.journal, len(self))
 
     def data_hash(self) -> str:
         """SHA-256 of the sample bytes of all whole rows, as the last seal has it."""

@@ -58,8 +58,9 @@ class RowTimes:
         if journal is None or journal.damaged_from is not None or not journal.lines:
             return
         if journal.lines[0].number("interval") == interval:
-            self._anchors = _anchors(journal)
-            self._changes = _zone_changes(journal)
+            lines = _lines(journal)
+            self._anchors = _anchors(lines)
+            self._changes = _zone_changes(lines)
 
     def utc(self, row: int) -> datetime | None:
         """Universal time of a row (from 0); None if the journal does not anchor it."""
@@ -87,10 +88,22 @@ class RowTimes:
             return None
 
 
-def _anchors(journal: Journal) -> list[_Anchor]:
+def _lines(journal: Journal) -> list[Line]:
+    """Those of the journal, and in front of them what a file before or a source says."""
+    told: list[Line] = []
+    for name in ("before", "origin"):
+        other = journal.lines[0].members.get(name)
+        elements = other.get("anchors") if isinstance(other, dict) else None
+        for element in elements if isinstance(elements, list) else ():
+            members = element if isinstance(element, dict) else {}
+            told.append(Line(members | {"kind": "start"}, 0))
+    return [*told, *journal.lines]
+
+
+def _anchors(lines: list[Line]) -> list[_Anchor]:
     """In the order of their rows; a later `start` takes the rows of one before it."""
     anchors: list[_Anchor] = []
-    for line in journal.lines:
+    for line in lines:
         if line.kind == "start":
             rows = line.number("rows")
             # Without its rows nobody knows from where on it counts.
@@ -112,11 +125,11 @@ def _lost_sets(line: Line) -> tuple[int, int | None]:
     return line.number("before") or 0, sets
 
 
-def _zone_changes(journal: Journal) -> list[tuple[datetime, timezone]]:
+def _zone_changes(lines: list[Line]) -> list[tuple[datetime, timezone]]:
     """From which moments on which distance from universal time holds, in the order of time."""
     changes: list[tuple[datetime, timezone]] = []
     before: datetime | None = None
-    for time in (line.time for line in journal.lines):
+    for time in (line.time for line in lines):
         if time is None:
             continue
         offset = time.utcoffset()

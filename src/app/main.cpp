@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QSize>
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
@@ -32,6 +33,7 @@
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
 #include "state/recording_on.h"
+#include "widgets/legible_colours.h"
 
 namespace tavrel {
 namespace {
@@ -59,6 +61,10 @@ class Program {
     logic_.cycle.SetHandlers(forms_.Handlers());
     sleep_watch_.callOnTimeout([this] { sleep_guard_.StayAwake(IsAnyRecordingOn(logic_.state)); });
     port_.SpeakIn([this] { return LanguageOf(logic_.state.Settings.HelpLang); });
+    qt_printer_.RememberPaper([this] { return LastPaper(); },
+                              [this](QSize sheet) {
+                                logic_.form_sizes.Keep(kPaper, {sheet.width(), sheet.height()});
+                              });
     port_.RememberIn([this] {
       const std::string& home = logic_.state.DataHome;
       return home.empty() ? "" : JoinPath(home, kKnownDeviceFile);
@@ -162,7 +168,7 @@ class Program {
     QCoreApplication::exit(0);
   }
 
-  // Whoever ends the session tells the program afterwards to quit.
+  // The end of the session quits the program afterwards.
   void EndSession() {
     is_ending_ = true;
     logic_.commands.Close();
@@ -171,8 +177,15 @@ class Program {
     }
   }
 
-  static constexpr std::chrono::seconds kSleepWatch{5};
   static constexpr const char* kMainForm = "Tavrel";
+  static constexpr const char* kPaper = "Paper";  // the sheet that was printed last, as it lies
+
+  [[nodiscard]] std::optional<QSize> LastPaper() {
+    const auto sheet = logic_.form_sizes.Of(kPaper);
+    return sheet ? std::optional(QSize(sheet->Width, sheet->Height)) : std::nullopt;
+  }
+
+  static constexpr std::chrono::seconds kSleepWatch{5};
 
   [[nodiscard]] int ExpectedRows() const {
     int rows = 0;
@@ -258,6 +271,7 @@ int main(int count, char** arguments) {
   }
   QApplication application(count, arguments);
   QApplication::setApplicationName(QStringLiteral("TAVREL"));
+  const tavrel::LegibleColours colours;
   QApplication::setApplicationVersion(QLatin1String(tavrel::kVersion));
   const auto file = tavrel::FileToShow(count, arguments);
   if (!file) {

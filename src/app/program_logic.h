@@ -107,8 +107,8 @@ struct ProgramLogic {
   FileIndex index{{state, machine.events, machine.clock}};
   OpenFile open_file{
       {state, index, machine.dialogs, machine.screens, machine.events, machine.list_places}};
-  CopyFiles copy_files{
-      {state, open_file, machine.dialogs, machine.events, machine.clock, machine.list_places}};
+  CopyFiles copy_files{{state, open_file, files.Journals(), machine.dialogs, machine.events,
+                        machine.clock, machine.list_places}};
   DirectoryChoice directory{state, machine.screens, machine.list_places};
   MessageBoxLogic message{state, machine.screens};
   RecordingSettings recording_settings{
@@ -125,8 +125,9 @@ struct ProgramLogic {
                        coordinates, colours, machine.dialogs, machine.screens, machine.events,
                        machine.clock}};
   Graph graph{{state, files, machine.dialogs, machine.events, machine.shell}};
-  GraphOutput graph_output{{state, graph, machine.dialogs, machine.events, machine.printer,
-                            machine.clipboard, machine.regional, machine.clock, machine.shell}};
+  GraphOutput graph_output{{state, graph, files.Journals(), machine.dialogs, machine.events,
+                            machine.printer, machine.clipboard, machine.regional, machine.clock,
+                            machine.shell}};
   MainSheet sheet{{state, link, machine.clock, machine.screens, machine.events, files, engine}};
   Attachment attachment{{state, files, engine, settings, sheet, messages}};
   Installation installation{

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "command/read_recording.h"
+#include "files/stored_recording.h"
 
 // The rows of a recording as text for other programs, UTF-8, lines ended by a line feed.
 //

@@ -9,9 +9,9 @@
 #include "base/version.h"
 #include "command/export_rows.h"
 #include "command/ledger_report.h"
-#include "command/read_recording.h"
 #include "command/repair.h"
 #include "files/recording_format.h"
+#include "files/stored_recording.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
 
@@ -145,13 +145,16 @@ std::string VerdictText(const RecordingCheck& check) {
   return text;
 }
 
-// Journals that begin with the same line, of the files that were asked for.
+// Journals that begin with the same line, of the files that were asked for. Of each only the name
+// of its file and the hash of its first line are kept, so that a large directory takes no more
+// memory than a small one; copies of one recording are few and read once more.
 class Kin {
  public:
   void Take(const std::string& file, const StoredRecording& recording, Report& report) {
     const std::string& journal = *recording.Journal;
-    auto& others = by_beginning_[journal.substr(0, journal.find('\n'))];
-    for (const auto& [name, text] : others) {
+    auto& others = by_beginning_[Sha256Of(journal.substr(0, journal.find('\n')))];
+    for (const std::string& name : others) {
+      const std::string text = ReadRecording(name).Journal.value_or("");
       if (KinshipOf(text, journal) == Kinship::kForks) {
         report.Say(file, kAllIsWell,
                    "fork: it and " + name + " went on from one, behind line " +
@@ -159,13 +162,13 @@ class Kin {
       }
     }
     if (others.size() < kMostKin) {
-      others.emplace_back(file, journal);
+      others.push_back(file);
     }
   }
 
  private:
   static constexpr std::size_t kMostKin = 100;  // copies of one recording
-  std::map<std::string, std::vector<std::pair<std::string, std::string>>> by_beginning_;
+  std::map<std::string, std::vector<std::string>> by_beginning_;
 };
 
 CommandResult Verify(const Arguments& files) {

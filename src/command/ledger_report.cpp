@@ -45,7 +45,7 @@ std::string LedgerWords(const LedgerFigures& figures) {
   text += Line("in the instrument", figures.Waiting ? BoundsText(*figures.Waiting) : "unknown") +
           Line("expected", BoundsText(figures.Expected()));
   if (figures.Unwatched > 0) {
-    text += Line("rows before the journal", std::to_string(figures.Unwatched));
+    text += Line("rows without a journal", std::to_string(figures.Unwatched));
   }
   return text;
 }

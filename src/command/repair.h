@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "command/read_recording.h"
+#include "files/stored_recording.h"
 
 namespace tavrel {
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "files/recording_copy.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
 
@@ -118,17 +119,36 @@ CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string
     Refuse(name, "File is in use");
     return Outcome::kNot;
   }
-  const std::string problem = CopyFileTo(from, to, [this] { return ServeEvents(); });
-  if (problem.empty()) {
-    parts_.state.IndexValid = false;
-    return Outcome::kCopied;
+  SealIfOpen(from);
+  const RecordingCopy copy = CopyRecording(from, to, [this] { return ServeEvents(); });
+  if (!copy.Problem.empty()) {
+    return TellProblem(name, copy.Problem);
   }
+  parts_.state.IndexValid = false;
+  if (!copy.JournalProblem.empty() && !parts_.events.EndIsWanted()) {
+    Refuse("the journal of " + name, copy.JournalProblem);
+  }
+  return Outcome::kCopied;
+}
+
+CopyFiles::Outcome CopyFiles::TellProblem(const std::string& name, const std::string& problem) {
   if (IsToEnd()) {
     return Outcome::kStop;
   }
   const bool goes_on =
       parts_.dialogs.AskOk({"Cannot copy:" + name + "\n" + problem, kTitle, BoxIcon::kWarning});
   return goes_on ? Outcome::kNot : Outcome::kStop;
+}
+
+// All rows that a recording has at this moment are in its copy, and its journal has sealed them.
+void CopyFiles::SealIfOpen(const std::string& path) {
+  RunState& state = parts_.state;
+  for (int slot = kViewedFile; slot <= kSlots; ++slot) {
+    if (IsFileOfSlot(state, slot, path) && state.SlotFileNo[slot].IsOpen() &&
+        state.SlotFileNo[slot].Sync()) {
+      parts_.journals.Synced(slot);
+    }
+  }
 }
 
 void CopyFiles::Refuse(const std::string& name, const std::string& reason) {

@@ -7,6 +7,7 @@
 
 #include "base/language.h"
 #include "dialogs/open_file.h"
+#include "files/recording_journals.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/directory_lists.h"
@@ -34,6 +35,7 @@ class CopyFiles : public ModalScreen {
   struct Parts {  // all outlive this
     RunState& state;
     const OpenFile& open_file;
+    RecordingJournals& journals;
     Dialogs& dialogs;
     Events& events;
     const Clock& clock;
@@ -70,6 +72,8 @@ class CopyFiles : public ModalScreen {
 
   [[nodiscard]] Counts CopyAll(const std::string& target, const std::function<void()>& show);
   [[nodiscard]] Outcome CopyOne(const std::string& name, const std::string& target);
+  void SealIfOpen(const std::string& path);
+  [[nodiscard]] Outcome TellProblem(const std::string& name, const std::string& problem);
   [[nodiscard]] bool ServeEvents();
   [[nodiscard]] bool IsToEnd() const { return stop_ || parts_.events.EndIsWanted(); }
   void Refuse(const std::string& name, const std::string& reason);

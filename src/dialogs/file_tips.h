@@ -12,6 +12,9 @@ inline constexpr std::array kOpenFileTips = {
     ToolTip{"cmdBack", {" cancel   (esc-key) ", " Abbrechen  (Esc-Taste) "}},
     ToolTip{"cmdNew", {" ok   (enter-key) ", " OK  (Eingabe-Taste) "}},
     ToolTip{"cmdCopy", {" copy file(s) ", " Datei(en) kopieren "}},
+    ToolTip{"cmdVerify",
+            {" hold the chosen files against their journals   (all: Ctrl+A in the list) ",
+             " die gewählten Dateien gegen ihre Journale prüfen   (alle: Strg+A in der Liste) "}},
     ToolTip{"cmdFile", {" sort by filename ", " nach Dateinamen sortieren "}},
     ToolTip{"cmdProduct", {" sort by contents ", " nach Inhalt sortieren "}},
 };

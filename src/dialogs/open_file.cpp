@@ -18,6 +18,7 @@ OpenFile::OpenFile(Parts parts)
 void OpenFile::Open() {
   OpenScreen();
   values_ = OpenFileValues();
+  parts_.index.ForgetProofs();
   values_.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
   values_.SortKey = parts_.state.Settings.SortKey;
   lists_.RefreshPlaces();
@@ -74,7 +75,13 @@ void OpenFile::Select(int current_row, RowBlock block) {
     values_.Selected = {std::clamp(block.First, 0, current_row),
                         std::clamp(block.Last, current_row, last)};
   }
-  values_.cmdCopyEnabled = is_row && parts_.screens.Has(View::kAllCopy);
+  EnableCommands();
+}
+
+void OpenFile::EnableCommands() {
+  const bool has_files = values_.Selected.First >= 0;
+  values_.cmdCopyEnabled = has_files && !values_.IsVerifying && parts_.screens.Has(View::kAllCopy);
+  values_.cmdVerifyEnabled = has_files || values_.IsVerifying;
 }
 
 std::string OpenFile::NameAt(int row) const {
@@ -90,7 +97,39 @@ std::vector<std::string> OpenFile::SelectedNames() const {
   return names;
 }
 
+void OpenFile::cmdVerify_Click(const std::function<void()>& show) {
+  if (values_.IsVerifying) {
+    stop_ = true;
+    return;
+  }
+  stop_ = false;
+  values_.IsVerifying = true;
+  EnableCommands();
+  VerifyAll(SelectedNames(), show);
+  values_.IsVerifying = false;
+  values_.Progress = kNoProgress;
+  EnableCommands();
+  show();
+}
+
+void OpenFile::VerifyAll(const std::vector<std::string>& names, const std::function<void()>& show) {
+  const std::string directory = Directory();
+  const auto goes_on = [this] { return !stop_ && IsOpen() && !parts_.events.EndIsWanted(); };
+  for (std::size_t done = 0; done < names.size() && goes_on(); ++done) {
+    values_.Progress = static_cast<int>(done * 100 / names.size());
+    show();
+    parts_.events.Pump();
+    if (goes_on()) {
+      parts_.index.SetProof(names[done], ProofOf(JoinPath(directory, names[done])));
+      values_.ProofRevision = parts_.index.ProofRevision();
+    }
+  }
+}
+
 void OpenFile::cmdOpen_Click() {
+  if (values_.IsVerifying) {
+    return;
+  }
   const std::string name = Trim(NameAt(values_.CurrentRow));
   if (name.empty()) {
     cmdBack_Click();
@@ -104,6 +143,10 @@ void OpenFile::cmdOpen_Click() {
 // The rows of another directory are not built again for nobody to see: without IndexValid the
 // next opening does it.
 void OpenFile::cmdBack_Click() {
+  if (values_.IsVerifying) {
+    stop_ = true;
+    return;
+  }
   RunState& state = parts_.state;
   const std::string listed = parts_.index.ListedDirectory();
   lists_.Open(listed);
@@ -115,9 +158,15 @@ void OpenFile::cmdBack_Click() {
   CloseScreen();
 }
 
+void OpenFile::CloseNow() {
+  stop_ = true;
+  values_.IsVerifying = false;
+  cmdBack_Click();
+}
+
 void OpenFile::cmdNew_Click(const std::function<void()>& show) {
   const std::string path = StripSeparator(lists_.Path());
-  if (path.empty()) {
+  if (path.empty() || values_.IsVerifying) {
     return;
   }
   SetOpenPath(path);
@@ -132,18 +181,27 @@ void OpenFile::cmdCopy_Click() {
 }
 
 void OpenFile::cmdFile_Click() {
+  if (values_.IsVerifying) {
+    return;
+  }
   const std::string name = NameAt(values_.CurrentRow);
   parts_.index.ToggleFileSort();
   TakeRows(name);
 }
 
 void OpenFile::cmdProduct_Click() {
+  if (values_.IsVerifying) {
+    return;
+  }
   const std::string name = NameAt(values_.CurrentRow);
   parts_.index.ToggleProductSort();
   TakeRows(name);
 }
 
 void OpenFile::SortBy(IndexColumn column) {
+  if (values_.IsVerifying) {
+    return;
+  }
   const std::string name = NameAt(values_.CurrentRow);
   parts_.index.SortBy(column);
   TakeRows(name);

@@ -33,6 +33,9 @@ struct OpenFileValues {
   std::string SortKey;  // FileIndex::Order()
   int Progress = kNoProgress;
   bool cmdCopyEnabled = false;
+  bool cmdVerifyEnabled = false;
+  bool IsVerifying = false;  // nothing else can be done; cmdVerify and leaving end it
+  int ProofRevision = 0;     // when it grows what was found of the rows is another one
   Language TipLanguage = Language::kEnglish;
 };
 
@@ -76,12 +79,18 @@ class OpenFile : public ModalScreen {
 
   // The Escape key and the close box do the same. The next opening begins in the data directory.
   void cmdBack_Click();
-  void CloseNow() override { cmdBack_Click(); }
+  void CloseNow() override;
 
   // Lists the directory that the lists show. `show` as in Display.
   void cmdNew_Click(const std::function<void()>& show);
 
   void cmdCopy_Click();
+
+  // Holds the files of the selected block against their journals, one after the other, and serves
+  // events between them; the form stays as it is but for what was found. While that goes on it ends
+  // it. `show` as in Display.
+  void cmdVerify_Click(const std::function<void()>& show);
+
   void cmdFile_Click();
   void cmdProduct_Click();
   void SortBy(IndexColumn column);
@@ -89,6 +98,8 @@ class OpenFile : public ModalScreen {
  private:
   void Build(const std::function<void()>& show);
   [[nodiscard]] const std::string& NameToSelect() const;
+  void EnableCommands();
+  void VerifyAll(const std::vector<std::string>& names, const std::function<void()>& show);
   void TakeRows(const std::string& name);
   void SetOpenPath(const std::string& path);
   void SetOpenFile(const std::string& name);
@@ -97,6 +108,7 @@ class OpenFile : public ModalScreen {
   Parts parts_;
   DirectoryLists lists_;
   OpenFileValues values_;
+  bool stop_ = false;  // of the verifying
 };
 
 }  // namespace tavrel

@@ -12,6 +12,11 @@ namespace tavrel {
 // instruments, at least for:  12 min". Empty while no recording runs.
 [[nodiscard]] std::string BuffersLastText(const RecordingEngine& engine, Language language);
 
+// Of one recording whose instrument is silent: "no answer: its buffer lasts for  12 min", and once
+// it may be full that sets may be lost. Empty for any other.
+[[nodiscard]] std::string SilentBufferText(const RecordingEngine& engine, int slot,
+                                           Language language);
+
 }  // namespace tavrel
 
 #endif  // TAVREL_FILES_BUFFERS_LAST_H_

@@ -103,17 +103,17 @@ void ColumnKeeper::NoteStillFull(int slot, int input) {
   column.is_still_full = true;
 }
 
-ColumnKeeper::Deed ColumnKeeper::NextOfFull(int slot) {
+ColumnKeeper::Action ColumnKeeper::NextOfFull(int slot) {
   Column& column = columns_[slot];
   if (column.full.Input() != 0) {
-    return {Deed::kDiscard, column.full.Input()};
+    return {Action::kDiscard, column.full.Input()};
   }
   if (!column.evidence.AnyDoubt()) {
-    return {Deed::kDecide, 0};
+    return {Action::kDecide, 0};
   }
   const auto look = column.evidence.NextLook();
   const bool is_due = look.input != 0 && look.not_before <= clock_.Elapsed();
-  return is_due ? Deed{Deed::kCount, look.input} : Deed{};
+  return is_due ? Action{Action::kCount, look.input} : Action{};
 }
 
 void ColumnKeeper::Discarded(int slot, int input, bool had_value, const Exchange& when) {
@@ -157,10 +157,12 @@ bool ColumnKeeper::CarryOutFull(int slot) {
       uncertain.push_back(input);
     }
   }
-  if (!Fill(slot, IsHalfRead(slot) ? MissingInputs(slot) : std::vector<int>())) {
+  const bool has_hand = IsHalfRead(slot);
+  if (!Fill(slot, has_hand ? MissingInputs(slot) : std::vector<int>())) {
     return false;
   }
-  TellLostSets(slot);
+  // The set in hand, filled or not, becomes a row before those that are lost.
+  TellLostSets(slot, state_.SampleCount[slot] + (has_hand ? 1 : 0));
   Tell(slot, uncertain,
        "the buffer of the instrument was full; from here on the values may stand in a wrong row",
        Mark::kOnward);
@@ -203,11 +205,11 @@ std::string ColumnKeeper::TextOf(const LostSets& lost) {
 }
 
 // A buffer that is met full again before the next row has cost only what has been lost since.
-void ColumnKeeper::TellLostSets(int slot) {
+void ColumnKeeper::TellLostSets(int slot, std::int32_t row) {
   Column& column = columns_[slot];
   const LostSets lost = CountLostSets(slot);
-  const std::int32_t row = state_.SampleCount[slot] + (IsHalfRead(slot) ? 1 : 0);
-  const bool was_told = std::exchange(column.told_row, row) == row;
+  const std::int32_t next = state_.SampleCount[slot];
+  const bool was_told = std::exchange(column.told_row, next) == next;
   const std::int64_t stored = column.stored.value_or(kBufferSets);
   state_.Columns[slot].LastSet = WallSeconds(clock_.Now()) - stored * state_.RecInterval[slot];
   if (was_told && lost.count.value_or(0) == 0) {

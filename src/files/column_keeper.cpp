@@ -189,25 +189,25 @@ bool ColumnKeeper::HasWaitedLong(int slot) const {
 
 // ---- A doubt.
 
-ColumnKeeper::Deed ColumnKeeper::Next(int slot) {
+ColumnKeeper::Action ColumnKeeper::Next(int slot) {
   const ColumnEvidence& evidence = EvidenceOf(slot);
   const Column& column = columns_[slot];
   if (evidence.SawRestart()) {
-    return {Deed::kDecide, 0};
+    return {Action::kDecide, 0};
   }
   if (column.full.At() != FullBuffer::Stage::kIdle) {
     return NextOfFull(slot);
   }
   if (const DroppedSeries* dropped = AwaitedSeries(slot)) {
     const bool is_time = column.look_at_dropped <= clock_.Elapsed();
-    return is_time ? Deed{Deed::kCount, dropped->input} : Deed{};
+    return is_time ? Action{Action::kCount, dropped->input} : Action{};
   }
   if (!evidence.AnyDoubt()) {
-    return {Deed::kDecide, 0};
+    return {Action::kDecide, 0};
   }
   const auto look = evidence.NextLook();
   const bool is_due = look.input != 0 && look.not_before <= clock_.Elapsed();
-  return is_due ? Deed{Deed::kCount, look.input} : Deed{};
+  return is_due ? Action{Action::kCount, look.input} : Action{};
 }
 
 void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when) {

@@ -29,7 +29,7 @@ class ColumnKeeper {
   using Time = ColumnEvidence::Time;
 
   // What is to be done next for a slot.
-  struct Deed {
+  struct Action {
     enum Kind {
       kWait,     // nothing now
       kCount,    // read R of `input`
@@ -79,7 +79,7 @@ class ColumnKeeper {
 
   // While the columns of a slot are in doubt: what to do for it, and how it went. `refused` is an
   // answer too, but a useless one.
-  [[nodiscard]] Deed Next(int slot);
+  [[nodiscard]] Action Next(int slot);
   void Counted(int slot, int input, int count, const Exchange& when);
   void Discarded(int slot, int input, bool had_value, const Exchange& when);
   void NotCounted(int slot, bool refused);
@@ -127,7 +127,7 @@ class ColumnKeeper {
     // look finds possible may still be a restart that came at a moment like it.
     std::array<std::int32_t, 3> proven{};
     bool is_still_full = false;            // no value was taken since
-    std::optional<std::int32_t> told_row;  // before which lost sets were told last
+    std::optional<std::int32_t> told_row;  // to be written next when lost sets were told last
   };
 
   // Taken along where a recording goes on in a next file.
@@ -170,7 +170,7 @@ class ColumnKeeper {
   void NoteProof(int slot);
   void BeginFull(int slot, int input);
   [[nodiscard]] int SetsOfRoom(int slot) const;
-  [[nodiscard]] Deed NextOfFull(int slot);
+  [[nodiscard]] Action NextOfFull(int slot);
   void CompareFull(int slot);
   void CountFull(int slot, int input);
   void NoteLost(int slot, int input, int count, Time when);
@@ -192,7 +192,7 @@ class ColumnKeeper {
   void NoteLostSets(int slot, std::int32_t before, const LostSets& lost, const Cause& cause);
   [[nodiscard]] LostSets CountLostSets(int slot) const;
   [[nodiscard]] static std::string TextOf(const LostSets& lost);
-  void TellLostSets(int slot);
+  void TellLostSets(int slot, std::int32_t row);
   [[nodiscard]] std::int64_t TimeOfSet(int slot);  // by the wall clock; of the one in hand
 
   RunState& state_;

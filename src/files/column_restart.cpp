@@ -28,7 +28,7 @@ void ColumnKeeper::NoteConflict(int slot) {
   }
 }
 
-// Whoever has seen it has counted: the clock may be too rough to tell one set.
+// It was counted when it was seen: the clock may be too rough to tell one set.
 void ColumnKeeper::NoteCleared(int slot, std::int64_t sets) {
   EvidenceOf(slot).SuspectRestart();
   columns_[slot].cleared += sets;

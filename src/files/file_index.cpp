@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "files/index_rules.h"
 #include "files/recording_format.h"
+#include "files/stored_recording.h"
 #include "platform/directory_scan.h"
 #include "platform/progress_meter.h"
 #include "state/settings_store.h"
@@ -77,7 +78,35 @@ bool ByContents(const IndexRow& left, const IndexRow& right) {
   return std::tie(left.ContentsKey, left.Name) < std::tie(right.ContentsKey, right.Name);
 }
 
+IndexVerdict VerdictOf(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::kIntact:
+      return IndexVerdict::kIntact;
+    case Verdict::kNotCovered:
+      return IndexVerdict::kNotCovered;
+    case Verdict::kDamaged:
+      break;
+  }
+  return IndexVerdict::kDamaged;
+}
+
 }  // namespace
+
+IndexProof ProofOf(const std::string& path) {
+  const StoredRecording recording = ReadRecording(path);
+  if (!recording.Problem.empty()) {
+    return {IndexVerdict::kUnreadable, recording.Problem};
+  }
+  if (!MayBeRecording(recording)) {
+    return {IndexVerdict::kNoRecording, ""};
+  }
+  const RecordingCheck check = CheckRecording(recording.File(), recording.Journal);
+  std::string findings;
+  for (const std::string& finding : check.Findings) {
+    findings += (findings.empty() ? "" : "\n") + finding;
+  }
+  return {VerdictOf(check.Verdict), findings};
+}
 
 std::string FileIndex::ListedDirectory() const {
   const std::string& open_path = parts_.state.Settings.OpenPath;
@@ -126,7 +155,7 @@ std::string FileIndex::Scan(const std::function<void(int percent)>& progress) {
     std::string contents = ContentsOf(rule, piece);
     std::string key = UpperCase(contents);
     found.push_back(
-        {{UpperCase(name), std::move(contents), std::move(key), DetailsOf(rule, piece, length)},
+        {{UpperCase(name), std::move(contents), std::move(key), DetailsOf(rule, piece, length), {}},
          std::string(name)});
   };
   request.Progress = [&](std::size_t done, std::size_t of) { meter.Step(done, of); };
@@ -141,6 +170,19 @@ std::optional<std::size_t> FileIndex::RowOf(std::string_view name) const {
                                 [&](const IndexRow& other) { return other.Name == wanted; });
   return row == rows_.end() ? std::nullopt
                             : std::optional(static_cast<std::size_t>(row - rows_.begin()));
+}
+
+void FileIndex::SetProof(std::string_view name, const IndexProof& proof) {
+  if (const auto row = RowOf(name)) {
+    rows_[*row].Proof = proof;
+    ++proof_revision_;
+  }
+}
+
+void FileIndex::ForgetProofs() {
+  for (IndexRow& row : rows_) {
+    row.Proof = IndexProof();
+  }
 }
 
 void FileIndex::Sort() {

@@ -16,12 +16,26 @@
 
 namespace tavrel {
 
+// What a recording is when it is held against its journal. Nobody knows before he has asked.
+enum class IndexVerdict { kNotAsked, kIntact, kNotCovered, kDamaged, kNoRecording, kUnreadable };
+
+// What was found when a file was held against its journal.
+struct IndexProof {
+  IndexVerdict Verdict = IndexVerdict::kNotAsked;
+  std::string Findings;  // in words, a line for each
+};
+
+// By the rule of journal_check.h, as tavrel-file verifies it. `path` leads to the file, whatever
+// the case of its name.
+[[nodiscard]] IndexProof ProofOf(const std::string& path);
+
 // One recording file of a directory. Texts are UTF-8; of a name that is no UTF-8 the bytes stay.
 struct IndexRow {
   std::string Name;         // in capitals, as all names of recording files are told
   std::string Contents;     // what the apparatus is called
   std::string ContentsKey;  // the same in capitals: what is sorted by
   IndexDetails Details;
+  IndexProof Proof;
 };
 
 // The columns of the index that are sorted by for the moment only: the settings do not keep it.
@@ -60,6 +74,15 @@ class FileIndex {
   // The row of a file, whatever the case of `name`.
   [[nodiscard]] std::optional<std::size_t> RowOf(std::string_view name) const;
 
+  // What was found of that file, if it is still among the rows.
+  void SetProof(std::string_view name, const IndexProof& proof);
+
+  // Files may have changed since they were verified.
+  void ForgetProofs();
+
+  // Grows whenever a proof changes.
+  [[nodiscard]] int ProofRevision() const { return proof_revision_; }
+
   // Sorts by SortKey: FA, FD by name up and down, PA, PD by contents. Any other value is
   // replaced by FD. Rows of the same contents stand in the order of their names.
   void Sort();
@@ -85,6 +108,7 @@ class FileIndex {
   std::string directory_;  // whose files the rows are
   std::string order_;
   int revision_ = 0;
+  int proof_revision_ = 0;
 };
 
 }  // namespace tavrel

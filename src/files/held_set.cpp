@@ -33,7 +33,8 @@ struct Layout {
   ByInput<std::int16_t> Most;
   ByInput<std::uint8_t> Owed;
   ByInput<std::uint8_t> Repeats;
-  std::array<std::uint8_t, 6> Spare;
+  std::uint8_t JournalLacksLines;
+  std::array<std::uint8_t, 5> Spare;
   std::uint16_t Sum;
 };
 static_assert(sizeof(Layout) == kHeldSetBytes);
@@ -157,6 +158,7 @@ HeldSetBytes EncodeHeldSet(const HeldSet& held) {
   layout.Value = held.Value;
   layout.Owed = held.Columns.Owed;
   layout.Repeats = held.Columns.Repeats;
+  layout.JournalLacksLines = held.JournalLacksLines ? 1 : 0;
   layout.Sum = SumOf(layout);
   HeldSetBytes bytes{};
   std::memcpy(bytes.data(), &layout, kHeldSetBytes);
@@ -182,6 +184,7 @@ std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes) {
   held.Columns.Order = OrderOf(layout);
   held.Columns.Owed = layout.Owed;
   held.Columns.Repeats = layout.Repeats;
+  held.JournalLacksLines = layout.JournalLacksLines != 0;
   return held;
 }
 

@@ -25,6 +25,8 @@ struct HeldSet {
   ByInput<bool> Seen{};  // by input 1..15
   ByInput<std::int16_t> Value{};  // raw temperatures
   ColumnMemory Columns{};         // IsOpened is not kept
+  // The journal could not be written, and what it lacks counts for how complete the recording is.
+  bool JournalLacksLines = false;
 
   [[nodiscard]] bool operator==(const HeldSet&) const = default;
 };
@@ -42,7 +44,8 @@ struct HeldSet {
 //   bytes 92..121   the same at the most
 //   bytes 122..136  Owed of inputs 1..15, a byte each
 //   bytes 137..151  Repeats in the same way
-//   bytes 152..157  0
+//   byte  152       1 if the journal lacks lines
+//   bytes 153..157  0
 //   bytes 158..159  sum of the words before, 16 bits
 //
 // Earlier programs have kept 44 bytes: "TAVH", SampleCount, AskedInput, seen, values, sum. What

@@ -8,6 +8,8 @@
 #include "files/journal_check.h"
 #include "files/journal_writer.h"
 #include "files/recording_format.h"
+#include "files/row_times.h"
+#include "files/stored_recording.h"
 #include "platform/file_system.h"
 #include "platform/whoami.h"
 
@@ -24,21 +26,27 @@ JsonValue::List RecordedInputs(const UnitRecord& unit) {
   return inputs;
 }
 
-std::optional<std::string> JournalOf(const std::string& directory, const std::string& name) {
-  const auto path = FindFile(JoinPath(directory, kJournalDirectory), name);
-  return path ? ReadWholeFile(*path, kMostJournalBytes) : std::nullopt;
+// From which time of day on the rows from..from + count - 1 count, if the journal says it.
+void AddAnchors(JsonValue::Members& fields, const JournalReading& journal, std::int64_t interval,
+                std::int32_t from, std::int32_t count) {
+  JsonValue::List anchors = RowTimes(journal, interval).AnchorsOf(from, count);
+  if (!anchors.empty()) {
+    fields.emplace_back("anchors", std::move(anchors));
+  }
 }
 
 // What the source's journal says of it last; only the rows where it has none.
 JsonValue::Members OriginFields(const SubfileOrigin& origin) {
   JsonValue::Members fields{
       {"file", origin.Name}, {"first", origin.FirstRow}, {"last", origin.LastRow}};
-  const auto text = JournalOf(origin.Directory, origin.Name);
+  const auto text = JournalTextOf(origin.Directory, origin.Name);
   const JournalReading journal = ReadJournal(text.value_or(""));
   if (journal.Entries.empty()) {
     return fields;
   }
   fields.emplace_back("id", journal.Id());
+  AddAnchors(fields, journal, origin.Interval, origin.FirstRow,
+             origin.LastRow - origin.FirstRow + 1);
   const auto seal =
       std::find_if(journal.Entries.rbegin(), journal.Entries.rend(),
                    [](const JournalEntry& entry) { return entry.Kind == journal::kSeal; });
@@ -84,12 +92,25 @@ JsonValue::Members BeginFields(const std::string& id, const std::string& name,
   return fields;
 }
 
-void BeginSubfileJournal(const std::string& path, const std::string& bytes,
-                         const SubfileOrigin& origin, const SettingsValues& settings,
-                         const Clock& clock) {
+// A next file without rows begins with the set behind the last row.
+JsonValue::Members BeforeFields(const FileBefore& before) {
+  JsonValue::Members fields{{"file", before.Name}, {"id", before.Id}};
+  const bool is_usable = !before.Id.empty() && before.HasWholeJournal;
+  const auto text = is_usable ? JournalTextOf(before.Directory, before.Name) : std::nullopt;
+  if (text) {
+    const bool is_behind = before.Taken == 0;
+    AddAnchors(fields, ReadJournal(*text), before.Interval, is_behind ? before.Rows : 0,
+               is_behind ? 1 : before.Taken);
+  }
+  return fields;
+}
+
+std::string BeginSubfileJournal(const std::string& path, const std::string& bytes,
+                                const SubfileOrigin& origin, const SettingsValues& settings,
+                                const Clock& clock) {
   UnitRecord unit{};
   if (bytes.size() < sizeof unit) {
-    return;
+    return "";
   }
   std::memcpy(&unit, bytes.data(), sizeof unit);
   const std::size_t slash = path.rfind('/') + 1;
@@ -97,17 +118,17 @@ void BeginSubfileJournal(const std::string& path, const std::string& bytes,
   const std::string directory = StripSeparator(path.substr(0, slash));
   const auto old_path = FindFile(JoinPath(directory, kJournalDirectory), name);
   if (old_path && PutJournalAside(*old_path).empty()) {
-    return;
+    return "an older one cannot be put aside";
   }
   JournalWriter writer(clock);
   if (!writer.Open(JournalPath(directory, name))) {
-    return;
+    return writer.Error();
   }
   JsonValue::Members fields = BeginFields(RandomId(), name, unit, settings);
   fields.emplace_back("origin", OriginFields(origin));
   writer.Add(journal::kBegin, fields);
   AddSeal(writer, unit, bytes);
-  static_cast<void>(writer.Sync());
+  return writer.Sync() ? "" : writer.Error();
 }
 
 }  // namespace tavrel

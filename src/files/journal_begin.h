@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "files/journal_text.h"
 #include "platform/clock.h"
 #include "platform/json.h"
 #include "state/settings_values.h"
@@ -20,19 +21,35 @@ namespace tavrel {
                                              const UnitRecord& unit,
                                              const SettingsValues& settings);
 
+// The file in which a recording was before, as the journal of the next one tells of it.
+struct FileBefore {
+  std::string Directory;
+  std::string Name;
+  std::string Id;               // empty: it has no journal that can be used
+  bool HasWholeJournal = true;  // no line of it waits for the disk
+  std::int32_t Rows = 0;        // of it
+  std::int32_t Taken = 0;  // of these, the next file begins with so many, from the first one on
+  int Interval = 0;        // seconds between two rows
+};
+
+// The member `before` of the line begin: file and id, and from which time of day on the rows count.
+[[nodiscard]] JsonValue::Members BeforeFields(const FileBefore& before);
+
 // What a subfile was cut out of. Rows from 0, of the source.
 struct SubfileOrigin {
   std::string Directory;
   std::string Name;
   int FirstRow = 0;
   int LastRow = 0;
+  int Interval = 0;  // seconds between two rows
 };
 
 // Begins the journal of a subfile that has been written as `bytes` to the full path. An older one
-// of that name is put aside. A medium that refuses it costs the journal only.
-void BeginSubfileJournal(const std::string& path, const std::string& bytes,
-                         const SubfileOrigin& origin, const SettingsValues& settings,
-                         const Clock& clock);
+// of that name is put aside. A medium that refuses it costs the journal only: then what to tell the
+// user, else the empty text.
+[[nodiscard]] std::string BeginSubfileJournal(const std::string& path, const std::string& bytes,
+                                              const SubfileOrigin& origin,
+                                              const SettingsValues& settings, const Clock& clock);
 
 }  // namespace tavrel
 

@@ -97,7 +97,7 @@ struct JournalReading {
 // where the next line says so.
 [[nodiscard]] JournalReading ReadJournal(std::string_view text);
 
-// The same for whoever goes on with the journal: of the lines in front of the last seal only the
+// The same, to go on with the journal: of the lines in front of the last seal only the
 // first is among the entries, if all bytes in front of that seal are those that it seals. So a
 // journal of many months costs one hash of its text. Where they are not, all lines are read.
 [[nodiscard]] JournalReading ReadJournalEnd(std::string_view text);

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "files/ledger_whys.h"
 #include "files/recording_format.h"
 
 namespace tavrel {
@@ -43,6 +44,19 @@ double SecondsIn(const JsonValue& fields, std::string_view name) {
   constexpr double kMost = 1e12;
   const JsonValue* const member = fields.Find(name);
   return std::clamp(member != nullptr ? member->Number().value_or(0) : 0, 0.0, kMost);
+}
+
+std::vector<int> InputsIn(const JsonValue& fields) {
+  const JsonValue* const member = fields.Find("inputs");
+  const JsonValue::List* const list = member != nullptr ? member->Elements() : nullptr;
+  std::vector<int> inputs;
+  for (std::size_t place = 0; list != nullptr && place < list->size(); ++place) {
+    const std::int64_t input = (*list)[place].Whole().value_or(0);
+    if (input >= 1 && input <= kInputs && inputs.size() < kInputs) {
+      inputs.push_back(static_cast<int>(input));
+    }
+  }
+  return inputs;
 }
 
 // Lines that were written before there were bounds tell a number, and whether it is one.
@@ -103,8 +117,8 @@ void Ledger::Take(std::string_view kind, const JsonValue& fields, const LedgerMo
   is_simulated_ = line.empty() ? is_simulated_ : line == "simulated";
   if (kind == journal::kBegin) {
     TakeBegin(fields);
-  } else if (kind == "adopted" && follows_late_begin) {
-    unwatched_ = NumberIn(fields, "last") + 1;
+  } else if (kind == "adopted") {
+    TakeAdopted(fields, follows_late_begin);
   } else if (kind == "start") {
     TakeStart(rows_);
   } else if (kind == "resume" || kind == "back") {
@@ -128,7 +142,25 @@ void Ledger::TakeBegin(const JsonValue& fields) {
   began_late_ = fields.Find("why") != nullptr;
   is_on_ = began_late_ || fields.Find("before") != nullptr;
   segments_ = is_on_ ? 1 : 0;
-  why_ = fields.Find("origin") != nullptr ? "it is a part of another recording" : "";
+  why_ = fields.Find("origin") != nullptr ? no_ledger::kPart.English : "";
+}
+
+void Ledger::TakeAdopted(const JsonValue& fields, bool follows_late_begin) {
+  const std::int64_t end = NumberIn(fields, "last") + 1;
+  if (follows_late_begin) {
+    unwatched_ = end;
+  } else if (const std::int64_t rows = Unexplained(end - NumberIn(fields, "first")); rows > 0) {
+    unwatched_ += rows;
+    BeginSeries();
+  }
+}
+
+// Behind the journal that a killed program leaves stand the rows since its last seal, and what it
+// fetched meanwhile from a full buffer. Where there are more the journal could not be written.
+std::int64_t Ledger::Unexplained(std::int64_t rows) const {
+  constexpr double kBetweenSeals = 3600;  // s: three times as long as it should be
+  const double most = kBufferSets + kBetweenSeals / std::max(interval_, 1.0) + 2;
+  return static_cast<double>(rows) > most ? rows : 0;
 }
 
 void Ledger::TakeStart(std::int64_t rows) {
@@ -163,7 +195,8 @@ void Ledger::BeginSeries() {
 // Where values may stand in wrong rows the rows tell no sets any more; a series that the user has
 // begun anew has another phase.
 void Ledger::TakeValues(const JsonValue& fields) {
-  const Span span{NumberIn(fields, "first"), NumberIn(fields, "last")};
+  const Span span{NumberIn(fields, "first"), NumberIn(fields, "last"), InputsIn(fields),
+                  TextIn(fields, "what")};
   const bool is_filled = IsTrue(fields, "filled");
   if (!is_filled || IsTrue(fields, "anew")) {
     BeginSeries();
@@ -188,6 +221,7 @@ void Ledger::TakeDrained(const JsonValue& fields, const LedgerMoment& when,
   has_drained_ = true;
   if (later_from_) {
     later_ += std::max<std::int64_t>(SetsOf(rows_) - SetsOf(*later_from_), 0);
+    later_spans_.push_back({*later_from_, rows_ - 1});
     later_from_.reset();
   }
   const LedgerClock::Moment moment{when.Up - SecondsIn(fields, "took"), when.Up};
@@ -275,15 +309,13 @@ std::optional<SetBounds> Ledger::WaitingAt(std::int64_t rows, const LedgerMoment
 LedgerFigures Ledger::Figures(std::int64_t rows, const std::optional<LedgerMoment>& now) const {
   LedgerFigures figures;
   figures.Rows = rows;
-  figures.Why = has_begun_ ? why_ : "there is no journal";
-  if (figures.Why.empty() && is_simulated_ && !has_drained_) {
-    figures.Why = "no instrument was on the line";
-  }
+  figures.Why = WhyNone();
   figures.IsKnown = figures.Why.empty();
   if (!figures.IsKnown) {
     return figures;
   }
-  figures.Unwatched = std::min(unwatched_, rows);
+  const std::int64_t behind = now ? 0 : Unexplained(rows - rows_);
+  figures.Unwatched = std::min(unwatched_ + behind, rows);
   figures.Recorded = SetsOf(rows);
   const std::int64_t since = later_from_ ? SetsOf(rows) - SetsOf(*later_from_) : 0;
   figures.Later = std::min(later_ + std::max<std::int64_t>(since, 0), figures.Recorded);
@@ -300,6 +332,45 @@ LedgerFigures Ledger::Figures(std::int64_t rows, const std::optional<LedgerMomen
   figures.Waiting = WaitingAt(rows, now.value_or(last_));
   figures.Segments = segments_;
   return figures;
+}
+
+std::string Ledger::WhyNone() const {
+  if (!has_begun_ || !why_.empty()) {
+    return has_begun_ ? why_ : std::string(no_ledger::kNoJournal.English);
+  }
+  return is_simulated_ && !has_drained_ ? std::string(no_ledger::kSimulated.English) : "";
+}
+
+std::vector<ToldRows> Ledger::Told(std::int64_t rows) const {
+  using Kind = ToldRows::Kind;
+  std::vector<ToldRows> told;
+  if (!WhyNone().empty()) {
+    return told;
+  }
+  const auto add = [&](Kind kind, const Span& span) {
+    const std::int64_t last = std::min(span.to, rows - 1);
+    if (span.from <= last) {
+      told.push_back({kind, span.from, last, {}, span.inputs, span.why});
+    }
+  };
+  const auto add_all = [&](Kind kind, const std::vector<Span>& spans) {
+    std::for_each(spans.begin(), spans.end(), [&](const Span& span) { add(kind, span); });
+  };
+  add_all(Kind::kLater, later_spans_);
+  add_all(Kind::kFilled, filled_);
+  add_all(Kind::kQuestioned, questioned_);
+  if (later_from_) {
+    add(Kind::kLater, {*later_from_, rows - 1});
+  }
+  if (question_from_) {
+    add(Kind::kQuestioned, {*question_from_, rows - 1});
+  }
+  for (const LedgerLoss& loss : losses_) {
+    if (!loss.Sets.IsNone() && loss.Before <= rows) {
+      told.push_back({Kind::kMissing, loss.Before, loss.Before, loss.Sets, {}, loss.What});
+    }
+  }
+  return told;
 }
 
 // ---- A whole journal.

@@ -37,12 +37,30 @@ struct LedgerLoss {
   std::string What;                   // in words
 };
 
+// Rows of which the journal tells something.
+struct ToldRows {
+  enum class Kind {
+    kLater,       // fetched after the instrument was silent or the program was away
+    kFilled,      // a value stands in place of a lost one
+    kQuestioned,  // values may stand in a wrong row
+    kMissing,     // sets are missing before First
+  };
+  Kind What = Kind::kLater;
+  std::int64_t First = 0;
+  std::int64_t Last = 0;         // of kMissing the same as First
+  SetBounds Missing;             // of kMissing
+  std::vector<int> Inputs = {};  // of kFilled and kQuestioned
+  std::string Why;               // in the words of the journal; may be empty
+
+  [[nodiscard]] bool operator==(const ToldRows&) const = default;
+};
+
 // The figures of a recording.
 struct LedgerFigures {
   bool IsKnown = false;         // false: nothing can be said, for Why
   std::string Why;              // "there is no journal", "it is a part of another recording"
   std::int64_t Rows = 0;        // of the file
-  std::int64_t Unwatched = 0;   // of them, rows that were there before the journal
+  std::int64_t Unwatched = 0;   // of them, rows that no line of the journal vouches for
   std::int64_t Recorded = 0;    // sets; rows 0 and 1 hold the same one
   std::int64_t Live = 0;        // of them, taken while the instrument was read all the time
   std::int64_t Later = 0;       // of them, fetched after it was silent or the program was away
@@ -76,18 +94,27 @@ class Ledger {
   void Take(const JournalEntry& entry);
 
   // With `rows` in the file; what waits in the instrument is estimated for `now`, or for the moment
-  // of the last line.
+  // of the last line. Without `now` nobody records, and rows behind the last line may be of a time
+  // in which the journal could not be written.
   [[nodiscard]] LedgerFigures Figures(std::int64_t rows,
                                       const std::optional<LedgerMoment>& now = {}) const;
+
+  // What it tells of the rows of a file with `rows` of them, in no order. Nothing where there is no
+  // ledger.
+  [[nodiscard]] std::vector<ToldRows> Told(std::int64_t rows) const;
 
  private:
   // Rows from..to, both of them.
   struct Span {
     std::int64_t from = 0;
     std::int64_t to = 0;
+    std::vector<int> inputs = {};
+    std::string why = {};
   };
 
+  [[nodiscard]] std::string WhyNone() const;
   void TakeBegin(const JsonValue& fields);
+  void TakeAdopted(const JsonValue& fields, bool follows_late_begin);
   void TakeStart(std::int64_t rows);
   void TakeLost(const JsonValue& fields, const std::string& time);
   void TakeValues(const JsonValue& fields);
@@ -98,6 +125,7 @@ class Ledger {
                                                     const std::string& time);
   void Narrow(const SetBounds& missing);
   [[nodiscard]] SetBounds OpenSum() const;
+  [[nodiscard]] std::int64_t Unexplained(std::int64_t rows) const;
   [[nodiscard]] std::optional<SetBounds> WaitingAt(std::int64_t rows,
                                                    const LedgerMoment& now) const;
 
@@ -113,6 +141,7 @@ class Ledger {
   std::int64_t later_ = 0;
   std::int64_t segments_ = 0;
   std::optional<std::int64_t> later_from_;
+  std::vector<Span> later_spans_;
   std::vector<Span> filled_;
   std::vector<Span> questioned_;
   std::optional<std::int64_t> question_from_;

@@ -1,5 +1,10 @@
 #include "files/ledger_text.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "files/ledger_whys.h"
+
 namespace tavrel {
 namespace {
 
@@ -14,7 +19,7 @@ constexpr BothLanguages kAt{" at ", " um "};
 constexpr BothLanguages kPlaces{" in several places", " an mehreren Stellen"};
 constexpr BothLanguages kFilled{" filled in", " ersetzt"};
 constexpr BothLanguages kQuestioned{" in question", " fraglich"};
-constexpr BothLanguages kUnwatched{" rows older than the journal", " Zeilen älter als das Journal"};
+constexpr BothLanguages kUnwatched{" rows without a journal", " Zeilen ohne Journal"};
 constexpr BothLanguages kNoLedger{"no ledger: ", "keine Bilanz: "};
 
 std::string In(const BothLanguages& text, Language language) {
@@ -43,6 +48,13 @@ std::string CountText(std::int64_t count, const BothLanguages& what, Language la
   return count == 0 ? "" : ", " + std::to_string(count) + In(what, language);
 }
 
+std::string WhyText(const std::string& why, Language language) {
+  const auto* const found =
+      std::find_if(std::begin(no_ledger::kAll), std::end(no_ledger::kAll),
+                   [&](const BothLanguages& each) { return each.English == why; });
+  return found != std::end(no_ledger::kAll) ? In(*found, language) : why;
+}
+
 }  // namespace
 
 std::string BoundsText(const SetBounds& sets, Language language) {
@@ -55,7 +67,7 @@ std::string BoundsText(const SetBounds& sets, Language language) {
 
 std::string LedgerSummary(const LedgerFigures& figures, Language language) {
   if (!figures.IsKnown) {
-    return In(kNoLedger, language) + figures.Why;
+    return In(kNoLedger, language) + WhyText(figures.Why, language);
   }
   const std::string text =
       std::to_string(figures.Recorded) + In(figures.Recorded == 1 ? kSet : kSets, language);

@@ -49,17 +49,17 @@ void RecordingEngine::DoubtInput(const std::vector<int>& slots, int input) {
 
 // One exchange for columns that are in doubt, or the end of the doubt.
 void RecordingEngine::MendColumns(int slot) {
-  const ColumnKeeper::Deed deed = columns_.Next(slot);
-  switch (deed.kind) {
-    case ColumnKeeper::Deed::kWait:
+  const ColumnKeeper::Action action = columns_.Next(slot);
+  switch (action.kind) {
+    case ColumnKeeper::Action::kWait:
       return;
-    case ColumnKeeper::Deed::kCount:
-      CountForColumns(slot, deed.input);
+    case ColumnKeeper::Action::kCount:
+      CountForColumns(slot, action.input);
       return;
-    case ColumnKeeper::Deed::kDiscard:
-      DiscardForColumns(slot, deed.input);
+    case ColumnKeeper::Action::kDiscard:
+      DiscardForColumns(slot, action.input);
       return;
-    case ColumnKeeper::Deed::kDecide:
+    case ColumnKeeper::Action::kDecide:
       if (!columns_.Decide(slot)) {
         state_.ReadState[slot] = ReadState::kWaiting;
       }

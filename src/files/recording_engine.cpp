@@ -152,7 +152,7 @@ bool RecordingEngine::SlotHasWork() {
     return true;
   }
   if (state_.ColumnsInDoubt[slot]) {
-    return columns_.Next(slot).kind != ColumnKeeper::Deed::kWait;
+    return columns_.Next(slot).kind != ColumnKeeper::Action::kWait;
   }
   while (state_.PumpChannel >= 1) {
     if (unit.IsRecorded(state_.PumpChannel) && !state_.SampleSeen[slot][state_.PumpChannel]) {
@@ -438,14 +438,23 @@ void RecordingEngine::RestoreFile(int slot) {
 std::optional<std::chrono::seconds> RecordingEngine::BuffersLast() const {
   std::optional<std::chrono::seconds> shortest;
   for (int slot = 1; slot <= kSlots; ++slot) {
-    if (state_.ReadState[slot] == ReadState::kIdle || state_.SlotFile[slot].empty()) {
-      continue;
+    if (const auto time = BufferLasts(slot)) {
+      shortest = std::min(shortest.value_or(*time), *time);
     }
-    const int room = order_.Fill(slot).LeastRoom(clock_.Elapsed()).value_or(0);
-    const std::chrono::seconds time(std::int64_t{room} * state_.RecInterval[slot]);
-    shortest = std::min(shortest.value_or(time), time);
   }
   return shortest;
+}
+
+std::optional<std::chrono::seconds> RecordingEngine::SilentBufferLasts(int slot) const {
+  return IsSlot(slot) && is_silence_noted_[slot] ? BufferLasts(slot) : std::nullopt;
+}
+
+std::optional<std::chrono::seconds> RecordingEngine::BufferLasts(int slot) const {
+  if (state_.ReadState[slot] == ReadState::kIdle || state_.SlotFile[slot].empty()) {
+    return std::nullopt;
+  }
+  const int room = order_.Fill(slot).LeastRoom(clock_.Elapsed()).value_or(0);
+  return std::chrono::seconds(std::int64_t{room} * state_.RecInterval[slot]);
 }
 
 // What is to be told to the user; empty if nothing is.

@@ -119,8 +119,8 @@ class RecordingEngine {
 
   // ---- Orders and holds.
 
-  // What end actions have still to switch off. Whoever switches a controller with success drops
-  // the order for it.
+  // What end actions have still to switch off. A successful switch of a controller drops the
+  // order for it.
   [[nodiscard]] StopOrders& Orders() { return stop_orders_; }
 
   // Writes down what is done to the controllers of the recordings.
@@ -141,6 +141,10 @@ class RecordingEngine {
   // buffers is full. 0 where nobody knows how full one is. Empty: none runs.
   [[nodiscard]] std::optional<std::chrono::seconds> BuffersLast() const;
 
+  // The same of one recording whose instrument has not answered for five seconds; empty of any
+  // other.
+  [[nodiscard]] std::optional<std::chrono::seconds> SilentBufferLasts(int slot) const;
+
   // The instrument of the slot has thrown away what its buffers held, `sets` of the slot or one or
   // two more. Nothing more is read for the slot before its columns have been compared.
   void NoteCleared(int slot, std::int64_t sets) { columns_.NoteCleared(slot, sets); }
@@ -154,6 +158,8 @@ class RecordingEngine {
   [[nodiscard]] bool HoldsSet(int slot) const;
 
  private:
+  [[nodiscard]] std::optional<std::chrono::seconds> BufferLasts(int slot) const;
+
   // The pump.
   [[nodiscard]] bool SendStopOrders();
   [[nodiscard]] bool ServeFirst();

@@ -88,8 +88,8 @@ std::string RecordingFiles::OpenAndTest(int slot) {
     return name + ": " + file.Error();
   }
   if (HeadersIn(length) < 1) {
-    // Such a stump can only be a file whose creation failed. Where it cannot be deleted it is
-    // damaged all the same.
+    // Such a partial file can only be a file whose creation failed. Where it cannot be deleted it
+    // is damaged all the same.
     file.Close();
     static_cast<void>(DeleteFile(*path));
     state_.IndexValid = false;
@@ -174,12 +174,16 @@ void RecordingFiles::DeriveValues(int slot) {
   state_.SlotDirty[slot] = false;
   const bool goes_on = IsSlot(slot) && unit.UnitRecOn == 1 && unit.CanBeRecorded();
   state_.ReadState[slot] = goes_on ? ReadState::kReading : ReadState::kIdle;
-  journals_.Opened(slot);
+  const std::optional<HeldSet> held = goes_on ? ReadHeldSet(slot) : std::nullopt;
+  journals_.Opened(slot, held && held->JournalLacksLines);
   RandomFile& file = state_.SlotFileNo[slot];
   if (goes_on) {
-    TakeHeldSet(slot);
+    TakeHeldSet(slot, held);
   } else if (IsSlot(slot) && unit.CanBeRecorded()) {
     TakeRefusedSet(slot);
+  }
+  if (held && held->JournalLacksLines && !journals_.LacksLines(slot)) {
+    KeepHeldSet(slot, state_.AskedInput[slot]);  // the new journal says it
   }
   const bool is_header_short = file.IsOpen() && file.Size() < kHeaderBytes;
   if (goes_on && is_header_short) {
@@ -190,8 +194,7 @@ void RecordingFiles::DeriveValues(int slot) {
 // A recording that was cut off goes on with what it held. Where rows are missing at the end of the
 // file they were lost with the power: the values that are held belong behind them all the same, for
 // the instrument has handed them over.
-void RecordingFiles::TakeHeldSet(int slot) {
-  const std::optional<HeldSet> held = ReadHeldSet(slot);
+void RecordingFiles::TakeHeldSet(int slot, const std::optional<HeldSet>& held) {
   if (!held || held->SampleCount < state_.SampleCount[slot]) {
     KeepOrderOf(slot, held);
     return;
@@ -274,7 +277,7 @@ bool RecordingFiles::KeepHeldSet(int slot, int asked_input) {
   }
   const HeldSetBytes bytes =
       EncodeHeldSet({state_.SampleCount[slot], asked_input, state_.SampleSeen[slot],
-                     state_.SampleValue[slot], state_.Columns[slot]});
+                     state_.SampleValue[slot], state_.Columns[slot], journals_.LacksLines(slot)});
   if (!file.WriteAt(0, std::as_bytes(std::span(bytes)))) {
     file.Close();
     return false;
@@ -296,7 +299,8 @@ void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
 void RecordingFiles::ReleaseHeldSet(int slot) {
   const auto& seen = state_.SampleSeen[slot];
   const bool any_seen = std::find(seen.begin(), seen.end(), true) != seen.end();
-  const bool is_needed = any_seen || state_.ColumnsInDoubt[slot] || state_.Columns[slot].IsNeeded();
+  const bool is_needed = any_seen || state_.ColumnsInDoubt[slot] ||
+                         state_.Columns[slot].IsNeeded() || journals_.LacksLines(slot);
   if (state_.Unit[slot].UnitRecOn != 1) {
     return;  // what lies there belongs to a set that the disk has refused
   }

@@ -29,7 +29,7 @@ class RecordingFiles {
 
   // Reads and tests the file named by SlotPath and SlotFile, fills Unit and the derived values
   // and leaves the file open. A file on media that cannot be written is opened for reading in
-  // slot 0 only. A stump whose length rounds to no header (below 500 bytes) is deleted. A
+  // slot 0 only. A partial file whose length rounds to no header (below 500 bytes) is deleted. A
   // recording that was running goes on: ReadState becomes kReading, unless the recorded inputs
   // and UnitChannels disagree (such a file may be shown but not recorded). A file that another of
   // the slots 1..12 has, by whatever name, is refused: their rows would overwrite each other.
@@ -163,7 +163,7 @@ class RecordingFiles {
                                              std::span<const std::byte> rows);
   void TakeRestoredFile(int slot, const std::string& name, RandomFile file);
   void DeriveValues(int slot);
-  void TakeHeldSet(int slot);
+  void TakeHeldSet(int slot, const std::optional<HeldSet>& held);
   [[nodiscard]] std::optional<HeldSet> ReadHeldSet(int slot);
   void KeepOrderOf(int slot, const std::optional<HeldSet>& held);
   void TellLostRows(int slot, std::int32_t rows);

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "files/journal_begin.h"
 #include "files/new_file.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"
@@ -56,7 +57,9 @@ std::string RecordingFiles::MakeNextFile(int slot) {
   unit.UnitRecOn = 1;
   unit.UnitMarks = 0;
   RandomFile file;
-  const JsonValue::Members before{{"file", state_.SlotFile[slot]}, {"id", journals_.IdOf(slot)}};
+  const JsonValue::Members before =
+      BeforeFields({state_.SlotPath[slot], state_.SlotFile[slot], journals_.IdOf(slot),
+                    !journals_.LacksLines(slot), state_.SampleCount[slot], 0, RecIntervalOf(unit)});
   const std::string problem = journals_.MakeFile(file, slot, name, unit, {}, {{"before", before}});
   if (!problem.empty()) {
     messages_.Report(slot, {name + ": " + problem, kWriteTitle});

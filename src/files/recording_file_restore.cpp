@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "files/journal_begin.h"
 #include "files/new_file.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"
@@ -77,7 +78,7 @@ bool RecordingFiles::PutIntoNewFile(int slot, std::span<const std::byte> rows) {
   TakeRestoredFile(slot, name, std::move(file));
   state_.Unit[slot] = unit;
   state_.SampleCount[slot] = SampleCountOf(length, unit.UnitChannels);
-  journals_.Opened(slot);
+  journals_.Opened(slot, journals_.LacksLines(slot));
   KeepHeldSet(slot, state_.AskedInput[slot]);
   return true;
 }
@@ -90,7 +91,13 @@ std::string RecordingFiles::MakeRestoredFile(RandomFile& file, int slot, const s
     journals_.AnnounceHeader(slot, unit);
     return MakeRecordingFile(file, state_.SlotPath[slot], name, unit, rows);
   }
-  const JsonValue::Members before{{"file", state_.SlotFile[slot]}, {"id", journals_.IdOf(slot)}};
+  const std::int32_t taken =
+      SampleCountOf(kHeaderBytes + static_cast<std::int64_t>(rows.size()), unit.UnitChannels);
+  // Rows that are lost leave no time to go on from.
+  const bool is_whole = !journals_.LacksLines(slot) && taken == state_.SampleCount[slot];
+  const JsonValue::Members before =
+      BeforeFields({state_.SlotPath[slot], state_.SlotFile[slot], journals_.IdOf(slot), is_whole,
+                    state_.SampleCount[slot], taken, RecIntervalOf(unit)});
   return journals_.MakeFile(file, slot, name, unit, rows, {{"before", before}});
 }
 

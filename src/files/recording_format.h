@@ -71,7 +71,7 @@ inline constexpr int kBufferSets = 896;  // sample sets that an instrument holds
 // empty text.
 [[nodiscard]] std::string NextFileName(std::string_view name);
 
-// True if a new file may bear the name: it is in capitals (or two names that raising takes for
+// True if a new file may have the name: it is in capitals (or two names that raising takes for
 // different would be one to the disk) and holds nothing that a file name cannot hold.
 [[nodiscard]] bool IsNameForNewFile(std::string_view name);
 

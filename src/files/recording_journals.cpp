@@ -11,6 +11,7 @@
 #include "files/journal_begin.h"
 #include "files/new_file.h"
 #include "files/recording_format.h"
+#include "files/stored_recording.h"
 #include "platform/file_system.h"
 #include "platform/whoami.h"
 #include "state/box_titles.h"
@@ -49,11 +50,17 @@ RecordingJournals::RecordingJournals(RunState& state, const Clock& clock, Messag
   }
 }
 
-void RecordingJournals::Opened(int slot) {
+void RecordingJournals::Opened(int slot, bool lacks_lines) {
   Of(slot) = Entry(clock_);
+  Of(slot).LacksLines = lacks_lines;
   if (state_.ReadState[slot] != ReadState::kIdle) {
     static_cast<void>(IsReady(slot));
   }
+}
+
+bool RecordingJournals::LacksLines(int slot) const {
+  const Entry& entry = entries_.at(static_cast<std::size_t>(slot));
+  return entry.LacksLines || entry.IsTurnWaiting;
 }
 
 // A recording begins a journal where there is none; nothing else does. One that was refused is
@@ -110,8 +117,7 @@ void RecordingJournals::Attach(int slot) {
     return;
   }
   // What was lost or filled in meanwhile stands in no line of the old one.
-  const bool was_refused = entry.NextTry != std::chrono::nanoseconds::zero();
-  if (was_refused && check.Rows > check.CoveredRows) {
+  if (entry.LacksLines) {
     BeginAnew(slot, "the old one could not be written for a while", true);
     return;
   }
@@ -155,6 +161,7 @@ void RecordingJournals::BeginAnew(int slot, const std::string& why, bool has_old
   entry.NextTry = {};
   entry.Id = RandomId();
   entry.Book = Ledger();
+  entry.LacksLines = false;
   TakeFile(slot, std::as_bytes(std::span(*bytes)));
   JsonValue::Members fields = BeginFields(entry.Id, name, state_.Unit[slot], state_.Settings);
   fields.emplace_back("why", why);
@@ -262,6 +269,7 @@ void RecordingJournals::AnnounceHeader(int slot, const UnitRecord& unit) {
 
 void RecordingJournals::Appended(int slot, std::span<const std::byte> bytes) {
   Entry& entry = Of(slot);
+  entry.LacksLines = entry.LacksLines || entry.State == Entry::Kind::kRefused;
   if (entry.State != Entry::Kind::kOpen) {
     return;
   }
@@ -278,7 +286,12 @@ void RecordingJournals::Synced(int slot) {
 }
 
 void RecordingJournals::Note(int slot, const std::string& kind, JsonValue::Members fields) {
-  if (slot < kViewedFile || slot > kSlots || state_.SlotFile[slot].empty() || !IsReady(slot)) {
+  if (slot < kViewedFile || slot > kSlots || state_.SlotFile[slot].empty()) {
+    return;
+  }
+  if (!IsReady(slot)) {
+    const bool has_none = Of(slot).State == Entry::Kind::kNone;
+    Of(slot).LacksLines = Of(slot).LacksLines || (!has_none && IsTurn(kind));
     return;
   }
   fields.emplace_back("rows", Of(slot).Rows);
@@ -301,7 +314,7 @@ void RecordingJournals::Drained(int slot, std::chrono::nanoseconds took) {
 LedgerFigures RecordingJournals::Figures(int slot) {
   Entry& entry = Of(slot);
   if (entry.State == Entry::Kind::kUnknown) {
-    return FiguresOnDisk(slot);
+    return LedgerOnDisk(slot).Figures(state_.SampleCount[slot]);
   }
   if (entry.State != Entry::Kind::kOpen) {
     return Ledger().Figures(state_.SampleCount[slot]);
@@ -310,11 +323,16 @@ LedgerFigures RecordingJournals::Figures(int slot) {
   return entry.Book.Figures(entry.Rows, LedgerMoment{now.Up, now.Boot});
 }
 
-LedgerFigures RecordingJournals::FiguresOnDisk(int slot) const {
-  const std::string directory = JoinPath(state_.SlotPath[slot], kJournalDirectory);
-  const auto path = FindFile(directory, state_.SlotFile[slot]);
-  const auto text = path ? ReadWholeFile(*path, kMostJournalBytes) : std::nullopt;
-  return ReadLedger(text.value_or("")).Figures(state_.SampleCount[slot]);
+std::vector<ToldRows> RecordingJournals::Told(int slot) {
+  const Entry& entry = Of(slot);
+  if (entry.State == Entry::Kind::kUnknown) {
+    return LedgerOnDisk(slot).Told(state_.SampleCount[slot]);
+  }
+  return entry.State == Entry::Kind::kOpen ? entry.Book.Told(entry.Rows) : std::vector<ToldRows>();
+}
+
+Ledger RecordingJournals::LedgerOnDisk(int slot) const {
+  return ReadLedger(JournalTextOf(state_.SlotPath[slot], state_.SlotFile[slot]).value_or(""));
 }
 
 void RecordingJournals::Closed(int slot, bool is_synced) {
@@ -341,6 +359,7 @@ std::string RecordingJournals::IdOf(int slot) {
 void RecordingJournals::Add(Entry& entry, const std::string& kind,
                             const JsonValue::Members& fields) {
   const JournalStamp stamp = entry.Writer.Add(kind, fields);
+  entry.IsTurnWaiting = !entry.Writer.Error().empty() && (entry.IsTurnWaiting || IsTurn(kind));
   entry.Book.Take(kind, fields, {stamp.Up, stamp.Boot}, TimeWithZone(stamp.Wall));
   entry.WantsDrained = entry.WantsDrained || IsTurn(kind);
   entry.StartRows = kind == "start" ? entry.Rows : entry.StartRows;
@@ -351,6 +370,7 @@ void RecordingJournals::Add(Entry& entry, const std::string& kind,
 
 void RecordingJournals::Sync(Entry& entry) {
   if (entry.Writer.Sync()) {
+    entry.IsTurnWaiting = false;
     entry.MustSync = false;
     is_told_ = false;
     problem_.clear();
@@ -374,6 +394,8 @@ void RecordingJournals::Seal(Entry& entry) {
 
 void RecordingJournals::Refuse(Entry& entry) {
   NoteProblem(entry);
+  entry.LacksLines = entry.LacksLines || entry.IsTurnWaiting;
+  entry.IsTurnWaiting = false;
   entry.Writer.Close();
   entry.State = Entry::Kind::kRefused;
   entry.NextTry = clock_.Elapsed() + kPause;

@@ -32,8 +32,14 @@ class RecordingJournals {
   RecordingJournals(RunState& state, const Clock& clock, Messages& messages);
 
   // The slot has opened its file. The journal of a recording that goes on is taken up: it is held
-  // against the file, and where they do not fit a new one begins and the old one is put aside.
-  void Opened(int slot);
+  // against the file, and where they do not fit a new one begins and the old one is put aside. The
+  // same is done if `lacks_lines`, see LacksLines().
+  void Opened(int slot, bool lacks_lines);
+
+  // The journal on the disk lacks lines without which nobody can tell how complete the recording
+  // is: they could not be written, or wait for the disk. Whoever goes on with the recording later
+  // has to know.
+  [[nodiscard]] bool LacksLines(int slot) const;
 
   // Makes a recording file as MakeRecordingFile does, with a journal of which `origin` is a part of
   // the first line.
@@ -67,6 +73,9 @@ class RecordingJournals {
   // How complete the recording of the slot is, as its journal says, at this moment. Where nothing
   // is recorded the journal is read from the disk each time.
   [[nodiscard]] LedgerFigures Figures(int slot);
+
+  // What the journal of the slot tells of rows, as Figures().
+  [[nodiscard]] std::vector<ToldRows> Told(int slot);
 
   // The file of the slot is closed; all of it is on the disk if `is_synced`.
   void Closed(int slot, bool is_synced);
@@ -105,13 +114,15 @@ class RecordingJournals {
     bool WantsDrained = true;     // something has happened since
     std::int32_t StartRows = -1;  // when the recording was started; no set has come yet
     bool IsSealedBehindDrained = false;
-    bool MustSync = false;  // rows or a header have come since the journal was put to the disk
+    bool MustSync = false;       // rows or a header have come since the journal was put to the disk
+    bool LacksLines = false;     // rows or lines for the ledger have come while it was refused
+    bool IsTurnWaiting = false;  // lines for the ledger wait for the disk
   };
 
   [[nodiscard]] Entry& Of(int slot) { return entries_.at(static_cast<std::size_t>(slot)); }
   [[nodiscard]] bool IsReady(int slot);
   void Attach(int slot);
-  [[nodiscard]] LedgerFigures FiguresOnDisk(int slot) const;
+  [[nodiscard]] Ledger LedgerOnDisk(int slot) const;
   void GoOn(int slot, JournalReading reading, std::span<const std::byte> bytes,
             const RecordingCheck& check);
   void BeginAnew(int slot, const std::string& why, bool has_old);

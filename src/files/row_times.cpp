@@ -11,6 +11,7 @@ constexpr std::int64_t kMostLostSets = 1'000'000'000;  // more is no count of se
 constexpr std::int64_t kMinute = 60;                   // seconds
 constexpr std::int64_t kHour = 60 * kMinute;
 constexpr std::int64_t kDay = 24 * kHour;
+constexpr std::size_t kZonePlace = 19;
 constexpr std::string_view kTimeForm = "dddd-dd-ddTdd:dd:ddsdd:dd";  // s: a sign
 
 // A moment and its zone.
@@ -107,6 +108,7 @@ RowTimes::RowTimes(const JournalReading& journal, std::int64_t interval) : inter
   if (!fits) {
     return;
   }
+  TakeAnchors(journal.Entries.front().Fields);
   for (const JournalEntry& line : journal.Entries) {
     TakeTime(line);
     if (line.Kind == "start") {
@@ -141,8 +143,44 @@ std::optional<std::string> RowTimes::Local(std::int32_t row) const {
   return time ? std::optional(TimeWithZone(*time)) : std::nullopt;
 }
 
+JsonValue::List RowTimes::AnchorsOf(std::int32_t from, std::int32_t count) const {
+  JsonValue::List anchors;
+  std::optional<std::string> last;  // of the row before
+  for (std::int32_t row = 0; row < count; ++row) {
+    const auto local = Local(from + row);
+    const auto before = row > 0 ? Moment(from + row - 1) : std::nullopt;
+    const auto moment = local ? Moment(from + row) : std::nullopt;
+    const bool goes_on = before && moment && *moment == *before + interval_;
+    const bool is_same_zone =
+        local && last && local->substr(kZonePlace) == last->substr(kZonePlace);
+    const bool is_unknown_still = !local && !last && row > 0;
+    // The rows 0 and 1 of any file count as one set.
+    if (row <= 1 || !(is_unknown_still || (goes_on && is_same_zone))) {
+      anchors.push_back(JsonValue::Members{{"rows", row}, {"time", local ? *local : JsonValue()}});
+    }
+    last = local;
+  }
+  const bool any = std::any_of(anchors.begin(), anchors.end(),
+                               [](const JsonValue& each) { return !each.Find("time")->IsNull(); });
+  return any ? anchors : JsonValue::List();
+}
+
 std::int64_t RowTimes::Seconds(std::int32_t row, std::int64_t interval) {
   return interval * std::max(row - 1, 0);
+}
+
+// What a file of which this is the next one, or a part, says of its rows here.
+void RowTimes::TakeAnchors(const JsonValue& begin) {
+  for (const char* const member : {"before", "origin"}) {
+    const JsonValue* const other = begin.Find(member);
+    const JsonValue* const anchors = other != nullptr ? other->Find("anchors") : nullptr;
+    const JsonValue::List* const list = anchors != nullptr ? anchors->Elements() : nullptr;
+    for (const JsonValue& each : list != nullptr ? *list : JsonValue::List()) {
+      const JournalEntry line{"start", each};
+      TakeTime(line);
+      TakeStart(line);
+    }
+  }
 }
 
 // A later start takes the rows of one before it. Without its rows it anchors nothing.

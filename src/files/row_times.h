@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "files/journal_text.h"
+#include "platform/json.h"
 
 namespace tavrel {
 
@@ -23,6 +24,11 @@ class RowTimes {
 
   // "2026-03-14T10:00:00+01:00"; empty where the journal does not say.
   [[nodiscard]] std::optional<std::string> Local(std::int32_t row) const;
+
+  // The rows from..from + count - 1 as rows 0..count - 1 of another file: where its time of day
+  // goes on from, as objects with `rows` and `time` that anchor as a line `start` does. Each holds
+  // up to the next one; without a time nobody knows it. Empty if no row has a time.
+  [[nodiscard]] JsonValue::List AnchorsOf(std::int32_t from, std::int32_t count) const;
 
   // The seconds from the first set to a row. The first set stands in the rows 0 and 1.
   [[nodiscard]] static std::int64_t Seconds(std::int32_t row, std::int64_t interval);
@@ -42,6 +48,7 @@ class RowTimes {
     int Minutes = 0;
   };
 
+  void TakeAnchors(const JsonValue& begin);
   void TakeStart(const JournalEntry& line);
   void TakeLost(const JournalEntry& line);
   void TakeTime(const JournalEntry& line);

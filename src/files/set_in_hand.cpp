@@ -73,7 +73,7 @@ std::string RecordingFiles::SaveSetInHand(int slot) {
 // What a stop had to leave beside the file is its next row. If the disk refuses it again it is in
 // hand from now on.
 void RecordingFiles::TakeRefusedSet(int slot) {
-  TakeHeldSet(slot);
+  TakeHeldSet(slot, ReadHeldSet(slot));
   state_.ColumnsInDoubt[slot] = false;
   state_.AskedInput[slot] = 0;
   if (!HoldsWholeSet(state_, slot)) {

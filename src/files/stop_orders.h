@@ -82,8 +82,8 @@ class StopOrders {
 
   [[nodiscard]] bool IsWaiting(int inet, int controller) const;
 
-  // How often an order for that controller was given or sent since the program runs. Whoever
-  // remembers what the controller does, or is to do, forgets it when this changes.
+  // How often an order for that controller was given or sent since the program runs. A
+  // memory of what the controller does, or is to do, is void when this changes.
   [[nodiscard]] std::uint32_t Count(int inet, int controller) const;
 
   // At least one order waits, and there is a line to send it on.

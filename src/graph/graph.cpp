@@ -68,6 +68,9 @@ void Graph::ResetValues() {
   fresh.LblAxis = values_.LblAxis;
   fresh.FocusCalls = values_.FocusCalls;
   fresh.Legend = values_.Legend;
+  fresh.BandChanges = values_.BandChanges;
+  told_rows_ = -1;
+  told_.clear();
   values_ = fresh;
 }
 
@@ -89,6 +92,7 @@ void Graph::Timer_Graph_Timer() {
     graph_.ViewShown = graph_.ViewWanted;
     plotter_.PrepareView();
     plotter_.DrawCurves();
+    ReadTold();
     ShowHint();
   }
   if (graph_.ViewWanted == kLeaveGraph) {
@@ -107,21 +111,81 @@ bool Graph::GoesBeyondAxis() const {
 
 void Graph::ShowHint() {
   constexpr BothLanguages kChoose{
-      "Draw a rectangle with the mouse around the part to look at; Enter shows it.",
-      "Mit der Maus ein Rechteck um den Ausschnitt ziehen; die Eingabe-Taste zeigt ihn."};
+      "Draw a rectangle with the mouse (or arrow keys and space bar) around a part; Enter shows "
+      "it.",
+      "Mit der Maus (oder Pfeil- und Leertaste) ein Rechteck um den Ausschnitt ziehen; die "
+      "Eingabe-Taste zeigt ihn."};
   constexpr BothLanguages kBeyond{
       "The recording goes on beyond the X axis: enlarge X max in the coordinates.",
       "Die Aufzeichnung geht über die X-Achse hinaus: X max in den Koordinaten vergrössern."};
+  values_.Hint = ToldAtCursor();
+  if (!values_.Hint.empty()) {
+    return;
+  }
+  const BothLanguages hint = graph_.ViewShown == kPartView ? HintOfPart()
+                             : GoesBeyondAxis()            ? kBeyond
+                                                           : kChoose;
+  const std::string told = ToldAtCursor();
+  values_.Hint = told.empty() ? std::string(hint.In(values_.TipLanguage)) : told;
+}
+
+// Why nothing is to be seen. A drawing that was broken off may still bring a curve.
+BothLanguages Graph::HintOfPart() const {
   constexpr BothLanguages kEmpty{
       "Nothing has been recorded in this part: choose another one in the overview.",
       "In diesem Ausschnitt ist nichts aufgezeichnet: in der Übersicht einen anderen wählen."};
-  const Language language = values_.TipLanguage;
-  values_.Hint.clear();
-  if (graph_.ViewShown == kOverview) {
-    values_.Hint = (GoesBeyondAxis() ? kBeyond : kChoose).In(language);
-  } else if (graph_.Shown().RecEnd <= graph_.Shown().RecFirst) {
-    values_.Hint = kEmpty.In(language);
+  constexpr BothLanguages kNoColour{
+      "No input has a colour, so there is no curve: choose one on the worksheet.",
+      "Kein Eingang hat eine Farbe, also gibt es keine Kurve: auf dem Arbeitsblatt eine wählen."};
+  constexpr BothLanguages kOutside{
+      "No curve comes into this part: choose another one in the overview.",
+      "In diesen Ausschnitt kommt keine Kurve: in der Übersicht einen anderen wählen."};
+  const ViewFrame& view = graph_.Shown();
+  if (view.RecEnd <= view.RecFirst) {
+    return kEmpty;
   }
+  if (graph_.Curves.CurveCount == 0) {
+    return kNoColour;
+  }
+  const bool is_drawn = view.RecNow >= view.RecEnd;
+  return is_drawn && !view.HasCurve ? kOutside : BothLanguages{};
+}
+
+// The journal of a recording that is on is in memory, any other one is read once.
+void Graph::ReadTold() {
+  const int slot = parts_.state.SelSlot;
+  if (parts_.state.SampleCount[slot] == told_rows_) {
+    return;
+  }
+  told_rows_ = parts_.state.SampleCount[slot];
+  told_ = parts_.files.Journals().Told(slot);
+  ++values_.BandChanges;
+}
+
+BandView Graph::BandOf(int columns) const {
+  return {graph_.Shown(), Unit().UnitChannels, columns};
+}
+
+std::vector<BandRun> Graph::Band(int columns) const {
+  return IsLive() ? BandRuns(told_, BandOf(columns)) : std::vector<BandRun>();
+}
+
+std::string Graph::BandTipAt(int column, int columns) const {
+  return IsLive() ? BandTip(told_, BandOf(columns), column, values_.TipLanguage) : "";
+}
+
+// In one line, for the cursor that the keyboard moves.
+std::string Graph::ToldAtCursor() const {
+  constexpr int kColumns = 1000;
+  const ViewFrame& view = graph_.Shown();
+  const double width = view.XRight - view.XLeft;
+  if (!values_.KeyCursorShown || width == 0) {
+    return "";
+  }
+  const double along = std::clamp((values_.KeyCursorX - view.XLeft) / width, 0.0, 1.0);
+  const std::string tip = BandTip(told_, BandOf(kColumns), static_cast<int>(along * (kColumns - 1)),
+                                  values_.TipLanguage);
+  return tip.substr(0, tip.find('\n'));
 }
 
 void Graph::Leave() {

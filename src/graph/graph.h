@@ -12,6 +12,7 @@
 #include "graph/graph_state.h"
 #include "graph/graph_tools.h"
 #include "graph/graph_values.h"
+#include "graph/told_band.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
 #include "platform/shell.h"
@@ -79,6 +80,11 @@ class Graph : public ModalScreen {
     return IsLive() ? reading_.StrongPoints() : std::vector<std::optional<PlotPoint>>();
   }
 
+  // The band beneath the plot of the view in front, in so many columns of dots, and what it says of
+  // one of them (told_band.h).
+  [[nodiscard]] std::vector<BandRun> Band(int columns) const;
+  [[nodiscard]] std::string BandTipAt(int column, int columns) const;
+
   // The keyboard instead of the mouse: a cursor that moves by drawn points (left, right) or by
   // hundredths of the height (up, down), `times` of them.
   void MoveCursor(CursorMove move, int times);
@@ -105,6 +111,10 @@ class Graph : public ModalScreen {
   [[nodiscard]] bool CanBeShown() const;
   void PlaceCursor();
   void ShowHint();
+  void ReadTold();
+  [[nodiscard]] std::string ToldAtCursor() const;
+  [[nodiscard]] BandView BandOf(int columns) const;
+  [[nodiscard]] BothLanguages HintOfPart() const;
   [[nodiscard]] bool GoesBeyondAxis() const;
   [[nodiscard]] bool IsLive() const { return IsOpen() && graph_.GraphLoaded && !graph_.GraphBusy; }
   [[nodiscard]] UnitRecord& Unit() const;
@@ -116,6 +126,8 @@ class Graph : public ModalScreen {
   GraphMarks marks_;
   GraphTools tools_;
   CurveReading reading_;
+  std::vector<ToldRows> told_;   // by the journal of the recording
+  std::int32_t told_rows_ = -1;  // in the file when it was asked
 };
 
 }  // namespace tavrel

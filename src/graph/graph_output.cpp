@@ -5,7 +5,10 @@
 
 #include "base/text.h"
 #include "dialogs/written_file.h"
+#include "files/ledger_text.h"
 #include "files/recording_format.h"
+#include "files/seal_text.h"
+#include "files/stored_recording.h"
 #include "graph/output_pause.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
@@ -218,6 +221,7 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
   RunState& state = parts_.state;
   std::optional<std::string> bytes;
   std::string problem;
+  std::string journal_problem;
   {
     const OutputPause pause(state, parts_.graph, parts_.events);
     UnitRecord& header = state.Unit[kWorkHeader];
@@ -226,7 +230,7 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     bytes = SubfileBytes(Unit(), header, Cut(), reader);
     problem = bytes ? ReplaceFile(target, *bytes) : "";
     if (bytes && problem.empty()) {
-      BeginSubfileJournal(target, *bytes, Origin(), state.Settings, parts_.clock);
+      journal_problem = BeginSubfileJournal(target, *bytes, Origin(), state.Settings, parts_.clock);
     }
     state.IndexValid = false;
   }
@@ -235,6 +239,10 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
   } else if (!problem.empty()) {
     Warn(kWriteSubfileTitle, problem + "\n" + choice.FileName);
   } else {
+    if (!journal_problem.empty()) {
+      Warn(kWriteSubfileTitle, choice.FileName + ": the journal cannot be written (" +
+                                   journal_problem + "); the subfile is without it");
+    }
     TellWritten(kSubfileTitle, target);
   }
 }
@@ -247,12 +255,20 @@ SubfileOrigin GraphOutput::Origin() const {
   const SubfileCut cut = Cut();
   const int channels = std::max<int>(Unit().UnitChannels, 1);
   return {parts_.state.SlotPath[Slot()], File(), (cut.FirstRecord - kHeaderRecords) / channels,
-          (cut.LastRecord - kHeaderRecords) / channels};
+          (cut.LastRecord - kHeaderRecords) / channels, RecIntervalOf(Unit())};
 }
 
 ReportContent GraphOutput::Content() const {
   const GraphState& graph = parts_.graph.State();
-  return {Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo[Slot()], File()};
+  ReportContent content{
+      Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo[Slot()],
+      File(), "",           ""};
+  const Language language = LanguageOf(parts_.state.Settings.HelpLang);
+  if (const auto journal = JournalTextOf(parts_.state.SlotPath[Slot()], File())) {
+    content.Ledger = LedgerSummary(parts_.journals.Figures(Slot()), language);
+    content.Seal = LastSealText(*journal, language);
+  }
+  return content;
 }
 
 ReportStyle GraphOutput::Style(bool is_colour) const {

@@ -27,6 +27,7 @@ class GraphOutput {
   struct Parts {  // all outlive this
     RunState& state;
     Graph& graph;
+    RecordingJournals& journals;
     Dialogs& dialogs;
     Events& events;
     Printer& printer;

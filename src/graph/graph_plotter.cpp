@@ -1,5 +1,6 @@
 #include "graph/graph_plotter.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/number.h"
@@ -36,6 +37,11 @@ void ClearAll(const ViewSurfaces& to) {
     surface->Clear();
     surface->SetPen(Pen{});
   }
+}
+
+// True if a line between two values comes into the view.
+bool IsInside(const ViewFrame& view, double from, double to) {
+  return std::max(from, to) >= view.YBottom && std::min(from, to) <= view.YTop;
 }
 
 // A label beneath the plot with its tick; `half` is half its width.
@@ -355,6 +361,7 @@ void GraphPlotter::DrawRow(SampleReader& reader) {
     y = y && reference ? std::optional(*y - *reference) : std::nullopt;
     if (last && y) {
       row.at(count++) = {from, *last, to_record, *y, curve.CurveColor};
+      view.HasCurve = view.HasCurve || IsInside(view, *last, *y);
     }
     last = y;
   }

@@ -58,7 +58,7 @@ class GraphPlotter {
 
   // True if Y of the curves is the difference from the reference input.
   [[nodiscard]] bool IsRelative() const;
-  // True if the X axis bears the values of the reference input.
+  // True if the X axis has the values of the reference input.
   [[nodiscard]] bool HasReferenceAxis() const;
 
   // The value of a curve in the row of a record as the shown view has it, degrees.

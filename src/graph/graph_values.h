@@ -71,6 +71,8 @@ struct GraphValues {
   int StrongCurve = -1;           // the one that stands out now
   std::string Hint;               // what can be done, or what is not to be seen; empty: nothing
 
+  int BandChanges = 0;  // rises when the band of the same view may be another one
+
   // The cursor that the keyboard moves; a move of the mouse takes it away.
   bool KeyCursorShown = false;
   double KeyCursorX = 0;  // resting scale

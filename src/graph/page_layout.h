@@ -79,7 +79,7 @@ class Page {
 class PageFont {
  public:
   // The font of the settings, or the surface's own where they are empty; smaller if a line of it is
-  // higher than a row of the page. A size that no page can bear is held, see HeldFontSize.
+  // higher than a row of the page. A size that fits no page is held, see HeldFontSize.
   PageFont(Page& page, const std::string& family, double points);
 
   // For the texts that follow: the usual size, times `factor` if that is below 1.

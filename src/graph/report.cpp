@@ -21,7 +21,9 @@ constexpr const char* kDegrees = "°C";
 // Logical units, see PageLayout.
 constexpr double kHeaderText = 3;
 constexpr double kHeaderMargin = 2;
-constexpr double kHeaderGap = 2;   // between the texts of the header
+constexpr double kHeaderGap = 2;     // between the texts of the header
+constexpr double kLedgerText = 4.5;  // between the header and the plot
+constexpr double kLedgerHeight = 0.8;
 constexpr double kTickLong = 0.3;  // beneath the plot
 constexpr double kTickWide = 0.7;  // left of it
 constexpr double kLabelAway = 1;   // from the plot to the labels of both axes
@@ -60,6 +62,7 @@ class Report {
  private:
   void DrawHeader();
   void PrintHeaderTexts();
+  void PrintLedger(double right);
   void DrawAxes();
   void DrawTimeTicks();
   void DrawReferenceTicks();
@@ -72,6 +75,7 @@ class Report {
   void DrawTableRow(int input);
   void DrawSample(const Curve& curve, double left, double right, double y);
   void DrawFoot();
+  void PrintSeal(const std::string& instrument);
   void DrawCurves();
   [[nodiscard]] std::vector<Segment> SegmentsOf(const Curve& curve, SampleReader& reader) const;
   [[nodiscard]] double MinutesOf(double record) const;
@@ -132,6 +136,18 @@ void Report::PrintHeaderTexts() {
   font_.Restore();
   font_.Fit(page_.WidthOf(file), room);
   page_.PrintRight(right, kHeaderText, file);
+  font_.Restore();
+  PrintLedger(right);
+}
+
+// Beneath the file name, between the header and the plot; on its left ends the unit of the Y axis.
+void Report::PrintLedger(double right) {
+  if (content_.Ledger.empty()) {
+    return;
+  }
+  const double room = right - Layout().PlotLeft;
+  font_.Shrink(std::min(kLedgerHeight / page_.LineHeight(), room / page_.WidthOf(content_.Ledger)));
+  page_.PrintRight(right, kLedgerText, content_.Ledger);
   font_.Restore();
 }
 
@@ -285,6 +301,19 @@ void Report::DrawFoot() {
   page_.Line(Layout().Left, Layout().FootLine, Layout().Right, Layout().FootLine);
   page_.PrintLeft(Layout().Left, Layout().FootText, instrument);
   page_.PrintRight(Layout().Right, Layout().FootText, style_.Date);
+  PrintSeal(instrument);
+}
+
+// In the middle of what the texts beside it leave.
+void Report::PrintSeal(const std::string& instrument) {
+  if (content_.Seal.empty()) {
+    return;
+  }
+  const double left = Layout().Left + page_.WidthOf(instrument) + kHeaderGap;
+  const double right = Layout().Right - page_.WidthOf(style_.Date) - kHeaderGap;
+  font_.Fit(page_.WidthOf(content_.Seal), right - left);
+  page_.PrintCentred(left, right, Layout().FootText, content_.Seal);
+  font_.Restore();
 }
 
 void Report::DrawCurves() {

@@ -22,6 +22,8 @@ struct ReportContent {
   const ReferenceTicks& AxisTicks;
   RandomFile& File;      // the open recording
   std::string FileName;  // UTF-8
+  std::string Ledger;    // how complete the recording is; empty where it has no journal
+  std::string Seal;      // the last one of its journal; empty if there is none
 };
 
 // How it looks.

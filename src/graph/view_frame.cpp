@@ -76,6 +76,7 @@ bool SetRecords(ViewFrame& view, const UnitRecord& unit, int rec_interval,
   view.RecEnd = RecEndOf(view, sample_count, channels);
   view.RecDrawn = view.RecFirst;
   view.RecNow = view.RecFirst;
+  view.HasCurve = false;
   const bool is_high = unit.UnitRes < kLowResolutionFrom;
   const int rows = static_cast<int>(std::lrint(last - first));
   const int step = is_high ? 1 : std::max(rows / kLowResolutionPoints, 1);

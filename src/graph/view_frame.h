@@ -27,7 +27,7 @@ using ByView = Numbered<T, kOverview, kPartView>;
 // UnitGraphMode, the display mode of the part view. A header may hold any number: what lies
 // beyond the list counts as the nearest mode.
 inline constexpr int kRelativeMode = 1;   // Y is the difference from the reference input
-inline constexpr int kReferenceMode = 2;  // and the X axis bears the values of that input
+inline constexpr int kReferenceMode = 2;  // and the X axis has the values of that input
 
 [[nodiscard]] constexpr bool IsRelativeMode(int mode) {
   return mode >= kRelativeMode;
@@ -59,6 +59,8 @@ struct ViewFrame {
   int RecNow = 0;    // row being drawn
   int RecStep = 1;   // from one drawn row to the next
   int RecPrev = 0;   // row of the last drawn point
+  // Something that is drawn lies between YBottom and YTop.
+  bool HasCurve = false;
   // The last drawn point of each curve, by its place; nothing where its word could not be read.
   Numbered<std::optional<double>, 0, kInputs - 1> CurveLastY;
 

@@ -126,7 +126,7 @@ void Link::LinkAbort() {
   }
 }
 
-// Whoever makes an exchange without EndText, at the end of the program, waits for the answer too.
+// An exchange without EndText, at the end of the program, waits for the answer too.
 bool Link::SendText(std::string_view text) {
   NoteEvents();
   if (!PortOpen || Simulated || !port_.Write(text)) {

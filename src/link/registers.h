@@ -1,6 +1,8 @@
 #ifndef TAVREL_LINK_REGISTERS_H_
 #define TAVREL_LINK_REGISTERS_H_
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -44,6 +46,12 @@ inline constexpr std::int16_t kIsotherm = 2;
 inline constexpr std::int16_t kDynamic = 3;
 inline constexpr std::int16_t kDynamicFalling = 4;
 inline constexpr std::int16_t kTest = 5;
+
+// What the screens call a status; empty for one without a word.
+[[nodiscard]] constexpr std::string_view WordOf(std::int16_t status) {
+  constexpr std::array<std::string_view, 6> kWords{"off", "fail", "iso", "dyn", "dyn-", "test"};
+  return status >= kOff && status <= kTest ? kWords[static_cast<std::size_t>(status)] : "";
+}
 }  // namespace controller
 
 // Where a register lies: `Bank` V (256 words) or P (64 words) and the address inside it.

@@ -61,7 +61,7 @@ class MainCommands {
 
   // The close box and the end of the session: shuts down without a question. While a rule has to
   // finish what it has begun on an instrument nothing happens; that takes as long as the wait bar,
-  // and whoever wants the end asks again.
+  // and the end has to be asked for again.
   void Close();
 
   // The program has been shut down; the process may end.

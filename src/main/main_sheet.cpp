@@ -35,7 +35,7 @@ constexpr BothLanguages kStandsStillNote{
     "(Settings, OK fragt erneut) "};
 
 struct Status {
-  const char* word = "";
+  std::string_view word;
   Colour colour;
 };
 
@@ -54,17 +54,14 @@ Status ControllerStatus(std::int16_t state) {
     case controller::kUnknown:
       return {"", kGrey};
     case controller::kOff:
-      return {"off", kGrey};
-    case controller::kFail:
-      return {"fail", kOrange};
+      return {controller::WordOf(state), kGrey};
     case controller::kIsotherm:
-      return {"iso", kGreen};
     case controller::kDynamic:
-      return {"dyn", kGreen};
     case controller::kDynamicFalling:
-      return {"dyn-", kGreen};
+      return {controller::WordOf(state), kGreen};
+    case controller::kFail:
     case controller::kTest:
-      return {"test", kOrange};
+      return {controller::WordOf(state), kOrange};
     default:
       return {"?", kOrange};
   }
@@ -352,6 +349,10 @@ LineState MainSheet::StateOfLine() const {
 
 void MainSheet::RefreshState() {
   values_.lbl_State = LineStateText(StateOfLine(), parts_.clock.Now(), values_.TipLanguage);
+  for (int slot = 1; slot <= kSlots; ++slot) {
+    const std::string lasts = SilentBufferText(parts_.engine, slot, values_.TipLanguage);
+    Row(slot).TavNoNote = lasts.empty() || !Row(slot).Sheet ? "" : " " + lasts + " ";
+  }
 }
 
 void MainSheet::RefreshNow() {

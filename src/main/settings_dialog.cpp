@@ -88,6 +88,12 @@ bool IsPresent(const std::string& device) {
   return std::filesystem::exists(device, error);
 }
 
+// Where the port itself looks for links (PortLinkDirectory).
+std::string LinkDirectory(const RunState& state) {
+  const std::string program = StripSeparator(state.AppPath);
+  return IsInstalledByPackage(program) ? StripSeparator(state.DataHome) : program;
+}
+
 }  // namespace
 
 void SettingsDialog::Open() {
@@ -186,7 +192,7 @@ std::string SettingsDialog::PathInForce() const {
 }
 
 // The store in memory would go on with the recording: what it answers would be written behind
-// the samples of the instrument. Whoever has refused that is asked again with each OK.
+// the samples of the instrument. A user who has refused that is asked again with each OK.
 bool SettingsDialog::MaySimulate(const EditedSettings& edited) {
   RunState& state = parts_.state;
   if (edited.CommPort != kNoPort) {
@@ -249,14 +255,14 @@ void SettingsDialog::ShowPath() {
 void SettingsDialog::ShowPorts() {
   values_.PortItems = PortItems();
   for (int number = 1; number <= kSerialPorts; ++number) {
-    const PortDescription port = DescribePort(number, StripSeparator(parts_.state.AppPath));
+    const PortDescription port = DescribePort(number, LinkDirectory(parts_.state));
     values_.PortItems.at(static_cast<std::size_t>(number)) =
         PortItem(number, port, values_.TipLanguage);
   }
 }
 
 void SettingsDialog::ShowDevice() {
-  const std::string device = SerialDevice(values_.cboCom, StripSeparator(parts_.state.AppPath));
+  const std::string device = SerialDevice(values_.cboCom, LinkDirectory(parts_.state));
   if (device.empty()) {
     values_.DeviceTip.clear();
     return;

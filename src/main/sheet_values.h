@@ -19,6 +19,7 @@ struct SheetRow {
   bool tx_DesEnabled = false;
   std::string lb_TavNo;  // number of the instrument
   Colour sh_TavNo = kGrey;
+  std::string TavNoNote;   // how long the buffer of a silent instrument lasts, for the tool tip
   bool imgTavSel = false;  // the instrument is the selected one
   std::string lb_File;
   std::string lb_Rec;  // hours

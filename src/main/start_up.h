@@ -27,7 +27,7 @@ inline constexpr int kSplashSeconds = 60;  // after that the splash leaves by it
 // What came of taking the lock that keeps a second copy from running. Not taken and no problem:
 // another copy runs.
 struct LockTaking {
-  // NOLINTNEXTLINE(google-explicit-constructor): whoever has no problem says yes or no
+  // NOLINTNEXTLINE(google-explicit-constructor): a start without a problem says yes or no
   LockTaking(bool is_taken, std::string problem = "")
       : IsTaken(is_taken), Problem(std::move(problem)) {}
 

@@ -23,7 +23,7 @@ class AppendFile {
   // Bytes that the file held when it was opened, and what was added since.
   [[nodiscard]] std::int64_t Size() const { return size_; }
 
-  // True if the last byte is no line feed: whoever wrote there was killed meanwhile.
+  // True if the last byte is no line feed: the program that wrote there was killed meanwhile.
   [[nodiscard]] bool EndsInsideLine();
 
   // All of it; empty if it cannot be read or is longer than `limit_bytes`.

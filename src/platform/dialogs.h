@@ -51,9 +51,9 @@ class Dialogs {
   // does the end of the program; where there is nobody to ask it is as after Cancel.
   [[nodiscard]] virtual SaveAnswer AskSave(const Notice& /*notice*/) { return SaveAnswer::kStay; }
 
-  // OK and a button that offers something to do with what the notice tells; `deed` is its caption.
-  // True if that button was chosen. Where there is nobody to ask it is as after OK.
-  [[nodiscard]] virtual bool Offer(const Notice& /*notice*/, const std::string& /*deed*/) {
+  // OK and a button that offers something to do with what the notice tells; `action` is its
+  // caption. True if that button was chosen. Where there is nobody to ask it is as after OK.
+  [[nodiscard]] virtual bool Offer(const Notice& /*notice*/, const std::string& /*action*/) {
     return false;
   }
 

@@ -437,6 +437,21 @@ std::string CopyFileTo(const std::string& from, const std::string& to,
   return replacement.Error();
 }
 
+std::string WriteCopy(const std::string& path, std::string_view bytes,
+                      const std::function<bool()>& goes_on) {
+  Replacement replacement(path, Links::kReplace);
+  while (!bytes.empty() && replacement.Error().empty()) {
+    const std::string_view block = bytes.substr(0, kCopyBlock);
+    replacement.Append(std::as_bytes(std::span(block)));
+    bytes.remove_prefix(block.size());
+    if (!bytes.empty() && !goes_on()) {
+      return ErrorText(ECANCELED);
+    }
+  }
+  replacement.Commit();
+  return replacement.Error();
+}
+
 void RemoveLeftovers(const std::string& directory) {
   std::vector<std::string> left;
   const auto visit = [&left](const std::string& name) {

@@ -40,8 +40,9 @@ struct NoAnswer {
 // The same of a full path.
 [[nodiscard]] std::optional<std::string> FindPath(const std::string& path);
 
-// True if something in `directory` bears `name`, whatever its case and whatever it is: a file, a
-// directory, a device, a link that leads nowhere. A directory that cannot be read holds none.
+// True if something in `directory` has the name `name`, whatever its case and whatever it is: a
+// file, a directory, a device, a link that leads nowhere. A directory that cannot be read holds
+// none.
 [[nodiscard]] bool HoldsName(const std::string& directory, const std::string& name);
 
 // True if `directory` holds at least one plain file (hidden ones do not count).
@@ -76,6 +77,11 @@ struct NoAnswer {
 // Why ReplaceFile cannot even begin with `path`: it is tried, and nothing is left of it. Empty
 // text if it can; the disk may be full nevertheless.
 [[nodiscard]] std::string WhyNotReplaceable(const std::string& path);
+
+// Puts `bytes` in place of whatever `path` held as ReplaceFile does, but a link is replaced and not
+// followed. `goes_on` as of CopyFileTo.
+[[nodiscard]] std::string WriteCopy(const std::string& path, std::string_view bytes,
+                                    const std::function<bool()>& goes_on);
 
 // Copies a plain file with the same care. A file is never copied onto itself, by whatever name. A
 // link at `to` is replaced and what it leads to stays as it is; a link to a directory is refused.

@@ -8,7 +8,7 @@
 
 namespace tavrel {
 
-// Keeps a second copy of the program from running: whoever holds the lock is the first. The
+// Keeps a second copy of the program from running: the one that holds the lock is the first. The
 // kernel's lock counts, not what stands in the file, so it goes with the process, also when it
 // crashes or is killed. It is on the lock file and on its directory: the one or the other holds
 // where a full disk, the rights of another user or something else in the place of the file leave

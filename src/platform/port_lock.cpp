@@ -185,7 +185,7 @@ PortLock LookAtPortLock(const std::string& path) {
   return {IsNothingAt(path) ? LockState::kFree : LockState::kUnclear, 0, ""};
 }
 
-// Whoever else takes a lock over at the same moment has put another file in its place.
+// Another program that takes the lock over at the same moment has put another file in its place.
 bool RemovePortLock(const std::string& path) {
   const OpenDescriptor file = OpenPlainFile(path);
   if (!file.IsOpen()) {

@@ -12,9 +12,9 @@
 
 namespace tavrel {
 
-// Looks whether a test of an instrument costs its recordings the samples that wait in its buffers.
-// What the program has read of an input and what still waits grow together and never fall, unless
-// the instrument has thrown samples away; how far they fall says how many. One input of a
+// Finds out whether a test of an instrument makes its recordings lose the samples that wait in its
+// buffers. The sum of the samples read of an input and of those that still wait in the instrument
+// never falls, unless the instrument has dropped samples; the fall says how many. One input of a
 // recording is enough. Lives as long as the program: the firmware goes on with a test whose screen
 // has closed.
 class BufferWatch {

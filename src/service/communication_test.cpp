@@ -12,8 +12,7 @@
 namespace tavrel {
 namespace {
 
-// Of the misses, when the third one has said that there is no connection: every second further one
-// says so again.
+// The third silence says that there is no connection; from then on every second one says so again.
 constexpr int kSetBack = 1;
 
 constexpr int kTestIndex = 6;

@@ -27,8 +27,8 @@ struct CommunicationValues {
 };
 
 // What the counters count. Writes and reads count as they begin; the others by how they end: by a
-// time-out, by a fault of the port or characters of an older exchange in the way, by a refusal, by
-// a digit that is none, by a wrong number of digits.
+// time-out, by a failed port or characters left from an older exchange, by a refusal, by a
+// character that is not a digit, by a wrong number of digits.
 inline constexpr std::array kWriteCaptions = {"Write:", "timeout", "comm-err", "esc-char"};
 inline constexpr std::array kReadCaptions = {"Read:",    "timeout", "comm-err",
                                              "esc-char", "non hex", "length"};
@@ -43,7 +43,7 @@ class CommunicationTest : public ServiceScreen {
 
   void Open() override;
 
-  // It tells the port too, which may be lost meanwhile.
+  // It names the port too, which may have been lost meanwhile.
   [[nodiscard]] std::string Caption() const override;
 
   [[nodiscard]] const CommunicationValues& Values() const { return values_; }

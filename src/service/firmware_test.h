@@ -11,9 +11,9 @@
 namespace tavrel {
 
 // A service screen that lets the firmware of an instrument test the instrument. A command goes into
-// the mailbox, which reads 0 when the firmware has carried it out; then the result is there. What
-// the firmware does with its samples and controllers meanwhile is its own matter, so the user is
-// asked first if the instrument records or controls.
+// the mailbox, which reads 0 when the firmware has carried it out; then the result is there. Nobody
+// knows what the firmware does with its samples and controllers meanwhile, so the user is asked
+// first if the instrument records or controls.
 class FirmwareTest : public ServiceScreen {
  public:
   // `title` is that of the question.
@@ -24,7 +24,7 @@ class FirmwareTest : public ServiceScreen {
   void Open() override;
 
  protected:
-  // The first step follows, and nothing has been measured yet. Also when the screen closes.
+  // Back to the state before the first step, with no measurement. Also when the screen closes.
   virtual void Clear() = 0;
 
   // Gives the firmware a command; 0 ends the one that runs.

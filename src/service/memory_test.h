@@ -8,7 +8,7 @@
 
 namespace tavrel {
 
-// How one of the memories has come out of its last test.
+// The result of the last test of one of the memories.
 struct MemoryVerdict {
   enum class Kind { kUnknown, kPassed, kFailed };
   Kind kind = Kind::kUnknown;

@@ -29,13 +29,15 @@ struct OutputRecordsText {
 };
 
 // The file: a line for each record, such as "inet 2 controller 1 Z=2" CR LF, and a last line "end"
-// CR LF. Of a text that is not whole no status can be relied on: each record of it says off.
+// CR LF. Where the text is not complete no status in it can be relied on: each of its records says
+// off.
 [[nodiscard]] std::string EncodeOutputRecords(const std::vector<OutputRecord>& records);
 [[nodiscard]] OutputRecordsText DecodeOutputRecords(std::string_view text);
 
-// Which controllers a test of outputs has in its hands, on the disk beside the settings: there
-// before the first write to the instrument, and gone behind the last one. What a program finds that
-// starts was left by one that was killed, or by an instrument that did not answer any more.
+// Which controllers a test of outputs has taken out of control, in a file beside the settings: it
+// is there before the first write to the instrument, and gone behind the last one. A program that
+// finds the file at its start knows that the program before was killed, or that the instrument did
+// not answer any more.
 class OutputRecords {
  public:
   // Both outlive the records.

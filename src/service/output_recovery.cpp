@@ -12,20 +12,6 @@ namespace {
 constexpr std::chrono::seconds kTryAgain{10};
 constexpr const char* kTitle = "Test of Outputs";
 
-// What the sheet calls that status.
-std::string NameOfStatus(std::int16_t status) {
-  switch (status) {
-    case controller::kIsotherm:
-      return "iso";
-    case controller::kDynamic:
-      return "dyn";
-    case controller::kDynamicFalling:
-      return "dyn-";
-    default:
-      return "test";
-  }
-}
-
 bool IsOn(std::int16_t status) {
   return status >= controller::kIsotherm && status <= controller::kTest;
 }
@@ -134,7 +120,7 @@ LinkResult OutputRecovery::DoStage(Debt& debt) {
   return result;
 }
 
-// Whoever has switched the controller since has ended its test.
+// Somebody has switched the controller meanwhile: that ends its test.
 LinkResult OutputRecovery::LookAtStatus(Debt& debt) {
   const Register status{debt.record.Inet, reg::kControllerState, debt.record.Controller};
   const Reading reading = ReadAlone(parts_.link, status);
@@ -188,7 +174,7 @@ void OutputRecovery::Tell(int inet, const std::vector<Return>& returns) {
   text += "\n\nThese controllers were on before the test, and are off:";
   for (const Return& wish : returns) {
     text += "\ncontroller " + std::to_string(wish.record.Controller) + ":  " +
-            NameOfStatus(wish.record.Before);
+            std::string(controller::WordOf(wish.record.Before));
   }
   text += "\n\nShall they return to that status ?";
   parts_.dialogs.AskBeside({text, kTitle, BoxIcon::kQuestion, true}, [this, returns](bool yes) {
@@ -205,7 +191,8 @@ bool OutputRecovery::IsVoid(const Return& wish) const {
          wish.numberings != numberings_;
 }
 
-// Only a controller that is still off returns: whoever has switched it since knows better.
+// Only a controller that is still off gets its status back: one that was switched meanwhile is left
+// as it is.
 bool OutputRecovery::StepReturn() {
   std::erase_if(returns_, [this](const Return& wish) { return IsVoid(wish); });
   const Time now = parts_.clock.Elapsed();

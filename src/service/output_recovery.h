@@ -52,7 +52,7 @@ class OutputRecovery {
     bool was_on = false;  // it was found in the test, and switched off
     Time due{};
   };
-  // A controller that the user wants to return to its status.
+  // A controller that the user wants to have in its status of before the test.
   struct Return {
     OutputRecord record;
     std::uint32_t orders = 0;  // StopOrders::Count when it was switched off

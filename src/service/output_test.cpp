@@ -148,7 +148,7 @@ void OutputTest::ReadStatus(int ctrl) {
   }
 }
 
-// False: nothing can be kept, and nothing is begun.
+// False: the records cannot be written, and the test does not begin.
 bool OutputTest::KeepRecord() {
   if (unfinished_) {
     return true;
@@ -341,7 +341,7 @@ void OutputTest::NoteOrders() {
   }
 }
 
-// What a program that is killed now leaves to the next one.
+// Writes the records that the next program needs if this one is killed now.
 std::vector<OutputRecord> OutputTest::Records() const {
   std::vector<OutputRecord> records;
   for (int ctrl = 1; ctrl <= kControllers; ++ctrl) {

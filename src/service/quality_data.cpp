@@ -201,7 +201,7 @@ void QualityData::TakeFirstSetup() {
   values_.IsUpdateNext = true;
 }
 
-// The one that has set it up is likely to check it first.
+// The person who has set the instrument up is likely to check it first.
 void QualityData::TakeCheck() {
   values_.Text_Unit = std::to_string(texts_.unit);
   values_.IsCheckShown = true;

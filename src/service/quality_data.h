@@ -30,9 +30,9 @@ struct QualityValues {
   std::string lbl_State;      // what goes on; empty: nothing
 };
 
-// ALL_QS: what the maker records about one instrument, in the instrument. Nothing is written before
-// all has been read; after each writing all is read again, so that the form shows what the
-// instrument holds.
+// ALL_QS: the data that the maker keeps about an instrument, stored in the instrument itself.
+// Nothing is written before all has been read; after each writing all is read again, so that the
+// form shows what the instrument holds.
 class QualityData : public ServiceScreen {
  public:
   static constexpr std::size_t kSerialLength = 6;

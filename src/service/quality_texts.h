@@ -15,13 +15,13 @@ namespace tavrel {
 // The day as "ddmmyy".
 [[nodiscard]] std::string DateDigits(const WallTime& day);
 
-// A date of the instrument in the region's short form. What is no date is "-", and so is the empty
-// text. A text of five digits has lost its leading zero.
+// A date of the instrument in the region's short form. A text that is not a date, also the empty
+// one, gives "-". A text of five digits has lost its leading zero.
 [[nodiscard]] std::string ShownDate(const std::string& digits, const Regional& regional);
 
 // What the user has typed, as "ddmmyy"; nothing if it is no date. The region's short form is tried
 // first, then dd.mm.yy and dd.mm.yyyy. A year of two digits becomes four before the date is tested,
-// and a year that could not be told from another one by its last two digits is none.
+// and a year outside 1980 to 2079, which its last two digits do not give, is refused.
 [[nodiscard]] std::optional<std::string> ReadDate(std::string_view text, const Regional& regional);
 
 // Two characters in one decimal number: the code of the first times 100 and that of the second. One

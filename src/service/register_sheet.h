@@ -21,7 +21,7 @@ struct SheetValue {
   std::string Remark;     // about this reading, behind the designation
 };
 
-// What came of reading a register.
+// How the reading of a register ended.
 struct RowReading {
   LinkResult result = LinkResult::kNone;  // of the exchange; kNone: none was made
   std::optional<SheetValue> value;        // empty: it is to be tried again
@@ -37,9 +37,9 @@ struct SheetEdit {
 
 // A screen that lists registers of an instrument, one a row, and lets the user write into one of
 // them. It reads one register at each turn of the cycle; the values come into the grid in one piece
-// when all have been read, so that the grid never shows a half-read state. What a write gave is
-// read back. A register of which a write or the reading back failed is read again in later turns,
-// for nobody knows what it holds.
+// when all have been read, so that the grid never shows values of two passes. A register that was
+// written is read back. A register of which a write or the reading back failed is read again in
+// later turns, for nobody knows what it holds.
 //
 // Rows and columns count from 0; column 0 is the address.
 class RegisterSheet : public ServiceScreen {
@@ -120,7 +120,7 @@ class RegisterSheet : public ServiceScreen {
   [[nodiscard]] virtual bool FailureEndsEdit() const = 0;
   [[nodiscard]] virtual bool HeadRefusesClick() const = 0;
 
-  // A note for as long as nothing else is to be told.
+  // A note that is shown while there is nothing more important to say.
   [[nodiscard]] virtual std::string StandingNote() const { return ""; }
 
   // As it stands in the grid; no digits if it was not read yet.

@@ -1,8 +1,10 @@
 #include "service/terminal.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "files/buffers_last.h"
+#include "link/reply.h"
 #include "service/instrument_use.h"
 
 namespace tavrel {
@@ -74,7 +76,7 @@ std::string Terminal::WaitingPrograms() const {
   return programs.empty() ? "" : std::string(kProgramsWait.In(TipLanguage())) + programs;
 }
 
-// A key that is wiped out again was never meant for an instrument.
+// A key that is deleted again is not sent to an instrument.
 void Terminal::KeyPress(char key) {
   if (!IsOpen() || is_asking_) {
     return;
@@ -109,8 +111,8 @@ void Terminal::EndLine() {
     return;
   }
   const bool is_ended = kAnsweredAt.find(line.back()) != std::string_view::npos;
+  waiting_.push_back({line, RegisterWriteIn(begun_ + line)});
   begun_ = is_ended ? "" : begun_ + line;
-  waiting_.push_back(line);
   SendWaiting();
 }
 
@@ -157,12 +159,36 @@ bool Terminal::AnswerMayCome() const {
 
 // Two commands at once would be answered on top of each other.
 void Terminal::SendWaiting() {
-  while (!waiting_.empty() && !AnswerMayCome()) {
-    const std::string line = waiting_.front();
+  while (!AnswerMayCome()) {
+    EndWrite(LinkResult::kTimeOut);
+    if (waiting_.empty()) {
+      return;
+    }
+    const Command command = waiting_.front();
     waiting_.pop_front();
-    const bool is_sent = parts_.link.SendText(line);
-    has_answered_ = !is_sent || kAnsweredAt.find(line.back()) == std::string_view::npos;
+    const bool is_sent = parts_.link.SendText(command.text);
+    has_answered_ = !is_sent || kAnsweredAt.find(command.text.back()) == std::string_view::npos;
     answer_until_ = parts_.clock.Elapsed() + kAnswerTime;
+    write_ = command.write;
+    if (!is_sent) {
+      EndWrite(LinkResult::kPortError);
+    }
+  }
+}
+
+void Terminal::TakeAcknowledge(std::string_view text) {
+  write_answer_ += write_ ? text : "";
+  if (const auto result = JudgeAck(write_answer_)) {
+    EndWrite(*result);
+  }
+}
+
+// Who looks on at the exchanges sees this one, too.
+void Terminal::EndWrite(LinkResult result) {
+  write_answer_.clear();
+  if (const auto write = std::exchange(write_, std::nullopt)) {
+    const std::string_view letter(&write->Letter, 1);
+    parts_.link.Observed({write->Inet, letter, write->Index, write->Word, true, result});
   }
 }
 
@@ -171,6 +197,7 @@ void Terminal::Poll() {
     return;
   }
   const std::string text = parts_.link.TakeText();
+  TakeAcknowledge(text);
   has_answered_ = has_answered_ || text.find_first_of(kAnswerEnds) != std::string::npos;
   Receive(text);
   SendWaiting();
@@ -201,6 +228,7 @@ void Terminal::CloseNow() {
     parts_.link.SendText(std::string_view(&kEscape, 1));
   }
   parts_.link.EndText();
+  EndWrite(LinkResult::kTimeOut);
   term_.clear();
   CloseScreen();
 }

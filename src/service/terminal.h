@@ -5,12 +5,14 @@
 #include <chrono>
 #include <cstddef>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/language.h"
 #include "base/tool_tips.h"
+#include "link/result.h"
 #include "service/service_screen.h"
 #include "service/typed_command.h"
 #include "state/modal_screen.h"
@@ -58,10 +60,18 @@ class Terminal : public ModalScreen {
  private:
   using Time = std::chrono::nanoseconds;
 
+  // A command as it is sent, and what it writes if it ends the write of a register.
+  struct Command {
+    std::string text;
+    std::optional<RegisterWrite> write;
+  };
+
   void EndLine();
   [[nodiscard]] bool MaySend(const std::string& line);
   [[nodiscard]] bool AskAbout(const BufferCommand& command, const std::vector<int>& slots);
   void SendWaiting();
+  void TakeAcknowledge(std::string_view text);
+  void EndWrite(LinkResult result);
   [[nodiscard]] bool AnswerMayCome() const;
   void Receive(std::string_view text);
   [[nodiscard]] std::string WaitingPrograms() const;
@@ -70,11 +80,13 @@ class Terminal : public ModalScreen {
   bool TermEcho = true;
   std::string TermLine;
   std::string term_;
-  std::string begun_;                // sent of a command whose last character has not been
-  std::deque<std::string> waiting_;  // commands that are not sent yet
-  bool is_asking_ = false;           // a box about a command is open
-  bool has_answered_ = true;         // the last command that was sent
-  Time answer_until_{};              // its answer may come till then
+  std::string begun_;                   // sent of a command whose last character has not been
+  std::deque<Command> waiting_;         // commands that are not sent yet
+  std::optional<RegisterWrite> write_;  // that was sent and is not answered yet
+  std::string write_answer_;
+  bool is_asking_ = false;    // a box about a command is open
+  bool has_answered_ = true;  // the last command that was sent
+  Time answer_until_{};       // its answer may come till then
   Time reopen_at_{};
 };
 

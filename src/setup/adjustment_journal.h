@@ -24,13 +24,14 @@ struct AdjustmentReading {
   [[nodiscard]] bool operator==(const AdjustmentReading&) const = default;
 };
 
-// What the journal holds of a run that ended with the program: nobody was told of it.
+// What the journal holds of a run that was not finished because the program ended. The user does
+// not know of it yet.
 struct UnfinishedRun {
   std::string begin;              // the line behind the word "begin"
   std::vector<std::string> rows;  // what each row had before, and has now as far as it is known
 };
 
-// The words of registers J, K, L and O of a row. Empty: not known.
+// The words of registers J, K, L and O of a row; empty where a word is not known.
 struct ChannelWords {
   std::optional<std::int16_t> J;
   std::optional<std::int16_t> K;
@@ -52,7 +53,7 @@ class AdjustmentJournal {
   [[nodiscard]] std::string Begin(int inet, const std::string& sensor_name,
                                   const std::vector<int>& rows, const ByRow<ChannelWords>& before);
 
-  // The readings that one collecting has given for a row; `what` is "zero", "span" or "reference".
+  // The ten readings that were collected for a row; `what` is "zero", "span" or "reference".
   void AddReadings(const char* what, int row, const std::vector<AdjustmentReading>& readings);
 
   void AddFinalValue(double degrees);

@@ -107,7 +107,7 @@ void AdjustmentRun::Say(const std::string& instruction) {
   ShowInstruction();
 }
 
-// An operator must see that a calibration is spoilt, up to its end.
+// The user must see, up to the end of the run, that the calibration failed.
 void AdjustmentRun::ShowInstruction() {
   const int failed = collector_.FailedReadings();
   const std::string count = std::to_string(failed) + (failed == 1 ? " reading" : " readings");
@@ -197,7 +197,7 @@ void AdjustmentRun::EnterCollecting(const char* text, std::optional<std::chrono:
   collector_.Begin(lead);
 }
 
-// True if a hundred counts are over with this step, or one of those behind them.
+// True if this step ends the hundred counts of a collecting, or comes behind them.
 bool AdjustmentRun::Collect(const std::vector<int>& rows, bool at_end_of_span,
                             const StepTime& time) {
   const bool is_counted = collector_.Step(
@@ -270,8 +270,8 @@ void AdjustmentRun::StepCompute(const StepTime& time) {
   }
 }
 
-// Empty if it was refused: one more count, and the user is asked again. What was typed becomes
-// single precision first, as the bounds are.
+// Empty if the number was refused: one more count follows, and the user is asked again. What was
+// typed becomes single precision first, as the bounds are.
 std::optional<float> AdjustmentRun::TakeFinalValue() {
   const auto value = static_cast<float>(ReadNumber(parts_.values.txt_Final));
   const FinalRange range = FinalRangeOf(adj_sensor_, adj_ref_sum_);

@@ -44,8 +44,8 @@ void ChannelAdjustment::Open() {
   OpenScreen();
 }
 
-// The hourglass of the first steps does not outlive the form. What a run has written stands in the
-// journal: at the end of the program no box may hold it up.
+// The hourglass of the first steps ends with the form. No box says here what a run has written: it
+// would hold up the end of the program, and the journal has it.
 void ChannelAdjustment::CloseNow() {
   if (IsOpen()) {
     parts_.events.SetPointer(Pointer::kNormal);

@@ -21,9 +21,9 @@
 namespace tavrel {
 
 // TavChann: shows the sixteen channels of the selected instrument and leads through their
-// adjustment. A machine of steps, one step each time that the form's Timer_chann ticks; no step
-// holds the window for longer than half a second, and none begins while a box is open. All values
-// live in the instrument.
+// adjustment. A state machine that takes one step at each tick of the form's Timer_chann; no step
+// holds the window for longer than half a second, and none begins while a box is open. The
+// instrument keeps all values; the program keeps none.
 class ChannelAdjustment : public ModalScreen {
  public:
   static constexpr int kTickMilliseconds = 100;
@@ -39,7 +39,7 @@ class ChannelAdjustment : public ModalScreen {
   explicit ChannelAdjustment(const Parts& parts);
 
   // Before the form is shown. The instrument is the selected one, 1 while none is. If it has not
-  // answered last nothing is ever read.
+  // answered the last exchange nothing is read until the dialog is opened again.
   void Open();
 
   // What the form shows.
@@ -92,7 +92,7 @@ class ChannelAdjustment : public ModalScreen {
   int inet_ = 0;
   AdjState adj_state_ = AdjState::kNoLink;
   ChannelValues values_;
-  // Since the form was opened first.
+  // Counts from the first opening of the form.
   std::optional<ChannelSheet> sheet_;
   std::optional<AdjustmentRun> run_;
   std::optional<VariableTransfer> transfer_;

@@ -18,8 +18,8 @@ constexpr const char* kActualMask = "####0.00";
 constexpr const char* kDivisorMask = "##0.0000";
 constexpr std::int16_t kFastKind = 1;    // register T of row 0: sampling times are in seconds
 constexpr int kSecondsPerSampling = 10;  // on all other instruments
-// One failure must not leave a cell empty, and a late reply spoils the exchange behind it as well;
-// a silent instrument must not be asked for each.
+// One failure must not leave a cell empty, and a late reply makes the next exchange fail as well,
+// so a register is tried more than once; but a silent instrument is not asked for each register.
 constexpr Patience kPatience{3, 3};
 
 std::vector<RegisterOfRow> RowsOf(const char* letter, int first_row) {

@@ -18,8 +18,8 @@ namespace tavrel {
 [[nodiscard]] std::string SensorName(int code);
 
 // The sheet of TavChann: sixteen rows read from an instrument, one column in a step where the line
-// is quick enough. A cell that is not told is empty; what does not change by itself and was not
-// told is asked for again once the instrument answers.
+// is quick enough. A cell whose register was not answered is empty; a register that does not change
+// by itself and was not answered is read again once the instrument answers.
 class ChannelSheet {
  public:
   // All outlive this.
@@ -37,14 +37,14 @@ class ChannelSheet {
   bool ReadActual(const StepTime& time);
   bool ReadBuffers(const StepTime& time);
 
-  // Between two refreshes: asks again for what was not told, a register at a time.
+  // Between two refreshes: reads again what was not answered, one register at a time.
   void ReadMissing(const StepTime& time);
 
   // Ends a reading that is under way: another part of the dialog needs the line.
   void Drop() { pass_.Drop(), is_reading_ = false; }
 
   void Select(int row, int sensor_code);
-  // The row is chosen no more.
+  // Takes the selection of the row back.
   void Deselect(int row);
   [[nodiscard]] std::vector<int> SelectedRows() const;
 
@@ -53,7 +53,7 @@ class ChannelSheet {
   [[nodiscard]] std::optional<std::int16_t> SensorCode(int row) const;
 
  private:
-  // The words of one letter by row; empty: not told.
+  // The words of one letter by row; empty where the instrument did not answer.
   using Column = ByRow<std::optional<std::int16_t>>;
 
   bool ReadColumns(const std::vector<RegisterOfRow>& registers, const StepTime& time);

@@ -23,7 +23,7 @@ class StepTime {
   StepTime(const Link& link, const Clock& clock)
       : link_(link), clock_(clock), begin_(clock.Elapsed()) {}
 
-  // One more exchange can begin at once and ends in time.
+  // True if one more exchange can begin now and ends within that time, answered or not.
   [[nodiscard]] bool AllowsExchange() const {
     return link_.IsSettled() && clock_.Elapsed() - begin_ + kLongestExchange <= kLimit;
   }
@@ -61,18 +61,19 @@ class ExchangePass {
 
   void Begin(std::vector<Item> items, const Patience& patience);
 
-  // Forgets what is left.
+  // Forgets the registers that are left.
   void Drop() { items_.clear(), next_ = 0; }
 
-  // Takes the rest of that row out. Called from within `take`, it begins behind the item in hand.
+  // Leaves out the rest of that row. Called from within `take`, it begins behind the present item.
   void DropRow(int row);
 
-  // What was tried and is still to be repeated: nobody knows what a write of it has done.
+  // A register that was tried and is still to be repeated: nobody knows whether the instrument has
+  // taken the write.
   [[nodiscard]] std::optional<RegisterOfRow> InDoubt() const;
 
   [[nodiscard]] bool IsOver() const { return next_ >= items_.size(); }
 
-  // As many exchanges as the time allows. True once all is over.
+  // Makes as many exchanges as the time of a step allows. True once no register is left.
   bool Step(Link& link, int inet, const StepTime& time, const Take& take);
 
  private:

@@ -231,7 +231,7 @@ void Installation::CmdOK_Click() {
   }
 }
 
-// A box has told the user why.
+// The user has seen a box that says why.
 bool Installation::IsRefused() {
   const std::optional<InstallationFault> fault = FindFault(InstWork);
   if (fault) {

@@ -46,7 +46,7 @@ struct InstallationRow {
   [[nodiscard]] bool operator==(const InstallationRow&) const = default;
 };
 
-// The pop-up in view, if any.
+// The pop-up that is open, if any.
 enum class InstallationPopup { kNone, kInput, kNumber };
 
 // What the form shows.
@@ -86,8 +86,8 @@ class Installation : public ModalScreen {
   void cmd_Input_Click(int index);
   void cmd_TavNo_Click(int index);
 
-  // A key on a cell does the same without a pop-up. Rows 1..12, inputs 1..15, numbers 0..6; what
-  // lies outside, and a controller on an input above 4, changes nothing.
+  // A key on a cell does the same without a pop-up. Rows 1..12, inputs 1..15, numbers 0..6; a
+  // number outside these, and a controller on an input above 4, changes nothing.
   void PutRole(int row, int input, Role role);
   void PutNumber(int row, int number);
 
@@ -105,7 +105,7 @@ class Installation : public ModalScreen {
   // The close box: asks about changes first.
   void Quit() override;
 
-  // The measuring goes on: what OK would do may be something else by now.
+  // Measuring goes on meanwhile, so the effect of OK can change: it is worked out again.
   void Refresh();
 
  private:

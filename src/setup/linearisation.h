@@ -26,8 +26,8 @@ inline constexpr int kCountsPerCorrection = 16;  // linear counts from one entry
 // `index` times 16 counts. 0 for an index outside 1..625 and for a sensor without a table.
 [[nodiscard]] int CorrectionAt(int sensor_code, int index);
 
-// The correction, in counts, at a true temperature in counts, which is looked up twice: the table
-// is entered with the linear value, and that is not known before the correction is. Nothing is
+// The correction, in counts, at a true temperature in counts. It is looked up twice: the table
+// is entered with the linear value, which is known only with the correction. Nothing is
 // interpolated: a value between two entries takes the lower one.
 [[nodiscard]] int CorrectionOfTrue(int sensor_code, float true_counts);
 

@@ -78,7 +78,7 @@ void Numbering::Step() {
   ShowBuffer();
 }
 
-// Nothing else of the cycle runs that would do it.
+// The rest of the cycle, which would do it, does not run now.
 void Numbering::ReopenPort() {
   values_.ComIcon = true;
   if (parts_.clock.Elapsed() >= reopen_at_) {
@@ -200,7 +200,8 @@ void Numbering::WriteNumber() {
   }
 }
 
-// One silence may be a lost reply. An answer that cannot be read is none, and no silence either.
+// One silence may be a lost reply. An answer that cannot be read counts neither as an answer nor as
+// a silence.
 void Numbering::LookForNew() {
   const LinkResult result = Probe(num_target_);
   WatchLink(result);

@@ -16,7 +16,8 @@
 namespace tavrel {
 
 // Collects readings for an adjustment: counts seconds and reads the present values at each tenth of
-// them, ten times in a hundred. Seconds that a reading takes longer are not made up.
+// them, ten times in a hundred. Where a reading takes longer than a second the seconds it took are
+// not counted.
 class ReadingCollector {
  public:
   static constexpr int kCounts = 100;

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "link/register_access.h"
+#include "link/registers.h"
 #include "setup/variable_file.h"
 
 namespace tavrel {
@@ -14,18 +15,8 @@ bool IsOn(std::int16_t status) {
 }
 
 std::string StatusText(std::int16_t status) {
-  switch (status) {
-    case controller::kIsotherm:
-      return "iso";
-    case controller::kDynamic:
-      return "dyn";
-    case controller::kDynamicFalling:
-      return "dyn-";
-    case controller::kTest:
-      return "test";
-    default:
-      return std::to_string(status);
-  }
+  const std::string_view word = controller::WordOf(status);
+  return word.empty() ? std::to_string(status) : std::string(word);
 }
 
 bool Takes(const UnitRecord& unit, const Rows& rows) {

@@ -10,8 +10,8 @@
 #include "setup/channel_values.h"
 #include "state/run_state.h"
 
-// What is at work on inputs whose calibration is about to change: the user decides whether that may
-// be.
+// The controllers and recordings that use inputs whose calibration is about to change. The user
+// decides whether it may change now.
 namespace tavrel {
 
 // The inputs concerned.
@@ -30,8 +30,7 @@ using Rows = ByRow<bool>;
 // where the file can be read.
 [[nodiscard]] std::vector<std::string> OrdersInFile(std::string_view bytes);
 
-// True if there is nothing to ask about, or if the user wants it all the same. The Enter key means
-// no.
+// True if nothing uses them, or if the user agrees to the change. The preset answer is No.
 [[nodiscard]] bool MayTouch(Dialogs& dialogs, const std::vector<std::string>& lines,
                             const std::string& title);
 

@@ -43,8 +43,9 @@ struct Variable {
 [[nodiscard]] std::string VariableName(char letter, int row);
 
 // Reads a file register by register, whatever its bytes. An item is what stands up to a comma or a
-// line end, without the blanks at its ends. Where a letter is expected, an item that is none of a
-// group is passed over; what is no number of 16 bits in the place of a number ends the reading.
+// line end, without the blanks at its ends. Where a letter is expected, an item that is not the
+// letter of a group is skipped; where a number is expected, anything but a number of 16 bits ends
+// the reading.
 class VariableReader {
  public:
   // How far the reading is.

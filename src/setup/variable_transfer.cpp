@@ -13,8 +13,8 @@ namespace {
 
 constexpr const char* kExtension = "var";
 constexpr const char* kFilter = "variables  (*.var)|*.var";
-// Half a set of parameters is worse than none: a load that is under way goes on for so long when
-// the program is to end. A whole one takes six seconds.
+// An instrument with half of its parameters replaced is worse than one left as it was: a load goes
+// on for at most so long when the program is to end. A whole load takes six seconds.
 constexpr std::chrono::seconds kTimeToFinish{10};
 // So many reads without an answer, one behind the other: from then on a group is asked for its
 // first register only, until it answers again.
@@ -84,7 +84,8 @@ void VariableTransfer::Save(const std::function<void()>& show) {
   parts_.values.MenusEnabled = true;
 }
 
-// A place whose register is not told has what the link held last, and the whole file counts as bad.
+// A register that was not answered gets the word that the link held last, and the user is told that
+// the file has errors.
 VariableWords VariableTransfer::ReadAll(const std::function<void()>& show) {
   VariableWords words{};
   std::int16_t last = parts_.link.ComValue;
@@ -219,7 +220,7 @@ bool VariableTransfer::WriteTwice(const Variable& variable) {
          (again == LinkResult::kLength && IsGood(Write(parts_.link, to, variable.word)));
 }
 
-// Somebody wants the program to end, and the time to finish is over; or the user has cancelled.
+// True if the program is to end and the time to finish is over, or if the user has cancelled.
 bool VariableTransfer::MustStop() {
   if (parts_.adj_state == AdjState::kCancelled) {
     return true;

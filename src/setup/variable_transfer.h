@@ -31,15 +31,15 @@ class VariableTransfer {
   };
   VariableTransfer(const Parts& parts, int inet) : parts_(parts), inet_(inet) {}
 
-  // Asks for a name and saves all registers. A register that is not told stands in the file with
-  // the value read before it, and the user is told that the file has errors. The file is written
+  // Asks for a name and saves all registers. For a register that was not answered the file gets the
+  // value read before it, and the user is told that the file has errors. The file is written
   // beside the target and takes its place at once; what cannot be written is left alone. `show`
-  // copies the values to the widgets. The step of before is in force again afterwards.
+  // copies the values to the widgets. Afterwards the dialog is in the step in which it was before.
   void Save(const std::function<void()>& show);
 
   // Asks, lets the user choose a file and writes its registers. Each write is tried twice; behind
   // the group in which one fails nothing more is written. Afterwards the sheet is to be read anew;
-  // if nothing was begun the step of before is in force.
+  // if nothing was written the dialog is in the step in which it was before.
   void Load(const std::function<void()>& show);
 
  private:

@@ -43,7 +43,9 @@ std::optional<FormSize> FormSizes::Of(std::string_view form) {
 
 void FormSizes::Keep(std::string_view form, FormSize size) {
   Sizes& known = Known();
-  if (!IsName(form) || !IsSize(size) || Of(form) == size || known.size() >= kMostForms) {
+  const std::optional<FormSize> before = Of(form);
+  const bool has_room = before || known.size() < kMostForms;
+  if (!IsName(form) || !IsSize(size) || before == size || !has_room) {
     return;
   }
   known[std::string(form)] = size;

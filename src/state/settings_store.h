@@ -16,7 +16,7 @@ inline constexpr const char* kLegacySettingsFile = "TAVDEF.USR";  // lines in a 
 // The settings file in RunState::DataHome, read once at start and written whole when something
 // changed. If it is not there the one in RunState::AppPath is read, which a user cannot write. A
 // file that is missing or damaged leads to defaults. One that is there but cannot be read does not:
-// whoever saved over it would lose the names of all tests.
+// a save over it would lose the names of all tests.
 class SettingsStore {
  public:
   // `state` outlives this; AppPath and DataHome are set.

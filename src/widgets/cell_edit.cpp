@@ -15,7 +15,8 @@ void CellEdit::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void CellEdit::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+  const bool is_enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (is_enter || (event->modifiers() & Qt::AltModifier) != 0) {
     event->ignore();
     return;
   }

@@ -7,7 +7,7 @@
 namespace tavrel {
 
 // A text of the worksheet's table: all of it is selected when the keyboard or a click comes to
-// it, and the Enter key belongs to the form.
+// it, and the Enter key and keys with Alt belong to the form.
 class CellEdit : public NameEdit {
   Q_OBJECT
  public:

@@ -57,6 +57,11 @@ CellEdit* EditGrid::AddEdit(int row, int column, const QString& name, const QStr
   edit->setProperty("column", column);
   edit->installEventFilter(this);
   setCellWidget(row, column, edit);
+  const auto speak = [this, row, column, spoken](const QString& text) {
+    item(row, column)->setData(Qt::AccessibleTextRole, QString("%1: %2").arg(spoken, text));
+  };
+  connect(edit, &QLineEdit::textChanged, this, speak);
+  speak({});
   return edit;
 }
 

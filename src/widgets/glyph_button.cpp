@@ -25,6 +25,8 @@ void GlyphButton::SetToolSize() {
 }
 
 void GlyphButton::SetLatched(bool latched) {
+  setCheckable(true);
+  setChecked(latched);
   if (latched != latched_) {
     latched_ = latched;
     setAccessibleDescription(latched ? "on" : "off");

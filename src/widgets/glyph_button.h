@@ -22,7 +22,7 @@ class GlyphButton : public QAbstractButton {
   void SetToolSize();
 
   // The down picture, filled, while what the button stands for is the case; a click does not
-  // change it by itself.
+  // change it by itself. A reader of the screen hears of it as of a button that is pressed.
   void SetLatched(bool latched);
   [[nodiscard]] bool IsLatched() const { return latched_; }
 
@@ -30,6 +30,8 @@ class GlyphButton : public QAbstractButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  // Only what the button stands for presses it.
+  void nextCheckState() override {}
   void keyPressEvent(QKeyEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;

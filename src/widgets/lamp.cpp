@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <numbers>
 
+#include "widgets/spoken.h"
+
 namespace tavrel {
 namespace {
 
@@ -25,6 +27,7 @@ Lamp::Lamp(const QString& name, const QString& spoken, QWidget* parent)
     : QWidget(parent), spoken_(spoken) {
   setObjectName(name);
   setAccessibleName(spoken_);
+  SpeakAs(*this, QAccessible::Graphic);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

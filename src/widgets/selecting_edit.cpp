@@ -1,5 +1,7 @@
 #include "widgets/selecting_edit.h"
 
+#include <QKeyEvent>
+
 namespace tavrel {
 
 void SelectingEdit::focusInEvent(QFocusEvent* event) {
@@ -10,6 +12,14 @@ void SelectingEdit::focusInEvent(QFocusEvent* event) {
 void SelectingEdit::mouseReleaseEvent(QMouseEvent* event) {
   QLineEdit::mouseReleaseEvent(event);
   select_all_.MouseRelease(*this);
+}
+
+void SelectingEdit::keyPressEvent(QKeyEvent* event) {
+  if ((event->modifiers() & Qt::AltModifier) != 0) {
+    event->ignore();
+    return;
+  }
+  QLineEdit::keyPressEvent(event);
 }
 
 }  // namespace tavrel

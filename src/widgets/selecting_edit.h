@@ -7,7 +7,8 @@
 
 namespace tavrel {
 
-// A free text of which all is selected when the keyboard or a click comes to it.
+// A free text of which all is selected when the keyboard or a click comes to it. Keys with Alt are
+// the form's: a letter that no button has would replace the text.
 class SelectingEdit : public QLineEdit {
   Q_OBJECT
  public:
@@ -16,6 +17,7 @@ class SelectingEdit : public QLineEdit {
  protected:
   void focusInEvent(QFocusEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   SelectAll select_all_;

@@ -20,6 +20,14 @@ QString WordsOf(const QString& text) {
 
 }  // namespace
 
+QString UnitLabel::Unit() const {
+  return UnitOf(text());
+}
+
+QString UnitLabel::Words() const {
+  return WordsOf(text());
+}
+
 int UnitLabel::WordsPlace() const {
   return fontMetrics().horizontalAdvance(QLatin1String("min") + kGap);
 }

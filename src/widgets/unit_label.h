@@ -13,6 +13,10 @@ class UnitLabel : public MutedLabel {
  public:
   UnitLabel(const QString& text, QWidget* parent) : MutedLabel(text, parent) {}
 
+  // The two parts of the text; the words are empty if it has the unit alone.
+  [[nodiscard]] QString Unit() const;
+  [[nodiscard]] QString Words() const;
+
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "dialogs/checks.h"
 #include "dialogs/program_file.h"
+#include "link/registers.h"
 #include "platform/file_system.h"
 #include "state/box_titles.h"
 #include "state/open_slots.h"
@@ -51,7 +52,8 @@ ProgramCell NumberCell(std::int16_t word, const NumberColumn& column) {
 }
 
 // The controller's states that a program may give, in the order of the list.
-constexpr std::array<std::int16_t, kStatusItems.size()> kStatusOfLine = {kEmptyCell, 0, 2, 3};
+constexpr std::array<std::int16_t, kStatusItems.size()> kStatusOfLine = {
+    kEmptyCell, controller::kOff, controller::kIsotherm, controller::kDynamic};
 
 int LineOf(std::int16_t status) {
   const auto* const found = std::find(kStatusOfLine.begin(), kStatusOfLine.end(), status);
@@ -62,12 +64,11 @@ int LineOf(std::int16_t status) {
 // it is, so it is not hidden.
 ProgramCell StatusCell(std::int16_t status) {
   switch (status) {
-    case 0:
-      return {"off", kOrange};
-    case 2:
-      return {"iso", kGreenCell};
-    case 3:
-      return {"dyn", kGreenCell};
+    case controller::kOff:
+      return {std::string(controller::WordOf(status)), kOrange};
+    case controller::kIsotherm:
+    case controller::kDynamic:
+      return {std::string(controller::WordOf(status)), kGreenCell};
     default:
       return status < 0 ? ProgramCell{} : ProgramCell{std::to_string(status), kWhiteCell};
   }

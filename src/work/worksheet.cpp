@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "base/units.h"
+#include "files/buffers_last.h"
 #include "files/ledger_text.h"
 #include "files/recording_format.h"
 #include "link/register_access.h"
@@ -207,6 +208,7 @@ void Worksheet::ShowRecording() {
   values_.RecOnDown = !IsViewed() && rec_on == 1;
   values_.RecOffDown = !IsViewed() && rec_on == 0;
   const bool is_full = rec_on == 0 && state.SampleCount[slot] >= state.SampleLimit[slot];
+  values_.BufferText = SilentBufferText(parts_.engine, slot, values_.TipLanguage);
   if (state.WriteFailed[slot]) {
     values_.RecState = "disk !";
   } else {

@@ -37,6 +37,7 @@ struct WorksheetValues {
   std::string Lbl_rec;      // recorded time
   std::string RecUnit;      // its caption
   std::string Lbl_sampl;    // seconds
+  std::string BufferText;   // how long the buffer of a silent instrument lasts; else empty
   std::string LedgerText;   // "2134 sets, complete"; empty if nothing is known
 
   // frController.

@@ -20,6 +20,11 @@ using std::chrono::seconds;
 
 constexpr int kHeader = 1000;  // bytes
 constexpr const char* kShownTexts = "shown.txt";
+constexpr const char* kSeenForms = "seen.txt";
+
+void AddLibrary(std::string& libraries, const std::string& library) {
+  libraries += (libraries.empty() ? "" : ":") + library;
+}
 
 // The window of the program with `pid`, as the screen's number for it; empty if there is none.
 std::string WindowOf(pid_t pid, const std::string& name) {
@@ -104,11 +109,15 @@ std::vector<std::string> InstalledProgram::StartCommand() const {
   std::vector<std::string> command = {"env"};
   std::string libraries;
   if (keeps_texts_) {
-    libraries = SHOWN_TEXTS_LIBRARY;
+    AddLibrary(libraries, SHOWN_TEXTS_LIBRARY);
     command.push_back("TAVREL_SHOWN_TEXTS=" + directory_.File(kShownTexts));
   }
+  if (watches_forms_) {
+    AddLibrary(libraries, SEEN_FORMS_LIBRARY);
+    command.push_back("TAVREL_SEEN_FORMS=" + directory_.File(kSeenForms));
+  }
   if (clock_ != OwnClock::kNone) {
-    libraries += (libraries.empty() ? "" : ":") + std::string(FAKETIME_LIBRARY);
+    AddLibrary(libraries, FAKETIME_LIBRARY);
     command.insert(
         command.end(),
         {"FAKETIME_TIMESTAMP_FILE=" + directory_.File("clock.txt"), "FAKETIME_NO_CACHE=1",
@@ -130,16 +139,29 @@ std::string InstalledProgram::WindowCalled(const std::string& title) const {
 }
 
 std::vector<std::string> InstalledProgram::ShownTexts() const {
-  std::vector<std::string> texts;
-  std::ifstream file(directory_.File(kShownTexts));
-  for (std::string text; std::getline(file, text);) {
-    texts.push_back(text);
+  return Lines(kShownTexts);
+}
+
+std::vector<std::string> InstalledProgram::SeenForms() const {
+  return Lines(kSeenForms);
+}
+
+// A line that is still being written is none yet.
+std::vector<std::string> InstalledProgram::Lines(const std::string& file) const {
+  std::vector<std::string> lines;
+  std::ifstream input(directory_.File(file));
+  for (std::string line; std::getline(input, line) && !input.eof();) {
+    lines.push_back(line);
   }
-  return texts;
+  return lines;
+}
+
+void InstalledProgram::Begin() {
+  program_ = Process(StartCommand());
 }
 
 bool InstalledProgram::Start() {
-  program_ = Process(StartCommand());
+  Begin();
   const auto splash_is_left = [this] {
     const std::string splash = WindowOf(program_.Pid(), ".");
     if (!splash.empty()) {
@@ -152,6 +174,10 @@ bool InstalledProgram::Start() {
 
 bool InstalledProgram::End() {
   program_.Signal(SIGTERM);
+  return Ends();
+}
+
+bool InstalledProgram::Ends() {
   return program_.Wait(seconds(20)) == 0;
 }
 

@@ -81,17 +81,29 @@ class InstalledProgram {
   void KeepShownTexts() { keeps_texts_ = true; }
   [[nodiscard]] std::vector<std::string> ShownTexts() const;
 
+  // From the next start on what a user sees of the forms is kept (tests/e2e/users_keyboard.h), in
+  // the order in which it came, one thing a line: "keyboard NAME", the control that has the
+  // keyboard now, and "prompt TEXT".
+  void WatchForms() { watches_forms_ = true; }
+  [[nodiscard]] std::vector<std::string> SeenForms() const;
+
   // From the next start on the program has a clock that SetClock sets, in a place of the world
   // with summer time: Central Europe.
   void UseClock(OwnClock clock) { clock_ = clock; }
   // How far that clock is ahead of the machine's from this moment on; negative: behind.
   void SetClock(std::chrono::seconds ahead) const;
 
-  // Starts the program and leaves its splash as a user does; true once the main form is there.
+  // Starts the program, which shows its splash next.
+  void Begin();
+
+  // The same, and leaves the splash as a user does; true once the main form is there.
   [[nodiscard]] bool Start();
 
   // Asks the program to end as its close box does; true if it ended by itself, in time.
   [[nodiscard]] bool End();
+
+  // Waits until the program has ended by what its user did; true if that was in time.
+  [[nodiscard]] bool Ends();
 
   // Kills it in the middle of whatever it does.
   void Kill();
@@ -106,10 +118,12 @@ class InstalledProgram {
 
  private:
   [[nodiscard]] std::vector<std::string> StartCommand() const;
+  [[nodiscard]] std::vector<std::string> Lines(const std::string& file) const;
 
   TemporaryDirectory directory_;
   std::string port_ = "COM1";
   bool keeps_texts_ = false;
+  bool watches_forms_ = false;
   std::string file_;
   OwnClock clock_ = OwnClock::kNone;
   Process instruments_;

@@ -141,15 +141,15 @@ class Host {
   }
   double Share() { return std::uniform_real_distribution<>(0, 1)(random_); }
 
-  // One exchange. `deed` is what the instrument does; it may be done though the reply is lost.
-  template <typename Deed>
-  bool Exchange(ColumnEvidence::Exchange& when, Deed deed) {
+  // One exchange. `action` is what the instrument does; it may be done though the reply is lost.
+  template <typename Action>
+  bool Exchange(ColumnEvidence::Exchange& when, Action action) {
     when.asked = Now();
     const bool is_spoilt = Share() < trial_.spoilt;
     const bool is_heard = !is_spoilt || Share() < 0.5;
     now_ += 0.01 + Share() * 0.01;
     if (is_heard) {
-      deed();
+      action();
     }
     now_ += 0.01 + Share() * 0.01;
     when.answered = Now();

@@ -8,7 +8,7 @@
 #include <random>
 
 #include "files/recording_format.h"
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_screen.h"
 #include "tests/support/temporary_directory.h"

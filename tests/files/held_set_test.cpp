@@ -26,6 +26,12 @@ TEST(HeldSet, ComesBackAsItWas) {
   EXPECT_EQ(DecodeHeldSet(EncodeHeldSet(HeldSet())), HeldSet());
 }
 
+TEST(HeldSet, KeepsThatTheJournalLacksLines) {
+  HeldSet held = Example();
+  held.JournalLacksLines = true;
+  EXPECT_EQ(DecodeHeldSet(EncodeHeldSet(held)), held);
+}
+
 TEST(HeldSet, IsRefusedWithAnyByteChangedOrMissing) {
   const HeldSetBytes bytes = EncodeHeldSet(Example());
   for (std::size_t place = 0; place < bytes.size(); ++place) {

@@ -344,6 +344,59 @@ TEST(JournalCheck, WithoutAJournalNothingIsCovered) {
   EXPECT_EQ(check.Rows, 20);
 }
 
+// A recording of 40 rows with three lost sets before row 20 and a second start at row 30, over the
+// end of summer time.
+JournalReading SourceOfAnchors() {
+  JournalReading reading;
+  const std::string time = "2026-10-25T02:58:30+02:00";
+  reading.Entries.push_back({"begin", JsonValue::Members{{"interval", 10}, {"time", time}}});
+  reading.Entries.push_back({"start", JsonValue::Members{{"rows", 0}, {"time", time}}});
+  reading.Entries.push_back(
+      {"lost", JsonValue::Members{{"before", 20}, {"sets", 3}, {"exact", true}}});
+  const std::string later = "2026-10-25T02:30:00+01:00";
+  reading.Entries.push_back({"start", JsonValue::Members{{"rows", 30}, {"time", later}}});
+  reading.Entries.push_back(
+      {"lost", JsonValue::Members{{"before", 36}, {"sets", JsonValue()}, {"exact", false}}});
+  return reading;
+}
+
+TEST(RowTimesOfAJournal, ComeFromTheFileBeforeAndFromTheSourceOfAPart) {
+  const RowTimes source(SourceOfAnchors(), 10);
+  ASSERT_TRUE(source.Local(35));
+  ASSERT_FALSE(source.Local(36));
+  for (const char* const member : {"before", "origin"}) {
+    for (const int from : {0, 1, 2, 7, 19, 20, 25, 30, 34}) {
+      for (const int count : {1, 2, 5, 40 - from}) {
+        JournalReading part;
+        const JsonValue::Members other{{"anchors", source.AnchorsOf(from, count)}};
+        part.Entries.push_back({"begin", JsonValue::Members{{"interval", 10},
+                                                            {"time", "2027-07-01T00:00:00+02:00"},
+                                                            {member, other}}});
+        const RowTimes times(part, 10);
+        for (int row = 0; row < count; ++row) {
+          EXPECT_EQ(times.Local(row), source.Local(from + row)) << from << "+" << row;
+          EXPECT_EQ(times.Utc(row), source.Utc(from + row)) << from << "+" << row;
+        }
+      }
+    }
+  }
+  EXPECT_LE(source.AnchorsOf(0, 40).size(), 6U);
+  EXPECT_TRUE(source.AnchorsOf(36, 4).empty()) << "nothing is known of them";
+  EXPECT_TRUE(RowTimes(JournalReading(), 10).AnchorsOf(0, 5).empty());
+}
+
+TEST(RowTimesOfAJournal, GoOnInANextFileWithItsOwnLosses) {
+  JournalReading next;
+  const JsonValue::Members before{{"anchors", RowTimes(SourceOfAnchors(), 10).AnchorsOf(35, 1)}};
+  next.Entries.push_back({"begin", JsonValue::Members{{"interval", 10}, {"before", before}}});
+  next.Entries.push_back({"lost", JsonValue::Members{{"before", 4}, {"sets", 2}, {"exact", true}}});
+  const RowTimes times(next, 10);
+  EXPECT_EQ(times.Local(0), "2026-10-25T02:30:50+01:00");
+  EXPECT_EQ(times.Local(1), times.Local(0)) << "the first set stands there twice";
+  EXPECT_EQ(times.Local(3), "2026-10-25T02:31:10+01:00");
+  EXPECT_EQ(times.Local(4), "2026-10-25T02:31:40+01:00");
+}
+
 TEST(RowTimesOfAJournal, AnchorNothingAtARowThatCannotBe) {
   for (const std::int64_t row : {std::numeric_limits<std::int64_t>::min(), std::int64_t{-1}}) {
     JournalReading reading;

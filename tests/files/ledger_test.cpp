@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+#include "files/ledger_text.h"
 #include "tests/files/recording_bench.h"
 
 namespace tavrel {
@@ -201,6 +202,22 @@ TEST(Ledger, WhatWaitsInTheInstrumentIsEstimated) {
   EXPECT_EQ(story.Figures().Waiting, (SetBounds{896, 896}));
 }
 
+TEST(Ledger, WhyThereIsNoneIsSaidInBothLanguages) {
+  const LedgerFigures none = Ledger().Figures(5);
+  EXPECT_EQ(LedgerSummary(none), "no ledger: there is no journal");
+  EXPECT_EQ(LedgerSummary(none, Language::kGerman), "keine Bilanz: es gibt kein Journal");
+  Ledger part;
+  const JsonValue::Members origin{{"interval", 10}, {"origin", JsonValue::Members{}}};
+  part.Take("begin", JsonValue(origin), {1, "a"}, "");
+  EXPECT_EQ(LedgerSummary(part.Figures(5), Language::kGerman),
+            "keine Bilanz: sie ist ein Teil einer anderen Aufzeichnung");
+  Ledger simulated;
+  const JsonValue::Members line{{"interval", 10}, {"line", "simulated"}};
+  simulated.Take("begin", JsonValue(line), {1, "a"}, "");
+  EXPECT_EQ(LedgerSummary(simulated.Figures(5), Language::kGerman),
+            "keine Bilanz: an der Leitung war kein Gerät");
+}
+
 TEST(Ledger, RowsWithoutAJournalAreSaid) {
   Ledger ledger;
   const LedgerMoment when{1, "a"};
@@ -272,7 +289,7 @@ TEST(Ledger, TakesAnyNumbers) {
   const std::vector<const char*> kinds = {"begin", "start",   "drained", "lost", "values",
                                           "back",  "adopted", "resume",  "stop", "seal"};
   Ledger ledger;
-  for (int turn = 0; turn < 20000; ++turn) {
+  for (int turn = 0; turn < 5000; ++turn) {
     const auto any = [&] { return values[random() % values.size()]; };
     JsonValue::Members fields;
     for (const char* name : {"rows", "interval", "took", "sets", "least", "most", "first", "last",
@@ -290,8 +307,8 @@ TEST(Ledger, TakesAnyNumbers) {
 // ---- On the bench, with the engine.
 
 LedgerFigures FiguresOf(const RecordingBench& bench) {
-  const std::string journal = bench.room.directory.Read("journal/" + std::string(kName));
-  return LedgerOf(ReadJournal(journal), bench.room.state.SampleCount[kSlot]);
+  const std::string journal = bench.fixture.directory.Read("journal/" + std::string(kName));
+  return LedgerOf(ReadJournal(journal), bench.fixture.state.SampleCount[kSlot]);
 }
 
 // Sets that stand in no row, by the values.
@@ -314,7 +331,7 @@ TEST(LedgerOnTheBench, AQuietRecordingIsCompleteAndCostsFewLines) {
     EXPECT_EQ(figures.Recorded, 99);
     EXPECT_EQ(figures.Live, 99);
     const JournalReading journal =
-        ReadJournal(bench.room.directory.Read("journal/" + std::string(kName)));
+        ReadJournal(bench.fixture.directory.Read("journal/" + std::string(kName)));
     EXPECT_LE(std::ranges::count(journal.Entries, "drained", &JournalEntry::Kind), 3);
     EXPECT_GE(std::ranges::count(journal.Entries, "drained", &JournalEntry::Kind), 1);
   }
@@ -325,7 +342,7 @@ TEST(LedgerOnTheBench, AnOutageBeyondTheBufferIsCountedToTheSet) {
     RecordingBench bench({"descending", 500}, {3, 11}, 10);
     bench.Start();
     ASSERT_TRUE(bench.RunToRows(20));
-    bench.room.clock.Advance(std::chrono::seconds(10 * outage));
+    bench.fixture.clock.Advance(std::chrono::seconds(10 * outage));
     ASSERT_TRUE(bench.RunToRows(21 + 900));
     bench.Run(200);
     const LedgerFigures figures = FiguresOf(bench);
@@ -342,7 +359,7 @@ TEST(LedgerOnTheBench, AKillWithAnOutageBeyondTheBufferHasBounds) {
   RecordingBench bench({"descending", 500}, {3, 11}, 10);
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(20));
-  bench.room.clock.Advance(std::chrono::seconds(10 * 1007));
+  bench.fixture.clock.Advance(std::chrono::seconds(10 * 1007));
   bench.KillAndStart();
   ASSERT_TRUE(bench.RunToRows(21 + 900));
   bench.Run(200);
@@ -372,14 +389,103 @@ TEST(LedgerOnTheBench, TheProgramCarriesTheSameFigures) {
   RecordingBench bench({"descending", 500}, {3, 11}, 10);
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(20));
-  bench.room.clock.Advance(std::chrono::seconds(10 * 1007));
+  bench.fixture.clock.Advance(std::chrono::seconds(10 * 1007));
   bench.KillAndStart();
   ASSERT_TRUE(bench.RunToRows(950));
-  const LedgerFigures carried = bench.room.files.Journals().Figures(kSlot);
+  const LedgerFigures carried = bench.fixture.files.Journals().Figures(kSlot);
   const LedgerFigures read = FiguresOf(bench);
   EXPECT_EQ(carried.Lost, read.Lost);
   EXPECT_EQ(carried.Later, read.Later);
   EXPECT_EQ(carried.Recorded, read.Recorded);
+}
+
+// Rows that stand behind the journal after a kill are those since the last flush and what was
+// fetched meanwhile. More of them were written while the journal could not be.
+TEST(Ledger, MoreRowsThanAKillExplainsAreVouchedForByNoLine) {
+  for (const double interval : {1.0, 10.0, 3600.0}) {
+    const auto most = static_cast<std::int64_t>(896 + 3600 / interval + 2);
+    for (const std::int64_t adopted : {most, most + 1}) {
+      Story story(interval);
+      story.Live(20 * interval, interval);
+      const std::int64_t before = story.rows;
+      story.rows += adopted;
+      const bool is_explained = adopted == most;
+      const std::int64_t unwatched = is_explained ? 0 : adopted;
+      const LedgerFigures left = story.ledger.Figures(story.rows);
+      EXPECT_EQ(left.Unwatched, unwatched) << interval << " s, killed";
+      EXPECT_EQ(left.IsComplete(), is_explained);
+      EXPECT_EQ(story.Figures().Unwatched, 0) << "the program that runs knows its own rows";
+      story.Line("resume");
+      story.Line("adopted", {{"first", before}, {"last", story.rows - 1}});
+      EXPECT_EQ(story.ledger.Figures(story.rows).Unwatched, unwatched) << interval << " s, goes on";
+      EXPECT_EQ(story.ledger.Figures(story.rows).IsComplete(), is_explained);
+      story.Line("adopted", {{"first", before}, {"last", before + most}});
+      EXPECT_EQ(story.ledger.Figures(story.rows).Unwatched,
+                std::min(unwatched + most + 1, story.rows))
+          << "once more";
+    }
+  }
+}
+
+// Behind rows of which nothing is known the sets cannot be counted on.
+TEST(Ledger, BehindRowsThatNoLineVouchesForTheClockBeginsAnew) {
+  Story story(10);
+  story.Live(2000);
+  story.now += 30000;
+  story.missing += 100;
+  const std::int64_t before = story.rows;
+  story.rows = story.Made() - story.missing + 1;
+  story.Line("resume");
+  story.Line("adopted", {{"first", before}, {"last", story.rows - 1}});
+  story.Live(200, 10);
+  EXPECT_EQ(story.Figures().Lost, SetBounds());
+  EXPECT_FALSE(story.Figures().IsComplete());
+  story.Live(2000, 97);
+  story.missing += 1;
+  story.Live(2000, 97);
+  EXPECT_EQ(story.Figures().Lost, (SetBounds{1, 1})) << "and goes on";
+}
+
+TEST(Ledger, TellsOfWhichRowsTheJournalTellsSomething) {
+  Story story;
+  story.rows = 5;
+  story.Line("back");
+  story.rows = 9;
+  story.Line("drained", {{"took", 0.05}});
+  story.Line("values", {{"first", 7},
+                        {"last", 7},
+                        {"inputs", JsonValue::List{2, 15, 16, "x"}},
+                        {"filled", true},
+                        {"what", "gone"}});
+  story.Lost(9, 3, 3, 3);
+  story.Lost(9, 0, 0, 0);
+  story.rows = 12;
+  story.Line("values", {{"first", 11}, {"last", 11}, {"filled", false}, {"onward", true}});
+  story.rows = 20;
+  story.Line("resume");
+  story.rows = 25;
+  using Kind = ToldRows::Kind;
+  const std::vector<ToldRows> told = story.ledger.Told(story.rows);
+  const auto has = [&](const ToldRows& rows) {
+    return std::find(told.begin(), told.end(), rows) != told.end();
+  };
+  EXPECT_EQ(told.size(), 6U);
+  EXPECT_TRUE(has({Kind::kLater, 5, 8, {}, {}, ""}));
+  EXPECT_TRUE(has({Kind::kLater, 20, 24, {}, {}, ""})) << "one that is still on";
+  EXPECT_TRUE(has({Kind::kFilled, 7, 7, {}, {2, 15}, "gone"}));
+  EXPECT_TRUE(has({Kind::kQuestioned, 11, 24, {}, {}, ""}));
+  EXPECT_TRUE(has({Kind::kMissing, 9, 9, {3, 3}, {}, "the buffer of the instrument was full"}));
+}
+
+TEST(Ledger, TellsOfNoRowsThatTheFileDoesNotHaveNorWithoutAJournal) {
+  EXPECT_TRUE(Ledger().Told(10).empty());
+  Story story;
+  story.rows = 30;
+  story.Line("values", {{"first", 25}, {"last", 28}, {"filled", true}});
+  story.Lost(29, 1, 1, 1);
+  EXPECT_EQ(story.ledger.Told(27).size(), 1U);
+  EXPECT_EQ(story.ledger.Told(27).front().Last, 26);
+  EXPECT_TRUE(story.ledger.Told(20).empty());
 }
 
 }  // namespace

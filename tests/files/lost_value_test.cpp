@@ -43,7 +43,7 @@ TEST_P(SampledLine, InventsNothingWhereNothingWasLost) {
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(40));
   bench.ExpectRows();
-  EXPECT_EQ(bench.room.Announced(), Texts());
+  EXPECT_EQ(bench.fixture.Announced(), Texts());
 }
 
 TEST_P(SampledLine, InventsNothingWhereRequestsWereLost) {
@@ -56,7 +56,7 @@ TEST_P(SampledLine, InventsNothingWhereRequestsWereLost) {
   }
   ASSERT_TRUE(bench.RunToRows(row + 6));
   bench.ExpectRows();
-  EXPECT_EQ(bench.room.Announced(), Texts());
+  EXPECT_EQ(bench.fixture.Announced(), Texts());
 }
 
 TEST_P(SampledLine, FillsALostValueWithTheOneBeforeAndShiftsNothing) {
@@ -66,7 +66,7 @@ TEST_P(SampledLine, FillsALostValueWithTheOneBeforeAndShiftsNothing) {
     ASSERT_TRUE(bench.RunToRows(6));
     bench.FailNext(input, true);
     ASSERT_TRUE(bench.RunToRows(12));
-    const auto announced = bench.room.Announced();
+    const auto announced = bench.fixture.Announced();
     ASSERT_EQ(announced.size(), 1U);
     const std::string where = announced[0].substr(announced[0].find("row ") + 4);
     const int row = std::stoi(where);
@@ -84,8 +84,8 @@ TEST(LostValue, IsToldForEveryRowWithoutStoppingTheCycle) {
     bench.FailNext(3, true);
   }
   ASSERT_TRUE(bench.RunToRows(18));
-  EXPECT_EQ(bench.room.Announced().size(), 3U);
-  EXPECT_TRUE(bench.room.dialogs.boxes.empty());
+  EXPECT_EQ(bench.fixture.Announced().size(), 3U);
+  EXPECT_TRUE(bench.fixture.dialogs.boxes.empty());
 }
 
 TEST(LostValue, OfOneInputAloneIsFoundByTime) {
@@ -95,7 +95,7 @@ TEST(LostValue, OfOneInputAloneIsFoundByTime) {
     ASSERT_TRUE(bench.RunToRows(6));
     bench.FailNext(9, is_lost);
     ASSERT_TRUE(bench.RunToRows(12));
-    const auto announced = bench.room.Announced();
+    const auto announced = bench.fixture.Announced();
     ASSERT_EQ(announced.size(), is_lost ? 1U : 0U);
     bench.ExpectRows(is_lost ? 6 : -1, 9, 5);
   }
@@ -104,20 +104,20 @@ TEST(LostValue, OfOneInputAloneIsFoundByTime) {
 // With a backlog of hours the present value is of another time altogether.
 TEST(LostValue, OfTheVeryFirstSetTakesTheNextOne) {
   RecordingBench bench;
-  bench.room.line.registers[{1, 'Y', 2}] = 777;
+  bench.fixture.line.registers[{1, 'Y', 2}] = 777;
   bench.Start();
   bench.FailNext(2, true);
   ASSERT_TRUE(bench.RunToRows(6));
   EXPECT_EQ(bench.Rows()[0], (std::vector<int>{1, 2, 1}));
   bench.ExpectRows(1, 2, 2);
-  EXPECT_EQ(bench.room.Announced(), Texts{Told("rows 0 and 1, input 2", kNext)});
+  EXPECT_EQ(bench.fixture.Announced(), Texts{Told("rows 0 and 1, input 2", kNext)});
 }
 
 TEST(LostValue, OfTheVeryFirstSetTakesTheNextOneThoughTheProgramIsKilledMeanwhile) {
   RecordingBench bench;
   bench.Start();
   bench.FailNext(3, true);
-  while (bench.room.state.Columns[kSlot].Owed[3] == 0) {
+  while (bench.fixture.state.Columns[kSlot].Owed[3] == 0) {
     bench.Run(0.05);
     ASSERT_LT(bench.ticks, 20000);
   }
@@ -144,7 +144,7 @@ TEST(LostValue, DoesNotHoldUpARecordingWhoseInstrumentCannotCount) {
   bench.line.dropped = {"X02?"};
   ASSERT_TRUE(bench.RunToRows(12));
   bench.ExpectRows();
-  EXPECT_EQ(bench.room.Announced().size(), 1U) << "that nobody can know it";
+  EXPECT_EQ(bench.fixture.Announced().size(), 1U) << "that nobody can know it";
 }
 
 TEST(LostValue, IsNotSuspectedIfTheInstrumentRefuses) {
@@ -153,7 +153,7 @@ TEST(LostValue, IsNotSuspectedIfTheInstrumentRefuses) {
   ASSERT_TRUE(bench.RunToRows(6));
   bench.line.refused = {'X'};
   bench.Run(12);
-  EXPECT_FALSE(bench.room.state.ColumnsInDoubt[kSlot]);
+  EXPECT_FALSE(bench.fixture.state.ColumnsInDoubt[kSlot]);
   bench.line.refused.clear();
   ASSERT_TRUE(bench.RunToRows(12));
   bench.ExpectRows();
@@ -163,13 +163,13 @@ TEST(LostValue, IsSuspectedIfARefusalIsNotAlone) {
   RecordingBench bench;
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(6));
-  const auto answer = bench.room.port.answer;
-  bench.room.port.answer = [answer](const std::string& command) {
+  const auto answer = bench.fixture.port.answer;
+  bench.fixture.port.answer = [answer](const std::string& command) {
     return command == "X03?" ? "?" + answer(command) : answer(command);
   };
   bench.Run(10.5);
-  EXPECT_TRUE(bench.room.state.ColumnsInDoubt[kSlot]);
-  EXPECT_EQ(bench.room.state.AskedInput[kSlot], 3);
+  EXPECT_TRUE(bench.fixture.state.ColumnsInDoubt[kSlot]);
+  EXPECT_EQ(bench.fixture.state.AskedInput[kSlot], 3);
 }
 
 TEST(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
@@ -177,10 +177,10 @@ TEST(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
     RecordingBench bench;
     bench.Start();
     ASSERT_TRUE(bench.RunToRows(8));
-    bench.room.clock.Advance(seconds(10 * backlog));
-    bench.room.engine.TenSecondTick();
-    bench.room.engine.PumpOnce();
-    ASSERT_TRUE(bench.room.engine.HoldsSet(kSlot));
+    bench.fixture.clock.Advance(seconds(10 * backlog));
+    bench.fixture.engine.TenSecondTick();
+    bench.fixture.engine.PumpOnce();
+    ASSERT_TRUE(bench.fixture.engine.HoldsSet(kSlot));
     bench.line.Restart(seconds(14));
     ASSERT_TRUE(bench.RunToRows(14));
     const auto rows = bench.Rows();
@@ -189,7 +189,7 @@ TEST(LostValue, ByAnInstrumentThatWasRestartedInTheMiddleOfASet) {
                                  : std::vector<int>(3, rows[row][0]);
       EXPECT_EQ(rows[row], told) << "row " << row + 1;
     }
-    const auto announced = bench.room.Announced();
+    const auto announced = bench.fixture.Announced();
     ASSERT_EQ(announced.size(), 3U);
     EXPECT_EQ(announced[0], Told("row 8, inputs 1, 2", kBefore));
     EXPECT_NE(announced[2].find("rows 6 to 7, inputs 1, 2: "), std::string::npos)
@@ -208,14 +208,14 @@ TEST(LostValue, ByARestartOfAnInstrumentThatIsNotKnownWell) {
     RecordingBench bench({"descending", 30}, {2, 6}, 1);
     bench.Start();
     ASSERT_TRUE(bench.RunToRows(3));
-    std::filesystem::remove(bench.room.directory.File(kHeldName));
+    std::filesystem::remove(bench.fixture.directory.File(kHeldName));
     bench.KillAndStart();
-    while (bench.room.state.SampleCount[kSlot] < 8) {
+    while (bench.fixture.state.SampleCount[kSlot] < 8) {
       bench.Run(0.05);
     }
     bench.Run(0.05 * phase);
-    const bool is_half_read = bench.room.engine.HoldsSet(kSlot);
-    const std::size_t row = static_cast<std::size_t>(bench.room.state.SampleCount[kSlot]);
+    const bool is_half_read = bench.fixture.engine.HoldsSet(kSlot);
+    const std::size_t row = static_cast<std::size_t>(bench.fixture.state.SampleCount[kSlot]);
     bench.line.Restart(seconds(1) + milliseconds(400));
     ASSERT_TRUE(bench.RunToRows(40));
     const auto rows = bench.Rows();
@@ -223,7 +223,7 @@ TEST(LostValue, ByARestartOfAnInstrumentThatIsNotKnownWell) {
       const bool is_mended = is_half_read && place + 1 == row;
       EXPECT_EQ(rows[place][0] == rows[place][1], !is_mended) << "row " << place + 1;
     }
-    const auto announced = bench.room.Announced();
+    const auto announced = bench.fixture.Announced();
     const auto filled = std::count_if(announced.begin(), announced.end(), [](const auto& text) {
       return text.find(kBefore) != std::string::npos;
     });
@@ -243,7 +243,7 @@ TEST(LostValue, OfAHalfReadSetDoesNotHappenWhenTheProgramIsKilled) {
   }
   ASSERT_TRUE(bench.RunToRows(14));
   bench.ExpectRows();
-  EXPECT_EQ(bench.room.Announced(), Texts());
+  EXPECT_EQ(bench.fixture.Announced(), Texts());
 }
 
 // Killed while the reply was on the line: the file beside the recording says only that the value
@@ -274,8 +274,8 @@ TEST(LostValue, IsNotSoughtWithTheHeldSetOfAnEarlierRow) {
   held.AskedInput = 2;
   bench.Hold(held);
   bench.KillAndStart();
-  EXPECT_FALSE(bench.room.state.ColumnsInDoubt[kSlot]);
-  EXPECT_EQ(bench.room.state.Columns[kSlot].Order, held.Columns.Order) << "but that stays";
+  EXPECT_FALSE(bench.fixture.state.ColumnsInDoubt[kSlot]);
+  EXPECT_EQ(bench.fixture.state.Columns[kSlot].Order, held.Columns.Order) << "but that stays";
 }
 
 TEST(LostValue, IsNotSoughtForAnInputThatIsNotRecorded) {
@@ -283,14 +283,14 @@ TEST(LostValue, IsNotSoughtForAnInputThatIsNotRecorded) {
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(4));
   HeldSet held = bench.Held();
-  held.SampleCount = bench.room.state.SampleCount[kSlot];
+  held.SampleCount = bench.fixture.state.SampleCount[kSlot];
   held.Seen = {};
   held.Seen[9] = true;
   held.AskedInput = 9;
   bench.Hold(held);
   bench.KillAndStart();
-  EXPECT_FALSE(bench.room.state.ColumnsInDoubt[kSlot]);
-  EXPECT_FALSE(bench.room.state.SampleSeen[kSlot][9]);
+  EXPECT_FALSE(bench.fixture.state.ColumnsInDoubt[kSlot]);
+  EXPECT_FALSE(bench.fixture.state.SampleSeen[kSlot][9]);
 }
 
 TEST(LostValue, IsPreparedForBeforeTheValueIsAskedFor) {
@@ -316,21 +316,21 @@ TEST(LostRows, AreToldAndShiftNothing) {
   RecordingBench bench;
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(8));
-  while (!bench.room.engine.HoldsSet(kSlot)) {
+  while (!bench.fixture.engine.HoldsSet(kSlot)) {
     bench.Run(0.05);
   }
-  const int rows = bench.room.state.SampleCount[kSlot];
-  const std::string bytes = bench.room.directory.Read(kName);
-  for (RandomFile& file : bench.room.state.SlotFileNo) {
+  const int rows = bench.fixture.state.SampleCount[kSlot];
+  const std::string bytes = bench.fixture.directory.Read(kName);
+  for (RandomFile& file : bench.fixture.state.SlotFileNo) {
     file.Close();
   }
-  bench.room.directory.Write(kName, bytes.substr(0, bytes.size() - std::size_t{3 * 6}));
+  bench.fixture.directory.Write(kName, bytes.substr(0, bytes.size() - std::size_t{3 * 6}));
   bench.KillAndStart();
-  bench.room.messages.ShowKept();
-  ASSERT_EQ(bench.room.dialogs.boxes.size(), 1U);
-  EXPECT_EQ(bench.room.dialogs.boxes[0].Text, std::string(kName) +
-                                                  ": 3 rows were lost with the power, before row " +
-                                                  std::to_string(rows - 3));
+  bench.fixture.messages.ShowKept();
+  ASSERT_EQ(bench.fixture.dialogs.boxes.size(), 1U);
+  EXPECT_EQ(bench.fixture.dialogs.boxes[0].Text,
+            std::string(kName) + ": 3 rows were lost with the power, before row " +
+                std::to_string(rows - 3));
   ASSERT_TRUE(bench.RunToRows(rows + 3));
   const auto all = bench.Rows();
   for (std::size_t row = 0; row < all.size(); ++row) {
@@ -343,22 +343,22 @@ TEST(HeldSetFile, GoesWithTheRecording) {
   RecordingBench bench;
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(4));
-  EXPECT_TRUE(bench.room.directory.Exists(kHeldName));
-  bench.room.engine.StopRecording(kSlot);
-  EXPECT_FALSE(bench.room.directory.Exists(kHeldName));
+  EXPECT_TRUE(bench.fixture.directory.Exists(kHeldName));
+  bench.fixture.engine.StopRecording(kSlot);
+  EXPECT_FALSE(bench.fixture.directory.Exists(kHeldName));
 }
 
 TEST(HeldSetFile, StaysAtTheEndOfTheProgramOnlyWhereSomethingIsHeld) {
   for (const bool is_held : {false, true}) {
     RecordingBench bench;
-    bench.room.Open(kSlot, kName, BytesOf(Running(bench.Header())));
+    bench.fixture.Open(kSlot, kName, BytesOf(Running(bench.Header())));
     bench.line.Begin(seconds(1));
     bench.Run(6);
-    ASSERT_TRUE(bench.room.directory.Exists(kHeldName));
-    bench.room.state.SampleSeen[kSlot][3] = is_held;
-    bench.room.files.ReleaseHeldSet(kSlot);
-    bench.room.files.CloseRecordingFile(kSlot);
-    EXPECT_EQ(bench.room.directory.Exists(kHeldName), is_held);
+    ASSERT_TRUE(bench.fixture.directory.Exists(kHeldName));
+    bench.fixture.state.SampleSeen[kSlot][3] = is_held;
+    bench.fixture.files.ReleaseHeldSet(kSlot);
+    bench.fixture.files.CloseRecordingFile(kSlot);
+    EXPECT_EQ(bench.fixture.directory.Exists(kHeldName), is_held);
   }
 }
 
@@ -366,12 +366,12 @@ TEST(HeldSetFile, KeepsTheOrderThatWasLearnedAtTheEndOfTheProgram) {
   RecordingBench bench({"ascending", 500});
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(6));
-  const SamplingOrder order = bench.room.state.Columns[kSlot].Order;
+  const SamplingOrder order = bench.fixture.state.Columns[kSlot].Order;
   ASSERT_NE(order.Base, 0);
   EXPECT_LT(order.Most[3] - order.Least[3], 0.2F);
-  bench.room.files.ReleaseHeldSet(kSlot);
+  bench.fixture.files.ReleaseHeldSet(kSlot);
   bench.KillAndStart();
-  EXPECT_EQ(bench.room.state.Columns[kSlot].Order.Base, order.Base);
+  EXPECT_EQ(bench.fixture.state.Columns[kSlot].Order.Base, order.Base);
 }
 
 TEST(LostValue, DoubtGoesAlongIntoTheNextFile) {
@@ -379,14 +379,14 @@ TEST(LostValue, DoubtGoesAlongIntoTheNextFile) {
     RecordingBench bench({"ascending", 500});
     UnitRecord unit = bench.Header();
     unit.UnitEndAction = 2;
-    bench.room.Open(kSlot, kName, BytesOf(unit));
-    bench.room.engine.StartRecording(kSlot);
+    bench.fixture.Open(kSlot, kName, BytesOf(unit));
+    bench.fixture.engine.StartRecording(kSlot);
     ASSERT_TRUE(bench.RunToRows(6));
     bench.FailNext(2, is_lost);
     ASSERT_TRUE(bench.RunToDoubt());
-    bench.room.engine.EndOfRecording(kSlot);
-    ASSERT_EQ(bench.room.state.SlotFile[kSlot], "M260314B.OVN");
-    EXPECT_TRUE(bench.room.state.ColumnsInDoubt[kSlot]);
+    bench.fixture.engine.EndOfRecording(kSlot);
+    ASSERT_EQ(bench.fixture.state.SlotFile[kSlot], "M260314B.OVN");
+    EXPECT_TRUE(bench.fixture.state.ColumnsInDoubt[kSlot]);
     ASSERT_TRUE(bench.RunToRows(5));
     const auto rows = bench.Rows("M260314B.OVN");
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -403,12 +403,12 @@ TEST_P(SampledLine, StandsSideBySideAfterAFullBuffer) {
     RecordingBench bench(GetParam(), AllInputs());
     bench.Start();
     ASSERT_TRUE(bench.RunToRows(10));
-    const int read = bench.room.state.SampleCount[kSlot] - 1;
-    bench.room.clock.Advance(seconds(10 * 1000) + milliseconds(phase));
+    const int read = bench.fixture.state.SampleCount[kSlot] - 1;
+    bench.fixture.clock.Advance(seconds(10 * 1000) + milliseconds(phase));
     ASSERT_TRUE(bench.RunToRows(40));
     const auto rows = bench.Rows();
     int jump = 0;
-    const auto announced = bench.room.Announced();
+    const auto announced = bench.fixture.Announced();
     ASSERT_GE(announced.size(), 1U) << phase;
     const bool is_half_read = announced[0].find(kBefore) != std::string::npos;
     ASSERT_EQ(announced.size(), is_half_read ? 2U : 1U) << announced.back();

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "files/held_set.h"
-#include "tests/files/pump_room.h"
+#include "tests/files/pump_fixture.h"
 #include "tests/support/set_line.h"
 
 namespace tavrel {
@@ -29,8 +29,8 @@ struct Sampling {
 
 // A recording by the cycle: a call of the pump every 50 ms, the tick of ten seconds, the wait bar.
 struct RecordingBench {
-  PumpRoom room;
-  SetLine line{room.clock, room.port};
+  PumpFixture fixture;
+  SetLine line{fixture.clock, fixture.port};
   std::vector<int> inputs;
   int ticks = 0;
 
@@ -40,7 +40,7 @@ struct RecordingBench {
     line.interval = std::chrono::seconds(interval);
     line.registers[{1, 'T', 0}] = 1;  // a fast instrument
     Place(sampling);
-    room.screens.on_show = [this](View) { Run(10); };
+    fixture.screens.on_show = [this](View) { Run(10); };
   }
 
   void Place(const Sampling& sampling) {
@@ -71,34 +71,34 @@ struct RecordingBench {
 
   // By the user: the series are cleared and the first samples watched.
   void Start() {
-    room.Open(kSlot, kName, BytesOf(Header()));
-    room.engine.StartRecording(kSlot);
+    fixture.Open(kSlot, kName, BytesOf(Header()));
+    fixture.engine.StartRecording(kSlot);
   }
 
   void Run(double time) {
     const auto end =
-        room.clock.Elapsed() + std::chrono::milliseconds(static_cast<int>(time * 1000));
-    while (room.clock.Elapsed() < end) {
-      room.clock.Advance(std::chrono::milliseconds(50));
+        fixture.clock.Elapsed() + std::chrono::milliseconds(static_cast<int>(time * 1000));
+    while (fixture.clock.Elapsed() < end) {
+      fixture.clock.Advance(std::chrono::milliseconds(50));
       if (++ticks % 200 == 0) {
-        room.engine.TenSecondTick();
+        fixture.engine.TenSecondTick();
       }
-      if (room.link.IsSettled()) {
+      if (fixture.link.IsSettled()) {
         // What others have asked last is no business of the pump.
-        room.link.ComInet = kInets;
-        room.link.ComLetter = "Z";
-        room.link.ComIndex = kInputs;
-        room.engine.PumpOnce();
+        fixture.link.ComInet = kInets;
+        fixture.link.ComLetter = "Z";
+        fixture.link.ComIndex = kInputs;
+        fixture.engine.PumpOnce();
       }
     }
   }
 
   // False if it does not come to so many rows.
   bool RunToRows(int rows) {
-    for (int turn = 0; turn < 4000 && room.state.SampleCount[kSlot] < rows; ++turn) {
+    for (int turn = 0; turn < 4000 && fixture.state.SampleCount[kSlot] < rows; ++turn) {
       Run(std::chrono::duration<double>(line.interval).count() / 8);
     }
-    return room.state.SampleCount[kSlot] >= rows;
+    return fixture.state.SampleCount[kSlot] >= rows;
   }
 
   static std::string Question(int input) {
@@ -120,28 +120,28 @@ struct RecordingBench {
 
   // False if nothing comes in doubt for a long time.
   bool RunToDoubt() {
-    for (int turn = 0; turn < 20000 && !room.state.ColumnsInDoubt[kSlot]; ++turn) {
+    for (int turn = 0; turn < 20000 && !fixture.state.ColumnsInDoubt[kSlot]; ++turn) {
       Run(0.05);
     }
-    return room.state.ColumnsInDoubt[kSlot];
+    return fixture.state.ColumnsInDoubt[kSlot];
   }
 
   // The program is killed where it stands and started again.
   void KillAndStart() {
-    for (RandomFile& file : room.state.SlotFileNo) {
+    for (RandomFile& file : fixture.state.SlotFileNo) {
       file.Close();
     }
-    room.state.SampleSeen = {};
-    room.state.SampleValue = {};
-    room.state.ReadState = {};
-    room.state.Columns = {};
-    room.Name(kSlot, kName);
-    room.files.OpenRecordingFile(kSlot);
+    fixture.state.SampleSeen = {};
+    fixture.state.SampleValue = {};
+    fixture.state.ReadState = {};
+    fixture.state.Columns = {};
+    fixture.Name(kSlot, kName);
+    fixture.files.OpenRecordingFile(kSlot);
   }
 
   // Each row as the sets its words are of, the first one left out.
   [[nodiscard]] std::vector<std::vector<int>> Rows(const std::string& name = kName) const {
-    const std::string bytes = room.SamplesInFile(name);
+    const std::string bytes = fixture.SamplesInFile(name);
     std::vector<std::int16_t> words(bytes.size() / 2);
     std::memcpy(words.data(), bytes.data(), words.size() * 2);
     std::vector<std::vector<int>> rows;
@@ -170,13 +170,13 @@ struct RecordingBench {
   }
 
   [[nodiscard]] HeldSet Held() const {
-    const std::string bytes = room.directory.Read(kHeldName);
+    const std::string bytes = fixture.directory.Read(kHeldName);
     return DecodeHeldSet(std::as_bytes(std::span(bytes))).value_or(HeldSet{-1, -1, {}, {}, {}});
   }
   void Hold(const HeldSet& held) const {
     const auto bytes = EncodeHeldSet(held);
-    room.directory.Write(kHeldName,
-                         std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    fixture.directory.Write(kHeldName,
+                            std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   }
 };
 

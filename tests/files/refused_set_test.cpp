@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "files/held_set.h"
-#include "tests/files/pump_room.h"
+#include "tests/files/pump_fixture.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ namespace {
 constexpr const char* kName = "M011111A.NEW";
 
 // Slot 12 has the set (7, 8) in hand, which the disk has refused.
-struct RefusedSet : PumpRoom {
+struct RefusedSet : PumpFixture {
   RefusedSet() {
     Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))) + Words({1, 2, 1, 2}));
     Store(1, 1, {7});
@@ -50,89 +50,89 @@ struct RefusedSet : PumpRoom {
 const std::string kWhole = Words({1, 2, 1, 2, 7, 8});
 
 TEST(RefusedSet, IsWrittenByTheStop) {
-  RefusedSet room;
-  room.engine.StopRecording(12);
-  EXPECT_EQ(room.SamplesInFile(kName), kWhole);
-  EXPECT_FALSE(room.directory.Exists(HeldSetName(kName)));
-  EXPECT_EQ(room.dialogs.boxes.size(), 1U);
+  RefusedSet fixture;
+  fixture.engine.StopRecording(12);
+  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole);
+  EXPECT_FALSE(fixture.directory.Exists(HeldSetName(kName)));
+  EXPECT_EQ(fixture.dialogs.boxes.size(), 1U);
 }
 
 TEST(RefusedSet, StaysBesideTheFileWhereTheStopCannotWriteIt) {
-  RefusedSet room;
+  RefusedSet fixture;
   {
     const FullDisk disk(RefusedSet::kFull);
-    room.engine.StopRecording(12);
+    fixture.engine.StopRecording(12);
   }
-  ASSERT_EQ(room.dialogs.boxes.size(), 2U);
-  EXPECT_EQ(room.dialogs.boxes[1].Text,
+  ASSERT_EQ(fixture.dialogs.boxes.size(), 2U);
+  EXPECT_EQ(fixture.dialogs.boxes[1].Text,
             "M011111A.NEW: the last set could not be written (File too large); it stays beside "
             "the file and is written when the file is opened again");
-  EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
-  EXPECT_FALSE(room.state.WriteFailed[12]);
-  EXPECT_TRUE(room.directory.Exists(HeldSetName(kName)));
-  room.files.OpenRecordingFile(12);
-  EXPECT_EQ(room.SamplesInFile(kName), kWhole);
-  EXPECT_EQ(room.state.SampleCount[12], 3);
-  EXPECT_FALSE(room.engine.HoldsSet(12));
-  EXPECT_FALSE(room.directory.Exists(HeldSetName(kName)));
+  EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 0);
+  EXPECT_FALSE(fixture.state.WriteFailed[12]);
+  EXPECT_TRUE(fixture.directory.Exists(HeldSetName(kName)));
+  fixture.files.OpenRecordingFile(12);
+  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole);
+  EXPECT_EQ(fixture.state.SampleCount[12], 3);
+  EXPECT_FALSE(fixture.engine.HoldsSet(12));
+  EXPECT_FALSE(fixture.directory.Exists(HeldSetName(kName)));
 }
 
 TEST(RefusedSet, ComesBeforeTheRowsOfANewStart) {
-  RefusedSet room;
+  RefusedSet fixture;
   {
     const FullDisk disk(RefusedSet::kFull);
-    room.engine.StopRecording(12);
-    room.dialogs.boxes.clear();
-    room.port.sent.clear();
-    room.engine.StartRecording(12);
-    ASSERT_EQ(room.dialogs.boxes.size(), 1U);
-    EXPECT_EQ(room.dialogs.boxes[0].Title, "start recording");
-    EXPECT_EQ(room.dialogs.boxes[0].Text, "M011111A.NEW: File too large");
-    EXPECT_TRUE(room.port.sent.empty());
+    fixture.engine.StopRecording(12);
+    fixture.dialogs.boxes.clear();
+    fixture.port.sent.clear();
+    fixture.engine.StartRecording(12);
+    ASSERT_EQ(fixture.dialogs.boxes.size(), 1U);
+    EXPECT_EQ(fixture.dialogs.boxes[0].Title, "start recording");
+    EXPECT_EQ(fixture.dialogs.boxes[0].Text, "M011111A.NEW: File too large");
+    EXPECT_TRUE(fixture.port.sent.empty());
   }
-  room.engine.StartRecording(12);
-  room.Store(1, 1, {9});
-  room.Store(1, 2, {10});
-  room.Pump(3);
-  EXPECT_EQ(room.SamplesInFile(kName), kWhole + Words({9, 10}));
+  fixture.engine.StartRecording(12);
+  fixture.Store(1, 1, {9});
+  fixture.Store(1, 2, {10});
+  fixture.Pump(3);
+  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole + Words({9, 10}));
 }
 
 // Where the file is looked at only, or belongs to a recording that has gone on, it stays as it is.
 TEST(RefusedSet, IsLeftAloneByTheViewerAndIfItIsOutOfDate) {
-  RefusedSet room;
+  RefusedSet fixture;
   {
     const FullDisk disk(RefusedSet::kFull);
-    room.engine.StopRecording(12);
+    fixture.engine.StopRecording(12);
   }
-  room.files.CloseRecordingFile(12);
-  room.Name(kViewedFile, kName);
-  room.files.OpenRecordingFile(kViewedFile);
-  EXPECT_EQ(room.SamplesInFile(kName), Words({1, 2, 1, 2}));
-  room.directory.Write(kName, room.HeaderInFile(kName) + Words({1, 2, 1, 2, 3, 4}));
-  room.files.OpenRecordingFile(12);
-  EXPECT_EQ(room.SamplesInFile(kName), Words({1, 2, 1, 2, 3, 4}));
+  fixture.files.CloseRecordingFile(12);
+  fixture.Name(kViewedFile, kName);
+  fixture.files.OpenRecordingFile(kViewedFile);
+  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2}));
+  fixture.directory.Write(kName, fixture.HeaderInFile(kName) + Words({1, 2, 1, 2, 3, 4}));
+  fixture.files.OpenRecordingFile(12);
+  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2, 3, 4}));
 }
 
 TEST(RefusedSet, OfAFullFileIsNotThrownAwayByItsEnd) {
-  RefusedSet room;
-  room.state.SampleLimit[12] = 1;  // the user shortens the recording
-  room.engine.TenSecondTick();
-  room.Pump(2);
-  EXPECT_EQ(room.RecordInFile(kName).UnitRecOn, 0);
-  EXPECT_EQ(room.SamplesInFile(kName), kWhole);
+  RefusedSet fixture;
+  fixture.state.SampleLimit[12] = 1;  // the user shortens the recording
+  fixture.engine.TenSecondTick();
+  fixture.Pump(2);
+  EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 0);
+  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole);
 }
 
 TEST(CloseRecordingFile, SyncsTheRows) {
-  PumpRoom room;
-  room.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
-  room.Store(1, 1, {7});
-  room.Pump(1);
+  PumpFixture fixture;
+  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Store(1, 1, {7});
+  fixture.Pump(1);
   SyncedFiles().clear();
-  room.files.CloseRecordingFile(12);
+  fixture.files.CloseRecordingFile(12);
   EXPECT_EQ(SyncedFiles(), (std::vector<std::string>{kName, kName, "journal"}))
       << "and its journal, with its name";
   SyncedFiles().clear();
-  room.files.CloseRecordingFile(12);
+  fixture.files.CloseRecordingFile(12);
   EXPECT_TRUE(SyncedFiles().empty());
 }
 

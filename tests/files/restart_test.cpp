@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/files/announced_rows.h"
 #include "tests/files/recording_bench.h"
 
 namespace tavrel {
@@ -16,59 +17,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-
-// What the user was told of some inputs in some rows.
-struct ToldRows {
-  int first = 0;
-  int last = 0;
-  std::string inputs;  // ", inputs 1, 2,"
-
-  [[nodiscard]] bool Covers(int row, int input) const {
-    const bool is_input = inputs.find(" " + std::to_string(input) + ",") != std::string::npos;
-    return is_input && row >= first && row <= last;
-  }
-};
-
-std::vector<ToldRows> RowsIn(const std::vector<std::string>& texts) {
-  std::vector<ToldRows> all;
-  for (const std::string& text : texts) {
-    const std::size_t rows = text.find(": row");
-    const std::size_t inputs = text.find(", input");
-    if (rows == std::string::npos || inputs == std::string::npos) {
-      continue;
-    }
-    ToldRows told;
-    if (std::sscanf(text.c_str() + rows, ": rows %d to %d", &told.first, &told.last) != 2) {
-      std::sscanf(text.c_str() + rows, ": row %d", &told.first);
-      told.last = text.find("from here on") != std::string::npos ? 100000 : told.first;
-    }
-    told.inputs = text.substr(inputs, text.find(": ", inputs) - inputs) + ",";
-    all.push_back(told);
-  }
-  return all;
-}
-
-// The first row whose values are of several sets though the user was not told so; 0 for none.
-int FirstMixedRow(RecordingBench& bench) {
-  const auto told = RowsIn(bench.room.Announced());
-  const auto rows = bench.Rows();
-  for (std::size_t place = 0; place < rows.size(); ++place) {
-    const int row = static_cast<int>(place) + 1;
-    std::set<int> sets;
-    for (std::size_t column = 0; column < bench.inputs.size(); ++column) {
-      const bool is_told = std::any_of(told.begin(), told.end(), [&](const ToldRows& each) {
-        return each.Covers(row, bench.inputs[column]);
-      });
-      if (!is_told) {
-        sets.insert(rows[place][column]);
-      }
-    }
-    if (sets.size() > 1) {
-      return row;
-    }
-  }
-  return 0;
-}
 
 // Sets between the first and the last one of the file of which no value stands in any row.
 int MissingSets(RecordingBench& bench) {
@@ -80,7 +28,7 @@ int MissingSets(RecordingBench& bench) {
 }
 
 bool TellsOfLostSets(RecordingBench& bench) {
-  const auto announced = bench.room.Announced();
+  const auto announced = bench.fixture.Announced();
   return std::any_of(announced.begin(), announced.end(), [](const std::string& text) {
     return text.find("before this row ") != std::string::npos;
   });
@@ -90,9 +38,9 @@ bool TellsOfLostSets(RecordingBench& bench) {
 void TakeUp(RecordingBench& bench, int rows) {
   bench.Start();
   ASSERT_TRUE(bench.RunToRows(3));
-  std::filesystem::remove(bench.room.directory.File(kHeldName));
+  std::filesystem::remove(bench.fixture.directory.File(kHeldName));
   bench.KillAndStart();
-  while (bench.room.state.SampleCount[kSlot] < rows) {
+  while (bench.fixture.state.SampleCount[kSlot] < rows) {
     bench.Run(0.05);
   }
 }
@@ -130,7 +78,7 @@ TEST_P(RestartedLine, MixesAndForgetsNoSetsWithoutTellingSo) {
         bench.Run(interval > 1 ? 9 + 0.05 * phase : 0.05 * phase);
         bench.line.Restart(milliseconds(later));
         if (turn % 2 == 0) {
-          bench.room.clock.Advance(milliseconds(later + 300));
+          bench.fixture.clock.Advance(milliseconds(later + 300));
         }
         ASSERT_TRUE(bench.RunToRows(GetParam().rows + 30));
         EXPECT_EQ(FirstMixedRow(bench), 0)
@@ -152,13 +100,13 @@ TEST(Restart, IsToldWithTheSetsThatAreLost) {
       RecordingBench bench({"together", 0}, {2, input}, 10);
       TakeUp(bench, 14);
       const int before = bench.line.Sets();
-      bench.room.clock.Advance(seconds(10 * waiting));
+      bench.fixture.clock.Advance(seconds(10 * waiting));
       ASSERT_EQ(bench.line.Sets() - before, waiting);
       bench.line.Restart(seconds(12));
       ASSERT_TRUE(bench.RunToRows(40));
       const std::string start = "the instrument was switched off and on; before this row about ";
       int told = 0;
-      for (const std::string& text : bench.room.Announced()) {
+      for (const std::string& text : bench.fixture.Announced()) {
         const std::size_t place = text.find(start);
         told += place != std::string::npos ? std::stoi(text.substr(place + start.size())) : 0;
       }

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/files/pump_room.h"
+#include "tests/files/pump_fixture.h"
 #include "tests/support/hindrance.h"
 
 namespace tavrel {
@@ -72,7 +72,7 @@ TEST(StopOrdersFile, HasOneOrderForAController) {
 }
 
 // Orders that the slots give at the end of their recordings; a silent instrument is number 2.
-class Stops : public testing::Test, public PumpRoom {
+class Stops : public testing::Test, public PumpFixture {
  protected:
   Stops() { line.silent = {2}; }
 

@@ -18,44 +18,44 @@ namespace {
 class ChannelForm : public ModalDeeds {
  protected:
   void Run() {
-    room.Greet();
-    room.Forget();
-    room.bench.channels.Open();
-    TavChann form(room.bench.channels);
+    fixture.Greet();
+    fixture.Forget();
+    fixture.bench.channels.Open();
+    TavChann form(fixture.bench.channels);
     auto* timer = form.findChild<QTimer*>("Timer_chann");
     ASSERT_NE(timer, nullptr);
     EXPECT_EQ(timer->interval(), 100);
     timer->setInterval(0);
     QObject::connect(timer, &QTimer::timeout, &form, [this] {
-      room.bench.clock.Advance(std::chrono::milliseconds(ChannelAdjustment::kTickMilliseconds));
+      fixture.bench.clock.Advance(std::chrono::milliseconds(ChannelAdjustment::kTickMilliseconds));
     });
     form.Run();
   }
 
-  // Does `deed` once the dialog has come to that state, behind those that were named before.
-  void At(AdjState state, std::function<void()> deed) {
+  // Does `action` once the dialog has come to that state, behind those that were named before.
+  void At(AdjState state, std::function<void()> action) {
     if (script.empty()) {
       Then("TavChann", [this] { GoOn(); });
     }
-    script.push_back({state, std::move(deed)});
+    script.push_back({state, std::move(action)});
   }
   void GoOn() {
-    if (!script.empty() && room.bench.channels.State() == script.front().first) {
-      const auto deed = std::move(script.front().second);
+    if (!script.empty() && fixture.bench.channels.State() == script.front().first) {
+      const auto action = std::move(script.front().second);
       script.pop_front();
       turns = 0;
-      deed();
+      action();
     } else if (++turns > kPatience) {
       ADD_FAILURE() << "the dialog stays in state "
-                    << static_cast<int>(room.bench.channels.State());
+                    << static_cast<int>(fixture.bench.channels.State());
       script.clear();
-      room.bench.channels.CloseNow();
+      fixture.bench.channels.CloseNow();
     }
     if (!script.empty() && Form() != nullptr) {
       QTimer::singleShot(1, Form(), [this] { GoOn(); });
     }
   }
-  void AtIdle(std::function<void()> deed) { At(AdjState::kIdle, std::move(deed)); }
+  void AtIdle(std::function<void()> action) { At(AdjState::kIdle, std::move(action)); }
 
   static void Choose(const char* entry) {
     auto* action = Form()->findChild<QAction*>(entry);
@@ -78,7 +78,7 @@ class ChannelForm : public ModalDeeds {
   }
   static bool IsShown(const char* name) { return Find(name)->isVisible(); }
 
-  ChannelBench room;
+  ChannelBench fixture;
   static constexpr int kPatience = 10000;  // turns of a millisecond
   std::deque<std::pair<AdjState, std::function<void()>>> script;
   int turns = 0;
@@ -113,7 +113,7 @@ TEST_F(ChannelForm, ShowsTheSheet) {
     Key(Qt::Key_Escape);
   });
   Run();
-  EXPECT_EQ(room.bench.state.ActiveView, View::kMainSheet);
+  EXPECT_EQ(fixture.bench.state.ActiveView, View::kMainSheet);
 }
 
 TEST_F(ChannelForm, HasItsMenus) {
@@ -150,7 +150,7 @@ TEST_F(ChannelForm, SpeaksTheLanguageOfItsTips) {
     Key(Qt::Key_Escape);
   });
   Run();
-  room.bench.state.Settings.HelpLang = "german";
+  fixture.bench.state.Settings.HelpLang = "german";
   AtIdle([] {
     EXPECT_EQ(TipOf("ComIcon"), " keine Verbindung ");
     EXPECT_EQ(TipOf("CmdOK"), " OK  (Eingabe-Taste) ");
@@ -160,7 +160,7 @@ TEST_F(ChannelForm, SpeaksTheLanguageOfItsTips) {
 }
 
 TEST_F(ChannelForm, ShowsThatTheInstrumentIsAway) {
-  room.fails = [](const std::string&) { return true; };
+  fixture.fails = [](const std::string&) { return true; };
   Then("TavChann", [] {
     EXPECT_TRUE(IsShown("ComIcon"));
     EXPECT_EQ(Cell(1, 1), "");
@@ -185,7 +185,7 @@ TEST_F(ChannelForm, RowsAreChosenByTheMouse) {
     Click("CmdOK");
   });
   At(AdjState::kAwaitShorted, [this] {
-    EXPECT_EQ(room.Register('L', 7), 0);
+    EXPECT_EQ(fixture.Register('L', 7), 0);
     Key(Qt::Key_Escape);
   });
   AtIdle([] {
@@ -194,6 +194,31 @@ TEST_F(ChannelForm, RowsAreChosenByTheMouse) {
     Key(Qt::Key_Escape);
   });
   Run();
+}
+
+// It drops a run, and a second time it leaves, as the Escape key does.
+TEST_F(ChannelForm, HasACancelButton) {
+  for (const char* language : {"english", "german"}) {
+    fixture.bench.state.Settings.HelpLang = language;
+    AtIdle([language] {
+      EXPECT_TRUE(IsShown("CmdCancel"));
+      EXPECT_EQ(Find("CmdCancel")->property("text").toString().remove('&'),
+                language[0] == 'g' ? "Abbrechen" : "Cancel");
+      Choose("Mnu_NiCrNi");
+    });
+    At(AdjState::kSelect, [] {
+      ClickRow(7);
+      Click("CmdOK");
+    });
+    At(AdjState::kAwaitShorted, [] { Click("CmdCancel"); });
+    AtIdle([] {
+      EXPECT_EQ(Cell(7, 1), "------") << "the run has taken its code";
+      Click("CmdCancel");
+    });
+    Run();
+    EXPECT_EQ(fixture.bench.state.ActiveView, View::kMainSheet);
+    fixture.Register('L', 7) = 1;
+  }
 }
 
 // From the menu to the coefficients without the mouse.
@@ -206,7 +231,7 @@ TEST_F(ChannelForm, IsServedByTheKeyboardAlone) {
     ASSERT_NE(menu, nullptr) << "the menu opens by the keyboard";
     QTest::keyClick(menu, Qt::Key_Down);
     QTest::keyPress(menu, Qt::Key_Return);
-    EXPECT_EQ(room.bench.channels.State(), AdjState::kBeginInputs);
+    EXPECT_EQ(fixture.bench.channels.State(), AdjState::kBeginInputs);
   });
   At(AdjState::kSelect, [this] {
     EXPECT_EQ(Form()->focusWidget(), &Grid());
@@ -219,15 +244,15 @@ TEST_F(ChannelForm, IsServedByTheKeyboardAlone) {
     Key(Qt::Key_Space);
     Key(Qt::Key_Down);
     Key(Qt::Key_Space);
-    EXPECT_TRUE(room.Row(9).selected);
-    EXPECT_TRUE(room.Row(10).selected);
+    EXPECT_TRUE(fixture.Row(9).selected);
+    EXPECT_TRUE(fixture.Row(10).selected);
     Key(Qt::Key_Return);
   });
   At(AdjState::kAwaitShorted, [] { Key(Qt::Key_Return); });
   At(AdjState::kAwaitRaised, [this] {
     EXPECT_EQ(TextOf("Lbl_Instr"), "raise thermocouples to a known temperature");
-    room.Register('Y', 9) = 4000;
-    room.Register('Y', 10) = 4000;
+    fixture.Register('Y', 9) = 4000;
+    fixture.Register('Y', 10) = 4000;
     Key(Qt::Key_Return);
   });
   At(AdjState::kAwaitFinal, [] {
@@ -237,14 +262,14 @@ TEST_F(ChannelForm, IsServedByTheKeyboardAlone) {
     Key(Qt::Key_Return);
   });
   AtIdle([this] {
-    EXPECT_EQ(room.Register('L', 9), 3);
-    EXPECT_EQ(room.Register('L', 10), 3);
+    EXPECT_EQ(fixture.Register('L', 9), 3);
+    EXPECT_EQ(fixture.Register('L', 10), 3);
     EXPECT_EQ(Cell(9, 5), "409");
     EXPECT_FALSE(IsShown("txt_Final"));
     Key(Qt::Key_Escape);
   });
   Run();
-  EXPECT_TRUE(room.bench.dialogs.boxes.empty());
+  EXPECT_TRUE(fixture.bench.dialogs.boxes.empty());
 }
 
 // The key that leads to the menus of all programs, pressed and released alone.
@@ -259,7 +284,7 @@ TEST_F(ChannelForm, AltAloneLeadsToTheMenusAndBack) {
     EXPECT_EQ(bar->activeAction()->objectName(), "Mnu_Adjust");
     Key(Qt::Key_Escape);
     EXPECT_EQ(QApplication::focusWidget(), &Grid());
-    EXPECT_TRUE(room.bench.channels.IsOpen()) << "it was the menu that Escape has left";
+    EXPECT_TRUE(fixture.bench.channels.IsOpen()) << "it was the menu that Escape has left";
     AltAlone();
     AltAlone();
     EXPECT_EQ(QApplication::focusWidget(), &Grid());
@@ -272,10 +297,10 @@ TEST_F(ChannelForm, AltAloneLeadsToTheMenusAndBack) {
     ASSERT_NE(menu, nullptr);
     QTest::keyClick(menu, Qt::Key_Down);
     QTest::keyPress(menu, Qt::Key_Return);
-    EXPECT_EQ(room.bench.channels.State(), AdjState::kBeginInputs);
+    EXPECT_EQ(fixture.bench.channels.State(), AdjState::kBeginInputs);
   });
   At(AdjState::kSelect, [this] {
-    EXPECT_EQ(room.bench.channels.Values().Lbl_Instr, "Select channel(s):   click on row");
+    EXPECT_EQ(fixture.bench.channels.Values().Lbl_Instr, "Select channel(s):   click on row");
     EXPECT_EQ(Form()->focusWidget(), &Grid()) << "behind the menu the keyboard belongs to the rows";
     Form()->activateWindow();  // without a screen nobody does when the menu has gone
     ASSERT_TRUE(WaitUntil([] { return QApplication::focusWidget() == &Grid(); }));
@@ -294,7 +319,7 @@ TEST_F(ChannelForm, AltAloneLeavesTheKeyboardWhereItIsInARun) {
     ClickRow(15);
     AltAlone();
     Key(Qt::Key_Return);
-    EXPECT_EQ(room.bench.channels.State(), AdjState::kShort);
+    EXPECT_EQ(fixture.bench.channels.State(), AdjState::kShort);
   });
   At(AdjState::kAwaitShorted, [] {
     AltAlone();
@@ -304,7 +329,7 @@ TEST_F(ChannelForm, AltAloneLeavesTheKeyboardWhereItIsInARun) {
   At(AdjState::kAwaitFinal, [this] {
     AltAlone();
     QTest::keyClicks(QApplication::focusWidget(), "55");
-    EXPECT_EQ(room.Values().txt_Final, "55");
+    EXPECT_EQ(fixture.Values().txt_Final, "55");
     Key(Qt::Key_Escape);
     Key(Qt::Key_Escape);
   });
@@ -319,9 +344,9 @@ TEST_F(ChannelForm, ShowsHowFarTheCollectingIs) {
   });
   At(AdjState::kAwaitShorted, [] { Key(Qt::Key_Return); });
   At(AdjState::kCollectOffset, [this] {
-    ASSERT_TRUE(WaitUntil([this] { return room.Values().pBar >= 40; }));
+    ASSERT_TRUE(WaitUntil([this] { return fixture.Values().pBar >= 40; }));
     EXPECT_TRUE(IsShown("pBar"));
-    EXPECT_EQ(Find<QProgressBar>("pBar")->value(), room.Values().pBar);
+    EXPECT_EQ(Find<QProgressBar>("pBar")->value(), fixture.Values().pBar);
     EXPECT_EQ(Find<QProgressBar>("pBar")->maximum(), 100);
     EXPECT_FALSE(IsShown("CmdOK"));
     Key(Qt::Key_Escape);
@@ -339,11 +364,11 @@ TEST_F(ChannelForm, InstructionStandsBelowTheSheetAndItsCountIsNotTornApart) {
     Key(Qt::Key_Return);
   });
   At(AdjState::kAwaitShorted, [this] {
-    room.FailNext("Y29?", 6);
+    fixture.FailNext("Y29?", 6);
     Key(Qt::Key_Return);
   });
   At(AdjState::kAwaitRaised, [this] {
-    EXPECT_EQ(room.Values().Lbl_Instr,
+    EXPECT_EQ(fixture.Values().Lbl_Instr,
               "raise thermocouples to a known temperature     (2 readings failed)");
     EXPECT_EQ(TextOf("Lbl_Instr"),
               "raise thermocouples to a known temperature     (2\u00a0readings\u00a0failed)");
@@ -355,11 +380,11 @@ TEST_F(ChannelForm, InstructionStandsBelowTheSheetAndItsCountIsNotTornApart) {
 
 // The label and the bar are painted while nothing else runs.
 TEST_F(ChannelForm, ShowsEachRegisterOfATransfer) {
-  room.bench.dialogs.chosen_file = room.bench.home.File("A.VAR");
+  fixture.bench.dialogs.chosen_file = fixture.bench.home.File("A.VAR");
   std::vector<std::string> labels;
-  room.on_command = [&](const std::string& command) {
+  fixture.on_command = [&](const std::string& command) {
     QWidget* form = Form();
-    if (room.bench.channels.State() == AdjState::kSaving && form != nullptr) {
+    if (fixture.bench.channels.State() == AdjState::kSaving && form != nullptr) {
       labels.push_back(TextOf("Lbl_Instr"));
       EXPECT_TRUE(IsShown("pBar")) << command;
     }
@@ -372,7 +397,7 @@ TEST_F(ChannelForm, ShowsEachRegisterOfATransfer) {
   ASSERT_EQ(labels.size(), 272U);
   EXPECT_EQ(labels.front(), "G00");
   EXPECT_EQ(labels.back(), "Z15");
-  EXPECT_EQ(room.LastBox(), "A.VAR: File written !");
+  EXPECT_EQ(fixture.LastBox(), "A.VAR: File written !");
 }
 
 TEST_F(ChannelForm, EveryControlHasAName) {
@@ -386,11 +411,11 @@ TEST_F(ChannelForm, EveryControlHasAName) {
 }
 
 TEST_F(ChannelForm, IsOpenedByItsNumber) {
-  FormScreens screens(room.bench);
-  room.Greet();
+  FormScreens screens(fixture.bench);
+  fixture.Greet();
   Then("TavChann", [] { Key(Qt::Key_Escape); });
   screens.Run(View::kTavChann);
-  EXPECT_FALSE(room.bench.channels.IsOpen());
+  EXPECT_FALSE(fixture.bench.channels.IsOpen());
 }
 
 }  // namespace

@@ -361,6 +361,29 @@ TEST_F(FileForms, CopyABlockByTheKeyboardAlone) {
   EXPECT_FALSE(bench.program.home.Exists("Backup/M260103A.OVN"));
 }
 
+TEST_F(FileForms, CopyNothingBehindCancel) {
+  WriteThree();
+  for (const char* language : {"English", "German"}) {
+    state.Settings.HelpLang = language;
+    state.Settings.DestPath = bench.MakeDirectory("Backup");
+    use_copy = [this, language] {
+      EXPECT_EQ(Find<QPushButton>("CmdCancel")->text().remove('&'),
+                language[0] == 'G' ? "Abbrechen" : "Cancel");
+      EXPECT_FALSE(Find<QPushButton>("CmdCancel")->isDefault());
+      TabTo("CmdCancel");
+      Press(Qt::Key_Space);
+    };
+    Open([this] {
+      ClickRow(1);
+      Click("cmdCopy");
+      EXPECT_EQ(state.ActiveView, View::kAllOpen);
+      Click("cmdBack");
+    });
+  }
+  EXPECT_FALSE(bench.program.home.Exists("Backup/M260102A.OVN"));
+  EXPECT_TRUE(bench.program.dialogs.boxes.empty());
+}
+
 TEST_F(FileForms, CopyIntoADirectoryChosenByTheMouse) {
   WriteThree();
   state.Settings.DestPath = bench.MakeDirectory("Backup");

@@ -21,7 +21,7 @@ class GraphFormBench : public ModalDeeds, public GraphBench {
     program.events.on_pump = [] { QCoreApplication::processEvents(); };
   }
 
-  // The form over the recording, until it closes. The deeds that were told run in it.
+  // The form over the recording, until it closes. The actions that were told run in it.
   void Run(const std::vector<std::int16_t>& samples) {
     Load(samples);
     Run();

@@ -1,6 +1,8 @@
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QMenuBar>
+#include <QToolTip>
 #include <chrono>
 
 #include "graph/graph_tips.h"
@@ -36,6 +38,50 @@ TEST_F(GraphForms, ShowTheOverviewOfTheSlot) {
   Run(Slopes(50));
   EXPECT_EQ(program.state.ActiveView, View::kTavWork);
   EXPECT_TRUE(program.state.GraphIdle);
+}
+
+TEST_F(GraphForms, ShowTheBandBeneathThePlotAndMoveNothing) {
+  QImage strip;
+  QRect plot_place;
+  QRect strip_place;
+  const auto take = [&] {
+    ASSERT_TRUE(WaitForOverview());
+    ASSERT_TRUE(WaitUntil([this] { return Shown().BandChanges > 0; }));
+    strip = PictureOf("PicX_0");
+    plot_place = Find("PicC_0")->geometry();
+    strip_place = Find("PicX_0")->geometry();
+    Key(Qt::Key_Escape);
+  };
+  Then("TavGraph", take);
+  Run(Slopes(90));
+  const QImage strip_before = strip;
+  const QRect plot_before = plot_place;
+  const QRect strip_place_before = strip_place;
+  const auto column = [&](double row) {
+    return static_cast<int>((row - 1) / 99 * (strip_before.width() - 1));
+  };
+  WriteJournal({{"begin", {{"interval", 60}, {"line", "direct"}}},
+                {"start", {{"rows", 0}}},
+                {"back", {{"rows", 11}}},
+                {"drained", {{"took", 0.01}, {"rows", 21}}},
+                {"lost", {{"before", 71}, {"sets", 3}, {"least", 3}, {"most", 3}, {"rows", 71}}}});
+  Then("TavGraph", [&] {
+    ASSERT_TRUE(WaitUntil([this, &column] { return !graph.Band(column(100)).empty(); }));
+    QHelpEvent help(QEvent::ToolTip, {column(70.5), 1}, {});
+    QApplication::sendEvent(Find("PicX_0"), &help);
+    EXPECT_EQ(QToolTip::text(), "before row 71: 3 sets are missing");
+    QToolTip::hideText();
+    take();
+  });
+  Run();
+  EXPECT_EQ(plot_place, plot_before);
+  EXPECT_EQ(strip_place, strip_place_before);
+  EXPECT_EQ(strip.pixelColor(column(70.5), 1), QColor(0x80, 0x00, 0x10));
+  EXPECT_EQ(strip.pixelColor(column(16), 1), QColor(0xA8, 0xD0, 0xF8));
+  EXPECT_EQ(strip.pixelColor(column(40), 1), strip_before.pixelColor(column(40), 1));
+  const int labels = strip.height() / 4;  // beneath the ticks
+  EXPECT_EQ(strip.copy(0, labels, strip.width(), strip.height()),
+            strip_before.copy(0, labels, strip.width(), strip.height()));
 }
 
 TEST_F(GraphForms, DrawWithTheDotsOfTheScreen) {

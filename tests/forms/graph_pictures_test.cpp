@@ -73,12 +73,12 @@ class GraphPictures : public GraphFormBench {
     }
     form->adjustSize();
   }
-  void RunPictures(std::function<void()> deed) {
-    Then("TavGraph", [this, deed = std::move(deed)] {
+  void RunPictures(std::function<void()> action) {
+    Then("TavGraph", [this, action = std::move(action)] {
       TakeSize();
       ASSERT_TRUE(WaitUntil([] { return Find<PlotView>("PicC_0")->Fits(); }));
       ASSERT_TRUE(WaitForOverview());
-      deed();
+      action();
       Key(Qt::Key_Escape);
     });
     Run(Oven(kRows));

@@ -70,7 +70,7 @@ TEST_F(GraphForms, ShowValuesAtTheCursorAndTheCurveThatStandsOut) {
     const QImage before = PictureOf("PicC_0");
     const QImage legend_before = PictureOf("PicProd");
     QTest::mouseMove(Find("PicC_0"), PlaceOn(Find("PicC_0"), {30, 230}));
-    const std::string spoken = Find("values")->accessibleDescription().toStdString();
+    const std::string spoken = Find("values")->accessibleName().toStdString();
     EXPECT_NE(spoken.find("2  input 2 = 2"), std::string::npos) << spoken;
     EXPECT_TRUE(HasInk(PictureOf("values")));
     EXPECT_NE(PictureOf("PicC_0"), before);

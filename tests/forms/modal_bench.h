@@ -24,9 +24,9 @@ class ModalDeeds : public testing::Test {
     poll.callOnTimeout([this] { DoNext(); });
   }
 
-  // The next deed, as soon as the form called `form_name` is in front.
-  void Then(const char* form_name, std::function<void()> deed) {
-    deeds.push_back({form_name, std::move(deed)});
+  // The next action, as soon as the form called `form_name` is in front.
+  void Then(const char* form_name, std::function<void()> action) {
+    actions.push_back({form_name, std::move(action)});
     poll.start(1);
   }
 
@@ -48,29 +48,31 @@ class ModalDeeds : public testing::Test {
   static std::string TipOf(const char* name) { return Find(name)->toolTip().toStdString(); }
   static QWidget* Form() { return QApplication::activeModalWidget(); }
 
-  // All deeds were done; a form that never came fails the test.
-  void TearDown() override { EXPECT_TRUE(deeds.empty()) << deeds.front().first << " never came"; }
+  // All actions were done; a form that never came fails the test.
+  void TearDown() override {
+    EXPECT_TRUE(actions.empty()) << actions.front().first << " never came";
+  }
 
  private:
   void DoNext() {
     QWidget* form = QApplication::activeModalWidget();
     if (is_pending) {
-      return;  // the form in front may be that of the deed which has not begun yet
+      return;  // the form in front may be that of the action which has not begun yet
     }
-    if (deeds.empty()) {
+    if (actions.empty()) {
       poll.stop();
-    } else if (form != nullptr && form->objectName().toStdString() == deeds.front().first) {
-      const auto deed = std::move(deeds.front().second);
-      deeds.pop_front();
-      // Not inside this timer's own event: a deed may open a form that waits for the next one.
+    } else if (form != nullptr && form->objectName().toStdString() == actions.front().first) {
+      const auto action = std::move(actions.front().second);
+      actions.pop_front();
+      // Not inside this timer's own event: an action may open a form that waits for the next one.
       is_pending = true;
-      QTimer::singleShot(0, form, [this, deed] {
+      QTimer::singleShot(0, form, [this, action] {
         is_pending = false;
-        deed();
+        action();
       });
     } else if (++idle > kPatience) {
       poll.stop();
-      ADD_FAILURE() << deeds.front().first << " never came";
+      ADD_FAILURE() << actions.front().first << " never came";
       if (form != nullptr) {
         qobject_cast<QDialog*>(form)->done(0);
       }
@@ -78,7 +80,7 @@ class ModalDeeds : public testing::Test {
   }
 
   static constexpr int kPatience = 5000;  // turns of a millisecond
-  std::deque<std::pair<std::string, std::function<void()>>> deeds;
+  std::deque<std::pair<std::string, std::function<void()>>> actions;
   QTimer poll;
   int idle = 0;
   bool is_pending = false;

@@ -12,12 +12,12 @@ using testing::HasSubstr;
 // TavGraph with its menu "Output" and its three buttons, over the doubles of printer and clipboard.
 class OutputForms : public GraphFormBench {
  protected:
-  // The deed in the part view 10..60 minutes.
-  void InPartView(std::function<void()> deed) {
-    Then("TavGraph", [this, deed = std::move(deed)] {
+  // The action in the part view 10..60 minutes.
+  void InPartView(std::function<void()> action) {
+    Then("TavGraph", [this, action = std::move(action)] {
       ASSERT_TRUE(GoToPart({10, 100}, {60, 600}));
       ASSERT_TRUE(WaitUntil([] { return Find("PbPrint")->isEnabled(); }));
-      deed();
+      action();
       Key(Qt::Key_Escape);
     });
     Run(Slopes(80));

@@ -28,15 +28,15 @@ class Choosers : public testing::Test {
     choice.Filter = "program  (*.prg)|*.prg";
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
   }
-  // Does `deed` once, to the dialog of that kind that is in front as soon as it is there.
-  template <typename Dialog, typename Deed>
-  void WhenItComes(Deed deed) {
+  // Does `action` once, to the dialog of that kind that is in front as soon as it is there.
+  template <typename Dialog, typename Action>
+  void WhenItComes(Action action) {
     auto* poll = new QTimer(&owner);
-    poll->callOnTimeout([poll, deed] {
+    poll->callOnTimeout([poll, action] {
       auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
       if (dialog != nullptr) {
         poll->stop();
-        QTimer::singleShot(0, dialog, [dialog, deed] { deed(dialog); });
+        QTimer::singleShot(0, dialog, [dialog, action] { action(dialog); });
       }
     });
     poll->start(1);

@@ -20,10 +20,10 @@ namespace {
 
 class Boxes : public testing::Test {
  protected:
-  // Does `deed` to the next box as soon as it is there.
-  template <typename Deed>
-  void WhenABoxComes(Deed deed) {
-    poll.callOnTimeout([this, deed] {
+  // Does `action` to the next box as soon as it is there.
+  template <typename Action>
+  void WhenABoxComes(Action action) {
+    poll.callOnTimeout([this, action] {
       auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box != nullptr) {
         poll.stop();
@@ -33,7 +33,7 @@ class Boxes : public testing::Test {
         title = box->windowTitle();
         icon = box->icon();
         format = box->textFormat();
-        deed(box);
+        action(box);
       }
     });
     poll.start(1);
@@ -105,7 +105,7 @@ TEST_F(Boxes, KeepAPathAndACommandOnOneLine) {
   }
 }
 
-TEST_F(Boxes, OfferADeedBesideOk) {
+TEST_F(Boxes, OfferAnActionBesideOk) {
   const Notice written{"written", "ASCII - file", BoxIcon::kInformation};
   QStringList captions;
   WhenABoxComes([&captions](QMessageBox* box) {

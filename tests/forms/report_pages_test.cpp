@@ -12,7 +12,7 @@
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_printer.h"
 #include "platform/qt/qt_regional.h"
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -97,8 +97,9 @@ class TheReportOnPaper : public testing::Test, public GraphBench {
       to.setCopyCount(copies);
       return true;
     });
-    GraphOutput output({program.state, graph, program.dialogs, program.events, *printer,
-                        program.clipboard, program.regional, program.clock, program.shell});
+    GraphOutput output({program.state, graph, program.files.Journals(), program.dialogs,
+                        program.events, *printer, program.clipboard, program.regional,
+                        program.clock, program.shell});
     output.MnuPrint_Click();
   }
   std::string PrintedText(QPageLayout::Orientation orientation) {
@@ -243,8 +244,9 @@ TEST(TheRegion, WritesNumbersAndDatesAsPeopleThereDo) {
 class TheClipboard : public TheReportOnPaper {
  protected:
   void CopyPicture() {
-    GraphOutput output({program.state, graph, program.dialogs, program.events, program.printer,
-                        clipboard, program.regional, program.clock, program.shell});
+    GraphOutput output({program.state, graph, program.files.Journals(), program.dialogs,
+                        program.events, program.printer, clipboard, program.regional, program.clock,
+                        program.shell});
     output.MnuGraph_Click();
   }
   static const QMimeData& Content() { return *QGuiApplication::clipboard()->mimeData(); }

@@ -261,6 +261,24 @@ TEST_F(SmallScreenSizes, ScrollOnlyWhereTheScreenEnds) {
   Open("TAVSETT");
 }
 
+// The worksheet is what a user looks at all day. Only a program, which has a frame of its own, may
+// need more than there is.
+TEST_F(SmallScreenSizes, ShowsTheWorksheetWithoutABar) {
+  Then("TavWork", [] {
+    QCoreApplication::processEvents();
+    for (const char* name : {"TavcNo", "cmd_Rec_1", "Lbl_Ledger", "cmd_setCtrl", "cmdExit"}) {
+      EXPECT_EQ(Seen(*Find(name)), Find(name)->size()) << name;
+    }
+    for (const auto* part : Form()->findChildren<QScrollArea*>()) {
+      EXPECT_FALSE(part->widget()->isAncestorOf(Find("cmdExit"))) << "the whole form scrolls";
+    }
+    Find("frProg")->show();
+    ExpectAllReachable(*Form());
+    qobject_cast<QDialog*>(Form())->done(0);
+  });
+  Open("TavWork");
+}
+
 // What the user makes of a size is there in the next run, unless the form has a size of its own.
 TEST_F(SmallScreenSizes, KeepsTheSizesThatTheUserGives) {
   for (const char* name : {"TavGraph", "TavWork", "ALL_OPEN", "TavChann", "ALL_RAM"}) {

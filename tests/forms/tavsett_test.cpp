@@ -21,7 +21,7 @@ class SettingsWindow : public ModalBench {
       }
     };
   }
-  // Shows the form; the deeds that were told run in it.
+  // Shows the form; the actions that were told run in it.
   void Run() {
     TavSett form(Open());
     form.Run();
@@ -163,6 +163,25 @@ TEST_F(SettingsWindow, IsLeftByItsCancelButtonWithoutAChange) {
   Run();
   EXPECT_EQ(Shared().ComMode, 0);
   EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
+}
+
+// All of a text is selected when the keyboard comes to it: a letter that no button has would wipe
+// it.
+TEST_F(SettingsWindow, KeepsItsTextsWhenAltComesWithALetterOfNoButton) {
+  Then("TAVSETT", [] {
+    auto* plant = Find<QLineEdit>("Txt_Plant");
+    plant->setFocus(Qt::TabFocusReason);
+    QTest::keyClicks(plant, "Institute");
+    plant->selectAll();
+    for (const char letter : {'e', 'T', '5'}) {
+      QTest::keyClick(plant, letter, Qt::AltModifier);
+      EXPECT_EQ(plant->text(), "Institute") << letter;
+    }
+    QTest::keyClick(plant, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_NE(plant->text(), "Institute") << "other keys with a modifier do what they do";
+    Click("CmdCancel");
+  });
+  Run();
 }
 
 TEST_F(SettingsWindow, TakesEnterOnAnyControlForOk) {

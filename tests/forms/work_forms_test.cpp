@@ -22,7 +22,7 @@ class WorkForms : public ModalDeeds, public WorkBench {
     bench.cycle.SetHandlers(screens.Handlers());
   }
 
-  // The worksheet of slot 1, until it closes. The deeds that were told run in it.
+  // The worksheet of slot 1, until it closes. The actions that were told run in it.
   void Run() { bench.screens.Show(View::kTavWork); }
 
   static bool IsDown(const char* name) { return Find<GlyphButton>(name)->IsLatched(); }
@@ -93,6 +93,20 @@ TEST_F(WorkForms, SwitchTheControllerByMouseAndKeyboard) {
   });
   Run();
   EXPECT_EQ(bench.port.sent, (std::vector<std::string>{"Z13=2\r", "Z13=0\r"}));
+}
+
+TEST_F(WorkForms, KeepNamesWhenAltComesWithALetterOfNoButton) {
+  header.UnitInputName[1].Set("left wall");
+  StartProgram();
+  Then("TavWork", [this] {
+    auto* name = Find<QLineEdit>("Prod_1");
+    name->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(name->selectedText(), "left wall");
+    QTest::keyClick(name, 't', Qt::AltModifier);
+    EXPECT_EQ(Unit().UnitInputName[1].Get(), "left wall");
+    Key(Qt::Key_Escape);
+  });
+  Run();
 }
 
 TEST_F(WorkForms, TakeTextsWhileTheUserTypes) {
@@ -246,7 +260,7 @@ TEST_F(WorkForms, ChooseAColourByMouseAndKeyboard) {
     EXPECT_EQ(QApplication::focusWidget()->objectName(), "PicColor");
     Key(Qt::Key_Home);
     Key(Qt::Key_Down);
-    EXPECT_EQ(Find("PicColor")->accessibleDescription(), "light red");
+    EXPECT_EQ(Find("PicColor")->accessibleName(), "color: light red");
     Key(Qt::Key_Return);
   });
   Then("TavColor", [] { Click("CmdCancel"); });

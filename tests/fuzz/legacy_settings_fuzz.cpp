@@ -1,5 +1,5 @@
 #include "base/text.h"
-#include "tests/fuzz/settings_room.h"
+#include "tests/fuzz/settings_fixture.h"
 
 namespace tavrel {
 namespace {
@@ -23,17 +23,17 @@ void CheckCompleted(const SettingsValues& values) {
 // TAVREL.USR is no file of keys and TAVDEF.USR holds any bytes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tavrel;
-  SettingsRoom room;
+  SettingsFixture fixture;
   const std::string bytes = TextOf(data, size);
-  room.home.Write(kSettingsFile, "\"not of keys\"\r\n");
-  room.home.Write(kLegacySettingsFile, bytes);
-  room.store.SettingsLoad();
-  Require(room.home.Read(kLegacySettingsFile) == bytes, "reading changes no file");
-  Require(room.state.FirstRun && room.state.SettingsChanged && !room.state.SettingsRead,
+  fixture.home.Write(kSettingsFile, "\"not of keys\"\r\n");
+  fixture.home.Write(kLegacySettingsFile, bytes);
+  fixture.store.SettingsLoad();
+  Require(fixture.home.Read(kLegacySettingsFile) == bytes, "reading changes no file");
+  Require(fixture.state.FirstRun && fixture.state.SettingsChanged && !fixture.state.SettingsRead,
           "the key file comes to exist at the next exit");
-  CheckCompleted(room.state.Settings);
-  room.CheckLoaded();
-  room.CheckRoundTrip();
-  Require(room.home.Read(kLegacySettingsFile) == bytes, "the old file stays");
+  CheckCompleted(fixture.state.Settings);
+  fixture.CheckLoaded();
+  fixture.CheckRoundTrip();
+  Require(fixture.home.Read(kLegacySettingsFile) == bytes, "the old file stays");
   return 0;
 }

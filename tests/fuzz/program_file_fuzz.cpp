@@ -1,4 +1,4 @@
-#include "tests/files/pump_room.h"
+#include "tests/files/pump_fixture.h"
 #include "tests/fuzz/fuzz_input.h"
 #include "work/program_editor.h"
 #include "work/program_runner.h"
@@ -170,7 +170,7 @@ class ProgramUnderFire {
 
   std::string file_;
   FuzzInput& script_;
-  PumpRoom room_;
+  PumpFixture room_;
   bool fails_ = false;  // some writes are refused
 };
 

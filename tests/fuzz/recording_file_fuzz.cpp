@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/text.h"
-#include "tests/files/pump_room.h"
+#include "tests/files/pump_fixture.h"
 #include "tests/fuzz/fuzz_input.h"
 
 namespace tavrel {
@@ -27,7 +27,7 @@ Files FilesIn(const TemporaryDirectory& directory) {
   return files;
 }
 
-// A recording file with any bytes, opened in a slot, and deeds on it in any order.
+// A recording file with any bytes, opened in a slot, and actions on it in any order.
 class FileUnderFire {
  public:
   FileUnderFire(const std::string& file, FuzzInput& script) : file_(file), script_(script) {
@@ -39,7 +39,7 @@ class FileUnderFire {
 
   void Run() {
     Open();
-    for (int deed = 0; deed < kDeeds && IsOpen(); ++deed) {
+    for (int action = 0; action < kDeeds && IsOpen(); ++action) {
       const Files before = FilesIn(room_.directory);
       DoOne();
       CheckNothingLost(before);
@@ -77,9 +77,9 @@ class FileUnderFire {
   void Open() {
     room_.files.OpenRecordingFile(slot_);
     const bool is_stump = file_.size() <= kHeaderBytes / 2;
-    Require(room_.directory.Exists(kName) != is_stump, "only a stump is deleted");
+    Require(room_.directory.Exists(kName) != is_stump, "only a partial file is deleted");
     if (is_stump) {
-      Require(!IsOpen(), "a stump is refused");
+      Require(!IsOpen(), "a partial file is refused");
       return;
     }
     const std::string now = room_.directory.Read(kName);
@@ -110,7 +110,7 @@ class FileUnderFire {
             "rows are written only where inputs and columns agree");
   }
 
-  // Deleting an empty file is the user's own deed and not among these.
+  // Deleting an empty file is the user's own action and not among these.
   void CheckNothingLost(const Files& before) {
     const Files now = FilesIn(room_.directory);
     for (const auto& [name, length] : before) {
@@ -232,7 +232,7 @@ class FileUnderFire {
 
   std::string file_;
   FuzzInput& script_;
-  PumpRoom room_;
+  PumpFixture room_;
   int slot_ = 0;
   int next_word_ = 0;
 };

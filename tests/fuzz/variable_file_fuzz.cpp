@@ -43,35 +43,35 @@ class VariableFileUnderFire {
   }
 
   void CheckLoad() {
-    ChannelBench room;
-    room.Open();
-    Require(room.TickTo(AdjState::kIdle), "the sheet is read");
-    const auto before = room.bench.line.registers;
-    room.bench.home.Write("A.VAR", file_);
-    room.bench.dialogs.chosen_file = room.bench.home.File("A.VAR");
+    ChannelBench fixture;
+    fixture.Open();
+    Require(fixture.TickTo(AdjState::kIdle), "the sheet is read");
+    const auto before = fixture.bench.line.registers;
+    fixture.bench.home.Write("A.VAR", file_);
+    fixture.bench.dialogs.chosen_file = fixture.bench.home.File("A.VAR");
     int exchanges = 0;
-    room.on_command = [&](const std::string&) {
+    fixture.on_command = [&](const std::string&) {
       ++exchanges;
-      room.bench.events.end_is_wanted = ends_at_ > 0 && exchanges >= ends_at_;
+      fixture.bench.events.end_is_wanted = ends_at_ > 0 && exchanges >= ends_at_;
     };
-    room.failure = LineFailure::kRefusal;
-    room.fails = [&](const std::string& command) {
+    fixture.failure = LineFailure::kRefusal;
+    fixture.fails = [&](const std::string& command) {
       return fail_every_ > 0 && command.ends_with('\r') && exchanges % fail_every_ == 0;
     };
-    room.dialog->Mnu_Load_Click([] {});
-    Require(room.bench.home.Read("A.VAR") == file_, "a load changes no file");
-    Require(room.dialog->State() == AdjState::kReadSensors, "the sheet is read anew");
+    fixture.dialog->Mnu_Load_Click([] {});
+    Require(fixture.bench.home.Read("A.VAR") == file_, "a load changes no file");
+    Require(fixture.dialog->State() == AdjState::kReadSensors, "the sheet is read anew");
     for (const auto& [place, word] : before) {
       const Variable variable{std::get<1>(place), std::get<2>(place), 0};
       const bool is_saved = kVariableLetters.find(variable.letter) != std::string_view::npos;
       const bool is_of_another = std::get<0>(place) != ChannelBench::kInet;
       if (!is_saved || !IsLoadable(variable) || is_of_another) {
-        Require(room.bench.line.registers[place] == word, "what is not loaded stays");
+        Require(fixture.bench.line.registers[place] == word, "what is not loaded stays");
       }
     }
-    const bool is_told = !room.bench.dialogs.boxes.empty();
+    const bool is_told = !fixture.bench.dialogs.boxes.empty();
     Require(is_told, "a load is asked about");
-    const bool is_loaded = room.bench.dialogs.boxes.back().Text == "File loaded !";
+    const bool is_loaded = fixture.bench.dialogs.boxes.back().Text == "File loaded !";
     Require(!is_loaded || is_whole_, "only a whole file is loaded");
   }
 

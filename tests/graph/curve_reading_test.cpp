@@ -160,6 +160,79 @@ TEST_F(Reading, SaysHowAPartIsChosenAndWhatCannotBeSeen) {
   EXPECT_TRUE(Shown().Hint.starts_with("Nothing has been recorded in this part"));
 }
 
+// The curves of the rows 10 to 40 lie from 110 to 140, 210 to 240 and 310 to 340 degrees.
+TEST_F(Reading, SaysThatNoCurveComesIntoThePart) {
+  struct Range {
+    double Bottom;
+    double Top;
+    bool IsEmpty;
+  };
+  const std::vector<Range> ranges = {{2, 100, true},    {150, 205, true},  {345, 995, true},
+                                     {150, 215, false}, {335, 995, false}, {2, 995, false}};
+  for (const bool german : {false, true}) {
+    for (const Range& range : ranges) {
+      GraphBench bench;
+      bench.program.state.Settings.HelpLang = german ? "German" : "English";
+      bench.LoadAndOpen(bench.Slopes(50));
+      bench.ShowPart({10, range.Bottom}, {40, range.Top});
+      const char* begin = german ? "In diesen Ausschnitt kommt" : "No curve comes into this part";
+      EXPECT_EQ(bench.Shown().Hint.starts_with(begin), range.IsEmpty) << range.Bottom;
+      EXPECT_EQ(bench.Shown().Hint.empty(), !range.IsEmpty) << range.Bottom;
+    }
+  }
+}
+
+// The differences are drawn about 0, half the height of the part to each side. Behind a hidden
+// reference stands the last word of the row before: the first curve is 199 degrees below it.
+TEST_F(Reading, SaysThatNoDifferenceComesIntoThePart) {
+  header.UnitGraphMode = 1;
+  header.UnitColour[2] = 0;
+  header.UnitColour[3] = 0;
+  LoadAndOpen(Slopes(50));
+  ShowPart({10, 100}, {40, 480});
+  EXPECT_TRUE(Shown().Hint.starts_with("No curve comes into this part")) << Shown().Hint;
+  graph.cmdOver_Click();
+  ShowPart({10, 100}, {40, 520});
+  EXPECT_EQ(Shown().Hint, "");
+}
+
+TEST_F(Reading, SaysThatNoInputHasAColour) {
+  for (const bool german : {false, true}) {
+    GraphBench bench;
+    bench.program.state.Settings.HelpLang = german ? "German" : "English";
+    for (int input = 1; input <= kInputs; ++input) {
+      bench.header.UnitColour[input] = 0;
+    }
+    bench.LoadAndOpen(bench.Slopes(50));
+    bench.ShowPart({10, 100}, {40, 700});
+    const char* begin = german ? "Kein Eingang hat eine Farbe" : "No input has a colour";
+    EXPECT_TRUE(bench.Shown().Hint.starts_with(begin)) << bench.Shown().Hint;
+  }
+}
+
+// Rows that are recorded later bring the curve into the part, and the hint goes.
+TEST_F(Reading, SaysNothingAnyMoreOnceACurveHasComeIn) {
+  LoadAndOpen(Slopes(20));
+  ShowPart({10, 125}, {40, 190});
+  EXPECT_TRUE(Shown().Hint.starts_with("No curve comes into this part")) << Shown().Hint;
+  for (int row = 20; row < 30; ++row) {
+    const std::vector<std::int16_t> words = Words({100.0 + row, 200.0 + row, 300.0 + row});
+    ASSERT_TRUE(program.files.AppendRow(kSlot, words, 1));
+  }
+  Tick();
+  EXPECT_EQ(Shown().Hint, "");
+}
+
+TEST_F(Reading, SaysToTheKeyboardTooHowAPartIsChosen) {
+  for (const bool german : {false, true}) {
+    GraphBench bench;
+    bench.program.state.Settings.HelpLang = german ? "German" : "English";
+    bench.LoadAndOpen(bench.Slopes(50));
+    bench.Tick();
+    EXPECT_THAT(bench.Shown().Hint, testing::HasSubstr(german ? "Leertaste" : "space bar"));
+  }
+}
+
 TEST_F(Reading, SaysThatTheRecordingGoesOnBeyondTheAxis) {
   for (const bool german : {false, true}) {
     for (const int rows : {101, 102, 103, 150}) {

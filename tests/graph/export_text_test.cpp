@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "files/recording_format.h"
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 
 namespace tavrel {
 namespace {

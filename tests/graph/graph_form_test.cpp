@@ -53,6 +53,80 @@ TEST(GraphForm, KeepsTheFileForItselfWhileItDraws) {
   EXPECT_THAT(idle, Each(false));
 }
 
+// Rows 11 to 20 were fetched later, a value of row 41 is filled in, sets are missing before row 71.
+void TellOfRows(GraphBench& bench) {
+  bench.WriteJournal(
+      {{"begin", {{"interval", 60}, {"line", "direct"}}},
+       {"start", {{"rows", 0}}},
+       {"back", {{"rows", 11}}},
+       {"drained", {{"took", 0.01}, {"rows", 21}}},
+       {"values",
+        {{"first", 41},
+         {"last", 41},
+         {"inputs", JsonValue::List{2}},
+         {"filled", true},
+         {"what", "lost on the line"},
+         {"rows", 41}}},
+       {"lost",
+        {{"before", 71}, {"sets", 3}, {"least", 3}, {"most", 3}, {"what", "full"}, {"rows", 71}}}});
+}
+
+TEST(GraphForm, TheBandShowsWhatTheJournalTellsInEachView) {
+  GraphBench bench;
+  TellOfRows(bench);
+  bench.LoadAndOpen(bench.Slopes(90));
+  bench.Tick();
+  const std::vector<BandRun> over = bench.graph.Band(991);
+  EXPECT_THAT(over,
+              ElementsAre(BandRun{BandKind::kLater, 95, 195}, BandRun{BandKind::kFilled, 395, 405},
+                          BandRun{BandKind::kMissing, 694, 696}));
+  EXPECT_EQ(bench.graph.BandTipAt(695, 991), "before row 71: 3 sets are missing (full)");
+  bench.ShowPart({60, 100}, {80, 400});
+  EXPECT_THAT(bench.graph.Band(201), ElementsAre(BandRun{BandKind::kMissing, 104, 106}));
+  for (const int mode : {kRelativeMode, kReferenceMode}) {
+    bench.graph.CboXY_Click(mode);
+    EXPECT_THAT(bench.graph.Band(201), ElementsAre(BandRun{BandKind::kMissing, 104, 106}));
+  }
+}
+
+TEST(GraphForm, WithoutAJournalThereIsNoBand) {
+  GraphBench bench;
+  bench.LoadAndOpen(bench.Slopes(90));
+  bench.Tick();
+  EXPECT_THAT(bench.graph.Band(991), IsEmpty());
+  EXPECT_EQ(bench.graph.BandTipAt(300, 991), "");
+}
+
+TEST(GraphForm, TheKeyboardsCursorSaysWhatTheBandTells) {
+  GraphBench bench;
+  bench.program.state.Settings.HelpLang = "German";
+  TellOfRows(bench);
+  bench.LoadAndOpen(bench.Slopes(90));
+  bench.Tick();
+  bench.graph.MoveCursor(CursorMove::kToStart, 1);
+  bench.graph.MoveCursor(CursorMove::kRight, 15);
+  bench.Tick();
+  EXPECT_EQ(bench.Shown().Hint, "Zeilen 11 bis 20: später aus dem Puffer des Geräts geholt");
+  bench.graph.MoveCursor(CursorMove::kRight, 15);
+  bench.Tick();
+  EXPECT_NE(bench.Shown().Hint.find("Rechteck"), std::string::npos);
+}
+
+TEST(GraphForm, TheBandGrowsWithTheRecording) {
+  GraphBench bench;
+  TellOfRows(bench);
+  bench.LoadAndOpen(bench.Slopes(30));
+  bench.Tick();
+  EXPECT_EQ(bench.graph.Band(991).size(), 1U);
+  const int before = bench.Shown().BandChanges;
+  bench.Tick();
+  EXPECT_EQ(bench.Shown().BandChanges, before) << "the journal is not read at each tick";
+  bench.program.state.SampleCount[GraphBench::kSlot] = 50;
+  bench.Tick();
+  EXPECT_GT(bench.Shown().BandChanges, before);
+  EXPECT_EQ(bench.graph.Band(991).size(), 2U);
+}
+
 TEST(GraphForm, DoesNotOpenOnAFileWithoutColumnsOrTime) {
   GraphBench bench;
   bench.Load(bench.Slopes(5));

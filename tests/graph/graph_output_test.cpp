@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -146,7 +146,7 @@ TEST_F(TheOutput, SaysWhereItWentAndShowsTheFolder) {
   struct Way {
     const char* language;
     const char* text;
-    const char* deed;
+    const char* action;
   };
   const Way ways[] = {{"English", "The file has been written:\n\n", "Open folder"},
                       {"German", "Die Datei ist geschrieben:\n\n", "Ordner öffnen"}};
@@ -163,7 +163,7 @@ TEST_F(TheOutput, SaysWhereItWentAndShowsTheFolder) {
       ASSERT_EQ(program.dialogs.offers.size(), 2U);
       EXPECT_EQ(program.dialogs.offers[0].notice.Title, "ASCII - file");
       EXPECT_EQ(program.dialogs.offers[0].notice.Text, way.text + Path("OUT.ASC"));
-      EXPECT_EQ(program.dialogs.offers[0].deed, way.deed);
+      EXPECT_EQ(program.dialogs.offers[0].action, way.action);
       EXPECT_EQ(program.dialogs.offers[1].notice.Title, "Subfile");
       EXPECT_EQ(program.dialogs.offers[1].notice.Text, way.text + Path("SOUT.OVN"));
       const std::vector<std::string> folders(is_taken ? 2 : 0, program.home.File("tavdat"));

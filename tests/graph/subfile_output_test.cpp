@@ -4,7 +4,7 @@
 #include "files/journal_check.h"
 #include "files/recording_format.h"
 #include "graph/graph_output.h"
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -245,6 +245,16 @@ TEST_F(TheSubfileCommand, HoldsTheCycleOffTheFileOnlyWhileItWrites) {
   EXPECT_TRUE(idle_in_dialog);
   EXPECT_TRUE(program.events.pointers.empty() ||
               program.events.pointers.back() == Pointer::kNormal);
+}
+
+TEST_F(TheSubfileCommand, TellsThatItsJournalCannotBeWritten) {
+  program.home.Write("tavdat/journal", "no directory");
+  Save("S260314A.OVN");
+  EXPECT_TRUE(Exists("S260314A.OVN"));
+  ASSERT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Boxes()[0].find("write subfile|S260314A.OVN: the journal cannot be written ("), 0U)
+      << Boxes()[0];
+  EXPECT_TRUE(Boxes()[0].ends_with("); the subfile is without it"));
 }
 
 }  // namespace

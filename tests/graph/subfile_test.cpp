@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 
 namespace tavrel {
 namespace {

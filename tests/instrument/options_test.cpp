@@ -65,6 +65,14 @@ TEST(Options, OvensBeginAsTold) {
   EXPECT_EQ(options->ovens[2].start.kind, OvenStart::Kind::kOff);
 }
 
+TEST(Options, SensorsClimb) {
+  const auto options = Parse({"--instruments", "2", "--climb", "2=0.003"});
+  ASSERT_TRUE(options);
+  ASSERT_EQ(options->climbs.size(), 1U);
+  EXPECT_EQ(options->climbs[0].inet, 2);
+  EXPECT_DOUBLE_EQ(options->climbs[0].rate, 0.003);
+}
+
 TEST(Options, SamplingOfAllInputsOrOne) {
   const auto options = Parse({"--sample", "1=10", "--sample", "1.7=20", "--backlog", "1=500"});
   ASSERT_EQ(options->sampling.size(), 2U);
@@ -142,7 +150,11 @@ TEST(Options, RefusesWhatMakesNoSense) {
                                                   {"--oven", "1.5=off"},
                                                   {"--oven", "1.1=hold"},
                                                   {"--oven", "1.1=ramp:300"},
+                                                  {"--oven", "1.1=ramp:300:0.004"},
                                                   {"--oven", "2.1=off"},
+                                                  {"--climb", "1"},
+                                                  {"--climb", "1=0"},
+                                                  {"--climb", "2=0.1"},
                                                   {"--oven", "1.1=hold:nan"},
                                                   {"--sample", "1=0"},
                                                   {"--sample", "1.16=10"},

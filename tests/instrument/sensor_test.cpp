@@ -85,6 +85,20 @@ TEST(Sensor, NeverShowsTheWordForNoValue) {
       32767);
 }
 
+TEST(Measuring, ClimbingSensorHasNoTwoSamplesAlike) {
+  EXPECT_DOUBLE_EQ(ClimbingDegrees(0.003, 0), 100.0);
+  EXPECT_DOUBLE_EQ(ClimbingDegrees(0.003, 100000), 400.0);
+  EXPECT_NEAR(ClimbingDegrees(0.003, 300001), 100.003, 1e-6) << "from 1000 degrees down again";
+  Measuring measuring(7);
+  for (int input = 1; input < kInputCount; ++input) {
+    measuring.Connect(input, {Connection::Kind::kClimb, 0.006});
+    for (std::int64_t second = 0; second < 149900; second += 100) {
+      ASSERT_GT(measuring.Raw(input, 20.0, second + 100) - measuring.Raw(input, 20.0, second), 2)
+          << "input " << input << " after " << second << " s";
+    }
+  }
+}
+
 TEST(Measuring, ShortedInputReadsItsOffset) {
   Measuring measuring(7);
   measuring.Connect(3, {Connection::Kind::kShorted, 0.0});

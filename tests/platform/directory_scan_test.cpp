@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <map>
 
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/support/temporary_directory.h"
 
 namespace tavrel {

@@ -21,6 +21,7 @@ from typing import Any
 
 import recording_maker
 from recording_maker import HEADER_BYTES, JournalMaker
+from recording_story import Story
 
 import tavrel
 
@@ -54,19 +55,37 @@ class Case:
         return self.header + recording_maker.rows_bytes(self.rows)
 
     def _record(self) -> None:
-        """Random deeds, each with its lines."""
+        """Random actions, each with its lines."""
         if self.journal is not None:
             self.journal.add("begin", id=f"{self.dice.getrandbits(128):032x}", file="F",
-                             interval=self.interval * (1 if self.fast == 1 else 10))
+                             interval=self.interval * (1 if self.fast == 1 else 10),
+                             **self._other_file())
             self.journal.add("header", new=recording_maker.sha(self.header), changes=[], rows=0)
             if self.dice.random() < 0.8:
                 self._start()
-        deeds: list[Callable[[], None]] = [self._append, self._append, self._seal, self._note,
+        actions: list[Callable[[], None]] = [self._append, self._append, self._seal, self._note,
                                            self._change_header, self._tear, self._start]
         for _ in range(self.dice.randint(0, 25)):
-            self.dice.choice(deeds)()
+            self.dice.choice(actions)()
         if self.dice.random() < 0.7:
             self._seal()
+
+    def _other_file(self) -> dict[str, Any]:
+        """What the file before or the source says of the time of the rows."""
+        if self.dice.random() < 0.6:
+            return {}
+        anchors: list[Any] = []
+        rows = 0
+        for _ in range(self.dice.randint(0, 4)):
+            anchors.append({"rows": rows, "time": self.dice.choice(
+                [None, self._moment(), self._moment(), "yesterday", 5])})
+            rows += self.dice.randint(1, 20)
+        other = self.dice.choice([anchors, anchors, anchors, [1], "no list", [{"time": "x"}]])
+        return {self.dice.choice(["before", "origin"]): {"file": "B", "anchors": other}}
+
+    def _moment(self) -> str:
+        return f"2026-{self.dice.randint(1, 12):02}-25T0{self.dice.randint(0, 9)}" \
+               f":50:00{self.dice.choice(['+00:00', '+01:00', '+02:00', '-03:30'])}"
 
     def _append(self) -> None:
         for _ in range(self.dice.randint(1, 30)):
@@ -78,8 +97,7 @@ class Case:
 
     def _start(self) -> None:
         if self.journal is not None:
-            self.journal.time = f"2026-{self.dice.randint(1, 12):02}-25T0{self.dice.randint(0, 9)}" \
-                                f":50:00{self.dice.choice(['+00:00', '+01:00', '+02:00', '-03:30'])}"
+            self.journal.time = self._moment()
             self.journal.add("start", rows=len(self.rows))
 
     def _note(self) -> None:
@@ -202,6 +220,15 @@ def expected_of(path: Path) -> tuple[dict[str, Any] | None, tavrel.Recording | N
     return said_by_reader(recording), recording
 
 
+def ledger_by_reader(recording: tavrel.Recording) -> dict[str, Any]:
+    """What `tavrel-file ledger --json` says, but for the file's name and the words of damage."""
+    damaged = recording.verify().state == tavrel.State.DAMAGED
+    try:
+        return recording.ledger().to_json() | {"damaged": damaged}
+    except tavrel.NoLedger as why:
+        return {"rows": len(recording), "damaged": damaged, "why": str(why)}
+
+
 def exported_rows(recording: tavrel.Recording) -> list[list[Any]]:
     """The rows as `tavrel-file export --format json` prints them."""
     return [[row.number, row.seconds, *row.degrees] for row in recording]
@@ -226,6 +253,7 @@ class Bench:
         lines = dict(line.split(": ", 1) for line in said.splitlines()
                      if ": fork: " not in line)
         wanted: list[tuple[Path, tavrel.Recording]] = []
+        recordings: dict[Path, tavrel.Recording] = {}
         for path, kind in paths.items():
             expected, recording = expected_of(path)
             line = lines.get(str(path))
@@ -233,9 +261,28 @@ class Bench:
             self.counted[expected["state"] if expected else "no recording"] += 1
             if got != expected:
                 self.differences.append(f"{path} ({kind}): {line}\n  {got}\n  {expected}")
+            if recording is not None:
+                recordings[path] = recording
             if recording is not None and recording.header.is_valid:
                 wanted.append((path, recording))
         self._compare_rows(wanted)
+        self.compare_ledgers(recordings)
+
+    def compare_ledgers(self, recordings: dict[Path, tavrel.Recording]) -> None:
+        """The figures to the set, and whether there is damage."""
+        said = self._run("ledger", "--json", *map(str, recordings))
+        for (path, recording), line in zip(recordings.items(), said.splitlines(), strict=True):
+            got = json.loads(line)
+            got["damaged"] = "damaged" in got
+            expected = ledger_by_reader(recording)
+            expected |= {"file": str(path)}
+            if got != expected:
+                self.differences.append(f"{path}: ledger {got}\n  {expected}")
+            self.counted["ledgers"] += "sets" in expected
+            self.counted["complete"] += expected.get("complete") is True
+            bounds = expected.get("lost", {"least": 0, "most": 0})
+            self.counted["with losses"] += bounds["most"] != 0
+            self.counted["with bounds"] += bounds["most"] != bounds["least"]
 
     def _compare_rows(self, wanted: list[tuple[Path, tavrel.Recording]]) -> None:
         if not wanted:
@@ -288,12 +335,21 @@ def main() -> int:
                 path = recording_maker.write(Path(name), f"R{place:06}.OVN", data, text)
                 paths[path] = kind
             bench.compare(paths)
+            stories: dict[Path, tavrel.Recording] = {}
+            for place in range(begin, min(begin + _BATCH, number)):
+                story = Story(dice)
+                path = recording_maker.write(Path(name), f"S{place:06}.OVN", story.data,
+                                             story.journal.text)
+                stories[path] = tavrel.Recording.open(path)
+            bench.compare_ledgers(stories)
     print(f"{number} recordings: " +
           ", ".join(f"{count} {what}" for what, count in sorted(bench.counted.items())))
     for difference in bench.differences[:20]:
         print(difference, file=sys.stderr)
     print(f"{len(bench.differences)} differences")
-    return 1 if bench.differences or bench.counted["with utc time"] == 0 else 0
+    is_covered = all(bench.counted[what] > 0 for what in
+                     ("with utc time", "complete", "with losses", "with bounds"))
+    return 1 if bench.differences or not is_covered else 0
 
 
 if __name__ == "__main__":

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import contextlib
 import io
+import json
 import subprocess
 import sys
 import tempfile
@@ -283,6 +284,20 @@ class Times(unittest.TestCase):
         self.assertIsNone(recording.local(9))
         self.assertIsNone(recording.utc(15))
 
+    def test_a_part_has_the_time_of_its_source(self) -> None:
+        for name in ("before", "origin"):
+            journal = JournalMaker()
+            journal.time = "2026-07-01T00:00:00+02:00"
+            journal.add("begin", id="0" * 32, file="S260314A.OVN", interval=10, **{name: {"anchors": [
+                {"rows": 0, "time": "2026-03-14T10:00:50+01:00"},
+                {"rows": 1, "time": "2026-03-14T10:01:00+01:00"},
+                {"rows": 7, "time": "2026-03-14T10:03:00+01:00"}, {"rows": 9, "time": None}]}})
+            recording = self.recording(journal)
+            shown = [str(recording.local(row)) for row in (0, 1, 6, 7, 8, 9)]
+            self.assertEqual(shown, ["2026-03-14 10:00:50+01:00", "2026-03-14 10:01:00+01:00",
+                                     "2026-03-14 10:01:50+01:00", "2026-03-14 10:03:00+01:00",
+                                     "2026-03-14 10:03:10+01:00", "None"])
+
     def test_a_clock_that_is_set_later_moves_no_row(self) -> None:
         journal = self.begun()
         journal.add("start", rows=0)
@@ -342,6 +357,58 @@ class Times(unittest.TestCase):
             recording._index("local")
 
 
+class Ledgers(unittest.TestCase):
+    def begun(self, **more: object) -> JournalMaker:
+        journal = JournalMaker()
+        journal.add("begin", id="0" * 32, file="M260314A.OVN", line="direct", interval=10, **more)
+        return journal
+
+    def ledger(self, journal: JournalMaker, rows: int) -> tavrel.Ledger:
+        data = recording_maker.header() + bytes(4 * rows)
+        return tavrel.Recording(data, journal.text).ledger()
+
+    def drain(self, journal: JournalMaker, up: float, rows: int) -> None:
+        journal.up = up
+        journal.add("drained", took=0.05, rows=rows)
+
+    def test_a_recording_that_is_read_all_the_time_is_complete(self) -> None:
+        journal = self.begun()
+        journal.add("start", rows=0)
+        for turn in range(50):
+            self.drain(journal, 1004 + 10 * turn + turn % 9, turn + 2)
+        ledger = self.ledger(journal, 51)
+        self.assertTrue(ledger.is_complete)
+        self.assertEqual((ledger.sets, ledger.live, ledger.later), (50, 50, 0))
+        self.assertEqual(ledger.waiting, tavrel.Bounds())
+        self.assertEqual(ledger.expected, tavrel.Bounds(50, 50))
+
+    def test_what_nobody_has_told_the_clocks_find(self) -> None:
+        journal = self.begun()
+        journal.add("start", rows=0)
+        for turn in range(20):
+            self.drain(journal, 1004 + 10 * turn + turn % 9, turn + 2)
+        self.drain(journal, 1309, 22)
+        ledger = self.ledger(journal, 22)
+        self.assertEqual(ledger.lost, tavrel.Bounds(10, 10))
+        self.assertEqual(ledger.losses[0].before, 22)
+        self.assertFalse(ledger.is_complete)
+
+    def test_rows_behind_the_journal_that_no_kill_explains_are_unwatched(self) -> None:
+        for rows, unwatched in ((896 + 360 + 2, 0), (896 + 360 + 3, 896 + 360 + 3)):
+            journal = self.begun()
+            journal.add("start", rows=0)
+            self.assertEqual(self.ledger(journal, rows).unwatched, unwatched)
+
+    def test_why_there_is_none(self) -> None:
+        simulated = JournalMaker()
+        simulated.add("begin", id="0" * 32, file="M260314A.OVN", line="simulated", interval=10)
+        for text, why in ((None, "there is no journal"), (simulated.text, "no instrument was on"),
+                          (self.begun(origin={"file": "B"}).text, "a part of another recording")):
+            recording = tavrel.Recording(recording_bytes(), text)
+            with self.assertRaisesRegex(tavrel.NoLedger, why):
+                recording.ledger()
+
+
 class Tables(unittest.TestCase):
     def test_numpy_and_pandas_are_only_needed_for_their_tables(self) -> None:
         look = "import sys, tavrel; sys.exit(len({'numpy', 'pandas'} & set(sys.modules)))"
@@ -370,6 +437,13 @@ class Command(unittest.TestCase):
             self.assertEqual(self.run_command("verify", str(folder / "none"), str(damaged))[0], 3)
             self.assertEqual(self.run_command()[0], 3)
             self.assertEqual(self.run_command("verify", "--what")[0], 3)
+            status, output, _ = self.run_command("ledger", str(intact))
+            self.assertEqual((status, json.loads(output)["sets"]), (0, 19))
+            status, output, _ = self.run_command("ledger", str(damaged))
+            self.assertEqual((status, "damaged" in json.loads(output)), (2, True))
+            bare = recording_maker.write(folder, "M260314D.OVN", data, None)
+            status, output, _ = self.run_command("ledger", str(bare))
+            self.assertEqual((status, json.loads(output)["why"]), (1, "there is no journal"))
             status, output, _ = self.run_command("info", str(intact))
             self.assertEqual(status, 0)
             self.assertIn("  begun: 03-14-2026 / 10:00\n", output)

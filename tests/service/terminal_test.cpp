@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "files/journal_text.h"
 #include "link/register_access.h"
 #include "tests/service/service_bench.h"
 
@@ -251,6 +252,50 @@ TEST_F(ATerminalBesideARecording, MakesThePumpCompareTheColumnsAfterwards) {
   EXPECT_EQ(Sent(), Texts{"X22?"});
   EXPECT_TRUE(bench.state.ColumnsInDoubt[12]);
   EXPECT_EQ(bench.state.AskedInput[12], 2);
+}
+
+// As those of the other screens.
+TEST_F(ATerminalBesideARecording, WritesIntoTheJournalWhatItDoesToTheController) {
+  OpenBeside();
+  answers = true;
+  const auto lines = [this] {
+    std::vector<JournalEntry> found;
+    for (JournalEntry& each : ReadJournal(bench.home.Read("tavdat/journal/M260301A.OVN")).Entries) {
+      if (each.Kind == "controller") {
+        found.push_back(std::move(each));
+      }
+    }
+    return found;
+  };
+  const std::size_t before = lines().size();
+  Type("W21=3E8\rY21?");
+  Polls(milliseconds(1000));
+  answers = false;
+  Type("Z21=1\r");
+  Come(".");
+  ASSERT_EQ(lines().size(), before + 2);
+  const JournalEntry setpoint = lines().at(before);
+  EXPECT_EQ(setpoint.Text("what"), "setpoint");
+  EXPECT_EQ(setpoint.Text("by"), "user");
+  EXPECT_EQ(setpoint.Number("new"), 1000);
+  EXPECT_EQ(setpoint.Fields.Find("acknowledged")->Truth(), true);
+  EXPECT_EQ(lines().back().Text("what"), "status") << "sent in two pieces";
+  EXPECT_EQ(lines().back().Fields.Find("acknowledged")->Truth(), true);
+  Type("W21=7D0\r");
+  EXPECT_EQ(lines().size(), before + 2) << "not answered yet";
+  Polls(milliseconds(400));
+  ASSERT_EQ(lines().size(), before + 3);
+  EXPECT_EQ(lines().back().Number("old"), 1000);
+  EXPECT_EQ(lines().back().Fields.Find("acknowledged")->Truth(), false);
+  Type("W21=1\r");
+  Come("?");
+  EXPECT_EQ(lines().size(), before + 4) << "refused";
+  Type("W21=2\r");
+  terminal.Quit();
+  EXPECT_EQ(lines().size(), before + 5) << "closed before an answer came";
+  EXPECT_TRUE(lines().back().Fields.Find("old")->IsNull());
+  Type("W22=1\rW11=1\rR23=0\r");
+  EXPECT_EQ(lines().size(), before + 5) << "not of this test";
 }
 
 TEST_F(ATerminalBesideARecording, SaysThatTheCycleWaitsAndForHowLongItMay) {

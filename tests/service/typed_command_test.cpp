@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "link/frame.h"
+
 namespace tavrel {
 namespace {
 
@@ -39,6 +41,32 @@ TEST(ATypedCommand, IsKnownInEverySpelling) {
   EXPECT_EQ(BufferCommandIn("n0p1F?"), (Command{{'X', 1, 15, true}}));
   EXPECT_EQ(BufferCommandIn("r21=0000\r"), (Command{{'R', 3, 1, false}}));
   EXPECT_EQ(BufferCommandIn("R21=\r"), (Command{{'R', 3, 1, false}}));
+}
+
+using Write = std::optional<RegisterWrite>;
+
+TEST(ATypedCommand, ThatWritesARegisterIsKnownOnBothKindsOfLine) {
+  for (int inet = 1; inet <= 6; ++inet) {
+    for (const std::string letter : {"G", "W", "Z", "Q"}) {
+      for (const int index : {0, 1, 4, 15}) {
+        const LineAddress address{static_cast<std::int16_t>(inet), 0};
+        const RegisterName name{letter, static_cast<std::int16_t>(index)};
+        const std::int16_t word = letter == "G" ? -2 : 1000;
+        const RegisterWrite expected{letter.front(), inet, index, word};
+        for (const LineMode& mode : {LineMode{4, "", true, true}, LineMode{4, "", false, true}}) {
+          const std::string text = RegisterWriteFrame(mode, address, name, word);
+          EXPECT_EQ(RegisterWriteIn(text), Write(expected)) << text;
+          EXPECT_EQ(RegisterWriteIn("noise " + text), Write(expected)) << text;
+        }
+      }
+    }
+  }
+  EXPECT_EQ(RegisterWriteIn("w21=003e8\r"), (Write{{'W', 3, 1, 1000}}));
+  EXPECT_EQ(RegisterWriteIn("W1=\r"), (Write{{'W', 1, 1, 0}}));
+  for (const char* text :
+       {"W21?", "W21=3E8", "W21=3G8\r", "W21=10000\r", "8000>4\r", "=4\r", "W=4\r", "\r", ""}) {
+    EXPECT_EQ(RegisterWriteIn(text), std::nullopt) << text;
+  }
 }
 
 TEST(ATypedCommand, ThatLeavesTheBuffersAloneIsNotHeldUp) {

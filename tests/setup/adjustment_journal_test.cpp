@@ -26,16 +26,16 @@ Commands LinesOf(const std::string& text) {
 }
 
 TEST(AdjustmentJournal, HasWhatARunHasDone) {
-  ChannelBench room;
-  room.OpenIdle();
-  room.RunToFinal(sensor::kFeCuNi, {7, 10});
-  room.dialog->txt_Final_Change("200,5");
-  room.dialog->CmdOK_Click();
-  room.bench.clock.wall = {2026, 3, 14, 10, 5, 7};
-  ASSERT_TRUE(room.TickTo(AdjState::kEmptySheet));
-  const std::string parts = std::to_string(room.Register('K', 7));
+  ChannelBench fixture;
+  fixture.OpenIdle();
+  fixture.RunToFinal(sensor::kFeCuNi, {7, 10});
+  fixture.dialog->txt_Final_Change("200,5");
+  fixture.dialog->CmdOK_Click();
+  fixture.bench.clock.wall = {2026, 3, 14, 10, 5, 7};
+  ASSERT_TRUE(fixture.TickTo(AdjState::kEmptySheet));
+  const std::string parts = std::to_string(fixture.Register('K', 7));
   EXPECT_THAT(
-      LinesOf(room.bench.home.Read(kJournalFile)),
+      LinesOf(fixture.bench.home.Read(kJournalFile)),
       ElementsAre(
           "begin 2026-03-14 10:00:00 inet 3 sensor FeCuNi rows 7 A",
           "before 7 J 1 K 13107 L 3 O 17", "before A J 1 K 13107 L 4 O 20",
@@ -49,50 +49,51 @@ TEST(AdjustmentJournal, HasWhatARunHasDone) {
 }
 
 TEST(AdjustmentJournal, IsOnTheDiskBeforeTheFirstWrite) {
-  ChannelBench room;
-  room.OpenIdle();
+  ChannelBench fixture;
+  fixture.OpenIdle();
   bool was_there = false;
-  room.on_command = [&](const std::string& command) {
+  fixture.on_command = [&](const std::string& command) {
     if (command == "L27=0\r") {
-      was_there = room.bench.home.Read(kJournalFile).find("before 7 J 1 K 13107 L 3 O 17\r\n") !=
+      was_there = fixture.bench.home.Read(kJournalFile).find("before 7 J 1 K 13107 L 3 O 17\r\n") !=
                   std::string::npos;
     }
   };
-  room.RunToRaised(sensor::kFeCuNi, {7});
+  fixture.RunToRaised(sensor::kFeCuNi, {7});
   EXPECT_TRUE(was_there);
 }
 
 TEST(AdjustmentJournal, TellsSpreadAndFailedReadings) {
-  ChannelBench room;
-  room.OpenIdle();
-  room.dialog->Mnu_FeCuNi_Click();
-  room.Tick();
-  room.dialog->Sheet_Click(7);
-  room.dialog->CmdOK_Click();
-  ASSERT_TRUE(room.TickTo(AdjState::kAwaitShorted));
+  ChannelBench fixture;
+  fixture.OpenIdle();
+  fixture.dialog->Mnu_FeCuNi_Click();
+  fixture.Tick();
+  fixture.dialog->Sheet_Click(7);
+  fixture.dialog->CmdOK_Click();
+  ASSERT_TRUE(fixture.TickTo(AdjState::kAwaitShorted));
   int number = 0;
-  room.on_command = [&](const std::string& command) {
-    room.Register('Y', 7) = static_cast<std::int16_t>(command == "Y27?" ? 100 + ++number : 0);
+  fixture.on_command = [&](const std::string& command) {
+    fixture.Register('Y', 7) = static_cast<std::int16_t>(command == "Y27?" ? 100 + ++number : 0);
   };
-  room.dialog->CmdOK_Click();
-  room.Tick(97);
-  room.FailNext("Y27?", 3);
-  ASSERT_TRUE(room.TickTo(AdjState::kRaise));
+  fixture.dialog->CmdOK_Click();
+  fixture.Tick(97);
+  fixture.FailNext("Y27?", 3);
+  ASSERT_TRUE(fixture.TickTo(AdjState::kRaise));
   EXPECT_THAT(
-      room.bench.home.Read(kJournalFile),
+      fixture.bench.home.Read(kJournalFile),
       HasSubstr("zero 7 101 102 103 104 105 106 107 108 108? 112 mean 105.6 spread 11\r\n"));
 }
 
 TEST(AdjustmentJournal, EndsTheRecordOfADroppedRun) {
-  ChannelBench room;
-  room.OpenIdle();
-  room.RunToRaised(sensor::kNiCrNi, {7});
-  room.dialog->Quit();
-  EXPECT_EQ(LinesOf(room.bench.home.Read(kJournalFile)).back(), "end 2026-03-14 10:00:00 dropped");
-  ASSERT_TRUE(room.TickTo(AdjState::kIdle));
-  room.RunToRaised(sensor::kNiCrNi, {8});
-  room.dialog->CloseNow();
-  const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
+  ChannelBench fixture;
+  fixture.OpenIdle();
+  fixture.RunToRaised(sensor::kNiCrNi, {7});
+  fixture.dialog->Quit();
+  EXPECT_EQ(LinesOf(fixture.bench.home.Read(kJournalFile)).back(),
+            "end 2026-03-14 10:00:00 dropped");
+  ASSERT_TRUE(fixture.TickTo(AdjState::kIdle));
+  fixture.RunToRaised(sensor::kNiCrNi, {8});
+  fixture.dialog->CloseNow();
+  const Commands lines = LinesOf(fixture.bench.home.Read(kJournalFile));
   EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 dropped with the program");
   EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
                           [](const std::string& line) { return line.starts_with("begin"); }),
@@ -100,37 +101,37 @@ TEST(AdjustmentJournal, EndsTheRecordOfADroppedRun) {
 }
 
 TEST(AdjustmentJournal, RunThatWasNeverBegunHasNone) {
-  ChannelBench room;
-  room.OpenIdle();
-  room.dialog->Mnu_FeCuNi_Click();
-  room.Tick();
-  room.dialog->Sheet_Click(7);
-  room.dialog->Quit();
-  EXPECT_FALSE(room.bench.home.Exists(kJournalFile));
+  ChannelBench fixture;
+  fixture.OpenIdle();
+  fixture.dialog->Mnu_FeCuNi_Click();
+  fixture.Tick();
+  fixture.dialog->Sheet_Click(7);
+  fixture.dialog->Quit();
+  EXPECT_FALSE(fixture.bench.home.Exists(kJournalFile));
 }
 
 TEST(AdjustmentJournal, TellsHowARunEnded) {
   const std::vector<std::pair<std::string, std::string>> ends = {
       {"L27=0", "not acknowledged"}, {"O27=", "not acknowledged"}, {"J27=", "not acknowledged"}};
   for (const auto& [write, how] : ends) {
-    ChannelBench room;
-    room.OpenIdle();
-    room.FailNext(write, 3);
-    room.dialog->Mnu_FeCuNi_Click();
-    room.Tick();
-    room.dialog->Sheet_Click(7);
-    for (int step = 0; step < 5 && room.dialog->State() != AdjState::kEmptySheet; ++step) {
-      room.dialog->CmdOK_Click();
-      room.Tick(115);
-      if (room.Values().txt_FinalShown) {
-        room.Register('Y', 7) = 4000;
-        room.dialog->txt_Final_Change("300");
+    ChannelBench fixture;
+    fixture.OpenIdle();
+    fixture.FailNext(write, 3);
+    fixture.dialog->Mnu_FeCuNi_Click();
+    fixture.Tick();
+    fixture.dialog->Sheet_Click(7);
+    for (int step = 0; step < 5 && fixture.dialog->State() != AdjState::kEmptySheet; ++step) {
+      fixture.dialog->CmdOK_Click();
+      fixture.Tick(115);
+      if (fixture.Values().txt_FinalShown) {
+        fixture.Register('Y', 7) = 4000;
+        fixture.dialog->txt_Final_Change("300");
       }
-      if (room.bench.dialogs.boxes.size() == 1) {
+      if (fixture.bench.dialogs.boxes.size() == 1) {
         break;
       }
     }
-    const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
+    const Commands lines = LinesOf(fixture.bench.home.Read(kJournalFile));
     EXPECT_EQ(lines.back(), "end 2026-03-14 10:00:00 " + how) << write;
     EXPECT_THAT(lines.at(lines.size() - 2), StartsWith("after 7 ")) << write;
     EXPECT_THAT(lines.at(lines.size() - 2), HasSubstr(std::string(1, write[0]) + " ?")) << write;
@@ -138,36 +139,36 @@ TEST(AdjustmentJournal, TellsHowARunEnded) {
 }
 
 TEST(AdjustmentJournal, UnknownWordsAreAQuestionMark) {
-  ChannelBench room;
-  room.Open();
-  room.fails = [](const std::string& command) { return command == "K27?"; };
-  ASSERT_TRUE(room.TickTo(AdjState::kIdle));
-  room.RunToRaised(sensor::kFeCuNi, {7});
-  EXPECT_THAT(room.bench.home.Read(kJournalFile), HasSubstr("before 7 J 1 K ? L 3 O 17\r\n"));
+  ChannelBench fixture;
+  fixture.Open();
+  fixture.fails = [](const std::string& command) { return command == "K27?"; };
+  ASSERT_TRUE(fixture.TickTo(AdjState::kIdle));
+  fixture.RunToRaised(sensor::kFeCuNi, {7});
+  EXPECT_THAT(fixture.bench.home.Read(kJournalFile), HasSubstr("before 7 J 1 K ? L 3 O 17\r\n"));
 }
 
 TEST(AdjustmentJournal, AsksWhereItCannotBeWritten) {
   for (const bool yes : {false, true}) {
-    ChannelBench room;
-    std::filesystem::create_directory(room.bench.home.File(kJournalFile));
-    room.OpenIdle();
-    room.bench.dialogs.yes = yes;
-    room.dialog->Mnu_FeCuNi_Click();
-    room.Tick();
-    room.dialog->Sheet_Click(7);
-    room.dialog->CmdOK_Click();
-    EXPECT_THAT(room.LastBox(), StartsWith("adjustment: Cannot write file  ADJUST.TXT: "));
-    EXPECT_TRUE(room.bench.dialogs.boxes.back().PresetIsNo);
-    EXPECT_EQ(room.dialog->State(), yes ? AdjState::kShort : AdjState::kSelect);
+    ChannelBench fixture;
+    std::filesystem::create_directory(fixture.bench.home.File(kJournalFile));
+    fixture.OpenIdle();
+    fixture.bench.dialogs.yes = yes;
+    fixture.dialog->Mnu_FeCuNi_Click();
+    fixture.Tick();
+    fixture.dialog->Sheet_Click(7);
+    fixture.dialog->CmdOK_Click();
+    EXPECT_THAT(fixture.LastBox(), StartsWith("adjustment: Cannot write file  ADJUST.TXT: "));
+    EXPECT_TRUE(fixture.bench.dialogs.boxes.back().PresetIsNo);
+    EXPECT_EQ(fixture.dialog->State(), yes ? AdjState::kShort : AdjState::kSelect);
   }
 }
 
 TEST(AdjustmentJournal, BeginsANewLineBehindOneThatWasCutOff) {
-  ChannelBench room;
-  room.bench.home.Write(kJournalFile, "begin 2026-03-13 10:00:00 inet 3 sen");
-  room.OpenIdle();
-  room.RunToRaised(sensor::kFeCuNi, {7});
-  const Commands lines = LinesOf(room.bench.home.Read(kJournalFile));
+  ChannelBench fixture;
+  fixture.bench.home.Write(kJournalFile, "begin 2026-03-13 10:00:00 inet 3 sen");
+  fixture.OpenIdle();
+  fixture.RunToRaised(sensor::kFeCuNi, {7});
+  const Commands lines = LinesOf(fixture.bench.home.Read(kJournalFile));
   EXPECT_EQ(lines.at(0), "begin 2026-03-13 10:00:00 inet 3 sen");
   EXPECT_EQ(lines.at(1), "begin 2026-03-14 10:00:00 inet 3 sensor FeCuNi rows 7");
 }

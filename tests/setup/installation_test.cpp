@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "files/held_set.h"
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/setup/installation_bench.h"
 #include "tests/support/hindrance.h"
 

@@ -56,8 +56,8 @@ class AdapterTree {
 
   // The adapter at that place is pulled out; its terminal `name` goes with it.
   void PullOut(const std::string& name, const std::string& place = "1-2") {
-    const std::filesystem::path room = home_.File("sys/dev/char");
-    for (const auto& entry : std::filesystem::directory_iterator(room)) {
+    const std::filesystem::path numbers = home_.File("sys/dev/char");
+    for (const auto& entry : std::filesystem::directory_iterator(numbers)) {
       if (std::filesystem::read_symlink(entry.path()).filename() == name) {
         std::filesystem::remove(entry.path());
         break;

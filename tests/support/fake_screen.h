@@ -30,9 +30,9 @@ class FakeDialogs : public Dialogs {
   std::vector<Notice> announced;  // those that do not block
   struct Offered {
     Notice notice;
-    std::string deed;
+    std::string action;
   };
-  std::vector<Offered> offers;  // boxes with OK and a button for a deed; takes_offer: the button
+  std::vector<Offered> offers;  // boxes with OK and a button for an action; takes_offer: the button
   bool takes_offer = false;
   struct Question {
     Notice notice;
@@ -55,8 +55,8 @@ class FakeDialogs : public Dialogs {
     const SaveAnswer answer = yes ? SaveAnswer::kSave : SaveAnswer::kDiscard;
     return stays ? SaveAnswer::kStay : answer;
   }
-  [[nodiscard]] bool Offer(const Notice& notice, const std::string& deed) override {
-    offers.push_back({notice, deed});
+  [[nodiscard]] bool Offer(const Notice& notice, const std::string& action) override {
+    offers.push_back({notice, action});
     return takes_offer;
   }
   void Announce(const Notice& notice) override { announced.push_back(notice); }

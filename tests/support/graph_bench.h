@@ -1,9 +1,12 @@
 #ifndef TAVREL_TESTS_SUPPORT_GRAPH_BENCH_H_
 #define TAVREL_TESTS_SUPPORT_GRAPH_BENCH_H_
 
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "files/journal_text.h"
 #include "graph/graph.h"
 #include "tests/support/bench_program.h"
 #include "tests/support/stroke_surface.h"
@@ -62,6 +65,16 @@ class GraphBench {
     program.files.OpenRecordingFile(kSlot);
     program.state.SelSlot = kSlot;
     graph.Attach(&surfaces);
+  }
+  // A journal of the recording, before Load.
+  void WriteJournal(const std::vector<std::pair<std::string, JsonValue::Members>>& lines) {
+    JournalChain chain;
+    std::string text;
+    for (const auto& [kind, fields] : lines) {
+      text += chain.Line(JournalStamp{}, kind, fields);
+    }
+    std::filesystem::create_directories(program.home.File("tavdat/journal"));
+    program.home.Write(std::string("tavdat/journal/") + kName, text);
   }
   void LoadAndOpen(const std::vector<std::int16_t>& words) {
     Load(words);

@@ -65,7 +65,7 @@ Sets SetsOf(const LineTruth& truth, const RecordedSlot& slot) {
 // of a full buffer. A set of which the rest still waits is half read.
 struct Expected {
   std::vector<TruthSet> rows;
-  int half_read = 0;
+  std::vector<TruthSet> half_read;
   int forgotten = 0;  // sets that went with a restart of the instrument, whole
 };
 
@@ -79,7 +79,7 @@ Expected ExpectedOf(const LineTruth& truth, const RecordedSlot& slot) {
       continue;
     }
     if (was_handed && IsUnderWay(set, place.first == sets.rbegin()->first.first)) {
-      ++expected.half_read;
+      expected.half_read.push_back(set);
     } else {
       expected.rows.push_back(set);
     }
@@ -238,7 +238,7 @@ class Comparer {
     }
     // One set may be half read at the end; more of them are columns that ran ahead.
     const bool is_told = told_.Count(ToldDoubt::Kind::kUncertain) > 0;
-    findings_.shifted += expected_.half_read > 1 && !is_told ? 1 : 0;
+    findings_.shifted += expected_.half_read.size() > 1 && !is_told ? 1 : 0;
     TakeTold();
     return findings_;
   }
@@ -296,7 +296,9 @@ class Comparer {
 
   // `row` is the one of the pair, or the one before which a set is missing.
   void Take(const AlignedPair& pair, int row) {
-    if (pair.set == AlignedPair::kNone) {
+    if (pair.set == AlignedPair::kNone && IsOfHalfReadSet(row)) {
+      findings_.excused += static_cast<int>(slot_.inputs.size());
+    } else if (pair.set == AlignedPair::kNone) {
       ++findings_.doubled;
       Tell(slot_.file + " row " + std::to_string(row) + " stands there twice");
     } else if (pair.row == AlignedPair::kNone) {
@@ -335,7 +337,8 @@ class Comparer {
         ++findings_.excused;
         const bool had_arrived = set[column] && set[column]->fate == SampleFate::kGood;
         const bool was_filled = told_.Covers(row, input, ToldDoubt::Kind::kFilled);
-        findings_.invented += had_arrived && was_filled ? 1 : 0;
+        const bool is_in_place = !told_.Covers(row, input, ToldDoubt::Kind::kUncertain);
+        findings_.invented += had_arrived && was_filled && is_in_place ? 1 : 0;
       } else {
         ++wrong;
       }
@@ -364,6 +367,26 @@ class Comparer {
     const int most = *std::max_element(ahead_.begin(), ahead_.end());
     const bool is_behind_all = row == static_cast<int>(rows_.size());
     return is_behind_all && most > absent_ && std::exchange(has_hand_, false);
+  }
+
+  // The last rows may hold sets of which a column that runs behind, as the user was told, has not
+  // been read yet.
+  [[nodiscard]] bool IsOfHalfReadSet(int row) const {
+    const std::size_t behind = rows_.size() - static_cast<std::size_t>(row);
+    if (behind > expected_.half_read.size()) {
+      return false;
+    }
+    const TruthSet& set = expected_.half_read[expected_.half_read.size() - behind];
+    const Row& words = rows_[static_cast<std::size_t>(row)];
+    bool is_told = false;
+    for (std::size_t column = 0; column < words.size(); ++column) {
+      if (told_.Covers(row, slot_.inputs[column], ToldDoubt::Kind::kUncertain)) {
+        is_told = true;
+      } else if (Differs(set[column], words[column])) {
+        return false;
+      }
+    }
+    return is_told;
   }
 
   void TakeLoss(int row, std::size_t column, const std::optional<TakenSample>& sample) {
@@ -466,6 +489,10 @@ int HandedSets(const LineTruth& truth, const RecordedSlot& slot) {
   return static_cast<int>(std::count_if(
       expected.rows.begin(), expected.rows.end(),
       [](const TruthSet& set) { return std::any_of(set.begin(), set.end(), WasHanded); }));
+}
+
+int MadeSets(const LineTruth& truth, const RecordedSlot& slot) {
+  return static_cast<int>(SetsOf(truth, slot).size());
 }
 
 Findings Compare(const LineTruth& truth, const RecordedSlot& slot, const std::string& bytes,

@@ -47,6 +47,9 @@ void PrintTo(const Findings& findings, std::ostream* out);
 // The whole sets that the instrument has handed over for a slot so far.
 [[nodiscard]] int HandedSets(const LineTruth& truth, const RecordedSlot& slot);
 
+// All sets of a slot of which the instrument has taken a sample so far.
+[[nodiscard]] int MadeSets(const LineTruth& truth, const RecordedSlot& slot);
+
 // Compares the samples of a recording, `bytes` behind its header, word by word. Row 0 is the
 // first set a second time; row r is set r, as long as no set is lost.
 [[nodiscard]] Findings Compare(const LineTruth& truth, const RecordedSlot& slot,

@@ -156,6 +156,29 @@ TEST(Comparison, ExcusesTheSetInHandBehindAColumnThatRunsAhead) {
   EXPECT_FALSE(Compare(truth, kSlot, Bytes({11, 12, 11, 12, 31, 22, 41, 32, 51, 42})).Agrees());
 }
 
+// Input 2 runs one set behind: of the set of the last row its value still waits.
+TEST(Comparison, ExcusesTheLastRowOfAColumnThatRunsBehind) {
+  std::stringstream file;
+  for (int set = 1; set <= 4; ++set) {
+    for (int input = 1; input <= 2; ++input) {
+      const std::string place = " 1 " + std::to_string(input) + " " + std::to_string(set) + " " +
+                                std::to_string(10 * set + input);
+      file << "sample " << 10 * set << place << '\n';
+      if (set < 4 || input == 1) {
+        file << "handed " << 10 * set << place << " good\n";
+      }
+    }
+  }
+  const LineTruth truth = ReadLineTruth(file, {});
+  const std::string bytes = Bytes({11, 12, 11, 12, 21, 12, 31, 22, 41, 32});
+  EXPECT_TRUE(Compare(truth, kSlot, bytes, Uncertain(2, ToldDoubt::kOpen)).Agrees());
+  EXPECT_FALSE(Compare(truth, kSlot, bytes).Agrees());
+  EXPECT_FALSE(Compare(truth, kSlot, Bytes({11, 12, 11, 12, 21, 12, 31, 22, 31, 32}),
+                       Uncertain(2, ToldDoubt::kOpen))
+                   .Agrees())
+      << "the certain column has a row twice";
+}
+
 TEST(Comparison, CountsASetThatIsMissingInTheMiddle) {
   const Findings found = Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 31, 32}));
   EXPECT_EQ(found.lost, 1);

@@ -8,7 +8,9 @@
 //     --order ORDER  --distance MS        sampled in that way instead
 //
 // One row of a table for each case, kind of line and way of sampling. Exit status 1 if a word is
-// wrong, missing, twice or in another place and the user was not told so.
+// wrong, missing, twice or in another place and the user was not told so, or if the ledger of a
+// recording is not what the truth says: "same", or "in 2" where its bounds hold the truth and are
+// two sets apart.
 
 #include <algorithm>
 #include <array>
@@ -101,37 +103,38 @@ std::vector<SamplingScan> ScansOf(const Wish& wish, const TruthCase& truth_case,
 }
 
 void PrintHeading() {
-  std::printf("%-22s %-7s %-14s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %6s %6s %5s  %s\n",
+  std::printf("%-22s %-7s %-14s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %5s %6s %6s %5s %6s  %s\n",
               "case", "line", "sampled", "secs", "sets", "wrong", "told", "inv", "torn", "lost",
-              "given", "told", "twice", "shift", "onLine", "unsure", "over", "verdict");
+              "given", "told", "twice", "shift", "onLine", "unsure", "over", "ledger", "verdict");
   std::fflush(stdout);
 }
 
 void PrintRow(const std::string& name, const Bench& bench, seconds took, const Findings& found,
-              int overruns) {
+              int overruns, const LedgerVerdict& ledgers) {
   const std::string scan = bench.scan.order + " " + std::to_string(bench.scan.distance);
-  std::printf("%-22s %-7s %-14s %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %6d %6d %5d  ",
+  std::printf("%-22s %-7s %-14s %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %5d %6d %6d %5d %6s  ",
               name.c_str(), bench.line.c_str(), scan.c_str(), static_cast<int>(took.count()),
               found.rows, found.wrong, found.excused, found.invented, found.torn, found.lost,
               found.given_up, found.told_lost, found.doubled, found.shifted, found.losses,
-              found.in_doubt, overruns);
+              found.in_doubt, overruns, ledgers.Text().c_str());
 }
 
 // One case on one kind of line: the table's row, then what was found in words. True if good.
 bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   TruthRun run(bench);
   Findings found;
+  LedgerVerdict ledgers;
   const auto begin = steady_clock::now();
   bool is_good = run.Begin();
   bool is_healthy = false;
   if (is_good) {
-    truth_case.deed(run, is_long ? truth_case.long_amount : truth_case.short_amount);
+    truth_case.action(run, is_long ? truth_case.long_amount : truth_case.short_amount);
     is_healthy = run.IsHealthy();
-    is_good = run.End(found);
+    is_good = run.End(found, ledgers);
   }
   const auto took = std::chrono::duration_cast<seconds>(steady_clock::now() - begin);
   const int overruns = run.Truth().overruns;
-  PrintRow(truth_case.name, bench, took, found, overruns);
+  PrintRow(truth_case.name, bench, took, found, overruns, ledgers);
   std::string verdict = run.Problem();
   const auto object = [&](bool is_wrong, const char* text) {
     verdict += is_wrong ? (verdict.empty() ? "" : ", ") + std::string(text) : "";
@@ -139,7 +142,9 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   object(is_healthy && found.told_filled + found.told_uncertain > 0, "doubts on a healthy line");
   object(!bench.overruns && overruns > 0, "sets lost within the buffer");
   object(run.HeardByForeign() > 0, "commands to a foreign device");
+  object(!ledgers.Agrees(), "the ledger differs");
   is_good = is_good && verdict.empty() && found.Agrees();
+  found.details.insert(found.details.end(), ledgers.problems.begin(), ledgers.problems.end());
   std::printf("%s %s\n", is_good ? "true" : "BROKEN", verdict.c_str());
   for (const std::string& detail : is_good ? std::vector<std::string>() : found.details) {
     std::printf("    %s\n", detail.c_str());

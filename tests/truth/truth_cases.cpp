@@ -24,10 +24,10 @@ constexpr int kBuffer = 896;  // sets that an instrument holds
 
 constexpr std::chrono::sys_seconds kMidnight = sys_days(2026y / 3 / 14) + hours(23);
 
-using Deed = std::function<void(TruthRun&, int)>;
+using Action = std::function<void(TruthRun&, int)>;
 
 // A fault of the line for so many seconds.
-Deed Faults(const std::string& fault) {
+Action Faults(const std::string& fault) {
   return [fault](TruthRun& run, int duration) {
     run.Tell("fault all " + fault);
     run.GoOn(seconds(duration));
@@ -36,7 +36,7 @@ Deed Faults(const std::string& fault) {
 }
 
 // Several faults one after the other, each for so many seconds.
-Deed FaultsInTurn(const std::vector<std::string>& faults) {
+Action FaultsInTurn(const std::vector<std::string>& faults) {
   return [faults](TruthRun& run, int duration) {
     for (const std::string& fault : faults) {
       Faults(fault)(run, duration);
@@ -72,7 +72,7 @@ void Replug(TruthRun& run, int times) {
   }
 }
 
-Deed Pulled(milliseconds duration) {
+Action Pulled(milliseconds duration) {
   return [duration](TruthRun& run, int times) {
     for (int time = 0; time < times; ++time) {
       PullOnce(run, duration);
@@ -82,7 +82,7 @@ Deed Pulled(milliseconds duration) {
 
 // So many percent of all exchanges, in equal shares: requests and replies lost, replies garbled,
 // cut and late.
-Deed Spoilt(int percent) {
+Action Spoilt(int percent) {
   return [percent](TruthRun& run, int duration) {
     const std::string share = std::to_string(percent / 500.0);
     for (const char* fault :
@@ -132,7 +132,7 @@ void LetTheOvensClimb(TruthRun& run) {
 
 // The machine is switched off for so many sets. Where it comes up between two sampling instants
 // is a matter of chance.
-Deed OffFor(int sets) {
+Action OffFor(int sets) {
   return [sets](TruthRun& run, int times) {
     LetTheOvensClimb(run);
     for (int time = 0; time < times; ++time) {
@@ -147,7 +147,7 @@ Deed OffFor(int sets) {
 }
 
 // The machine sleeps for so many sets with the program in it.
-Deed AsleepFor(int sets) {
+Action AsleepFor(int sets) {
   return [sets](TruthRun& run, int times) {
     LetTheOvensClimb(run);
     for (int time = 0; time < times; ++time) {

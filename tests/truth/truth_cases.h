@@ -11,8 +11,8 @@ namespace tavrel {
 // One bad day: what is done, for how long, and on what kind of bench.
 struct TruthCase {
   const char* name;
-  // Carries it out; `amount` is kShort or kLong, in the deed's own unit.
-  std::function<void(TruthRun&, int amount)> deed;
+  // Carries it out; `amount` is kShort or kLong, in the action's own unit.
+  std::function<void(TruthRun&, int amount)> action;
   int short_amount;  // 0: only in a long run
   int long_amount;
   Bench bench;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <utility>
 
 namespace tavrel {
@@ -16,7 +17,9 @@ using std::chrono::seconds;
 
 constexpr int kHeader = 1000;  // bytes
 constexpr int kControllers = 4;
-constexpr double kClimb = 280;   // degrees that an oven has before it before it is hot
+constexpr double kClimb = 280;         // degrees that an oven has before it before it is hot
+constexpr double kSlowestRamp = 0.02;  // degrees per second; a controller counts in 0.01
+constexpr double kClimbOfSet = 0.6;    // degrees, twenty times the noise
 constexpr int kMostSets = 300;   // that a case takes, but for those that sleep or have a backlog
 constexpr int kFirstRows = 4;    // rows before a case begins
 constexpr int kProofOfLife = 2;  // rows that have to come after all
@@ -145,7 +148,27 @@ void TruthRun::LayForeignDevice() {
   }
 }
 
-// All ovens climb all the time, so that no two sets are alike.
+// All ovens climb all the time, so that no two sets are alike. Where a case takes so many sets that
+// they would have to climb more slowly than a controller can, the sensors climb by themselves.
+std::vector<std::string> TruthRun::ClimbOptions(int instruments) const {
+  const double sets = bench_.backlog + bench_.slept_sets + kMostSets;
+  const double rate = std::min(1.0, kClimb / sets) / bench_.interval;
+  std::vector<std::string> options;
+  for (int inet = 1; inet <= instruments; ++inet) {
+    const std::string number = std::to_string(inet);
+    if (rate < kSlowestRamp) {
+      options.insert(options.end(),
+                     {"--climb", number + "=" + std::to_string(kClimbOfSet / bench_.interval)});
+      continue;
+    }
+    for (int oven = 1; oven <= kControllers; ++oven) {
+      options.insert(options.end(), {"--oven", number + "." + std::to_string(oven) +
+                                                   "=ramp:450:" + std::to_string(rate)});
+    }
+  }
+  return options;
+}
+
 std::vector<std::string> TruthRun::InstrumentOptions() const {
   const int instruments = InstrumentsOf(slots_);
   std::vector<std::string> options = {"--mode",
@@ -161,14 +184,8 @@ std::vector<std::string> TruthRun::InstrumentOptions() const {
                                       "--fast",
                                       "1,2,3,4,5,6",
                                       "--warm"};
-  const double sets = bench_.backlog + bench_.slept_sets + kMostSets;
-  const std::string rate = std::to_string(std::min(1.0, kClimb / sets) / bench_.interval);
-  for (int inet = 1; inet <= instruments; ++inet) {
-    for (int oven = 1; oven <= kControllers; ++oven) {
-      options.insert(options.end(), {"--oven", std::to_string(inet) + "." + std::to_string(oven) +
-                                                   "=ramp:450:" + rate});
-    }
-  }
+  const auto climb = ClimbOptions(instruments);
+  options.insert(options.end(), climb.begin(), climb.end());
   for (const RecordedSlot& slot : slots_) {
     for (const int input : slot.inputs) {
       options.insert(options.end(),
@@ -185,6 +202,14 @@ std::string TruthRun::Samples(const RecordedSlot& slot) const {
   std::ifstream file(program_.Directory() + "/tavdat/" + slot.file, std::ios::binary);
   file.seekg(kHeader);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// As tavrel-file reckons it.
+LedgerFigures TruthRun::Ledger(const RecordedSlot& slot) const {
+  const std::string file = program_.Read("tavdat/" + slot.file);
+  const std::string text = program_.Read("tavdat/journal/" + slot.file);
+  const JournalReading journal = ReadJournal(text);
+  return LedgerOf(journal, CheckRecording(std::as_bytes(std::span(file)), journal).Rows);
 }
 
 int TruthRun::Rows(const RecordedSlot& slot) const {
@@ -244,7 +269,7 @@ void TruthRun::GoOnUntilCaughtUp() {
   }
 }
 
-bool TruthRun::End(Findings& findings) {
+bool TruthRun::End(Findings& findings, LedgerVerdict& ledgers) {
   GoOnUntilCaughtUp();
   const std::vector<int> rows = RowsOfAll();
   if (problem_.empty() && !WaitUntil([&] { return HasGrown(rows, kProofOfLife); }, kStallLimit)) {
@@ -257,7 +282,9 @@ bool TruthRun::End(Findings& findings) {
   const LineTruth truth = Truth();
   const Told told = ReadTold(program_.ShownTexts());
   for (const RecordedSlot& slot : slots_) {
-    findings.Add(Compare(truth, slot, Samples(slot), told));
+    const Findings found = Compare(truth, slot, Samples(slot), told);
+    findings.Add(found);
+    ledgers.Add(CompareLedger(slot, Ledger(slot), found, MadeSets(truth, slot), told));
   }
   return problem_.empty();
 }

@@ -10,6 +10,7 @@
 #include "tests/e2e/installed_program.h"
 #include "tests/truth/comparison.h"
 #include "tests/truth/foreign_device.h"
+#include "tests/truth/ledger_verdict.h"
 
 namespace tavrel {
 
@@ -61,7 +62,7 @@ class TruthRun {
 
   // Drains what the instruments hold, ends the program as its close box does, and compares.
   // False with Problem() if the recording does not catch up or the program does not end.
-  [[nodiscard]] bool End(Findings& findings);
+  [[nodiscard]] bool End(Findings& findings, LedgerVerdict& ledgers);
 
   // What a case may do.
   void Tell(const std::string& command);  // to the instruments
@@ -104,8 +105,10 @@ class TruthRun {
  private:
   [[nodiscard]] bool MountData();
   void LayForeignDevice();
+  [[nodiscard]] std::vector<std::string> ClimbOptions(int instruments) const;
   [[nodiscard]] std::vector<std::string> InstrumentOptions() const;
   [[nodiscard]] std::string Samples(const RecordedSlot& slot) const;
+  [[nodiscard]] LedgerFigures Ledger(const RecordedSlot& slot) const;
   [[nodiscard]] int Rows(const RecordedSlot& slot) const;
   [[nodiscard]] std::vector<int> RowsOfAll() const;
   [[nodiscard]] bool HasGrown(const std::vector<int>& before, int by) const;

@@ -8,7 +8,7 @@
 
 #include "setup/forms/tav_chann.h"
 #include "tests/support/wait_until.h"
-#include "tests/wire/channel_room.h"
+#include "tests/wire/channel_fixture.h"
 
 namespace tavrel {
 namespace {
@@ -19,9 +19,9 @@ const std::vector<std::string> kDrifted = {"--instruments", "2",   "--line-speed
 
 // The form of the channels on an instrument whose amplifiers have drifted. A second goes by with
 // each tick of its timer.
-class Calibration : public testing::TestWithParam<bool>, public ChannelRoom {
+class Calibration : public testing::TestWithParam<bool>, public ChannelFixture {
  protected:
-  Calibration() : ChannelRoom(GetParam(), kDrifted) {}
+  Calibration() : ChannelFixture(GetParam(), kDrifted) {}
   void SetUp() override { Connect(); }
 
   void OpenForm() {

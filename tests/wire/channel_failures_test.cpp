@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "setup/adjustment_journal.h"
-#include "tests/wire/channel_room.h"
+#include "tests/wire/channel_fixture.h"
 
 namespace tavrel {
 namespace {
@@ -22,12 +22,12 @@ struct Failing {
 };
 
 // Rows 2 and 15, linear, from 0 to 4000 steps; or the reference sensor.
-class FailingRun : public testing::TestWithParam<Failing>, public ChannelRoom {
+class FailingRun : public testing::TestWithParam<Failing>, public ChannelFixture {
  protected:
   static constexpr int kLow = 2;
   static constexpr int kHigh = 15;
 
-  FailingRun() : ChannelRoom(GetParam().is_plugin) {}
+  FailingRun() : ChannelFixture(GetParam().is_plugin) {}
   void SetUp() override {
     Connect();
     fault = GetParam().fault;

@@ -2,7 +2,7 @@
 
 #include "base/number.h"
 #include "setup/adjustment_journal.h"
-#include "tests/wire/channel_room.h"
+#include "tests/wire/channel_fixture.h"
 
 namespace tavrel {
 namespace {
@@ -12,9 +12,9 @@ using testing::IsEmpty;
 using Telegrams = std::vector<std::string>;
 
 // What TavChann sends to instrument 2 in each of its states, in the words of the wire.
-class ChannelSteps : public testing::TestWithParam<bool>, public ChannelRoom {
+class ChannelSteps : public testing::TestWithParam<bool>, public ChannelFixture {
  protected:
-  ChannelSteps() : ChannelRoom(GetParam()) {}
+  ChannelSteps() : ChannelFixture(GetParam()) {}
   void SetUp() override { Connect(); }
 
   // The telegrams that the next step sends, as far as `count` of them.

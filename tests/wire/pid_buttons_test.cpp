@@ -1,4 +1,4 @@
-#include "tests/wire/button_room.h"
+#include "tests/wire/button_fixture.h"
 #include "work/pid_parameters.h"
 
 namespace tavrel {

@@ -1,6 +1,6 @@
 #include <array>
 
-#include "tests/wire/button_room.h"
+#include "tests/wire/button_fixture.h"
 
 namespace tavrel {
 namespace {

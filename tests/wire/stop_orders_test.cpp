@@ -1,6 +1,6 @@
 #include "files/stop_orders.h"
 #include "tests/support/control_bench.h"
-#include "tests/wire/button_room.h"
+#include "tests/wire/button_fixture.h"
 
 namespace tavrel {
 namespace {

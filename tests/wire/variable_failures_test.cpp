@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "setup/variable_file.h"
-#include "tests/wire/channel_room.h"
+#include "tests/wire/channel_fixture.h"
 
 namespace tavrel {
 namespace {
@@ -26,9 +26,9 @@ std::size_t GroupOf(int place) {
   return static_cast<std::size_t>(place / kRegistersPerLetter);
 }
 
-class FailingTransfer : public ChannelRoom {
+class FailingTransfer : public ChannelFixture {
  protected:
-  explicit FailingTransfer(bool plugin) : ChannelRoom(plugin) {}
+  explicit FailingTransfer(bool plugin) : ChannelFixture(plugin) {}
 
   void Prepare() {
     Connect();

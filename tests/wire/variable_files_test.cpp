@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "setup/variable_file.h"
-#include "tests/wire/channel_room.h"
+#include "tests/wire/channel_fixture.h"
 
 namespace tavrel {
 namespace {
@@ -9,9 +9,9 @@ namespace {
 using testing::HasSubstr;
 
 // Variable files with virtual instruments 1 and 2 on the line.
-class VariablesOnTheWire : public testing::TestWithParam<bool>, public ChannelRoom {
+class VariablesOnTheWire : public testing::TestWithParam<bool>, public ChannelFixture {
  protected:
-  VariablesOnTheWire() : ChannelRoom(GetParam()) {}
+  VariablesOnTheWire() : ChannelFixture(GetParam()) {}
   void SetUp() override {
     Connect();
     Choose("OVEN.VAR");

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "tests/support/control_bench.h"
-#include "tests/wire/button_room.h"
+#include "tests/wire/button_fixture.h"
 #include "work/controller_settings.h"
 
 namespace tavrel {

@@ -285,7 +285,7 @@ TEST_F(Editor, StaysOpenIfTheCheckFailsOnLeaving) {
   EXPECT_TRUE(editor.IsOpen());
 }
 
-TEST_F(Editor, EndsEachDeedAtARefusedValue) {
+TEST_F(Editor, EndsEachActionAtARefusedValue) {
   TypeStep(1);
   Type(1, kTimeColumn, "99999");
   editor.cmdSave_Click();

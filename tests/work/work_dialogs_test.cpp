@@ -2,7 +2,7 @@
 
 #include "files/held_set.h"
 #include "state/curve_colours.h"
-#include "tests/files/recording_room.h"
+#include "tests/files/recording_fixture.h"
 #include "tests/support/work_bench.h"
 
 namespace tavrel {
@@ -13,12 +13,12 @@ using Texts = std::vector<std::string>;
 class RecordingDialog : public testing::Test, public WorkBench {
  protected:
   // What the user does in the face of a new file, or of the settings.
-  void NewFile(const std::function<void()>& deeds) {
-    dialog[View::kTavRec] = deeds;
+  void NewFile(const std::function<void()>& actions) {
+    dialog[View::kTavRec] = actions;
     recording.RunNewFile();
   }
-  void Settings(const std::function<void()>& deeds) {
-    dialog[View::kTavRec] = deeds;
+  void Settings(const std::function<void()>& actions) {
+    dialog[View::kTavRec] = actions;
     recording.RunSettings();
   }
   void Type(const std::string& text) {
@@ -304,19 +304,19 @@ TEST_F(RecordingDialog, RefusesMoreThanTheFileHoldsAndMoreThanFiveHundredHours) 
 // Whole minutes may be a little more than the file holds.
 TEST_F(RecordingDialog, HoldsTheLimitToWhatTheFileHolds) {
   for (int channels = 1; channels <= kInputs; ++channels) {
-    WorkBench room;
-    room.header = BenchProgram::Header(WorkBench::kInet, 3, channels, false);
-    room.header.UnitInterval = 1;
-    room.StartProgram();
+    WorkBench fixture;
+    fixture.header = BenchProgram::Header(WorkBench::kInet, 3, channels, false);
+    fixture.header.UnitInterval = 1;
+    fixture.StartProgram();
     const int most = 32000 / channels;
     const double longest = most * 10 / 3600.0;  // hours
-    room.dialog[View::kTavRec] = [&room, longest] {
-      room.recording.Txt_Stop_Change(std::to_string(longest - 1e-5));
-      room.recording.CmdOK_Click();
+    fixture.dialog[View::kTavRec] = [&fixture, longest] {
+      fixture.recording.Txt_Stop_Change(std::to_string(longest - 1e-5));
+      fixture.recording.CmdOK_Click();
     };
-    room.recording.RunSettings();
-    EXPECT_LE(room.bench.state.SampleLimit[1], most) << channels;
-    EXPECT_GE(room.bench.state.SampleLimit[1], most - 3) << channels;
+    fixture.recording.RunSettings();
+    EXPECT_LE(fixture.bench.state.SampleLimit[1], most) << channels;
+    EXPECT_GE(fixture.bench.state.SampleLimit[1], most - 3) << channels;
   }
 }
 
@@ -328,12 +328,12 @@ class CoordinatesDialog : public testing::Test, public WorkBench {
     header.UnitXmax = 100;
     header.UnitMarks = 3;
   }
-  void Run(const std::function<void()>& deeds) {
+  void Run(const std::function<void()>& actions) {
     bench.state.SlotDirty[1] = false;
     bench.state.OverPrepared = true;
     bench.state.PartPrepared = true;
     Forget();
-    dialog[View::kTavCoord] = deeds;
+    dialog[View::kTavCoord] = actions;
     coordinates.Run();
   }
 };

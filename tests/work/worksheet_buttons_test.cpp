@@ -250,17 +250,17 @@ TEST_F(WorksheetRamp, MakesAnOlderOrderToSwitchOffVoidEvenIfItIsNotComplete) {
 
 TEST_F(WorksheetButtons, TellThatASwitchWasNotAcknowledged) {
   for (const int index : {0, 2}) {
-    WorkBench room;
-    room.StartAndOpen();
-    room.Register('Z', 3) = index == 0 ? 0 : 2;
-    room.Refresh();
-    const CtrlButton before = room.Shown().CtrlDown;
-    room.Forget();
-    room.fail_at = 1;
-    room.worksheet.cmd_Ctrl_Click(index);
-    EXPECT_EQ(room.BoxTexts(), Telegrams{"check|Tavrel connected ?"}) << index;
-    EXPECT_EQ(room.Shown().CtrlDown, before) << index;
-    EXPECT_EQ(room.bench.state.TickRefresh.At, 0) << "the state is looked at again at once";
+    WorkBench fixture;
+    fixture.StartAndOpen();
+    fixture.Register('Z', 3) = index == 0 ? 0 : 2;
+    fixture.Refresh();
+    const CtrlButton before = fixture.Shown().CtrlDown;
+    fixture.Forget();
+    fixture.fail_at = 1;
+    fixture.worksheet.cmd_Ctrl_Click(index);
+    EXPECT_EQ(fixture.BoxTexts(), Telegrams{"check|Tavrel connected ?"}) << index;
+    EXPECT_EQ(fixture.Shown().CtrlDown, before) << index;
+    EXPECT_EQ(fixture.bench.state.TickRefresh.At, 0) << "the state is looked at again at once";
   }
 }
 

@@ -208,7 +208,7 @@ TEST_F(TheWorksheet, ShowsTheStateOfTheRecordingAndItsEnd) {
 TEST_F(TheWorksheet, SaysWhetherTheRecordingIsComplete) {
   header.UnitRecOn = 1;
   StartAndOpen({71, 72, 71, 72, 81, 82});
-  EXPECT_EQ(Shown().LedgerText, "2 sets, 3 rows older than the journal");
+  EXPECT_EQ(Shown().LedgerText, "2 sets, 3 rows without a journal");
   bench.files.Journals().Note(1, "lost",
                               {{"before", 3},
                                {"sets", 2},
@@ -229,7 +229,7 @@ TEST_F(TheWorksheet, ReadsTheJournalOfARecordingThatIsOff) {
   bench.files.CloseRecordingFile(1);
   bench.files.OpenRecordingFile(1);
   OpenSheet();
-  EXPECT_EQ(Shown().LedgerText, "2 sets, 3 rows older than the journal");
+  EXPECT_EQ(Shown().LedgerText, "2 sets, 3 rows without a journal");
 }
 
 TEST_F(TheWorksheet, SaysNothingOfAFileThatHasNoJournal) {
@@ -314,14 +314,14 @@ TEST_F(TheWorksheet, KeepsTheSecondsOfRowsThatAreInTheFile) {
 // 3600 of either unit are the most that a header tells.
 TEST_F(TheWorksheet, GoesOverToTheOtherUnitUpToItsLargestCount) {
   for (const int tens : {359, 360, 361}) {
-    WorkBench room;
-    room.header.UnitInterval = static_cast<std::int16_t>(tens);
-    room.StartProgram({1, 2, 1, 2});
-    room.Register('T', 0) = 1;
-    room.OpenSheet();
-    EXPECT_EQ(room.Unit().UnitFast, tens <= 360 ? 1 : 0) << tens;
-    EXPECT_EQ(room.Unit().UnitInterval, tens <= 360 ? 10 * tens : tens);
-    EXPECT_EQ(room.bench.state.RecInterval[1], 10 * tens);
+    WorkBench fixture;
+    fixture.header.UnitInterval = static_cast<std::int16_t>(tens);
+    fixture.StartProgram({1, 2, 1, 2});
+    fixture.Register('T', 0) = 1;
+    fixture.OpenSheet();
+    EXPECT_EQ(fixture.Unit().UnitFast, tens <= 360 ? 1 : 0) << tens;
+    EXPECT_EQ(fixture.Unit().UnitInterval, tens <= 360 ? 10 * tens : tens);
+    EXPECT_EQ(fixture.bench.state.RecInterval[1], 10 * tens);
   }
 }
 

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "dialogs/file_tips.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -38,6 +39,7 @@ void AllCopy::MakeLists() {
 void AllCopy::MakeFoot() {
   no_files_ = new QLabel(this);
   no_files_->setObjectName("noFiles");
+  SpeakReading(*no_files_, "no. of files");
   progress_ = new QProgressBar(this);
   progress_->setObjectName("PbCopy");
   progress_->setAccessibleName("copying");
@@ -58,6 +60,7 @@ void AllCopy::Arrange() {
   foot->addWidget(progress_, 1);
   foot->addStretch(1);
   foot->addWidget(cmd_copy_);
+  foot->addWidget(MakeCancel());
   QVBoxLayout* column = MakeColumn(kListMargin);
   column->setSpacing(kGap);
   column->addLayout(head);

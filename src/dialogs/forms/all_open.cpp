@@ -10,6 +10,7 @@
 #include <chrono>
 
 #include "dialogs/file_tips.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -69,7 +70,7 @@ void AllOpen::MakePath() {
     open_file_.cmdNew_Click([this] { UpdateWidgets(); });
     grid_->FocusRows();
   });
-  cmd_new_->setAccessibleName("list the files of this directory");
+  cmd_new_->setAccessibleName("OK, list the files of this directory");
   auto* column = new QVBoxLayout(fr_path_);
   column->setSpacing(kGap);
   column->addWidget(directories_, 1);
@@ -79,12 +80,15 @@ void AllOpen::MakePath() {
 void AllOpen::MakeCommands() {
   no_files_ = new QLabel(this);
   no_files_->setObjectName("noFiles");
+  SpeakReading(*no_files_, "no. of files");
   progress_ = new QProgressBar(this);
   progress_->setObjectName("PbIndex");
   progress_->setAccessibleName("reading the directory");
   progress_->setTextVisible(false);
   progress_->hide();
   cmd_copy_ = MakeButton("cmdCopy", "Copy ...", [this] { open_file_.cmdCopy_Click(); });
+  cmd_verify_ = MakeButton("cmdVerify", "Verify",
+                           [this] { open_file_.cmdVerify_Click([this] { UpdateWidgets(); }); });
   cmd_open_ = MakeButton("cmdOpen", "Open", [this] { open_file_.cmdOpen_Click(); });
   cmd_back_ = MakeButton("cmdBack", "Cancel", [this] { open_file_.cmdBack_Click(); });
 }
@@ -95,6 +99,7 @@ void AllOpen::Arrange() {
   count->addWidget(no_files_);
   count->addWidget(progress_, 1);
   count->addStretch(1);
+  count->addWidget(cmd_verify_);
   count->addWidget(cmd_copy_);
   auto* files = new QVBoxLayout;
   files->setSpacing(kGap);
@@ -130,7 +135,21 @@ void AllOpen::UpdateWidgets() {
   progress_->setVisible(now.Progress != kNoProgress);
   progress_->setValue(now.Progress);
   cmd_copy_->setEnabled(now.cmdCopyEnabled);
+  cmd_verify_->setEnabled(now.cmdVerifyEnabled);
+  ShowVerifying(now.IsVerifying);
+  cmd_open_->setEnabled(!now.IsVerifying);
+  cmd_new_->setEnabled(!now.IsVerifying);
+  directories_->setEnabled(!now.IsVerifying);
   ShowTips(kOpenFileTips, now.TipLanguage);
+}
+
+// The caption comes back with the letter that it was given.
+void AllOpen::ShowVerifying(bool is_verifying) {
+  if (is_verifying == verify_caption_.isEmpty()) {
+    const QString caption = cmd_verify_->text();
+    cmd_verify_->setText(is_verifying ? "Stop" : verify_caption_);
+    verify_caption_ = is_verifying ? caption : QString();
+  }
 }
 
 void AllOpen::showEvent(QShowEvent* event) {

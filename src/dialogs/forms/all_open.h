@@ -34,6 +34,7 @@ class AllOpen : public ModalForm {
   void MakeCommands();
   void Arrange();
   void FollowFocus();
+  void ShowVerifying(bool is_verifying);
 
   OpenFile& open_file_;
   FileGrid* grid_ = nullptr;
@@ -43,6 +44,8 @@ class AllOpen : public ModalForm {
   QProgressBar* progress_ = nullptr;
   QPushButton* cmd_new_ = nullptr;
   QPushButton* cmd_copy_ = nullptr;
+  QPushButton* cmd_verify_ = nullptr;
+  QString verify_caption_;  // while files are verified
   QPushButton* cmd_back_ = nullptr;
   QPushButton* cmd_open_ = nullptr;
   QTimer first_display_;

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "widgets/modal_form.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -64,7 +65,7 @@ DirectoryView::DirectoryView(DirectoryLists& lists, QWidget* parent)
     : QWidget(parent), lists_(lists) {
   drv_list_ = new DriveList(this);
   drv_list_->setObjectName("DrvList");
-  drv_list_->setAccessibleName("drives");
+  NameList(*drv_list_, "drives");
   drv_list_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   dir_list_ = new DirectoryTree(this);
   auto* column = new QVBoxLayout(this);

@@ -12,6 +12,7 @@
 #include "base/number.h"
 #include "base/units.h"
 #include "widgets/modal_form.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -25,8 +26,10 @@ struct Detail {
   const char* Longest = nullptr;
 };
 
+// The verdict comes with the first file that was verified, and gives way last.
 constexpr std::array<Detail, kDetailColumns> kDetails = {
-    {{"headDate", {"date", "Datum"}, IndexColumn::kDate, 'D', "0000-00-00  00:00"},
+    {{"headVerdict", {"verdict", "Befund"}, IndexColumn::kDate, 0, "nicht gedeckt"},
+     {"headDate", {"date", "Datum"}, IndexColumn::kDate, 'D', "0000-00-00  00:00"},
      {"headDuration", {"duration", "Dauer"}, IndexColumn::kDuration, 'L', "00000.0 min"},
      {"headInstrument", {"instrument", "Gerät"}, IndexColumn::kInstrument, 'I', "Tavrel-0"}}};
 
@@ -48,7 +51,18 @@ std::string DurationText(std::int64_t seconds) {
                                 : FormatMask(time / kSecondsPerHour, "####0.0") + " h";
 }
 
-std::string CellOf(const IndexRow& row, int column) {
+constexpr std::array<BothLanguages, 6> kVerdicts = {{{"", ""},
+                                                     {"intact", "unversehrt"},
+                                                     {"not covered", "nicht gedeckt"},
+                                                     {"damaged", "beschädigt"},
+                                                     {"no recording", "keine Aufz."},
+                                                     {"unreadable", "unlesbar"}}};
+
+std::string VerdictText(const IndexRow& row, Language language) {
+  return std::string(kVerdicts.at(static_cast<std::size_t>(row.Proof.Verdict)).In(language));
+}
+
+std::string CellOf(const IndexRow& row, int column, Language language) {
   switch (column) {
     case 0:
       return row.Name;
@@ -58,14 +72,24 @@ std::string CellOf(const IndexRow& row, int column) {
       return DateText(row.Details.Date);
     case 3:
       return DurationText(row.Details.Seconds);
-    default:
+    case 4:
       return row.Details.Instrument == 0 ? "" : "Tavrel-" + std::to_string(row.Details.Instrument);
+    default:
+      return VerdictText(row, language);
   }
 }
 
+constexpr const char* kNameHead = "filename";
+constexpr const char* kContentsHead = "contents";
 constexpr double kNameShare = 0.28;
 constexpr int kColumns = 2 + static_cast<int>(kDetailColumns);
 constexpr int kNameColumn = 0;
+constexpr int kVerdictColumn = kColumns - 1;
+
+// The detail at that place, from the left. The verdict stands before the others.
+constexpr int ColumnOfDetail(std::size_t place) {
+  return place == 0 ? kVerdictColumn : 1 + static_cast<int>(place);
+}
 constexpr int kRowPadding = 6;
 constexpr int kShownRows = 18;
 constexpr int kFewestRows = 5;                 // on a small screen
@@ -101,8 +125,15 @@ class CellText : public QStyledItemDelegate {
 
 }  // namespace
 
-FileRows::FileRows(const std::vector<IndexRow>& rows, QObject* parent)
-    : QAbstractTableModel(parent), rows_(rows) {}
+FileRows::FileRows(const std::vector<IndexRow>& rows, Language language, QStringList heads,
+                   QObject* parent)
+    : QAbstractTableModel(parent), rows_(rows), language_(language), heads_(std::move(heads)) {}
+
+void FileRows::TakeProofs() {
+  if (count_ > 0) {
+    emit dataChanged(index(0, kVerdictColumn), index(count_ - 1, kVerdictColumn));
+  }
+}
 
 void FileRows::TakeRows() {
   beginResetModel();
@@ -120,17 +151,32 @@ int FileRows::columnCount(const QModelIndex& parent) const {
 
 QVariant FileRows::data(const QModelIndex& index, int role) const {
   const IndexRow* row = index.isValid() ? ElementAt(rows_, index.row()) : nullptr;
-  const bool is_text = role == Qt::DisplayRole && row != nullptr;
-  return is_text ? QVariant(QtText(CellOf(*row, index.column()))) : QVariant();
+  if (row == nullptr) {
+    return {};
+  }
+  if (role == Qt::ToolTipRole) {
+    return QtText(row->Proof.Findings);
+  }
+  if (role == Qt::AccessibleTextRole) {
+    return SpokenCell(index);
+  }
+  return role == Qt::DisplayRole ? QVariant(QtText(CellOf(*row, index.column(), language_)))
+                                 : QVariant();
+}
+
+// Not in sight: the heads that are seen sort the files.
+QVariant FileRows::headerData(int section, Qt::Orientation orientation, int role) const {
+  const bool is_head = orientation == Qt::Horizontal && role == Qt::DisplayRole;
+  return is_head && section < heads_.size() ? QVariant(heads_.at(section)) : QVariant();
 }
 
 FileGrid::FileGrid(const std::vector<IndexRow>& rows, Language language, QWidget* parent)
     : QFrame(parent) {
   setFrameShape(QFrame::StyledPanel);
-  cmd_file_ = new SortHead("cmdFile", "filename", this);
-  cmd_product_ = new SortHead("cmdProduct", "contents", this);
+  cmd_file_ = new SortHead("cmdFile", kNameHead, this);
+  cmd_product_ = new SortHead("cmdProduct", kContentsHead, this);
   MakeDetailHeads(language);
-  MakeView(rows);
+  MakeView(rows, language);
   ConnectView();
   setMinimumSize(FileGrid::sizeHint().width() / 2, HeightOf(kFewestRows));
   setTabOrder(f_grid_, cmd_file_);
@@ -146,8 +192,12 @@ void FileGrid::MakeDetailHeads(Language language) {
   for (std::size_t place = 0; place < kDetails.size(); ++place) {
     const Detail& detail = kDetails.at(place);
     auto* head = new SortHead(detail.Control, QtText(detail.Caption.In(language)), this);
-    connect(head, &SortHead::clicked, this,
-            [this, &detail] { emit DetailHeadPressed(detail.Column); });
+    if (detail.Letter != 0) {
+      connect(head, &SortHead::clicked, this,
+              [this, &detail] { emit DetailHeadPressed(detail.Column); });
+    } else {
+      head->setEnabled(false);  // nothing is sorted by it
+    }
     detail_heads_.at(place) = head;
   }
 }
@@ -155,7 +205,7 @@ void FileGrid::MakeDetailHeads(Language language) {
 // Each as wide as its head with its arrow and its longest text.
 std::array<int, kDetailColumns> FileGrid::DetailWidths() const {
   std::array<int, kDetailColumns> widths{};
-  for (std::size_t place = 0; place < kDetails.size(); ++place) {
+  for (std::size_t place = FirstDetail(); place < kDetails.size(); ++place) {
     const int text = fontMetrics().horizontalAdvance(kDetails.at(place).Longest);
     widths.at(place) =
         std::max(detail_heads_.at(place)->sizeHint().width(), text + 2 * SortHead::kIndent);
@@ -180,11 +230,17 @@ int FileGrid::NameWidth() const {
   return fontMetrics().horizontalAdvance(kWide) + 2 * SortHead::kIndent;
 }
 
-void FileGrid::MakeView(const std::vector<IndexRow>& rows) {
+void FileGrid::MakeView(const std::vector<IndexRow>& rows, Language language) {
+  QStringList heads(kColumns);
+  heads[0] = kNameHead;
+  heads[1] = kContentsHead;
+  for (std::size_t place = 0; place < kDetails.size(); ++place) {
+    heads[ColumnOfDetail(place)] = QtText(kDetails.at(place).Caption.In(language));
+  }
   f_grid_ = new QTableView(this);
   f_grid_->setObjectName("FGrid");
   f_grid_->setAccessibleName("files");
-  model_ = new FileRows(rows, f_grid_);
+  model_ = new FileRows(rows, language, heads, f_grid_);
   f_grid_->setModel(model_);
   f_grid_->setItemDelegate(new CellText(f_grid_));
   f_grid_->setFrameShape(QFrame::NoFrame);
@@ -197,6 +253,7 @@ void FileGrid::MakeView(const std::vector<IndexRow>& rows) {
   f_grid_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   f_grid_->horizontalHeader()->hide();
   f_grid_->horizontalHeader()->setMinimumSectionSize(1);
+  f_grid_->horizontalHeader()->moveSection(kVerdictColumn, ColumnOfDetail(1));
   f_grid_->verticalHeader()->hide();
   f_grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   f_grid_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
@@ -217,6 +274,7 @@ void FileGrid::UpdateWidgets(const OpenFileValues& now) {
   for (std::size_t place = 0; place < kDetails.size(); ++place) {
     detail_heads_.at(place)->ShowMark(MarkOf(now.SortKey, kDetails.at(place).Letter));
   }
+  ShowProofs(now);
   if (now.Revision == revision_) {
     return;
   }
@@ -225,6 +283,18 @@ void FileGrid::UpdateWidgets(const OpenFileValues& now) {
   model_->TakeRows();
   ShowSelection(now);
   is_showing_ = false;
+}
+
+void FileGrid::ShowProofs(const OpenFileValues& now) {
+  if (now.ProofRevision == proof_revision_) {
+    return;
+  }
+  proof_revision_ = now.ProofRevision;
+  model_->TakeProofs();
+  if (!has_verdicts_) {
+    has_verdicts_ = true;
+    PlaceColumns();
+  }
 }
 
 void FileGrid::ShowSelection(const OpenFileValues& now) {
@@ -248,13 +318,17 @@ void FileGrid::TellSelection() {
 
 void FileGrid::resizeEvent(QResizeEvent* event) {
   QFrame::resizeEvent(event);
+  PlaceColumns();
+}
+
+void FileGrid::PlaceColumns() {
   const QRect room = contentsRect();
   const int head = cmd_file_->sizeHint().height();
   const int scroll_bar = f_grid_->verticalScrollBar()->sizeHint().width();
   const std::array<int, kDetailColumns> details = DetailWidths();
   const int all = room.width() - scroll_bar;
   int width = all;
-  std::size_t shown = 0;
+  std::size_t shown = FirstDetail();
   while (shown < details.size() && width - details.at(shown) >= 3 * NameWidth() / 2) {
     width -= details.at(shown++);
   }
@@ -262,7 +336,7 @@ void FileGrid::resizeEvent(QResizeEvent* event) {
   const int share = static_cast<int>(std::lround(kNameShare * width));
   const int names = std::min(std::max(share, NameWidth()), width / 2);
   cmd_file_->setGeometry(room.left(), room.top(), names, head);
-  const int rest = shown > 0 ? width - names : room.width() - names;
+  const int rest = shown > FirstDetail() ? width - names : room.width() - names;
   cmd_product_->setGeometry(room.left() + names, room.top(), rest, head);
   PlaceDetails(room.left() + width, room.right() + 1, shown);
   f_grid_->setGeometry(room.adjusted(0, head, 0, 0));
@@ -276,13 +350,13 @@ void FileGrid::PlaceDetails(int left, int right, std::size_t shown) {
   const int head_height = cmd_file_->sizeHint().height();
   for (std::size_t place = 0; place < widths.size(); ++place) {
     SortHead* head = detail_heads_.at(place);
-    const bool is_shown = place < shown;
+    const bool is_shown = place >= FirstDetail() && place < shown;
     const bool is_last = place + 1 == shown;
     const int width = is_last ? right - left : widths.at(place);
     head->setVisible(is_shown);
     head->setGeometry(left, contentsRect().top(), width, head_height);
-    f_grid_->setColumnHidden(2 + static_cast<int>(place), !is_shown);
-    f_grid_->setColumnWidth(2 + static_cast<int>(place), widths.at(place));
+    f_grid_->setColumnHidden(ColumnOfDetail(place), !is_shown);
+    f_grid_->setColumnWidth(ColumnOfDetail(place), widths.at(place));
     left += width;
   }
 }

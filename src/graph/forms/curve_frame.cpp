@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QGridLayout>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <algorithm>
 
 #include "widgets/modal_form.h"
@@ -17,6 +19,7 @@ constexpr qreal kStripHeight = 1.8;  // of PicX, in heights of a line: label and
 constexpr qreal kStripWidth = 1.45;  // of PicY, in widths of its longest label
 constexpr const char* kLongestLabel = "-30000";
 constexpr int kPad = 6;
+constexpr qreal kBandPart = 0.19;  // of the strip's height: the length of its ticks
 
 // Black on white, whatever the desktop is like.
 QPalette OnWhite(QPalette palette) {
@@ -51,6 +54,7 @@ CurveFrame::CurveFrame(int view, QWidget* parent) : QWidget(parent), view_(view)
   view_x_ = MakeView("PicX", pic_x_);
   view_x_->setAccessibleName("X axis");
   view_x_->SetLeastSize({1, qRound(kStripHeight * fontMetrics().height())});
+  view_x_->installEventFilter(this);
   view_y_ = MakeView("PicY", pic_y_);
   view_y_->setAccessibleName("Y axis");
   view_y_->SetLeastSize({qRound(kStripWidth * fontMetrics().horizontalAdvance(kLongestLabel)), 1});
@@ -128,6 +132,27 @@ void CurveFrame::ShowPlaces(const GraphValues& now) {
   if (lb_xy_ != nullptr) {
     ShowMouseLabel(now);
   }
+}
+
+void CurveFrame::ShowBand(const std::vector<BandRun>& runs) {
+  const qreal height = kBandPart * view_x_->height();
+  std::vector<PlotView::EdgeBox> boxes;
+  for (const BandRun& run : runs) {
+    const Colour ink = BandColour(run.What);
+    boxes.push_back({run.First, run.Last, qRound(BandHeight(run.What) * height) * 1.0,
+                     QColor(ink.Red, ink.Green, ink.Blue)});
+  }
+  view_x_->ShowEdge(std::move(boxes));
+}
+
+bool CurveFrame::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != view_x_ || event->type() != QEvent::ToolTip || !tip_) {
+    return QWidget::eventFilter(watched, event);
+  }
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const int column = qRound(help->pos().x() * view_x_->devicePixelRatioF());
+  QToolTip::showText(help->globalPos(), QtText(tip_(column, BandColumns())), view_x_);
+  return true;
 }
 
 // Held inside the plot, so that it can be read at the edges too.

@@ -3,10 +3,15 @@
 
 #include <QLabel>
 #include <QWidget>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "graph/forms/plot_view.h"
 #include "graph/graph_state.h"
 #include "graph/graph_values.h"
+#include "graph/told_band.h"
 
 namespace tavrel {
 
@@ -33,11 +38,19 @@ class CurveFrame : public QWidget {
   // which has another scale.
   void ShowPlaces(const GraphValues& now);
 
+  // The band beneath the plot, along the upper edge of the X axis: it takes no room of its own.
+  // What its tip says is asked when the mouse rests on a column of it.
+  using BandTip = std::function<std::string(int column, int columns)>;
+  void ShowBand(const std::vector<BandRun>& runs);
+  void AskForTip(BandTip tip) { tip_ = std::move(tip); }
+  [[nodiscard]] int BandColumns() const { return view_x_->DotsNow().width(); }
+
  signals:
   void SizeChanged();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   [[nodiscard]] PlotView* MakeView(const char* name, PlotSurface& surface);
@@ -55,6 +68,7 @@ class CurveFrame : public QWidget {
   PlotView* view_y_ = nullptr;
   QLabel* lbl_axis_ = nullptr;
   QLabel* lb_xy_ = nullptr;
+  BandTip tip_;
 };
 
 }  // namespace tavrel

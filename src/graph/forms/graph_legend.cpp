@@ -10,6 +10,7 @@
 #include "graph/measure.h"
 #include "widgets/form_texts.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -22,6 +23,8 @@ constexpr int kSampleWidth = 44;
 constexpr const char* kLongName = "00  nnnnnnnnnnnnnnnn";
 constexpr const char* kLongValue = "-1000.00";
 constexpr int kBesideValue = 6;
+constexpr const char* kValues = "values at the cursor";
+constexpr const char* kNames = "names of the curves";
 constexpr qreal kArrowSize = 2;  // in heights of a line
 
 // A picture in the accent of the desktop.
@@ -30,6 +33,7 @@ class Arrow : public QWidget {
   explicit Arrow(QWidget* parent) : QWidget(parent) {
     setObjectName("Up_Arrow");
     setAccessibleName("select a curve above");
+    SpeakAs(*this, QAccessible::Graphic);
     const int side = qRound(kArrowSize * fontMetrics().height());
     setFixedSize(side, side);
     QSizePolicy keeps_its_place = sizePolicy();
@@ -44,11 +48,17 @@ class Arrow : public QWidget {
   }
 };
 
+// What a reader of the screen hears of a column of the legend.
+QString Spoken(const char* head, const QStringList& rows) {
+  return rows.isEmpty() ? QString(head) : QString("%1: %2").arg(head, rows.join("; "));
+}
+
 }  // namespace
 
 LegendValues::LegendValues(QWidget* parent) : QWidget(parent) {
   setObjectName("values");
-  setAccessibleName("values at the cursor");
+  setAccessibleName(kValues);
+  SpeakAs(*this, QAccessible::StaticText);
   QFont bold = font();
   bold.setBold(true);
   setFixedWidth(QFontMetrics(bold).horizontalAdvance(kLongValue) + 2 * kBesideValue);
@@ -66,7 +76,7 @@ void LegendValues::Show(const std::vector<LegendRow>& rows, int strong) {
   if (texts != texts_ || strong != strong_) {
     texts_ = texts;
     strong_ = strong;
-    setAccessibleDescription(spoken.join("; "));
+    setAccessibleName(Spoken(kValues, spoken));
     update();
   }
 }
@@ -102,7 +112,7 @@ GraphLegend::GraphLegend(QWidget* parent) : QWidget(parent) {
   view_color_->setAccessibleName("colours of the curves");
   view_prod_ = MakeView("PicProd", pic_prod_);
   view_prod_->setFixedSize(fontMetrics().horizontalAdvance(kLongName), height);
-  view_prod_->setAccessibleName("names of the curves");
+  view_prod_->setAccessibleName(kNames);
   view_prod_->installEventFilter(this);
   values_ = new LegendValues(this);
   values_->setFixedHeight(height);
@@ -144,6 +154,7 @@ void GraphLegend::ShowArrow(bool is_shown) {
 void GraphLegend::ShowRows(const GraphValues& now) {
   rows_ = now.Legend;
   values_->Show(now.Legend, now.StrongCurve);
+  SpeakNames();
   std::optional<QPair<qreal, qreal>> band;
   if (now.StrongCurve >= 0) {
     band = QPair<qreal, qreal>((now.StrongCurve + 0.5) / kDrawnLegendRows,
@@ -151,6 +162,17 @@ void GraphLegend::ShowRows(const GraphValues& now) {
   }
   view_color_->ShowBand(band);
   view_prod_->ShowBand(band);
+}
+
+void GraphLegend::SpeakNames() {
+  QStringList names;
+  for (const LegendRow& row : rows_) {
+    names << QtText(row.Name);
+  }
+  const QString spoken = Spoken(kNames, names);
+  if (view_prod_->accessibleName() != spoken) {
+    view_prod_->setAccessibleName(spoken);
+  }
 }
 
 // The whole name where it is cut.

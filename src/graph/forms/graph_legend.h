@@ -57,6 +57,7 @@ class GraphLegend : public QWidget {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void SpeakNames();
   [[nodiscard]] QString NameAt(qreal height) const;
 
   [[nodiscard]] PlotView* MakeView(const char* name, PlotSurface& surface);

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <utility>
 
+#include "widgets/spoken.h"
+
 namespace tavrel {
 namespace {
 
@@ -22,6 +24,7 @@ constexpr QColor kCrosshairEdge(0xFF, 0xFF, 0xFF, 0xB0);
 
 PlotView::PlotView(PlotSurface& surface, QWidget* parent) : QWidget(parent), surface_(surface) {
   setAttribute(Qt::WA_OpaquePaintEvent);
+  SpeakAs(*this, QAccessible::Chart);
   repaint_.setSingleShot(true);
   repaint_.setInterval(kRepaint);
   repaint_.callOnTimeout(this, [this] { UpdateChanges(); });
@@ -84,6 +87,11 @@ void PlotView::ShowBand(std::optional<QPair<qreal, qreal>> band) {
   }
 }
 
+void PlotView::ShowEdge(std::vector<EdgeBox> boxes) {
+  edge_ = std::move(boxes);
+  update();
+}
+
 void PlotView::UpdateCrosshair() {
   if (!crosshair_) {
     return;
@@ -100,6 +108,7 @@ void PlotView::paintEvent(QPaintEvent* event) {
     emit SizeChanged();
   }
   painter.drawImage(QPointF(0, 0), surface_.Seen());
+  DrawEdge(painter);
   DrawStroke(painter);
   DrawBand(painter);
   DrawCrosshair(painter);
@@ -114,6 +123,17 @@ void PlotView::DrawStroke(QPainter& painter) const {
       painter.drawPolyline(piece);
     }
   }
+}
+
+// Black stays black, so that no tick is lost.
+void PlotView::DrawEdge(QPainter& painter) const {
+  const qreal scale = surface_.DeviceScale();
+  painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+  for (const EdgeBox& box : edge_) {
+    painter.fillRect(QRectF(box.First / scale, 0, (box.Last + 1 - box.First) / scale, box.Height),
+                     box.Ink);
+  }
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 void PlotView::DrawBand(QPainter& painter) const {

@@ -44,6 +44,16 @@ class PlotView : public QWidget {
   void ShowBand(std::optional<QPair<qreal, qreal>> band);
   static void DrawBandOn(QPainter& painter, const QRectF& place);
 
+  // Boxes along the upper edge of the picture, beneath what is dark in it: columns of dots of the
+  // device, both of them, and a height in 1/96 inch.
+  struct EdgeBox {
+    int First = 0;
+    int Last = 0;
+    qreal Height = 0;
+    QColor Ink;
+  };
+  void ShowEdge(std::vector<EdgeBox> boxes);
+
   // Two lines across the whole view through a position, over the picture.
   void ShowCrosshair(std::optional<QPoint> position);
 
@@ -71,6 +81,7 @@ class PlotView : public QWidget {
   void UpdateChanges();
   void UpdateCrosshair();
   void DrawStroke(QPainter& painter) const;
+  void DrawEdge(QPainter& painter) const;
   void DrawBand(QPainter& painter) const;
   void DrawCrosshair(QPainter& painter) const;
 
@@ -79,6 +90,7 @@ class PlotView : public QWidget {
   QSize least_{1, 1};
   std::optional<QPoint> crosshair_;
   Stroke stroke_;
+  std::vector<EdgeBox> edge_;
   std::optional<QPair<qreal, qreal>> band_;
 };
 

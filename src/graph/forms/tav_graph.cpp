@@ -80,6 +80,7 @@ TavGraph::~TavGraph() {
 void TavGraph::ConnectPictures() {
   for (CurveFrame* frame : frames_) {
     connect(frame, &CurveFrame::SizeChanged, this, &TavGraph::FitSoon);
+    frame->AskForTip([this](int column, int columns) { return graph_.BandTipAt(column, columns); });
     PlotView* plot = &frame->Plot();
     connect(plot, &PlotView::Pressed, this, [this](QPointF at) {
       graph_.PicC_MouseDown(PointOf(at));
@@ -210,6 +211,7 @@ void TavGraph::UpdateWidgets() {
   legend_->ShowRows(now);
   if (graph_.MayResize()) {
     ShowStrong(now);
+    ShowBand(now);
   }
   QWidget* const before = focusWidget();
   ShowTools(now);
@@ -320,6 +322,17 @@ void TavGraph::ShowStrong(const GraphValues& now) {
   for (CurveFrame* frame : frames_) {
     const bool is_shown = frame == frames_[wanted.View];
     frame->Plot().ShowStroke(is_shown ? stroke : PlotView::Stroke());
+  }
+}
+
+void TavGraph::ShowBand(const GraphValues& now) {
+  const ViewFrame& view = graph_.State().Shown();
+  CurveFrame& frame = *frames_[graph_.State().ViewShown];
+  const BandSeen wanted{graph_.State().ViewShown, view.RecFirst, view.RecLast, frame.BandColumns(),
+                        now.BandChanges};
+  if (wanted != band_) {
+    band_ = wanted;
+    frame.ShowBand(graph_.Band(wanted.Columns));
   }
 }
 

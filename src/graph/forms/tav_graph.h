@@ -55,6 +55,17 @@ class TavGraph : public ModalForm {
     [[nodiscard]] bool operator==(const StrongView&) const = default;
   };
 
+  // What the band beneath the plot depends on.
+  struct BandSeen {
+    int View = kOverview;
+    int First = 0;
+    int Last = 0;
+    int Columns = 0;
+    int Changes = -1;
+
+    [[nodiscard]] bool operator==(const BandSeen&) const = default;
+  };
+
   void MakeMenu();
   [[nodiscard]] GlyphButton* MakeTool(const char* name, const char* spoken, Glyph glyph,
                                       Press press);
@@ -81,6 +92,7 @@ class TavGraph : public ModalForm {
   void ShowPrompts(const GraphValues& now);
   void ShowPressed();
   void ShowStrong(const GraphValues& now);
+  void ShowBand(const GraphValues& now);
   void ShowComment(const GraphValues& now);
 
   Graph& graph_;
@@ -111,6 +123,7 @@ class TavGraph : public ModalForm {
   QTimer timer_graph_;
   QTimer fit_;
   StrongView strong_;                    // of which the stroke is shown
+  BandSeen band_;                        // that is shown
   int focus_calls_ = 0;                  // of the graph, that have been followed
   bool axes_by_key_ = false;             // the axes were last touched by a key
   QPointer<QWidget> asleep_;             // had the keyboard until a drawing disabled it

@@ -14,6 +14,7 @@
 #include "state/unit_record.h"
 #include "widgets/form_room.h"
 #include "widgets/muted_label.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -112,6 +113,7 @@ void TavGraph::MakePrompts() {
   lbl_res_ = new QLabel(this);
   lbl_res_->setObjectName("lblRes");
   lbl_res_->setTextFormat(Qt::PlainText);
+  SpeakReading(*lbl_res_, "resolution");
 }
 
 void TavGraph::Arrange() {
@@ -191,7 +193,8 @@ QHBoxLayout* TavGraph::ArrangePrompts() {
   // would tell less.
   auto* line = new QHBoxLayout;
   line->setSpacing(kNarrowMargin);
-  const int prompt = QFontMetrics(lbl_instr_->font()).lineSpacing() + 2 * kPromptMargin;
+  const int text = QFontMetrics(lbl_instr_->font()).size(0, "X").height();
+  const int prompt = text + 2 * kPromptMargin;
   lbl_instr_->setFixedHeight(prompt);
   line->addStrut(std::max(txt_for_mark_->sizeHint().height(), prompt));
   auto* one_place = new QWidget(this);

@@ -11,6 +11,7 @@
 #include "main/start_up.h"
 #include "widgets/muted_label.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -42,6 +43,7 @@ QLabel* MakeName(QWidget* parent) {
 AllLoad::AllLoad() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {
   setObjectName("ALL_LOAD");
   setWindowTitle("TAVREL");
+  SpeakAs(*this, QAccessible::Window);
   setFixedSize(kWidth, kHeight);
   QLabel* kind = MakeLine("Measuring and Control System", 1.25, this);
   lb_release_ = new MutedLabel("", this);

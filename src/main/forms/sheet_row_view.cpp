@@ -6,6 +6,7 @@
 
 #include "base/tool_tips.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -25,6 +26,7 @@ class SelectMark : public QWidget {
     keeps_its_place.setRetainSizeWhenHidden(true);
     setSizePolicy(keeps_its_place);
     setFixedHeight(kSide);
+    SpeakAs(*this, QAccessible::Graphic);
     hide();
   }
 
@@ -176,6 +178,10 @@ void SheetRowView::ShowNumber(const SheetRow& now) {
     lb_tav_no_->setAccessibleDescription(now.sh_TavNo == kOrange ? "no answer" : "");
     lb_tav_no_->setAccessibleName(Called("tavrel") + ": " + Text(now.lb_TavNo));
   }
+  if (now.TavNoNote != shown_.TavNoNote) {
+    shown_.TavNoNote = now.TavNoNote;
+    ShowNumberTip();
+  }
   if (now.imgTavSel != shown_.imgTavSel) {
     shown_.imgTavSel = now.imgTavSel;
     img_tav_sel_->setVisible(now.imgTavSel);
@@ -203,8 +209,14 @@ void SheetRowView::ShowTips(Language language) {
   }
   rstat_.Tip = rstat_.Word->toolTip();
   cstat_.Tip = cstat_.Word->toolTip();
+  tav_no_tip_ = lb_tav_no_->toolTip();
   ShowTip(rstat_, shown_.RstatNote);
   ShowTip(cstat_, shown_.CstatNote);
+  ShowNumberTip();
+}
+
+void SheetRowView::ShowNumberTip() {
+  lb_tav_no_->setToolTip(shown_.TavNoNote.empty() ? tav_no_tip_ : Text(shown_.TavNoNote));
 }
 
 // What is wrong takes the place of what the cell is for.

@@ -50,6 +50,7 @@ class SheetRowView : public QWidget {
   void MakeName(const SheetColumns& columns);
   void MakeButton(const SheetColumns& columns);
   void ShowNumber(const SheetRow& now);
+  void ShowNumberTip();
   static void ShowTip(const StatusCell& cell, const std::string& note);
   void ShowLabel(QLabel* label, const char* head, std::string& shown, const std::string& now);
   [[nodiscard]] QString Called(const char* head) const;
@@ -61,6 +62,7 @@ class SheetRowView : public QWidget {
   QWidget* img_tav_sel_ = nullptr;
   ColourCell* sh_tav_no_ = nullptr;
   GlyphButton* lb_tav_no_ = nullptr;
+  QString tav_no_tip_;  // what the cell is for
   GuardedEdit* tx_des_ = nullptr;
   QLabel* lb_ref_ = nullptr;
   QLabel* lb_ctrl_ = nullptr;

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "main/key_table.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -64,7 +65,7 @@ QTableWidget* TavKeys::MakeTable(Language language) {
   for (const KeyEntry& entry : kKeyTable) {
     int column = 0;
     for (const BothLanguages* text : {&entry.Where, &entry.Keys, &entry.Does}) {
-      table->setItem(row, column++, new QTableWidgetItem(QtText(text->In(language))));
+      table->setItem(row, column++, new SpokenItem(QtText(text->In(language))));
     }
     ++row;
   }

@@ -16,6 +16,9 @@
 namespace tavrel {
 namespace {
 
+constexpr const char* kDirectory = "data directory";
+constexpr const char* kFont = "report font";
+
 constexpr int kControlCharacters = 46;  // the longest path and the longest item fit
 constexpr int kGapOfSections = 14;
 constexpr int kTextMargin = 4;  // texts begin where those of the lists do
@@ -66,8 +69,8 @@ void TavSett::Arrange() {
   AddLine(*grid, "interface", cbo_mode_);
   AddLine(*grid, "diagnostic", cbo_dia_);
   AddHeading(*grid, "Data and reports");
-  AddLine(*grid, "data directory", cmd_path_);
-  AddLine(*grid, "report font", cmd_font_);
+  AddLine(*grid, kDirectory, cmd_path_);
+  AddLine(*grid, kFont, cmd_font_);
   AddLine(*grid, "line width", cbo_width_);
   QVBoxLayout* column = MakeFixedColumn(kWideMargin);
   column->setContentsMargins(kWideMargin, kGapOfSections, kWideMargin, kWideMargin);
@@ -159,6 +162,12 @@ SelectingEdit* TavSett::MakeText(const char* name, TakeText take) {
   return edit;
 }
 
+// A button with what was chosen by it.
+void TavSett::ShowChoice(QPushButton& button, const char* what, std::string_view chosen) {
+  button.setText(QtCaption(chosen));
+  button.setAccessibleName(QString("%1: %2").arg(what, QtText(chosen)));
+}
+
 void TavSett::UpdateWidgets() {
   const SettingsControls& now = dialog_.Values();
   ShowPorts();
@@ -169,8 +178,8 @@ void TavSett::UpdateWidgets() {
   ShowIndex(*cbo_width_, now.CboWidth);
   ShowText(*txt_plant_, now.Txt_Plant);
   ShowText(*txt_lab_, now.Txt_Lab);
-  cmd_font_->setText(QtCaption(now.CmdFont));
-  cmd_path_->setText(QtCaption(now.cmdPath));
+  ShowChoice(*cmd_font_, kFont, now.CmdFont);
+  ShowChoice(*cmd_path_, kDirectory, now.cmdPath);
   ShowTipsAndDevice();
 }
 

@@ -37,6 +37,7 @@ class TavSett : public ModalForm {
   void MakePorts();
   void ShowPorts();
   [[nodiscard]] SelectingEdit* MakeText(const char* name, TakeText take);
+  static void ShowChoice(QPushButton& button, const char* what, std::string_view chosen);
   void ShowTipsAndDevice();
 
   SettingsDialog& dialog_;

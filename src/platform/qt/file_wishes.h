@@ -11,9 +11,9 @@ namespace tavrel {
 
 // The way in which a second start of the program hands a file to the copy that runs: a socket in
 // the user's runtime directory, one for each lock file, which this user alone may use. A wish is a
-// path from the root, ended by a zero byte, and is answered by one byte. Whoever sends anything
-// else, more than a path can be, or nothing for a while, is cut off; of those who come at the same
-// time only a few are let in. Nothing of this blocks the event loop.
+// path from the root, ended by a zero byte, and is answered by one byte. A program that sends
+// anything else, more than a path can be, or nothing for a while, is cut off; of those who come at
+// the same time only a few are let in. Nothing of this blocks the event loop.
 class FileWishes : public QObject {
   Q_OBJECT
  public:

@@ -28,7 +28,7 @@ class PlotSurface : public Surface {
   // which make 1/96 inch. Scale, pen and font stay.
   void Resize(QSize dots, qreal device_scale);
 
-  // Whoever keeps the picture makes a copy() of it: it changes in place.
+  // To keep the picture, make a copy() of it: it changes in place.
   [[nodiscard]] const QImage& Picture() const { return picture_; }
 
   // The picture with the inverting strokes, which lie over it and never become part of it: what

@@ -1,6 +1,7 @@
 #include "platform/qt/qt_dialogs.h"
 
 #include <QPushButton>
+#include <cstdio>
 
 #include "platform/qt/notice_box.h"
 #include "platform/qt/notices_window.h"
@@ -17,6 +18,15 @@ QtDialogs::~QtDialogs() {
   }
 }
 
+bool QtDialogs::IsAlone(const Notice& notice) const {
+  if (!events_.EndIsWanted()) {
+    return false;
+  }
+  static_cast<void>(
+      std::fprintf(stderr, "tavrel: %s: %s\n", notice.Title.c_str(), notice.Text.c_str()));
+  return true;
+}
+
 void QtDialogs::Message(const Notice& notice) {
   Ask(notice, QMessageBox::Ok, QMessageBox::NoButton);
 }
@@ -30,6 +40,9 @@ bool QtDialogs::AskRetry(const Notice& notice) {
 }
 
 bool QtDialogs::AskRetryOrExit(const Notice& notice) {
+  if (IsAlone(notice)) {
+    return false;
+  }
   const QtEvents::NormalPointer normal_pointer(events_);
   NoticeBox box(notice, QMessageBox::Retry, QMessageBox::Close, WindowInFront());
   box.button(QMessageBox::Close)->setText("Exit");
@@ -41,6 +54,9 @@ bool QtDialogs::AskYes(const Notice& notice) {
 }
 
 SaveAnswer QtDialogs::AskSave(const Notice& notice) {
+  if (IsAlone(notice)) {
+    return SaveAnswer::kStay;
+  }
   const QtEvents::NormalPointer normal_pointer(events_);
   NoticeBox box(notice, QMessageBox::Yes, QMessageBox::No, WindowInFront());
   box.addButton(QMessageBox::Cancel);
@@ -57,16 +73,22 @@ SaveAnswer QtDialogs::AskSave(const Notice& notice) {
 
 bool QtDialogs::Ask(const Notice& notice, QMessageBox::StandardButton yes,
                     QMessageBox::StandardButton no) {
+  if (IsAlone(notice)) {
+    return false;
+  }
   const QtEvents::NormalPointer normal_pointer(events_);
   return NoticeBox(notice, yes, no, WindowInFront()).exec() == yes;
 }
 
 // OK comes first, so that Enter and Escape leave the box.
-bool QtDialogs::Offer(const Notice& notice, const std::string& deed) {
+bool QtDialogs::Offer(const Notice& notice, const std::string& action) {
+  if (IsAlone(notice)) {
+    return false;
+  }
   const QtEvents::NormalPointer normal_pointer(events_);
   NoticeBox box(notice, QMessageBox::Ok, QMessageBox::NoButton, WindowInFront());
   const QAbstractButton* wanted =
-      box.addButton(QString::fromStdString(deed), QMessageBox::ActionRole);
+      box.addButton(QString::fromStdString(action), QMessageBox::ActionRole);
   box.exec();
   return box.clickedButton() == wanted;
 }

@@ -14,7 +14,9 @@ namespace tavrel {
 class NoticesWindow;
 
 // Boxes of the toolkit, on top of the window in front. Texts are shown as they are, without a
-// markup language.
+// markup language. While somebody outside wants the end of the program no box is opened: what it
+// would say goes to the standard error output, which the journal of the session keeps, and a
+// question is answered by what does no harm.
 class QtDialogs : public Dialogs {
  public:
   // `events` outlives this.
@@ -28,7 +30,7 @@ class QtDialogs : public Dialogs {
   [[nodiscard]] bool AskYes(const Notice& notice) override;
   [[nodiscard]] SaveAnswer AskSave(const Notice& notice) override;
 
-  [[nodiscard]] bool Offer(const Notice& notice, const std::string& deed) override;
+  [[nodiscard]] bool Offer(const Notice& notice, const std::string& action) override;
 
   // All announced notices stand in one window, until the user closes it.
   void Announce(const Notice& notice) override;
@@ -40,6 +42,9 @@ class QtDialogs : public Dialogs {
   [[nodiscard]] bool FontDialog(FontChoice& choice) override;
 
  private:
+  // Nobody is there to answer. `notice` has been told then.
+  [[nodiscard]] bool IsAlone(const Notice& notice) const;
+
   // Returns true if the user chose `yes`.
   bool Ask(const Notice& notice, QMessageBox::StandardButton yes, QMessageBox::StandardButton no);
 

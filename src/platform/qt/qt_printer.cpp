@@ -123,6 +123,14 @@ void Offer(QPrinter& printer, const std::string& name) {
   SetColours(printer, BeginsInColour(InksOf(printer)));
 }
 
+// `sheet` is as it lies, in points.
+void UsePaper(QPrinter& printer, QSize sheet) {
+  const bool is_wide = sheet.width() > sheet.height();
+  const QSize upright = is_wide ? sheet.transposed() : sheet;
+  printer.setPageSize(QPageSize(upright, {}, QPageSize::FuzzyMatch));
+  printer.setPageOrientation(is_wide ? QPageLayout::Landscape : QPageLayout::Portrait);
+}
+
 }  // namespace
 
 QtPrinter::QtPrinter(QtEvents& events) : QtPrinter(events, AskByDialog) {}
@@ -132,6 +140,11 @@ QtPrinter::QtPrinter(QtEvents& events, SetUp set_up)
 
 QtPrinter::~QtPrinter() {
   Forget();
+}
+
+void QtPrinter::RememberPaper(LastPaper last, KeepPaper keep) {
+  last_paper_ = std::move(last);
+  keep_paper_ = std::move(keep);
 }
 
 bool QtPrinter::IsPdf() const {
@@ -146,12 +159,15 @@ bool QtPrinter::Choose(PrintChoice& choice) {
   Offer(*printer_, choice.PrinterName);
   if (layout_) {
     printer_->setPageLayout(*layout_);
+  } else if (const auto sheet = last_paper_()) {
+    UsePaper(*printer_, *sheet);
   }
   if (!set_up_(*printer_)) {
     printer_.reset();
     return false;
   }
   layout_ = printer_->pageLayout();
+  keep_paper_(layout_->fullRectPoints().size());
   choice.Copies = std::max(printer_->copyCount(), 1);
   printer_->setCopyCount(1);
   const bool is_chosen = printer_->colorMode() == QPrinter::Color;

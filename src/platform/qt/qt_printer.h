@@ -22,7 +22,7 @@ inline constexpr const char* kPdfPrinter = "Print to File (PDF)";
 
 // The printers of the system, and PDF. On paper every page is a document of its own; the pages
 // of a PDF are one file, which comes into being when the job is over, whole or not at all. Size and
-// orientation of the paper are those of the last job, as long as the program runs.
+// orientation of the paper are those of the last job.
 class QtPrinter : public Printer {
  public:
   // Lets the user set up the printer; false: the user left.
@@ -32,6 +32,13 @@ class QtPrinter : public Printer {
   explicit QtPrinter(QtEvents& events);
   QtPrinter(QtEvents& events, SetUp set_up);
   ~QtPrinter() override;
+
+  // Where these are kept between the runs of the program, as the sheet lies, in points: `last`
+  // tells them, if there are any, `keep` takes those of each job. Without it they are forgotten at
+  // the end.
+  using LastPaper = std::function<std::optional<QSize>()>;
+  using KeepPaper = std::function<void(QSize)>;
+  void RememberPaper(LastPaper last, KeepPaper keep);
 
   [[nodiscard]] bool Choose(PrintChoice& choice) override;
   [[nodiscard]] Surface* BeginPage() override;
@@ -48,7 +55,9 @@ class QtPrinter : public Printer {
   QtEvents& events_;
   SetUp set_up_;
   std::unique_ptr<QPrinter> printer_;  // of the job that is on
-  std::optional<QPageLayout> layout_;  // size and orientation of the last job
+  std::optional<QPageLayout> layout_;  // size and orientation of the last job of this run
+  LastPaper last_paper_ = [] { return std::nullopt; };
+  KeepPaper keep_paper_ = [](QSize) {};
   QByteArray pdf_;
   std::unique_ptr<QBuffer> pdf_buffer_;
   std::unique_ptr<QPdfWriter> pdf_writer_;

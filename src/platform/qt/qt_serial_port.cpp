@@ -56,14 +56,12 @@ PortOpening QtSerialPort::Open(int number, std::string_view settings) {
   number_ = number;
   const auto wanted = ReadSerialSettings(settings);
   if (!wanted) {
-    return {QSerialPort::UnsupportedOperationError,
-            "The port cannot be set to \"" + std::string(settings) + "\"."};
+    return {QSerialPort::UnsupportedOperationError, BadSettingsAdvice(settings, language_())};
   }
   const std::string device = DeviceToOpen(before);
   if (device.empty()) {
-    return {QSerialPort::DeviceNotFoundError,
-            before ? StillGoneAdvice(number, *before)
-                   : "There is no port COM" + std::to_string(number) + "."};
+    return {QSerialPort::DeviceNotFoundError, before ? StillGoneAdvice(number, *before, language_())
+                                                     : NoPortAdvice(number, language_())};
   }
   // A change of parity fails on an open port, so everything is set before.
   Apply(*wanted);
@@ -121,7 +119,8 @@ PortOpening QtSerialPort::Reopen() {
 }
 
 PortOpening QtSerialPort::Gone() const {
-  return {QSerialPort::DeviceNotFoundError, GoneAdvice(number_, known_.value_or(KnownDevice{}))};
+  return {QSerialPort::DeviceNotFoundError,
+          GoneAdvice(number_, known_.value_or(KnownDevice{}), language_())};
 }
 
 PortOpening QtSerialPort::OpenAt(const std::string& device) {
@@ -151,7 +150,7 @@ PortOpening QtSerialPort::LockedByOthers(const std::string& device) const {
         lock.State == LockState::kFree ||
         (lock.State == LockState::kLeft && (RemovePortLock(file) || file != own));
     if (!is_out_of_the_way) {
-      return {QSerialPort::PermissionError, LockAdvice(number_, device, file, lock),
+      return {QSerialPort::PermissionError, LockAdvice(number_, device, file, lock, language_()),
               lock.State == LockState::kHeld};
     }
   }
@@ -165,7 +164,7 @@ PortOpening QtSerialPort::Refused(const std::string& device) const {
     const std::string lock = SerialLockFile(WithoutLinks(device)).toStdString();
     const std::string reason = WhyNoPortLock(lock);
     if (!reason.empty()) {
-      return {error, NoLockAdvice(number_, device, lock, reason)};
+      return {error, NoLockAdvice(number_, device, lock, reason, language_())};
     }
   }
   return {error, AdviceFor(number_, device, error, port_.errorString().toStdString(), language_()),

@@ -11,17 +11,38 @@ namespace {
 
 constexpr gid_t kAdministrators = 0;
 
+constexpr BothLanguages kDoesNotOpen{" does not open: ", " lässt sich nicht öffnen: "};
+constexpr BothLanguages kIsItPluggedIn{"Is the adapter plugged in?",
+                                       "Ist der Adapter eingesteckt?"};
+
 std::string PortName(int number) {
   return "COM" + std::to_string(number);
 }
 
-std::string InUseAdvice(int number, const std::string& device, const std::string& program) {
-  return PortName(number) + " (" + device + ") is in use.\n\n" + program +
-         " has it open. Close that program, or choose another port.";
+std::string PortAndDevice(int number, const std::string& device) {
+  return PortName(number) + " (" + device + ")";
+}
+
+std::string In(const BothLanguages& text, Language language) {
+  return std::string(text.In(language));
+}
+
+// `program` begins the sentence.
+std::string InUseAdvice(int number, const std::string& device, const std::string& program,
+                        Language language) {
+  constexpr BothLanguages kInUse{" is in use.\n\n", " ist belegt.\n\n"};
+  constexpr BothLanguages kClose{
+      " has it open. Close that program, or choose another port.",
+      " hat sie geöffnet. Beenden Sie dieses Programm, oder wählen Sie eine andere Schnittstelle."};
+  return PortAndDevice(number, device) + In(kInUse, language) + program + In(kClose, language);
+}
+
+std::string AnotherProgram(Language language) {
+  return In({"Another program", "Ein anderes Programm"}, language);
 }
 
 std::string PermissionAdvice(int number, const std::string& device, Language language) {
-  return MayBeOpened(device) ? InUseAdvice(number, device, "Another program")
+  return MayBeOpened(device) ? InUseAdvice(number, device, AnotherProgram(language), language)
                              : NoRightsAdvice(number, device, GroupThatHelps(device), language);
 }
 
@@ -35,8 +56,8 @@ std::string KindOf(const std::string& device) {
 std::string JoinAdvice(const std::string& group, Language language) {
   const bool german = language == Language::kGerman;
   const std::string command = "sudo usermod -aG " + group + " $USER";
-  return german ? "Er gehört der Gruppe \"" + group + "\". In die Gruppe aufnehmen mit\n\n" +
-                      command + "\n\nund neu anmelden."
+  return german ? "Die Schnittstelle gehört der Gruppe \"" + group +
+                      "\". In die Gruppe aufnehmen mit\n\n" + command + "\n\nund neu anmelden."
                 : "It belongs to the group \"" + group + "\". Join the group with\n\n" + command +
                       "\n\nand log in again.";
 }
@@ -46,13 +67,14 @@ std::string RuleAdvice(const std::string& device, Language language) {
   constexpr BothLanguages kWhy{
       "No group of users may open it, so joining one does not help. Whoever administers this "
       "computer writes this line into the file /etc/udev/rules.d/70-tavrel.rules:",
-      "Keine Benutzergruppe darf ihn öffnen, in eine einzutreten hilft also nicht. Wer diesen "
+      "Keine Benutzergruppe darf die Schnittstelle öffnen, in eine einzutreten hilft also nicht. "
+      "Wer diesen "
       "Rechner verwaltet, schreibt diese Zeile in die Datei /etc/udev/rules.d/70-tavrel.rules:"};
   constexpr BothLanguages kThen{
       "Then restart the computer, or pull the adapter out and plug it in again. From then on "
       "members of the group \"dialout\" may open it; join it with",
       "Danach den Rechner neu starten oder den Adapter aus- und wieder einstecken. Von da an "
-      "dürfen ihn Mitglieder der Gruppe \"dialout\" öffnen; aufnehmen mit"};
+      "dürfen Mitglieder der Gruppe \"dialout\" sie öffnen; aufnehmen mit"};
   constexpr BothLanguages kLast{"and log in again.", "und neu anmelden."};
   return std::string(kWhy.In(language)) + "\n\nSUBSYSTEM==\"tty\", KERNEL==\"" + KindOf(device) +
          "\", GROUP=\"dialout\", MODE=\"0660\"\n\n" + std::string(kThen.In(language)) +
@@ -60,19 +82,24 @@ std::string RuleAdvice(const std::string& device, Language language) {
 }
 
 // "minicom (process 1234)".
-std::string NameOfHolder(const PortLock& lock) {
+std::string NameOfHolder(const PortLock& lock, Language language) {
   if (lock.Process == 0) {
-    return "Another program";
+    return AnotherProgram(language);
   }
-  const std::string number = "process " + std::to_string(lock.Process);
-  return lock.Program.empty() ? "The " + number : lock.Program + " (" + number + ")";
+  constexpr BothLanguages kProcess{"process ", "Prozess "};
+  constexpr BothLanguages kTheProcess{"The process ", "Der Prozess "};
+  const std::string number = std::to_string(lock.Process);
+  return lock.Program.empty() ? In(kTheProcess, language) + number
+                              : lock.Program + " (" + In(kProcess, language) + number + ")";
 }
 
-std::string HasGone(int number, const KnownDevice& known) {
+std::string HasGone(int number, const KnownDevice& known, Language language) {
+  constexpr BothLanguages kHasGone{" has gone (", " ist weg ("};
+  constexpr BothLanguages kAdapter{", the adapter with the serial number ",
+                                   ", der Adapter mit der Seriennummer "};
   const bool has_serial = known.Plugged && known.HasItsOwnSerial;
-  const std::string adapter =
-      has_serial ? ", the adapter with the serial number " + known.Plugged->Serial : "";
-  return PortName(number) + " has gone (" + known.Path + adapter + ").\n\n";
+  const std::string adapter = has_serial ? In(kAdapter, language) + known.Plugged->Serial : "";
+  return PortName(number) + In(kHasGone, language) + known.Path + adapter + ").\n\n";
 }
 
 }  // namespace
@@ -94,7 +121,7 @@ std::string GroupThatHelps(const std::string& device) {
 
 std::string NoRightsAdvice(int number, const std::string& device, const std::string& group,
                            Language language) {
-  const std::string port = PortName(number) + " (" + device + ")";
+  const std::string port = PortAndDevice(number, device);
   const std::string what = language == Language::kGerman
                                ? "Sie haben kein Recht, " + port + " zu öffnen."
                                : "You have no right to open " + port + ".";
@@ -103,31 +130,55 @@ std::string NoRightsAdvice(int number, const std::string& device, const std::str
 }
 
 std::string LockAdvice(int number, const std::string& device, const std::string& lock_file,
-                       const PortLock& lock) {
+                       const PortLock& lock, Language language) {
   if (lock.State == LockState::kHeld) {
-    return InUseAdvice(number, device, NameOfHolder(lock));
+    return InUseAdvice(number, device, NameOfHolder(lock, language), language);
   }
-  const std::string what = lock.State == LockState::kLeft
-                               ? "was left there by a program that does not run any more"
-                               : "does not say which program has it open";
-  return PortName(number) + " (" + device + ") is locked: the lock file " + lock_file + " " + what +
-         ".\n\n" + "If no program has the port open, delete this file.";
+  constexpr BothLanguages kLocked{" is locked: the lock file ", " ist gesperrt: die Sperrdatei "};
+  constexpr BothLanguages kLeft{" was left there by a program that does not run any more.\n\n",
+                                " stammt von einem Programm, das nicht mehr läuft.\n\n"};
+  constexpr BothLanguages kUnknown{" does not say which program has it open.\n\n",
+                                   " sagt nicht, welches Programm sie geöffnet hat.\n\n"};
+  constexpr BothLanguages kDelete{
+      "If no program has the port open, delete this file.",
+      "Wenn kein Programm die Schnittstelle geöffnet hat, löschen Sie diese Datei."};
+  const BothLanguages& what = lock.State == LockState::kLeft ? kLeft : kUnknown;
+  return PortAndDevice(number, device) + In(kLocked, language) + lock_file + In(what, language) +
+         In(kDelete, language);
 }
 
 std::string NoLockAdvice(int number, const std::string& device, const std::string& lock_file,
-                         const std::string& reason) {
-  return PortName(number) + " (" + device + ") does not open: the lock file " + lock_file +
-         " cannot be made: " + reason;
+                         const std::string& reason, Language language) {
+  constexpr BothLanguages kFile{"the lock file ", "die Sperrdatei "};
+  constexpr BothLanguages kCannot{" cannot be made: ", " kann nicht angelegt werden: "};
+  return PortAndDevice(number, device) + In(kDoesNotOpen, language) + In(kFile, language) +
+         lock_file + In(kCannot, language) + reason;
 }
 
-std::string GoneAdvice(int number, const KnownDevice& known) {
-  return HasGone(number, known) +
-         "The same device is opened as soon as it is back. For another one confirm the settings.";
+std::string NoPortAdvice(int number, Language language) {
+  constexpr BothLanguages kNoPort{"There is no port ", "Es gibt keine Schnittstelle "};
+  return In(kNoPort, language) + PortName(number) + ".";
 }
 
-std::string StillGoneAdvice(int number, const KnownDevice& known) {
-  return HasGone(number, known) +
-         "Is the adapter plugged in?\nFor another device confirm the settings once more.";
+std::string BadSettingsAdvice(std::string_view settings, Language language) {
+  constexpr BothLanguages kBefore{"The port cannot be set to \"",
+                                  "Die Schnittstelle lässt sich nicht einstellen auf \""};
+  return In(kBefore, language) + std::string(settings) + "\".";
+}
+
+std::string GoneAdvice(int number, const KnownDevice& known, Language language) {
+  constexpr BothLanguages kComesBack{
+      "The same device is opened as soon as it is back. For another one confirm the settings.",
+      "Dasselbe Gerät wird geöffnet, sobald es wieder da ist. Für ein anderes bestätigen Sie die "
+      "Einstellungen."};
+  return HasGone(number, known, language) + In(kComesBack, language);
+}
+
+std::string StillGoneAdvice(int number, const KnownDevice& known, Language language) {
+  constexpr BothLanguages kOnceMore{
+      "\nFor another device confirm the settings once more.",
+      "\nFür ein anderes Gerät bestätigen Sie die Einstellungen noch einmal."};
+  return HasGone(number, known, language) + In(kIsItPluggedIn, language) + In(kOnceMore, language);
 }
 
 std::string AdviceFor(int number, const std::string& device, QSerialPort::SerialPortError error,
@@ -136,10 +187,12 @@ std::string AdviceFor(int number, const std::string& device, QSerialPort::Serial
     return PermissionAdvice(number, device, language);
   }
   if (error == QSerialPort::DeviceNotFoundError) {
-    return PortName(number) + " does not exist: there is no device " + device + ".\n\n" +
-           "Is the adapter plugged in?";
+    constexpr BothLanguages kMissing{" does not exist: there is no device ",
+                                     " ist nicht da: es gibt kein Gerät "};
+    return PortName(number) + In(kMissing, language) + device + ".\n\n" +
+           In(kIsItPluggedIn, language);
   }
-  return PortName(number) + " (" + device + ") does not open: " + system_text;
+  return PortAndDevice(number, device) + In(kDoesNotOpen, language) + system_text;
 }
 
 }  // namespace tavrel

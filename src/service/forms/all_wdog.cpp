@@ -7,6 +7,7 @@
 #include <array>
 
 #include "widgets/muted_label.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -58,6 +59,7 @@ QGridLayout* AllWdog::MakeLimits() {
   for (std::size_t place = 0; place < kLimits.size(); ++place) {
     const int row = static_cast<int>(place);
     auto* number = new MutedLabel(QString::number(kLimits.at(place).milliseconds), this);
+    SpeakReading(*number, kLimits.at(place).caption);
     number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(new MutedLabel(kLimits.at(place).caption, this), row, 0);
     grid->addWidget(number, row, 1);

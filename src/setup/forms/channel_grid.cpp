@@ -10,6 +10,7 @@
 
 #include "widgets/form_texts.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -113,7 +114,7 @@ ChannelGrid::ChannelGrid(QWidget* parent) : QTableWidget(kChannelRows, kColumns,
 void ChannelGrid::MakeCells() {
   for (int row = 0; row < kChannelRows; ++row) {
     for (int column = 0; column < kColumns; ++column) {
-      auto* cell = new QTableWidgetItem;
+      auto* cell = new SpokenItem;
       const bool is_text = column == kNumberColumn || column == kSensorColumn;
       cell->setTextAlignment(Qt::AlignVCenter | (is_text ? Qt::AlignHCenter : Qt::AlignRight));
       cell->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);

@@ -159,6 +159,7 @@ QLayout* TavChann::ArrangeFoot() {
     foot->addWidget(part, part == lbl_instr_ ? 1 : 0);
     KeepPlace(*part);
   }
+  foot->addWidget(MakeCancel());
   KeepPlace(*p_bar_);
   lbl_instr_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // the longest takes two lines
   return foot;

@@ -62,7 +62,9 @@ void TavNum::Arrange() {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kWideMargin);
   grid->setVerticalSpacing(10);
-  grid->addWidget(new MutedLabel(QtText(kActual.In(language)), this), 0, 0);
+  auto* actual = new MutedLabel(QtText(kActual.In(language)), this);
+  actual->setBuddy(cbo_tav_no_);
+  grid->addWidget(actual, 0, 0);
   grid->addWidget(cbo_tav_no_, 0, 1);
   grid->addWidget(com_icon_, 0, 2);
   grid->addWidget(new MutedLabel(QtText(kNew.In(language)), this), 1, 0);

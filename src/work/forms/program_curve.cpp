@@ -7,6 +7,7 @@
 #include "base/units.h"
 #include "widgets/form_texts.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -32,6 +33,7 @@ ProgramCurve::ProgramCurve(Language language, QWidget* parent) : QWidget(parent)
   setObjectName("profile");
   setAccessibleName(QtText(kName.In(language)));
   setToolTip(accessibleName());
+  SpeakAs(*this, QAccessible::Chart);
   setMinimumHeight(kHeightInLines * fontMetrics().lineSpacing());
 }
 

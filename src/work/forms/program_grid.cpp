@@ -10,6 +10,7 @@
 #include "widgets/colour_cell.h"
 #include "widgets/list_search.h"
 #include "widgets/modal_form.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -79,14 +80,14 @@ void ProgramGrid::MakeHeads() {
     setColumnWidth(column, fontMetrics().averageCharWidth() * kColumnCharacters[column]);
   }
   for (int row = 0; row < kProgramRows; ++row) {
-    auto* number = new QTableWidgetItem(QString::number(row + 1));
+    auto* number = new SpokenItem(QString::number(row + 1));
     number->setTextAlignment(Qt::AlignCenter);
     number->setFlags(Qt::NoItemFlags);
     number->setForeground(palette().color(QPalette::WindowText));
     number->setBackground(palette().color(QPalette::Window));
     setItem(row, kStepColumn, number);
     for (int column = kTimeColumn; column < kProgramColumns; ++column) {
-      auto* cell = new QTableWidgetItem;
+      auto* cell = new SpokenItem;
       cell->setTextAlignment(Qt::AlignCenter);
       setItem(row, column, cell);
     }
@@ -105,7 +106,7 @@ void ProgramGrid::MakeEdits() {
   cstat_ = new QComboBox(viewport());
   SearchBehindBlanks(*cstat_);
   cstat_->setObjectName("Cstat");
-  cstat_->setAccessibleName("state of the controller");
+  NameList(*cstat_, "state of the controller");
   for (const char* item : kStatusItems) {
     cstat_->addItem(item);
   }

@@ -11,6 +11,7 @@
 #include "state/curve_colours.h"
 #include "widgets/curve_sample.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -31,8 +32,8 @@ QString NameOf(int row) {
 ColourPicture::ColourPicture(int row, QWidget* parent)
     : QWidget(parent), row_(std::clamp(row, 0, kRows - 1)) {
   setObjectName("PicColor");
-  setAccessibleName("color");
-  setAccessibleDescription(NameOf(row_));
+  SpeakAs(*this, QAccessible::List);
+  SpeakRow();
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
 }
@@ -80,8 +81,12 @@ void ColourPicture::DrawRow(QPainter& painter, int row) const {
 
 void ColourPicture::MoveTo(int row) {
   row_ = std::clamp(row, 0, kRows - 1);
-  setAccessibleDescription(NameOf(row_));
+  SpeakRow();
   update();
+}
+
+void ColourPicture::SpeakRow() {
+  setAccessibleName("color: " + NameOf(row_));
 }
 
 void ColourPicture::mousePressEvent(QMouseEvent* event) {

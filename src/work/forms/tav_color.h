@@ -33,6 +33,7 @@ class ColourPicture : public QWidget {
   [[nodiscard]] QRectF RowRect(int row) const;
   void DrawRow(QPainter& painter, int row) const;
   void MoveTo(int row);
+  void SpeakRow();
 
   int row_ = 0;
 };

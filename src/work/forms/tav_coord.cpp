@@ -11,6 +11,7 @@
 #include "widgets/muted_label.h"
 #include "widgets/number_edit.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -23,6 +24,8 @@ class AxesPicture : public QWidget {
  public:
   explicit AxesPicture(QWidget* parent) : QWidget(parent) {
     setFixedSize(kPictureSide, kPictureSide);
+    setAccessibleName("axes");
+    SpeakAs(*this, QAccessible::Graphic);
   }
 
  protected:

@@ -8,11 +8,13 @@
 #include "widgets/list_search.h"
 #include "widgets/muted_label.h"
 #include "widgets/selecting_edit.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
 
 constexpr int kNumberCharacters = 12;
+constexpr const char* kSamplingTime = "sampling time";
 
 }  // namespace
 
@@ -32,6 +34,7 @@ QWidget* TavRec::MakeNewFace() {
   cbo_sampl_->setEditable(true);
   cbo_sampl_->setInsertPolicy(QComboBox::NoInsert);
   cbo_sampl_->setCompleter(nullptr);
+  cbo_sampl_->lineEdit()->setAccessibleName(kSamplingTime);
   for (const std::string& item : settings_.Values().SamplItems) {
     cbo_sampl_->addItem(QtText(item));
   }
@@ -45,7 +48,7 @@ QWidget* TavRec::MakeNewFace() {
   cbo_sampl_->setToolTip(QtText(settings_.SamplingRange()));
   auto* grid = new QGridLayout(face);
   grid->setContentsMargins(0, 0, 0, 0);
-  AddLine(*grid, "sampling time", cbo_sampl_, "s");
+  AddLine(*grid, kSamplingTime, cbo_sampl_, "s");
   AddLine(*grid, "maximum length of file", lbl_max_, "h");
   AddLine(*grid, "Tavrel operates independent for", lbl_auto_, "h");
   auto* afterwards = new QLabel(QtText(kOffAfterNewFile.In(settings_.TextLanguage())), face);
@@ -104,7 +107,11 @@ void TavRec::AddLine(QGridLayout& grid, const char* text, QWidget* control, cons
   auto* label = new MutedLabel(text, this);
   label->setBuddy(control);
   grid.addWidget(label, row, 0);
-  control->setAccessibleName(text);
+  if (auto* reading = qobject_cast<QLabel*>(control)) {
+    SpeakReading(*reading, text, unit);
+  } else {
+    control->setAccessibleName(text);
+  }
   if (*unit == '\0') {
     grid.addWidget(control, row, 1);
     return;

@@ -7,6 +7,7 @@
 
 #include "widgets/form_room.h"
 #include "widgets/muted_label.h"
+#include "widgets/spoken.h"
 #include "widgets/unit_label.h"
 #include "work/forms/work_glyphs.h"
 #include "work/work_tips.h"
@@ -15,6 +16,7 @@ namespace tavrel {
 namespace {
 
 constexpr int kGap = 8;
+constexpr int kNarrowGap = 4;  // on a small screen
 constexpr qreal kValueSize = 1.3;
 constexpr int kValueCharacters = 8;
 constexpr const char* kNoTitle = " ";  // keeps the place of one
@@ -83,7 +85,15 @@ TavWork::Reading TavWork::MakeReading(const char* name, const char* words) {
   reading.value->setMinimumWidth(QFontMetrics(reading.value->font()).averageCharWidth() *
                                  kValueCharacters);
   reading.words->setObjectName(QString(name) + "_words");
+  Speak(reading);
   return reading;
+}
+
+// The value with what stands behind it.
+void TavWork::Speak(const Reading& reading) {
+  const QString words = reading.words->Words();
+  const QString unit = reading.words->Unit();
+  SpeakReading(*reading.value, words.isEmpty() ? unit : words, words.isEmpty() ? "" : unit);
 }
 
 void TavWork::AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind) {
@@ -212,6 +222,18 @@ void TavWork::Arrange() {
   all->setSpacing(kNarrowMargin);
   all->addWidget(new ScrollingPart(sheet_, kLeastTable, this), 1);
   all->addLayout(side);
+  if (sizeHint().height() > RoomFor(*this).height()) {
+    Tighten(*side);
+  }
+}
+
+// On a small screen the form does without a bar as long as no program runs.
+void TavWork::Tighten(QVBoxLayout& side) {
+  QSizePolicy goes_away = fr_prog_->sizePolicy();
+  goes_away.setRetainSizeWhenHidden(false);
+  fr_prog_->setSizePolicy(goes_away);
+  side.setSpacing(kNarrowGap);
+  layout()->setContentsMargins(kGap, kGap, kGap, kGap);
 }
 
 void TavWork::ShowRefresh() {
@@ -252,8 +274,10 @@ void TavWork::ShowRecording(const WorksheetValues& now) {
   rec_state_cell_->SetColour(now.RecState == "end" ? kYellow : kOrange);
   ShowText(*rec_.value, now.Lbl_rec);
   ShowText(*rec_.words, now.RecUnit);
+  Speak(rec_);
   ShowText(*sampl_.value, now.Lbl_sampl);
-  ShowText(*ledger_, now.LedgerText);
+  const bool has_both = !now.LedgerText.empty() && !now.BufferText.empty();
+  ShowText(*ledger_, now.LedgerText + (has_both ? "\n" : "") + now.BufferText);
 }
 
 void TavWork::ShowController(const WorksheetValues& now) {

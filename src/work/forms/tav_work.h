@@ -7,6 +7,7 @@
 #include "widgets/colour_cell.h"
 #include "widgets/glyph_button.h"
 #include "widgets/modal_form.h"
+#include "widgets/unit_label.h"
 #include "work/forms/work_table.h"
 #include "work/worksheet.h"
 
@@ -35,7 +36,7 @@ class TavWork : public ModalForm {
   // A value in large type with the words that tell what it is.
   struct Reading {
     QLabel* value = nullptr;
-    QLabel* words = nullptr;
+    UnitLabel* words = nullptr;
   };
 
   void MakeHead();
@@ -45,7 +46,9 @@ class TavWork : public ModalForm {
   void MakeProgram();
   void MakeExits();
   void Arrange();
+  void Tighten(QVBoxLayout& side);
   [[nodiscard]] Reading MakeReading(const char* name, const char* words);
+  static void Speak(const Reading& reading);
   static void AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind = nullptr);
   void ShowHead(const WorksheetValues& now);
   void ShowRecording(const WorksheetValues& now);

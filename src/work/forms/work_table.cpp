@@ -9,6 +9,7 @@
 #include "widgets/modal_form.h"
 #include "widgets/muted_label.h"
 #include "widgets/shades.h"
+#include "widgets/spoken.h"
 
 namespace tavrel {
 namespace {
@@ -72,6 +73,7 @@ void WorkTable::MakeRow(QGridLayout& grid, int input) {
   Cells& row = rows_[input];
   row.number = new MutedLabel(QString::number(input), this);
   row.number->setObjectName(QString("No_%1").arg(input));
+  SpeakReading(*row.number, "input");
   row.number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   row.number->setMinimumHeight(fontMetrics().height() + kRowAir);
   // The numbers share the height of the table out among the rows.
@@ -79,6 +81,7 @@ void WorkTable::MakeRow(QGridLayout& grid, int input) {
   row.actual = new QLabel(this);
   row.actual->setObjectName(QString("Actual_%1").arg(input));
   row.actual->setTextFormat(Qt::PlainText);
+  SpeakReading(*row.actual, QString("actual, input %1").arg(input));
   row.actual->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   row.prod = MakeEdit("Prod", "name", input);
   row.color = new CurveSampleButton(this);
@@ -120,7 +123,6 @@ void WorkTable::ShowRow(int input, const WorksheetRow& row) {
   const QString actual = QtText(row.Actual);
   if (cells.actual->text() != actual) {
     cells.actual->setText(actual);
-    cells.actual->setAccessibleName(QString("actual, input %1: %2").arg(input).arg(actual));
   }
   cells.prod->ShowText(row.Prod);
   cells.prod->setEnabled(row.Recorded);
