@@ -1,9 +1,11 @@
 #include "tests/standstill/action_run.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QPrinter>
 #include <algorithm>
+#include <string_view>
 
 #include "tests/support/wait_until.h"
 
@@ -18,6 +20,7 @@ constexpr int kTurnsBetween = 5;       // of two steps
 constexpr int kTurnsBehind = 15;       // of an action, before it is judged
 constexpr int kTurnsOfTimers = 130;    // the same where the form works by timers of its own
 constexpr int kSampling = 10;          // seconds between two sets
+constexpr std::string_view kAwait = "await ";
 
 // A form that draws or moves on by a timer of up to a tenth of a second.
 bool HasSlowTimer(const QWidget& form) {
@@ -125,11 +128,22 @@ void ActionRun::Look() {
 // Not inside the timer's own event: an action may open a form that waits for the next one.
 void ActionRun::Begin(const ActionIn& step) {
   QWidget* front = Front();
-  if (front->objectName().toStdString() == step.form) {
+  const bool is_in_front = front->objectName().toStdString() == step.form;
+  if (is_in_front && step.action.starts_with(kAwait)) {
+    Await(*front, step.action.substr(kAwait.size()));
+  } else if (is_in_front) {
     is_under_way_ = true;
     QTimer::singleShot(0, front, [this, front, step] { Do(*front, step); });
   } else if (done_ > ways_) {
     is_over_ = true;  // the action before has left the form
+  }
+}
+
+void ActionRun::Await(const QWidget& form, const std::string& entry) {
+  const auto* action = form.findChild<QAction*>(QString::fromStdString(entry));
+  if (action != nullptr && action->isEnabled()) {
+    ++done_;
+    turns_ = 0;
   }
 }
 

@@ -25,7 +25,8 @@ namespace tavrel {
 // 4800 baud.
 enum class LineIs { kSilent, kFallsSilent, kAnswering };
 
-// An action in a form: "TavGraph" and "cmdPart click".
+// An action in a form: "TavGraph" and "cmdPart click". "await Mnu_Save" does nothing until that
+// entry of a menu can be chosen, which a form's own reading on the line may hinder for a while.
 struct ActionIn {
   std::string form;
   std::string action;
@@ -56,6 +57,7 @@ class ActionRun : public QObject {
   [[nodiscard]] QWidget* Front();
   void Look();
   void Begin(const ActionIn& step);
+  void Await(const QWidget& form, const std::string& entry);
   void Do(QWidget& form, const ActionIn& step);
   void Judge();
   void Leave();
