@@ -189,7 +189,7 @@ TEST_F(Index, PassesOverHostileEntries) {
   EXPECT_EQ(Names(), (List{"S\nLINE.OVN", "S\xFF\xFE.\xC3"}));
 }
 
-TEST_F(Index, StandsAnyDirectoryOfRandomNamesAndBytes) {
+TEST_F(Index, SurvivesAnyDirectoryOfRandomNamesAndBytes) {
   std::mt19937 random(20260314);
   std::uniform_int_distribution<int> byte(1, 255);
   std::uniform_int_distribution<int> length(1, 40);

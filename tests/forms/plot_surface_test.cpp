@@ -149,7 +149,7 @@ TEST_F(OnThePlot, GivesItsInvertingStrokesAwayWithItsPicture) {
   EXPECT_EQ(surface.Seen(), surface.Picture());
 }
 
-TEST_F(OnThePlot, StandsAnyNumber) {
+TEST_F(OnThePlot, SurvivesAnyNumber) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const double infinity = std::numeric_limits<double>::infinity();
   const std::array<double, 8> values = {nan, infinity, -infinity, 1e300, -1e300, 1e9, -1, 50};
@@ -176,7 +176,7 @@ TEST_F(OnThePlot, StandsAnyNumber) {
   EXPECT_EQ(CountNotWhite(surface), 0);
 }
 
-TEST_F(OnThePlot, StandsAnyScale) {
+TEST_F(OnThePlot, SurvivesAnyScale) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   for (const Scale& scale : {Scale{5, 5, 5, 5}, Scale{nan, 0, 1, nan}, Scale{-1e308, 0, 1e308, 1},
                              Scale{0, 1e-320, 1e-320, 0}}) {

@@ -106,7 +106,7 @@ TEST_F(ViewedFile, LeavesRowZeroAsItWasOnCancel) {
   EXPECT_TRUE(state.WorkReset);
 }
 
-TEST_F(ViewedFile, StaysDarkWhenTheFirstChoiceIsCancelled) {
+TEST_F(ViewedFile, RowStaysHiddenWhenTheFirstChoiceIsCancelled) {
   bench.Start();
   Open("");
   EXPECT_FALSE(bench.Row(0).Sheet);
@@ -136,7 +136,7 @@ TEST_F(ViewedFile, WritesNoHeaderThatWasNotEdited) {
   EXPECT_NE(Header(), BytesOf(state.Unit[0]));
 }
 
-TEST_F(ViewedFile, GoesDarkWhenTheFileIsRefused) {
+TEST_F(ViewedFile, HidesItsRowWhenTheFileIsRefused) {
   bench.home.Write("tavdat/STRANGE.OVN", std::string(1000, '\0'));
   bench.Start();
   Open("M250101A.OVN");
@@ -168,7 +168,7 @@ TEST_F(ViewedFile, OpensAFileThatCannotBeWritten) {
   EXPECT_EQ(bench.Row(0).tx_Des, "Old oven");
 }
 
-TEST_F(ViewedFile, GoesDarkWhenItsEditedHeaderCannotBeWritten) {
+TEST_F(ViewedFile, HidesItsRowWhenItsEditedHeaderCannotBeWritten) {
   bench.Start();
   Open("M250101A.OVN");
   bench.sheet.tx_Des_Change(0, "New name");

@@ -11,7 +11,7 @@
 namespace tavrel {
 namespace {
 
-TEST(MountedMedia, AreThoseBelowTheRoomsOfMedia) {
+TEST(MountedMedia, AreThoseBelowTheDirectoriesOfMedia) {
   const std::vector<std::string> media = MountedMedia(
       "/dev/sda1 / ext4 rw 0 0\n"
       "proc /proc proc rw 0 0\n"

@@ -68,7 +68,7 @@ TEST(Profile, PassesOverRowsThatAreNotWhole) {
               IsEmpty());
 }
 
-TEST(Profile, StandsEveryWord) {
+TEST(Profile, SurvivesEveryWord) {
   for (const std::int16_t word : {std::int16_t{-32768}, std::int16_t{32767}}) {
     ProgramRows rows;
     rows.fill({word, word, word, word});
