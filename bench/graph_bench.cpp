@@ -219,6 +219,37 @@ void FullFileOfNoise(benchmark::State& state) {
 }
 BENCHMARK(FullFileOfNoise)->Name("noise onto both images, 15 inputs")->Iterations(kRounds);
 
+// Four points to a column of dots, as the reading of a long recording gives them.
+PlotView::Stroke StrongCurve(Curve curve) {
+  PlotView::Stroke stroke{{StrokePoints()}, Colour{0, 0, 0xFF}};
+  for (int point = 0; point < 4 * kPlot.width(); ++point) {
+    stroke.Pieces.back().push_back({point / 4.0, curve(point, 1)});
+  }
+  return stroke;
+}
+
+// The view painted with the broad stroke of a curve that stands out, on a screen of twice the
+// scale.
+void StrongCurveOfNoise(benchmark::State& state) {
+  PlotSurface surface;
+  surface.Resize(kPlot * 2, 2);
+  surface.SetScale({0, kTop, static_cast<double>(kPlot.width()), 0});
+  PlotView view(surface, nullptr);
+  view.resize(kPlot);
+  QImage screen(kPlot * 2, QImage::Format_ARGB32_Premultiplied);
+  screen.setDevicePixelRatio(2);
+  Promise promise("ms");
+  for (auto unused : state) {
+    view.ShowStroke(StrongCurve(Noise));
+    promise.Measured(TimeOf<std::milli>([&] { view.render(&screen); }));
+    view.ShowStroke(StrongCurve(Smooth));
+    promise.Limit(TimeOf<std::milli>([&] { view.render(&screen); }));
+  }
+  promise.MustBeAtMost(500);
+  promise.Report(state);
+}
+BENCHMARK(StrongCurveOfNoise)->Name("curve of noise that stands out")->Iterations(11);
+
 // The strokes of one row by a painter for each tick and picture.
 void DrawRowBare(QImage& image, int row) {
   QPainter painter(&image);

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/qt/painter_surface.h"
 #include "widgets/spoken.h"
 
 namespace tavrel {
@@ -16,9 +17,20 @@ constexpr std::chrono::milliseconds kRepaint{40};
 constexpr int kCrosshairWidth = 3;  // with a light edge on both sides
 constexpr qreal kBroad = 3;         // of the curve that stands out
 constexpr qreal kHalo = 6;
+constexpr Colour kPaper{0xFF, 0xFF, 0xFF};
 constexpr float kBandShade = 0.12F;
 constexpr QColor kCrosshairInk(0x20, 0x50, 0xA0);
 constexpr QColor kCrosshairEdge(0xFF, 0xFF, 0xFF, 0xB0);
+
+std::vector<Segment> SegmentsOf(const StrokePoints& points, Colour ink) {
+  std::vector<Segment> segments;
+  for (std::size_t place = 1; place < points.size(); ++place) {
+    const StrokePoint& from = points[place - 1];
+    const StrokePoint& to = points[place];
+    segments.push_back({from.X, from.Y, to.X, to.Y, ink});
+  }
+  return segments;
+}
 
 }  // namespace
 
@@ -71,10 +83,11 @@ void PlotView::ShowCrosshair(std::optional<QPoint> position) {
 // The scale of the picture is another one while curves are drawn: the places are taken now.
 void PlotView::ShowStroke(const Stroke& stroke) {
   stroke_ = stroke;
-  for (QPolygonF& piece : stroke_.Pieces) {
-    for (QPointF& point : piece) {
-      point = QPointF(surface_.Map().DotX(point.x()), surface_.Map().DotY(point.y())) /
-              surface_.DeviceScale();
+  const ScaleMap& map = surface_.Map();
+  const double scale = surface_.DeviceScale();
+  for (StrokePoints& piece : stroke_.Pieces) {
+    for (StrokePoint& point : piece) {
+      point = {map.DotX(point.X) / scale, map.DotY(point.Y) / scale};
     }
   }
   update();
@@ -116,11 +129,12 @@ void PlotView::paintEvent(QPaintEvent* event) {
 
 // A light edge on both sides keeps it apart from the curves that it crosses.
 void PlotView::DrawStroke(QPainter& painter) const {
-  for (const auto& [width, ink] :
-       {std::pair(kHalo, QColor(Qt::white)), std::pair(kBroad, stroke_.Ink)}) {
-    painter.setPen(QPen(ink, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    for (const QPolygonF& piece : stroke_.Pieces) {
-      painter.drawPolyline(piece);
+  PainterSurface page(painter, rect(), 1);
+  page.SetScale({0, 0, static_cast<double>(width()), static_cast<double>(height())});
+  for (const auto& [width, ink] : {std::pair(kHalo, kPaper), std::pair(kBroad, stroke_.Ink)}) {
+    page.SetPen({PenMode::kCopy, PenStyle::kSolid, width});
+    for (const StrokePoints& piece : stroke_.Pieces) {
+      page.Lines(SegmentsOf(piece, ink));
     }
   }
 }

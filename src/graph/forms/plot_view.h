@@ -3,13 +3,13 @@
 
 #include <QColor>
 #include <QPair>
-#include <QPolygonF>
 #include <QTimer>
 #include <QWidget>
 #include <optional>
 #include <vector>
 
 #include "platform/qt/plot_surface.h"
+#include "platform/stroke_pieces.h"
 
 namespace tavrel {
 
@@ -33,8 +33,8 @@ class PlotView : public QWidget {
   // A broad stroke over the picture along points in its user scale; nothing where the line has a
   // gap. Empty: none.
   struct Stroke {
-    std::vector<QPolygonF> Pieces;
-    QColor Ink;
+    std::vector<StrokePoints> Pieces;
+    Colour Ink;
   };
   // Not in the middle of a drawing.
   void ShowStroke(const Stroke& stroke);

@@ -308,14 +308,13 @@ void TavGraph::ShowStrong(const GraphValues& now) {
   strong_ = wanted;
   PlotView::Stroke stroke;
   if (now.StrongCurve >= 0) {
-    const Colour ink = graph_.State().Curves.At(now.StrongCurve).CurveColor;
-    stroke.Ink = QColor(ink.Red, ink.Green, ink.Blue);
+    stroke.Ink = graph_.State().Curves.At(now.StrongCurve).CurveColor;
     stroke.Pieces.emplace_back();
   }
   for (const std::optional<PlotPoint>& point : graph_.StrongPoints()) {
     if (point) {
-      stroke.Pieces.back() << QPointF(point->X, point->Y);
-    } else if (!stroke.Pieces.back().isEmpty()) {
+      stroke.Pieces.back().push_back({point->X, point->Y});
+    } else if (!stroke.Pieces.back().empty()) {
       stroke.Pieces.emplace_back();
     }
   }
