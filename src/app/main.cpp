@@ -33,6 +33,7 @@
 #include "platform/qt/qt_signals.h"
 #include "platform/system_clock.h"
 #include "state/recording_on.h"
+#include "state/user_language.h"
 #include "widgets/legible_colours.h"
 
 namespace tavrel {
@@ -60,7 +61,10 @@ class Program {
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, [this] { EndSession(); });
     logic_.cycle.SetHandlers(forms_.Handlers());
     sleep_watch_.callOnTimeout([this] { sleep_guard_.StayAwake(IsAnyRecordingOn(logic_.state)); });
-    port_.SpeakIn([this] { return LanguageOf(logic_.state.Settings.HelpLang); });
+    const auto language = [this] { return UserLanguage(logic_.state); };
+    port_.SpeakIn(language);
+    dialogs_.SpeakIn(language);
+    qt_printer_.SpeakIn(language);
     qt_printer_.RememberPaper([this] { return LastPaper(); },
                               [this](QSize sheet) {
                                 logic_.form_sizes.Keep(kPaper, {sheet.width(), sheet.height()});

@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "base/text.h"
+#include "dialogs/copy_texts.h"
+#include "files/reasons.h"
 #include "files/recording_copy.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
@@ -116,7 +118,7 @@ CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string
     return Outcome::kNot;
   }
   if (IsOpenInSlot(parts_.state, to)) {
-    Refuse(name, "File is in use");
+    Refuse(name, copy_text::kInUse.Text(values_.TipLanguage));
     return Outcome::kNot;
   }
   SealIfOpen(from);
@@ -126,7 +128,8 @@ CopyFiles::Outcome CopyFiles::CopyOne(const std::string& name, const std::string
   }
   parts_.state.IndexValid = false;
   if (!copy.JournalProblem.empty() && !parts_.events.EndIsWanted()) {
-    Refuse("the journal of " + name, copy.JournalProblem);
+    Refuse(copy_text::kJournalOf.Text(values_.TipLanguage, {name}),
+           ReasonIn(values_.TipLanguage, copy.JournalProblem));
   }
   return Outcome::kCopied;
 }

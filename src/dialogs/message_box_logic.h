@@ -27,7 +27,7 @@ struct MessageRequest {
 class MessageBoxLogic : public ModalScreen {
  public:
   static constexpr BothLanguages kOkTip{" ok   (enter-key)", " Ja  (Eingabe-Taste) "};
-  static constexpr BothLanguages kCancelTip{" cancel  (esc-key) ", " cancel  (esc-key) "};
+  static constexpr BothLanguages kCancelTip = BothLanguages::Same(" cancel  (esc-key) ");
 
   // All outlive this.
   MessageBoxLogic(RunState& state, Screens& screens)

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "platform/file_system.h"
 #include "state/settings_store.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -120,7 +121,8 @@ void OpenFile::VerifyAll(const std::vector<std::string>& names, const std::funct
     show();
     parts_.events.Pump();
     if (goes_on()) {
-      parts_.index.SetProof(names[done], ProofOf(JoinPath(directory, names[done])));
+      parts_.index.SetProof(names[done],
+                            ProofOf(JoinPath(directory, names[done]), UserLanguage(parts_.state)));
       values_.ProofRevision = parts_.index.ProofRevision();
     }
   }

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "files/column_keeper.h"
+#include "files/reasons.h"
 
 // What the keeper of the columns does when the user has made the instrument drop values of one
 // input. The series of that input may begin anew behind a pause: nothing can be judged before its
@@ -30,9 +31,7 @@ void ColumnKeeper::Dropped(int slot, int input, int least, int most) {
 void ColumnKeeper::Unsettle(int slot, int input) {
   EvidenceOf(slot).MakeUncertain(input);
   state_.Columns[slot].IsUncertain[input] = true;
-  Tell(slot, std::vector<int>{input},
-       "its sampling time was changed by hand; from here on the values may stand in a wrong row",
-       Mark::kOnward);
+  Tell(slot, std::vector<int>{input}, reason::kSamplingChanged, Mark::kOnward);
 }
 
 // The next one whose series has not gone on yet; null if there is none.
@@ -84,10 +83,7 @@ bool ColumnKeeper::CarryOutDropped(int slot) {
     column.dropped.pop_back();
     if (is_uncertain) {
       state_.Columns[slot].IsUncertain[dropped.input] = true;
-      Tell(slot, std::vector<int>{dropped.input},
-           "nobody can know whether more values were dropped by hand, from here on the values may "
-           "stand one row too early",
-           Mark::kOnward);
+      Tell(slot, std::vector<int>{dropped.input}, reason::kMoreMayBeDropped, Mark::kOnward);
     }
   }
   return true;
@@ -121,8 +117,7 @@ bool ColumnKeeper::MakeUp(int slot, int input, int gone) {
     memory.Repeats[input] = static_cast<std::uint8_t>(gone - 1);
   }
   Tell(slot, RowsOfSets(slot, is_seen ? 1 : 0, gone), {input},
-       is_first && !is_seen ? "cleared by hand; the next value stands in its place"
-                            : "cleared by hand; the value before it stands in its place",
+       is_first && !is_seen ? reason::kClearedNextStands : reason::kClearedValueBeforeStands,
        Mark::kFilledForUser);
   return true;
 }

@@ -2,6 +2,8 @@
 #include <utility>
 
 #include "files/column_keeper.h"
+#include "files/file_texts.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
 
 // What the keeper of the columns does about a full buffer, and how many sets it has cost.
@@ -163,9 +165,7 @@ bool ColumnKeeper::CarryOutFull(int slot) {
   }
   // The set in hand, filled or not, becomes a row before those that are lost.
   TellLostSets(slot, state_.SampleCount[slot] + (has_hand ? 1 : 0));
-  Tell(slot, uncertain,
-       "the buffer of the instrument was full; from here on the values may stand in a wrong row",
-       Mark::kOnward);
+  Tell(slot, uncertain, reason::kFullWrongRow, Mark::kOnward);
   column.full.End();
   EndDoubt(slot);
   return true;
@@ -193,15 +193,18 @@ ColumnKeeper::LostSets ColumnKeeper::CountLostSets(int slot) const {
           std::max<std::int64_t>(most - not_lost, 0), is_steady && least == most, is_steady};
 }
 
-std::string ColumnKeeper::TextOf(const LostSets& lost) {
+std::string ColumnKeeper::TextOf(const LostSets& lost, Language language) {
   if (!lost.count) {
-    return "an unknown number of sets was";
+    return file_text::kUnknownSets.Text(language);
   }
-  if (*lost.count == 0 && lost.most > 0) {
-    return "perhaps " + std::to_string(lost.most) + (lost.most == 1 ? " set was" : " sets were");
-  }
-  return (lost.is_exact ? "" : "about ") + std::to_string(*lost.count) +
-         (lost.count == 1 ? " set was" : " sets were");
+  const bool may_be_none = *lost.count == 0 && lost.most > 0;
+  const std::int64_t count = may_be_none ? lost.most : *lost.count;
+  const bool is_one = count == 1;
+  const BothLanguages& exact = is_one ? file_text::kOneSet : file_text::kSets;
+  const BothLanguages& about = is_one ? file_text::kAboutOneSet : file_text::kAboutSets;
+  const BothLanguages& perhaps = is_one ? file_text::kPerhapsOneSet : file_text::kPerhapsSets;
+  const BothLanguages& words = may_be_none ? perhaps : (lost.is_exact ? exact : about);
+  return words.Text(language, {std::to_string(count)});
 }
 
 // A buffer that is met full again before the next row has cost only what has been lost since.
@@ -215,11 +218,8 @@ void ColumnKeeper::TellLostSets(int slot, std::int32_t row) {
   if (was_told && lost.count.value_or(0) == 0) {
     return;
   }
-  NoteLostSets(slot, row, lost, {"full", "the buffer of the instrument was full"});
-  const std::string where = state_.SlotFile[slot] + ": row " + std::to_string(row) + ": ";
-  messages_.Report(slot, {where + "the buffer of the instrument was full; before this row " +
-                              TextOf(lost) + " lost",
-                          "Read  Tavrel"});
+  NoteLostSets(slot, row, lost, {"full", reason::kFull});
+  TellSets(slot, row, reason::kFull, lost);
 }
 
 // When the set in hand was made. Sets that wait behind it were made since: where the clock tells

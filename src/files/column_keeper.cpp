@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "files/file_texts.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -21,12 +24,21 @@ double Seconds(ColumnKeeper::Time time) {
   return std::chrono::duration<double>(time).count();
 }
 
-std::string NumberOf(const std::vector<int>& inputs) {
-  std::string text = inputs.size() == 1 ? "input " : "inputs ";
+std::string NumberOf(const std::vector<int>& inputs, Language language) {
+  std::string numbers;
   for (std::size_t place = 0; place < inputs.size(); ++place) {
-    text += (place == 0 ? "" : ", ") + std::to_string(inputs[place]);
+    numbers += (place == 0 ? "" : ", ") + std::to_string(inputs[place]);
   }
-  return text;
+  return (inputs.size() == 1 ? file_text::kInput : file_text::kInputs).Text(language, {numbers});
+}
+
+// The first set of a file stands in it twice.
+std::string NamesOf(const RowRange& rows, Language language) {
+  if (rows == RowRange{0, 1}) {
+    return file_text::kRowsZeroAndOne.Text(language);
+  }
+  const BothLanguages& names = rows.First == rows.Last ? file_text::kRow : file_text::kRows;
+  return names.Text(language, {std::to_string(rows.First), std::to_string(rows.Last)});
 }
 
 }  // namespace
@@ -309,10 +321,7 @@ bool ColumnKeeper::CarryOut(int slot) {
   for (const int input : uncertain) {
     state_.Columns[slot].IsUncertain[input] = true;
   }
-  Tell(slot, uncertain,
-       "nobody can know whether a value was lost on the line; nothing was filled in, from here on "
-       "the values may stand one row too early",
-       Mark::kOnward);
+  Tell(slot, uncertain, reason::kMayBeLost, Mark::kOnward);
   EndDoubt(slot);
   return true;
 }
@@ -343,7 +352,7 @@ bool ColumnKeeper::Fill(int slot, const std::vector<int>& inputs) {
     for (const int input : inputs) {
       ++state_.Columns[slot].Owed[input];
     }
-    Tell(slot, inputs, "lost on the line; the next value stands in its place", Mark::kFilled);
+    Tell(slot, inputs, reason::kLostNextStands, Mark::kFilled);
     return true;
   }
   std::vector<std::int16_t> values;
@@ -358,7 +367,7 @@ bool ColumnKeeper::Fill(int slot, const std::vector<int>& inputs) {
     state_.SampleSeen[slot][inputs[place]] = true;
     state_.SampleValue[slot][inputs[place]] = values[place];
   }
-  Tell(slot, inputs, "lost on the line; the value before it stands in its place", Mark::kFilled);
+  Tell(slot, inputs, reason::kLostValueBeforeStands, Mark::kFilled);
   return true;
 }
 
@@ -370,14 +379,14 @@ std::optional<std::int16_t> ColumnKeeper::ValueBefore(int slot, int input) {
   return files_.ReadSample(slot, state_.SampleCount[slot] - 1, column);
 }
 
-void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const std::string& what,
+void ColumnKeeper::Tell(int slot, const std::vector<int>& inputs, const BothLanguages& what,
                         Mark mark) {
   const std::int32_t row = state_.SampleCount[slot];
   Tell(slot, row == 0 ? RowRange{0, 1} : RowRange{row, row}, inputs, what, mark);
 }
 
 void ColumnKeeper::Tell(int slot, const RowRange& rows, const std::vector<int>& inputs,
-                        const std::string& what, Mark mark) {
+                        const BothLanguages& what, Mark mark) {
   if (inputs.empty()) {
     return;
   }
@@ -388,12 +397,12 @@ void ColumnKeeper::Tell(int slot, const RowRange& rows, const std::vector<int>& 
                           {"filled", mark == Mark::kFilled || mark == Mark::kFilledForUser},
                           {"onward", mark == Mark::kOnward},
                           {"anew", mark == Mark::kFilledForUser},
-                          {"what", what}});
-  // The first set of a file stands in it twice.
-  const std::string shown = rows == RowRange{0, 1} ? "rows 0 and 1" : tavrel::TextOf(rows);
-  messages_.Report(slot,
-                   {state_.SlotFile[slot] + ": " + shown + ", " + NumberOf(inputs) + ": " + what,
-                    "Read  Tavrel"});
+                          {"what", std::string(what.English)}});
+  const Language language = UserLanguage(state_);
+  messages_.Report(
+      slot, {file_text::kValues.Text(language, {state_.SlotFile[slot], NamesOf(rows, language),
+                                                NumberOf(inputs, language), what.In(language)}),
+             file_text::kReadTavrel.Text(language)});
 }
 
 // A clock that can be set tells no bounds.
@@ -406,7 +415,16 @@ void ColumnKeeper::NoteLostSets(int slot, std::int32_t before, const LostSets& l
                           {"least", lost.least},
                           {"most", lost.is_steady ? JsonValue(lost.most) : JsonValue()},
                           {"cause", cause.name},
-                          {"what", cause.what}});
+                          {"what", std::string(cause.what.English)}});
+}
+
+void ColumnKeeper::TellSets(int slot, std::int32_t row, const BothLanguages& what,
+                            const LostSets& lost) {
+  const Language language = UserLanguage(state_);
+  messages_.Report(
+      slot, {file_text::kSetsLost.Text(language, {state_.SlotFile[slot], std::to_string(row),
+                                                  what.In(language), TextOf(lost, language)}),
+             file_text::kReadTavrel.Text(language)});
 }
 
 void ColumnKeeper::SetWritten(int slot) {

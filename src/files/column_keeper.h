@@ -164,7 +164,7 @@ class ColumnKeeper {
   [[nodiscard]] bool MakeUp(int slot, int input, int gone);
   void TakeRestart(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);
-  [[nodiscard]] std::string WhatHappened(int slot) const;
+  [[nodiscard]] BothLanguages WhatHappened(int slot) const;
   void TellForgottenSets(int slot, std::int32_t row);
   void NoteConflict(int slot);
   void NoteProof(int slot);
@@ -181,17 +181,18 @@ class ColumnKeeper {
   // What is told of values: another stands in place of a lost one, those of these rows may stand
   // in a wrong row, or those of the rows from there on.
   enum class Mark { kFilled, kFilledForUser, kQuestioned, kOnward };
-  void Tell(int slot, const std::vector<int>& inputs, const std::string& what, Mark mark);
-  void Tell(int slot, const RowRange& rows, const std::vector<int>& inputs, const std::string& what,
-            Mark mark);
+  void Tell(int slot, const std::vector<int>& inputs, const BothLanguages& what, Mark mark);
+  void Tell(int slot, const RowRange& rows, const std::vector<int>& inputs,
+            const BothLanguages& what, Mark mark);
   // Why the instrument has lost sets, as the journal names it.
   struct Cause {
     const char* name;
-    std::string what;
+    BothLanguages what;
   };
   void NoteLostSets(int slot, std::int32_t before, const LostSets& lost, const Cause& cause);
   [[nodiscard]] LostSets CountLostSets(int slot) const;
-  [[nodiscard]] static std::string TextOf(const LostSets& lost);
+  [[nodiscard]] static std::string TextOf(const LostSets& lost, Language language);
+  void TellSets(int slot, std::int32_t row, const BothLanguages& what, const LostSets& lost);
   void TellLostSets(int slot, std::int32_t row);
   [[nodiscard]] std::int64_t TimeOfSet(int slot);  // by the wall clock; of the one in hand
 

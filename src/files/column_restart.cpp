@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "files/column_keeper.h"
+#include "files/reasons.h"
 
 // What the keeper of the columns does when the instrument was switched off and on. What it held is
 // gone, and the series of all inputs begin anew in one set; but nobody knows at which moment it
@@ -103,19 +104,19 @@ bool ColumnKeeper::CarryOutRestart(int slot) {
     column.evidence.MakeUncertain(input);
     state_.Columns[slot].IsUncertain[input] = true;
   }
+  const bool was_cleared = column.cleared > 0;
   if (first < row) {
     Tell(slot, {first, row - 1}, lost,
-         WhatHappened(slot) + "; the values may stand one row too early", Mark::kQuestioned);
+         was_cleared ? reason::kClearedTooEarly : reason::kRestartedTooEarly, Mark::kQuestioned);
   }
   Tell(slot, {first, first}, uncertain,
-       WhatHappened(slot) + "; from here on the values may stand in a wrong row", Mark::kOnward);
+       was_cleared ? reason::kClearedWrongRow : reason::kRestartedWrongRow, Mark::kOnward);
   EndDoubt(slot);
   return true;
 }
 
-std::string ColumnKeeper::WhatHappened(int slot) const {
-  return columns_[slot].cleared > 0 ? "the instrument has cleared its buffers"
-                                    : "the instrument was switched off and on";
+BothLanguages ColumnKeeper::WhatHappened(int slot) const {
+  return columns_[slot].cleared > 0 ? reason::kCleared : reason::kRestarted;
 }
 
 // Those that it held, and those that it did not make while it was off.
@@ -134,9 +135,7 @@ void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   widened.least = std::max({lost.least - 1, cleared, std::int64_t{0}});
   widened.most = std::max(lost.most + 1, cleared + 2);
   NoteLostSets(slot, row, widened, {"restart", WhatHappened(slot)});
-  messages_.Report(slot, {state_.SlotFile[slot] + ": row " + std::to_string(row) + ": " +
-                              WhatHappened(slot) + "; before this row " + TextOf(lost) + " lost",
-                          "Read  Tavrel"});
+  TellSets(slot, row, WhatHappened(slot), lost);
 }
 
 }  // namespace tavrel

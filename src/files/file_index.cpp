@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "files/index_rules.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
 #include "files/stored_recording.h"
 #include "platform/directory_scan.h"
@@ -92,10 +93,10 @@ IndexVerdict VerdictOf(Verdict verdict) {
 
 }  // namespace
 
-IndexProof ProofOf(const std::string& path) {
+IndexProof ProofOf(const std::string& path, Language language) {
   const StoredRecording recording = ReadRecording(path);
   if (!recording.Problem.empty()) {
-    return {IndexVerdict::kUnreadable, recording.Problem};
+    return {IndexVerdict::kUnreadable, ReasonIn(language, recording.Problem)};
   }
   if (!MayBeRecording(recording)) {
     return {IndexVerdict::kNoRecording, ""};
@@ -103,7 +104,7 @@ IndexProof ProofOf(const std::string& path) {
   const RecordingCheck check = CheckRecording(recording.File(), recording.Journal);
   std::string findings;
   for (const std::string& finding : check.Findings) {
-    findings += (findings.empty() ? "" : "\n") + finding;
+    findings += (findings.empty() ? "" : "\n") + ReasonIn(language, finding);
   }
   return {VerdictOf(check.Verdict), findings};
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/language.h"
 #include "files/index_rules.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
@@ -27,7 +28,7 @@ struct IndexProof {
 
 // By the rule of journal_check.h, as tavrel-file verifies it. `path` leads to the file, whatever
 // the case of its name.
-[[nodiscard]] IndexProof ProofOf(const std::string& path);
+[[nodiscard]] IndexProof ProofOf(const std::string& path, Language language);
 
 // One recording file of a directory. Texts are UTF-8; of a name that is no UTF-8 the bytes stay.
 struct IndexRow {

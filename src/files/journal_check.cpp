@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "files/reasons.h"
 #include "files/recording_format.h"
 
 namespace tavrel {
@@ -19,8 +20,14 @@ UnitRecord HeaderIn(std::span<const std::byte> recording) {
   return unit;
 }
 
-std::string Counted(std::int64_t count, const std::string& thing) {
-  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+// In English: the words of journals and of the command. ReasonIn gives them in German.
+std::string Counted(std::int64_t count, const BothLanguages& one, const BothLanguages& many) {
+  return (count == 1 ? one : many).Text(Language::kEnglish, {std::to_string(count)});
+}
+
+std::string Named(const RowRange& rows, const BothLanguages& one, const BothLanguages& many) {
+  return (rows.First == rows.Last ? one : many)
+      .Text(Language::kEnglish, {std::to_string(rows.First), std::to_string(rows.Last)});
 }
 
 // A seal that makes no sense is none; empty then.
@@ -60,9 +67,9 @@ class Checker {
     CheckEnd(journal);
   }
 
-  void Find(Verdict verdict, const std::string& text) {
+  void Find(Verdict verdict, std::string_view text) {
     check_.Verdict = std::max(check_.Verdict, verdict);
-    check_.Findings.push_back(text);
+    check_.Findings.emplace_back(text);
   }
 
  private:
@@ -112,7 +119,7 @@ class Checker {
     const std::string hash = Sha256Of(recording_.first(std::min(recording_.size(), kHeaderSize)));
     check_.IsHeaderRight = std::find(headers_.begin(), headers_.end(), hash) != headers_.end();
     if (!check_.IsHeaderRight) {
-      Find(Verdict::kDamaged, "the header is not as it was sealed");
+      Find(Verdict::kDamaged, reason::kHeaderNotAsSealed.English);
     }
   }
 
@@ -129,37 +136,37 @@ class Checker {
     }
     const std::int32_t covered = check_.CoveredRows;
     if (!is_missing_) {
-      SayDamaged({covered, std::max(covered, first_wrong_->Rows - 1)}, " not as sealed");
+      SayDamaged({covered, std::max(covered, first_wrong_->Rows - 1)}, reason::kRowNotAsSealed,
+                 reason::kRowsNotAsSealed);
       return;
     }
     SayDamaged({std::min(check_.Rows, check_.LastSeal->Rows - 1), check_.LastSeal->Rows - 1},
-               " missing");
+               reason::kRowMissing, reason::kRowsMissing);
     if (covered < check_.Rows) {
       check_.Damaged->First = covered;
       Find(Verdict::kDamaged,
-           TextOf({covered, check_.Rows - 1}) + " cannot be judged without those that are missing");
+           Named({covered, check_.Rows - 1}, reason::kRowNotJudged, reason::kRowsNotJudged));
     }
   }
 
-  void SayDamaged(const RowRange& rows, const std::string& how) {
+  void SayDamaged(const RowRange& rows, const BothLanguages& one, const BothLanguages& many) {
     check_.Damaged = rows;
-    const bool is_one = rows.First == rows.Last;
-    Find(Verdict::kDamaged, is_one ? TextOf(rows) + " is" + how : "between " + TextOf(rows) + how);
+    Find(Verdict::kDamaged, Named(rows, one, many));
   }
 
   void CheckEnd(const JournalReading& journal) {
     if (!check_.LastSeal) {
-      Find(Verdict::kNotCovered, "the journal holds no seal");
+      Find(Verdict::kNotCovered, reason::kNoSeal.English);
     } else if (!first_wrong_ && check_.Rows > check_.CoveredRows) {
-      Find(Verdict::kNotCovered,
-           TextOf({check_.CoveredRows, check_.Rows - 1}) + " behind the last seal");
+      Find(Verdict::kNotCovered, Named({check_.CoveredRows, check_.Rows - 1},
+                                       reason::kRowBehindSeal, reason::kRowsBehindSeal));
     }
     CheckTornRow();
     if (journal.TornBytes) {
-      Find(Verdict::kNotCovered, "the journal ends inside a line");
+      Find(Verdict::kNotCovered, reason::kJournalTorn.English);
     } else if (check_.LastSeal && lines_behind_ > 0) {
       Find(Verdict::kNotCovered,
-           Counted(lines_behind_, "line") + " of the journal behind the last seal");
+           Counted(lines_behind_, reason::kLineBehindSeal, reason::kLinesBehindSeal));
     }
   }
 
@@ -167,9 +174,8 @@ class Checker {
     const int columns = check_.LastSeal ? check_.LastSeal->Columns : 0;
     const auto whole = static_cast<std::size_t>(SampleByte(columns, check_.Rows, 1));
     if (columns > 0 && recording_.size() > whole) {
-      Find(Verdict::kNotCovered,
-           Counted(static_cast<std::int64_t>(recording_.size() - whole), "byte") +
-               " of a torn row at the end");
+      Find(Verdict::kNotCovered, Counted(static_cast<std::int64_t>(recording_.size() - whole),
+                                         reason::kTornByte, reason::kTornBytes));
     }
   }
 
@@ -224,7 +230,7 @@ RecordingCheck CheckRecording(std::span<const std::byte> recording,
   }
   RecordingCheck check;
   check.Verdict = Verdict::kNotCovered;
-  check.Findings = {"there is no journal"};
+  check.Findings.emplace_back(reason::kNoJournal.English);
   check.Rows =
       SampleCountOf(static_cast<std::int64_t>(recording.size()), HeaderIn(recording).UnitChannels);
   return check;

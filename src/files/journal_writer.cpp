@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "files/reasons.h"
 #include "platform/file_system.h"
 #include "platform/whoami.h"
 
@@ -31,7 +32,7 @@ bool JournalWriter::Open(const std::string& path) {
   unsaved_.clear();
   error_.clear();
   if (!HasDirectory(path.substr(0, path.rfind('/')))) {
-    error_ = "the directory " + std::string(kJournalDirectory) + " cannot be made";
+    error_ = reason::kNoJournalDirectory.English;
     return false;
   }
   if (!file_.Open(path)) {

@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "files/ledger_whys.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
 
 namespace tavrel {
@@ -142,7 +142,7 @@ void Ledger::TakeBegin(const JsonValue& fields) {
   began_late_ = fields.Find("why") != nullptr;
   is_on_ = began_late_ || fields.Find("before") != nullptr;
   segments_ = is_on_ ? 1 : 0;
-  why_ = fields.Find("origin") != nullptr ? no_ledger::kPart.English : "";
+  why_ = fields.Find("origin") != nullptr ? reason::kPart.English : "";
 }
 
 void Ledger::TakeAdopted(const JsonValue& fields, bool follows_late_begin) {
@@ -253,7 +253,8 @@ std::optional<std::int64_t> Ledger::Compare(const LedgerClock::Moment& moment,
   if (open_ < losses_.size()) {
     Narrow(missing);
   } else if (missing.Least > 0) {
-    losses_.push_back({rows_, missing, std::nullopt, time, "fewer sets have come than were made"});
+    losses_.push_back(
+        {rows_, missing, std::nullopt, time, std::string(reason::kFewerCame.English)});
   }
   const SetBounds sum = open_sum_.value_or(OpenSum());
   return sum.IsExact() ? std::optional(sum.Least) : std::nullopt;
@@ -336,9 +337,9 @@ LedgerFigures Ledger::Figures(std::int64_t rows, const std::optional<LedgerMomen
 
 std::string Ledger::WhyNone() const {
   if (!has_begun_ || !why_.empty()) {
-    return has_begun_ ? why_ : std::string(no_ledger::kNoJournal.English);
+    return has_begun_ ? why_ : std::string(reason::kNoJournal.English);
   }
-  return is_simulated_ && !has_drained_ ? std::string(no_ledger::kSimulated.English) : "";
+  return is_simulated_ && !has_drained_ ? std::string(reason::kSimulated.English) : "";
 }
 
 std::vector<ToldRows> Ledger::Told(std::int64_t rows) const {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "files/ledger_whys.h"
+#include "files/reasons.h"
 
 namespace tavrel {
 namespace {
@@ -48,13 +48,6 @@ std::string CountText(std::int64_t count, const BothLanguages& what, Language la
   return count == 0 ? "" : ", " + std::to_string(count) + In(what, language);
 }
 
-std::string WhyText(const std::string& why, Language language) {
-  const auto* const found =
-      std::find_if(std::begin(no_ledger::kAll), std::end(no_ledger::kAll),
-                   [&](const BothLanguages& each) { return each.English == why; });
-  return found != std::end(no_ledger::kAll) ? In(*found, language) : why;
-}
-
 }  // namespace
 
 std::string BoundsText(const SetBounds& sets, Language language) {
@@ -67,7 +60,7 @@ std::string BoundsText(const SetBounds& sets, Language language) {
 
 std::string LedgerSummary(const LedgerFigures& figures, Language language) {
   if (!figures.IsKnown) {
-    return In(kNoLedger, language) + WhyText(figures.Why, language);
+    return In(kNoLedger, language) + ReasonIn(language, figures.Why);
   }
   const std::string text =
       std::to_string(figures.Recorded) + In(figures.Recorded == 1 ? kSet : kSets, language);

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "files/file_texts.h"
 #include "files/recording_engine.h"
 #include "files/recording_format.h"
 #include "files/set_in_hand.h"
@@ -8,6 +9,7 @@
 #include "link/registers.h"
 #include "state/box_titles.h"
 #include "state/unfinished_work.h"
+#include "state/user_language.h"
 
 // Start, stop and end of a recording; the pump itself is in recording_engine.cpp.
 namespace tavrel {
@@ -68,13 +70,14 @@ std::optional<Notice> RecordingEngine::WhyNotToStart(int slot) {
     return Notice{"max. length of file", "Check:", BoxIcon::kWarning};
   }
   if (!state_.Unit[slot].CanBeRecorded()) {
-    return Notice{"This file has another number of columns than there are recorded inputs.",
-                  kStartTitle, BoxIcon::kWarning};
+    return Notice{file_text::kOtherColumns.Text(UserLanguage(state_)), kStartTitle,
+                  BoxIcon::kWarning};
   }
   // The rows to come stand behind it.
   if (HoldsWholeSet(state_, slot)) {
     if (!files_.AppendSetInHand(slot)) {
-      return Notice{state_.SlotFile[slot] + ": " + files_.Error(), kStartTitle, BoxIcon::kWarning};
+      return Notice{state_.SlotFile[slot] + ": " + files_.ErrorText(), kStartTitle,
+                    BoxIcon::kWarning};
     }
     files_.DropHeldSet(slot);
   }
@@ -95,11 +98,8 @@ std::optional<Notice> RecordingEngine::WhyNotOnInstrument(const UnitRecord& unit
   if (is_fast == (kind.word == 1)) {
     return std::nullopt;
   }
-  return Notice{is_fast ? "This file counts its sampling time in seconds, the instrument in tens "
-                          "of seconds."
-                        : "This file counts its sampling time in tens of seconds, the instrument "
-                          "in seconds.",
-                kStartTitle, BoxIcon::kWarning};
+  const BothLanguages& text = is_fast ? file_text::kFileInSeconds : file_text::kFileInTens;
+  return Notice{text.Text(UserLanguage(state_)), kStartTitle, BoxIcon::kWarning};
 }
 
 // Gives each recorded input its sampling value and clears its stored series.
@@ -234,7 +234,7 @@ void RecordingEngine::GoOnInNextFile(int slot) {
   if (is_open) {
     messages_.Recovered(slot);
   } else {
-    messages_.Report(slot, {next + ": " + files_.Error(), kWriteTitle});
+    messages_.Report(slot, {next + ": " + files_.ErrorText(), kWriteTitle});
   }
   CloseGraphOf(slot);
 }

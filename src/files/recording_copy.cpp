@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "files/journal_writer.h"
+#include "files/reasons.h"
 #include "files/stored_recording.h"
 #include "platform/file_system.h"
 
@@ -61,11 +62,11 @@ RecordingCopy CopyRecording(const std::string& from, const std::string& to,
     return copy;
   }
   if (old.IsInTheWay()) {
-    copy.JournalProblem = "an older one cannot be put aside";
+    copy.JournalProblem = reason::kJournalInTheWay.English;
   } else if (source.Journal) {
     static_cast<void>(MakeDirectory(JoinPath(directory, kJournalDirectory)));
     copy.JournalProblem = WriteCopy(JournalPath(directory, name), *source.Journal, goes_on);
-  } else if (source.Problem.starts_with("its journal")) {
+  } else if (source.Problem.starts_with(reason::kItsJournal.English)) {
     copy.JournalProblem = source.Problem;
   }
   if (source.Journal && copy.JournalProblem.empty()) {

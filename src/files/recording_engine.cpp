@@ -348,7 +348,7 @@ bool RecordingEngine::AppendSet(int slot) {
   }
   // Why a file is not open has been told when it was to be opened again.
   if (is_open && !was_told) {
-    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), kWriteTitle});
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.ErrorText(), kWriteTitle});
   }
   return false;
 }
@@ -410,7 +410,7 @@ void RecordingEngine::ReopenFile(int slot) {
   }
   const bool was_open = state_.SlotFileNo[slot].IsOpen();
   if (!files_.ReopenRecordingFile(slot)) {
-    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.Error(), kWriteTitle});
+    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.ErrorText(), kWriteTitle});
   } else if (!was_open) {
     messages_.Recovered(slot);
   }
@@ -423,7 +423,7 @@ void RecordingEngine::RestoreFile(int slot) {
   const auto told = files_.RestoreFile(slot);
   state_.WriteFailed[slot] = !told || waits_for_next_file;
   if (!told && !waits_for_next_file) {
-    messages_.Report(slot, {old_name + ": " + files_.Error(), kWriteTitle});
+    messages_.Report(slot, {old_name + ": " + files_.ErrorText(), kWriteTitle});
   }
   if (!told || told->empty()) {
     return;

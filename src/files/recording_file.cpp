@@ -7,13 +7,16 @@
 #include <utility>
 
 #include "base/text.h"
+#include "files/file_texts.h"
 #include "files/held_set.h"
 #include "files/new_file.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
 #include "state/box_titles.h"
 #include "state/open_slots.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -59,10 +62,9 @@ void RecordingFiles::OpenRecordingFile(int slot) {
   TellOfJournal(slot);
   const UnitRecord& unit = state_.Unit[slot];
   if (IsSlot(slot) && unit.UnitRecOn == 1 && !unit.CanBeRecorded()) {
-    messages_.Report(slot, {state_.SlotFile[slot] +
-                                ": the recording stands still, for the file has another number of "
-                                "columns than there are recorded inputs.",
-                            kReadTitle});
+    const std::string& name = state_.SlotFile[slot];
+    messages_.Report(slot,
+                     {file_text::kStandsStill.Text(UserLanguage(state_), {name}), kReadTitle});
   }
 }
 
@@ -77,7 +79,8 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   }
   const int owner = OwnerOf(slot, *path);
   if (owner != 0) {
-    return RefuseForGood(slot, "  is in use in row " + std::to_string(owner) + " !");
+    return RefuseForGood(
+        slot, file_text::kInUseInRow.Text(UserLanguage(state_), {std::to_string(owner)}));
   }
   if (!OpenForSlot(slot, *path)) {
     return name + ": " + file.Error();
@@ -254,12 +257,12 @@ void RecordingFiles::TellLostRows(int slot, std::int32_t rows) {
                   {"least", sets},
                   {"most", sets},
                   {"cause", "power"},
-                  {"what", "the power went off before they were on the disk"}});
-  const std::string count = lost == 1 ? "1 row was" : std::to_string(lost) + " rows were";
-  messages_.Report(slot,
-                   {state_.SlotFile[slot] + ": " + count + " lost with the power, before row " +
-                        std::to_string(state_.SampleCount[slot]),
-                    kReadTitle});
+                  {"what", std::string(reason::kPowerOff.English)}});
+  const BothLanguages& text = lost == 1 ? file_text::kRowLost : file_text::kRowsLost;
+  const std::string row = std::to_string(state_.SampleCount[slot]);
+  messages_.Report(
+      slot, {text.Text(UserLanguage(state_), {state_.SlotFile[slot], row, std::to_string(lost)}),
+             kReadTitle});
 }
 
 std::string RecordingFiles::HeldSetPath(int slot) const {
@@ -326,7 +329,8 @@ void RecordingFiles::WriteHeader(int slot) {
   }
   const std::string problem = PutHeader(slot);
   if (!problem.empty()) {
-    Refuse(slot, kWriteTitle, state_.SlotFile[slot] + ": " + problem);
+    Refuse(slot, kWriteTitle,
+           state_.SlotFile[slot] + ": " + ReasonIn(UserLanguage(state_), problem));
     return;
   }
   state_.SlotDirty[slot] = false;
@@ -417,7 +421,7 @@ void RecordingFiles::DeleteRecordingFile(int slot) {
 
 bool RecordingFiles::ReopenRecordingFile(int slot) {
   if (!IsTableSlot(slot) || state_.SlotFile[slot].empty()) {
-    return Fail("no file");
+    return Fail(reason::kNoFile);
   }
   RandomFile& file = state_.SlotFileNo[slot];
   const bool was_open = file.IsOpen();
@@ -450,7 +454,7 @@ bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
   const UnitRecord& unit = state_.Unit[slot];
   if (got < kHeaderBytes || found.UnitChannels != unit.UnitChannels ||
       found.UnitDate.Bytes != unit.UnitDate.Bytes) {
-    return Fail("another file has taken its place");
+    return Fail(reason::kAnotherFile);
   }
   if (!HoldsRowsOfSlot(slot, file)) {
     return false;
@@ -472,7 +476,7 @@ bool RecordingFiles::HoldsRowsOfSlot(int slot, RandomFile& file) {
   const std::int32_t rows = state_.SampleCount[slot];
   const std::int64_t end = SampleByte(state_.Unit[slot].UnitChannels, rows, 1);
   const bool holds_rows = rows == 0 || file.Size() >= end;
-  return holds_rows || Fail("the file has become shorter");
+  return holds_rows || Fail(reason::kShorter);
 }
 
 bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, int copies) {
@@ -480,7 +484,7 @@ bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, in
                            words.size() <= kInputs &&
                            static_cast<int>(words.size()) == state_.Unit[slot].UnitChannels;
   if (!is_possible) {
-    return Fail("the set does not fit the file");
+    return Fail(reason::kSetDoesNotFit);
   }
   RandomFile& file = state_.SlotFileNo[slot];
   const std::int32_t rows = state_.SampleCount[slot];
@@ -490,10 +494,10 @@ bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, in
     return Fail(file.Error());
   }
   if (length < offset) {
-    return Fail("the file has become shorter");
+    return Fail(reason::kShorter);
   }
   if (rows + copies > kMaxSampleCount) {
-    return Fail("the file is full");
+    return Fail(reason::kFileFull);
   }
   std::array<std::int16_t, kMaxRowWords> twice{};
   std::copy(words.begin(), words.end(), twice.begin());
@@ -552,6 +556,14 @@ void RecordingFiles::ForgetShown(int slot) {
 bool RecordingFiles::Fail(std::string text) {
   error_ = std::move(text);
   return false;
+}
+
+bool RecordingFiles::Fail(const BothLanguages& text) {
+  return Fail(std::string(text.English));
+}
+
+std::string RecordingFiles::ErrorText() const {
+  return ReasonIn(UserLanguage(state_), error_);
 }
 
 }  // namespace tavrel

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/language.h"
 #include "files/held_set.h"
 #include "files/recording_journals.h"
 #include "platform/clock.h"
@@ -138,7 +139,8 @@ class RecordingFiles {
   [[nodiscard]] RecordingJournals& Journals() { return journals_; }
 
   // The system's words for the last failure of AppendRow or ReopenRecordingFile.
-  [[nodiscard]] const std::string& Error() const { return error_; }
+  [[nodiscard]] const std::string& Error() const { return error_; }  // in English, as journals are
+  [[nodiscard]] std::string ErrorText() const;                       // for the user
 
  private:
   // These answer with the empty text or with what is to be told to the user.
@@ -174,6 +176,7 @@ class RecordingFiles {
   void ForgetShown(int slot);
   void TellOfJournal(int slot);
   bool Fail(std::string text);
+  bool Fail(const BothLanguages& text);
 
   // Where the file of a slot was found when it was opened last.
   struct Place {

@@ -1,10 +1,12 @@
 #include "base/text.h"
+#include "files/file_texts.h"
 #include "files/journal_begin.h"
 #include "files/new_file.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "state/box_titles.h"
+#include "state/user_language.h"
 
 // The files that a slot begins: by the user's wish, because one is full, or because one is lost.
 namespace tavrel {
@@ -19,7 +21,8 @@ bool RecordingFiles::CreateRecordingFile(int slot, std::int16_t interval) {
   const WallTime now = clock_.Now();
   const std::string name = FreeName(slot, NewFileName(old_name, now, unit.UnitDesignation.Get()));
   if (name.empty()) {
-    messages_.Report(slot, {old_name + ": no free file name is left today", kWriteTitle});
+    messages_.Report(slot,
+                     {file_text::kNoNameToday.Text(UserLanguage(state_), {old_name}), kWriteTitle});
     if (!state_.SlotFileNo[slot].IsOpen()) {
       OpenRecordingFile(slot);
     }
@@ -49,8 +52,9 @@ std::string RecordingFiles::MakeNextFile(int slot) {
   }
   std::string name = NextFreeName(slot);
   if (name.empty()) {
-    messages_.Report(slot,
-                     {state_.SlotFile[slot] + ": no free name for the next file", kWriteTitle});
+    messages_.Report(
+        slot,
+        {file_text::kNoNextName.Text(UserLanguage(state_), {state_.SlotFile[slot]}), kWriteTitle});
     return "";
   }
   UnitRecord unit = state_.Unit[slot];

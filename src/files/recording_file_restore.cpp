@@ -2,11 +2,14 @@
 #include <utility>
 
 #include "base/text.h"
+#include "files/file_texts.h"
 #include "files/journal_begin.h"
 #include "files/new_file.h"
+#include "files/reasons.h"
 #include "files/recording_file.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
+#include "state/user_language.h"
 
 // What becomes of a recording whose file others have taken away. An open file lives on without a
 // name, with all its rows, until it is closed.
@@ -46,15 +49,14 @@ std::optional<std::string> RecordingFiles::RestoreFile(int slot) {
   if (!rows || !PutIntoNewFile(slot, *rows)) {
     return std::nullopt;
   }
-  std::string text = old_name + ": the file has been deleted or moved by others; ";
-  text += EqualNoCase(state_.SlotFile[slot], old_name)
-              ? "it stands there again"
-              : "the recording goes on in " + state_.SlotFile[slot];
-  if (state_.SampleCount[slot] == old_count) {
-    return text + " with all its rows";
-  }
-  return text + (rows->empty() ? " without its rows, which are lost"
-                               : " with those of its rows that were left");
+  const Language language = UserLanguage(state_);
+  const bool is_there = EqualNoCase(state_.SlotFile[slot], old_name);
+  const BothLanguages& where = is_there ? file_text::kThereAgain : file_text::kGoesOnIn;
+  const bool is_whole = state_.SampleCount[slot] == old_count;
+  const BothLanguages& left = rows->empty() ? file_text::kWithoutRows : file_text::kWithSomeRows;
+  return file_text::kTakenAway.Text(language,
+                                    {old_name, where.Text(language, {state_.SlotFile[slot]}),
+                                     (is_whole ? file_text::kWithAllRows : left).In(language)});
 }
 
 // Without rows the time counts from now.
@@ -67,7 +69,7 @@ bool RecordingFiles::PutIntoNewFile(int slot, std::span<const std::byte> rows) {
   const bool is_free = !HoldsName(directory, state_.SlotFile[slot]);
   const std::string name = is_free ? UpperCase(state_.SlotFile[slot]) : NextFreeName(slot);
   if (name.empty()) {
-    return Fail("no free name for the next file");
+    return Fail(reason::kNoFreeNextName);
   }
   RandomFile file;
   const std::string problem = MakeRestoredFile(file, slot, name, unit, rows);

@@ -7,14 +7,17 @@
 #include <string_view>
 #include <utility>
 
+#include "files/file_texts.h"
 #include "files/header_changes.h"
 #include "files/journal_begin.h"
 #include "files/new_file.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
 #include "files/stored_recording.h"
 #include "platform/file_system.h"
 #include "platform/whoami.h"
 #include "state/box_titles.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -414,8 +417,9 @@ void RecordingJournals::TellProblem(int slot) {
   const std::string problem = std::exchange(problem_, "");
   is_told_ = true;
   const Messages::Deferral deferral(messages_);  // a box would interrupt what is not finished yet
-  messages_.Report(slot, {state_.SlotFile[slot] + ": the journal cannot be written (" + problem +
-                              "); the recording goes on without it",
+  const Language language = UserLanguage(state_);
+  messages_.Report(slot, {file_text::kJournalRefused.Text(
+                              language, {state_.SlotFile[slot], ReasonIn(language, problem)}),
                           kWriteTitle});
 }
 

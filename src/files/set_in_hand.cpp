@@ -4,7 +4,9 @@
 #include <span>
 #include <string>
 
+#include "files/file_texts.h"
 #include "files/recording_file.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -59,15 +61,14 @@ std::string RecordingFiles::SaveSetInHand(int slot) {
     DropHeldSet(slot);
     return "";
   }
-  const std::string text =
-      state_.SlotFile[slot] + ": the last set could not be written (" + error_ + ")";
+  const std::string why = ErrorText();
   RandomFile& held = held_set_files_[slot];
   if (held.IsNameless()) {
     held.Close();
   }
-  return KeepHeldSet(slot, 0) && held.Sync()
-             ? text + "; it stays beside the file and is written when the file is opened again"
-             : text + " and is lost";
+  const bool is_kept = KeepHeldSet(slot, 0) && held.Sync();
+  const BothLanguages& text = is_kept ? file_text::kSetKept : file_text::kSetLost;
+  return text.Text(UserLanguage(state_), {state_.SlotFile[slot], why});
 }
 
 // What a stop had to leave beside the file is its next row. If the disk refuses it again it is in

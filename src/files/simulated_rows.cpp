@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "files/file_texts.h"
+#include "state/user_language.h"
+
 namespace tavrel {
 
 bool NeedsConsentToSimulate(const RunState& state, const Link& link, int slot) {
@@ -18,14 +21,14 @@ bool StandsStillInSimulation(const RunState& state, const Link& link, int slot) 
 }
 
 Notice ConsentQuestion(const RunState& state, const Link& link) {
-  std::string text = "The instruments are simulated.\n\nThese files hold rows already:\n";
+  std::string files;
   for (int slot = 1; slot <= kSlots; ++slot) {
     if (NeedsConsentToSimulate(state, link, slot)) {
-      text += state.SlotFile[slot] + "\n";
+      files += state.SlotFile[slot] + "\n";
     }
   }
-  text += "\nTheir recording stands still. Write simulated values behind their rows ?";
-  return {text, "Simulation", BoxIcon::kWarning, true};
+  return {file_text::kConsent.Text(UserLanguage(state), {files}), "Simulation", BoxIcon::kWarning,
+          true};
 }
 
 }  // namespace tavrel

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <optional>
 
+#include "files/reasons.h"
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
@@ -279,7 +280,7 @@ std::string StopOrders::Save() {
     return {};
   }
   if (is_unread_) {
-    return "what it holds could not be read yet";
+    return std::string(reason::kUnread.English);
   }
   std::string problem;
   if (orders_.empty()) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "files/reasons.h"
 #include "files/recording_format.h"
 #include "platform/file_system.h"
 #include "platform/random_file.h"
@@ -23,7 +24,7 @@ std::optional<std::string> ReadFile(const std::string& path, std::int64_t limit,
     return std::nullopt;
   }
   if (length > limit) {
-    problem = "too long";
+    problem = reason::kTooLong.English;
     return std::nullopt;
   }
   std::string bytes(static_cast<std::size_t>(length), '\0');
@@ -51,9 +52,9 @@ StoredRecording ReadRecording(const std::string& path) {
   if (journal) {
     std::string problem;
     recording.Journal = ReadFile(*journal, kMostJournalBytes, problem);
-    recording.Problem = problem.empty() ? "" : "its journal: " + problem;
+    recording.Problem = problem.empty() ? "" : std::string(reason::kItsJournal.English) + problem;
   } else if (no_answer.Why != Failure::kNone) {
-    recording.Problem = "its journal: " + no_answer.Text;
+    recording.Problem = std::string(reason::kItsJournal.English) + no_answer.Text;
   }
   return recording;
 }

@@ -6,12 +6,15 @@
 #include "base/text.h"
 #include "dialogs/written_file.h"
 #include "files/ledger_text.h"
+#include "files/reasons.h"
 #include "files/recording_format.h"
 #include "files/seal_text.h"
 #include "files/stored_recording.h"
 #include "graph/output_pause.h"
+#include "graph/output_texts.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -67,8 +70,7 @@ void GraphOutput::Warn(const char* title, const std::string& text) {
 }
 
 void GraphOutput::TellWritten(const char* title, const std::string& path) {
-  TellWhereItWent(parts_.dialogs, parts_.shell, path, title,
-                  LanguageOf(parts_.state.Settings.HelpLang));
+  TellWhereItWent(parts_.dialogs, parts_.shell, path, title, UserLanguage(parts_.state));
 }
 
 bool GraphOutput::HasCurves(const char* title) {
@@ -86,7 +88,7 @@ bool GraphOutput::IsStill(const std::string& file) const {
 std::string GraphOutput::Target(const FileChoice& choice, const char* title) {
   std::string path = FindPath(choice.FullName).value_or(choice.FullName);
   if (IsOpenInSlot(parts_.state, path)) {
-    Warn(title, choice.FileName + "\nFile is in use");
+    Warn(title, output_text::kInUse.Text(UserLanguage(parts_.state), {choice.FileName}));
     return "";
   }
   return path;
@@ -129,7 +131,7 @@ void GraphOutput::SaveText() {
 }
 
 std::string GraphOutput::UnreadableText() const {
-  return File() + " cannot be read to its end.";
+  return output_text::kUnreadable.Text(UserLanguage(parts_.state), {File()});
 }
 
 ExportTable GraphOutput::Table() const {
@@ -240,8 +242,10 @@ void GraphOutput::WriteSubfile(const FileChoice& choice) {
     Warn(kWriteSubfileTitle, problem + "\n" + choice.FileName);
   } else {
     if (!journal_problem.empty()) {
-      Warn(kWriteSubfileTitle, choice.FileName + ": the journal cannot be written (" +
-                                   journal_problem + "); the subfile is without it");
+      const Language language = UserLanguage(state);
+      Warn(kWriteSubfileTitle,
+           output_text::kNoJournal.Text(language,
+                                        {choice.FileName, ReasonIn(language, journal_problem)}));
     }
     TellWritten(kSubfileTitle, target);
   }
@@ -263,7 +267,7 @@ ReportContent GraphOutput::Content() const {
   ReportContent content{
       Unit(), graph.Curves, View(), graph.AxisTicks, parts_.state.SlotFileNo[Slot()],
       File(), "",           ""};
-  const Language language = LanguageOf(parts_.state.Settings.HelpLang);
+  const Language language = UserLanguage(parts_.state);
   if (const auto journal = JournalTextOf(parts_.state.SlotPath[Slot()], File())) {
     content.Ledger = LedgerSummary(parts_.journals.Figures(Slot()), language);
     content.Seal = LastSealText(*journal, language);

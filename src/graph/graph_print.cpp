@@ -1,6 +1,8 @@
 #include "graph/graph_output.h"
 #include "graph/output_pause.h"
+#include "graph/output_texts.h"
 #include "state/open_slots.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -36,7 +38,7 @@ void GraphOutput::Print() {
   }
   KeepPrinter(choice);
   if (!choice.OutputFile.empty() && IsOpenInSlot(parts_.state, choice.OutputFile)) {
-    Warn(kTitle, choice.OutputFile + "\nFile is in use");
+    Warn(kTitle, output_text::kInUse.Text(UserLanguage(parts_.state), {choice.OutputFile}));
     return;
   }
   bool is_still = true;

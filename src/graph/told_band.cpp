@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "files/ledger_text.h"
+#include "files/reasons.h"
 
 namespace tavrel {
 namespace {
@@ -97,7 +98,7 @@ std::string InputsText(const std::vector<int>& inputs, Language language) {
 }
 
 std::string TextOf(const ToldRows& told, Language language) {
-  const std::string why = told.Why.empty() ? "" : " (" + told.Why + ")";
+  const std::string why = told.Why.empty() ? "" : " (" + ReasonIn(language, told.Why) + ")";
   const std::string rows = RowsText(told, language) + InputsText(told.Inputs, language);
   switch (told.What) {
     case ToldRows::Kind::kLater:

@@ -1,8 +1,10 @@
 #include "main/attachment.h"
 
 #include "base/file_names.h"
+#include "main/main_texts.h"
 #include "platform/file_system.h"
 #include "state/open_slots.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -55,12 +57,11 @@ void Attachment::TellOfDropped() {
   if (backup.empty()) {
     return;
   }
-  std::string text = "These tests are no longer on the sheet:\n";
+  std::string tests;
   for (const std::string& name : dropped_) {
-    text += name + "\n";
+    tests += name + "\n";
   }
-  text += "\nThe settings that name them are kept in\n" + backup +
-          "\nThe manual tells how to go back to them.";
+  const std::string text = main_text::kDropped.Text(UserLanguage(parts_.state), {tests, backup});
   parts_.messages.Report(kViewedFile, {text, kSettingsFile});
 }
 

@@ -29,7 +29,7 @@ inline constexpr BothLanguages kBrowsers{"variables, registers", "Variablen, Reg
 
 // All keys of the program, form by form. The table of the form "Keys" and that of the manual.
 inline constexpr std::array kKeyTable = {
-    KeyEntry{key_place::kEverywhere, {"F1", "F1"}, {"the manual", "das Handbuch"}},
+    KeyEntry{key_place::kEverywhere, BothLanguages::Same("F1"), {"the manual", "das Handbuch"}},
     KeyEntry{key_place::kEverywhere,
              {"Alt + letter", "Alt + Buchstabe"},
              {"the button or menu with that letter underlined",
@@ -41,7 +41,7 @@ inline constexpr std::array kKeyTable = {
              {"Enter", "Eingabe"},
              {"the default button of a form", "der Standardknopf eines Fensters"}},
     KeyEntry{key_place::kEverywhere,
-             {"Esc", "Esc"},
+             BothLanguages::Same("Esc"),
              {"leave a form without taking anything over", "Fenster verlassen, ohne etwas zu tun"}},
     KeyEntry{key_place::kEverywhere,
              {"letters, digits", "Buchstaben, Ziffern"},
@@ -51,7 +51,7 @@ inline constexpr std::array kKeyTable = {
              {"Ctrl+1 ... Ctrl+9", "Strg+1 ... Strg+9"},
              {"worksheet of row 1 ... 9", "Arbeitsblatt der Zeile 1 ... 9"}},
     KeyEntry{key_place::kSheet,
-             {"Alt+0, Alt+1, Alt+2", "Alt+0, Alt+1, Alt+2"},
+             BothLanguages::Same("Alt+0, Alt+1, Alt+2"),
              {"worksheet of row 10, 11, 12", "Arbeitsblatt der Zeile 10, 11, 12"}},
     KeyEntry{key_place::kSheet,
              {"Ctrl+0", "Strg+0"},
@@ -59,7 +59,7 @@ inline constexpr std::array kKeyTable = {
     KeyEntry{key_place::kSheet, {"Ctrl+O", "Strg+O"}, {"open a file", "Datei öffnen"}},
     KeyEntry{key_place::kSheet, {"Ctrl+,", "Strg+,"}, {"settings", "Einstellungen"}},
     KeyEntry{key_place::kSheet,
-             {"F5", "F5"},
+             BothLanguages::Same("F5"),
              {"read all rows again at once", "alle Zeilen sofort neu lesen"}},
     KeyEntry{key_place::kSheet,
              {"Ctrl+Q", "Strg+Q"},
@@ -69,10 +69,11 @@ inline constexpr std::array kKeyTable = {
              {"Enter, Tab", "Eingabe, Tab"},
              {"while editing: keep the new name", "beim Bearbeiten: neuen Namen behalten"}},
     KeyEntry{key_place::kName,
-             {"Esc", "Esc"},
+             BothLanguages::Same("Esc"),
              {"while editing: the old name again", "beim Bearbeiten: wieder der alte Name"}},
     KeyEntry{key_place::kWork, {"Enter", "Eingabe"}, {"show the graph", "Graphik zeigen"}},
-    KeyEntry{key_place::kWork, {"F5", "F5"}, {"read again at once", "sofort neu lesen"}},
+    KeyEntry{
+        key_place::kWork, BothLanguages::Same("F5"), {"read again at once", "sofort neu lesen"}},
     KeyEntry{key_place::kGraph, {"Ctrl+P", "Strg+P"}, {"print", "drucken"}},
     KeyEntry{
         key_place::kGraph,
@@ -84,14 +85,14 @@ inline constexpr std::array kKeyTable = {
     KeyEntry{key_place::kGrid,
              {"Space, F2", "Leertaste, F2"},
              {"choices of a cell", "Auswahl eines Feldes"}},
-    KeyEntry{key_place::kChannels, {"F10", "F10"}, {"to the menus", "zu den Menüs"}},
+    KeyEntry{key_place::kChannels, BothLanguages::Same("F10"), {"to the menus", "zu den Menüs"}},
     KeyEntry{key_place::kChannels,
              {"Ctrl+S, Ctrl+O", "Strg+S, Strg+O"},
              {"save or load variables", "Variablen sichern oder laden"}},
     KeyEntry{key_place::kProgram,
              {"Ctrl+N, Ctrl+O, Ctrl+S", "Strg+N, Strg+O, Strg+S"},
              {"new program, open, save", "neues Programm, öffnen, sichern"}},
-    KeyEntry{key_place::kBrowsers, {"F5", "F5"}, {"read again", "neu lesen"}},
+    KeyEntry{key_place::kBrowsers, BothLanguages::Same("F5"), {"read again", "neu lesen"}},
 };
 
 inline constexpr std::array kKeyHeads = {BothLanguages{"where", "wo"},

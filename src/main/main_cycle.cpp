@@ -4,6 +4,9 @@
 #include <cmath>
 #include <string>
 
+#include "main/main_texts.h"
+#include "state/user_language.h"
+
 namespace tavrel {
 namespace {
 
@@ -235,10 +238,11 @@ void MainCycle::TellCatchUp() {
   }
   is_catching_up_ = true;
   parts_.engine.Controllers().CaughtUp(minutes);
-  const std::string count = std::to_string(minutes) + (minutes == 1 ? " minute" : " minutes");
-  parts_.messages.Report(0, {"The controller programs stood still for " + count +
-                                 ".\nThey make up for it now: their steps follow at once.",
-                             "controller  program"});
+  const BothLanguages& text =
+      minutes == 1 ? main_text::kStoodStillMinute : main_text::kStoodStillMinutes;
+  const Language language = UserLanguage(state);
+  parts_.messages.Report(
+      0, {text.Text(language, {std::to_string(minutes)}), main_text::kProgramTitle.Text(language)});
 }
 
 // Only one step that uses the line: a ramp takes five exchanges. Behind one that failed the others

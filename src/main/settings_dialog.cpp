@@ -7,10 +7,12 @@
 #include "base/text.h"
 #include "dialogs/help.h"
 #include "files/simulated_rows.h"
+#include "main/main_texts.h"
 #include "main/settings_lists.h"
 #include "platform/file_system.h"
 #include "platform/serial_names.h"
 #include "state/settings_keys.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -72,15 +74,8 @@ bool AnyRecordingOn(const RunState& state) {
 }
 
 std::string MoveQuestion(const RunState& state, const std::string& from, const std::string& to) {
-  const std::string running =
-      "Tests are running in\n" + from +
-      "\n\nThey stay there until the end of the program. At the next start they are looked for "
-      "in\n" +
-      to + "\nand are not found, unless their files are moved there.";
-  const std::string waiting = "The files of the tests are in\n" + from +
-                              "\n\nFrom now on they are looked for in\n" + to +
-                              "\nand are not found, unless they are moved there.";
-  return (AnyTestInUse(state) ? running : waiting) + "\n\nUse the new directory ?";
+  const BothLanguages& text = AnyTestInUse(state) ? main_text::kTestsRun : main_text::kTestsWait;
+  return text.Text(UserLanguage(state), {from, to});
 }
 
 bool IsPresent(const std::string& device) {
@@ -206,9 +201,7 @@ bool SettingsDialog::MaySimulate(const EditedSettings& edited) {
     return true;
   }
   state.SimulatedRowsAllowed = parts_.dialogs.AskOk(
-      {"A recording is on.\n\nWithout a port the instruments are simulated, and simulated values "
-       "are written into its file.\n\nSimulate anyway ?",
-       kTitle, BoxIcon::kWarning, true});
+      {main_text::kSimulate.Text(UserLanguage(state)), kTitle, BoxIcon::kWarning, true});
   return state.SimulatedRowsAllowed;
 }
 
@@ -227,11 +220,8 @@ bool SettingsDialog::CanBeKept(const std::string& directory) {
   if (IsPathForKeyFile(directory)) {
     return true;
   }
-  parts_.dialogs.Message(
-      {"The settings file cannot hold the name of this directory:\n" + directory +
-           "\n\nIt holds the letters of Western European languages only, and no quotation marks "
-           "and line ends in a name and no blank at its end.\n\nThe directory stays as it was.",
-       kTitle, BoxIcon::kWarning});
+  parts_.dialogs.Message({main_text::kNoSuchName.Text(UserLanguage(parts_.state), {directory}),
+                          kTitle, BoxIcon::kWarning});
   return false;
 }
 

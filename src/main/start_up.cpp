@@ -10,7 +10,10 @@
 #include "dialogs/help.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "main/main_texts.h"
 #include "platform/file_system.h"
+#include "platform/system_language.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -19,9 +22,6 @@ constexpr const char* kLockFile = "TAVREL.LCK";
 constexpr int kBacklogWorthTelling = 3;  // sets; fewer are read before a user could look
 constexpr std::chrono::milliseconds kPortInUseRetry{100};
 constexpr int kPortInUseRetries = 20;  // 20 x 100 ms = 2 s until the user is told
-
-constexpr const char* kStopWaits = "Tavrel does not acknowledge it yet; it is tried again.";
-constexpr const char* kStopIsDone = "It is off now.";
 
 constexpr BothLanguages kStartCaption{" ... to start hit any key ... ",
                                       " Start  (beliebige Taste) "};
@@ -45,9 +45,9 @@ std::optional<std::string> StartUp::HomeOf(const std::string& program_path) cons
   NoAnswer no_answer;
   bool is_writable = IsWritable(program_path, no_answer);
   while (no_answer.Why != Failure::kNone) {
-    const Notice question{"Cannot tell whether the program's directory can be written:\n" +
-                              program_path + "\n\n" + no_answer.Text,
-                          "TAVREL", BoxIcon::kCritical};
+    const Notice question{
+        main_text::kUnknownDirectory.Text(SystemLanguage(), {program_path, no_answer.Text}),
+        "TAVREL", BoxIcon::kCritical};
     if (!parts_.dialogs.AskRetryOrExit(question)) {
       return std::nullopt;
     }
@@ -82,9 +82,8 @@ bool StartUp::IsFirst(const TakeLock& take_lock) {
   const std::string path = parts_.state.DataHome + kLockFile;
   LockTaking taking = take_lock(path);
   while (!taking.Problem.empty()) {
-    const Notice question{
-        "Cannot tell whether the program is already running:\n" + path + "\n\n" + taking.Problem,
-        "TAVREL", BoxIcon::kCritical};
+    const Notice question{main_text::kUnknownCopy.Text(SystemLanguage(), {path, taking.Problem}),
+                          "TAVREL", BoxIcon::kCritical};
     if (!parts_.dialogs.AskRetryOrExit(question)) {
       return false;
     }
@@ -100,17 +99,15 @@ std::optional<SplashValues> StartUp::SplashShow() {
   parts_.state.FirstRun = false;
   parts_.settings.SettingsLoad();
   while (!parts_.settings.ReadError().empty()) {
-    const Notice question{"The settings are there, but cannot be read:\n" +
-                              parts_.settings.ReadError() +
-                              "\n\nThey name all tests. Nothing is saved as long as they "
-                              "cannot be read.",
-                          kSettingsFile, BoxIcon::kCritical};
+    const Notice question{
+        main_text::kUnreadSettings.Text(SystemLanguage(), {parts_.settings.ReadError()}),
+        kSettingsFile, BoxIcon::kCritical};
     if (!parts_.dialogs.AskRetryOrExit(question)) {
       return std::nullopt;
     }
     parts_.settings.SettingsLoad();
   }
-  const Language language = LanguageOf(parts_.state.Settings.HelpLang);
+  const Language language = UserLanguage(parts_.state);
   return SplashValues{std::string(kStartCaption.In(language)), "release   2446"};
 }
 
@@ -192,10 +189,12 @@ void StartUp::FinishStopOrders() {
 
 void StartUp::TellStopOrder(const StopOrder& order) {
   const bool waits = parts_.engine.Orders().IsWaiting(order.Inet, order.Controller);
-  const std::string what = "Controller " + std::to_string(order.Controller) + " of Tavrel " +
-                           std::to_string(order.Inet) + " was not switched off at the end of its " +
-                           "recording.\n";
-  parts_.messages.Report(order.Slot, {what + (waits ? kStopWaits : kStopIsDone), "controller"});
+  const BothLanguages& text = waits ? main_text::kStopWaits : main_text::kStopIsDone;
+  const Language language = UserLanguage(parts_.state);
+  parts_.messages.Report(
+      order.Slot,
+      {text.Text(language, {std::to_string(order.Controller), std::to_string(order.Inet)}),
+       main_text::kControllerTitle.Text(language)});
 }
 
 void StartUp::ReadBacklog() {

@@ -2,6 +2,8 @@
 
 #include "link/registers.h"
 #include "service/instrument_use.h"
+#include "service/service_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -21,11 +23,10 @@ void FirmwareTest::Open() {
 
 bool FirmwareTest::MayTest(int inet) {
   const std::string tests = TestsAtWork(Parts().state, inet, Parts().is_controller_on);
-  return tests.empty() ||
-         Parts().dialogs.AskYes({InstrumentName(inet).substr(1) + " is at work:\n\n" + tests +
-                                     "\n\nDuring the test its firmware may do with samples and "
-                                     "controllers what it likes.\nSamples may be lost.\n\nGo on ?",
-                                 title_, BoxIcon::kWarning, true});
+  return tests.empty() || Parts().dialogs.AskYes(
+                              {service_text::kAtWork.Text(UserLanguage(Parts().state),
+                                                          {InstrumentName(inet).substr(1), tests}),
+                               title_, BoxIcon::kWarning, true});
 }
 
 LinkResult FirmwareTest::Order(std::int16_t command) {

@@ -1,5 +1,8 @@
 #include "service/instrument_use.h"
 
+#include "service/service_texts.h"
+#include "state/user_language.h"
+
 namespace tavrel {
 namespace {
 
@@ -11,11 +14,11 @@ bool Records(const RunState& state, int slot, int inet) {
   return IsInstalled(state, slot, inet) && state.Unit[slot].UnitRecOn == 1;
 }
 
-std::string WorkOf(bool records, bool controls) {
+const BothLanguages& WorkOf(bool records, bool controls) {
   if (records && controls) {
-    return "records, controls";
+    return service_text::kRecordsAndControls;
   }
-  return records ? "records" : "controls";
+  return records ? service_text::kRecords : service_text::kControls;
 }
 
 }  // namespace
@@ -49,14 +52,15 @@ std::string TestsAtWork(const RunState& state, int inet,
         IsInstalled(state, slot, inet) && (state.ProgRunning[slot] || is_controller_on(slot));
     if (records || controls) {
       tests += (tests.empty() ? "" : "\n") + NameOfTest(state, slot) + "  (" +
-               WorkOf(records, controls) + ")";
+               WorkOf(records, controls).Text(UserLanguage(state)) + ")";
     }
   }
   return tests;
 }
 
 std::string NameOfTest(const RunState& state, int slot) {
-  return "row " + std::to_string(slot) + ":  " + state.Unit[slot].ApparatusName();
+  return service_text::kTest.Text(UserLanguage(state),
+                                  {std::to_string(slot), state.Unit[slot].ApparatusName()});
 }
 
 }  // namespace tavrel

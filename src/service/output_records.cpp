@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "files/reasons.h"
 #include "link/registers.h"
 #include "platform/file_system.h"
 #include "state/box_titles.h"
@@ -152,7 +153,7 @@ void OutputRecords::Save() {
 
 std::string OutputRecords::Write() const {
   if (!is_loaded_) {
-    return "what it holds could not be read yet";
+    return std::string(reason::kUnread.English);
   }
   if (!records_.empty()) {
     return ReplaceFile(Path(), EncodeOutputRecords(records_));

@@ -5,6 +5,8 @@
 
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "service/service_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -165,18 +167,18 @@ void OutputRecovery::EndIfDone(int inet) {
 
 // The box stands beside the forms: it may be answered long afterwards, or never.
 void OutputRecovery::Tell(int inet, const std::vector<Return>& returns) {
-  std::string text = "The test of outputs on Tavrel-" + std::to_string(inet) +
-                     " was not ended.\nIts outputs have been switched off now.";
+  const Language language = UserLanguage(parts_.state);
+  std::string text = service_text::kNotEnded.Text(language, {std::to_string(inet)});
   if (returns.empty()) {
     parts_.dialogs.Announce({text, kTitle});
     return;
   }
-  text += "\n\nThese controllers were on before the test, and are off:";
+  std::string controllers;
   for (const Return& wish : returns) {
-    text += "\ncontroller " + std::to_string(wish.record.Controller) + ":  " +
-            std::string(controller::WordOf(wish.record.Before));
+    controllers += service_text::kStatus.Text(
+        language, {std::to_string(wish.record.Controller), controller::WordOf(wish.record.Before)});
   }
-  text += "\n\nShall they return to that status ?";
+  text += service_text::kWereOn.Text(language, {controllers});
   parts_.dialogs.AskBeside({text, kTitle, BoxIcon::kQuestion, true}, [this, returns](bool yes) {
     if (yes) {
       returns_.insert(returns_.end(), returns.begin(), returns.end());
@@ -219,8 +221,9 @@ bool OutputRecovery::GiveBack(Return& wish) {
   }
   const LinkResult result = Write(parts_.link, status, record.Before);
   if (result == LinkResult::kRejected) {
-    parts_.dialogs.Announce({"Tavrel-" + std::to_string(record.Inet) + " refuses:  controller " +
-                                 std::to_string(record.Controller) + " stays off.",
+    parts_.dialogs.Announce({service_text::kRefuses.Text(
+                                 UserLanguage(parts_.state),
+                                 {std::to_string(record.Inet), std::to_string(record.Controller)}),
                              kTitle});
   }
   return IsGood(result) || result == LinkResult::kRejected;

@@ -3,9 +3,12 @@
 #include <algorithm>
 
 #include "dialogs/checks.h"
+#include "files/reasons.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "service/service_texts.h"
 #include "state/box_titles.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -28,10 +31,8 @@ void OutputTest::Open() {
     return;
   }
   if (!records_.Load() || records_.Has(inet)) {
-    Parts().dialogs.Message({"The outputs of Tavrel-" + std::to_string(inet) +
-                                 " are still to be switched off after an earlier test.\n"
-                                 "That is done as soon as it answers.",
-                             kTitle});
+    Parts().dialogs.Message(
+        {service_text::kStillOn.Text(UserLanguage(Parts().state), {std::to_string(inet)}), kTitle});
     return;
   }
   OpenScreen();
@@ -156,9 +157,10 @@ bool OutputTest::KeepRecord() {
   const std::string problem = Parts().link.Simulated ? "" : records_.Put(Inet(), Records());
   if (!problem.empty()) {
     static_cast<void>(records_.Put(Inet(), {}));
-    Parts().dialogs.Announce({std::string(kOutputRecordsFile) + ": " + problem +
-                                  "\nWithout this record the outputs cannot be tested.",
-                              kWriteTitle});
+    const Language language = UserLanguage(Parts().state);
+    Parts().dialogs.Announce(
+        {service_text::kNoRecord.Text(language, {kOutputRecordsFile, ReasonIn(language, problem)}),
+         kWriteTitle});
     Leave();
     return false;
   }
@@ -362,9 +364,7 @@ std::vector<OutputRecord> OutputTest::Unfinished() const {
 void OutputTest::GiveUp() {
   if (!Unfinished().empty()) {
     Parts().dialogs.Announce(
-        {"Tavrel-" + std::to_string(Inet()) +
-             " does not answer: its outputs may be on.\nThey are switched off as soon as it "
-             "answers again, also after the next start of the program.",
+        {service_text::kMayBeOn.Text(UserLanguage(Parts().state), {std::to_string(Inet())}),
          kTitle});
   }
   Leave();

@@ -8,6 +8,8 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "service/quality_texts.h"
+#include "service/service_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -260,7 +262,7 @@ std::string QualityData::TakeSignature(int index, std::string& date, std::string
   }
   if (!IsInitials(name)) {
     return Refuse(fault.name_control,
-                  std::string(fault.name) + "\n\nOnly letters A to Z, figures and signs.");
+                  service_text::kLetters.Text(UserLanguage(Parts().state), {fault.name}));
   }
   return TakeDate(typed.Text_Date, date) ? "" : Refuse(fault.date_control, fault.date);
 }
@@ -309,10 +311,11 @@ void QualityData::Quit() {
   const int written = qs_step_ - kFirstWrite;
   CloseNow();
   if (is_half_written) {
-    Parts().dialogs.Message({InstrumentName().substr(1) + " has acknowledged " +
-                                 std::to_string(written) + " of " + std::to_string(kRegisters) +
-                                 " values.\nIt may hold only a part of the new quality data.",
-                             "update"});
+    Parts().dialogs.Message(
+        {service_text::kHalfWritten.Text(
+             UserLanguage(Parts().state),
+             {InstrumentName().substr(1), std::to_string(written), std::to_string(kRegisters)}),
+         "update"});
   }
 }
 

@@ -6,6 +6,8 @@
 #include "files/buffers_last.h"
 #include "link/reply.h"
 #include "service/instrument_use.h"
+#include "service/service_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -131,12 +133,15 @@ bool Terminal::MaySend(const std::string& line) {
 }
 
 bool Terminal::AskAbout(const BufferCommand& command, const std::vector<int>& slots) {
-  std::string text = command.IsRead ? "This command takes a value out of the buffer of a recording:"
-                                    : "This command clears the buffer of a recording:";
+  const Language language = UserLanguage(parts_.state);
+  std::string inputs;
   for (const int slot : slots) {
-    text += "\n" + NameOfTest(parts_.state, slot) + ",  input " + std::to_string(command.Input);
+    inputs += "\n" + service_text::kTestInput.Text(
+                         language, {NameOfTest(parts_.state, slot), std::to_string(command.Input)});
   }
-  text += "\n\nThe recording misses what is taken. Send it all the same ?";
+  const BothLanguages& question =
+      command.IsRead ? service_text::kTakesValue : service_text::kClearsBuffer;
+  const std::string text = question.Text(language, {inputs});
   is_asking_ = true;
   const bool is_wanted = parts_.dialogs.AskOk({text, "Terminal", BoxIcon::kWarning, true});
   is_asking_ = false;

@@ -3,21 +3,22 @@
 #include "base/number.h"
 #include "link/registers.h"
 #include "service/instrument_use.h"
+#include "service/service_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
 
 constexpr int kOwnType = 4;  // the variant of which this system knows the registers
 constexpr std::chrono::seconds kLongestWait{5};
-constexpr const char* kSeriesTitle = "recorded input";
 constexpr BothLanguages kInHand{"   held for ", "   gehalten für "};
 constexpr BothLanguages kNotRead{"   being checked for ", "   in Prüfung für "};
 constexpr int kHexColumn = 1;
 constexpr int kDecColumn = 2;
 constexpr RegisterSheet::Heads kHeads = {{"addr", "hex", "dec", "designation"}};
 
-std::string RowName(int slot) {
-  return "row " + std::to_string(slot);
+std::string RowName(int slot, Language language) {
+  return service_text::kRow.Text(language, {std::to_string(slot)});
 }
 
 std::string FourHexDigits(std::int16_t word) {
@@ -26,17 +27,11 @@ std::string FourHexDigits(std::int16_t word) {
 }
 
 // What becomes of the recordings of an input.
-std::string ConsequenceOf(const Register& to) {
+const BothLanguages& ConsequenceOf(const Register& to) {
   if (to.letter == reg::kBuffered) {
-    return "R = 0 clears the buffer of this input. What it holds is lost for the recording: the "
-           "value before stands in its place, so that no later value comes into a wrong row.";
+    return service_text::kClearsSeries;
   }
-  if (to.letter == reg::kSampling) {
-    return "S is the sampling time of this input. With another one its values no longer fit those "
-           "of the other inputs: from then on they stand in wrong rows of the recording.";
-  }
-  return "X hands the stored values over. If the instrument drops one by this, the value before "
-         "stands in its place in the recording.";
+  return to.letter == reg::kSampling ? service_text::kSampling : service_text::kHandsOver;
 }
 
 }  // namespace
@@ -132,10 +127,11 @@ SheetValue VariableBrowser::ValueInHand(const std::vector<int>& takers, int inpu
   for (const int slot : takers) {
     if (state.SampleSeen[slot][input]) {
       const std::int16_t word = state.SampleValue[slot][input];
-      return {FourHexDigits(word), word, std::string(kInHand.In(TipLanguage())) + RowName(slot)};
+      return {FourHexDigits(word), word,
+              std::string(kInHand.In(TipLanguage())) + RowName(slot, TipLanguage())};
     }
   }
-  return {"", 0, std::string(kNotRead.In(TipLanguage())) + RowName(takers.front())};
+  return {"", 0, std::string(kNotRead.In(TipLanguage())) + RowName(takers.front(), TipLanguage())};
 }
 
 // ---- Writing.
@@ -146,13 +142,15 @@ bool VariableBrowser::MayWrite(int row) {
   if (takers.empty()) {
     return true;
   }
-  std::string text = layout_.Key(row) + " of" + InstrumentName() + ":\n" + ConsequenceOf(to) +
-                     "\n\nThis input is recorded by";
+  std::string tests;
   for (const int slot : takers) {
-    text += "\n" + NameOfTest(Parts().state, slot);
+    tests += "\n" + NameOfTest(Parts().state, slot);
   }
+  const Language language = UserLanguage(Parts().state);
   return Parts().dialogs.AskOk(
-      {text + "\n\nWrite it all the same ?", kSeriesTitle, BoxIcon::kWarning, true});
+      {service_text::kWriteSeries.Text(
+           language, {layout_.Key(row), InstrumentName(), ConsequenceOf(to).In(language), tests}),
+       service_text::kSeriesTitle.Text(language), BoxIcon::kWarning, true});
 }
 
 LinkResult VariableBrowser::WriteRow(int row, std::int16_t word) {
@@ -180,10 +178,9 @@ LinkResult VariableBrowser::WriteSeries(const Register& to, std::int16_t word,
     stored = count.word;
   }
   if (stored > RecordingEngine::kMostToClear || !Parts().engine.MayWriteSeries(takers, to.index)) {
-    Parts().dialogs.Message(
-        {"The recording has to read first what waits in the instrument, and "
-         "what is in doubt.\nNothing was written. Try again later.",
-         kSeriesTitle, BoxIcon::kInformation});
+    const Language language = UserLanguage(Parts().state);
+    Parts().dialogs.Message({service_text::kReadFirst.Text(language),
+                             service_text::kSeriesTitle.Text(language), BoxIcon::kInformation});
     return LinkResult::kNone;
   }
   return Parts().engine.WriteSeries({takers, to, word, stored});

@@ -5,6 +5,8 @@
 
 #include "base/number.h"
 #include "platform/file_system.h"
+#include "setup/setup_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -85,10 +87,11 @@ Rows AdjustmentRun::TouchedRows() const {
 // The record is on the disk before the first register is written.
 bool AdjustmentRun::MayBegin() {
   const Rows touched = TouchedRows();
-  std::vector<std::string> lines = ControllersAtWork(parts_.link, inet_, touched);
+  const Language language = UserLanguage(parts_.state);
+  std::vector<std::string> lines = ControllersAtWork(parts_.link, inet_, touched, language);
   const auto recordings = RecordingsAtWork(parts_.state, inet_, touched);
   lines.insert(lines.end(), recordings.begin(), recordings.end());
-  if (!MayTouch(parts_.dialogs, lines, kTitle)) {
+  if (!MayTouch(parts_.dialogs, lines, kTitle, language)) {
     return false;
   }
   before_ = parts_.sheet.Words();
@@ -96,8 +99,7 @@ bool AdjustmentRun::MayBegin() {
   const std::int16_t code = rows_.front() == kReferenceRow ? sensor::kRtd : adj_sensor_;
   const std::string problem = journal_.Begin(inet_, SensorName(code), rows_, before_);
   return problem.empty() ||
-         parts_.dialogs.AskYes({std::string("Cannot write file  ") + kJournalFile + ": " + problem +
-                                    "\n\nAdjust without a record of it ?",
+         parts_.dialogs.AskYes({setup_text::kNoRecord.Text(language, {kJournalFile, problem}),
                                 kTitle, BoxIcon::kWarning, true});
 }
 
@@ -110,8 +112,10 @@ void AdjustmentRun::Say(const std::string& instruction) {
 // The user must see, up to the end of the run, that the calibration failed.
 void AdjustmentRun::ShowInstruction() {
   const int failed = collector_.FailedReadings();
-  const std::string count = std::to_string(failed) + (failed == 1 ? " reading" : " readings");
-  parts_.values.Lbl_Instr = instruction_ + (failed > 0 ? "     (" + count + " failed)" : "");
+  const BothLanguages& text =
+      failed == 1 ? setup_text::kReadingFailed : setup_text::kReadingsFailed;
+  const std::string told = text.Text(UserLanguage(parts_.state), {std::to_string(failed)});
+  parts_.values.Lbl_Instr = instruction_ + (failed > 0 ? told : "");
 }
 
 void AdjustmentRun::Change(AdjState from, AdjState to) {
@@ -363,9 +367,9 @@ void AdjustmentRun::Finish(AdjState from) {
     parts_.dialogs.Message({failed, kTitle, BoxIcon::kWarning});
   }
   if (!journal_.Problem().empty()) {
-    parts_.dialogs.Message(
-        {std::string("Cannot write file  ") + kJournalFile + ": " + journal_.Problem(), kTitle,
-         BoxIcon::kWarning});
+    parts_.dialogs.Message({setup_text::kNotRecorded.Text(UserLanguage(parts_.state),
+                                                          {kJournalFile, journal_.Problem()}),
+                            kTitle, BoxIcon::kWarning});
   }
   if (parts_.adj_state == from) {
     End("");

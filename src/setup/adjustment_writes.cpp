@@ -4,6 +4,8 @@
 
 #include "base/number.h"
 #include "setup/adjustment_run.h"
+#include "setup/setup_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -75,9 +77,9 @@ void AdjustmentRun::WriteSensorNone(const char* instruction, AdjState next, cons
 }
 
 void AdjustmentRun::EndWithLinearisedValues() {
-  std::string text = "The instrument did not acknowledge that row " +
-                     RowName(not_acknowledged_.front().row) +
-                     " gives raw readings (L = 0).\nThe adjustment ends.";
+  const Language language = UserLanguage(parts_.state);
+  std::string text =
+      setup_text::kStillLinear.Text(language, {RowName(not_acknowledged_.front().row)});
   std::string changed;
   for (const int row : rows_) {
     if (after_[row].L == sensor::kNone) {
@@ -85,7 +87,7 @@ void AdjustmentRun::EndWithLinearisedValues() {
     }
     journal_.AddAfter(row, after_[row]);
   }
-  text += changed.empty() ? "" : "\n\nThese rows have no sensor code now (L = 0):" + changed;
+  text += changed.empty() ? "" : setup_text::kWithoutSensor.Text(language, {changed});
   const AdjState from = parts_.adj_state;
   is_writing_ = false;
   writes_.Drop();
@@ -135,19 +137,20 @@ std::string AdjustmentRun::FailedRowsText() const {
   if (not_acknowledged_.empty()) {
     return "";
   }
-  std::string text = "The instrument did not acknowledge:\n";
+  const Language language = UserLanguage(parts_.state);
+  std::string rows;
   for (const RegisterOfRow& at : not_acknowledged_) {
     const std::string letter = at.letter;
-    const char* const meaning = letter == reg::kSensorCode
-                                    ? ": it is not known whether the row has its sensor code"
-                                    : ": the row stays without a sensor code (L = 0)";
-    text += "\n    row " + RowName(at.row) + ", register " + letter + meaning;
+    const BothLanguages& meaning =
+        letter == reg::kSensorCode ? setup_text::kSensorUnknown : setup_text::kSensorMissing;
+    rows += "\n    " + meaning.Text(language, {RowName(at.row), letter});
   }
-  return text + "\n\nAdjust these rows again.";
+  return setup_text::kNotAcknowledged.Text(language, {rows});
 }
 
 // The sensor code in any case, of the others what is not as it was.
 std::string AdjustmentRun::ChangedRowText(int row) const {
+  const Language language = UserLanguage(parts_.state);
   ChannelWords before = before_[row];
   ChannelWords after = after_[row];
   std::string text;
@@ -156,11 +159,11 @@ std::string AdjustmentRun::ChangedRowText(int row) const {
     const auto& is = WordOf(after, letter);
     const auto& was = WordOf(before, letter);
     if (is != was || text.empty()) {
-      text += (text.empty() ? "" : ",  ") + std::string(letter) + " = " + TextOf(is) + " (was " +
-              TextOf(was) + ")";
+      text += (text.empty() ? "" : ",  ") +
+              setup_text::kWord.Text(language, {letter, TextOf(is), TextOf(was)});
     }
   }
-  return "row " + RowName(row) + ":  " + text;
+  return setup_text::kChangedRow.Text(language, {RowName(row), text});
 }
 
 std::string AdjustmentRun::ChangedText() const {
@@ -171,12 +174,12 @@ std::string AdjustmentRun::ChangedText() const {
   if (rows.empty()) {
     return "";
   }
+  const Language language = UserLanguage(parts_.state);
   const bool is_doubtful = rows.find('?') != std::string::npos;
-  return "The adjustment is dropped. What it has written stays:\n" + rows +
-         (is_doubtful ? "\n\n? is not known, for the instrument did not answer." : "") +
-         "\n\nWith L = 0 a row gives raw readings. Adjust these rows again, or load a variable "
-         "file." +
-         (journal_.IsBegun() ? "\n\nThe old values stand in " + journal_.Path() : "");
+  return setup_text::kDropped.Text(language, {rows}) +
+         (is_doubtful ? setup_text::kUnknown.Text(language) : "") +
+         setup_text::kAdjustAgain.Text(language) +
+         (journal_.IsBegun() ? setup_text::kOldValues.Text(language, {journal_.Path()}) : "");
 }
 
 }  // namespace tavrel

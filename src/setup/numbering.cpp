@@ -5,6 +5,8 @@
 #include "base/element.h"
 #include "files/buffers_last.h"
 #include "link/registers.h"
+#include "setup/setup_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -151,20 +153,18 @@ void Numbering::cmd_TavNo_Click(int number) {
 // or get another one.
 bool Numbering::MayAssign(int from, int to) {
   const RunState& state = parts_.state;
+  const Language language = UserLanguage(state);
   std::string tests;
   for (int slot = 1; slot <= kSlots; ++slot) {
     const UnitRecord& unit = state.Unit[slot];
     if (!state.SlotFile[slot].empty() && (unit.UnitInet == from || unit.UnitInet == to)) {
-      tests += "\nrow " + std::to_string(slot) + ":  " + unit.ApparatusName() + "  (Tavrel " +
-               std::to_string(unit.UnitInet) + ")";
+      tests += setup_text::kTestLine.Text(
+          language, {std::to_string(slot), unit.ApparatusName(), std::to_string(unit.UnitInet)});
     }
   }
   return tests.empty() ||
-         parts_.dialogs.AskOk({"Tavrel " + std::to_string(from) + " becomes Tavrel " +
-                                   std::to_string(to) +
-                                   ".\n\nInstalled tests use these numbers:" + tests +
-                                   "\n\nThey keep them: the tests have to be installed "
-                                   "anew.\nAssign the number all the same ?",
+         parts_.dialogs.AskOk({setup_text::kBecomes.Text(
+                                   language, {std::to_string(from), std::to_string(to), tests}),
                                kNumberingCaption + 1, BoxIcon::kQuestion, true});
 }
 
@@ -274,10 +274,10 @@ void Numbering::ShowBuffer() {
 void Numbering::Quit() {
   CloseScreen();
   if (num_step_ == NumStep::kAssign && was_sent_) {
-    parts_.dialogs.Message({"Tavrel " + std::to_string(from_inet_) +
-                                " has not acknowledged its new number " +
-                                std::to_string(num_target_) + ".\nIt may have either of them.",
-                            kNumberingCaption + 1});
+    parts_.dialogs.Message(
+        {setup_text::kNumberUnsure.Text(UserLanguage(parts_.state),
+                                        {std::to_string(from_inet_), std::to_string(num_target_)}),
+         kNumberingCaption + 1});
   }
 }
 

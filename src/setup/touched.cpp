@@ -4,7 +4,9 @@
 
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "setup/setup_texts.h"
 #include "setup/variable_file.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -37,21 +39,22 @@ bool IsOrder(const Variable& variable) {
 
 }  // namespace
 
-std::vector<std::string> ControllersAtWork(Link& link, int inet, const Rows& rows) {
+std::vector<std::string> ControllersAtWork(Link& link, int inet, const Rows& rows,
+                                           Language language) {
   std::vector<std::string> lines;
   bool answers = true;
   for (int ctrl = 1; ctrl <= kControllers; ++ctrl) {
     if (!rows[ctrl]) {
       continue;
     }
-    const std::string name = "controller " + std::to_string(ctrl);
+    const std::string name = std::to_string(ctrl);
     const std::optional<std::int16_t> status =
         answers ? Read(link, Register{inet, reg::kControllerState, ctrl}).Word() : std::nullopt;
     answers = status.has_value();
     if (!status) {
-      lines.push_back(name + ", which may be on: it did not answer");
+      lines.push_back(setup_text::kMayBeOn.Text(language, {name}));
     } else if (IsOn(*status)) {
-      lines.push_back(name + ", which is on (" + StatusText(*status) + ")");
+      lines.push_back(setup_text::kIsOn.Text(language, {name, StatusText(*status)}));
     }
   }
   return lines;
@@ -63,36 +66,39 @@ std::vector<std::string> RecordingsAtWork(const RunState& state, int inet, const
     const UnitRecord& unit = state.Unit[slot];
     const bool records = !state.SlotFile[slot].empty() && unit.UnitRecOn == 1;
     if (records && unit.UnitInet == inet && Takes(unit, rows)) {
-      lines.push_back("the recording " + state.SlotFile[slot] + " of row " + std::to_string(slot));
+      lines.push_back(setup_text::kRecording.Text(UserLanguage(state),
+                                                  {state.SlotFile[slot], std::to_string(slot)}));
     }
   }
   return lines;
 }
 
-std::vector<std::string> OrdersInFile(std::string_view bytes) {
+std::vector<std::string> OrdersInFile(std::string_view bytes, Language language) {
   std::vector<std::string> lines;
   VariableReader reader(bytes);
   Variable variable;
   while (reader.Next(variable) == VariableReader::Place::kReading) {
     if (IsOrder(variable)) {
-      const std::string value = " = " + std::to_string(variable.word);
-      lines.push_back("the file's " + VariableName(variable.letter, variable.row) + value +
-                      (variable.letter == 'Z' ? ", which switches a controller"
-                                              : ", which is a command to the instrument"));
+      const BothLanguages& text =
+          variable.letter == 'Z' ? setup_text::kSwitches : setup_text::kCommands;
+      lines.push_back(text.Text(
+          language, {VariableName(variable.letter, variable.row), std::to_string(variable.word)}));
     }
   }
   return lines;
 }
 
-bool MayTouch(Dialogs& dialogs, const std::vector<std::string>& lines, const std::string& title) {
+bool MayTouch(Dialogs& dialogs, const std::vector<std::string>& lines, const std::string& title,
+              Language language) {
   if (lines.empty()) {
     return true;
   }
-  std::string text = "This affects:\n";
+  std::string affected;
   for (const std::string& line : lines) {
-    text += "\n    " + line;
+    affected += "\n    " + line;
   }
-  return dialogs.AskYes({text + "\n\nGo on ?", title, BoxIcon::kWarning, true});
+  return dialogs.AskYes(
+      {setup_text::kAffects.Text(language, {affected}), title, BoxIcon::kWarning, true});
 }
 
 }  // namespace tavrel

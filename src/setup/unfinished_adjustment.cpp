@@ -4,6 +4,8 @@
 
 #include "platform/file_system.h"
 #include "setup/adjustment_journal.h"
+#include "setup/setup_texts.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -13,15 +15,13 @@ void TellUnfinishedAdjustment(const RunState& state, const Clock& clock, Message
   if (!run) {
     return;
   }
-  std::string text =
-      "This adjustment ended with the program before it was complete:\n" + run->begin +
-      "\n\nIts rows may have no sensor or wrong values until they are adjusted anew. "
-      "As far as it is known they had before and have now:";
+  std::string rows;
   for (const std::string& row : run->rows) {
-    text += "\n    " + row;
+    rows += "\n    " + row;
   }
-  text += "\n\nThe record stands in " + journal.Path();
-  messages.Report(0, {text, "adjustment"});
+  messages.Report(
+      0, {setup_text::kUnfinished.Text(UserLanguage(state), {run->begin, rows, journal.Path()}),
+          "adjustment"});
 }
 
 }  // namespace tavrel

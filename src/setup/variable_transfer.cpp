@@ -7,6 +7,7 @@
 #include "platform/file_system.h"
 #include "setup/touched.h"
 #include "state/open_slots.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 namespace {
@@ -174,11 +175,13 @@ bool VariableTransfer::MayLoad(const std::optional<std::string>& bytes, const st
   }
   Rows all{};
   all.Fill(true);
-  std::vector<std::string> lines = ControllersAtWork(parts_.link, inet_, all);
-  for (const auto& more : {RecordingsAtWork(parts_.state, inet_, all), OrdersInFile(*bytes)}) {
+  const Language language = UserLanguage(parts_.state);
+  std::vector<std::string> lines = ControllersAtWork(parts_.link, inet_, all, language);
+  for (const auto& more :
+       {RecordingsAtWork(parts_.state, inet_, all), OrdersInFile(*bytes, language)}) {
     lines.insert(lines.end(), more.begin(), more.end());
   }
-  return MayTouch(parts_.dialogs, lines, name);
+  return MayTouch(parts_.dialogs, lines, name, language);
 }
 
 void VariableTransfer::WriteAll(std::string_view bytes, const std::function<void()>& show) {

@@ -4,14 +4,12 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "state/run_state.h"
+#include "work/work_texts.h"
 
 namespace tavrel {
 namespace {
 
 constexpr const char* kTitle = "Check settings:";
-constexpr const char* kHalfTitle = "controller";
-constexpr const char* kOldSetpoint = "controller is on,\nthe setpoint is still the old one";
-constexpr const char* kUnsureSetpoint = "controller is on,\nthe setpoint was not acknowledged";
 
 std::int16_t StateOf(CtrlButton button) {
   switch (button) {
@@ -45,17 +43,21 @@ std::optional<Notice> WhyNoRamp(const UnitRecord& unit) {
   return std::nullopt;
 }
 
-SwitchOutcome StartRamp(Link& link, const UnitRecord& unit) {
+SwitchOutcome HalfDone(const BothLanguages& text, Language language) {
+  return {true, Notice{text.Text(language), work_text::kController.Text(language)}};
+}
+
+SwitchOutcome StartRamp(Link& link, const UnitRecord& unit, Language language) {
   if (!ReadActual(link, unit) ||
       !WriteTo(link, unit, reg::kControllerState, controller::kDynamic)) {
     return {false, NotConnectedNotice()};
   }
   const std::optional<std::int16_t> actual = ReadActual(link, unit);
   if (!actual) {
-    return {true, Notice{kOldSetpoint, kHalfTitle}};
+    return HalfDone(work_text::kOldSetpoint, language);
   }
   if (!WriteTo(link, unit, reg::kSetpoint, *actual)) {
-    return {true, Notice{kUnsureSetpoint, kHalfTitle}};
+    return HalfDone(work_text::kUnsureSetpoint, language);
   }
   return {true, std::nullopt};
 }
@@ -76,10 +78,11 @@ CtrlButton CtrlButtonOf(std::int16_t controller_state) {
   }
 }
 
-SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton button) {
+SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton button,
+                               Language language) {
   if (button == CtrlButton::kDynamic) {
     const std::optional<Notice> objection = WhyNoRamp(unit);
-    return objection ? SwitchOutcome{false, objection} : StartRamp(link, unit);
+    return objection ? SwitchOutcome{false, objection} : StartRamp(link, unit, language);
   }
   if (!WriteTo(link, unit, reg::kControllerState, StateOf(button))) {
     return {false, NotConnectedNotice()};

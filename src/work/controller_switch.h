@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "base/language.h"
 #include "link/link.h"
 #include "platform/dialogs.h"
 #include "state/unit_record.h"
@@ -27,7 +28,8 @@ struct SwitchOutcome {
 // actual value is read beforehand, too, and without one nothing is sent. The exchanges stop at
 // the first that fails; a controller that is on a ramp then, but has kept its setpoint, is both
 // acknowledged and objected to.
-[[nodiscard]] SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton button);
+[[nodiscard]] SwitchOutcome SwitchController(Link& link, const UnitRecord& unit, CtrlButton button,
+                                             Language language);
 
 }  // namespace tavrel
 

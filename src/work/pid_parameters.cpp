@@ -8,6 +8,8 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "state/unfinished_work.h"
+#include "state/user_language.h"
+#include "work/work_texts.h"
 
 namespace tavrel {
 namespace {
@@ -189,7 +191,9 @@ bool PidParameters::BringBack(std::int16_t controller_state) {
   if (SwitchBack(controller_state) || controller_state == controller::kOff) {
     return true;
   }
-  parts_.dialogs.Message({"controller is off", kTitle, BoxIcon::kWarning});
+  const Language language = UserLanguage(parts_.state);
+  parts_.dialogs.Message(
+      {work_text::kIsOff.Text(language), work_text::kController.Text(language), BoxIcon::kWarning});
   return false;
 }
 

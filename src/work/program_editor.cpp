@@ -11,6 +11,8 @@
 #include "platform/file_system.h"
 #include "state/box_titles.h"
 #include "state/open_slots.h"
+#include "state/user_language.h"
+#include "work/work_texts.h"
 
 namespace tavrel {
 namespace {
@@ -274,9 +276,12 @@ bool ProgramEditor::Save() {
   const SettingsValues& settings = parts_.state.Settings;
   const std::string path = FindFile(settings.ProgPath, settings.ProgFile)
                                .value_or(JoinPath(settings.ProgPath, settings.ProgFile));
-  const std::string problem = IsOpenInSlot(parts_.state, path)
-                                  ? "The file is in use as a recording file."
-                                  : ReplaceFile(path, ProgramFileBytes(rows_));
+  std::string problem;
+  if (IsOpenInSlot(parts_.state, path)) {
+    problem = work_text::kInUse.Text(UserLanguage(parts_.state));
+  } else {
+    problem = ReplaceFile(path, ProgramFileBytes(rows_));
+  }
   if (!problem.empty()) {
     parts_.dialogs.Message(
         {settings.ProgFile + ": " + problem, kWriteProgramTitle, BoxIcon::kWarning});

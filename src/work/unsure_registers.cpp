@@ -6,6 +6,8 @@
 #include "base/number.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/user_language.h"
+#include "work/work_texts.h"
 
 namespace tavrel {
 namespace {
@@ -134,9 +136,9 @@ void UnsureRegisters::Take(const UnsureRegister& unsure, std::int16_t held) {
 }
 
 void UnsureRegisters::Tell(const UnsureRegister& unsure, std::int16_t held) {
-  parts_.messages.Report(0, {std::string(unsure.Name) + ":\n" + TextOf(unsure, unsure.Sent) +
-                                 " was not acknowledged, Tavrel has " + TextOf(unsure, held),
-                             "check"});
+  const std::string text = work_text::kNotAcknowledged.Text(
+      UserLanguage(parts_.state), {unsure.Name, TextOf(unsure, unsure.Sent), TextOf(unsure, held)});
+  parts_.messages.Report(0, {text, "check"});
 }
 
 }  // namespace tavrel

@@ -7,6 +7,7 @@
 #include "platform/events.h"
 #include "state/modal_screen.h"
 #include "state/run_state.h"
+#include "state/user_language.h"
 
 namespace tavrel {
 
@@ -27,6 +28,7 @@ class WaitBar : public ModalScreen {
   // full after nine seconds and is seen full for one.
   void Advance();
 
+  [[nodiscard]] Language TextLanguage() const { return UserLanguage(state_); }
   [[nodiscard]] int prgWait() const { return value_; }  // 0..kFull
 
   // The user cannot close it.

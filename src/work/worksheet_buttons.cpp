@@ -1,5 +1,6 @@
 #include "dialogs/checks.h"
 #include "state/header_edit.h"
+#include "state/user_language.h"
 #include "work/worksheet.h"
 
 // What the user does on the worksheet; what it shows is in worksheet.cpp.
@@ -63,7 +64,8 @@ void Worksheet::cmd_Ctrl_Click(int index) {
     return;
   }
   const auto button = static_cast<CtrlButton>(index);
-  const SwitchOutcome outcome = SwitchController(parts_.link, Unit(), button);
+  const SwitchOutcome outcome =
+      SwitchController(parts_.link, Unit(), button, UserLanguage(parts_.state));
   if (outcome.IsAcknowledged) {
     values_.CtrlDown = button;
     // The user's word is the last one: an end action that is still to switch off is over.

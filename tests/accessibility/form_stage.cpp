@@ -1,9 +1,9 @@
 // Shows one form after the other to a client of the accessibility bus: form_stage German|English
 //
-// For each form of the tour it prints one line of JSON with the name of the stop and the texts that
-// the form shows, and waits with running events for a line on the standard input. Then it prints
-// the texts once more, since some may have changed meanwhile, and goes on. It ends when the input
-// does.
+// For each form of the tour, and for each kind of box behind them, it prints one line of JSON with
+// the name of the stop and the texts that the form shows, and waits with running events for a line
+// on the standard input. Then it prints the texts once more, since some may have changed meanwhile,
+// and goes on. It ends when the input does.
 
 #include <unistd.h>
 
@@ -22,6 +22,7 @@
 #include <string>
 
 #include "docs/manual/form_tour.h"
+#include "tests/accessibility/box_tour.h"
 
 namespace tavrel {
 namespace {
@@ -88,6 +89,9 @@ int main(int count, char** arguments) {
     std::fputs("usage: form_stage German|English\n", stderr);
     return 2;
   }
-  tavrel::FormTour tour(tavrel::LabWordsOf(std::string(arguments[1]) == "German"), tavrel::Show);
-  return tour.Make() ? 0 : 1;
+  const bool is_german = std::string(arguments[1]) == "German";
+  tavrel::FormTour forms(tavrel::LabWordsOf(is_german), tavrel::Show);
+  tavrel::BoxTour boxes(is_german ? tavrel::Language::kGerman : tavrel::Language::kEnglish,
+                        tavrel::Show);
+  return forms.Make() && boxes.Make() ? 0 : 1;
 }

@@ -19,6 +19,13 @@ STAGE = sys.argv.pop(1)
 # Between these two the user measures in the graph.
 BEFORE_CHANGES = "TavGraph-part"
 AFTER_CHANGES = "TavGraph-difference"
+# The answers of each kind of box.
+BOXES = {"Box-message": {"OK"}, "Box-ok": {"OK", "Cancel"}, "Box-retry": {"Retry", "Cancel"},
+         "Box-exit": {"Retry", "Exit"}, "Box-yes": {"Yes", "No"},
+         "Box-save": {"Yes", "No", "Cancel"}, "Box-offer": {"OK", "Open folder"},
+         "Box-beside": {"Yes", "No"}}
+GERMAN_ANSWERS = {"Cancel": "Abbrechen", "Retry": "Wiederholen", "Exit": "Beenden", "Yes": "Ja",
+                  "No": "Nein"}
 BUTTONS = {"push button", "toggle button", "check box", "radio button"}
 FORMS_WITH_GRIDS = {"TavKeys", "TavInst", "TavChann", "TavProg", "ALL_OPEN", "ALL_RAM", "ALL_REGS"}
 
@@ -135,6 +142,37 @@ class Reader(unittest.TestCase):
                                 f"{beginning} is not among {names}")
             self.assertTrue(any(kind.startswith("object:state-changed:checked") for kind, _ in
                                 events), events)
+
+    def test_hears_the_title_the_text_and_the_answers_of_each_box(self):
+        for language, stage in self.stages.items():
+            for box, answers in BOXES.items():
+                if language == "German":
+                    answers = {GERMAN_ANSWERS.get(answer, answer) for answer in answers}
+                tree = stage.trees[box]
+                heard = {f"{node.name} {node.text}".strip() for node in tree.all_of("label")}
+                self.assertEqual("Open COM1", tree.root.name, box)
+                self.assertIn("COM1 is in use.", heard, box)
+                self.assertIn("Close that program, or choose another port.", heard, box)
+                sign = "Frage" if language == "German" else "question"
+                self.assertIsNotNone(tree.find("image", sign), box)
+                self.assertEqual(answers, {node.name.replace("&", "") for node in tree.nodes()
+                                           if node.role in BUTTONS}, box)
+
+    def test_hears_each_notice(self):
+        close = {"German": "Schliessen", "English": "Close"}
+        for language, stage in self.stages.items():
+            tree = stage.trees["Notices"]
+            notices = [node.name for node in tree.all_of("list item")]
+            self.assertEqual(2, len(notices))
+            self.assertRegex(notices[0], r"^\d\d:\d\d:\d\d   Read  Tavrel\n.*lost on the line$")
+            self.assertRegex(notices[1], r"^\d\d:\d\d:\d\d   Read  file\n.*not found !$")
+            self.assertIsNotNone(tree.find("push button", close[language]))
+
+    def test_hears_the_print_dialog(self):
+        for stage in self.stages.values():
+            tree = stage.trees["PrintDialog"]
+            self.assertIsNotNone(tree.find("push button", "Print"))
+            self.assertTrue([node for node in tree.all_of("combo box") if node.label])
 
     def test_hears_the_curves_of_the_legend(self):
         for stage in self.stages.values():

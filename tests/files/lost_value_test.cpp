@@ -431,5 +431,26 @@ TEST_P(SampledLine, StandsSideBySideAfterAFullBuffer) {
   }
 }
 
+// The journal stays English.
+TEST(LostValue, IsToldInGermanToAGermanUser) {
+  RecordingBench bench({"ascending", 200}, AllInputs());
+  bench.fixture.state.Settings.HelpLang = "German";
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  bench.FailNext(7, true);
+  ASSERT_TRUE(bench.RunToRows(12));
+  const auto announced = bench.fixture.Announced();
+  ASSERT_EQ(announced.size(), 1U);
+  EXPECT_TRUE(announced[0].starts_with("Tavrel lesen | " + std::string(kName) + ": Zeile "))
+      << announced[0];
+  EXPECT_TRUE(announced[0].ends_with(
+      ", Eingang 7: auf der Leitung verloren; der Wert davor steht an seiner Stelle"))
+      << announced[0];
+  bench.fixture.files.CloseRecordingFile(kSlot);
+  const std::string journal =
+      bench.fixture.directory.Read(std::string(kJournalDirectory) + "/" + kName);
+  EXPECT_NE(journal.find(kBefore + 2), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -73,6 +73,20 @@ TEST_F(Boxes, SayTheirTextAsItIs) {
   EXPECT_EQ(format, Qt::PlainText);
 }
 
+TEST_F(Boxes, AnswersAreInTheUsersLanguage) {
+  dialogs.SpeakIn([] { return Language::kGerman; });
+  QStringList captions;
+  WhenABoxComes([&captions](QMessageBox* box) {
+    for (const QAbstractButton* button : box->buttons()) {
+      captions.push_back(button->text());
+    }
+    box->reject();
+  });
+  EXPECT_EQ(dialogs.AskSave({"Save Program ?", "program", BoxIcon::kQuestion}), SaveAnswer::kStay);
+  captions.sort();
+  EXPECT_EQ(captions, (QStringList{"&Ja", "&Nein", "Abbrechen"}));
+}
+
 TEST_F(Boxes, ShowTheAdviceAsAParagraphOfItsOwn) {
   Press(QMessageBox::Ok);
   dialogs.Message({"COM1 is in use.\n\nClose it\n\n\nor <b>not</b>.", "Open", BoxIcon::kWarning});
@@ -304,6 +318,17 @@ TEST_F(Boxes, AnnouncementsGatherInOneWindowAndDoNotWait) {
   ASSERT_EQ(Notices()->count(), 2);
   EXPECT_TRUE(Notices()->item(0)->text().endsWith("first"));
   EXPECT_TRUE(Notices()->item(1)->text().contains("Write  file"));
+}
+
+TEST_F(Boxes, AnnouncementsStandInAWindowOfTheUsersLanguage) {
+  Language language = Language::kEnglish;
+  dialogs.SpeakIn([&language] { return language; });
+  dialogs.Announce({"first", "Read  file", BoxIcon::kWarning});
+  EXPECT_EQ(Notices()->window()->windowTitle(), "TAVREL   notices");
+  language = Language::kGerman;
+  dialogs.Announce({"second", "Read  file", BoxIcon::kWarning});
+  EXPECT_EQ(Notices()->window()->windowTitle(), "TAVREL   Meldungen");
+  EXPECT_EQ(Notices()->accessibleName(), "Meldungen");
 }
 
 TEST_F(Boxes, AnnouncementsTakeNoKeyboard) {

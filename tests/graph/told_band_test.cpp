@@ -173,5 +173,12 @@ TEST(ToldBand, TheTipTellsTheWorstFirstAndHowManyMoreThereAre) {
   EXPECT_THAT(tip, HasSubstr("\n8 more places"));
 }
 
+TEST(ToldBand, TheReasonIsInTheLanguageOfTheTip) {
+  std::vector<ToldRows> told = {Missing(30)};
+  told.front().Why = "the buffer of the instrument was full";
+  const std::string tip = BandTip(told, {RowsOf(30, 60, 4), 4, 101}, 0, Language::kGerman);
+  EXPECT_THAT(tip, HasSubstr("Sätze fehlen (der Puffer des Geräts war voll)"));
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -271,6 +271,12 @@ TEST_F(TheMemoryTest, AsksWhileTheInstrumentRecordsOrControlsAndStaysClosedAtNo)
   EXPECT_TRUE(box.PresetIsNo);
   EXPECT_FALSE(screen->IsOpen());
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
+  bench.state.Settings.HelpLang = "German";
+  screen->Open();
+  const std::string& german = bench.dialogs.boxes.back().Text;
+  EXPECT_EQ(german.substr(0, german.find("Während")),
+            "Tavrel-2 arbeitet:\n\nZeile 1:  Tube  (zeichnet auf)\nZeile 5:  Chamber  (regelt)\n"
+            "Zeile 8:  Micro  (regelt)\nZeile 12:  Autoclave  (zeichnet auf, regelt)\n\n");
   bench.dialogs.yes = true;
   bench.dialogs.on_box = [this] { bench.state.ActiveInet = 3; };
   Open(*screen);

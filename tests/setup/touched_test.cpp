@@ -34,6 +34,23 @@ TEST(AdjustmentRun, AsksAboutControllersThatUseAChosenRow) {
   EXPECT_EQ(fixture.dialog->State(), AdjState::kShort);
 }
 
+TEST(AdjustmentRun, AsksInGermanIfTheUserIsGerman) {
+  ChannelBench fixture;
+  fixture.Register('Z', 2) = 3;
+  fixture.bench.state.Unit[5] = BenchProgram::Header(3, 1, 2, true);
+  fixture.bench.state.SlotFile[5] = "M260314A.OVN";
+  fixture.bench.state.Settings.HelpLang = "German";
+  fixture.OpenIdle();
+  fixture.bench.dialogs.yes = false;
+  fixture.dialog->Mnu_FeCuNi_Click();
+  fixture.Tick();
+  fixture.dialog->Sheet_Click(2);
+  fixture.dialog->CmdOK_Click();
+  EXPECT_EQ(fixture.LastBox(),
+            "adjustment: Das betrifft:\n\n    Regler 2, der ein ist (dyn)\n    die Aufzeichnung "
+            "M260314A.OVN der Zeile 5\n\nWeiter ?");
+}
+
 TEST(AdjustmentRun, ControllerThatIsOffOrHasFailedIsNotAskedAbout) {
   for (const std::int16_t status : {controller::kOff, controller::kFail, controller::kUnknown}) {
     ChannelBench fixture;

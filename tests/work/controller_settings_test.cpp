@@ -322,6 +322,16 @@ TEST_F(Unsure, SendsTheNewValueAgainOnlyIfTheInstrumentDoesNotHaveIt) {
   }
 }
 
+TEST_F(Unsure, TellsItInGermanToAGermanUser) {
+  bench.state.Settings.HelpLang = "German";
+  const TypedValue& value = kTypedValues.front();
+  TypeInVain(value, false);
+  Tick(1);
+  EXPECT_THAT(Announced(), testing::ElementsAre(testing::AllOf(
+                               testing::HasSubstr(" wurde nicht bestätigt, Tavrel hat "),
+                               testing::HasSubstr(value.new_text))));
+}
+
 TEST_F(Unsure, TellsIfTheInstrumentHasAnotherValueThanTheDialogShows) {
   for (const TypedValue& value : kTypedValues) {
     TypeInVain(value, true);

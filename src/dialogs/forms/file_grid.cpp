@@ -51,7 +51,7 @@ std::string DurationText(std::int64_t seconds) {
                                 : FormatMask(time / kSecondsPerHour, "####0.0") + " h";
 }
 
-constexpr std::array<BothLanguages, 6> kVerdicts = {{{"", ""},
+constexpr std::array<BothLanguages, 6> kVerdicts = {{BothLanguages(),
                                                      {"intact", "unversehrt"},
                                                      {"not covered", "nicht gedeckt"},
                                                      {"damaged", "beschädigt"},

@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "base/tool_tips.h"
+#include "main/main_texts.h"
 #include "widgets/shades.h"
 #include "widgets/spoken.h"
 
@@ -175,7 +176,8 @@ void SheetRowView::ShowNumber(const SheetRow& now) {
     shown_.sh_TavNo = now.sh_TavNo;
     lb_tav_no_->setText(Text(now.lb_TavNo));
     sh_tav_no_->SetColour(now.sh_TavNo);
-    lb_tav_no_->setAccessibleDescription(now.sh_TavNo == kOrange ? "no answer" : "");
+    const bool is_silent = now.sh_TavNo == kOrange;
+    lb_tav_no_->setAccessibleDescription(is_silent ? Text(main_text::kNoAnswer.In(language_)) : "");
     lb_tav_no_->setAccessibleName(Called("tavrel") + ": " + Text(now.lb_TavNo));
   }
   if (now.TavNoNote != shown_.TavNoNote) {
@@ -200,6 +202,7 @@ void SheetRowView::ShowLabel(QLabel* label, const char* head, std::string& shown
 }
 
 void SheetRowView::ShowTips(Language language) {
+  language_ = language;
   for (const ToolTip& tip : kMainSheetTips) {
     for (const auto& [control, widget] : controls_) {
       if (control == tip.Control) {

@@ -57,6 +57,7 @@ class SheetRowView : public QWidget {
 
   int row_;
   SheetRow shown_;
+  Language language_ = Language::kEnglish;
   std::vector<std::pair<std::string_view, QWidget*>> controls_;
 
   QWidget* img_tav_sel_ = nullptr;

@@ -6,6 +6,8 @@
 #include <QVBoxLayout>
 
 #include "base/tool_tips.h"
+#include "main/main_texts.h"
+#include "widgets/form_texts.h"
 #include "widgets/muted_label.h"
 #include "widgets/shades.h"
 
@@ -136,7 +138,7 @@ QWidget* SheetTable::MakeCommands() {
 QWidget* SheetTable::MakeViewed() {
   auto* paper = new Paper(0.35, this);
   auto* stack = MakeStack(paper);
-  no_viewed_ = new MutedLabel("no file opened", paper);
+  no_viewed_ = new MutedLabel("", paper);
   no_viewed_->setAlignment(Qt::AlignCenter);
   no_viewed_->setFixedHeight(columns_.RowHeight);
   stack->addWidget(no_viewed_);
@@ -169,10 +171,10 @@ void SheetTable::ShowTips(Language language) {
   for (SheetRowView* row : rows_) {
     row->ShowTips(language);
   }
+  no_viewed_->setText(QtText(main_text::kNoFileOpened.In(language)));
   for (const ToolTip& tip : kMainSheetTips) {
     if (tip.Control == "cmd_Open") {
-      const std::string_view text = tip.Text.In(language);
-      cmd_open_->setToolTip(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+      cmd_open_->setToolTip(QtText(tip.Text.In(language)));
     }
   }
 }

@@ -2,12 +2,14 @@
 
 #include <QAbstractButton>
 #include <QGridLayout>
+#include <QLabel>
 #include <QScreen>
 #include <QShowEvent>
 #include <QSpacerItem>
 #include <algorithm>
 
 #include "platform/qt/box_icons.h"
+#include "platform/qt/box_texts.h"
 
 namespace tavrel {
 namespace {
@@ -29,6 +31,41 @@ QMessageBox::Icon IconOf(BoxIcon icon) {
       break;
   }
   return QMessageBox::NoIcon;
+}
+
+const BothLanguages& NameOf(QMessageBox::Icon icon) {
+  switch (icon) {
+    case QMessageBox::Question:
+      return box_text::kQuestion;
+    case QMessageBox::Warning:
+      return box_text::kWarning;
+    case QMessageBox::Critical:
+      return box_text::kError;
+    default:
+      return box_text::kInformation;
+  }
+}
+
+QString TextOf(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+// In English the toolkit's own words stay. Close stands for the end of the program.
+std::string_view GermanAnswer(QMessageBox::StandardButton button) {
+  switch (button) {
+    case QMessageBox::Cancel:
+      return box_text::kCancel.German;
+    case QMessageBox::Retry:
+      return box_text::kRetry.German;
+    case QMessageBox::Close:
+      return box_text::kExit.German;
+    case QMessageBox::Yes:
+      return box_text::kYes.German;
+    case QMessageBox::No:
+      return box_text::kNo.German;
+    default:
+      return "";
+  }
 }
 
 }  // namespace
@@ -60,6 +97,18 @@ NoticeBox::NoticeBox(const Notice& notice, StandardButton yes, StandardButton no
   setStandardButtons(no == NoButton ? yes : yes | no);
   setDefaultButton(notice.PresetIsNo && no != NoButton ? no : yes);
   setEscapeButton(no == NoButton ? yes : no);
+}
+
+void NoticeBox::SpeakIn(Language language) {
+  for (QAbstractButton* each : buttons()) {
+    const std::string_view german = GermanAnswer(standardButton(each));
+    if (language == Language::kGerman && !german.empty()) {
+      each->setText(TextOf(german));
+    }
+  }
+  if (auto* sign = findChild<QLabel*>("qt_msgboxex_icon_label"); sign != nullptr) {
+    sign->setAccessibleName(TextOf(NameOf(icon()).In(language)));
+  }
 }
 
 void NoticeBox::ShowText(const std::string& text) {

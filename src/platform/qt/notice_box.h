@@ -4,6 +4,7 @@
 #include <QMessageBox>
 #include <QProxyStyle>
 
+#include "base/language.h"
 #include "platform/dialogs.h"
 
 namespace tavrel {
@@ -17,6 +18,9 @@ class NoticeBox : public QMessageBox {
  public:
   // `no` is QMessageBox::NoButton for a box with one answer, which Escape gives as well.
   NoticeBox(const Notice& notice, StandardButton yes, StandardButton no, QWidget* parent);
+
+  // Gives the sign, and the answers that the box has by now, their words in that language.
+  void SpeakIn(Language language);
 
  protected:
   void showEvent(QShowEvent* event) override;

@@ -10,6 +10,7 @@
 #include <QWindow>
 
 #include "platform/qt/box_icons.h"
+#include "platform/qt/box_texts.h"
 
 namespace tavrel {
 namespace {
@@ -21,11 +22,9 @@ constexpr int kMostNotices = 200;
 
 NoticesWindow::NoticesWindow() {
   setObjectName("notices");
-  setWindowTitle("TAVREL   notices");
   setAttribute(Qt::WA_ShowWithoutActivating);
   list_ = new QListWidget(this);
   list_->setObjectName("list");
-  list_->setAccessibleName("notices");
   list_->setWordWrap(true);
   list_->setSpacing(4);
   list_->setSelectionMode(QAbstractItemView::NoSelection);
@@ -34,14 +33,25 @@ NoticesWindow::NoticesWindow() {
   list_->setIconSize({icon, icon});
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-  buttons->button(QDialogButtonBox::Close)->setDefault(true);
+  close_ = buttons->button(QDialogButtonBox::Close);
+  close_->setDefault(true);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(list_);
   layout->addWidget(buttons);
   resize(fontMetrics().averageCharWidth() * 70, fontMetrics().height() * 16);
 }
 
-void NoticesWindow::Add(const Notice& notice) {
+void NoticesWindow::SpeakIn(Language language) {
+  const auto in = [language](const BothLanguages& text) {
+    return QString::fromStdString(text.Text(language));
+  };
+  setWindowTitle(in(box_text::kNoticesTitle));
+  list_->setAccessibleName(in(box_text::kNotices));
+  close_->setText(in(box_text::kClose));
+}
+
+void NoticesWindow::Add(const Notice& notice, Language language) {
+  SpeakIn(language);
   while (list_->count() >= kMostNotices) {
     delete list_->takeItem(0);
   }

@@ -3,9 +3,11 @@
 
 #include <QDialog>
 
+#include "base/language.h"
 #include "platform/dialogs.h"
 
 class QListWidget;
+class QPushButton;
 
 namespace tavrel {
 
@@ -17,15 +19,18 @@ class NoticesWindow : public QDialog {
  public:
   NoticesWindow();
 
-  void Add(const Notice& notice);
+  // `language` is that of what the window says itself.
+  void Add(const Notice& notice, Language language);
 
   // Runs at each way of closing.
   void done(int result) override;
 
  private:
+  void SpeakIn(Language language);
   void ComeUp();
 
   QListWidget* list_ = nullptr;
+  QPushButton* close_ = nullptr;
 };
 
 }  // namespace tavrel

@@ -3,6 +3,7 @@
 #include <QPushButton>
 #include <cstdio>
 
+#include "platform/qt/box_texts.h"
 #include "platform/qt/notice_box.h"
 #include "platform/qt/notices_window.h"
 #include "platform/qt/qt_choosers.h"
@@ -46,6 +47,7 @@ bool QtDialogs::AskRetryOrExit(const Notice& notice) {
   const QtEvents::NormalPointer normal_pointer(events_);
   NoticeBox box(notice, QMessageBox::Retry, QMessageBox::Close, WindowInFront());
   box.button(QMessageBox::Close)->setText("Exit");
+  box.SpeakIn(language_());
   return box.exec() == QMessageBox::Retry;
 }
 
@@ -60,6 +62,7 @@ SaveAnswer QtDialogs::AskSave(const Notice& notice) {
   const QtEvents::NormalPointer normal_pointer(events_);
   NoticeBox box(notice, QMessageBox::Yes, QMessageBox::No, WindowInFront());
   box.addButton(QMessageBox::Cancel);
+  box.SpeakIn(language_());
   box.setEscapeButton(QMessageBox::Cancel);
   switch (box.exec()) {
     case QMessageBox::Yes:
@@ -77,7 +80,9 @@ bool QtDialogs::Ask(const Notice& notice, QMessageBox::StandardButton yes,
     return false;
   }
   const QtEvents::NormalPointer normal_pointer(events_);
-  return NoticeBox(notice, yes, no, WindowInFront()).exec() == yes;
+  NoticeBox box(notice, yes, no, WindowInFront());
+  box.SpeakIn(language_());
+  return box.exec() == yes;
 }
 
 // OK comes first, so that Enter and Escape leave the box.
@@ -89,6 +94,7 @@ bool QtDialogs::Offer(const Notice& notice, const std::string& action) {
   NoticeBox box(notice, QMessageBox::Ok, QMessageBox::NoButton, WindowInFront());
   const QAbstractButton* wanted =
       box.addButton(QString::fromStdString(action), QMessageBox::ActionRole);
+  box.SpeakIn(language_());
   box.exec();
   return box.clickedButton() == wanted;
 }
@@ -97,7 +103,7 @@ void QtDialogs::Announce(const Notice& notice) {
   if (notices_ == nullptr) {
     notices_ = std::make_unique<NoticesWindow>();
   }
-  notices_->Add(notice);
+  notices_->Add(notice, language_());
 }
 
 // Not modal: neither the cycle nor the forms wait for it.
@@ -106,6 +112,7 @@ void QtDialogs::AskBeside(const Notice& notice, const std::function<void(bool ye
                 [](const QPointer<QMessageBox>& question) { return question.isNull(); });
   auto* box = new NoticeBox(notice, QMessageBox::Yes, QMessageBox::No, WindowInFront());
   questions_.emplace_back(box);
+  box->SpeakIn(language_());
   box->setDefaultButton(QMessageBox::No);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setAttribute(Qt::WA_ShowWithoutActivating);
@@ -119,7 +126,7 @@ void QtDialogs::FileDialog(FileChoice& choice) {
   const QtEvents::NormalPointer normal_pointer(events_);
   RunFileDialog(choice, [this](const std::string& path) {
     return AskYes(
-        {path + "\n\nThis file exists already. Replace it ?", "Save As", BoxIcon::kWarning, true});
+        {box_text::kReplace.Text(language_(), {path}), "Save As", BoxIcon::kWarning, true});
   });
 }
 

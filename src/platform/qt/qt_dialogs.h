@@ -3,9 +3,11 @@
 
 #include <QMessageBox>
 #include <QPointer>
+#include <functional>
 #include <memory>
 #include <vector>
 
+#include "base/language.h"
 #include "platform/dialogs.h"
 #include "platform/qt/qt_events.h"
 
@@ -22,6 +24,9 @@ class QtDialogs : public Dialogs {
   // `events` outlives this.
   explicit QtDialogs(QtEvents& events);
   ~QtDialogs() override;
+
+  // The language of what the boxes say themselves; English without it.
+  void SpeakIn(std::function<Language()> language) { language_ = std::move(language); }
 
   void Message(const Notice& notice) override;
   [[nodiscard]] bool AskOk(const Notice& notice) override;
@@ -49,6 +54,7 @@ class QtDialogs : public Dialogs {
   bool Ask(const Notice& notice, QMessageBox::StandardButton yes, QMessageBox::StandardButton no);
 
   QtEvents& events_;
+  std::function<Language()> language_ = [] { return Language::kEnglish; };
   std::unique_ptr<NoticesWindow> notices_;        // made with the first notice
   std::vector<QPointer<QMessageBox>> questions_;  // asked beside, not all of them answered
 };

@@ -14,6 +14,7 @@
 
 #include "platform/file_system.h"
 #include "platform/print_queues.h"
+#include "platform/qt/box_texts.h"
 #include "platform/qt/notice_box.h"
 #include "platform/qt/window_in_front.h"
 
@@ -74,19 +75,20 @@ void OfferFileName(QPrintDialog& dialog, const QString& document) {
 }
 
 // The dialog itself asks for the name as it is spelled.
-bool MayReplace(QPrintDialog& dialog, const QString& path) {
+bool MayReplace(QPrintDialog& dialog, const QString& path, Language language) {
   const auto existing = FindPath(path.toStdString());
   if (!existing || QString::fromStdString(*existing) == path) {
     return true;
   }
-  NoticeBox box({*existing + "\n\nThis file exists already. Replace it ?", "Save As",
-                 BoxIcon::kWarning, true},
-                QMessageBox::Yes, QMessageBox::No, &dialog);
+  NoticeBox box(
+      {box_text::kReplace.Text(language, {*existing}), "Save As", BoxIcon::kWarning, true},
+      QMessageBox::Yes, QMessageBox::No, &dialog);
   box.setObjectName("ReplaceQuestion");
+  box.SpeakIn(language);
   return box.exec() == QMessageBox::Yes;
 }
 
-bool AskByDialog(QPrinter& printer) {
+bool AskByDialog(QPrinter& printer, Language language) {
   QPrintDialog dialog(&printer, WindowInFront());
   dialog.setObjectName("PrintDialog");
   dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
@@ -94,7 +96,7 @@ bool AskByDialog(QPrinter& printer) {
   OfferFileName(dialog, printer.docName());
   while (dialog.exec() == QDialog::Accepted) {
     const bool is_file = printer.outputFormat() == QPrinter::PdfFormat;
-    if (!is_file || MayReplace(dialog, printer.outputFileName())) {
+    if (!is_file || MayReplace(dialog, printer.outputFileName(), language)) {
       return true;
     }
   }
@@ -133,7 +135,8 @@ void UsePaper(QPrinter& printer, QSize sheet) {
 
 }  // namespace
 
-QtPrinter::QtPrinter(QtEvents& events) : QtPrinter(events, AskByDialog) {}
+QtPrinter::QtPrinter(QtEvents& events)
+    : QtPrinter(events, [this](QPrinter& printer) { return AskByDialog(printer, language_()); }) {}
 
 QtPrinter::QtPrinter(QtEvents& events, SetUp set_up)
     : events_(events), set_up_(std::move(set_up)) {}

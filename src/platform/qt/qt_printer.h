@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "base/language.h"
 #include "platform/printer.h"
 #include "platform/qt/painter_surface.h"
 #include "platform/qt/qt_events.h"
@@ -33,6 +34,9 @@ class QtPrinter : public Printer {
   QtPrinter(QtEvents& events, SetUp set_up);
   ~QtPrinter() override;
 
+  // The language in which it is asked about a file that exists already; English without it.
+  void SpeakIn(std::function<Language()> language) { language_ = std::move(language); }
+
   // Where these are kept between the runs of the program, as the sheet lies, in points: `last`
   // tells them, if there are any, `keep` takes those of each job. Without it they are forgotten at
   // the end.
@@ -53,6 +57,7 @@ class QtPrinter : public Printer {
   void Forget();
 
   QtEvents& events_;
+  std::function<Language()> language_ = [] { return Language::kEnglish; };
   SetUp set_up_;
   std::unique_ptr<QPrinter> printer_;  // of the job that is on
   std::optional<QPageLayout> layout_;  // size and orientation of the last job of this run

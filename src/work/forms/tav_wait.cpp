@@ -4,6 +4,9 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
+#include "widgets/form_texts.h"
+#include "work/work_texts.h"
+
 namespace tavrel {
 namespace {
 
@@ -14,7 +17,7 @@ constexpr int kBarCharacters = 50;
 TavWait::TavWait(WaitBar& bar) : ModalForm(bar, "TavWait", "Tavrel"), bar_(bar) {
   setWindowFlag(Qt::WindowCloseButtonHint, false);
   setCursor(Qt::WaitCursor);
-  auto* text = new QLabel("The instrument takes in its new settings.", this);
+  auto* text = new QLabel(QtText(work_text::kTakesIn.In(bar.TextLanguage())), this);
   prg_wait_ = new QProgressBar(this);
   prg_wait_->setObjectName("prgWait");
   prg_wait_->setAccessibleName("wait");

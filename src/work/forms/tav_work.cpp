@@ -10,6 +10,7 @@
 #include "widgets/spoken.h"
 #include "widgets/unit_label.h"
 #include "work/forms/work_glyphs.h"
+#include "work/work_texts.h"
 #include "work/work_tips.h"
 
 namespace tavrel {
@@ -220,15 +221,21 @@ void TavWork::Arrange() {
   auto* all = new QHBoxLayout(this);
   all->setContentsMargins(kNarrowMargin, kNarrowMargin, kNarrowMargin, kNarrowMargin);
   all->setSpacing(kNarrowMargin);
-  all->addWidget(new ScrollingPart(sheet_, kLeastTable, this), 1);
+  auto* left = new QVBoxLayout;
+  left->addWidget(new ScrollingPart(sheet_, kLeastTable, this), 1);
+  all->addLayout(left, 1);
   all->addLayout(side);
   if (sizeHint().height() > RoomFor(*this).height()) {
-    Tighten(*side);
+    Tighten(*left, *side);
   }
 }
 
-// On a small screen the form does without a bar as long as no program runs.
-void TavWork::Tighten(QVBoxLayout& side) {
+// On a small screen a program that runs takes its room from the table, which scrolls, so that the
+// form does without a bar.
+void TavWork::Tighten(QVBoxLayout& left, QVBoxLayout& side) {
+  side.removeWidget(fr_prog_);
+  left.addWidget(fr_prog_);
+  left.setSpacing(kNarrowGap);
   QSizePolicy goes_away = fr_prog_->sizePolicy();
   goes_away.setRetainSizeWhenHidden(false);
   fr_prog_->setSizePolicy(goes_away);
@@ -261,8 +268,9 @@ void TavWork::ShowHead(const WorksheetValues& now) {
   ShowText(*tav_file_, now.TavFile);
   const Colour answering = now.OfSlot ? kYellow : kGrey;
   tavc_cell_->SetColour(now.NoAnswer ? kOrange : answering);
-  tavc_no_->setAccessibleDescription(now.NoAnswer ? "no answer" : "");
-  tavc_no_->setToolTip(now.NoAnswer ? " no answer " : "");
+  const QString silent = now.NoAnswer ? QtText(work_text::kNoAnswer.In(now.TipLanguage)) : "";
+  tavc_no_->setAccessibleDescription(silent);
+  tavc_no_->setToolTip(silent.isEmpty() ? "" : " " + silent + " ");
 }
 
 void TavWork::ShowRecording(const WorksheetValues& now) {

@@ -46,7 +46,7 @@ class TavWork : public ModalForm {
   void MakeProgram();
   void MakeExits();
   void Arrange();
-  void Tighten(QVBoxLayout& side);
+  void Tighten(QVBoxLayout& left, QVBoxLayout& side);
   [[nodiscard]] Reading MakeReading(const char* name, const char* words);
   static void Speak(const Reading& reading);
   static void AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind = nullptr);
