@@ -15,27 +15,29 @@ struct ModeCase {
 
 class ModeTable : public testing::TestWithParam<ModeCase> {};
 
-TEST_P(ModeTable, ChoosesSettingsAndKindOfLine) {
+TEST_P(ModeTable, ChoosesSettingsAndKindOfLineWhateverWasBefore) {
   const ModeCase& param = GetParam();
-  const LineMode mode = ChooseLineMode({}, param.type_sel, param.com_mode);
-  EXPECT_EQ(mode.PortSettings, param.port_settings);
-  EXPECT_EQ(mode.LinkDirect, param.link_direct);
-  EXPECT_EQ(mode.LinkPlugin, param.link_plugin);
-  EXPECT_EQ(mode.TypeSel, param.type_sel);
+  for (const bool was_direct : {false, true}) {
+    LineMode before;
+    before.LinkDirect = was_direct;
+    before.LinkPlugin = param.type_sel != 1 && was_direct;  // variant 1 keeps it
+    const LineMode mode = ChooseLineMode(before, param.type_sel, param.com_mode);
+    EXPECT_EQ(mode.PortSettings, param.port_settings);
+    EXPECT_EQ(mode.LinkDirect, param.link_direct);
+    EXPECT_EQ(mode.LinkPlugin, param.link_plugin);
+    EXPECT_EQ(mode.TypeSel, param.type_sel);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(AllVariants, ModeTable,
-                         testing::Values(ModeCase{1, 0, "9600,e,8,1", false, false},
-                                         ModeCase{1, 2, "9600,e,8,1", false, false},
-                                         ModeCase{2, 0, "9600,n,8,2", true, false},
-                                         ModeCase{2, 1, "9600,e,8,1", false, false},
-                                         ModeCase{2, 2, "9600,e,8,1", false, true},
-                                         ModeCase{3, 0, "4800,n,8,2", true, false},
-                                         ModeCase{3, 1, "9600,e,8,1", false, false},
-                                         ModeCase{3, 2, "9600,e,8,1", false, true},
-                                         ModeCase{4, 0, "4800,n,8,2", true, true},
-                                         ModeCase{4, 1, "9600,e,8,1", false, true},
-                                         ModeCase{4, 2, "9600,e,8,1", false, true}));
+INSTANTIATE_TEST_SUITE_P(
+    AllVariants, ModeTable,
+    testing::Values(
+        ModeCase{1, 0, "9600,e,8,1", false, false}, ModeCase{1, 1, "9600,e,8,1", false, false},
+        ModeCase{1, 2, "9600,e,8,1", false, false}, ModeCase{2, 0, "9600,n,8,2", true, false},
+        ModeCase{2, 1, "9600,e,8,1", false, false}, ModeCase{2, 2, "9600,e,8,1", false, true},
+        ModeCase{3, 0, "4800,n,8,2", true, false}, ModeCase{3, 1, "9600,e,8,1", false, false},
+        ModeCase{3, 2, "9600,e,8,1", false, true}, ModeCase{4, 0, "4800,n,8,2", true, true},
+        ModeCase{4, 1, "9600,e,8,1", false, true}, ModeCase{4, 2, "9600,e,8,1", false, true}));
 
 TEST(LineMode, IsLeftAloneByAModeOutsideTheTable) {
   const LineMode direct = ChooseLineMode({}, 4, 0);

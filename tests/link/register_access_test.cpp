@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "link/registers.h"
 #include "tests/support/fake_port.h"
@@ -78,6 +79,30 @@ TEST_F(RegisterAccess, SetsAllArgumentsAfresh) {
   EXPECT_EQ(port.sent.back(), RegisterWriteFrame(link.Mode(), {1, 0}, {"Z", 2}, 0));
   EXPECT_EQ(link.ComStatus(1), LinkResult::kGood);
   EXPECT_EQ(link.ComStatus(4), LinkResult::kNone);
+}
+
+// Whoever watches the line learns of each exchange where, what, whether it wrote and how it ended.
+TEST_F(RegisterAccess, IsSeenByTheObserverOfTheLine) {
+  Open(2);
+  std::vector<Link::Exchange> seen;
+  link.Observe([&](const Link::Exchange& exchange) { seen.push_back(exchange); });
+  Answer("0FA1\r");
+  static_cast<void>(Read(link, Register{6, reg::kPresentValue, 15}));
+  Answer("?");
+  static_cast<void>(Write(link, Register{3, reg::kSetpoint, 4}, 1234));
+  ASSERT_EQ(seen.size(), 2U);
+  EXPECT_EQ(seen[0].inet, 6);
+  EXPECT_EQ(seen[0].letter, reg::kPresentValue);
+  EXPECT_EQ(seen[0].index, 15);
+  EXPECT_EQ(seen[0].word, 4001);
+  EXPECT_FALSE(seen[0].is_write);
+  EXPECT_EQ(seen[0].result, LinkResult::kGood);
+  EXPECT_EQ(seen[1].inet, 3);
+  EXPECT_EQ(seen[1].letter, reg::kSetpoint);
+  EXPECT_EQ(seen[1].index, 4);
+  EXPECT_EQ(seen[1].word, 1234);
+  EXPECT_TRUE(seen[1].is_write);
+  EXPECT_EQ(seen[1].result, LinkResult::kRejected);
 }
 
 TEST_F(RegisterAccess, DistrustsAReplyThatIsNotAlone) {

@@ -135,6 +135,19 @@ TEST(SimulatedStore, UsesTwoTablesByBankInTheOlderVariants) {
   EXPECT_EQ(store.Register(2, {1, 0, "V", 64}), nullptr);
 }
 
+TEST(SimulatedStore, KeepsEachLetterApartInTheNewerVariants) {
+  for (const int type_sel : {3, 4}) {
+    SimulatedStore store;
+    *store.Register(type_sel, {6, 0, "G", 0}) = 10;
+    *store.Register(type_sel, {6, 0, "Z", 15}) = 20;
+    *store.Register(type_sel, {6, 0, "V", 15}) = 30;
+    EXPECT_EQ(*store.Register(type_sel, {6, 0, "G", 0}), 10) << type_sel;
+    EXPECT_EQ(*store.Register(type_sel, {6, 0, "Z", 15}), 20) << type_sel;
+    EXPECT_EQ(*store.Register(type_sel, {6, 0, "V", 15}), 30) << type_sel;
+    EXPECT_EQ(*store.Register(type_sel, {6, 0, "Z", 14}), 0) << type_sel;
+  }
+}
+
 TEST(SimulatedStore, BeginsItsMemoryByVariant) {
   SimulatedStore store;
   *store.Memory(1, "FE81") = 1;

@@ -16,9 +16,9 @@ const MenuEntry& Entry(std::string_view control) {
                        [control](const MenuEntry& entry) { return entry.Control == control; });
 }
 
-class Window : public testing::Test {
+class MainCommandsTest : public testing::Test {
  protected:
-  Window() {
+  MainCommandsTest() {
     bench.events.on_rest = [this](std::chrono::milliseconds time) { bench.clock.Advance(time); };
   }
   void StartRecording(int slots) {
@@ -55,7 +55,7 @@ class Window : public testing::Test {
   BenchProgram bench;
 };
 
-TEST_F(Window, ReadsOneLastWholeSetAtTheEndWithoutAQuestion) {
+TEST_F(MainCommandsTest, ReadsOneLastWholeSetAtTheEndWithoutAQuestion) {
   StartRecording(1);
   Hold(1, 3);
   bench.Run(0.05);
@@ -68,7 +68,7 @@ TEST_F(Window, ReadsOneLastWholeSetAtTheEndWithoutAQuestion) {
   EXPECT_EQ(samples[5], 200);
 }
 
-TEST_F(Window, DoesNotWaitForAnInstrumentThatDoesNotAnswer) {
+TEST_F(MainCommandsTest, DoesNotWaitForAnInstrumentThatDoesNotAnswer) {
   StartRecording(2);
   bench.line.silent = {2};
   bench.Run(1);
@@ -78,13 +78,13 @@ TEST_F(Window, DoesNotWaitForAnInstrumentThatDoesNotAnswer) {
   EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
 }
 
-TEST_F(Window, DropsASlotWhoseInstrumentFallsSilentDuringTheReadOut) {
+TEST_F(MainCommandsTest, DropsASlotWhoseInstrumentFallsSilentDuringTheReadOut) {
   StartRecording(1);
   bench.line.silent = {1};
   EXPECT_LT(CloseTakes(), 1.0);
 }
 
-TEST_F(Window, IsPaintedAgainWithinATenthOfASecondOrSoDuringTheReadOut) {
+TEST_F(MainCommandsTest, IsPaintedAgainWithinATenthOfASecondOrSoDuringTheReadOut) {
   StartRecording(3);
   Hold(1, 1);
   Hold(2, 1);
@@ -108,13 +108,13 @@ TEST_F(Window, IsPaintedAgainWithinATenthOfASecondOrSoDuringTheReadOut) {
   EXPECT_LE(longest, std::chrono::milliseconds(112));
 }
 
-TEST_F(Window, EndsAtOnceWhenNothingIsWaiting) {
+TEST_F(MainCommandsTest, EndsAtOnceWhenNothingIsWaiting) {
   StartRecording(1);
   EXPECT_LT(CloseTakes(), 1.0);
   EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 4U);
 }
 
-TEST_F(Window, WaitsTenSecondsAtMostForTheRestOfAHalfReadSet) {
+TEST_F(MainCommandsTest, WaitsTenSecondsAtMostForTheRestOfAHalfReadSet) {
   StartRecording(1);
   bench.line.buffers[{1, 2}] = {55};
   const double took = CloseTakes();
@@ -122,7 +122,7 @@ TEST_F(Window, WaitsTenSecondsAtMostForTheRestOfAHalfReadSet) {
   EXPECT_LE(took, 11.5);
 }
 
-TEST_F(Window, CompletesAHalfReadSetWhoseRestComesInTime) {
+TEST_F(MainCommandsTest, CompletesAHalfReadSetWhoseRestComesInTime) {
   StartRecording(1);
   bench.line.buffers[{1, 2}] = {55};
   bench.events.on_rest = [this](std::chrono::milliseconds time) {
@@ -137,7 +137,7 @@ TEST_F(Window, CompletesAHalfReadSetWhoseRestComesInTime) {
 }
 
 // Two inputs of a set are in doubt, and the next look at them is not due for a while.
-TEST_F(Window, RestsWhileAComparisonWaitsForItsNextLook) {
+TEST_F(MainCommandsTest, RestsWhileAComparisonWaitsForItsNextLook) {
   StartRecording(1);
   Hold(1, 1);
   bench.Run(0.5);
@@ -173,9 +173,9 @@ TEST_F(Window, RestsWhileAComparisonWaitsForItsNextLook) {
 }
 
 // What the end of the program does for a slot it does for each of the twelve.
-class WindowOfASlot : public testing::TestWithParam<int> {
+class SlotAtTheEnd : public testing::TestWithParam<int> {
  protected:
-  WindowOfASlot() {
+  SlotAtTheEnd() {
     bench.events.on_rest = [this](std::chrono::milliseconds time) { bench.clock.Advance(time); };
     bench.Install(slot, kName, BenchProgram::Header(inet, 1, 2, true), {7, 8, 7, 8});
     bench.Start();
@@ -191,7 +191,7 @@ class WindowOfASlot : public testing::TestWithParam<int> {
   BenchProgram bench;
 };
 
-TEST_P(WindowOfASlot, ReadsOneLastSet) {
+TEST_P(SlotAtTheEnd, ReadsOneLastSet) {
   for (const int set : {0, 1, 2}) {
     Hold(1, 100 + set);
     Hold(2, 200 + set);
@@ -200,7 +200,7 @@ TEST_P(WindowOfASlot, ReadsOneLastSet) {
   EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
 
-TEST_P(WindowOfASlot, WaitsForTheRestOfItsSet) {
+TEST_P(SlotAtTheEnd, WaitsForTheRestOfItsSet) {
   Hold(2, 200);
   bench.events.on_rest = [this](std::chrono::milliseconds time) {
     bench.clock.Advance(time);
@@ -210,7 +210,7 @@ TEST_P(WindowOfASlot, WaitsForTheRestOfItsSet) {
   EXPECT_EQ(Samples(), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
 
-TEST_P(WindowOfASlot, KeepsASetThatTheDiskRefuses) {
+TEST_P(SlotAtTheEnd, KeepsASetThatTheDiskRefuses) {
   Hold(1, 100);
   Hold(2, 200);
   {
@@ -221,16 +221,16 @@ TEST_P(WindowOfASlot, KeepsASetThatTheDiskRefuses) {
   EXPECT_TRUE(bench.home.Exists("tavdat/.M260314A.OVN.set"));
 }
 
-TEST_P(WindowOfASlot, SavesItsEditedHeaderAndClosesItsFile) {
+TEST_P(SlotAtTheEnd, SavesItsEditedHeaderAndClosesItsFile) {
   bench.sheet.tx_Des_Change(slot, "Tube 7");
   bench.commands.Close();
   EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(200, 10), "NEW:Tube 7");
   EXPECT_FALSE(bench.state.SlotFileNo[slot].IsOpen());
 }
 
-INSTANTIATE_TEST_SUITE_P(EachSlot, WindowOfASlot, testing::Range(1, kSlots + 1));
+INSTANTIATE_TEST_SUITE_P(EachSlot, SlotAtTheEnd, testing::Range(1, kSlots + 1));
 
-class WindowWithAnOrder : public Window {
+class MainCommandsWithAnOrder : public MainCommandsTest {
  protected:
   // The recording of slot 2 has ended, and its controller has not acknowledged that it is off.
   void LeaveAnOrder() {
@@ -247,7 +247,7 @@ class WindowWithAnOrder : public Window {
   }
 };
 
-TEST_F(WindowWithAnOrder, SendsItAtTheEndBesideTheLastSets) {
+TEST_F(MainCommandsWithAnOrder, SendsItAtTheEndBesideTheLastSets) {
   LeaveAnOrder();
   bench.line.silent.clear();
   Hold(1, 2);
@@ -258,7 +258,7 @@ TEST_F(WindowWithAnOrder, SendsItAtTheEndBesideTheLastSets) {
   EXPECT_EQ(bench.Samples("M260314A.OVN").size(), 6U);
 }
 
-TEST_F(WindowWithAnOrder, TriesItForTenSecondsAndLeavesItOnTheDisk) {
+TEST_F(MainCommandsWithAnOrder, TriesItForTenSecondsAndLeavesItOnTheDisk) {
   LeaveAnOrder();
   const double took = CloseTakes();
   EXPECT_GE(took, 9.0);
@@ -268,7 +268,7 @@ TEST_F(WindowWithAnOrder, TriesItForTenSecondsAndLeavesItOnTheDisk) {
   EXPECT_TRUE(bench.dialogs.boxes.empty());
 }
 
-TEST_F(WindowWithAnOrder, EndsAsSoonAsItIsAcknowledged) {
+TEST_F(MainCommandsWithAnOrder, EndsAsSoonAsItIsAcknowledged) {
   LeaveAnOrder();
   bench.events.on_rest = [this](std::chrono::milliseconds time) {
     bench.clock.Advance(time);
@@ -281,7 +281,7 @@ TEST_F(WindowWithAnOrder, EndsAsSoonAsItIsAcknowledged) {
   EXPECT_FALSE(bench.home.Exists(kStopOrdersFile));
 }
 
-TEST_F(WindowWithAnOrder, SendsOneThatIsGivenDuringTheLastSets) {
+TEST_F(MainCommandsWithAnOrder, SendsOneThatIsGivenDuringTheLastSets) {
   StartRecording(2);
   bench.state.Unit[2].UnitEndAction = 1;
   bench.state.SampleLimit[2] = 1;
@@ -296,7 +296,7 @@ TEST_F(WindowWithAnOrder, SendsOneThatIsGivenDuringTheLastSets) {
   EXPECT_EQ(bench.home.Exists(kStopOrdersFile), false);
 }
 
-TEST_F(WindowWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
+TEST_F(MainCommandsWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
   StartRecording(2);
   bench.line.silent = {2};
   bench.state.DataHome = bench.home.File("nowhere") + "/";
@@ -310,7 +310,7 @@ TEST_F(WindowWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.OFF");
 }
 
-TEST_F(Window, WritesASetThatTheDiskRefusedOnceMoreAtTheEnd) {
+TEST_F(MainCommandsTest, WritesASetThatTheDiskRefusedOnceMoreAtTheEnd) {
   RefuseSet();
   bench.commands.Close();
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
@@ -318,7 +318,7 @@ TEST_F(Window, WritesASetThatTheDiskRefusedOnceMoreAtTheEnd) {
   EXPECT_TRUE(bench.dialogs.boxes.empty());
 }
 
-TEST_F(Window, WritesARefusedSetAlsoIfItsInstrumentIsSilent) {
+TEST_F(MainCommandsTest, WritesARefusedSetAlsoIfItsInstrumentIsSilent) {
   RefuseSet();
   bench.line.silent = {1};
   bench.Run(6);
@@ -326,7 +326,7 @@ TEST_F(Window, WritesARefusedSetAlsoIfItsInstrumentIsSilent) {
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
 
-TEST_F(Window, LeavesASetThatTheDiskRefusesForTheNextStartAndTellsIt) {
+TEST_F(MainCommandsTest, LeavesASetThatTheDiskRefusesForTheNextStartAndTellsIt) {
   RefuseSet();
   {
     const FullDisk disk(1008);
@@ -346,7 +346,7 @@ TEST_F(Window, LeavesASetThatTheDiskRefusesForTheNextStartAndTellsIt) {
   EXPECT_EQ(bench.Samples("M260314A.OVN"), (std::vector<std::int16_t>{7, 8, 7, 8, 100, 200}));
 }
 
-TEST_F(Window, SaysThatASetIsLostWhereNothingCanBeKept) {
+TEST_F(MainCommandsTest, SaysThatASetIsLostWhereNothingCanBeKept) {
   RefuseSet();
   std::filesystem::rename(bench.home.File("tavdat"), bench.home.File("away"));
   bench.engine.FlushFiles();
@@ -358,7 +358,7 @@ TEST_F(Window, SaysThatASetIsLostWhereNothingCanBeKept) {
             "lost");
 }
 
-TEST_F(Window, WritesAFileThatWasDeletedAgainAtTheEnd) {
+TEST_F(MainCommandsTest, WritesAFileThatWasDeletedAgainAtTheEnd) {
   StartRecording(1);
   std::filesystem::remove(bench.home.File("tavdat/M260314A.OVN"));
   Hold(1, 1);
@@ -368,7 +368,7 @@ TEST_F(Window, WritesAFileThatWasDeletedAgainAtTheEnd) {
   EXPECT_EQ(bench.dialogs.boxes.size(), 1U);
 }
 
-TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {
+TEST_F(MainCommandsTest, SavesSettingsAndEditedNamesAtTheEnd) {
   StartRecording(1);
   bench.sheet.tx_Des_Change(1, "Tube 7");
   bench.state.SettingsChanged = true;
@@ -378,7 +378,7 @@ TEST_F(Window, SavesSettingsAndEditedNamesAtTheEnd) {
             std::string::npos);
 }
 
-TEST_F(Window, WritesHeadersEvenIfTheSettingsCannotBeSaved) {
+TEST_F(MainCommandsTest, WritesHeadersEvenIfTheSettingsCannotBeSaved) {
   StartRecording(1);
   bench.sheet.tx_Des_Change(1, "Tube 7");
   bench.state.SettingsChanged = true;
@@ -390,7 +390,7 @@ TEST_F(Window, WritesHeadersEvenIfTheSettingsCannotBeSaved) {
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.USR");
 }
 
-TEST_F(Window, AsksBeforeTheMenuLeaves) {
+TEST_F(MainCommandsTest, AsksBeforeTheMenuLeaves) {
   StartRecording(1);
   bench.dialogs.ok = false;
   bench.commands.Choose(Entry("MnuExit"));
@@ -404,7 +404,7 @@ TEST_F(Window, AsksBeforeTheMenuLeaves) {
   EXPECT_FALSE(bench.cycle.IsEnabled());
 }
 
-TEST_F(Window, OpensTheManualOfTheLanguage) {
+TEST_F(MainCommandsTest, OpensTheManualOfTheLanguage) {
   bench.home.Write(kEnglishManual, "manual");
   bench.Start();
   bench.commands.Choose(Entry("MnuHelp"));
@@ -414,7 +414,7 @@ TEST_F(Window, OpensTheManualOfTheLanguage) {
                                                           bench.home.File(kGermanManual)}));
 }
 
-TEST_F(Window, NamesTheManualThatIsMissing) {
+TEST_F(MainCommandsTest, NamesTheManualThatIsMissing) {
   bench.Start();
   bench.commands.Choose(Entry("MnuHelp"));
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
@@ -422,7 +422,7 @@ TEST_F(Window, NamesTheManualThatIsMissing) {
             "Help-file not found:\n\n\"" + bench.home.File(kEnglishManual) + "\"");
 }
 
-TEST_F(Window, GreysEntriesWithoutAForm) {
+TEST_F(MainCommandsTest, GreysEntriesWithoutAForm) {
   bench.Start();
   EXPECT_FALSE(bench.commands.IsEnabled(Entry("MnuSettings")));
   EXPECT_FALSE(bench.commands.IsEnabled(Entry("MnuTerminal")));
@@ -433,7 +433,7 @@ TEST_F(Window, GreysEntriesWithoutAForm) {
   EXPECT_TRUE(bench.commands.IsEnabled(Entry("MnuTerminal")));
 }
 
-TEST_F(Window, StopsTheCycleOnlyForFormsThatOwnTheLine) {
+TEST_F(MainCommandsTest, StopsTheCycleOnlyForFormsThatOwnTheLine) {
   bench.screens.built = {View::kAllTerm, View::kTavProg, View::kAllQs};
   bench.Start();
   bench.screens.on_show = [this](View view) {
@@ -449,7 +449,7 @@ TEST_F(Window, StopsTheCycleOnlyForFormsThatOwnTheLine) {
 }
 
 // The hourglass is for the way to the form.
-TEST_F(Window, LeavesTheNormalPointerBehindEachForm) {
+TEST_F(MainCommandsTest, LeavesTheNormalPointerBehindEachForm) {
   for (const MenuEntry& entry : kMainMenu) {
     if (entry.Action == MenuAction::kShow) {
       bench.screens.built.insert(entry.Opens);
@@ -464,7 +464,7 @@ TEST_F(Window, LeavesTheNormalPointerBehindEachForm) {
   }
 }
 
-TEST_F(Window, OpensThePortAnewUntilItOpens) {
+TEST_F(MainCommandsTest, OpensThePortAnewUntilItOpens) {
   bench.screens.built = {View::kTavSett};
   bench.Start();
   bench.port.open_error = 5;

@@ -46,6 +46,21 @@ TEST_F(WindowSizes, TakeNothingThatIsNoSize) {
   }
 }
 
+TEST_F(WindowSizes, HaveSidesOf50To16384Dots) {
+  FormSizes sizes(state);
+  for (const FormSize possible : {FormSize{50, 16384}, FormSize{16384, 50}}) {
+    sizes.Keep("TavGraph", possible);
+    EXPECT_EQ(sizes.Of("TavGraph"), possible);
+    EXPECT_EQ(FormSizes(state).Of("TavGraph"), possible) << "in the next run";
+  }
+  sizes.Keep("TavGraph", {900, 600});
+  for (const FormSize other :
+       {FormSize{49, 600}, FormSize{900, 49}, FormSize{16385, 600}, FormSize{900, 16385}}) {
+    sizes.Keep("TavGraph", other);
+    EXPECT_EQ(sizes.Of("TavGraph"), (FormSize{900, 600})) << other.Width << " " << other.Height;
+  }
+}
+
 TEST_F(WindowSizes, AreBoundedWhateverTheFileHolds) {
   std::string lines;
   for (int form = 0; form < 100; ++form) {

@@ -188,6 +188,32 @@ TEST_F(SettingsLoad, ReadsAllKeys) {
   EXPECT_FALSE(state_.FirstRun);
 }
 
+TEST_F(SettingsLoad, TakesTheNameOfEachRowFromItsOwnKey) {
+  std::vector<std::string> lines;
+  for (const char* number :
+       {"01", "02", "03", "04", "05", "06", "07", "08", "09", "10", "11", "12"}) {
+    lines.push_back("ACTIVE" + std::string(number) + ":: row " + number);
+  }
+  Load(lines);
+  EXPECT_EQ(state_.Settings.ActiveFiles,
+            (ActiveNames{"row 01", "row 02", "row 03", "row 04", "row 05", "row 06", "row 07",
+                         "row 08", "row 09", "row 10", "row 11", "row 12"}));
+  EXPECT_EQ(store_.SettingsSave(), "");
+  const std::string bytes = home_.Read(kSettingsFile);
+  for (const std::string& line : lines) {
+    EXPECT_NE(bytes.find("\"" + line + "\"\r\n"), std::string::npos) << line;
+  }
+}
+
+TEST_F(SettingsLoad, IsNoFirstRunAnyMoreOnceThereAreSettings) {
+  store_.SettingsLoad();
+  ASSERT_TRUE(state_.FirstRun);
+  ASSERT_FALSE(state_.SettingsRead);
+  Load({"PLANT:: Works"});
+  EXPECT_FALSE(state_.FirstRun);
+  EXPECT_TRUE(state_.SettingsRead);
+}
+
 TEST_F(SettingsLoad, LeavesAMissingKeyEmptyOrZero) {
   state_.Settings.Lab = "old";
   state_.Settings.PDrawWidth = 5;
