@@ -70,6 +70,7 @@ void ColumnEvidence::BeginAnew(const std::vector<int>& seen, int widest, bool ke
     meter_.Resume(low, high);
   }
   is_too_high_ = false;
+  fell_ = false;
   too_low_ = 0;
   learning_ = false;
   was_learning_ = false;
@@ -169,6 +170,29 @@ bool ColumnEvidence::NoteNotMade(int input, std::int64_t sample, double at) {
   return bounds_.Tighten(0, input, -EarliestStart(sample, at));
 }
 
+// A count that is wrong once, up or down, is no fall.
+void ColumnEvidence::NoteFall(int input, std::int64_t made) {
+  Input& noted = At(input);
+  if (!noted.certain) {
+    return;
+  }
+  noted.counted = std::max(noted.counted, std::min(noted.last_made, made));
+  noted.last_made = made;
+  noted.falls = made < noted.counted ? noted.falls + 1 : 0;
+  int falls = 0;
+  for (const Input& each : inputs_) {
+    falls += each.falls;
+  }
+  fell_ = fell_ || falls >= kConflicts;
+}
+
+// What was counted of the input does not belong to what comes.
+void ColumnEvidence::ForgetFalls(int input) {
+  At(input).counted = 0;
+  At(input).last_made = 0;
+  At(input).falls = 0;
+}
+
 void ColumnEvidence::NoteLow() {
   ++too_low_;
 }
@@ -265,6 +289,7 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
   }
   const std::int64_t made = noted.taken + count;
   const bool is_exact = count < kBufferSets;  // a full buffer may have lost some
+  NoteFall(input, made);
   if (!CanPlace() && noted.certain && is_exact) {
     meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
   }
@@ -334,6 +359,7 @@ void ColumnEvidence::Doubt(int input, int least, int most) {
   doubted.low = -kInfinity;
   doubted.high = kInfinity;
   doubted.looks = 0;
+  ForgetFalls(input);
   meter_.ForgetCount(input);
   too_low_ = 0;
   not_before_ = {};
@@ -403,6 +429,7 @@ void ColumnEvidence::Settle(int input, int ahead) {
   static_cast<void>(bounds_.Tighten(0, input, longest - settled.low));
   settled.taken += ahead;
   settled.ahead = ahead;
+  ForgetFalls(input);
   meter_.ForgetCount(input);
   Release(input, ahead > 0 ? Verdict::kLost : Verdict::kNotLost);
 }
@@ -432,6 +459,7 @@ void ColumnEvidence::Realign(int widest) {
     Input& each = At(input);
     each.doubted = false;
     each.taken = kRealigned;
+    ForgetFalls(input);
     if (each.certain && has_base) {
       Doubt(input, -widest, widest);
     }

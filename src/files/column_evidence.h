@@ -91,7 +91,11 @@ class ColumnEvidence {
 
   // What the line says cannot be: samples were there earlier or later than they can be. The
   // instrument was switched off and on, or the clock was set.
-  [[nodiscard]] bool SawRestart() const { return too_low_ >= kConflicts || is_too_high_; }
+  [[nodiscard]] bool SawRestart() const { return too_low_ >= kConflicts || is_too_high_ || fell_; }
+
+  // Samples that had been counted are gone, and nobody has taken them. Unlike all other signs of a
+  // restart this one says nothing against the interval.
+  [[nodiscard]] bool SawFall() const { return fell_; }
 
   // What the line has said once is enough.
   void SuspectRestart() { too_low_ = kConflicts; }
@@ -162,6 +166,9 @@ class ColumnEvidence {
 
   [[nodiscard]] const IntervalMeter& Interval() const { return meter_; }
 
+  // It is what it was believed to be before.
+  void BelieveInterval(const IntervalMeter& before) { meter_.Resume(before.Low(), before.High()); }
+
  private:
   static constexpr int kConflicts = 2;
 
@@ -176,6 +183,9 @@ class ColumnEvidence {
     double high = 0;
     int looks = 0;
     int ahead = 0;
+    std::int64_t counted = 0;    // so many samples were made, as two counts have said
+    std::int64_t last_made = 0;  // as the last count has said
+    int falls = 0;               // counts in a row that have said less
     Verdict verdict = Verdict::kNone;
   };
 
@@ -201,6 +211,8 @@ class ColumnEvidence {
   [[nodiscard]] double EarliestStart(std::int64_t sample, double at) const;
   [[nodiscard]] bool NoteMade(int input, std::int64_t sample, double at);
   [[nodiscard]] bool NoteNotMade(int input, std::int64_t sample, double at);
+  void NoteFall(int input, std::int64_t made);
+  void ForgetFalls(int input);
   void NoteLow();
   void NoteHigh();
   void ForgetPlaces();
@@ -230,6 +242,7 @@ class ColumnEvidence {
   int too_low_ = 0;
   int too_high_ = 0;
   bool is_too_high_ = false;
+  bool fell_ = false;
   double low_before_ = 0;  // the interval as it was believed until then
   double high_before_ = 0;
 

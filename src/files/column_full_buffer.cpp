@@ -87,12 +87,21 @@ void ColumnKeeper::CountFull(int slot, int input) {
   }
 }
 
-// Counts what the full buffer has cost: `count` values of the input were left at that time.
+// Counts what the full buffer or the restart has cost: `count` values of the input were left at
+// that time. Series that begin anew have their samples at other moments of the interval, so that a
+// later count may hide a set that is lost: it says more only where it says more sets.
 void ColumnKeeper::NoteLost(int slot, int input, int count, Time when) {
   Column& column = columns_[slot];
   const int row = IsHalfRead(slot) && !state_.SampleSeen[slot][input] ? 1 : 0;
-  column.stored = count + row;
-  column.lost = column.before->MadeSince(input, when);
+  const int stored = count + row;
+  const auto lost = column.before->MadeSince(input, when);
+  const bool is_more =
+      lost && column.lost && lost->least - stored > column.lost->least - *column.stored;
+  if (column.restarts > 0 && column.stored && !is_more) {
+    return;
+  }
+  column.stored = stored;
+  column.lost = lost;
 }
 
 // As long as the buffer stays full it may lose one set more until the next value is read.
@@ -219,6 +228,7 @@ void ColumnKeeper::TellLostSets(int slot, std::int32_t row) {
     return;
   }
   NoteLostSets(slot, row, lost, {"full", reason::kFull});
+  messages_.Recovered(slot);  // as many may have been lost before the same row already
   TellSets(slot, row, reason::kFull, lost);
 }
 

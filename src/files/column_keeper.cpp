@@ -233,7 +233,7 @@ void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when)
     CountFull(slot, input);
     return;
   }
-  if (column.before && !column.stored && !column.evidence.IsDoubted(input)) {
+  if (IsToCountLost(slot, input)) {
     NoteLost(slot, input, count, when.answered);
   }
   column.evidence.NoteCount(input, count, when);
@@ -245,6 +245,14 @@ void ColumnKeeper::Counted(int slot, int input, int count, const Exchange& when)
   if (column.is_suspicion && IsSuspicionOver(slot) && !column.evidence.SawRestart()) {
     column.evidence.Withdraw();
   }
+}
+
+// What the instrument forgets while its columns are compared is lost, too: there the last count of
+// the input that is compared with says most.
+bool ColumnKeeper::IsToCountLost(int slot, int input) const {
+  const Column& column = columns_[slot];
+  const bool is_again = column.restarts > 0 && input == RecordedInputs(slot).back();
+  return column.before && (!column.stored || is_again) && !column.evidence.IsDoubted(input);
 }
 
 // After the start of the program one look is enough, for nothing speaks of a restart of the

@@ -46,15 +46,16 @@ void ColumnKeeper::NoteProof(int slot) {
   column.proven.front() = state_.SampleCount[slot];
 }
 
-// An interval that the next counts contradict, too, is measured anew.
+// An interval that the next counts contradict, too, is measured anew, unless the restart is proven
+// without it. If that does not help either it was not the interval.
 void ColumnKeeper::TakeRestart(int slot) {
   Column& column = columns_[slot];
   if (column.restarts == 0) {
     column.before = column.evidence;
+    column.lost.reset();
+    column.stored.reset();
   }
   ++column.restarts;
-  column.lost.reset();
-  column.stored.reset();
   column.full.End();
   column.doubted.clear();
   column.dropped.clear();
@@ -65,8 +66,13 @@ void ColumnKeeper::TakeRestart(int slot) {
     seen = RecordedInputs(slot);
     std::erase_if(seen, [&](int input) { return !state_.SampleSeen[slot][input]; });
   }
-  column.evidence.BeginAnew(seen, kWidestShift, column.restarts < kRestartsOfInterval);
-  if (column.restarts >= kMostRestarts) {
+  const bool is_last = column.restarts >= kMostRestarts;
+  const bool is_proven = column.evidence.SawFall() || is_last;
+  column.evidence.BeginAnew(seen, kWidestShift, is_proven || column.restarts < kRestartsOfInterval);
+  if (is_proven && !column.evidence.Interval().IsKnown()) {
+    column.evidence.BelieveInterval(column.before->Interval());
+  }
+  if (is_last) {
     column.evidence.GiveUp();
   }
 }
@@ -135,6 +141,7 @@ void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   widened.least = std::max({lost.least - 1, cleared, std::int64_t{0}});
   widened.most = std::max(lost.most + 1, cleared + 2);
   NoteLostSets(slot, row, widened, {"restart", WhatHappened(slot)});
+  messages_.Recovered(slot);  // as many may have been lost before the same row already
   TellSets(slot, row, WhatHappened(slot), lost);
 }
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -91,6 +92,52 @@ TEST_P(RestartedLine, MixesAndForgetsNoSetsWithoutTellingSo) {
   // A set that was made and forgotten between two reads, with the next one at its time, leaves no
   // trace.
   EXPECT_LE(untold, 1) << "of " << runs << " restarts";
+}
+
+// Sets that the user was told are lost, and by how many they may differ.
+struct ToldSets {
+  int sets = 0;
+  int about = 0;
+};
+
+ToldSets ToldLost(RecordingBench& bench) {
+  ToldSets told;
+  const std::string start = "before this row ";
+  for (const std::string& text : bench.fixture.Announced()) {
+    const std::size_t place = text.find(start);
+    if (place == std::string::npos) {
+      continue;
+    }
+    int sets = 0;
+    const std::string rest = text.substr(place + start.size());
+    static_cast<void>(std::sscanf(rest.c_str(), "%*[a-z ]%d", &sets));
+    told.sets += sets;
+    told.about += std::max(2, sets / 10);
+  }
+  return told;
+}
+
+// Restarts at any moment, one after the other, each sooner than the next set is made or the pump
+// looks for one: hardly a set is ever handed over, and no comparison of columns ends undisturbed.
+TEST(Restart, AgainAndAgainIsToldWithAllSetsThatAreLost) {
+  const std::array<Sampling, 3> samplings = {Sampling{"together", 0}, Sampling{"ascending", 20},
+                                             Sampling{"random", 50}};
+  for (const Sampling& sampling : samplings) {
+    for (unsigned seed = 0; seed < 60; ++seed) {
+      RecordingBench bench(sampling, seed % 2 == 0 ? std::vector{2, 6} : std::vector{1, 5, 9}, 3);
+      bench.Start();
+      bench.Run(25);
+      std::mt19937 random(seed);
+      for (int time = 0; time < 10 + static_cast<int>(seed % 30); ++time) {
+        bench.Run(0.7 + 0.05 * static_cast<double>(random() % 40));
+        bench.line.RestartInPlace();
+      }
+      ASSERT_TRUE(bench.RunToRows(bench.fixture.state.SampleCount[kSlot] + 20));
+      const ToldSets told = ToldLost(bench);
+      EXPECT_EQ(FirstMixedRow(bench), 0) << sampling.order << ", seed " << seed;
+      EXPECT_NEAR(told.sets, MissingSets(bench), told.about) << sampling.order << ", seed " << seed;
+    }
+  }
 }
 
 // So many sets were waiting when the instrument was switched off.

@@ -52,6 +52,13 @@ class SetLine : public DirectLine {
     Begin(later);
   }
 
+  // The same where sampling goes on by the instrument's own clock: the rest of a set that has begun
+  // is left out.
+  void RestartInPlace() {
+    const auto since = clock_.Elapsed() - first_;
+    Restart(interval - (since % interval + interval) % interval);
+  }
+
   // Sets that were begun so far.
   [[nodiscard]] int Sets() {
     Sample();

@@ -260,8 +260,9 @@ class Comparer {
       const auto place = static_cast<std::size_t>(row) + 1;
       return Cost(rows_[place], SetAt(set), word_costs[place]);
     };
+    // A word of a certain column says more about which sets are missing than their fate does.
     costs.missing = [&](int set) {
-      return Has(SetAt(set), SampleFate::kOverrun) ? 1 : row_cost / 2 + 2;
+      return Has(SetAt(set), SampleFate::kOverrun) ? 1 : kDoubtedWordCost * columns;
     };
     costs.superfluous = row_cost + 2;
     return Align(std::max(0, static_cast<int>(rows_.size()) - 1),

@@ -321,6 +321,30 @@ TEST(Comparison, FindsTheSetOfARowByTheValuesThatWereNotFilledIn) {
   EXPECT_EQ(found.invented, 0);
 }
 
+// Set 2 was given up to make room; then the buffer was full once more and has lost the value of
+// input 2 of set 3.
+TEST(Comparison, FindsTheSetOfARowBesideOneThatWasGivenUp) {
+  std::stringstream file;
+  for (int set = 1; set <= 4; ++set) {
+    for (int input = 1; input <= 2; ++input) {
+      const std::string place = " 1 " + std::to_string(input) + " " + std::to_string(set);
+      file << "sample " << set * 10 << place << ' ' << 10 * set + input << '\n';
+      if (set == 3 && input == 2) {
+        file << "overrun 45" << place << '\n';
+      } else {
+        file << "handed 60" << place << ' ' << 10 * set + input << " good\n";
+      }
+    }
+  }
+  Told told = Lost(1);
+  told.doubts = Filled(2).doubts;
+  const Findings found =
+      Compare(ReadLineTruth(file, {}), kSlot, Bytes({11, 12, 11, 12, 31, 12, 41, 42}), told);
+  EXPECT_TRUE(found.Agrees());
+  EXPECT_EQ(found.given_up, 1);
+  EXPECT_EQ(found.wrong, 0);
+}
+
 TEST(Comparison, FindsAColumnThatAFullBufferShifted) {
   const Findings found =
       Compare(Overrun(), kSlot, Bytes({21, 32, 21, 32, 31, 42, 41, 52}), Lost(2));

@@ -25,9 +25,12 @@ constexpr int kFirstRows = 4;    // rows before a case begins
 constexpr int kProofOfLife = 2;  // rows that have to come after all
 constexpr int kSleep = 14;       // seconds that a slot may sleep before it reads again
 constexpr seconds kFirstRowsLimit{60};
+constexpr int kFirstRowsIntervals = 8;  // and so many more, for the comparison of a full buffer
 constexpr seconds kDrainLimit{2400};
 // Without a new row: a comparison of columns may take many intervals.
 constexpr seconds kStallLimit{120};
+// The truth of a long run takes long to read.
+constexpr milliseconds kBetweenLooks{500};
 constexpr const char* kBallast = "tavdat/ballast.bin";
 constexpr const char* kDiskSize = "size=256k";
 
@@ -121,7 +124,8 @@ bool TruthRun::Begin() {
   }
   Start();
   const std::vector<int> none(slots_.size(), 0);
-  if (!WaitUntil([&] { return HasGrown(none, kFirstRows); }, kFirstRowsLimit)) {
+  const seconds comparison(kFirstRowsIntervals * bench_.interval / bench_.speedup);
+  if (!WaitUntil([&] { return HasGrown(none, kFirstRows); }, kFirstRowsLimit + comparison)) {
     Fail("no rows at the start");
   }
   return problem_.empty();
@@ -257,7 +261,11 @@ bool TruthRun::HasCaughtUp() const {
 }
 
 void TruthRun::GoOnUntilCaughtUp() {
-  const auto has_caught_up = [this] { return HasCaughtUp(); };
+  const auto has_caught_up = [this] {
+    const bool has = HasCaughtUp();
+    GoOn(has ? milliseconds(0) : kBetweenLooks);
+    return has;
+  };
   std::vector<int> rows = RowsOfAll();
   const auto end = std::chrono::steady_clock::now() + kDrainLimit;
   while (problem_.empty() && !WaitUntil(has_caught_up, kStallLimit)) {
