@@ -186,7 +186,6 @@ void ColumnEvidence::NoteFall(int input, std::int64_t made) {
   fell_ = fell_ || falls >= kConflicts;
 }
 
-// What was counted of the input does not belong to what comes.
 void ColumnEvidence::ForgetFalls(int input) {
   At(input).counted = 0;
   At(input).last_made = 0;

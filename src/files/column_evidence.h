@@ -97,6 +97,9 @@ class ColumnEvidence {
   // restart this one says nothing against the interval.
   [[nodiscard]] bool SawFall() const { return fell_; }
 
+  // What was counted of the input does not belong to what comes: somebody else has taken of it.
+  void ForgetFalls(int input);
+
   // What the line has said once is enough.
   void SuspectRestart() { too_low_ = kConflicts; }
 
@@ -212,7 +215,6 @@ class ColumnEvidence {
   [[nodiscard]] bool NoteMade(int input, std::int64_t sample, double at);
   [[nodiscard]] bool NoteNotMade(int input, std::int64_t sample, double at);
   void NoteFall(int input, std::int64_t made);
-  void ForgetFalls(int input);
   void NoteLow();
   void NoteHigh();
   void ForgetPlaces();

@@ -124,7 +124,17 @@ void ColumnKeeper::Taken(int slot, int input, const Exchange& when) {
   columns_[slot].is_still_full = false;
   auto& owed = state_.Columns[slot].Owed[input];
   state_.Columns[slot].Repeats[input] = std::exchange(owed, 0);
+  ForgetFallsOfOthers(slot, input);
   NoteConflict(slot);
+}
+
+// What a test has taken from an input that another one records, too, is gone for that one.
+void ColumnKeeper::ForgetFallsOfOthers(int slot, int input) {
+  for (int other = 1; other <= kSlots; ++other) {
+    if (other != slot && state_.Unit[other].UnitInet == state_.Unit[slot].UnitInet) {
+      columns_[other].evidence.ForgetFalls(input);
+    }
+  }
 }
 
 void ColumnKeeper::Empty(int slot, int input, const Exchange& when) {

@@ -173,6 +173,7 @@ class ColumnKeeper {
   [[nodiscard]] Action NextOfFull(int slot);
   void CompareFull(int slot);
   void CountFull(int slot, int input);
+  void ForgetFallsOfOthers(int slot, int input);
   [[nodiscard]] bool IsToCountLost(int slot, int input) const;
   void NoteLost(int slot, int input, int count, Time when);
   void NoteStillFull(int slot, int input);
