@@ -188,8 +188,8 @@ class ColumnKeeper {
             const BothLanguages& what, Mark mark);
   // Why the instrument has lost sets, as the journal names it.
   struct Cause {
-    const char* name;
-    BothLanguages what;
+    const char* name = "";
+    BothLanguages what = {};
   };
   void NoteLostSets(int slot, std::int32_t before, const LostSets& lost, const Cause& cause);
   [[nodiscard]] LostSets CountLostSets(int slot) const;
