@@ -160,8 +160,9 @@ struct ProgramLogic {
   SteppedScreens stepped;
   MainCycle cycle{{state, link, engine, sheet, attachment, simulation, messages, machine.events,
                    stepped, machine.clock}};
-  MainCommands commands{{state, link, files, engine, settings, sheet, cycle, machine.dialogs,
-                         machine.screens, machine.events, machine.shell, machine.clock}};
+  MainCommands commands{{state, link, files, engine, settings, sheet, cycle, messages,
+                         machine.dialogs, machine.screens, machine.events, machine.shell,
+                         machine.clock}};
   SettingsDialog settings_dialog{
       {state, link, settings, commands, directory, machine.dialogs, machine.shell}};
   KeysScreen keys{state};

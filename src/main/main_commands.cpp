@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "dialogs/help.h"
 #include "files/simulated_rows.h"
+#include "main/untold_notices.h"
 #include "state/box_titles.h"
 
 namespace tavrel {
@@ -114,6 +115,7 @@ void MainCommands::ShutDown() {
   MarkLastSets();
   DrainInstruments();
   SaveEverything();
+  KeepUntoldNotices();
   parts_.events.SetPointer(Pointer::kNormal);
 }
 
@@ -258,6 +260,17 @@ void MainCommands::SaveEverything() {
     if (!text.empty()) {
       parts_.dialogs.Message({text, kWriteTitle, BoxIcon::kWarning});
     }
+  }
+}
+
+// No tick comes any more that announces what the last sets have brought to light.
+void MainCommands::KeepUntoldNotices() {
+  const std::vector<Notice> untold = parts_.messages.TakeKept();
+  if (untold.empty() || KeepUntold(parts_.state.DataHome, untold, parts_.clock.Now()).empty()) {
+    return;
+  }
+  for (const Notice& notice : untold) {
+    parts_.dialogs.Message(notice);
   }
 }
 

@@ -13,6 +13,7 @@
 #include "platform/events.h"
 #include "platform/screens.h"
 #include "platform/shell.h"
+#include "state/messages.h"
 #include "state/run_state.h"
 #include "state/settings_store.h"
 
@@ -29,6 +30,7 @@ class MainCommands {
     SettingsStore& settings;
     MainSheet& sheet;
     MainCycle& cycle;
+    Messages& messages;
     Dialogs& dialogs;
     Screens& screens;
     Events& events;
@@ -81,6 +83,7 @@ class MainCommands {
   [[nodiscard]] bool AllWait() const;
   [[nodiscard]] bool ReviveHeldSets();
   void SaveEverything();
+  void KeepUntoldNotices();
 
   Parts parts_;
   bool ended_ = false;

@@ -32,6 +32,10 @@ inline constexpr BothLanguages kStopIsDone{
     "Regler %1 von Tavrel %2 wurde am Ende seiner Aufzeichnung nicht ausgeschaltet.\nJetzt ist er "
     "aus."};
 
+// What was found while the program ended; %1 is that time, %2 what was found.
+inline constexpr BothLanguages kAtTheEnd{"When the program ended, %1:\n%2",
+                                         "Beim Ende des Programms, %1:\n%2"};
+
 // %1 are the tests, %2 the file with the old settings.
 inline constexpr BothLanguages kDropped{
     "These tests are no longer on the sheet:\n%1\nThe settings that name them are kept in\n%2\nThe "

@@ -11,6 +11,7 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "main/main_texts.h"
+#include "main/untold_notices.h"
 #include "platform/file_system.h"
 #include "platform/system_language.h"
 #include "state/user_language.h"
@@ -152,6 +153,7 @@ void StartUp::MainFormShow() {
     const Messages::Deferral deferral(parts_.messages);
     parts_.attachment.AttachAll();
     FinishStopOrders();
+    TellUntold();
   }
   ReadBacklog();
   SweepControllers();
@@ -184,6 +186,12 @@ void StartUp::FinishStopOrders() {
   }
   for (const StopOrder& order : left) {
     TellStopOrder(order);
+  }
+}
+
+void StartUp::TellUntold() {
+  for (const Notice& notice : TakeUntold(parts_.state.DataHome, UserLanguage(parts_.state))) {
+    parts_.messages.Report(0, notice);
   }
 }
 

@@ -87,6 +87,7 @@ class StartUp {
   [[nodiscard]] bool IsFirst(const TakeLock& take_lock);
   void OpenLine();
   void FinishStopOrders();
+  void TellUntold();
   void TellStopOrder(const StopOrder& order);
   [[nodiscard]] bool IsInUse(std::int16_t inet) const;
   void ReadBacklog();

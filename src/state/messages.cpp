@@ -1,5 +1,7 @@
 #include "state/messages.h"
 
+#include <utility>
+
 namespace tavrel {
 
 void Messages::Report(int slot, const Notice& notice) {
@@ -20,11 +22,13 @@ void Messages::Recovered(int slot) {
 }
 
 void Messages::ShowKept() {
-  std::vector<Notice> due;
-  due.swap(kept_);
-  for (const Notice& notice : due) {
+  for (const Notice& notice : TakeKept()) {
     dialogs_.Announce(notice);
   }
+}
+
+std::vector<Notice> Messages::TakeKept() {
+  return std::exchange(kept_, {});
 }
 
 }  // namespace tavrel

@@ -39,6 +39,9 @@ class Messages {
   // Announces what was kept, in its order.
   void ShowKept();
 
+  // What was kept, in its order; nobody announces it any more.
+  [[nodiscard]] std::vector<Notice> TakeKept();
+
  private:
   Dialogs& dialogs_;
   int deferrals_ = 0;

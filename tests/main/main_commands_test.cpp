@@ -305,6 +305,7 @@ TEST_F(MainCommandsWithAnOrder, SaysThatTheDiskDoesNotTakeIt) {
     const Messages::Deferral deferral(bench.messages);
     bench.engine.EndOfRecording(2);
   }
+  bench.messages.ShowKept();
   CloseTakes();
   ASSERT_EQ(bench.dialogs.boxes.size(), 1U);
   EXPECT_EQ(bench.dialogs.boxes[0].Title, "TAVREL.OFF");

@@ -6,8 +6,11 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <span>
 #include <utility>
+
+#include "main/untold_notices.h"
 
 namespace tavrel {
 namespace {
@@ -288,7 +291,11 @@ bool TruthRun::End(Findings& findings, LedgerVerdict& ledgers) {
     Fail("does not end");
   }
   const LineTruth truth = Truth();
-  const Told told = ReadTold(program_.ShownTexts());
+  std::vector<std::string> texts = program_.ShownTexts();
+  for (const Notice& notice : TakeUntold(program_.Directory(), Language::kEnglish)) {
+    texts.push_back(std::regex_replace(notice.Text, std::regex("\n"), "\\n"));
+  }
+  const Told told = ReadTold(texts);
   for (const RecordedSlot& slot : slots_) {
     const Findings found = Compare(truth, slot, Samples(slot), told);
     findings.Add(found);

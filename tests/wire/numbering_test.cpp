@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(EachFailure, FailedAssignment,
                          testing::Values(FailedWrite{"lost-request on", true},
                                          FailedWrite{"lost-reply on", false},
                                          FailedWrite{"refusal on", true},
-                                         FailedWrite{"late-reply 130", false}));
+                                         FailedWrite{"late-reply 185", false}));
 
 // A read of the scan that fails: the number seems to be free until the next scan.
 TEST_F(NumbersOnTheWire, MissAnInstrumentWhoseReplyIsLostInTheScan) {

@@ -114,7 +114,7 @@ TEST_P(EachLine, ReadsAndWritesRegistersAndGoesOnBehindAPulledPlug) {
   // Each way in which a write can fail; afterwards the cell tells what the instrument holds.
   int word = 1;
   for (const char* fault :
-       {"refusal on", "lost-request on", "lost-reply on", "late-reply 130", "late-reply 300"}) {
+       {"refusal on", "lost-request on", "lost-reply on", "late-reply 185", "late-reply 300"}) {
     ASSERT_TRUE(instrument->Tell(std::string("fault 1 ") + fault + " times 1"));
     ++word;
     browser.Grid_Click(RowOf('V', 15), kDec);

@@ -11,7 +11,7 @@ constexpr int kWays = 4;
 constexpr int kLate = 3;
 constexpr int kFreeRow = 6;  // takes any word in each of the groups
 constexpr std::array<const char*, kWays> kFaults = {"lost-request on", "lost-reply on",
-                                                    "refusal on", "late-reply 130"};
+                                                    "refusal on", "late-reply 185"};
 
 // The instrument has the word all the same.
 bool IsCarriedOut(int way) {
