@@ -93,8 +93,8 @@ IndexVerdict VerdictOf(Verdict verdict) {
 
 }  // namespace
 
-IndexProof ProofOf(const std::string& path, Language language) {
-  const StoredRecording recording = ReadRecording(path);
+IndexProof ProofOf(const std::string& path, Language language, FileFinder& finder) {
+  const StoredRecording recording = ReadRecording(path, finder);
   if (!recording.Problem.empty()) {
     return {IndexVerdict::kUnreadable, ReasonIn(language, recording.Problem)};
   }
