@@ -181,9 +181,12 @@ void FileIndex::SetProof(std::string_view name, const IndexProof& proof) {
 }
 
 void FileIndex::ForgetProofs() {
+  bool any = false;
   for (IndexRow& row : rows_) {
+    any = any || row.Proof.Verdict != IndexVerdict::kNotAsked;
     row.Proof = IndexProof();
   }
+  proof_revision_ += any ? 1 : 0;
 }
 
 void FileIndex::Sort() {
