@@ -207,6 +207,8 @@ class _Reader:
             self._take_values(line)
         elif line.kind == "drained":
             self._take_drained(line)
+        elif line.kind == "counted":
+            self._take_counted(line)
 
     def _take_begin(self, line: Line) -> None:
         self._interval = max(_seconds(line, "interval"), 1.0)
@@ -273,10 +275,8 @@ class _Reader:
         if self._later_from is not None:
             self._later += max(set_number(self._rows) - set_number(self._later_from), 0)
             self._later_from = None
-        up, boot = self._last
-        moment = Moment(up - _seconds(line, "took"), up)
-        goes_on = (self._stands and self._question_from is None
-                   and boot == self._drained_at[1] and up >= self._drained_at[0])
+        moment = self._moment(line)
+        goes_on = self._goes_on()
         lost = self._compare(self._clock, moment, _text(line, "time")) if goes_on else None
         self._close_losses()
         self._position += set_number(self._rows) - set_number(self._drained_rows) + (lost or 0)
@@ -284,6 +284,28 @@ class _Reader:
             self._clock.begin(moment)
             self._position = 0
         self._stands = self._rows > self._series_rows
+        self._drained_at = self._last
+        self._drained_rows = self._rows
+
+    def _moment(self, line: Line) -> Moment:
+        return Moment(self._last[0] - _seconds(line, "took"), self._last[0])
+
+    def _goes_on(self) -> bool:
+        """True if what the clock knows holds up to the last line."""
+        up, boot = self._last
+        return (self._stands and self._question_from is None
+                and boot == self._drained_at[1] and up >= self._drained_at[0])
+
+    def _take_counted(self, line: Line) -> None:
+        """Where the clock does not go on it begins with the oldest set that waits."""
+        least = min(_number(line, "least"), _BUFFER_SETS)
+        most = min(max(_number(line, "most"), least), _BUFFER_SETS)
+        if self._clock is None or least == 0 or self._goes_on():
+            return
+        self._close_losses()
+        self._clock.begin(self._moment(line), (least, most))
+        self._position = 0
+        self._stands = True
         self._drained_at = self._last
         self._drained_rows = self._rows
 

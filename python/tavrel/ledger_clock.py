@@ -34,14 +34,21 @@ class LedgerClock:
         self._origin = 0.0
         self._corners: list[tuple[float, float]] = []
 
-    def begin(self, moment: Moment) -> None:
-        """The next set is number 0; all before it were made at that moment. T stays as known."""
+    def begin(self, moment: Moment, made: tuple[int, int] = (0, 0)) -> None:
+        """So many sets, at the least and at the most, had been made from number 0 on at that moment.
+
+        T stays as known.
+        """
         rates = [t for _, t in self._corners]
         least = min(rates, default=self._interval * (1 - RATE))
         most = max(rates, default=self._interval * (1 + RATE))
         self._origin = moment.answered
-        self._corners = _box(moment.asked - self._origin - ROUNDING, most + ROUNDING, least, most)
-        self._clip(-1, 1, -ROUNDING)
+        asked = moment.asked - self._origin - ROUNDING
+        last = made[0] - 1
+        last_time = last * (most if last < 0 else least)
+        self._corners = _box(asked - made[1] * most, ROUNDING - last_time, least, most)
+        self._clip(1, made[1], asked)
+        self._clip(-1, -last, -ROUNDING)
 
     def made_at(self, moment: Moment) -> tuple[int, int]:
         """How many sets have been made at that moment, at the least and at the most."""

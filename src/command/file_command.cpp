@@ -54,7 +54,7 @@ CommandResult WrongUsage(const std::string& what) {
   return {kCommandFailed, "", "tavrel-file: " + what + "\n" + kUsage};
 }
 
-// Collects what is said of one file after the other.
+// Collects what is said of one file after the other, and finds them.
 class Report {
  public:
   void Say(const std::string& file, int status, const std::string& text) {
@@ -67,15 +67,17 @@ class Report {
     Raise(kCommandFailed);
   }
   void Raise(int status) { result_.Status = std::max(result_.Status, status); }
+  [[nodiscard]] FileFinder& Finder() { return finder_; }
   [[nodiscard]] CommandResult Result() && { return std::move(result_); }
 
  private:
   CommandResult result_;
+  FileFinder finder_;
 };
 
 // Empty, and told, if the file is none that this command knows.
 std::optional<StoredRecording> ReadOrTell(const std::string& file, Report& report) {
-  StoredRecording recording = ReadRecording(file);
+  StoredRecording recording = ReadRecording(file, report.Finder());
   if (!recording.Problem.empty()) {
     report.Fail(file, recording.Problem);
     return std::nullopt;
@@ -154,7 +156,7 @@ class Kin {
     const std::string& journal = *recording.Journal;
     auto& others = by_beginning_[Sha256Of(journal.substr(0, journal.find('\n')))];
     for (const std::string& name : others) {
-      const std::string text = ReadRecording(name).Journal.value_or("");
+      const std::string text = ReadRecording(name, report.Finder()).Journal.value_or("");
       if (KinshipOf(text, journal) == Kinship::kForks) {
         report.Say(file, kAllIsWell,
                    "fork: it and " + name + " went on from one, behind line " +

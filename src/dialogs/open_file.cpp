@@ -115,14 +115,15 @@ void OpenFile::cmdVerify_Click(const std::function<void()>& show) {
 
 void OpenFile::VerifyAll(const std::vector<std::string>& names, const std::function<void()>& show) {
   const std::string directory = Directory();
+  FileFinder finder;
   const auto goes_on = [this] { return !stop_ && IsOpen() && !parts_.events.EndIsWanted(); };
   for (std::size_t done = 0; done < names.size() && goes_on(); ++done) {
     values_.Progress = static_cast<int>(done * 100 / names.size());
     show();
     parts_.events.Pump();
     if (goes_on()) {
-      parts_.index.SetProof(names[done],
-                            ProofOf(JoinPath(directory, names[done]), UserLanguage(parts_.state)));
+      parts_.index.SetProof(names[done], ProofOf(JoinPath(directory, names[done]),
+                                                 UserLanguage(parts_.state), finder));
       values_.ProofRevision = parts_.index.ProofRevision();
     }
   }

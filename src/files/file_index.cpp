@@ -93,8 +93,8 @@ IndexVerdict VerdictOf(Verdict verdict) {
 
 }  // namespace
 
-IndexProof ProofOf(const std::string& path, Language language) {
-  const StoredRecording recording = ReadRecording(path);
+IndexProof ProofOf(const std::string& path, Language language, FileFinder& finder) {
+  const StoredRecording recording = ReadRecording(path, finder);
   if (!recording.Problem.empty()) {
     return {IndexVerdict::kUnreadable, ReasonIn(language, recording.Problem)};
   }
@@ -181,9 +181,12 @@ void FileIndex::SetProof(std::string_view name, const IndexProof& proof) {
 }
 
 void FileIndex::ForgetProofs() {
+  bool any = false;
   for (IndexRow& row : rows_) {
+    any = any || row.Proof.Verdict != IndexVerdict::kNotAsked;
     row.Proof = IndexProof();
   }
+  proof_revision_ += any ? 1 : 0;
 }
 
 void FileIndex::Sort() {

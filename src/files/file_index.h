@@ -13,6 +13,7 @@
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/events.h"
+#include "platform/file_finder.h"
 #include "state/run_state.h"
 
 namespace tavrel {
@@ -28,7 +29,7 @@ struct IndexProof {
 
 // By the rule of journal_check.h, as tavrel-file verifies it. `path` leads to the file, whatever
 // the case of its name.
-[[nodiscard]] IndexProof ProofOf(const std::string& path, Language language);
+[[nodiscard]] IndexProof ProofOf(const std::string& path, Language language, FileFinder& finder);
 
 // One recording file of a directory. Texts are UTF-8; of a name that is no UTF-8 the bytes stay.
 struct IndexRow {

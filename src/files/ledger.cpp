@@ -132,6 +132,8 @@ void Ledger::Take(std::string_view kind, const JsonValue& fields, const LedgerMo
     TakeValues(fields);
   } else if (kind == "drained") {
     TakeDrained(fields, when, time);
+  } else if (kind == "counted") {
+    TakeCounted(fields, when);
   }
 }
 
@@ -225,9 +227,7 @@ void Ledger::TakeDrained(const JsonValue& fields, const LedgerMoment& when,
     later_from_.reset();
   }
   const LedgerClock::Moment moment{when.Up - SecondsIn(fields, "took"), when.Up};
-  const bool is_clear = has_anchor_ && !question_from_;
-  const bool goes_on = is_clear && when.Boot == drained_.Boot && when.Up >= drained_.Up;
-  const auto lost = goes_on ? Compare(moment, time) : std::nullopt;
+  const auto lost = GoesOn(when) ? Compare(moment, time) : std::nullopt;
   CloseLosses();
   position_ += SetsOf(rows_) - SetsOf(drained_rows_) + lost.value_or(0);
   if (!lost || !clock_->Learn(moment, position_)) {
@@ -236,6 +236,28 @@ void Ledger::TakeDrained(const JsonValue& fields, const LedgerMoment& when,
   }
   // The first set of new series may come later than an interval after their beginning.
   has_anchor_ = rows_ > rows_of_new_series_;
+  drained_ = when;
+  drained_rows_ = rows_;
+}
+
+// True if what the clock knows holds up to that moment.
+bool Ledger::GoesOn(const LedgerMoment& when) const {
+  const bool is_clear = has_anchor_ && !question_from_;
+  return is_clear && when.Boot == drained_.Boot && when.Up >= drained_.Up;
+}
+
+// Where the clock does not go on it begins with the oldest set that waits. Without one a series may
+// not have begun yet.
+void Ledger::TakeCounted(const JsonValue& fields, const LedgerMoment& when) {
+  const std::int64_t least = std::min<std::int64_t>(NumberIn(fields, "least"), kBufferSets);
+  const std::int64_t most = std::clamp<std::int64_t>(NumberIn(fields, "most"), least, kBufferSets);
+  if (!clock_ || least == 0 || GoesOn(when)) {
+    return;
+  }
+  CloseLosses();
+  clock_->Begin({when.Up - SecondsIn(fields, "took"), when.Up}, {least, most});
+  position_ = 0;
+  has_anchor_ = true;
   drained_ = when;
   drained_rows_ = rows_;
 }

@@ -119,6 +119,8 @@ class Ledger {
   void TakeLost(const JsonValue& fields, const std::string& time);
   void TakeValues(const JsonValue& fields);
   void TakeDrained(const JsonValue& fields, const LedgerMoment& when, const std::string& time);
+  void TakeCounted(const JsonValue& fields, const LedgerMoment& when);
+  [[nodiscard]] bool GoesOn(const LedgerMoment& when) const;
   void BeginSeries();
   void CloseLosses();
   [[nodiscard]] std::optional<std::int64_t> Compare(const LedgerClock::Moment& moment,

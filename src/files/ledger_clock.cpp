@@ -23,7 +23,7 @@ void LedgerClock::SetBox(double least_p, double most_p, double least_t, double m
   corners_ = {{least_p, least_t}, {most_p, least_t}, {most_p, most_t}, {least_p, most_t}};
 }
 
-void LedgerClock::Begin(const Moment& moment) {
+void LedgerClock::Begin(const Moment& moment, const Range& made) {
   double least_t = interval_ * (1 - kRate);
   double most_t = interval_ * (1 + kRate);
   if (!corners_.empty()) {
@@ -34,8 +34,13 @@ void LedgerClock::Begin(const Moment& moment) {
     most_t = most->t;
   }
   origin_ = moment.answered;
-  SetBox(moment.asked - origin_ - kRounding, most_t + kRounding, least_t, most_t);
-  Clip(-1, 1, -kRounding);  // the set before it was made: p - T <= 0
+  const double asked = moment.asked - origin_ - kRounding;
+  const auto next = static_cast<double>(made.most);
+  const auto last = static_cast<double>(made.least) - 1;
+  const double last_time = last * (last < 0 ? most_t : least_t);
+  SetBox(asked - next * most_t, kRounding - last_time, least_t, most_t);
+  Clip(1, next, asked);
+  Clip(-1, -last, -kRounding);  // the set before was made: p + last T <= 0
 }
 
 LedgerClock::Range LedgerClock::MadeAt(const Moment& moment) const {

@@ -32,7 +32,10 @@ class LedgerClock {
 
   // The next set that is made is number 0, and it was not made at that moment, but all before were.
   // Nothing else is known of p; what is known of T stays.
-  void Begin(const Moment& moment);
+  void Begin(const Moment& moment) { Begin(moment, {0, 0}); }
+
+  // The same where at that moment so many sets had been made from number 0 on.
+  void Begin(const Moment& moment, const Range& made);
 
   // How many sets have been made since Begin() at that moment.
   [[nodiscard]] Range MadeAt(const Moment& moment) const;

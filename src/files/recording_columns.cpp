@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "files/recording_engine.h"
+#include "files/recording_format.h"
 #include "link/register_access.h"
 #include "link/registers.h"
 
@@ -21,14 +22,34 @@ void RecordingEngine::NoteSample(int slot, int channel, std::int16_t word, Time 
   }
 }
 
+bool RecordingEngine::IsReadFirst(int slot, int channel) const {
+  for (int input = channel + 1; input <= kInputs; ++input) {
+    if (state_.Unit[slot].IsRecorded(input)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 // The input that is read first tells that the instrument holds no set, if none is in hand.
 void RecordingEngine::NoteDrained(int slot, int channel, const ColumnKeeper::Exchange& when) {
-  bool is_first = true;
-  for (int input = channel + 1; input <= kInputs; ++input) {
-    is_first = is_first && !state_.Unit[slot].IsRecorded(input);
-  }
-  if (is_first && !HoldsSet(slot) && !state_.ColumnsInDoubt[slot]) {
+  if (IsReadFirst(slot, channel) && !HoldsSet(slot) && !state_.ColumnsInDoubt[slot]) {
     files_.Journals().Drained(slot, when.answered - when.asked);
+  }
+}
+
+// The sets that are in no row yet. The samples of a set are made within one interval, so that of
+// the input that is read first, by which all sets are counted, one more or one fewer may wait. A
+// full buffer says nothing.
+void RecordingEngine::NoteWaiting(int slot, int input, int count, Time asked) {
+  const bool is_clear = !IsSetComplete(slot) && !state_.ColumnsInDoubt[slot];
+  if (!is_clear || count < 0 || count >= kBufferSets) {
+    return;
+  }
+  const int beside = IsReadFirst(slot, input) ? 0 : 1;
+  const int sets = SetsOf(slot, input, count);
+  if (sets > beside) {
+    files_.Journals().Counted(slot, sets - beside, sets + beside, clock_.Elapsed() - asked);
   }
 }
 

@@ -247,6 +247,7 @@ void RecordingEngine::ReadBufferCount(int slot) {
   const Reading count = ReadAlone(link_, {state_.Unit[slot].UnitInet, reg::kBuffered, input});
   if (count.IsGood()) {
     NoteBack(slot, SetsOf(slot, input, count.word));
+    NoteWaiting(slot, input, count.word, asked);
     TakeBufferCount(slot, SetsOf(slot, input, count.word), asked);
     columns_.NoteStored(slot, input, count.word);
   } else if (count.status == LinkResult::kRejected) {
@@ -283,12 +284,13 @@ void RecordingEngine::TakeBufferCount(int slot, int sets, std::chrono::nanosecon
   order_.TakeReading(slot, sets, std::chrono::seconds(state_.RecInterval[slot]), asked);
 }
 
-void RecordingEngine::TakeUp(int slot, std::optional<std::int16_t> stored) {
+void RecordingEngine::TakeUp(int slot, std::optional<std::int16_t> stored, Time asked) {
   const int reference = state_.Unit[slot].UnitRef;
   if (!stored || link_.Simulated || !state_.Unit[slot].IsRecorded(reference)) {
     order_.WantReading(slot);
     return;
   }
+  NoteWaiting(slot, reference, *stored, asked);
   TakeBufferCount(slot, SetsOf(slot, reference, *stored), clock_.Elapsed());
   columns_.NoteStored(slot, reference, *stored);
 }

@@ -53,8 +53,9 @@ class RecordingEngine {
 
   // A recording that was on already is taken up. `stored` is what R of the slot's UnitRef has said
   // just now, empty if the instrument did not answer. Where that says nothing of the recorded
-  // inputs, the pump reads the count of one of them first.
-  void TakeUp(int slot, std::optional<std::int16_t> stored);
+  // inputs, the pump reads the count of one of them first. `asked`: when the question went out, not
+  // later, by the clock's Elapsed().
+  void TakeUp(int slot, std::optional<std::int16_t> stored, std::chrono::nanoseconds asked = {});
 
   // Every ten seconds: waiting slots read again, a file that could not be opened again or be
   // written is opened once more, one that others have deleted or moved is put to the disk again,
@@ -194,6 +195,8 @@ class RecordingEngine {
   using Time = std::chrono::nanoseconds;
   void NoteSample(int slot, int channel, std::int16_t word, Time asked);
   void NoteDrained(int slot, int channel, const ColumnKeeper::Exchange& when);
+  [[nodiscard]] bool IsReadFirst(int slot, int channel) const;
+  void NoteWaiting(int slot, int input, int count, Time asked);
   void NoteFailure(int slot, int channel);
   void MendColumns(int slot);
   // A word and when it was read.

@@ -314,6 +314,16 @@ void RecordingJournals::Drained(int slot, std::chrono::nanoseconds took) {
   entry.DrainedRows = entry.Rows;
 }
 
+void RecordingJournals::Counted(int slot, int least, int most, std::chrono::nanoseconds took) {
+  Entry& entry = Of(slot);
+  if (!entry.WantsDrained || entry.IsCounted || !IsReady(slot)) {
+    return;
+  }
+  entry.IsCounted = true;
+  Note(slot, "counted",
+       {{"least", least}, {"most", most}, {"took", std::chrono::duration<double>(took).count()}});
+}
+
 LedgerFigures RecordingJournals::Figures(int slot) {
   Entry& entry = Of(slot);
   if (entry.State == Entry::Kind::kUnknown) {
@@ -365,6 +375,7 @@ void RecordingJournals::Add(Entry& entry, const std::string& kind,
   entry.IsTurnWaiting = !entry.Writer.Error().empty() && (entry.IsTurnWaiting || IsTurn(kind));
   entry.Book.Take(kind, fields, {stamp.Up, stamp.Boot}, TimeWithZone(stamp.Wall));
   entry.WantsDrained = entry.WantsDrained || IsTurn(kind);
+  entry.IsCounted = entry.IsCounted && !IsTurn(kind);
   entry.StartRows = kind == "start" ? entry.Rows : entry.StartRows;
   entry.IsSealedBehindDrained = entry.IsSealedBehindDrained || kind == journal::kSeal;
   entry.IsSealed = false;

@@ -70,6 +70,10 @@ class RecordingJournals {
   // long: all that it has made is in the file. Written down once between two seals.
   void Drained(int slot, std::chrono::nanoseconds took);
 
+  // The instrument has said that from `least` to `most` sets wait that are in no row yet, in an
+  // exchange that began so long ago. Written down once while a drained instrument is wanted.
+  void Counted(int slot, int least, int most, std::chrono::nanoseconds took);
+
   // How complete the recording of the slot is, as its journal says, at this moment. Where nothing
   // is recorded the journal is read from the disk each time.
   [[nodiscard]] LedgerFigures Figures(int slot);
@@ -112,6 +116,7 @@ class RecordingJournals {
     // Of the last line that says the instrument holds no more.
     std::int32_t DrainedRows = 0;
     bool WantsDrained = true;     // something has happened since
+    bool IsCounted = false;       // since then it was written down how many sets wait
     std::int32_t StartRows = -1;  // when the recording was started; no set has come yet
     bool IsSealedBehindDrained = false;
     bool MustSync = false;       // rows or a header have come since the journal was put to the disk

@@ -14,10 +14,12 @@ namespace {
 // A recording has 64 kB; what is much longer is none, and is not read into memory.
 constexpr std::int64_t kMostBytes = std::int64_t{16} << 20U;
 
-// Empty, with `problem`, on failure.
-std::optional<std::string> ReadFile(const std::string& path, std::int64_t limit,
+// So often file and journal are read while the journal grows. Its lines are seconds apart.
+constexpr int kMostReadings = 5;
+
+// Empty, with `problem`, on failure. `file` stays open.
+std::optional<std::string> ReadFile(RandomFile& file, const std::string& path, std::int64_t limit,
                                     std::string& problem) {
-  RandomFile file;
   const std::int64_t length = file.Open(path, FileAccess::kRead) ? file.Size() : -1;
   if (length < 0) {
     problem = file.Error();
@@ -35,26 +37,57 @@ std::optional<std::string> ReadFile(const std::string& path, std::int64_t limit,
   return bytes;
 }
 
+// Where a recording is, as its path was given.
+struct Place {
+  std::string Directory;
+  std::string Name;
+  std::string Path;  // as the disk spells it
+};
+
+Place PlaceOf(const std::string& path, FileFinder& finder) {
+  const std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
+  const std::string directory = name == 0 ? "." : path.substr(0, name);
+  NoAnswer unused;
+  return {directory, path.substr(name),
+          finder.Find(directory, path.substr(name), unused).value_or(path)};
+}
+
+// False if the journal has grown while the file was read.
+bool ReadOnce(const Place& place, FileFinder& finder, StoredRecording& recording) {
+  recording = StoredRecording();
+  RandomFile journal;
+  NoAnswer no_answer;
+  const auto path =
+      finder.Find(JoinPath(place.Directory, kJournalDirectory), place.Name, no_answer);
+  std::string journal_problem = no_answer.Text;
+  auto text = path ? ReadFile(journal, *path, kMostJournalBytes, journal_problem) : std::nullopt;
+  RandomFile file;
+  auto bytes = ReadFile(file, place.Path, kMostBytes, recording.Problem);
+  if (!bytes) {
+    return true;
+  }
+  recording.Bytes = std::move(*bytes);
+  recording.Problem =
+      journal_problem.empty() ? "" : std::string(reason::kItsJournal.English) + journal_problem;
+  const bool is_same = !text || journal.Size() == static_cast<std::int64_t>(text->size());
+  recording.Journal = std::move(text);
+  return is_same;
+}
+
 }  // namespace
 
 StoredRecording ReadRecording(const std::string& path) {
+  FileFinder finder;
+  return ReadRecording(path, finder);
+}
+
+StoredRecording ReadRecording(const std::string& path, FileFinder& finder) {
+  const Place place = PlaceOf(path, finder);
   StoredRecording recording;
-  auto bytes = ReadFile(path, kMostBytes, recording.Problem);
-  if (!bytes) {
-    return recording;
-  }
-  recording.Bytes = std::move(*bytes);
-  const std::size_t name = path.rfind('/') == std::string::npos ? 0 : path.rfind('/') + 1;
-  const std::string directory = name == 0 ? "." : path.substr(0, name);
-  NoAnswer no_answer;
-  const auto journal =
-      FindFile(JoinPath(directory, kJournalDirectory), path.substr(name), no_answer);
-  if (journal) {
-    std::string problem;
-    recording.Journal = ReadFile(*journal, kMostJournalBytes, problem);
-    recording.Problem = problem.empty() ? "" : std::string(reason::kItsJournal.English) + problem;
-  } else if (no_answer.Why != Failure::kNone) {
-    recording.Problem = std::string(reason::kItsJournal.English) + no_answer.Text;
+  for (int reading = 0; reading < kMostReadings; ++reading) {
+    if (ReadOnce(place, finder, recording)) {
+      break;
+    }
   }
   return recording;
 }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "files/journal_check.h"
+#include "platform/file_finder.h"
 #include "state/unit_record.h"
 
 namespace tavrel {
@@ -23,7 +24,14 @@ struct StoredRecording {
 
 // Reads the file at `path`, relative or not, and its journal beside it. Both are looked for
 // whatever the case of the name.
+//
+// A recording that is on goes on meanwhile. A row stands in the file before the journal seals it,
+// but a header is in the journal before it is in the file, so no order of the two readings fits
+// both: the file is read between two looks at the journal, until both are of one moment.
 [[nodiscard]] StoredRecording ReadRecording(const std::string& path);
+
+// The same for many files one after the other.
+[[nodiscard]] StoredRecording ReadRecording(const std::string& path, FileFinder& finder);
 
 // The whole journal of the recording `name` in `directory`; empty if there is none that can be
 // read.

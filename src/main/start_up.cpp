@@ -214,12 +214,13 @@ void StartUp::ReadBacklog() {
     }
     const UnitRecord& unit = state.Unit[slot];
     parts_.commands.LetLineSettle();
+    const auto asked = parts_.clock.Elapsed();
     const Reading count = Read(parts_.link, Register{unit.UnitInet, reg::kBuffered, unit.UnitRef});
     parts_.events.Repaint();
     if (state.ReadState[slot] < ReadState::kReading) {
       continue;
     }
-    parts_.engine.TakeUp(slot, count.Word());
+    parts_.engine.TakeUp(slot, count.Word(), asked);
     if (count.IsGood() && count.word > state.BacklogCount) {
       state.BacklogCount = count.word;
       state.BacklogSlot = slot;

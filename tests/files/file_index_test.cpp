@@ -382,6 +382,23 @@ TEST_F(Index, FindsARowWhateverTheCaseOfTheName) {
   EXPECT_EQ(index.RowOf(""), std::nullopt);
 }
 
+TEST_F(Index, TellsThatAProofHasChangedAlsoWhereItIsForgotten) {
+  Write("M260101A.OVN");
+  Write("M260102A.OVN");
+  Build();
+  index.ForgetProofs();
+  EXPECT_EQ(index.ProofRevision(), 0) << "there was none";
+  index.SetProof("M260102A.OVN", {IndexVerdict::kIntact, ""});
+  EXPECT_EQ(index.ProofRevision(), 1);
+  index.SetProof("M260103A.OVN", {IndexVerdict::kIntact, ""});
+  EXPECT_EQ(index.ProofRevision(), 1);
+  index.ForgetProofs();
+  EXPECT_EQ(index.ProofRevision(), 2);
+  EXPECT_EQ(index.Rows()[1].Proof.Verdict, IndexVerdict::kNotAsked);
+  index.ForgetProofs();
+  EXPECT_EQ(index.ProofRevision(), 2);
+}
+
 TEST_F(Index, FollowsTheLinkVariantOfTheFamily) {
   directory.Write("M260101A", "first forty bytes of the text, no more  X" + std::string(1000, ' '));
   directory.Write("K260101A.TXT", std::string(1000, 'k'));

@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <random>
 
 #include "files/ledger_text.h"
+#include "link/register_access.h"
+#include "link/registers.h"
 #include "tests/files/recording_bench.h"
 
 namespace tavrel {
@@ -85,6 +88,52 @@ TEST(Ledger, ADriftingClockIsNoLossInAMonth) {
       EXPECT_EQ(story.Figures().Recorded, story.Made());
     }
   }
+}
+
+// What waited when the program was there for the first time is known, and no more than that.
+TEST(Ledger, SetsThatWereCountedLetTheClockBegin) {
+  for (const std::int64_t beside : {0, 1}) {
+    for (const double rate : {-200e-6, 0.0, 200e-6}) {
+      Story story;
+      story.rate = rate;
+      story.now = 84;
+      const std::int64_t waits = story.Made();
+      story.Line("resume");
+      story.Line("counted", {{"least", waits - beside}, {"most", waits + beside}, {"took", 0.05}});
+      ASSERT_TRUE(story.Figures().Waiting);
+      EXPECT_LE(story.Figures().Waiting->Least, waits);
+      EXPECT_GE(story.Figures().Waiting->Most, waits);
+      story.now += 15000;
+      story.Line("resume");
+      story.missing = 600;
+      story.Lost(1, 17, 0, {});
+      story.Drain();
+      const SetBounds lost = story.Figures().Lost;
+      EXPECT_LE(lost.Least, 600) << rate;
+      ASSERT_TRUE(lost.Most) << rate;
+      EXPECT_GE(*lost.Most, 600) << rate;
+      EXPECT_LE(*lost.Most - lost.Least, 2 + 2 * beside) << rate;
+    }
+  }
+}
+
+TEST(Ledger, SetsThatWereCountedSayNothingWhereTheClockIsKnownOrNoSetWaits) {
+  Story story;
+  story.Live(86400, 1207);
+  story.now += 505;
+  const auto waiting = story.Figures().Waiting;
+  story.Line("counted", {{"least", 1}, {"most", 800}, {"took", 0.05}});
+  EXPECT_EQ(story.Figures().Waiting, waiting);
+  story.boot = "b";
+  story.Line("resume");
+  story.Line("counted", {{"least", 0}, {"most", 1}, {"took", 0.05}});
+  EXPECT_EQ(story.Figures().Waiting, std::nullopt);
+  const std::int64_t waits = story.Made() - (story.rows - 1);
+  story.Line("counted", {{"least", waits}, {"most", waits}, {"took", 0.05}});
+  ASSERT_TRUE(story.Figures().Waiting);
+  EXPECT_NEAR(static_cast<double>(story.Figures().Waiting->Least), static_cast<double>(waits), 1);
+  story.Drain();
+  EXPECT_TRUE(story.Figures().IsComplete());
 }
 
 // Nobody has told it, but the clocks know.
@@ -261,6 +310,10 @@ TEST(Ledger, TheTruthLiesWithinTheBoundsWhateverHappens) {
         const std::int64_t held = story.Made() - story.missing - story.skipped -
                                   std::max<std::int64_t>(story.rows - 1, 0);
         const std::int64_t over = held - 896;
+        if (over < 0 && held > 1 && random() % 2 == 0) {
+          const auto beside = static_cast<std::int64_t>(random() % 2);
+          story.Line("counted", {{"least", held - beside}, {"most", held + beside}, {"took", 0.3}});
+        }
         if (over > 0) {
           story.missing += over;
           const bool knows = kind != 2 && random() % 2 == 0;
@@ -286,8 +339,8 @@ TEST(Ledger, TakesAnyNumbers) {
   std::mt19937 random(17);
   const std::vector<JsonValue> values = {
       0, -1, 1, 1e300, -1e300, std::int64_t{1} << 62U, true, "words", 1e-300, {}, 896.5};
-  const std::vector<const char*> kinds = {"begin", "start",   "drained", "lost", "values",
-                                          "back",  "adopted", "resume",  "stop", "seal"};
+  const std::vector<const char*> kinds = {"begin",   "start",  "drained", "lost", "values", "back",
+                                          "adopted", "resume", "stop",    "seal", "counted"};
   Ledger ledger;
   for (int turn = 0; turn < 5000; ++turn) {
     const auto any = [&] { return values[random() % values.size()]; };
@@ -319,6 +372,33 @@ std::int64_t MissingIn(const RecordingBench& bench) {
     missing += (rows[row][0] - rows[row - 1][0] - 1 + SetLine::kCycle) % SetLine::kCycle;
   }
   return missing;
+}
+
+constexpr const char* kJournalName = "journal/M260314A.OVN";
+
+std::vector<std::string> KindsIn(const RecordingBench& bench) {
+  std::vector<std::string> kinds;
+  for (const JournalEntry& entry :
+       ReadJournal(bench.fixture.directory.Read(kJournalName)).Entries) {
+    kinds.push_back(entry.Kind);
+  }
+  return kinds;
+}
+
+// The program is killed and started again, and asks how many sets wait, as it does at its start.
+void TakeUp(RecordingBench& bench) {
+  bench.KillAndStart();
+  const auto asked = bench.fixture.clock.Elapsed();
+  const Reading count = Read(bench.fixture.link,
+                             Register{1, reg::kBuffered, bench.fixture.state.Unit[kSlot].UnitRef});
+  bench.fixture.engine.TakeUp(kSlot, count.Word(), asked);
+}
+
+bool RunToNoHeldSet(RecordingBench& bench) {
+  for (int turn = 0; turn < 100 && bench.fixture.engine.HoldsSet(kSlot); ++turn) {
+    bench.Run(0.05);
+  }
+  return !bench.fixture.engine.HoldsSet(kSlot);
 }
 
 TEST(LedgerOnTheBench, AQuietRecordingIsCompleteAndCostsFewLines) {
@@ -370,6 +450,43 @@ TEST(LedgerOnTheBench, AKillWithAnOutageBeyondTheBufferHasBounds) {
   EXPECT_GE(*figures.Lost.Most, missing);
   EXPECT_LE(*figures.Lost.Most - figures.Lost.Least, 2);
   EXPECT_GT(figures.Later, 880);
+}
+
+// The program is killed while it still fetches what has waited from the beginning on: no set in the
+// file and no "no more data" says when those were made that come next.
+TEST(LedgerOnTheBench, AKillBeforeTheInstrumentWasDrainedHasBounds) {
+  struct Case {
+    std::vector<int> inputs;
+    int reference;
+    int widest;
+  };
+  for (const Case& each : {Case{{7}, 7, 2}, Case{{3, 11}, 11, 2}, Case{{3, 11}, 3, 4}}) {
+    RecordingBench bench({"descending", 500}, each.inputs, 10);
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(20));  // the order of the inputs is known
+    bench.fixture.state.Unit[kSlot].UnitRef = static_cast<std::int16_t>(each.reference);
+    bench.fixture.files.WriteHeader(kSlot);
+    std::filesystem::remove(bench.fixture.directory.File(kJournalName));
+    bench.fixture.clock.Advance(std::chrono::seconds(10 * 40));
+    TakeUp(bench);
+    ASSERT_TRUE(bench.RunToRows(40));
+    const auto kinds = KindsIn(bench);
+    ASSERT_EQ(std::ranges::count(kinds, "drained"), 0);
+    ASSERT_EQ(std::ranges::count(kinds, "counted"), 1);
+    ASSERT_TRUE(RunToNoHeldSet(bench));
+    bench.fixture.clock.Advance(std::chrono::seconds(10 * 1150));
+    TakeUp(bench);
+    ASSERT_TRUE(bench.RunToRows(41 + 900));
+    bench.Run(200);
+    const LedgerFigures figures = FiguresOf(bench);
+    const std::int64_t missing = MissingIn(bench);
+    ASSERT_GT(missing, 0);
+    EXPECT_LE(figures.Lost.Least, missing);
+    ASSERT_TRUE(figures.Lost.Most) << "the clock that nobody sets has gone on";
+    EXPECT_GE(*figures.Lost.Most, missing);
+    EXPECT_LE(*figures.Lost.Most - figures.Lost.Least, each.widest);
+    EXPECT_EQ(figures.Losses.size(), 1U);
+  }
 }
 
 TEST(LedgerOnTheBench, ALostReplyIsAFilledRow) {

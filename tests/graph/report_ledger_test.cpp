@@ -62,6 +62,24 @@ TEST_F(TheReport, LongWordsOfTheLedgerStillFit) {
   }
 }
 
+// Beneath the grey bar there is room of one row of the page, whatever size the user has chosen; no
+// smaller either, so that it stays legible.
+TEST_F(TheReport, TheWordsOfTheLedgerAreAsHighAsTheirRowAllows) {
+  constexpr double kRowsHigh = 0.8;
+  program.state.Settings.PFontSize = 24;
+  WriteJournal({{"begin", {{"interval", 60}, {"line", "direct"}}},
+                {"start", {{"rows", 0}}},
+                {"seal", {{"rows", 80}, {"data", std::string(64, 'b')}}},
+                {"stop", {{"rows", 80}}}});
+  ShowView(Slopes(80));
+  for (const auto& [paper, layout] :
+       {std::pair(kPortraitPaper, kPortrait), std::pair(kLandscapePaper, kLandscape)}) {
+    const PaperSurface& page = Print(paper);
+    const PrintedText& words = TextOn(page, "79 sets, complete");
+    EXPECT_NEAR((words.Bottom - words.Top) / page.dots_high * layout.Height, kRowsHigh, 0.01);
+  }
+}
+
 TEST_F(TheReport, SaysNothingOfARecordingWithoutAJournal) {
   const std::size_t without = PrintSlopes().printed.size();
   WriteProof(*this);

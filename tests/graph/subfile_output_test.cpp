@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "files/journal_check.h"
 #include "files/recording_format.h"
+#include "files/row_times.h"
 #include "graph/graph_output.h"
 #include "tests/files/recording_fixture.h"
 #include "tests/support/graph_bench.h"
@@ -113,6 +116,41 @@ TEST_F(TheSubfileCommand, BeginsAJournalThatNamesItsSource) {
   EXPECT_EQ(*origin->Find("id")->Text(), journal_of(kName).Id());
   ASSERT_NE(origin->Find("seal"), nullptr);
   EXPECT_EQ(origin->Find("seal")->Find("data")->Text()->size(), 64U);
+}
+
+// A part of a recording with a stop, a loss and the end of summer time in it.
+TEST_F(TheSubfileCommand, HasTheTimeOfDayOfItsSource) {
+  JournalChain chain;
+  std::string text;
+  const auto add = [&](const WallTime& wall, const char* kind, JsonValue::Members fields) {
+    JournalStamp stamp;
+    stamp.Wall = wall;
+    text += chain.Line(stamp, kind, fields);
+  };
+  const WallTime summer{2026, 10, 25, 2, 20, 30, 120};
+  const WallTime winter{2026, 10, 25, 2, 50, 0, 60};
+  add(summer, "begin", {{"id", std::string(32, 'a')}, {"interval", 60}, {"line", "direct"}});
+  add(summer, "start", {{"rows", 0}});
+  add(summer, "lost", {{"before", 30}, {"sets", 5}, {"exact", true}, {"rows", 30}});
+  add(winter, "start", {{"rows", 40}});
+  std::filesystem::create_directories(program.home.File("tavdat/journal"));
+  program.home.Write(std::string("tavdat/journal/") + kName, text);
+  Save("S260314A.OVN");
+  const JournalReading journal = ReadJournal(FileBytes("journal/S260314A.OVN"));
+  ASSERT_FALSE(journal.Entries.empty());
+  const auto first = static_cast<std::int32_t>(
+      *journal.Entries.front().Fields.Find("origin")->Find("first")->Whole());
+  const RowTimes part(journal, 60);
+  const RowTimes whole(ReadJournal(text), 60);
+  const auto size = static_cast<std::int64_t>(FileBytes("S260314A.OVN").size());
+  const std::int32_t rows = SampleCountOf(size, 3);
+  ASSERT_LT(first, 30);
+  ASSERT_GT(first + rows, 40);
+  for (std::int32_t row = 0; row < rows; ++row) {
+    ASSERT_TRUE(part.Local(row)) << row;
+    EXPECT_EQ(part.Local(row), whole.Local(first + row)) << row;
+    EXPECT_EQ(part.Utc(row), whole.Utc(first + row)) << row;
+  }
 }
 
 TEST_F(TheSubfileCommand, MakesANewNameInCapitals) {

@@ -1,10 +1,13 @@
 #include "tests/platform/calls_of_files.h"
 
+#include <dirent.h>
+#include <dlfcn.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace tavrel {
 namespace {
@@ -17,6 +20,23 @@ CallsOfFiles::Levers& LeversInForce() {
 int& SyncsSoFar() {
   static int syncs = 0;
   return syncs;
+}
+
+int& NamesSoFar() {
+  static int names = 0;
+  return names;
+}
+
+std::function<void()>& CallBeforeRead() {
+  static std::function<void()> call;
+  return call;
+}
+
+void TellOfRead() {
+  if (const auto call = std::exchange(CallBeforeRead(), {})) {
+    call();
+    CallBeforeRead() = call;
+  }
 }
 
 // True if the call is to fail; `good` are those that are still to go well.
@@ -34,6 +54,15 @@ bool Fails(int& good) {
 CallsOfFiles::CallsOfFiles(Levers levers) {
   LeversInForce() = levers;
   SyncsSoFar() = 0;
+  NamesSoFar() = 0;
+}
+
+int CallsOfFiles::NamesListed() {
+  return NamesSoFar();
+}
+
+void CallsOfFiles::BeforeRead(std::function<void()> call) {
+  CallBeforeRead() = std::move(call);
 }
 
 int CallsOfFiles::Syncs() {
@@ -42,6 +71,7 @@ int CallsOfFiles::Syncs() {
 
 CallsOfFiles::~CallsOfFiles() {
   LeversInForce() = Levers();
+  CallBeforeRead() = {};
 }
 
 }  // namespace tavrel
@@ -49,7 +79,15 @@ CallsOfFiles::~CallsOfFiles() {
 // The program's own definitions go before those of the C library.
 extern "C" {
 
+dirent* readdir(DIR* directory) {
+  using Call = dirent*(DIR*);
+  static auto* const system_call = reinterpret_cast<Call*>(dlsym(RTLD_NEXT, "readdir"));
+  ++tavrel::NamesSoFar();
+  return system_call(directory);
+}
+
 ssize_t pread(int handle, void* bytes, size_t size, off_t place) {
+  tavrel::TellOfRead();
   auto& levers = tavrel::LeversInForce();
   if (tavrel::Fails(levers.good_reads)) {
     return -1;

@@ -2,6 +2,7 @@
 #define TAVREL_TESTS_PLATFORM_CALLS_OF_FILES_H_
 
 #include <cstddef>
+#include <functional>
 #include <limits>
 
 namespace tavrel {
@@ -28,6 +29,12 @@ class CallsOfFiles {
 
   // Calls of fsync so far.
   [[nodiscard]] static int Syncs();
+
+  // Names of directories that were read so far, the two of each one itself included.
+  [[nodiscard]] static int NamesListed();
+
+  // Called before each reading of a file, but not by one within itself; empty for no more.
+  static void BeforeRead(std::function<void()> call);
 };
 
 }  // namespace tavrel

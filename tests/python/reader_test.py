@@ -393,6 +393,25 @@ class Ledgers(unittest.TestCase):
         self.assertEqual(ledger.losses[0].before, 22)
         self.assertFalse(ledger.is_complete)
 
+    def test_sets_that_wait_are_counted_before_the_first_is_fetched(self) -> None:
+        for beside in (0, 1):
+            journal = self.begun(why="there was none")
+            journal.up = 1004
+            journal.add("resume", rows=0)
+            journal.add("counted", least=8 - beside, most=8 + beside, took=0.05, rows=0)
+            waiting = self.ledger(journal, 0).waiting
+            assert waiting is not None
+            self.assertLessEqual(waiting.least, 8)
+            self.assertEqual((waiting.most or 0) - waiting.least, 2 + 2 * beside)
+            journal.up = 1004 + 15000
+            journal.add("resume", rows=68)
+            journal.add("lost", before=68, sets=3, exact=False, least=0, most=None, cause="full", rows=68)
+            self.drain(journal, 1004 + 15100, 68 + 896)
+            lost = self.ledger(journal, 68 + 896).lost
+            self.assertLessEqual(lost.least, 1510 + 8 - 67 - 896)
+            self.assertGreaterEqual(lost.most or 0, 1510 + 8 - 67 - 896)
+            self.assertLessEqual((lost.most or 0) - lost.least, 2 + 2 * beside)
+
     def test_rows_behind_the_journal_that_no_kill_explains_are_unwatched(self) -> None:
         for rows, unwatched in ((896 + 360 + 2, 0), (896 + 360 + 3, 896 + 360 + 3)):
             journal = self.begun()

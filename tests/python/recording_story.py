@@ -29,7 +29,7 @@ class Story:
         self._begin()
         actions: list[Callable[[], None]] = [
             self._live, self._live, self._live, self._away, self._away_for_long, self._lose, self._lose_untold,
-            self._doubt, self._fill, self._kill, self._restart_computer, self._restart_instrument,
+            self._doubt, self._fill, self._kill, self._count, self._restart_computer, self._restart_instrument,
             self._stop_and_start, self._write_unwatched, self._controller, self._nonsense]
         for _ in range(dice.randint(0, 30)):
             if self.rows < _MOST_ROWS:
@@ -75,6 +75,13 @@ class Story:
         took = self.dice.choice([0.0, 0.05, self.dice.uniform(0, 0.3)])
         self._say("drained", took=round(took, 3))
 
+    def _count(self) -> None:
+        """How many sets wait is read, of the input that is read first or of another one."""
+        waiting = self._made() - self.given
+        beside = self.dice.choice([0, 0, 1])
+        if beside < waiting < _BUFFER:
+            self._say("counted", least=waiting - beside, most=waiting + beside, took=0.05)
+
     def _live(self) -> None:
         for _ in range(self.dice.randint(1, 6)):
             self._pass(self.dice.choice([0.3, 1, 2, self.dice.uniform(0, 20)]))
@@ -86,6 +93,7 @@ class Story:
         if self.dice.random() < 0.3:
             self._say("stop", by="user")
         self._say(self.dice.choice(["back", "resume"]))
+        self._count()
         if self.dice.random() < 0.8:
             self._drain()
 
@@ -147,6 +155,8 @@ class Story:
             self.phase = self.dice.uniform(0, self.interval)
             self.given = self._made()
         self._say("resume")
+        self._pass(self.dice.uniform(0, 5))
+        self._count()
 
     def _restart_instrument(self) -> None:
         self._pass(self.dice.uniform(0, 3))
@@ -179,7 +189,7 @@ class Story:
     def _nonsense(self) -> None:
         """Members of other types and out of their ranges."""
         wrong = self.dice.choice([-5, 1.5, "3", None, True, [1], {"a": 1}, 2**40])
-        kind = self.dice.choice(["lost", "values", "adopted", "drained", "start", "of tomorrow"])
+        kind = self.dice.choice(["lost", "values", "adopted", "drained", "counted", "start", "of tomorrow"])
         names = ["before", "sets", "least", "most", "exact", "first", "last", "filled", "onward",
                  "anew", "took", "rows", "cause", "line"]
         members = {name: wrong for name in names if self.dice.random() < 0.3}

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <vector>
 
+#include "files/journal_check.h"
+#include "link/frame.h"
 #include "tests/truth/comparison.h"
 #include "tests/truth/told_texts.h"
 #include "tests/wire/live_instrument.h"
@@ -86,6 +89,45 @@ TEST_P(TerminalOnTheWire, CostsARecordingNoSampleInTwoMinutes) {
   EXPECT_TRUE(HasRows(rows + 130)) << program.state.SampleCount[1] - rows;
   EXPECT_TRUE(program.RunUntil([this] { return !program.engine.HoldsSet(1); }));
   ExpectTruth();
+}
+
+// What is typed to a controller of a recording stands in its journal as what a button does.
+TEST_P(TerminalOnTheWire, WritesToAControllerInTheJournal) {
+  constexpr std::chrono::milliseconds kAnswered{400};
+  const auto setpoint = [&](int controller, std::int16_t word) {
+    return RegisterWriteFrame(program.link.Mode(), LineAddress{1, 0},
+                              RegisterName{"W", static_cast<std::int16_t>(controller)}, word);
+  };
+  ASSERT_TRUE(program.RunUntil([this] { return HasRows(3); }));
+  instrument.Forget();
+  {
+    const MainCycle::Pause pause(program.cycle);
+    program.terminal.Open();
+    Type(setpoint(1, 2000), kAnswered);
+    Type(setpoint(2, 1800), kAnswered);  // of no test
+    Type(GetParam() ? "np21?" : "Y01?", kAnswered);
+    Type(setpoint(1, 2100), kAnswered);
+    ASSERT_TRUE(instrument.Tell("fault 1 lost-reply on times 1"));
+    Type(setpoint(1, 2200), kAnswered);
+    program.terminal.Quit();
+  }
+  EXPECT_EQ(instrument.Telegrams(5).size(), 5U) << "each of them was on the line";
+  std::vector<JournalEntry> lines;
+  const std::string journal = program.home.Read(std::string("tavdat/journal/") + kName);
+  for (const JournalEntry& entry : ReadJournal(journal).Entries) {
+    if (entry.Kind == "controller") {
+      lines.push_back(entry);
+    }
+  }
+  ASSERT_EQ(lines.size(), 3U);
+  for (std::size_t place = 0; place < lines.size(); ++place) {
+    EXPECT_EQ(lines[place].Text("by"), "user");
+    EXPECT_EQ(lines[place].Text("what"), "setpoint");
+    EXPECT_EQ(lines[place].Number("new"), 2000 + 100 * static_cast<int>(place));
+    EXPECT_EQ(lines[place].Fields.Find("acknowledged")->Truth(), place < 2);
+  }
+  EXPECT_EQ(lines[1].Number("old"), 2000);
+  EXPECT_EQ(lines[2].Number("old"), 2100);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, TerminalOnTheWire, testing::Bool(),
