@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "files/column_keeper.h"
 #include "files/reasons.h"
@@ -24,8 +25,25 @@ void ColumnKeeper::Dropped(int slot, int input, int least, int most) {
   column.is_suspicion = false;
   column.refusals = 0;
   column.dropped.push_back({input, least, most, clock_.Elapsed()});
+  state_.Columns[slot].IsDropped[input] = most > 1;
   column.look_at_dropped = {};
   column.doubted.push_back(input);
+}
+
+// The program before this one has ended before they were made up for: how many there were is gone
+// with it.
+void ColumnKeeper::TakeUpDropped(int slot) {
+  std::vector<int> dropped;
+  for (const int input : RecordedInputs(slot)) {
+    if (!std::exchange(state_.Columns[slot].IsDropped[input], false)) {
+      continue;
+    }
+    dropped.push_back(input);
+    columns_[slot].evidence.MakeUncertain(input);
+    state_.Columns[slot].IsUncertain[input] = true;
+    state_.AskedInput[slot] = state_.AskedInput[slot] == input ? 0 : state_.AskedInput[slot];
+  }
+  Tell(slot, dropped, reason::kMoreMayBeDropped, Mark::kOnward);
 }
 
 void ColumnKeeper::Unsettle(int slot, int input) {

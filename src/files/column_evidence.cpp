@@ -380,28 +380,36 @@ void ColumnEvidence::Judge() {
         any = any || !At(input).doubted;
       }
     }
-    if (!any) {
+    if (!any && !JudgeTogether()) {
       return;
     }
   }
 }
 
-void ColumnEvidence::JudgeInput(int input) {
-  Input& judged = At(input);
-  if (judged.low == -kInfinity) {
-    return;
-  }
-  int possible = 0;
-  int found = 0;
+bool ColumnEvidence::IsLookedAt(int input) const {
+  return At(input).doubted && At(input).low != -kInfinity;
+}
+
+ColumnEvidence::Shifts ColumnEvidence::ShiftsOf(int input) const {
+  const Input& judged = At(input);
+  Shifts shifts{judged.most + 1, judged.least - 1};
   for (int ahead = judged.least; ahead <= judged.most; ++ahead) {
     if (IsPossible(judged, input, ahead)) {
-      ++possible;
-      found = ahead;
+      shifts = {std::min(shifts.least, ahead), ahead};
     }
   }
-  if (possible == 1) {
-    Settle(input, found);
-  } else if (possible == 0) {
+  return shifts;
+}
+
+void ColumnEvidence::JudgeInput(int input) {
+  Input& judged = At(input);
+  if (!IsLookedAt(input)) {
+    return;
+  }
+  const Shifts possible = ShiftsOf(input);
+  if (possible.least == possible.most) {
+    Settle(input, possible.least);
+  } else if (possible.least > possible.most) {
     const double least = judged.low - (judged.most * meter_.High());
     if (least > bounds_.Most(input, 0)) {
       NoteLow();

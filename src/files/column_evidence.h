@@ -221,8 +221,19 @@ class ColumnEvidence {
   void ForgetClock();
   [[nodiscard]] std::int64_t Foremost() const;
   void LookAtDoubted(int input, int count, const Exchange& when);
+  // By how many samples an input in doubt can be ahead: none at all if `least` is above `most`.
+  struct Shifts {
+    int least = 0;
+    int most = -1;
+  };
+
   void Judge();
   void JudgeInput(int input);
+  [[nodiscard]] Shifts ShiftsOf(int input) const;
+  [[nodiscard]] bool IsLookedAt(int input) const;
+  [[nodiscard]] double MostAheadOf(int first, int second) const;
+  [[nodiscard]] std::optional<TimeBounds> ShiftsTogether() const;
+  [[nodiscard]] bool JudgeTogether();
   [[nodiscard]] bool IsPossible(const Input& input, int index, int ahead) const;
   [[nodiscard]] bool IsWatched(int input) const;
   void Settle(int input, int ahead);

@@ -51,6 +51,7 @@ void ColumnKeeper::BeginFull(int slot, int input) {
   column.restarts = 0;
   column.is_suspicion = false;
   column.doubted.clear();
+  KeepComparison(slot, ColumnMemory::Comparison::kFullBuffer);
   const int sets = SetsOfRoom(slot);
   column.full.Begin(RecordedInputs(slot), sets);
   state_.ColumnsInDoubt[slot] = true;
@@ -77,7 +78,8 @@ int ColumnKeeper::SetsOfRoom(int slot) const {
 // cannot be compared: further sets would be given up for nothing.
 void ColumnKeeper::CountFull(int slot, int input) {
   Column& column = columns_[slot];
-  if (column.full.At() == FullBuffer::Stage::kIdle) {
+  if (column.full.At() == FullBuffer::Stage::kIdle || std::exchange(column.may_make_room, false)) {
+    column.full.End();
     BeginFull(slot, input);
     return;
   }
@@ -137,6 +139,21 @@ void ColumnKeeper::Discarded(int slot, int input, bool had_value, const Exchange
   if (!is_aligning && column.full.At() == FullBuffer::Stage::kCompare) {
     CompareFull(slot);
   }
+}
+
+// The program before this one has ended meanwhile. Nobody knows what it had given up to make room,
+// or whether any room was made.
+void ColumnKeeper::CompareAgain(int slot) {
+  Column& column = columns_[slot];
+  column.before = column.evidence;
+  if (state_.Columns[slot].Compared == ColumnMemory::Comparison::kRestart) {
+    const std::int32_t rows = state_.SampleCount[slot];
+    column.proven.fill(std::max(rows - state_.Columns[slot].Questioned, 0));
+    column.evidence.SuspectRestart();
+    return;
+  }
+  column.may_make_room = true;
+  CompareFull(slot);
 }
 
 void ColumnKeeper::CompareFull(int slot) {
@@ -216,14 +233,19 @@ std::string ColumnKeeper::TextOf(const LostSets& lost, Language language) {
   return words.Text(language, {std::to_string(count)});
 }
 
+// What is lost until now is told: the last of these sets was made before those that are stored.
+void ColumnKeeper::CountFromNow(int slot) {
+  const std::int64_t stored = columns_[slot].stored.value_or(kBufferSets);
+  state_.Columns[slot].LastSet = WallSeconds(clock_.Now()) - stored * state_.RecInterval[slot];
+}
+
 // A buffer that is met full again before the next row has cost only what has been lost since.
 void ColumnKeeper::TellLostSets(int slot, std::int32_t row) {
   Column& column = columns_[slot];
   const LostSets lost = CountLostSets(slot);
   const std::int32_t next = state_.SampleCount[slot];
   const bool was_told = std::exchange(column.told_row, next) == next;
-  const std::int64_t stored = column.stored.value_or(kBufferSets);
-  state_.Columns[slot].LastSet = WallSeconds(clock_.Now()) - stored * state_.RecInterval[slot];
+  CountFromNow(slot);
   if (was_told && lost.count.value_or(0) == 0) {
     return;
   }

@@ -92,7 +92,17 @@ void ColumnKeeper::Renew(int slot) {
       column.evidence.ResumeUncertain(input);
     }
   }
-  if (!state_.ColumnsInDoubt[slot]) {
+  TakeUpDropped(slot);
+  if (state_.ColumnsInDoubt[slot]) {
+    TakeUpDoubt(slot);
+  }
+}
+
+// A doubt that the program before this one has left open. What the looks at it have said is gone
+// with that program, and so is what its clock said.
+void ColumnKeeper::TakeUpDoubt(int slot) {
+  if (state_.Columns[slot].Compared != ColumnMemory::Comparison::kNone) {
+    CompareAgain(slot);
     return;
   }
   const int asked = state_.AskedInput[slot];
@@ -344,8 +354,21 @@ bool ColumnKeeper::CarryOut(int slot) {
   return true;
 }
 
+// On the disk before anything is done to the values.
+void ColumnKeeper::KeepComparison(int slot, ColumnMemory::Comparison compared) {
+  ColumnMemory& memory = state_.Columns[slot];
+  if (memory.Compared != compared) {
+    memory.Compared = compared;
+    files_.KeepHeldSet(slot, state_.AskedInput[slot]);
+  }
+}
+
 void ColumnKeeper::EndDoubt(int slot) {
   Column& column = columns_[slot];
+  column.may_make_room = false;
+  state_.Columns[slot].Compared = ColumnMemory::Comparison::kNone;
+  state_.Columns[slot].Questioned = 0;
+  state_.Columns[slot].IsDropped.Fill(false);
   column.doubted.clear();
   column.dropped.clear();
   column.is_suspicion = false;

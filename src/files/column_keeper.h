@@ -127,6 +127,7 @@ class ColumnKeeper {
     // look finds possible may still be a restart that came at a moment like it.
     std::array<std::int32_t, 3> proven{};
     bool is_still_full = false;            // no value was taken since
+    bool may_make_room = false;            // compared anew, and no room was made in this run
     std::optional<std::int32_t> told_row;  // to be written next when lost sets were told last
   };
 
@@ -146,6 +147,10 @@ class ColumnKeeper {
 
   [[nodiscard]] ColumnEvidence& EvidenceOf(int slot);
   void Renew(int slot);
+  void TakeUpDoubt(int slot);
+  void TakeUpDropped(int slot);
+  void CompareAgain(int slot);
+  void KeepComparison(int slot, ColumnMemory::Comparison compared);
   [[nodiscard]] std::vector<int> RecordedInputs(int slot) const;
   [[nodiscard]] std::vector<int> MissingInputs(int slot) const;
   [[nodiscard]] bool IsHalfRead(int slot) const;
@@ -163,6 +168,7 @@ class ColumnKeeper {
   [[nodiscard]] RowRange RowsOfSets(int slot, int first, int count) const;
   [[nodiscard]] bool MakeUp(int slot, int input, int gone);
   void TakeRestart(int slot);
+  void KeepRestart(int slot);
   [[nodiscard]] bool CarryOutRestart(int slot);
   [[nodiscard]] BothLanguages WhatHappened(int slot) const;
   void TellForgottenSets(int slot, std::int32_t row);
@@ -195,6 +201,7 @@ class ColumnKeeper {
   [[nodiscard]] LostSets CountLostSets(int slot) const;
   [[nodiscard]] static std::string TextOf(const LostSets& lost, Language language);
   void TellSets(int slot, std::int32_t row, const BothLanguages& what, const LostSets& lost);
+  void CountFromNow(int slot);
   void TellLostSets(int slot, std::int32_t row);
   [[nodiscard]] std::int64_t TimeOfSet(int slot);  // by the wall clock; of the one in hand
 

@@ -43,12 +43,11 @@ bool ColumnEvidence::IsWatched(int input) const {
   if (At(input).high - At(input).low > sharp) {
     return false;
   }
-  for (const int other : round_) {
-    if (!At(other).doubted && bounds_.Width(other, 0) > sharp) {
-      return false;
-    }
-  }
-  return true;
+  return std::all_of(round_.begin(), round_.end(), [&](int other) {
+    const Input& each = At(other);
+    const double width = each.doubted ? each.high - each.low : bounds_.Width(other, 0);
+    return width <= sharp;
+  });
 }
 
 ColumnEvidence::Look ColumnEvidence::NextLook() const {

@@ -17,6 +17,8 @@ constexpr int kWidestShift = 2;
 // What contradicts itself so often while the columns are compared cannot be compared.
 constexpr int kMostRestarts = 8;
 
+constexpr std::int32_t kMostQuestioned = 32000;  // rows; a file has no more
+
 // From then on the interval may be another one than it is thought to be.
 constexpr int kRestartsOfInterval = 3;
 
@@ -26,6 +28,7 @@ constexpr int kRestartsOfInterval = 3;
 void ColumnKeeper::NoteConflict(int slot) {
   if (columns_[slot].evidence.SawRestart()) {
     state_.ColumnsInDoubt[slot] = true;
+    KeepRestart(slot);
   }
 }
 
@@ -44,6 +47,19 @@ void ColumnKeeper::NoteProof(int slot) {
   }
   std::shift_right(column.proven.begin(), column.proven.end(), 1);
   column.proven.front() = state_.SampleCount[slot];
+}
+
+// The order of the inputs and the rows that are safe belong to what was before it.
+void ColumnKeeper::KeepRestart(int slot) {
+  ColumnMemory& memory = state_.Columns[slot];
+  if (memory.Compared == ColumnMemory::Comparison::kRestart) {
+    return;
+  }
+  const std::int32_t row = state_.SampleCount[slot];
+  const std::int32_t questioned = row - std::min(columns_[slot].proven.back(), row);
+  memory.Questioned = static_cast<std::uint16_t>(std::min(questioned, kMostQuestioned));
+  memory.Order = SamplingOrder();
+  KeepComparison(slot, ColumnMemory::Comparison::kRestart);
 }
 
 // An interval that the next counts contradict, too, is measured anew, unless the restart is proven
@@ -129,6 +145,7 @@ BothLanguages ColumnKeeper::WhatHappened(int slot) const {
 void ColumnKeeper::TellForgottenSets(int slot, std::int32_t row) {
   LostSets lost = CountLostSets(slot);
   lost.is_exact = false;
+  CountFromNow(slot);
   const std::int64_t cleared = columns_[slot].cleared;
   if (cleared > 0) {
     lost.count = std::max(lost.count.value_or(0), cleared);

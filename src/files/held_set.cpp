@@ -17,6 +17,8 @@ constexpr double kMicrosecond = 1e-6;      // in seconds
 constexpr double kLongestInterval = 4000;  // seconds; more is no interval
 constexpr std::uint16_t kFirstSetBit = 1;
 
+using Comparison = ColumnMemory::Comparison;
+
 // The file's content as it lies there.
 struct Layout {
   std::array<char, 4> Mark;
@@ -34,7 +36,9 @@ struct Layout {
   ByInput<std::uint8_t> Owed;
   ByInput<std::uint8_t> Repeats;
   std::uint8_t JournalLacksLines;
-  std::array<std::uint8_t, 5> Spare;
+  std::uint8_t Compared;
+  std::uint16_t Dropped;
+  std::uint16_t Questioned;
   std::uint16_t Sum;
 };
 static_assert(sizeof(Layout) == kHeldSetBytes);
@@ -159,6 +163,9 @@ HeldSetBytes EncodeHeldSet(const HeldSet& held) {
   layout.Owed = held.Columns.Owed;
   layout.Repeats = held.Columns.Repeats;
   layout.JournalLacksLines = held.JournalLacksLines ? 1 : 0;
+  layout.Compared = static_cast<std::uint8_t>(held.Columns.Compared);
+  layout.Dropped = BitsOf(held.Columns.IsDropped);
+  layout.Questioned = held.Columns.Questioned;
   layout.Sum = SumOf(layout);
   HeldSetBytes bytes{};
   std::memcpy(bytes.data(), &layout, kHeldSetBytes);
@@ -174,7 +181,9 @@ std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes) {
   }
   const auto layout = LayoutOf<Layout>(bytes);
   const bool is_whole = layout.Mark == kMark && layout.Sum == SumOf(layout);
-  if (!is_whole || !IsInputOrNone(layout.AskedInput) || !IsOrderPossible(layout)) {
+  const bool is_comparison = layout.Compared <= static_cast<std::uint8_t>(Comparison::kRestart);
+  if (!is_whole || !is_comparison || !IsInputOrNone(layout.AskedInput) ||
+      !IsOrderPossible(layout)) {
     return std::nullopt;
   }
   HeldSet held = ValuesOf(layout);
@@ -185,6 +194,9 @@ std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes) {
   held.Columns.Owed = layout.Owed;
   held.Columns.Repeats = layout.Repeats;
   held.JournalLacksLines = layout.JournalLacksLines != 0;
+  held.Columns.Compared = static_cast<Comparison>(layout.Compared);
+  held.Columns.IsDropped = FlagsOf(layout.Dropped);
+  held.Columns.Questioned = layout.Questioned;
   return held;
 }
 

@@ -45,7 +45,9 @@ struct HeldSet {
 //   bytes 122..136  Owed of inputs 1..15, a byte each
 //   bytes 137..151  Repeats in the same way
 //   byte  152       1 if the journal lacks lines
-//   bytes 153..157  0
+//   byte  153       1 if the columns are compared behind a full buffer, 2 behind a restart
+//   bytes 154..155  inputs of which the user has made the instrument drop values, as those seen
+//   bytes 156..157  rows before the set in hand that the restart may have mixed
 //   bytes 158..159  sum of the words before, 16 bits
 //
 // Earlier programs have kept 44 bytes: "TAVH", SampleCount, AskedInput, seen, values, sum. What

@@ -214,7 +214,8 @@ void RecordingFiles::TakeHeldSet(int slot, const std::optional<HeldSet>& held) {
   }
   const bool is_asked = held->AskedInput != 0 && state_.Unit[slot].IsRecorded(held->AskedInput);
   state_.AskedInput[slot] = is_asked ? held->AskedInput : 0;
-  state_.ColumnsInDoubt[slot] = any_seen || is_asked;
+  const bool is_compared = held->Columns.Compared != ColumnMemory::Comparison::kNone;
+  state_.ColumnsInDoubt[slot] = any_seen || is_asked || is_compared;
 }
 
 // A held set of an earlier row tells nothing about the set in hand, but the order in which the

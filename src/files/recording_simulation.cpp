@@ -46,7 +46,8 @@ void RecordingEngine::TakeSetBack(int slot) {
     state_.AskedInput[slot] = aside->held.AskedInput;
     state_.Columns[slot] = aside->held.Columns;
     state_.Columns[slot].IsOpened = true;
-    state_.ColumnsInDoubt[slot] = HoldsSet(slot) || aside->held.AskedInput != 0;
+    const bool is_compared = aside->held.Columns.Compared != ColumnMemory::Comparison::kNone;
+    state_.ColumnsInDoubt[slot] = HoldsSet(slot) || aside->held.AskedInput != 0 || is_compared;
     files_.KeepHeldSet(slot, aside->held.AskedInput);
   }
 }

@@ -30,6 +30,14 @@ struct ColumnMemory {
   bool IsFirstSet = false;      // no set has been written since the recording was started
   ByInput<bool> IsUncertain{};  // by input: a doubt of it was given up
 
+  // Why the columns are being compared. What a comparison has found and done so far ends with the
+  // program: the next one compares anew.
+  enum class Comparison : std::uint8_t { kNone, kFullBuffer, kRestart };
+  Comparison Compared = Comparison::kNone;
+  std::uint16_t Questioned = 0;  // rows before the set in hand that a restart may have mixed
+  // By input: the user has made the instrument drop values of it, and nothing is made up for yet.
+  ByInput<bool> IsDropped{};
+
   // By input: so many values of the first sets were lost, and the next one stands for them too.
   ByInput<std::uint8_t> Owed{};
   // By input: the value of the set in hand stands in so many further sets.
@@ -44,7 +52,9 @@ struct ColumnMemory {
   // True if it says anything that a restart of the program has to know.
   [[nodiscard]] bool IsNeeded() const {
     constexpr auto is_set = [](const auto& value) { return value != 0; };
-    return Order.Base != 0 || std::any_of(IsUncertain.begin(), IsUncertain.end(), is_set) ||
+    return Order.Base != 0 || Compared != Comparison::kNone ||
+           std::any_of(IsDropped.begin(), IsDropped.end(), is_set) ||
+           std::any_of(IsUncertain.begin(), IsUncertain.end(), is_set) ||
            std::any_of(Owed.begin(), Owed.end(), is_set) ||
            std::any_of(Repeats.begin(), Repeats.end(), is_set);
   }

@@ -64,6 +64,38 @@ inline int FirstMixedRow(RecordingBench& bench) {
   return 0;
 }
 
+// Sets between the first and the last one of the file of which no value stands in any row.
+inline int MissingSets(RecordingBench& bench) {
+  std::set<int> found;
+  for (const auto& row : bench.Rows()) {
+    found.insert(row.begin(), row.end());
+  }
+  return found.empty() ? 0 : *found.rbegin() - *found.begin() + 1 - static_cast<int>(found.size());
+}
+
+// Sets that the user was told are lost, and by how many they may differ.
+struct ToldSets {
+  int sets = 0;
+  int about = 0;
+};
+
+inline ToldSets ToldLost(RecordingBench& bench) {
+  ToldSets told;
+  const std::string start = "before this row ";
+  for (const std::string& text : bench.fixture.Announced()) {
+    const std::size_t place = text.find(start);
+    if (place == std::string::npos) {
+      continue;
+    }
+    int sets = 0;
+    const std::string rest = text.substr(place + start.size());
+    static_cast<void>(std::sscanf(rest.c_str(), "%*[a-z ]%d", &sets));
+    told.sets += sets;
+    told.about += std::max(2, sets / 10);
+  }
+  return told;
+}
+
 }  // namespace tavrel
 
 #endif  // TAVREL_TESTS_FILES_ANNOUNCED_ROWS_H_

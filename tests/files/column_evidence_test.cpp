@@ -352,6 +352,135 @@ TEST(ColumnEvidence, IsNotShakenByASecondDoubtOfTheSameInput) {
   EXPECT_GT(open_looks, 3);
 }
 
+// Some inputs come in doubt at the same time, of which some have lost a value. Each has taken what
+// there was before, and a few samples wait.
+class DoubtsAtOnce {
+ public:
+  DoubtsAtOnce(std::map<int, double> places, const SamplingOrder& order) : instrument_(10, places) {
+    std::vector<int> inputs;
+    for (const auto& [input, place] : places) {
+      inputs.push_back(input);
+    }
+    evidence.Begin(inputs, 10);
+    evidence.Resume(order);
+    instrument_.Begin(5);
+    for (const int input : inputs) {
+      while (instrument_.Take(input, now_) >= 0) {
+      }
+    }
+    now_ += 40;
+  }
+
+  void Doubt(int input, bool is_lost) {
+    if (is_lost) {
+      instrument_.Take(input, now_);
+    }
+    evidence.Doubt(input);
+  }
+
+  void LookUntilDecided() {
+    while (evidence.AnyDoubt()) {
+      const auto look = evidence.NextLook();
+      now_ = std::max(now_, std::chrono::duration<double>(look.not_before).count()) + 0.01;
+      const auto count = static_cast<int>(instrument_.Count(look.input, now_));
+      const ColumnEvidence::Time time(std::llround(now_ * 1e9));
+      const std::chrono::milliseconds half(10);
+      evidence.NoteCount(look.input, count, {time - half, time + half});
+      now_ += 0.04;
+    }
+  }
+
+  ColumnEvidence evidence;
+
+ private:
+  PlainInstrument instrument_;
+  double now_ = 504.5;
+};
+
+// The second input is sampled so many intervals behind the base; of all others nothing is known.
+SamplingOrder OrderOfTwo(int base, int second, float behind) {
+  SamplingOrder order;
+  order.Base = base;
+  order.IntervalLow = 9.998;
+  order.IntervalHigh = 10.002;
+  order.Least.Fill(-1);
+  order.Most.Fill(1);
+  order.Least[base] = order.Most[base] = 0;
+  order.Least[second] = behind - 0.01F;
+  order.Most[second] = behind + 0.01F;
+  return order;
+}
+
+// Nothing beside them is certain: one of them alone has lost a value, and the distance tells which;
+// where both have or none has, nobody can know it.
+TEST(ColumnEvidence, JudgesTwoInputsInDoubtByEachOther) {
+  for (const bool is_first_lost : {false, true}) {
+    for (const bool is_second_lost : {false, true}) {
+      DoubtsAtOnce doubts({{4, 0.0}, {9, 3.0}}, OrderOfTwo(4, 9, 0.3F));
+      doubts.Doubt(4, is_first_lost);
+      doubts.Doubt(9, is_second_lost);
+      doubts.LookUntilDecided();
+      const auto expected = [&](bool is_lost) {
+        return is_first_lost == is_second_lost ? Verdict::kUncertain
+               : is_lost                       ? Verdict::kLost
+                                               : Verdict::kNotLost;
+      };
+      EXPECT_EQ(doubts.evidence.VerdictOf(4), expected(is_first_lost)) << is_second_lost;
+      EXPECT_EQ(doubts.evidence.VerdictOf(9), expected(is_second_lost)) << is_first_lost;
+    }
+  }
+}
+
+// The distance of the one that is certain is not known: each of the others may be sampled behind
+// it, or before it with a value lost.
+TEST(ColumnEvidence, JudgesAllButOneByEachOther) {
+  for (const int lost : {0, 5, 9}) {
+    DoubtsAtOnce doubts({{2, 0.0}, {5, 4.0}, {9, 7.0}}, OrderOfTwo(5, 9, 0.3F));
+    doubts.Doubt(5, lost == 5);
+    doubts.Doubt(9, lost == 9);
+    doubts.LookUntilDecided();
+    for (const int input : {5, 9}) {
+      const Verdict expected = lost == 0       ? Verdict::kUncertain
+                               : lost == input ? Verdict::kLost
+                                               : Verdict::kNotLost;
+      EXPECT_EQ(doubts.evidence.VerdictOf(input), expected) << input << " of lost " << lost;
+    }
+  }
+}
+
+TEST(ColumnEvidence, IsNeverWrongAboutSeveralDoubtsAtOnce) {
+  int decided = 0;
+  int uncertain = 0;
+  for (unsigned seed = 1; seed <= 600; ++seed) {
+    std::mt19937 random(seed);
+    const auto inputs = DrawInputs(random, 2 + static_cast<int>(random() % 5));
+    std::map<int, double> places;
+    for (const int input : inputs) {
+      places[input] = 0.01 * static_cast<double>(random() % 930);
+    }
+    const double behind = (places[inputs[1]] - places[inputs[0]]) / 10;
+    DoubtsAtOnce doubts(places, seed % 4 == 0
+                                    ? SamplingOrder()
+                                    : OrderOfTwo(inputs[0], inputs[1], static_cast<float>(behind)));
+    std::map<int, bool> lost;
+    for (const int input : inputs) {
+      if (random() % 3 != 0) {
+        lost[input] = random() % 2 == 0;
+        doubts.Doubt(input, lost[input]);
+      }
+    }
+    doubts.LookUntilDecided();
+    for (const auto& [input, is_lost] : lost) {
+      const Verdict verdict = doubts.evidence.VerdictOf(input);
+      (verdict == Verdict::kUncertain ? uncertain : decided) += 1;
+      EXPECT_NE(verdict, is_lost ? Verdict::kNotLost : Verdict::kLost)
+          << "seed " << seed << ", input " << input;
+    }
+  }
+  EXPECT_GT(decided, 300) << uncertain;
+  std::printf("%d decided, %d uncertain\n", decided, uncertain);
+}
+
 TEST(ColumnEvidence, ServesARecordingOfOneInputByTime) {
   Tally tally;
   for (unsigned seed = 1000; seed <= 1100; ++seed) {

@@ -32,6 +32,16 @@ TEST(HeldSet, KeepsThatTheJournalLacksLines) {
   EXPECT_EQ(DecodeHeldSet(EncodeHeldSet(held)), held);
 }
 
+TEST(HeldSet, KeepsThatTheColumnsAreCompared) {
+  HeldSet held = Example();
+  held.Columns.Compared = ColumnMemory::Comparison::kRestart;
+  held.Columns.Questioned = 31000;
+  held.Columns.IsDropped[1] = held.Columns.IsDropped[15] = true;
+  EXPECT_EQ(DecodeHeldSet(EncodeHeldSet(held)), held);
+  held.Columns.Compared = static_cast<ColumnMemory::Comparison>(3);
+  EXPECT_FALSE(DecodeHeldSet(EncodeHeldSet(held)));
+}
+
 TEST(HeldSet, IsRefusedWithAnyByteChangedOrMissing) {
   const HeldSetBytes bytes = EncodeHeldSet(Example());
   for (std::size_t place = 0; place < bytes.size(); ++place) {

@@ -10,6 +10,9 @@
 #include <tuple>
 #include <vector>
 
+#include "files/reasons.h"
+#include "link/registers.h"
+#include "tests/files/announced_rows.h"
 #include "tests/files/recording_bench.h"
 
 namespace tavrel {
@@ -263,6 +266,57 @@ TEST(LostValue, InAReplyThatNoProgramWasThereToTakeIsJudgedByTheOrderThatWasLear
       bench.ExpectRows(is_lost ? 6 : -1, input, 5);
     }
   }
+}
+
+// What the clock says of an open doubt ends with the program: no other input stands beside it.
+TEST(LostValue, OfOneInputAloneIsUncertainWhenTheProgramIsKilledMeanwhile) {
+  for (const bool is_lost : {false, true}) {
+    for (const int away : {0, 5, 40, 4000}) {
+      RecordingBench bench({"together", 0}, {9});
+      bench.Start();
+      ASSERT_TRUE(bench.RunToRows(6));
+      bench.FailNext(9, is_lost);
+      ASSERT_TRUE(bench.RunToDoubt());
+      bench.fixture.clock.Advance(seconds(away));
+      bench.KillAndStart();
+      ASSERT_TRUE(bench.RunToRows(12));
+      EXPECT_EQ(bench.fixture.Announced(),
+                Texts{Told("row 6, input 9", ": " + std::string(reason::kMayBeLost.English))})
+          << is_lost << " " << away;
+      const auto rows = bench.Rows();
+      EXPECT_EQ(rows[5][0], is_lost ? 7 : 6);
+    }
+  }
+}
+
+// Five values are cleared by hand, and the program is killed before they are made up for.
+TEST(LostValue, ByHandIsToldWhenTheProgramIsKilledMeanwhile) {
+  RecordingBench bench({"ascending", 500});
+  bench.Start();
+  ASSERT_TRUE(bench.RunToRows(6));
+  while (bench.fixture.engine.HoldsSet(kSlot)) {
+    bench.Run(0.05);
+  }
+  bench.fixture.clock.Advance(seconds(50));
+  bench.line.on_command = [&](const std::string& each) {
+    if (each.starts_with("R02=")) {
+      bench.line.buffers[{1, 2}].clear();
+      bench.line.dropped.insert(each);
+    }
+  };
+  RecordingEngine::SeriesWrite write;
+  write.takers = {kSlot};
+  write.to = {1, reg::kBuffered, 2};
+  write.stored = 5;
+  EXPECT_FALSE(IsGood(bench.fixture.engine.WriteSeries(write)));
+  bench.KillAndStart();
+  ASSERT_TRUE(bench.RunToRows(20));
+  const auto announced = bench.fixture.Announced();
+  ASSERT_EQ(announced.size(), 1U);
+  EXPECT_NE(announced[0].find("input 2: nobody can know whether more values were dropped"),
+            std::string::npos)
+      << announced[0];
+  EXPECT_EQ(FirstMixedRow(bench), 0);
 }
 
 TEST(LostValue, IsNotSoughtWithTheHeldSetOfAnEarlierRow) {

@@ -33,6 +33,7 @@ struct RecordingBench {
   SetLine line{fixture.clock, fixture.port};
   std::vector<int> inputs;
   int ticks = 0;
+  bool wall_runs = false;  // the wall clock goes on with the other one
 
   explicit RecordingBench(const Sampling& sampling = {"together", 0},
                           const std::vector<int>& recorded = {1, 2, 3}, int interval = 10)
@@ -80,6 +81,7 @@ struct RecordingBench {
         fixture.clock.Elapsed() + std::chrono::milliseconds(static_cast<int>(time * 1000));
     while (fixture.clock.Elapsed() < end) {
       fixture.clock.Advance(std::chrono::milliseconds(50));
+      SetWall();
       if (++ticks % 200 == 0) {
         fixture.engine.TenSecondTick();
       }
@@ -90,6 +92,16 @@ struct RecordingBench {
         fixture.link.ComIndex = kInputs;
         fixture.engine.PumpOnce();
       }
+    }
+  }
+
+  void SetWall() {
+    const std::chrono::hh_mm_ss time(
+        std::chrono::floor<std::chrono::seconds>(fixture.clock.Elapsed()));
+    if (wall_runs) {
+      fixture.clock.wall.Hour = static_cast<int>(time.hours().count());
+      fixture.clock.wall.Minute = static_cast<int>(time.minutes().count());
+      fixture.clock.wall.Second = static_cast<int>(time.seconds().count());
     }
   }
 

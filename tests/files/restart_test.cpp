@@ -19,15 +19,6 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-// Sets between the first and the last one of the file of which no value stands in any row.
-int MissingSets(RecordingBench& bench) {
-  std::set<int> found;
-  for (const auto& row : bench.Rows()) {
-    found.insert(row.begin(), row.end());
-  }
-  return found.empty() ? 0 : *found.rbegin() - *found.begin() + 1 - static_cast<int>(found.size());
-}
-
 bool TellsOfLostSets(RecordingBench& bench) {
   const auto announced = bench.fixture.Announced();
   return std::any_of(announced.begin(), announced.end(), [](const std::string& text) {
@@ -94,29 +85,6 @@ TEST_P(RestartedLine, MixesAndForgetsNoSetsWithoutTellingSo) {
   EXPECT_LE(untold, 1) << "of " << runs << " restarts";
 }
 
-// Sets that the user was told are lost, and by how many they may differ.
-struct ToldSets {
-  int sets = 0;
-  int about = 0;
-};
-
-ToldSets ToldLost(RecordingBench& bench) {
-  ToldSets told;
-  const std::string start = "before this row ";
-  for (const std::string& text : bench.fixture.Announced()) {
-    const std::size_t place = text.find(start);
-    if (place == std::string::npos) {
-      continue;
-    }
-    int sets = 0;
-    const std::string rest = text.substr(place + start.size());
-    static_cast<void>(std::sscanf(rest.c_str(), "%*[a-z ]%d", &sets));
-    told.sets += sets;
-    told.about += std::max(2, sets / 10);
-  }
-  return told;
-}
-
 // Restarts at any moment, one after the other, each sooner than the next set is made or the pump
 // looks for one: hardly a set is ever handed over, and no comparison of columns ends undisturbed.
 TEST(Restart, AgainAndAgainIsToldWithAllSetsThatAreLost) {
@@ -138,6 +106,62 @@ TEST(Restart, AgainAndAgainIsToldWithAllSetsThatAreLost) {
       EXPECT_NEAR(told.sets, MissingSets(bench), told.about) << sampling.order << ", seed " << seed;
     }
   }
+}
+
+// Each set is forgotten before anybody has counted it: no count falls, and the comparison is given
+// up while the interval is not known. From there on the wall clock counts what is lost, each set
+// once.
+TEST(Restart, BehindEachSetIsToldWithAllSetsThatAreLost) {
+  constexpr std::array kStorms = {std::pair(2, 4),  std::pair(2, 12), std::pair(3, 7),
+                                  std::pair(3, 12), std::pair(10, 7), std::pair(10, 30)};
+  for (const auto& [interval, sets] : kStorms) {
+    RecordingBench bench({"together", 0}, {1, 5, 9}, interval);
+    bench.wall_runs = true;
+    bench.Start();
+    ASSERT_TRUE(bench.RunToRows(14));
+    for (int set = 0; set < sets; ++set) {
+      const int before = bench.line.Sets();
+      while (bench.line.Sets() == before) {
+        bench.Run(0.05);
+      }
+      bench.line.RestartInPlace();
+    }
+    ASSERT_TRUE(bench.RunToRows(bench.fixture.state.SampleCount[kSlot] + 20));
+    const ToldSets told = ToldLost(bench);
+    EXPECT_EQ(FirstMixedRow(bench), 0) << sets << " sets each " << interval << " s";
+    EXPECT_NEAR(told.sets, MissingSets(bench), told.about)
+        << sets << " sets each " << interval << " s";
+  }
+}
+
+// Killed while the columns are compared behind a restart that came in the middle of a set.
+TEST(Restart, ShiftsNoColumnUntoldWhenTheProgramIsKilledMeanwhile) {
+  int runs = 0;
+  const std::array<Sampling, 3> samplings = {Sampling{"together", 0}, Sampling{"ascending", 330},
+                                             Sampling{"descending", 30}};
+  for (const Sampling& sampling : samplings) {
+    for (int phase = 0; phase < 60; ++phase) {
+      RecordingBench bench(sampling, {1, 5, 9}, 3);
+      bench.wall_runs = true;
+      TakeUp(bench, 24);
+      bench.Run(0.05 * phase);
+      bench.line.Restart(milliseconds(400 + 70 * phase));
+      while (!bench.fixture.state.ColumnsInDoubt[kSlot] &&
+             bench.fixture.state.SampleCount[kSlot] < 40) {
+        bench.Run(0.05);
+      }
+      bench.Run(0.05 * (phase % 12));
+      const auto compared = bench.fixture.state.Columns[kSlot].Compared;
+      runs += compared == ColumnMemory::Comparison::kRestart ? 1 : 0;
+      bench.KillAndStart();
+      ASSERT_TRUE(bench.RunToRows(bench.fixture.state.SampleCount[kSlot] + 20));
+      EXPECT_EQ(FirstMixedRow(bench), 0) << sampling.order << ", phase " << phase;
+      EXPECT_TRUE(compared != ColumnMemory::Comparison::kRestart || MissingSets(bench) == 0 ||
+                  TellsOfLostSets(bench))
+          << sampling.order << ", phase " << phase;
+    }
+  }
+  EXPECT_GT(runs, 50);
 }
 
 // So many sets were waiting when the instrument was switched off.

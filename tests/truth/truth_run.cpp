@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -406,9 +407,13 @@ void TruthRun::PassTime(seconds time) {
   NoteCut();
 }
 
+// A program that ran between the two would count the samples of a time that has not passed for the
+// instruments, and see no full buffer behind it.
 void TruthRun::SleepFor(seconds time) {
+  Signal(SIGSTOP);
   PassTime(time);
   Tell("pass all " + std::to_string(time.count() * bench_.speedup));
+  Signal(SIGCONT);
 }
 
 void TruthRun::SleepForSets(int sets) {
