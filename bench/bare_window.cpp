@@ -43,7 +43,8 @@ int main(int count, char** arguments) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(count, arguments);
   QMainWindow window;
-  const tavrel::FirstLook look(window, count > 1 ? arguments[1] : "0");
+  const tavrel::FirstLook look(window, count > 1 ? arguments[1] : "0",
+                               count > 2 ? arguments[2] : "0");
   FillMenu(window);
   FillSheet(window);
   QTimer timer;

@@ -1,9 +1,10 @@
 #include "bench/first_look.h"
 
+#include <sys/resource.h>
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QTimer>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -25,10 +26,21 @@ long ResidentKilobytes() {
   return 0;
 }
 
+// Seconds that all threads of the process have worked.
+double ProcessorSeconds() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
 }  // namespace
 
-FirstLook::FirstLook(QMainWindow& window, const std::string& start)
-    : start_(std::strtoll(start.c_str(), nullptr, 10)) {
+FirstLook::FirstLook(QMainWindow& window, const std::string& start, const std::string& watched)
+    : start_(std::strtoll(start.c_str(), nullptr, 10)),
+      watched_(std::strtol(watched.c_str(), nullptr, 10)) {
   window.installEventFilter(this);
 }
 
@@ -49,8 +61,17 @@ void FirstLook::Painted() {
   QTimer::singleShot(kSettled, this, [this] { Settled(); });
 }
 
-void FirstLook::Settled() const {
-  std::printf("%.3f %ld\n", painted_, ResidentKilobytes());
+void FirstLook::Settled() {
+  resident_ = ResidentKilobytes();
+  processor_at_ = ProcessorSeconds();
+  QTimer::singleShot(watched_, this, [this] { Tell(); });
+}
+
+void FirstLook::Tell() const {
+  const double worked = ProcessorSeconds() - processor_at_;
+  const double share =
+      watched_.count() == 0 ? 0 : 100 * worked / static_cast<double>(watched_.count());
+  std::printf("%.3f %ld %.3f\n", painted_, resident_, share);
   std::fflush(stdout);
   QCoreApplication::quit();
 }

@@ -34,8 +34,10 @@ void ShortenPaths(QWidget& form, const QString& own) {
   }
 }
 
-// The form with its title over it, as a window shows it.
+// The form with its title over it, as a window shows it: the place of a text that has just come is
+// given behind the events that wait.
 QPixmap PictureOf(QWidget& form) {
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   const QPixmap content = form.grab();
   const qreal ratio = content.devicePixelRatio();
   const QSizeF size = content.deviceIndependentSize();

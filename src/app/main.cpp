@@ -20,6 +20,7 @@
 #include "platform/file_system.h"
 #include "platform/instance_lock.h"
 #include "platform/known_device_file.h"
+#include "platform/places.h"
 #include "platform/qt/file_wishes.h"
 #include "platform/qt/logind_guard.h"
 #include "platform/qt/qt_clipboard.h"
@@ -31,6 +32,7 @@
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_shell.h"
 #include "platform/qt/qt_signals.h"
+#include "platform/qt/toolkit_texts.h"
 #include "platform/system_clock.h"
 #include "state/recording_on.h"
 #include "state/user_language.h"
@@ -211,8 +213,9 @@ class Program {
   CheckedPrinter printer_{qt_printer_, queues_};
   QtClipboard clipboard_;
   QtRegional regional_;
-  ProgramLogic logic_{
-      {port_, clock_, dialogs_, screens_, events_, shell_, printer_, clipboard_, regional_}};
+  ProgramLogic logic_{{port_, clock_, dialogs_, screens_, events_, shell_, printer_, clipboard_,
+                       regional_, [this] { return MountedPlacesIn(UserLanguage(logic_.state)); }}};
+  ToolkitTexts toolkit_texts_{[this] { return UserLanguage(logic_.state); }};
   std::unique_ptr<InstanceLock> lock_;
   std::unique_ptr<AllLoad> splash_;
   std::unique_ptr<Tavrel> form_;

@@ -117,7 +117,7 @@ void Graph::ShowHint() {
       "Eingabe-Taste zeigt ihn."};
   constexpr BothLanguages kBeyond{
       "The recording goes on beyond the X axis: enlarge X max in the coordinates.",
-      "Die Aufzeichnung geht über die X-Achse hinaus: X max in den Koordinaten vergrössern."};
+      "Die Aufzeichnung geht über die X-Achse hinaus: X max in den Koordinaten vergrößern."};
   values_.Hint = ToldAtCursor();
   if (!values_.Hint.empty()) {
     return;

@@ -17,8 +17,8 @@ struct KeyEntry {
 
 namespace key_place {
 inline constexpr BothLanguages kEverywhere{"everywhere", "überall"};
-inline constexpr BothLanguages kSheet{"sheet", "Übersicht der Tests"};
-inline constexpr BothLanguages kName{"name on the sheet", "Name in der Übersicht"};
+inline constexpr BothLanguages kSheet{"sheet", "Blatt"};
+inline constexpr BothLanguages kName{"name on the sheet", "Name auf dem Blatt"};
 inline constexpr BothLanguages kWork{"worksheet", "Arbeitsblatt"};
 inline constexpr BothLanguages kGraph{"graph", "Graphik"};
 inline constexpr BothLanguages kGrid{"installation, program", "Installation, Programm"};

@@ -14,11 +14,14 @@
 #include "link/register_access.h"
 #include "link/registers.h"
 #include "state/open_slots.h"
+#include "state/state_words.h"
 
 namespace tavrel {
 namespace {
 
 constexpr std::size_t kFileCharacters = 12;  // "M011111A.NEW"
+
+constexpr BothLanguages kInSimulation{"   (simulated)", "   (simuliert)"};
 
 constexpr BothLanguages kWriteFailedNote{
     " the last set could not be written, it is kept and tried again ",
@@ -72,12 +75,12 @@ enum class Hindrance { kNone, kWriteFailed, kSimulation };
 
 // A set that cannot be written comes first: it is the only state in which the user has to do
 // something.
-Status RecordingStatus(int rec_on, bool is_full, Hindrance hindrance) {
+Status RecordingStatus(int rec_on, bool is_full, Hindrance hindrance, Language language) {
   if (hindrance == Hindrance::kWriteFailed) {
-    return {"disk !", kOrange};
+    return {state_word::kFile.In(language), kOrange};
   }
   if (hindrance == Hindrance::kSimulation) {
-    return {"sim !", kOrange};
+    return {state_word::kSimulation.In(language), kOrange};
   }
   switch (rec_on) {
     case 0:
@@ -135,8 +138,15 @@ std::optional<int> SecondsUntil(const Deadline& deadline, const Clock& clock) {
 }  // namespace
 
 void MainSheet::SetCaptionAndTips() {
-  values_.Caption = parts_.link.Simulated ? " TAVREL  6.1   (simulated)" : " TAVREL  6.1";
-  values_.TipLanguage = LanguageOf(parts_.state.Settings.HelpLang);
+  const Language language = LanguageOf(parts_.state.Settings.HelpLang);
+  if (language != values_.TipLanguage) {
+    parts_.state.SheetReset = false;  // the words of the cells come anew
+  }
+  values_.TipLanguage = language;
+  values_.Caption = " TAVREL  6.1";
+  if (parts_.link.Simulated) {
+    values_.Caption += kInSimulation.In(values_.TipLanguage);
+  }
 }
 
 void MainSheet::ShowPanel() {
@@ -164,7 +174,7 @@ void MainSheet::ShowWaitingRow(int slot) {
   row = SheetRow();
   row.Sheet = true;
   row.lb_File = ShownFileName(parts_.state.Settings.ActiveFiles.at(slot - 1));
-  row.lb_Rstat = "disk !";
+  row.lb_Rstat = state_word::kFile.In(values_.TipLanguage);
   row.sh_Rstat = kOrange;
   row.RstatNote = kNotOpenNote.In(values_.TipLanguage);
 }
@@ -317,7 +327,7 @@ void MainSheet::RefreshRecording(int slot) {
   const int rec_state = RecordingState(rec_on, is_full, hindrance);
   if (rec_state != shown.rec_state || state.SampleCount[slot] != shown.sample_count) {
     shown.rec_state = rec_state;
-    const Status status = RecordingStatus(rec_on, is_full, hindrance);
+    const Status status = RecordingStatus(rec_on, is_full, hindrance, values_.TipLanguage);
     const std::string missing =
         MissingNote(parts_.files.Journals().Figures(slot), values_.TipLanguage);
     const bool is_marked = hindrance == Hindrance::kNone && !missing.empty();

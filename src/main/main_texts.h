@@ -17,7 +17,7 @@ inline constexpr BothLanguages kUnknownCopy{
 inline constexpr BothLanguages kUnreadSettings{
     "The settings are there, but cannot be read:\n%1\n\nThey name all tests. Nothing is saved as "
     "long as they cannot be read.",
-    "Die Einstellungen sind da, lassen sich aber nicht lesen:\n%1\n\nSie nennen alle Tests. "
+    "Die Einstellungen sind da, lassen sich aber nicht lesen:\n%1\n\nSie nennen alle Versuche. "
     "Solange sie nicht gelesen werden können, wird nichts gesichert."};
 
 // %1 is the controller, %2 the instrument.
@@ -40,7 +40,7 @@ inline constexpr BothLanguages kAtTheEnd{"When the program ended, %1:\n%2",
 inline constexpr BothLanguages kDropped{
     "These tests are no longer on the sheet:\n%1\nThe settings that name them are kept in\n%2\nThe "
     "manual tells how to go back to them.",
-    "Diese Tests sind nicht mehr in der Übersicht:\n%1\nDie Einstellungen, die sie nennen, liegen "
+    "Diese Versuche sind nicht mehr auf dem Blatt:\n%1\nDie Einstellungen, die sie nennen, liegen "
     "in\n%2\nWie man zu ihnen zurückkommt, steht im Handbuch."};
 
 // After the programs stood still.
@@ -61,14 +61,14 @@ inline constexpr BothLanguages kTestsRun{
     "Tests are running in\n%1\n\nThey stay there until the end of the program. At the next start "
     "they are looked for in\n%2\nand are not found, unless their files are moved there.\n\nUse the "
     "new directory ?",
-    "Tests laufen in\n%1\n\nSie bleiben dort bis zum Ende des Programms. Beim nächsten Start "
+    "Versuche laufen in\n%1\n\nSie bleiben dort bis zum Ende des Programms. Beim nächsten Start "
     "werden "
     "sie gesucht in\n%2\nund nicht gefunden, wenn ihre Dateien nicht dorthin verschoben "
     "werden.\n\nDas neue Verzeichnis verwenden ?"};
 inline constexpr BothLanguages kTestsWait{
     "The files of the tests are in\n%1\n\nFrom now on they are looked for in\n%2\nand are not "
     "found, unless they are moved there.\n\nUse the new directory ?",
-    "Die Dateien der Tests liegen in\n%1\n\nVon jetzt an werden sie gesucht in\n%2\nund nicht "
+    "Die Dateien der Versuche liegen in\n%1\n\nVon jetzt an werden sie gesucht in\n%2\nund nicht "
     "gefunden, wenn sie nicht dorthin verschoben werden.\n\nDas neue Verzeichnis verwenden ?"};
 inline constexpr BothLanguages kSimulate{
     "A recording is on.\n\nWithout a port the instruments are simulated, and simulated values are "

@@ -19,6 +19,9 @@ namespace fs = std::filesystem;
 
 constexpr std::array<std::string_view, 3> kMediaRooms = {"/media/", "/run/media/", "/mnt/"};
 
+constexpr BothLanguages kComputer{"computer", "Rechner"};
+constexpr BothLanguages kHome{"home", "eigenes Verzeichnis"};
+
 bool IsOctal(char digit) {
   return digit >= '0' && digit <= '7';
 }
@@ -67,10 +70,14 @@ std::string LastName(const std::string& path) {
 }  // namespace
 
 std::vector<Place> MountedPlaces() {
-  std::vector<Place> places = {Named("computer", "/")};
+  return MountedPlacesIn(Language::kEnglish);
+}
+
+std::vector<Place> MountedPlacesIn(Language language) {
+  std::vector<Place> places = {Named(kComputer.Text(language), "/")};
   const std::string home = StripSeparator(HomeDirectory());
   if (home != "/" && DirectoryExists(home)) {
-    places.push_back(Named("home", home));
+    places.push_back(Named(kHome.Text(language), home));
   }
   for (const std::string& path : MountedMedia(MountTable())) {
     if (path != home) {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/language.h"
+
 // Where directories begin for a user, and what they hold. Paths are UTF-8; nothing throws.
 namespace tavrel {
 
@@ -15,8 +17,11 @@ struct Place {
   std::string Path;  // without a separator at its end
 };
 
-// The root, the user's home directory and all mounted media, in this order.
+// The root, the user's home directory and all mounted media, in this order, with names in English.
 [[nodiscard]] std::vector<Place> MountedPlaces();
+
+// The same with names in `language`.
+[[nodiscard]] std::vector<Place> MountedPlacesIn(Language language);
 
 // The mount points of media (below /media, /run/media and /mnt) in a table of mounts with the
 // layout of /proc/mounts, sorted, each once.

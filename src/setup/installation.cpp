@@ -14,8 +14,9 @@ constexpr Colour kMeasuringColour{0xC0, 0xFF, 0xC0};
 constexpr Colour kNumberColour{0xFF, 0xFF, 0xC0};
 constexpr int kMeasuringCode = static_cast<int>(Role::kMeasuring);
 
-constexpr BothLanguages kWaitsNote{" this test waits for its file and stays as it is:  ",
-                                   " dieser Test wartet auf seine Datei und bleibt, wie er ist:  "};
+constexpr BothLanguages kWaitsNote{
+    " this test waits for its file and stays as it is:  ",
+    " dieser Versuch wartet auf seine Datei und bleibt, wie er ist:  "};
 constexpr BothLanguages kNothingChanges{"nothing changes", "nichts ändert sich"};
 constexpr BothLanguages kRefuses{"OK will refuse:  row ", "OK lehnt ab:  Zeile "};
 constexpr BothLanguages kNotUsed{"not used", "nicht belegt"};

@@ -83,8 +83,9 @@ inline constexpr BothLanguages kTestLine{"\nrow %1:  %2  (Tavrel %3)",
 inline constexpr BothLanguages kBecomes{
     "Tavrel %1 becomes Tavrel %2.\n\nInstalled tests use these numbers:%3\n\nThey keep them: the "
     "tests have to be installed anew.\nAssign the number all the same ?",
-    "Aus Tavrel %1 wird Tavrel %2.\n\nInstallierte Tests benutzen diese Nummern:%3\n\nSie behalten "
-    "sie: die Tests müssen neu installiert werden.\nDie Nummer trotzdem zuweisen ?"};
+    "Aus Tavrel %1 wird Tavrel %2.\n\nInstallierte Versuche benutzen diese Nummern:%3\n\nSie "
+    "behalten "
+    "sie: die Versuche müssen neu installiert werden.\nDie Nummer trotzdem zuweisen ?"};
 inline constexpr BothLanguages kNumberUnsure{
     "Tavrel %1 has not acknowledged its new number %2.\nIt may have either of them.",
     "Tavrel %1 hat seine neue Nummer %2 nicht bestätigt.\nEs kann die eine oder die andere haben."};

@@ -18,6 +18,12 @@
 namespace tavrel {
 namespace {
 
+// What comes next in a program and when.
+constexpr BothLanguages kStepOf{"step %1 of %2, ", "Schritt %1 von %2, "};
+constexpr BothLanguages kEndAt{"end at %1", "Ende um %1"};
+constexpr BothLanguages kOffAt{"next off at %1", "dann aus um %1"};
+constexpr BothLanguages kSetpointAt{"next %1 °C at %2", "dann %1 °C um %2"};
+
 std::optional<Notice> WhyNotToRun(const std::string& name, const ProgramFile& file) {
   const std::int64_t steps = file.Records - 1;
   if (!file.Problem.empty()) {
@@ -98,20 +104,19 @@ std::string ProgramRunner::ProgressText(int slot, Language language) const {
       parts_.state.Unit[slot].UnitProgStep < 1) {
     return "";
   }
-  const bool german = language == Language::kGerman;
   const int done = parts_.state.Unit[slot].UnitProgStep;
-  const std::string text = (german ? "Schritt " : "step ") + std::to_string(done) +
-                           (german ? " von " : " of ") + std::to_string(ProgSteps(slot)) + ", ";
-  const std::string at = (german ? " um " : " at ") + TimeOfNextStep(slot);
+  const std::string text =
+      kStepOf.Text(language, {std::to_string(done), std::to_string(ProgSteps(slot))});
+  const std::string at = TimeOfNextStep(slot);
   const ProgramStep* next = NextStep(slot);
   if (next == nullptr) {
-    return text + (german ? "Ende" : "end") + at;
+    return text + kEndAt.Text(language, {at});
   }
   if (next->Status <= 0) {
-    return text + (german ? "dann aus" : "next off") + at;
+    return text + kOffAt.Text(language, {at});
   }
-  return text + (german ? "dann " : "next ") + ShortestNumber(next->Setpoint / kStepsPerDegree) +
-         " °C" + at;
+  const std::string degrees = ShortestNumber(next->Setpoint / kStepsPerDegree);
+  return text + kSetpointAt.Text(language, {degrees, at});
 }
 
 // On the wall clock: the rest of the minute that runs, and whole minutes behind it.

@@ -8,6 +8,7 @@
 #include "files/recording_format.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/state_words.h"
 
 namespace tavrel {
 namespace {
@@ -210,7 +211,7 @@ void Worksheet::ShowRecording() {
   const bool is_full = rec_on == 0 && state.SampleCount[slot] >= state.SampleLimit[slot];
   values_.BufferText = SilentBufferText(parts_.engine, slot, values_.TipLanguage);
   if (state.WriteFailed[slot]) {
-    values_.RecState = "disk !";
+    values_.RecState = state_word::kFile.In(values_.TipLanguage);
   } else {
     values_.RecState = is_full && !IsViewed() ? "end" : "";
   }

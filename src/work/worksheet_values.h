@@ -33,7 +33,7 @@ struct WorksheetValues {
   // frRecording. A picture is down while what its button brings about is the case.
   bool RecOnDown = false;   // cmd_Rec(1)
   bool RecOffDown = false;  // cmd_Rec(2)
-  std::string RecState;     // "end" of a full file, "disk !" while a set cannot be written
+  std::string RecState;     // "end" of a full file, or that a set cannot be written
   std::string Lbl_rec;      // recorded time
   std::string RecUnit;      // its caption
   std::string Lbl_sampl;    // seconds

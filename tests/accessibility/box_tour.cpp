@@ -10,7 +10,8 @@ const Notice kQuestion{"COM1 is in use.\n\nClose that program, or choose another
 
 }  // namespace
 
-BoxTour::BoxTour(Language language, FormTour::Stop stop) : stop_(std::move(stop)) {
+BoxTour::BoxTour(Language language, FormTour::Stop stop)
+    : toolkit_texts_([language] { return language; }), stop_(std::move(stop)) {
   dialogs_.SpeakIn([language] { return language; });
   printer_.SpeakIn([language] { return language; });
   look_.setInterval(std::chrono::milliseconds(10));

@@ -6,6 +6,7 @@
 #include "docs/manual/form_tour.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_printer.h"
+#include "platform/qt/toolkit_texts.h"
 
 namespace tavrel {
 
@@ -25,6 +26,7 @@ class BoxTour {
   void TakeBeside(const QString& name, const std::function<void()>& open);
   void StopAt(QWidget& window);
 
+  ToolkitTexts toolkit_texts_;
   QtEvents events_;
   QtDialogs dialogs_{events_};
   QtPrinter printer_{events_};

@@ -159,7 +159,7 @@ class Reader(unittest.TestCase):
                                            if node.role in BUTTONS}, box)
 
     def test_hears_each_notice(self):
-        close = {"German": "Schliessen", "English": "Close"}
+        close = {"German": "Schließen", "English": "Close"}
         for language, stage in self.stages.items():
             tree = stage.trees["Notices"]
             notices = [node.name for node in tree.all_of("list item")]
@@ -169,9 +169,10 @@ class Reader(unittest.TestCase):
             self.assertIsNotNone(tree.find("push button", close[language]))
 
     def test_hears_the_print_dialog(self):
-        for stage in self.stages.values():
+        print_button = {"German": "Drucken", "English": "Print"}
+        for language, stage in self.stages.items():
             tree = stage.trees["PrintDialog"]
-            self.assertIsNotNone(tree.find("push button", "Print"))
+            self.assertIsNotNone(tree.find("push button", print_button[language]))
             self.assertTrue([node for node in tree.all_of("combo box") if node.label])
 
     def test_hears_the_curves_of_the_legend(self):

@@ -207,6 +207,20 @@ TEST_P(SmallScreen, ShowsEveryControl) {
   Open(GetParam());
 }
 
+// A table may scroll sideways, a whole form only downwards.
+TEST_P(SmallScreen, ScrollsNoFormSideways) {
+  Then(GetParam(), [] {
+    QCoreApplication::processEvents();
+    for (const auto* part : Form()->findChildren<QScrollArea*>("Scrolls")) {
+      const bool is_form = part->parentWidget() == Form() && part->width() == Form()->width();
+      EXPECT_FALSE(is_form && part->horizontalScrollBar()->isVisible())
+          << "needs " << part->widget()->width() << " of " << part->viewport()->width();
+    }
+    qobject_cast<QDialog*>(Form())->done(0);
+  });
+  Open(GetParam());
+}
+
 // A form that runs while nobody has to answer has no use for the manual.
 TEST_P(SmallScreen, OpensTheManualByF1) {
   Then(GetParam(), [this] {
@@ -338,6 +352,23 @@ TEST_F(SmallSheet, ShowsEveryControlOfTwelveRows) {
   form->PlaceAt(0);
   Run(1);
   ExpectAllReachable(*form);
+}
+
+// The columns have room for each word of state in both languages.
+TEST_F(SmallSheet, ScrollsNoFewRowsSideways) {
+  for (int slot = 1; slot <= 4; ++slot) {
+    Install(slot, slot, 1, "Furnace");
+  }
+  Start(4);
+  form->PlaceAt(0);
+  Run(1);
+  QCoreApplication::processEvents();
+  for (const auto* part : form->findChildren<QScrollArea*>()) {
+    EXPECT_FALSE(part->horizontalScrollBar()->isVisible())
+        << "needs " << part->widget()->width() << " of " << part->viewport()->width();
+  }
+  EXPECT_LE(QFontMetrics(Find("lb_Rstat_1")->font()).horizontalAdvance("Datei !"),
+            Find("lb_Rstat_1")->width());
 }
 
 TEST_F(SmallSheet, ShowsTheSplashForm) {

@@ -228,6 +228,12 @@ TEST_F(Sheet, TellsTheRecordingByWordAndColour) {
   EXPECT_EQ(bench.Row(1).sh_Rstat, kOrange);
   EXPECT_EQ(bench.Row(1).RstatNote,
             " the last set could not be written, it is kept and tried again ");
+  bench.state.Settings.HelpLang = "German";
+  bench.sheet.SetCaptionAndTips();
+  Pass();
+  EXPECT_EQ(bench.Row(1).lb_Rstat, "Datei !");
+  EXPECT_EQ(bench.Row(1).RstatNote,
+            " der letzte Satz konnte nicht geschrieben werden, er wird behalten und neu versucht ");
   bench.state.WriteFailed[1] = false;
   bench.state.Unit[1].UnitRecOn = 7;
   Pass();
@@ -397,6 +403,9 @@ TEST_F(Sheet, SaysWhenTheLinkIsSimulated) {
   bench.state.Settings.CommPort = "----";
   bench.commands.LinkOpen();
   EXPECT_EQ(bench.sheet.Values().Caption, " TAVREL  6.1   (simulated)");
+  bench.state.Settings.HelpLang = "German";
+  bench.commands.LinkOpen();
+  EXPECT_EQ(bench.sheet.Values().Caption, " TAVREL  6.1   (simuliert)");
 }
 
 TEST_F(Sheet, ForgetsTheBacklogLineWhenTheFormLeavesTheFront) {

@@ -46,6 +46,13 @@ TEST(MountedPlaces, BeginWithTheRootAndTheHomeDirectory) {
   EXPECT_EQ(places[1].Path, StripSeparator(HomeDirectory()));
 }
 
+TEST(MountedPlaces, AreNamedInTheLanguageOfTheUser) {
+  const std::vector<Place> places = MountedPlacesIn(Language::kGerman);
+  ASSERT_GE(places.size(), 2U);
+  EXPECT_EQ(places[0].Name, "Rechner  (/)");
+  EXPECT_TRUE(places[1].Name.starts_with("eigenes Verzeichnis  (")) << places[1].Name;
+}
+
 TEST(MountedPlaces, NameTheHomeDirectoryIfItIsThereAndIsNotTheRoot) {
   const TemporaryDirectory directory;
   const std::string before = HomeDirectory();

@@ -50,7 +50,7 @@ void AllMsg::MakeLines() {
 
 void AllMsg::MakeButtons() {
   cmd_ok_ = MakeOk([this] { message_.CmdOK_Click(); });
-  cmd_cancel_ = MakeButton("CmdCancel", "Cancel", [this] { message_.CmdCancel_Click(); });
+  cmd_cancel_ = MakeCancel();
 }
 
 void AllMsg::Arrange() {

@@ -16,6 +16,7 @@ namespace tavrel {
 namespace {
 
 constexpr int kGap = 12;
+constexpr BothLanguages kCancel{"Cancel", "Abbrechen"};
 
 // A form that is never painted must list its files all the same.
 constexpr std::chrono::milliseconds kPaintLimit{400};
@@ -90,7 +91,8 @@ void AllOpen::MakeCommands() {
   cmd_verify_ = MakeButton("cmdVerify", "Verify",
                            [this] { open_file_.cmdVerify_Click([this] { UpdateWidgets(); }); });
   cmd_open_ = MakeButton("cmdOpen", "Open", [this] { open_file_.cmdOpen_Click(); });
-  cmd_back_ = MakeButton("cmdBack", "Cancel", [this] { open_file_.cmdBack_Click(); });
+  const QString cancel = QtText(kCancel.In(open_file_.TextLanguage()));
+  cmd_back_ = MakeButton("cmdBack", cancel.toUtf8(), [this] { open_file_.cmdBack_Click(); });
 }
 
 void AllOpen::Arrange() {

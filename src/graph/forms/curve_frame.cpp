@@ -14,7 +14,7 @@ namespace tavrel {
 namespace {
 
 constexpr QColor kEdge(0xA0, 0xA0, 0xA0);  // around the plot, which is white
-constexpr QSize kLeastPlot(320, 200);
+constexpr QSize kLeastPlot(190, 180);
 constexpr qreal kStripHeight = 1.8;  // of PicX, in heights of a line: label and tick
 constexpr qreal kStripWidth = 1.45;  // of PicY, in widths of its longest label
 constexpr const char* kLongestLabel = "-30000";

@@ -193,11 +193,12 @@ bool GraphLegend::eventFilter(QObject* watched, QEvent* event) {
   return QWidget::eventFilter(watched, event);
 }
 
+// The columns lie on an area that is larger by a point: a stroke at the edge would fall outside at
+// a scale such as 1.25.
 void GraphLegend::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  painter.setPen(EdgeOf(palette()));
   const QRect legend = view_color_->geometry() | values_->geometry();
-  painter.drawRect(legend.adjusted(-1, -1, 0, 0));
+  painter.fillRect(legend.adjusted(-1, -1, 1, 1), EdgeOf(palette()));
 }
 
 }  // namespace tavrel

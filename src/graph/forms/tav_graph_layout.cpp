@@ -14,6 +14,7 @@
 #include "state/unit_record.h"
 #include "widgets/form_room.h"
 #include "widgets/muted_label.h"
+#include "widgets/one_line.h"
 #include "widgets/spoken.h"
 
 namespace tavrel {
@@ -106,10 +107,8 @@ void TavGraph::MakePrompts() {
   lbl_instr_->setTextFormat(Qt::PlainText);
   lbl_instr_->setFont(Sized(lbl_instr_->font(), kPromptSize));
   lbl_instr_->setMargin(kPromptMargin);
-  lbl_hint_ = new MutedLabel("", this);
+  lbl_hint_ = new OneLine<MutedLabel>(this);
   lbl_hint_->setObjectName("Lbl_Hint");
-  lbl_hint_->setTextFormat(Qt::PlainText);
-  lbl_hint_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   lbl_res_ = new QLabel(this);
   lbl_res_->setObjectName("lblRes");
   lbl_res_->setTextFormat(Qt::PlainText);

@@ -3,12 +3,25 @@
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <algorithm>
+#include <initializer_list>
+#include <string_view>
+
+#include "state/state_words.h"
+#include "widgets/form_texts.h"
 
 namespace tavrel {
 namespace {
 
-int WidthOf(const QFont& font, const char* text) {
-  return QFontMetrics(font).horizontalAdvance(text) + 2;
+int WidthOf(const QFont& font, std::string_view text) {
+  return QFontMetrics(font).horizontalAdvance(QtText(text)) + 2;
+}
+
+int WidestOf(const QFont& font, std::initializer_list<std::string_view> texts) {
+  int widest = 0;
+  for (const std::string_view text : texts) {
+    widest = std::max(widest, WidthOf(font, text));
+  }
+  return widest;
 }
 
 // Puts widgets, or blanks of the same width, side by side.
@@ -54,7 +67,7 @@ struct SheetColumns::Setting {
 SheetColumns::SheetColumns(const QFont& base, int room) {
   Measure(base, {0.95, 1.35, 1.1, 12, 10, 26, 16, "nnnnnnnnnnnnnnnn", 22});
   if (LineWidth() + 2 * Margin > room) {
-    Measure(base, {0.8, 1.05, 0.95, 4, 4, 6, 10, "nnnnnnnnn", 14});
+    Measure(base, {0.8, 1.05, 0.95, 4, 4, 3, 6, "nnnnnnnnn", 14});
   }
 }
 
@@ -77,8 +90,8 @@ void SheetColumns::Measure(const QFont& base, const Setting& setting) {
   Number = WidthOf(ValueFont, "8") + 3 * setting.cell_inset;
   Apparatus = WidthOf(ValueFont, setting.name);
   Degrees = std::max(WidthOf(ValueFont, "-8888.8"), WidthOf(HeadFont, "controller  [°C]"));
-  Status =
-      std::max(WidthOf(StatusFont, "disk !"), WidthOf(StatusFont, "dyn-")) + setting.cell_inset;
+  Status = WidestOf(StatusFont, {state_word::kFile.English, state_word::kFile.German, "dyn-"}) +
+           setting.cell_inset;
   Hours = std::max(WidthOf(ValueFont, "888888.88"), WidthOf(HeadFont, "recorded  [h]"));
   File = WidthOf(StatusFont, "mmmmmmmm.mmm");  // "m260314a.ovn" and any other name
   Button = line + button_air;

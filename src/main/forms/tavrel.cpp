@@ -16,6 +16,7 @@
 #include "main/forms/emblem.h"
 #include "widgets/form_room.h"
 #include "widgets/letters.h"
+#include "widgets/one_line.h"
 #include "widgets/shades.h"
 
 namespace tavrel {
@@ -53,24 +54,6 @@ QKeySequence KeyOf(const MenuEntry& entry) {
       return {};
   }
 }
-
-// A text of one line that ends in an ellipsis where its room ends; its tip says all of it.
-class OneLine : public QLabel {
- public:
-  explicit OneLine(QWidget* parent) : QLabel(parent) {
-    setTextFormat(Qt::PlainText);
-    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    QPainter painter(this);
-    const QRect room = rect().adjusted(indent(), 0, 0, 0);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, room.width());
-    painter.setPen(palette().color(foregroundRole()));
-    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
-  }
-};
 
 // The mark of a pass over the rows: a small disc that keeps its place while it is hidden.
 class IndicatorMark : public QWidget {
@@ -156,7 +139,7 @@ QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
 
 void Tavrel::MakeStatusLine() {
   statusBar()->setSizeGripEnabled(false);
-  lbl_state_ = new OneLine(this);
+  lbl_state_ = new OneLine<QLabel>(this);
   lbl_state_->setObjectName("lbl_State");
   lbl_state_->setIndent(10);
   statusBar()->addWidget(lbl_state_, 1);

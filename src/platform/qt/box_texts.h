@@ -21,9 +21,10 @@ inline constexpr BothLanguages kError{"error", "Fehler"};
 
 inline constexpr BothLanguages kReplace{"%1\n\nThis file exists already. Replace it ?",
                                         "%1\n\nDiese Datei gibt es schon. Ersetzen ?"};
+inline constexpr BothLanguages kFont{"Font", "Schriftart"};
 inline constexpr BothLanguages kNotices{"notices", "Meldungen"};
 inline constexpr BothLanguages kNoticesTitle{"TAVREL   notices", "TAVREL   Meldungen"};
-inline constexpr BothLanguages kClose{"Close", "Schliessen"};
+inline constexpr BothLanguages kClose{"Close", "Schließen"};
 
 }  // namespace tavrel::box_text
 

@@ -75,10 +75,10 @@ void RunFileDialog(FileChoice& choice,
 
 // What was not changed stays as it is in the settings: the name of a font that this machine lacks,
 // the half of a point.
-bool RunFontDialog(FontChoice& choice) {
+bool RunFontDialog(FontChoice& choice, const QString& title) {
   const QFont shown = ShownFont(choice);
   bool chosen = false;
-  const QFont next = QFontDialog::getFont(&chosen, shown, WindowInFront(), "Font");
+  const QFont next = QFontDialog::getFont(&chosen, shown, WindowInFront(), title);
   if (!chosen) {
     return false;
   }

@@ -16,8 +16,8 @@ namespace tavrel {
 void RunFileDialog(FileChoice& choice,
                    const std::function<bool(const std::string& path)>& may_replace);
 
-// False: `choice` is as it was.
-[[nodiscard]] bool RunFontDialog(FontChoice& choice);
+// A dialog called `title`. False: `choice` is as it was.
+[[nodiscard]] bool RunFontDialog(FontChoice& choice, const QString& title);
 
 // The filters of `filter` in the toolkit's notation: "program (*.prg)".
 [[nodiscard]] QString QtFilter(const std::string& filter);

@@ -132,7 +132,7 @@ void QtDialogs::FileDialog(FileChoice& choice) {
 
 bool QtDialogs::FontDialog(FontChoice& choice) {
   const QtEvents::NormalPointer normal_pointer(events_);
-  return RunFontDialog(choice);
+  return RunFontDialog(choice, QString::fromStdString(box_text::kFont.Text(language_())));
 }
 
 }  // namespace tavrel

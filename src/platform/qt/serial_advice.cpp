@@ -54,12 +54,12 @@ std::string KindOf(const std::string& device) {
 }
 
 std::string JoinAdvice(const std::string& group, Language language) {
-  const bool german = language == Language::kGerman;
-  const std::string command = "sudo usermod -aG " + group + " $USER";
-  return german ? "Die Schnittstelle gehört der Gruppe \"" + group +
-                      "\". In die Gruppe aufnehmen mit\n\n" + command + "\n\nund neu anmelden."
-                : "It belongs to the group \"" + group + "\". Join the group with\n\n" + command +
-                      "\n\nand log in again.";
+  constexpr BothLanguages kJoin{
+      "It belongs to the group \"%1\". Join the group with\n\nsudo usermod -aG %1 $USER\n\nand log "
+      "in again.",
+      "Die Schnittstelle gehört der Gruppe \"%1\". In die Gruppe aufnehmen mit\n\nsudo usermod -aG "
+      "%1 $USER\n\nund neu anmelden."};
+  return kJoin.Text(language, {group});
 }
 
 // Devices of the machine's administrator alone: only the system's rules can give them to others.
@@ -122,11 +122,11 @@ std::string GroupThatHelps(const std::string& device) {
 std::string NoRightsAdvice(int number, const std::string& device, const std::string& group,
                            Language language) {
   const std::string port = PortAndDevice(number, device);
-  const std::string what = language == Language::kGerman
-                               ? "Sie haben kein Recht, " + port + " zu öffnen."
-                               : "You have no right to open " + port + ".";
+  constexpr BothLanguages kNoRight{"You have no right to open %1.\n\n",
+                                   "Sie haben kein Recht, %1 zu öffnen.\n\n"};
   const bool helps = !group.empty() && group != "root";
-  return what + "\n\n" + (helps ? JoinAdvice(group, language) : RuleAdvice(device, language));
+  return kNoRight.Text(language, {port}) +
+         (helps ? JoinAdvice(group, language) : RuleAdvice(device, language));
 }
 
 std::string LockAdvice(int number, const std::string& device, const std::string& lock_file,

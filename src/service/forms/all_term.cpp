@@ -20,7 +20,7 @@ QLabel* MakeText(const char* name, QWidget* parent) {
 AllTerm::AllTerm(Terminal& terminal)
     : ModalForm(terminal, "ALL_TERM", " Terminal"),
       terminal_(terminal),
-      term_(new TerminalText("Term", this)),
+      term_(new TerminalText("Term", terminal.TipLanguage(), this)),
       label1_(MakeText("Label1", this)),
       chk_echo_(new QCheckBox("Echo", this)),
       lbl_state_(MakeText("lbl_State", this)) {

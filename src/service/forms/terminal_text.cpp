@@ -16,6 +16,8 @@ namespace {
 
 constexpr int kColumns = 70;
 constexpr int kLines = 20;
+constexpr BothLanguages kCopy{"Copy", "Kopieren"};
+constexpr BothLanguages kPaste{"Paste", "Einfügen"};
 constexpr char kFirstPrintable = ' ';
 
 std::string BytesOf(const QString& text) {
@@ -58,7 +60,8 @@ bool MovesOrSelects(const QKeyEvent& event) {
 
 }  // namespace
 
-TerminalText::TerminalText(const QString& name, QWidget* parent) : QPlainTextEdit(parent) {
+TerminalText::TerminalText(const QString& name, Language language, QWidget* parent)
+    : QPlainTextEdit(parent), language_(language) {
   setObjectName(name);
   setTabChangesFocus(true);
   setUndoRedoEnabled(false);
@@ -131,8 +134,8 @@ void TerminalText::insertFromMimeData(const QMimeData* source) {
 
 void TerminalText::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu(this);
-  menu.addAction("Copy", this, [this] { copy(); });
-  menu.addAction("Paste", this, [this] { paste(); });
+  menu.addAction(QtText(kCopy.In(language_)), this, [this] { copy(); });
+  menu.addAction(QtText(kPaste.In(language_)), this, [this] { paste(); });
   menu.exec(event->globalPos());
 }
 

@@ -4,6 +4,8 @@
 #include <QPlainTextEdit>
 #include <string>
 
+#include "base/language.h"
+
 namespace tavrel {
 
 // The text of a terminal: what it shows is only what it is given. Keys and pasted texts are told as
@@ -11,7 +13,8 @@ namespace tavrel {
 class TerminalText : public QPlainTextEdit {
   Q_OBJECT
  public:
-  TerminalText(const QString& name, QWidget* parent);
+  // `language` is that of its menu.
+  TerminalText(const QString& name, Language language, QWidget* parent);
 
   // Shows `text`, lines ended by CR LF, from its end on. What was added is appended: a selection
   // stays.
@@ -29,6 +32,7 @@ class TerminalText : public QPlainTextEdit {
 
  private:
   std::string shown_;
+  Language language_;
 };
 
 }  // namespace tavrel

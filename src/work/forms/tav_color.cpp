@@ -130,11 +130,9 @@ TavColor::TavColor(ColourChoice& choice) : ModalForm(choice, "TavColor", "color"
     choice_.PicColor_Click(y);
     AfterEvent();
   });
-  QPushButton* cmd_cancel =
-      MakeButton("CmdCancel", "Cancel", [this] { choice_.CmdCancel_Click(); });
   QVBoxLayout* column = MakeFixedColumn(kNarrowMargin);
   column->addWidget(picture);
-  column->addWidget(cmd_cancel, 0, Qt::AlignRight);
+  column->addWidget(MakeCancel(), 0, Qt::AlignRight);
   picture->setFocus();
 }
 

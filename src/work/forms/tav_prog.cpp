@@ -8,6 +8,11 @@
 #include "work/program_tips.h"
 
 namespace tavrel {
+namespace {
+
+constexpr BothLanguages kChanged{"changed", "geändert"};
+
+}  // namespace
 
 TavProg::TavProg(ProgramEditor& editor)
     : ModalForm(editor, "TavProg", editor.Caption()),
@@ -56,7 +61,7 @@ void TavProg::Arrange() {
   buttons->addWidget(MakeButton("cmdOpen", "Open", open));
   buttons->addWidget(MakeButton("cmdSave", "Save", save));
   buttons->addStretch(1);
-  lb_changed_ = new MutedLabel("changed", this);
+  lb_changed_ = new MutedLabel(QtText(kChanged.In(editor_.TipLanguage())), this);
   lb_changed_->setObjectName("lb_Changed");
   buttons->addWidget(lb_changed_);
   QVBoxLayout* column = MakeColumn(kNarrowMargin);
