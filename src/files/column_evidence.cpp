@@ -302,7 +302,8 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
     } else if (noted.certain && is_exact) {
       const bool is_low = !NoteNotMade(input, made, Seconds(when.asked));
       const bool is_high = !NoteMade(input, made - 1, Seconds(when.answered));
-      too_low_ = is_low ? too_low_ + 1 : 0;
+      // What was seen so often stays so: the next sample after a restart may come at its time.
+      too_low_ = is_low || too_low_ >= kConflicts ? too_low_ + 1 : 0;
       if (is_high) {
         NoteHigh();
       } else if (!is_low) {

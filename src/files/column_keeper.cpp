@@ -498,7 +498,7 @@ int ColumnKeeper::InputToLearn(int slot) {
   const bool is_vague =
       column.evidence.IsLearningLate() && IsHalfRead(slot) && !column.evidence.Interval().IsKnown();
   if (state_.Columns[slot].IsOpened || !column.evidence.IsLearning() ||
-      column.evidence.AnyDoubt() || is_vague) {
+      column.evidence.AnyDoubt() || column.evidence.SawRestart() || is_vague) {
     return 0;
   }
   const auto look = column.evidence.NextLook();

@@ -522,5 +522,26 @@ TEST(ColumnEvidence, IsNeverWrongWhateverTheOrderAndTheLine) {
   }
 }
 
+// Set m is made at 10 m seconds. Set 6 is gone with a restart, behind which the instrument keeps
+// its phase.
+TEST(ColumnEvidence, RemembersARestartThoughTheNextSampleComesAtItsTime) {
+  ColumnEvidence evidence;
+  evidence.Begin({3}, 10);
+  const auto count = [&evidence](int number, int at) {
+    const ColumnEvidence::Time when = std::chrono::milliseconds(at);
+    evidence.NoteCount(3, number, {when, when});
+  };
+  for (int set = 1; set <= 5; ++set) {
+    count(0, 10000 * set - 100);
+    count(1, 10000 * set + 100);
+    evidence.NoteTaken(3, {std::chrono::seconds(10 * set + 1), std::chrono::seconds(10 * set + 1)});
+  }
+  count(0, 61000);
+  count(0, 62000);
+  EXPECT_TRUE(evidence.SawRestart()) << "set 6 must be there";
+  count(1, 70100);
+  EXPECT_TRUE(evidence.SawRestart());
+}
+
 }  // namespace
 }  // namespace tavrel
