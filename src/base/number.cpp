@@ -6,6 +6,8 @@
 #include <limits>
 #include <optional>
 
+#include "base/text.h"
+
 namespace tavrel {
 namespace {
 
@@ -97,10 +99,6 @@ std::string_view MaskBySize(float value, float small, float large) {
     return "###0.00";
   }
   return size <= large ? "####0.0" : "######0";
-}
-
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
 }
 
 std::size_t DigitsAt(std::string_view text, std::size_t place) {

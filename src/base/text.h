@@ -14,6 +14,10 @@ namespace tavrel {
 // Without them at the right end only.
 [[nodiscard]] std::string TrimRight(std::string_view text);
 
+[[nodiscard]] constexpr bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
 // Letters A to Z only, and the letters of Windows-1252 that have a partner in the other case
 // (file names may hold umlauts).
 [[nodiscard]] std::string UpperCase(std::string_view utf8);

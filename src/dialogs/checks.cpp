@@ -7,7 +7,7 @@
 namespace tavrel {
 namespace {
 
-constexpr const char* kTitle = "check";
+constexpr const char* kCheckTitle = "check";
 constexpr int kQuestionKind = 1;
 constexpr int kWarningKind = 2;
 constexpr int kProbeTries = 2;
@@ -39,12 +39,12 @@ bool CheckRange(Dialogs& dialogs, const std::string& name, double value, double 
   if (lower <= value && value <= upper) {
     return true;
   }
-  ShowMessage(dialogs, name + ":\n" + RangeText({lower, upper}), kTitle, kWarningKind);
+  ShowMessage(dialogs, name + ":\n" + RangeText({lower, upper}), kCheckTitle, kWarningKind);
   return false;
 }
 
 Notice NotConnectedNotice() {
-  return {"Tavrel connected ?", kTitle, IconOf(kQuestionKind)};
+  return {"Tavrel connected ?", kCheckTitle, IconOf(kQuestionKind)};
 }
 
 void ShowNotConnected(Dialogs& dialogs) {

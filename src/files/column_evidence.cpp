@@ -17,10 +17,6 @@ constexpr std::int64_t kRealigned = 1000;
 
 constexpr double kSlack = 0.001;  // seconds; a clock that is read is not finer
 
-double Seconds(ColumnEvidence::Time time) {
-  return std::chrono::duration<double>(time).count();
-}
-
 // An upper bound in parts of an interval that lies between `low` and `high`, as a time.
 double MostTime(double parts, double low, double high) {
   return parts * (parts >= 0 ? high : low);
@@ -258,14 +254,14 @@ void ColumnEvidence::NoteTaken(int input, const Exchange& when) {
     return;
   }
   if (!CanPlace() || !placed_) {
-    Keep({input, noted.taken, false, Seconds(when.asked), Seconds(when.answered)});
-    meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
+    Keep({input, noted.taken, false, InSeconds(when.asked), InSeconds(when.answered)});
+    meter_.NoteAtLeast(input, noted.taken, InSeconds(when.answered));
     return;
   }
-  MoveTo(Seconds(when.answered));
-  if (NoteMade(input, sample, Seconds(when.answered))) {
+  MoveTo(InSeconds(when.answered));
+  if (NoteMade(input, sample, InSeconds(when.answered))) {
     too_high_ = 0;
-    meter_.NoteAtLeast(input, noted.taken, Seconds(when.answered));
+    meter_.NoteAtLeast(input, noted.taken, InSeconds(when.answered));
   } else {
     NoteHigh();
   }
@@ -290,31 +286,31 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
   const bool is_exact = count < kBufferSets;  // a full buffer may have lost some
   NoteFall(input, made);
   if (!CanPlace() && noted.certain && is_exact) {
-    meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
+    meter_.NoteExact(input, made, InSeconds(when.asked), InSeconds(when.answered));
   }
   if (CanPlace()) {
     if (!placed_) {
-      PlaceAt(made, Seconds(when.answered));
+      PlaceAt(made, InSeconds(when.answered));
     }
-    MoveTo(Seconds(when.answered));
+    MoveTo(InSeconds(when.answered));
     if (noted.doubted) {
       LookAtDoubted(input, count, when);
     } else if (noted.certain && is_exact) {
-      const bool is_low = !NoteNotMade(input, made, Seconds(when.asked));
-      const bool is_high = !NoteMade(input, made - 1, Seconds(when.answered));
+      const bool is_low = !NoteNotMade(input, made, InSeconds(when.asked));
+      const bool is_high = !NoteMade(input, made - 1, InSeconds(when.answered));
       // What was seen so often stays so: the next sample after a restart may come at its time.
       too_low_ = is_low || too_low_ >= kConflicts ? too_low_ + 1 : 0;
       if (is_high) {
         NoteHigh();
       } else if (!is_low) {
-        meter_.NoteExact(input, made, Seconds(when.asked), Seconds(when.answered));
+        meter_.NoteExact(input, made, InSeconds(when.asked), InSeconds(when.answered));
       }
     }
     Judge();
   } else if (noted.doubted) {
     ++At(input).looks;
   } else if (noted.certain && is_exact) {
-    Keep({input, made, true, Seconds(when.asked), Seconds(when.answered)});
+    Keep({input, made, true, InSeconds(when.asked), InSeconds(when.answered)});
   }
   EndRound(when.answered);
 }
@@ -327,8 +323,8 @@ void ColumnEvidence::LookAtDoubted(int input, int count, const Exchange& when) {
     return;
   }
   const std::int64_t made = noted.taken + count;
-  const double low = EarliestStart(made, Seconds(when.asked));
-  const double high = made > 0 ? LatestStart(made - 1, Seconds(when.answered)) : kInfinity;
+  const double low = EarliestStart(made, InSeconds(when.asked));
+  const double high = made > 0 ? LatestStart(made - 1, InSeconds(when.answered)) : kInfinity;
   if (low > noted.high || high < noted.low) {
     if (low > noted.high) {
       NoteLow();
@@ -535,8 +531,8 @@ std::optional<ColumnEvidence::Range> ColumnEvidence::MadeSince(int input, Time n
   if (!CanPlace() || !placed_ || bounds_.Width(input, 0) == kInfinity) {
     return std::nullopt;
   }
-  MoveTo(Seconds(now));
-  const double since = Seconds(now) - moment_;
+  MoveTo(InSeconds(now));
+  const double since = InSeconds(now) - moment_;
   const auto made = [this, since](double start) {
     return origin_ + 1 + static_cast<std::int64_t>(std::floor((since - start) / meter_.Middle()));
   };

@@ -175,6 +175,10 @@ class ColumnEvidence {
  private:
   static constexpr int kConflicts = 2;
 
+  [[nodiscard]] static double InSeconds(Time time) {
+    return std::chrono::duration<double>(time).count();
+  }
+
   struct Input {
     bool recorded = false;
     bool certain = false;  // its place among the others is known

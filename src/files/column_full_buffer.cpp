@@ -13,7 +13,7 @@ namespace {
 
 // A full buffer has lost at most so many samples more of one input than of another: one by the
 // order in which they are sampled, one for each exchange that failed while room was made.
-constexpr int kWidestShift = 5;
+constexpr int kWidestShiftOfFullBuffer = 5;
 
 // Room of two sets is enough where an interval is long and the order is known: one more is made
 // while the inputs are compared.
@@ -161,7 +161,7 @@ void ColumnKeeper::CompareFull(int slot) {
   column.lost.reset();
   column.stored.reset();
   column.is_still_full = false;
-  column.evidence.Realign(kWidestShift);
+  column.evidence.Realign(kWidestShiftOfFullBuffer);
   column.full.Compare();
 }
 

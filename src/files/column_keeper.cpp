@@ -20,10 +20,6 @@ constexpr int kLooksOfSuspicion = 48;
 
 constexpr int kMostRefusals = 8;  // in a row; then the instrument cannot count
 
-double Seconds(ColumnKeeper::Time time) {
-  return std::chrono::duration<double>(time).count();
-}
-
 std::string NumberOf(const std::vector<int>& inputs, Language language) {
   std::string numbers;
   for (std::size_t place = 0; place < inputs.size(); ++place) {
@@ -216,7 +212,8 @@ bool ColumnKeeper::HasWaitedLong(int slot) const {
   const Column& column = columns_[slot];
   const IntervalMeter& interval = column.evidence.Interval();
   const double longest = interval.IsKnown() ? interval.High() : interval.Nominal();
-  return column.misses_since && Seconds(clock_.Elapsed() - *column.misses_since) > kLate * longest;
+  return column.misses_since &&
+         clock_.Elapsed() - *column.misses_since > std::chrono::duration<double>(kLate * longest);
 }
 
 // ---- A doubt.

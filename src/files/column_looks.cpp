@@ -22,10 +22,6 @@ constexpr double kLearnedWell = 1.0 / 5;
 constexpr double kLearnedEnough = 1.0 / 2;  // for one neighbour to be asked instead of all
 constexpr int kLearningIntervals = 12;      // after so many there is nothing more to learn
 
-double Seconds(ColumnEvidence::Time time) {
-  return std::chrono::duration<double>(time).count();
-}
-
 ColumnEvidence::Time After(ColumnEvidence::Time time, double seconds) {
   return time +
          std::chrono::duration_cast<ColumnEvidence::Time>(std::chrono::duration<double>(seconds));
@@ -133,12 +129,12 @@ void ColumnEvidence::EndRound(Time now) {
 void ColumnEvidence::BeginLearning(Time now) {
   learning_ = true;
   was_learning_ = true;
-  learning_since_ = Seconds(now);
+  learning_since_ = InSeconds(now);
   PlanRound();
 }
 
 void ColumnEvidence::LearnMore(Time now) {
-  const bool is_over = Seconds(now) - learning_since_ > kLearningIntervals * Step();
+  const bool is_over = InSeconds(now) - learning_since_ > kLearningIntervals * Step();
   if (!learning_ || is_over || IsLearned()) {
     learning_ = false;
     round_.clear();

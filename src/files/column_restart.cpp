@@ -12,7 +12,7 @@ namespace tavrel {
 namespace {
 
 // One set for the moment of the restart, one for an exchange that has failed.
-constexpr int kWidestShift = 2;
+constexpr int kWidestShiftOfRestart = 2;
 
 // What contradicts itself so often while the columns are compared cannot be compared.
 constexpr int kMostRestarts = 8;
@@ -84,7 +84,8 @@ void ColumnKeeper::TakeRestart(int slot) {
   }
   const bool is_last = column.restarts >= kMostRestarts;
   const bool is_proven = column.evidence.SawFall() || is_last;
-  column.evidence.BeginAnew(seen, kWidestShift, is_proven || column.restarts < kRestartsOfInterval);
+  column.evidence.BeginAnew(seen, kWidestShiftOfRestart,
+                            is_proven || column.restarts < kRestartsOfInterval);
   if (is_proven && !column.evidence.Interval().IsKnown()) {
     column.evidence.BelieveInterval(column.before->Interval());
   }
@@ -97,7 +98,7 @@ void ColumnKeeper::TakeRestart(int slot) {
 // since the moment until which there was no restart its values may stand too early.
 bool ColumnKeeper::CarryOutRestart(int slot) {
   Column& column = columns_[slot];
-  int least = kWidestShift;
+  int least = kWidestShiftOfRestart;
   for (const int input : RecordedInputs(slot)) {
     least =
         column.evidence.IsCertain(input) ? std::min(least, column.evidence.Ahead(input)) : least;

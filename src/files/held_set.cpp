@@ -10,7 +10,7 @@ namespace tavrel {
 
 namespace {
 
-constexpr std::array<char, 4> kMark = {'T', 'A', 'V', 'I'};
+constexpr std::array<char, 4> kWholeMark = {'T', 'A', 'V', 'I'};
 constexpr std::array<char, 4> kOldMark = {'T', 'A', 'V', 'H'};
 constexpr double kPart = 1.0 / 16384;      // of the interval
 constexpr double kMicrosecond = 1e-6;      // in seconds
@@ -151,7 +151,7 @@ std::optional<HeldSet> DecodeOld(std::span<const std::byte> bytes) {
 
 HeldSetBytes EncodeHeldSet(const HeldSet& held) {
   Layout layout{};
-  layout.Mark = kMark;
+  layout.Mark = kWholeMark;
   layout.SampleCount = held.SampleCount;
   layout.LastSet = held.Columns.LastSet;
   layout.AskedInput = static_cast<std::int16_t>(held.AskedInput);
@@ -180,7 +180,7 @@ std::optional<HeldSet> DecodeHeldSet(std::span<const std::byte> bytes) {
     return std::nullopt;
   }
   const auto layout = LayoutOf<Layout>(bytes);
-  const bool is_whole = layout.Mark == kMark && layout.Sum == SumOf(layout);
+  const bool is_whole = layout.Mark == kWholeMark && layout.Sum == SumOf(layout);
   const bool is_comparison = layout.Compared <= static_cast<std::uint8_t>(Comparison::kRestart);
   if (!is_whole || !is_comparison || !IsInputOrNone(layout.AskedInput) ||
       !IsOrderPossible(layout)) {

@@ -21,10 +21,6 @@ constexpr IndexRule kSecondRelative = {'K', false, 40, 0, 40, 0};
 constexpr std::size_t kDateDigits = 6;  // "yymmdd" behind the letter
 constexpr char kSubfileLetter = 'S';
 
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
-
 // "mm-dd-yyyy / hh:nn" as yyyymmddhhmm; 0 for any other text.
 std::int64_t DateNumber(std::string_view text) {
   constexpr std::string_view kForm = "00-00-0000 / 00:00";

@@ -3,6 +3,8 @@
 #include <array>
 #include <optional>
 
+#include "base/text.h"
+
 namespace tavrel {
 namespace {
 
@@ -58,10 +60,6 @@ constexpr std::array kReasons = {
 
 constexpr std::size_t kMostNumbers = 2;
 using Numbers = std::array<std::string_view, kMostNumbers>;
-
-bool IsDigit(char letter) {
-  return letter >= '0' && letter <= '9';
-}
 
 // The numbers that stand at "%1" and "%2" of the pattern, in this order.
 std::optional<Numbers> NumbersOf(std::string_view pattern, std::string_view text) {

@@ -47,7 +47,7 @@ constexpr std::array<StepRule, 14> kStepsX = {{{600000, 300000},
                                                {30, 10}}};
 constexpr double kSmallestStepX = 5;
 
-constexpr int kHour = 60;                // minutes
+constexpr int kWholeHour = 60;           // minutes
 constexpr const char* kWhole = "####0";  // masks of the labels
 constexpr const char* kTenths = "###0.0";
 
@@ -76,10 +76,10 @@ std::vector<AxisTick> TimeTicks(const ViewFrame& view, const TextWidthOf& width_
   // Counted in whole steps: a sum of steps would stall or drift.
   for (std::int32_t n = IntFloor(view.XLeft / step); n * step <= view.XRight; ++n) {
     const double x = n * step;
-    if (view.IsInHours() && IntFloor(x) % kHour > 1) {
+    if (view.IsInHours() && IntFloor(x) % kWholeHour > 1) {
       continue;
     }
-    AxisTick tick{x, FormatMask(view.IsInHours() ? x / kHour : x, kWhole), 0};
+    AxisTick tick{x, FormatMask(view.IsInHours() ? x / kMinutesOfHour : x, kWhole), 0};
     tick.Width = width_of(tick.Text);
     const double half = tick.Width / 2;
     if (x - half <= view.XLeft || x + half >= view.XRight) {

@@ -20,7 +20,6 @@ constexpr double kArmsUp = 50;
 constexpr double kLabelAway = 0.01;  // of the view, from the mouse to the label
 constexpr double kClick = 0.005;     // of the view: so far a hand moves while it clicks
 constexpr double kTolerance = 100;   // a part of the view, see Baseline::At
-constexpr double kMinute = 60;       // seconds
 
 double HeldBetween(double value, double edge, double other_edge) {
   if (std::isnan(value)) {
@@ -304,7 +303,7 @@ void GraphTools::Integrate() {
   const int start = RecordOfRow(first, channels);
   const int end = std::min(RecordOfRow(last, channels), view.RecEnd);
   const double sum = end > start ? SumRows(start, end) : 0;
-  Prompt(IntegralText(interval * sum / kMinute));
+  Prompt(IntegralText(interval * sum / kSecondsOfMinute));
   PicC().Refresh();
 }
 

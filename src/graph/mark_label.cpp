@@ -3,16 +3,14 @@
 namespace tavrel {
 namespace {
 
-constexpr double kSecondsBelow = 16;  // minutes
-constexpr double kHoursAbove = 60;    // minutes
-constexpr double kMinute = 60;        // seconds
-constexpr double kHour = 60;          // minutes
+constexpr double kHoursAbove = 60;  // minutes
 
 std::string TimeText(double minutes) {
   if (minutes < kSecondsBelow) {
-    return ValueText(minutes * kMinute) + " sec";
+    return ValueText(minutes * kSecondsOfMinute) + " sec";
   }
-  return minutes < kHoursAbove ? ValueText(minutes) + " min" : ValueText(minutes / kHour) + " h";
+  return minutes < kHoursAbove ? ValueText(minutes) + " min"
+                               : ValueText(minutes / kMinutesOfHour) + " h";
 }
 
 }  // namespace

@@ -4,14 +4,12 @@
 #include <cmath>
 
 #include "base/number.h"
+#include "graph/view_frame.h"
 
 namespace tavrel {
 namespace {
 
-constexpr double kSecondsBelow = 16;  // minutes: shorter differences read in seconds
 constexpr double kMinutesUpTo = 60;   // degrees: see DifferenceText
-constexpr double kMinute = 60;        // seconds
-constexpr double kHour = 60;          // minutes
 constexpr double kSlopeScale = 1000;  // the slope reads in E-3
 constexpr double kLegendRows = 15;
 
@@ -22,9 +20,9 @@ struct Span {
 
 Span SpanOf(double dx, double dy) {
   if (dx < kSecondsBelow) {
-    return {dx * kMinute, " sec"};
+    return {dx * kSecondsOfMinute, " sec"};
   }
-  return dy <= kMinutesUpTo ? Span{dx, " min"} : Span{dx / kHour, " h"};
+  return dy <= kMinutesUpTo ? Span{dx, " min"} : Span{dx / kMinutesOfHour, " h"};
 }
 
 }  // namespace
@@ -38,8 +36,8 @@ std::string ValueText(double value) {
 }
 
 std::string CursorTextX(double minutes, bool is_in_hours) {
-  return "x = " +
-         (is_in_hours ? FormatMask(minutes / kHour, "###0.0") : FormatMask(minutes, "##0.00"));
+  return "x = " + (is_in_hours ? FormatMask(minutes / kMinutesOfHour, "###0.0")
+                               : FormatMask(minutes, "##0.00"));
 }
 
 std::string CursorTextY(double degrees) {

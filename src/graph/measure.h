@@ -16,6 +16,9 @@ struct PlotPoint {
   [[nodiscard]] bool operator==(const PlotPoint&) const = default;
 };
 
+// Times below these minutes read in seconds.
+inline constexpr double kSecondsBelow = 16;
+
 // The number format of the read-outs: |v| up to 100 with two decimals, up to 1000 with one.
 [[nodiscard]] std::string ValueText(double value);
 

@@ -9,7 +9,7 @@
 namespace tavrel {
 namespace {
 
-constexpr double kRow = 1;           // height of a row of the page
+constexpr double kPageRow = 1;       // height of a row of the page
 constexpr double kProbePoints = 10;  // any size that is known
 
 double Ratio(double span, double logical_span) {
@@ -68,7 +68,7 @@ PageFont::PageFont(Page& page, const std::string& family, double points)
   if (points_ <= 0) {
     points_ = SizeOfSurface();
   }
-  points_ *= std::min(1.0, kRow / page_.LineHeight());
+  points_ *= std::min(1.0, kPageRow / page_.LineHeight());
   Restore();
 }
 

@@ -24,13 +24,13 @@ constexpr double kHeaderMargin = 2;
 constexpr double kHeaderGap = 2;     // between the texts of the header
 constexpr double kLedgerText = 4.5;  // between the header and the plot
 constexpr double kLedgerHeight = 0.8;
-constexpr double kTickLong = 0.3;  // beneath the plot
-constexpr double kTickWide = 0.7;  // left of it
-constexpr double kLabelAway = 1;   // from the plot to the labels of both axes
-constexpr double kUnitAway = 0.5;  // from the plot to the unit of the X axis
-constexpr double kGap = 0.5;       // between texts
-constexpr double kSampleLeft = 5;  // of the legend left of the plot
-constexpr double kSampleRight = 10;
+constexpr double kTickLong = 0.3;      // beneath the plot
+constexpr double kTickWide = 0.7;      // left of it
+constexpr double kAxisLabelAway = 1;   // from the plot to the labels of both axes
+constexpr double kUnitAway = 0.5;      // from the plot to the unit of the X axis
+constexpr double kGap = 0.5;           // between texts
+constexpr double kPageSampleLeft = 5;  // of the legend left of the plot
+constexpr double kPageSampleRight = 10;
 constexpr double kNameLeft = 12;
 constexpr double kTableTop = 29;  // row 0 of the table
 constexpr double kTableNumber = 12;
@@ -161,7 +161,7 @@ void Report::DrawAxes() {
     DrawTimeTicks();
   }
   DrawValueTicks();
-  page_.PrintLeft(Layout().PlotRight + kUnitAway, Layout().PlotBottom + kLabelAway,
+  page_.PrintLeft(Layout().PlotRight + kUnitAway, Layout().PlotBottom + kAxisLabelAway,
                   TrimRight(AxisUnit(view, is_reference_axis)));
   if (IsRelativeMode(content_.Unit.UnitGraphMode)) {
     page_.On().Line({view.XLeft, 0, view.XRight, 0, kBlack});
@@ -178,7 +178,7 @@ void Report::PrintBelow(double x, const std::string& text) {
   const double logical = Layout().PlotLeft + (x - content_.View.XLeft) / page_.PerX();
   const double bottom = Layout().PlotBottom;
   page_.Line(logical, bottom, logical, bottom + kTickLong);
-  page_.PrintCentred(logical, logical, bottom + kLabelAway, text);
+  page_.PrintCentred(logical, logical, bottom + kAxisLabelAway, text);
 }
 
 void Report::DrawTimeTicks() {
@@ -218,7 +218,7 @@ void Report::DrawReferenceTicks() {
 void Report::DrawValueTicks() {
   const ViewFrame& view = content_.View;
   const double height = page_.LineHeight() * page_.PerY();
-  const double labels_right = Layout().PlotLeft - kLabelAway;
+  const double labels_right = Layout().PlotLeft - kAxisLabelAway;
   labels_left_ = labels_right;
   const auto width_of = [this](std::string_view text) { return page_.WidthOf(text); };
   for (const AxisTick& tick : ValueTicks(view, height, width_of)) {
@@ -258,7 +258,7 @@ void Report::DrawLegendBeside() {
   font_.Fit(longest, labels_left_ - kGap - kNameLeft);
   for (int k = 0; k < curves.CurveCount; ++k) {
     const double y = Layout().PlotTop + k + 1;
-    DrawSample(curves.At(k), kSampleLeft, kSampleRight, y);
+    DrawSample(curves.At(k), kPageSampleLeft, kPageSampleRight, y);
     page_.PrintLeft(kNameLeft, y, NameOf(curves.At(k).CurveInput));
   }
 }

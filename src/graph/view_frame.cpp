@@ -11,7 +11,6 @@ namespace {
 constexpr int kHeader = 500;            // words of the header
 constexpr int kLowResolutionFrom = 53;  // UnitRes
 constexpr int kLowResolutionPoints = 100;
-constexpr double kMinute = 60;  // seconds
 
 double FactorOf(double code_span, double span) {
   return span == 0 ? 0 : code_span / span;
@@ -50,7 +49,7 @@ double DecodeY(const ViewFrame& view, std::int16_t code) {
 }
 
 double RowAt(double minutes, int rec_interval, int channels) {
-  const double row = kMinute * minutes / rec_interval;
+  const double row = kSecondsOfMinute * minutes / rec_interval;
   return std::min(row == 0 ? 1.0 : row, static_cast<double>(MaxRow(channels)));
 }
 
@@ -59,7 +58,7 @@ int RecordOfRow(double row, int channels) {
 }
 
 double MinutesOfRecord(int record, int rec_interval, int channels) {
-  return (record - kHeader) * (rec_interval / kMinute) / channels;
+  return (record - kHeader) * (rec_interval / kSecondsOfMinute) / channels;
 }
 
 int RecEndOf(const ViewFrame& view, std::int32_t sample_count, int channels) {

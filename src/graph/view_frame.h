@@ -40,6 +40,9 @@ inline constexpr int kReferenceMode = 2;  // and the X axis has the values of th
 // 500 of the header still a record number of 16 bits.
 inline constexpr int kMaxShownWords = 32200;
 
+inline constexpr double kSecondsOfMinute = 60;
+inline constexpr double kMinutesOfHour = 60;
+
 // From this right edge on, minutes, the X axis is labelled in hours.
 inline constexpr double kHoursFrom = 300;
 

@@ -60,6 +60,9 @@ struct RegisterPlace {
   int Address = 0;
 };
 
+// The letters of the groups of registers, in the order of their places.
+inline constexpr std::string_view kRegisterLetters = "GHIJKLMNOPQRSTUVWXYZ";
+
 // The place of register `letter` with `index`. Variants 1 and 2 know no letters: bank and
 // address go out as the caller gives them, and so they do for a letter outside G..Z. An empty
 // letter counts as a blank.

@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::size_t kLargestFile = 1'000'000;  // bytes
 constexpr std::size_t kMostLines = 200;          // as many as the window of notices holds
-constexpr const char* kTime = "time";
-constexpr const char* kTitle = "title";
+constexpr const char* kTimeMember = "time";
+constexpr const char* kTitleMember = "title";
 constexpr const char* kText = "text";
 constexpr const char* kIcon = "icon";
 
@@ -57,8 +57,8 @@ std::optional<Notice> NoticeOf(const std::string& line, Language language) {
   if (text.empty()) {
     return std::nullopt;
   }
-  return Notice{main_text::kAtTheEnd.Text(language, {TextIn(*value, kTime), text}),
-                TextIn(*value, kTitle), IconIn(*value)};
+  return Notice{main_text::kAtTheEnd.Text(language, {TextIn(*value, kTimeMember), text}),
+                TextIn(*value, kTitleMember), IconIn(*value)};
 }
 
 }  // namespace
@@ -73,8 +73,8 @@ std::string KeepUntold(const std::string& directory, const std::vector<Notice>& 
     return no_answer.Text;
   }
   for (const Notice& notice : notices) {
-    lines.push_back(JsonText(JsonValue::Members{{kTime, TimeText(now)},
-                                                {kTitle, notice.Title},
+    lines.push_back(JsonText(JsonValue::Members{{kTimeMember, TimeText(now)},
+                                                {kTitleMember, notice.Title},
                                                 {kText, notice.Text},
                                                 {kIcon, static_cast<int>(notice.Icon)}}));
   }

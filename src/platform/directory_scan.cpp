@@ -13,6 +13,8 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/error_text.h"
+
 namespace tavrel {
 namespace {
 
@@ -20,10 +22,6 @@ struct CloseDirectory {
   void operator()(DIR* directory) const { closedir(directory); }
 };
 using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
-
-std::string ErrorText(int error_number) {
-  return std::generic_category().message(error_number);
-}
 
 // A path that the system would cut at a zero byte leads nowhere instead of elsewhere.
 OpenDirectory Open(const std::string& path) {

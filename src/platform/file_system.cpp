@@ -16,6 +16,7 @@
 #include <system_error>
 
 #include "base/text.h"
+#include "platform/error_text.h"
 
 namespace tavrel {
 namespace {
@@ -30,10 +31,6 @@ constexpr std::size_t kCopyBlock{1024 * 1024UL};  // bytes
 constexpr std::int64_t kSyncBytes{4L * 1024 * 1024};
 constexpr std::string_view kTemporaryStart = ".tavrel-";
 constexpr std::string_view kTemporaryEnd = ".tmp";
-
-std::string ErrorText(int error_number) {
-  return std::generic_category().message(error_number);
-}
 
 // A path that the system would cut at a zero byte leads nowhere instead of elsewhere.
 fs::path ToPath(const std::string& path) {

@@ -6,18 +6,18 @@
 namespace tavrel {
 namespace {
 
-using Library = nlohmann::ordered_json;
+using LibraryValue = nlohmann::ordered_json;
 
-Library ToLibrary(const JsonValue& value) {
+LibraryValue ToLibrary(const JsonValue& value) {
   if (const auto* const list = value.Elements()) {
-    Library made = Library::array();
+    LibraryValue made = LibraryValue::array();
     for (const JsonValue& each : *list) {
       made.push_back(ToLibrary(each));
     }
     return made;
   }
   if (const auto* const members = value.Object()) {
-    Library made = Library::object();
+    LibraryValue made = LibraryValue::object();
     for (const auto& [name, each] : *members) {
       made[name] = ToLibrary(each);
     }
@@ -33,13 +33,13 @@ Library ToLibrary(const JsonValue& value) {
     return *whole;
   }
   const auto number = value.Number();
-  return number ? Library(*number) : Library();
+  return number ? LibraryValue(*number) : LibraryValue();
 }
 
-JsonValue FromLibrary(const Library& value) {
+JsonValue FromLibrary(const LibraryValue& value) {
   if (value.is_array()) {
     JsonValue::List list;
-    for (const Library& each : value) {
+    for (const LibraryValue& each : value) {
       list.push_back(FromLibrary(each));
     }
     return list;
@@ -84,12 +84,12 @@ bool IsFlat(std::string_view text) {
   return depth <= kJsonDepth;
 }
 
-bool HoldsHugeNumber(const Library& value) {
+bool HoldsHugeNumber(const LibraryValue& value) {
   if (value.is_number_unsigned()) {
     return value.get<std::uint64_t>() >
            static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
   }
-  for (const Library& each : value.is_structured() ? value : Library::array()) {
+  for (const LibraryValue& each : value.is_structured() ? value : LibraryValue::array()) {
     if (HoldsHugeNumber(each)) {
       return true;
     }
@@ -147,14 +147,14 @@ bool JsonValue::IsNull() const {
 }
 
 std::string JsonText(const JsonValue& value) {
-  return ToLibrary(value).dump(-1, ' ', false, Library::error_handler_t::replace);
+  return ToLibrary(value).dump(-1, ' ', false, LibraryValue::error_handler_t::replace);
 }
 
 std::optional<JsonValue> ReadJson(std::string_view text) {
   if (!IsFlat(text)) {
     return std::nullopt;
   }
-  const Library read = Library::parse(text, nullptr, false);
+  const LibraryValue read = LibraryValue::parse(text, nullptr, false);
   if (read.is_discarded() || HoldsHugeNumber(read)) {
     return std::nullopt;
   }

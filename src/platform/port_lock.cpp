@@ -24,8 +24,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::size_t kLongestLock = 1024;  // characters; known forms have some hundred at most
-constexpr milliseconds kBeingWritten{200};  // how long an empty lock file counts as young
+constexpr std::size_t kLongestDescriptor = 1024;  // characters; known forms have some hundred
+constexpr milliseconds kBeingWritten{200};        // how long an empty lock file counts as young
 constexpr milliseconds kLookAgain{20};
 
 // A pipe would keep the opening waiting, a device would notice it, and where a link leads is
@@ -45,7 +45,7 @@ bool IsNothingAt(const std::string& path) {
 }
 
 std::string TextOf(const OpenDescriptor& file) {
-  std::array<char, kLongestLock> text{};
+  std::array<char, kLongestDescriptor> text{};
   const ssize_t came = pread(file.Number(), text.data(), text.size(), 0);
   return {text.data(), static_cast<std::size_t>(came > 0 ? came : 0)};
 }

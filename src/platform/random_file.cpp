@@ -193,7 +193,7 @@ bool RandomFile::Sync() {
 }
 
 bool RandomFile::Fail(int error_number) {
-  error_ = std::generic_category().message(error_number);
+  error_ = ErrorText(error_number);
   why_ = FailureOf(error_number);
   return false;
 }

@@ -11,27 +11,27 @@ namespace {
 constexpr std::size_t kKeptOfAColumn = 4;
 constexpr std::size_t kLinesOfAPiece = 128;
 
-using Place = StrokePoints::const_iterator;
+using PointPlace = StrokePoints::const_iterator;
 
 // The points of one column, of which `first` is the first.
-Place EndOfColumn(Place first, Place end, double width) {
+PointPlace EndOfColumn(PointPlace first, PointPlace end, double width) {
   const double column = std::floor(first->X / width);
   return std::find_if(first, end, [column, width](const StrokePoint& point) {
     return std::floor(point.X / width) != column;
   });
 }
 
-void AddSeen(Place first, Place end, StrokePoints& seen) {
+void AddSeen(PointPlace first, PointPlace end, StrokePoints& seen) {
   if (static_cast<std::size_t>(end - first) <= kKeptOfAColumn) {
     seen.insert(seen.end(), first, end);
     return;
   }
   const auto is_higher = [](const StrokePoint& a, const StrokePoint& b) { return a.Y < b.Y; };
   const auto [least, most] = std::minmax_element(first, end, is_higher);
-  std::array<Place, kKeptOfAColumn> kept{first, std::min(least, most), std::max(least, most),
-                                         end - 1};
+  std::array<PointPlace, kKeptOfAColumn> kept{first, std::min(least, most), std::max(least, most),
+                                              end - 1};
   const auto kept_end = std::unique(kept.begin(), kept.end());
-  std::for_each(kept.begin(), kept_end, [&seen](Place place) { seen.push_back(*place); });
+  std::for_each(kept.begin(), kept_end, [&seen](PointPlace place) { seen.push_back(*place); });
 }
 
 }  // namespace
@@ -41,8 +41,8 @@ StrokePoints WithoutUnseen(const StrokePoints& points, double column_width) {
     return points;
   }
   StrokePoints seen;
-  for (Place first = points.begin(); first != points.end();) {
-    const Place end = EndOfColumn(first, points.end(), column_width);
+  for (PointPlace first = points.begin(); first != points.end();) {
+    const PointPlace end = EndOfColumn(first, points.end(), column_width);
     AddSeen(first, end, seen);
     first = end;
   }

@@ -10,7 +10,7 @@ constexpr std::int16_t kTestEprom = 9;
 constexpr int kFailedAddress = 8;  // index of the result; 0: none has failed
 constexpr int kFirmwareVersion = 9;
 constexpr std::int16_t kSimulatedVersion = 0x0115;
-constexpr std::chrono::milliseconds kPause{200};  // between two rounds
+constexpr std::chrono::milliseconds kBetweenRounds{200};  // between two rounds
 
 MemoryVerdict VerdictOf(std::int16_t failed_address) {
   if (failed_address != 0) {
@@ -87,7 +87,7 @@ LinkResult MemoryTest::TakeVersion() {
     ++mem_tests_;
     values_.version = FourDigits(version.word);
     values_.tests = std::to_string(mem_tests_);
-    Parts().state.TickBlink = Parts().clock.Elapsed() + kPause;
+    Parts().state.TickBlink = Parts().clock.Elapsed() + kBetweenRounds;
   }
   return GoOnIfGood(version.status, MemStep::kOrderRam);
 }

@@ -13,6 +13,9 @@ namespace tavrel {
 
 inline constexpr const char* kOutputRecordsFile = "TAVREL.OUT";
 
+// Title of the boxes about outputs that are switched by hand.
+inline constexpr const char* kOutputTestTitle = "Test of Outputs";
+
 // A controller whose outputs are switched by hand, and the status that it had before.
 struct OutputRecord {
   int Inet = 0;             // 1..6

@@ -12,7 +12,6 @@ namespace tavrel {
 namespace {
 
 constexpr std::chrono::seconds kTryAgain{10};
-constexpr const char* kTitle = "Test of Outputs";
 
 bool IsOn(std::int16_t status) {
   return status >= controller::kIsotherm && status <= controller::kTest;
@@ -170,7 +169,7 @@ void OutputRecovery::Tell(int inet, const std::vector<Return>& returns) {
   const Language language = UserLanguage(parts_.state);
   std::string text = service_text::kNotEnded.Text(language, {std::to_string(inet)});
   if (returns.empty()) {
-    parts_.dialogs.Announce({text, kTitle});
+    parts_.dialogs.Announce({text, kOutputTestTitle});
     return;
   }
   std::string controllers;
@@ -179,11 +178,12 @@ void OutputRecovery::Tell(int inet, const std::vector<Return>& returns) {
         language, {std::to_string(wish.record.Controller), controller::WordOf(wish.record.Before)});
   }
   text += service_text::kWereOn.Text(language, {controllers});
-  parts_.dialogs.AskBeside({text, kTitle, BoxIcon::kQuestion, true}, [this, returns](bool yes) {
-    if (yes) {
-      returns_.insert(returns_.end(), returns.begin(), returns.end());
-    }
-  });
+  parts_.dialogs.AskBeside({text, kOutputTestTitle, BoxIcon::kQuestion, true},
+                           [this, returns](bool yes) {
+                             if (yes) {
+                               returns_.insert(returns_.end(), returns.begin(), returns.end());
+                             }
+                           });
 }
 
 bool OutputRecovery::IsVoid(const Return& wish) const {
@@ -224,7 +224,7 @@ bool OutputRecovery::GiveBack(Return& wish) {
     parts_.dialogs.Announce({service_text::kRefuses.Text(
                                  UserLanguage(parts_.state),
                                  {std::to_string(record.Inet), std::to_string(record.Controller)}),
-                             kTitle});
+                             kOutputTestTitle});
   }
   return IsGood(result) || result == LinkResult::kRejected;
 }

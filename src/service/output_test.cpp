@@ -16,7 +16,6 @@ namespace {
 constexpr std::chrono::seconds kClosingGuard{3};  // without a good answer
 constexpr int kMostRefusals = 3;                  // of a status that is given back
 constexpr std::int16_t kFullPower = 100;          // percent
-constexpr const char* kTitle = "Test of Outputs";
 
 bool IsControlling(std::int16_t status) {
   return status >= controller::kIsotherm && status <= controller::kDynamicFalling;
@@ -32,7 +31,8 @@ void OutputTest::Open() {
   }
   if (!records_.Load() || records_.Has(inet)) {
     Parts().dialogs.Message(
-        {service_text::kStillOn.Text(UserLanguage(Parts().state), {std::to_string(inet)}), kTitle});
+        {service_text::kStillOn.Text(UserLanguage(Parts().state), {std::to_string(inet)}),
+         kOutputTestTitle});
     return;
   }
   OpenScreen();
@@ -365,7 +365,7 @@ void OutputTest::GiveUp() {
   if (!Unfinished().empty()) {
     Parts().dialogs.Announce(
         {service_text::kMayBeOn.Text(UserLanguage(Parts().state), {std::to_string(Inet())}),
-         kTitle});
+         kOutputTestTitle});
   }
   Leave();
 }

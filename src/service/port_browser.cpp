@@ -10,7 +10,7 @@ namespace {
 constexpr int kSymbolColumn = 1;
 constexpr int kHexColumn = 2;
 constexpr const char* kNoSymbol = " -      ";
-constexpr RegisterSheet::Heads kHeads = {{"addr", "sym", "hex", "7  6  5  4     3  2  1  0"}};
+constexpr RegisterSheet::Heads kPortHeads = {{"addr", "sym", "hex", "7  6  5  4     3  2  1  0"}};
 
 // A register without a use. In instruments of other kinds it takes commands, and 0 ends one.
 constexpr const char* kUnusedLetter = "V";
@@ -26,7 +26,7 @@ std::string PortBrowser::Caption() const {
 }
 
 const RegisterSheet::Heads& PortBrowser::ColumnHeads() const {
-  return kHeads;
+  return kPortHeads;
 }
 
 bool PortBrowser::IsEditable(int column) const {

@@ -9,10 +9,9 @@ namespace {
 
 constexpr int kTypeWithLegend = 4;
 
-constexpr std::string_view kLetters = "GHIJKLMNOPQRSTUVWXYZ";
 constexpr std::string_view kBanks = "VP";
-constexpr RegisterLayout kLayout4{kLetters, 16, ""};
-constexpr RegisterLayout kLayout3{kLetters, 8, "DREM 114"};
+constexpr RegisterLayout kLayout4{kRegisterLetters, 16, ""};
+constexpr RegisterLayout kLayout3{kRegisterLetters, 8, "DREM 114"};
 constexpr RegisterLayout kLayout2{kBanks, 64, "VELO 5"};
 constexpr RegisterLayout kLayout1{kBanks, 64, ""};
 

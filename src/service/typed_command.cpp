@@ -12,7 +12,6 @@ namespace {
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 constexpr int kTooLarge = 1 << 16;
 constexpr std::string_view kOfBuffers = "XRS";
-constexpr std::string_view kLetters = "GHIJKLMNOPQRSTUVWXYZ";
 constexpr int kTypeSel = 4;  // of the instruments in use
 
 // A number in hexadecimal digits; none of them is 0. Held where it is larger than any place.
@@ -118,7 +117,8 @@ std::optional<BufferCommand> BufferCommandIn(std::string_view text) {
 std::optional<RegisterWrite> RegisterWriteIn(std::string_view text) {
   const std::string upper = UpperCase(text);
   const std::optional<Access> access = AccessIn(upper);
-  const auto place = access && !access->is_read ? PlaceIn(access->place, kLetters) : std::nullopt;
+  const auto place =
+      access && !access->is_read ? PlaceIn(access->place, kRegisterLetters) : std::nullopt;
   const bool is_word = place &&
                        access->value.find_first_not_of(kDigits) == std::string_view::npos &&
                        NumberOf(access->value) < kTooLarge;

@@ -13,9 +13,9 @@ constexpr int kOwnType = 4;  // the variant of which this system knows the regis
 constexpr std::chrono::seconds kLongestWait{5};
 constexpr BothLanguages kInHand{"   held for ", "   gehalten für "};
 constexpr BothLanguages kNotRead{"   being checked for ", "   in Prüfung für "};
-constexpr int kHexColumn = 1;
-constexpr int kDecColumn = 2;
-constexpr RegisterSheet::Heads kHeads = {{"addr", "hex", "dec", "designation"}};
+constexpr int kWordHexColumn = 1;
+constexpr int kWordDecColumn = 2;
+constexpr RegisterSheet::Heads kVariableHeads = {{"addr", "hex", "dec", "designation"}};
 
 std::string RowName(int slot, Language language) {
   return service_text::kRow.Text(language, {std::to_string(slot)});
@@ -49,11 +49,11 @@ std::string VariableBrowser::Caption() const {
 }
 
 const RegisterSheet::Heads& VariableBrowser::ColumnHeads() const {
-  return kHeads;
+  return kVariableHeads;
 }
 
 bool VariableBrowser::IsEditable(int column) const {
-  return column == kHexColumn || column == kDecColumn;
+  return column == kWordHexColumn || column == kWordDecColumn;
 }
 
 std::string VariableBrowser::TextOf(int row, int column) const {
@@ -61,9 +61,9 @@ std::string VariableBrowser::TextOf(int row, int column) const {
   switch (column) {
     case 0:
       return layout_.Key(row);
-    case kHexColumn:
+    case kWordHexColumn:
       return value.Digits;
-    case kDecColumn:
+    case kWordDecColumn:
       return value.Digits.empty() ? "" : std::to_string(value.Word);
     default:
       return std::string(DesignationOf(type_sel_, layout_.At(Inet(), row))) + value.Remark;
@@ -187,7 +187,7 @@ LinkResult VariableBrowser::WriteSeries(const Register& to, std::int16_t word,
 }
 
 std::optional<std::int16_t> VariableBrowser::WordOf(const std::string& text, int column) const {
-  return column == kHexColumn ? WordOfHex(text) : WordOfDecimal(text);
+  return column == kWordHexColumn ? WordOfHex(text) : WordOfDecimal(text);
 }
 
 }  // namespace tavrel

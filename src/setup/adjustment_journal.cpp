@@ -18,13 +18,9 @@ namespace {
 
 constexpr const char* kEndOfLine = "\r\n";
 
-std::string TextOf(const std::optional<std::int16_t>& word) {
-  return word ? std::to_string(*word) : "?";
-}
-
 std::string TextOf(const ChannelWords& words) {
-  return " J " + TextOf(words.J) + " K " + TextOf(words.K) + " L " + TextOf(words.L) + " O " +
-         TextOf(words.O);
+  return " J " + WordText(words.J) + " K " + WordText(words.K) + " L " + WordText(words.L) + " O " +
+         WordText(words.O);
 }
 
 std::string TextOf(const std::vector<AdjustmentReading>& readings) {
@@ -73,6 +69,10 @@ bool IsOver(const std::string& line) {
 }
 
 }  // namespace
+
+std::string WordText(const std::optional<std::int16_t>& word) {
+  return word ? std::to_string(*word) : "?";
+}
 
 std::string AdjustmentJournal::TimeText() const {
   const WallTime now = clock_.Now();

@@ -39,6 +39,9 @@ struct ChannelWords {
   std::optional<std::int16_t> O;
 };
 
+// A word as a text; "?" where it is not known.
+[[nodiscard]] std::string WordText(const std::optional<std::int16_t>& word);
+
 // The journal of adjustments: a text file to which each run adds a record, so that nobody has to
 // guess later how an input came to its coefficients, or which it had before. The record is begun,
 // and on the disk, before the run writes to the instrument; docs/adjustment_journal.md tells the

@@ -14,7 +14,6 @@ namespace {
 constexpr std::chrono::seconds kNoLead{0};
 constexpr std::chrono::seconds kReferenceLead{11};  // a simulator takes its time to settle
 constexpr const char* kCollectReference = "... collecting data ...  (2min)";
-constexpr const char* kTitle = "adjustment";
 
 }  // namespace
 

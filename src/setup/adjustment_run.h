@@ -111,6 +111,8 @@ class AdjustmentRun {
 
   [[nodiscard]] bool IsLinear() const { return adj_sensor_ == sensor::kLinear; }
 
+  static constexpr const char* kTitle = "adjustment";  // of its boxes
+
   Parts parts_;
   int inet_;
   AdjustmentJournal journal_;

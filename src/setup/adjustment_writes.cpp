@@ -10,9 +10,8 @@
 namespace tavrel {
 namespace {
 
-constexpr const char* kTitle = "adjustment";
 // Two registers in turn without an acknowledge: the instrument is silent, the others are not tried.
-constexpr Patience kPatience{3, 6};
+constexpr Patience kPatienceOfWrites{3, 6};
 
 // The register of `letter` among those of a row.
 std::optional<std::int16_t>& WordOf(ChannelWords& words, const std::string& letter) {
@@ -25,15 +24,11 @@ std::optional<std::int16_t>& WordOf(ChannelWords& words, const std::string& lett
   return letter == reg::kOffset ? words.O : words.L;
 }
 
-std::string TextOf(const std::optional<std::int16_t>& word) {
-  return word ? std::to_string(*word) : "?";
-}
-
 }  // namespace
 
 void AdjustmentRun::BeginWrites(Items items) {
   not_acknowledged_.clear();
-  writes_.Begin(std::move(items), kPatience);
+  writes_.Begin(std::move(items), kPatienceOfWrites);
   is_writing_ = true;
 }
 
@@ -160,7 +155,7 @@ std::string AdjustmentRun::ChangedRowText(int row) const {
     const auto& was = WordOf(before, letter);
     if (is != was || text.empty()) {
       text += (text.empty() ? "" : ",  ") +
-              setup_text::kWord.Text(language, {letter, TextOf(is), TextOf(was)});
+              setup_text::kWord.Text(language, {letter, WordText(is), WordText(was)});
     }
   }
   return setup_text::kChangedRow.Text(language, {RowName(row), text});

@@ -20,7 +20,7 @@ constexpr std::int16_t kFastKind = 1;    // register T of row 0: sampling times 
 constexpr int kSecondsPerSampling = 10;  // on all other instruments
 // One failure must not leave a cell empty, and a late reply makes the next exchange fail as well,
 // so a register is tried more than once; but a silent instrument is not asked for each register.
-constexpr Patience kPatience{3, 3};
+constexpr Patience kPatienceOfSheet{3, 3};
 
 std::vector<RegisterOfRow> RowsOf(const char* letter, int first_row) {
   std::vector<RegisterOfRow> registers;
@@ -110,7 +110,7 @@ bool ChannelSheet::ReadColumns(const std::vector<RegisterOfRow>& registers, cons
     for (const RegisterOfRow& at : registers) {
       items.push_back({at});
     }
-    pass_.Begin(std::move(items), kPatience);
+    pass_.Begin(std::move(items), kPatienceOfSheet);
     is_reading_ = true;
   }
   const auto take = [this](const RegisterOfRow& at, std::optional<std::int16_t> word) {

@@ -9,7 +9,7 @@ namespace {
 constexpr std::chrono::seconds kCount{1};
 constexpr int kCountsPerReading = 10;
 // Two rows in turn without an answer: the instrument is silent, the others are not waited for.
-constexpr Patience kPatience{3, 6};
+constexpr Patience kPatienceOfReadings{3, 6};
 
 }  // namespace
 
@@ -63,7 +63,7 @@ void ReadingCollector::BeginReading(const std::vector<int>& rows) {
   for (const int row : rows) {
     items.push_back({{reg::kPresentValue, row}});
   }
-  pass_.Begin(std::move(items), kPatience);
+  pass_.Begin(std::move(items), kPatienceOfReadings);
   is_reading_ = true;
 }
 

@@ -6,7 +6,7 @@
 namespace tavrel {
 namespace {
 
-constexpr std::string_view kEndOfLine = "\r\n";
+constexpr std::string_view kEndOfVariable = "\r\n";
 constexpr std::string_view kByteOrderMark =
     "\xEF\xBB\xBF";  // editors put it before the first letter
 constexpr char kLastGroup = 'Z';
@@ -36,14 +36,14 @@ std::string VariableFileBytes(const VariableWords& words) {
   std::string bytes;
   for (std::size_t group = 0; group < words.size(); ++group) {
     bytes += kVariableLetters[group];
-    bytes += kEndOfLine;
+    bytes += kEndOfVariable;
     std::string_view before;
     for (const std::int16_t word : words[group]) {
       bytes += before;
       bytes += std::to_string(word);
       before = ",";
     }
-    bytes += kEndOfLine;
+    bytes += kEndOfVariable;
   }
   return bytes;
 }
@@ -70,7 +70,7 @@ std::optional<std::string_view> VariableReader::NextItem() {
   const std::size_t end = std::min(left_.find_first_of(",\r\n"), left_.size());
   const std::string_view item = left_.substr(0, end);
   left_.remove_prefix(end);
-  const bool two_marks = left_.starts_with(kEndOfLine);
+  const bool two_marks = left_.starts_with(kEndOfVariable);
   left_.remove_prefix(std::min<std::size_t>(two_marks ? 2 : 1, left_.size()));
   return WithoutBlanks(item);
 }

@@ -14,7 +14,7 @@ constexpr qreal kUnits = 18;
 constexpr qreal kFrom = 4;
 constexpr qreal kTo = 14;
 constexpr int kInset = 4;  // of the paper in the button
-constexpr qreal kRadius = 3;
+constexpr qreal kPaperRadius = 3;
 
 }  // namespace
 
@@ -58,7 +58,7 @@ void CurveSampleButton::paintEvent(QPaintEvent* /*event*/) {
   const QRectF paper = QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset);
   painter.setPen(QPen(awake ? palette().color(QPalette::Highlight) : EdgeOf(palette()), width));
   painter.setBrush(Qt::white);
-  painter.drawRoundedRect(paper, kRadius, kRadius);
+  painter.drawRoundedRect(paper, kPaperRadius, kPaperRadius);
   DrawCurveSample(painter, paper, code_);
 }
 

@@ -6,10 +6,6 @@
 
 namespace tavrel {
 
-QString QtText(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 QString QtCaption(std::string_view utf8) {
   return QtText(utf8).replace('&', "&&");
 }

@@ -6,13 +6,13 @@
 #include <QStringList>
 #include <string_view>
 
+#include "platform/qt/qt_text.h"
+
 class QLabel;
 class QLineEdit;
 
 // Texts of the logic, which are UTF-8, on their way to the toolkit.
 namespace tavrel {
-
-[[nodiscard]] QString QtText(std::string_view utf8);
 
 // For a button or the title of a frame, which take a single "&" for the mark of a key.
 [[nodiscard]] QString QtCaption(std::string_view utf8);

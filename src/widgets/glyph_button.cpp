@@ -8,9 +8,9 @@
 namespace tavrel {
 namespace {
 
-constexpr qreal kRadius = 4;
+constexpr qreal kButtonRadius = 4;
 constexpr qreal kToolGlyph = 1.35;  // of the type, so that the pictures tell themselves apart
-constexpr int kGap = 8;             // between glyph and text, and beside them
+constexpr int kGlyphGap = 8;        // between glyph and text, and beside them
 
 }  // namespace
 
@@ -39,8 +39,8 @@ QSize GlyphButton::sizeHint() const {
   if (text().isEmpty()) {
     return {height, height};
   }
-  const int glyph = glyph_ == nullptr ? 0 : GlyphSide() + kGap;
-  return {glyph + fontMetrics().horizontalAdvance(text()) + 4 * kGap, height};
+  const int glyph = glyph_ == nullptr ? 0 : GlyphSide() + kGlyphGap;
+  return {glyph + fontMetrics().horizontalAdvance(text()) + 4 * kGlyphGap, height};
 }
 
 int GlyphButton::GlyphSide() const {
@@ -53,7 +53,7 @@ void GlyphButton::paintEvent(QPaintEvent* /*event*/) {
   const QColor ink = InkNow();
   const int side = glyph_ == nullptr ? 0 : GlyphSide();
   const int text_width = fontMetrics().horizontalAdvance(text());
-  const int gap = side > 0 && text_width > 0 ? kGap : 0;
+  const int gap = side > 0 && text_width > 0 ? kGlyphGap : 0;
   const int left = (width() - side - gap - text_width) / 2;
   if (glyph_ != nullptr) {
     const int top = (height() - side) / 2;
@@ -89,7 +89,8 @@ void GlyphButton::DrawFrame(QPainter& painter) const {
   const QColor lively = latched_ ? palette().color(QPalette::WindowText) : accent;
   painter.setPen(QPen(awake ? lively : EdgeOf(palette()), width));
   const qreal inset = width / 2;
-  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kButtonRadius,
+                          kButtonRadius);
 }
 
 void GlyphButton::keyPressEvent(QKeyEvent* event) {

@@ -6,15 +6,15 @@
 namespace tavrel {
 namespace {
 
-constexpr QLatin1String kGap("   ");
+constexpr QLatin1String kBlanks("   ");
 
 // A text without the gap is a unit alone.
 QString UnitOf(const QString& text) {
-  return text.left(text.indexOf(kGap));
+  return text.left(text.indexOf(kBlanks));
 }
 
 QString WordsOf(const QString& text) {
-  const qsizetype gap = text.indexOf(kGap);
+  const qsizetype gap = text.indexOf(kBlanks);
   return gap < 0 ? QString() : text.mid(gap).trimmed();
 }
 
@@ -29,7 +29,7 @@ QString UnitLabel::Words() const {
 }
 
 int UnitLabel::WordsPlace() const {
-  return fontMetrics().horizontalAdvance(QLatin1String("min") + kGap);
+  return fontMetrics().horizontalAdvance(QLatin1String("min") + kBlanks);
 }
 
 QSize UnitLabel::sizeHint() const {

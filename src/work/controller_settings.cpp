@@ -26,15 +26,15 @@ constexpr ControllerField kUpper{reg::kUpperLimit, &UnitRecord::UnitUpper, kUppe
                                  "upper limit"};
 constexpr ControllerField kFinal{reg::kFinalValue, &UnitRecord::UnitFinal, kFinalBox,
                                  "final value"};
-constexpr ControllerField kIncrement{reg::kIncrement, &UnitRecord::UnitIncrement,
-                                     kSecondIncrementBox, "increment"};
-constexpr ControllerField kSetpoint{reg::kSetpoint, &UnitRecord::UnitSetpoint, kSetpointBox,
-                                    "setpoint"};
+constexpr ControllerField kIncrementField{reg::kIncrement, &UnitRecord::UnitIncrement,
+                                          kSecondIncrementBox, "increment"};
+constexpr ControllerField kSetpointField{reg::kSetpoint, &UnitRecord::UnitSetpoint, kSetpointBox,
+                                         "setpoint"};
 constexpr ControllerField kLower{reg::kLowerLimit, &UnitRecord::UnitLower, kLowerBox,
                                  "lower limit"};
 
-constexpr std::array kReadOrder = {kSetpoint, kUpper, kFinal, kIncrement, kLower};
-constexpr std::array kWriteOrder = {kUpper, kFinal, kIncrement, kSetpoint, kLower};
+constexpr std::array kReadOrder = {kSetpointField, kUpper, kFinal, kIncrementField, kLower};
+constexpr std::array kWriteOrder = {kUpper, kFinal, kIncrementField, kSetpointField, kLower};
 
 constexpr double kGap = 10;  // degrees between a limit and what it limits
 constexpr const char* kTemperatureMask = "####0.0";
@@ -210,8 +210,8 @@ Limits ControllerSettings::LimitsOf(int box) const {
 
 bool ControllerSettings::CheckBoxes() {
   return Check(kUpperBox, kUpper.name) && Check(kFinalBox, kFinal.name) &&
-         Check(kSecondIncrementBox, UnitsOf(hourly_).name) && Check(kSetpointBox, kSetpoint.name) &&
-         Check(kLowerBox, kLower.name);
+         Check(kSecondIncrementBox, UnitsOf(hourly_).name) &&
+         Check(kSetpointBox, kSetpointField.name) && Check(kLowerBox, kLower.name);
 }
 
 void ControllerSettings::CmdOK_Click() {

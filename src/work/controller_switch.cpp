@@ -9,7 +9,7 @@
 namespace tavrel {
 namespace {
 
-constexpr const char* kTitle = "Check settings:";
+constexpr const char* kCheckTitle = "Check settings:";
 
 std::int16_t StateOf(CtrlButton button) {
   switch (button) {
@@ -35,10 +35,10 @@ std::optional<std::int16_t> ReadActual(Link& link, const UnitRecord& unit) {
 
 std::optional<Notice> WhyNoRamp(const UnitRecord& unit) {
   if (unit.UnitIncrement < 1) {
-    return Notice{"increment ?", kTitle};
+    return Notice{"increment ?", kCheckTitle};
   }
   if (unit.UnitFinal < 1) {
-    return Notice{"final value ?", kTitle};
+    return Notice{"final value ?", kCheckTitle};
   }
   return std::nullopt;
 }

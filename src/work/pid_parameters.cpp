@@ -14,7 +14,7 @@
 namespace tavrel {
 namespace {
 
-constexpr const char* kTitle = "controller";
+constexpr const char* kControllerTitle = "controller";
 constexpr int kTries = 2;
 constexpr int kMostAttempts = 2 * kTries;
 
@@ -74,8 +74,8 @@ void PidParameters::CmdOK_Click() {
   if (!CheckAnswers(parts_.dialogs, parts_.link, Unit().UnitInet) || !CheckBoxes()) {
     return;
   }
-  const bool to_send =
-      AnyChanged() && parts_.dialogs.AskOk({"new parameters", kTitle, BoxIcon::kQuestion});
+  const bool to_send = AnyChanged() && parts_.dialogs.AskOk({"new parameters", kControllerTitle,
+                                                             BoxIcon::kQuestion});
   if (!to_send || Transfer()) {
     Quit();
   }

@@ -10,7 +10,7 @@ namespace tavrel {
 namespace {
 
 constexpr std::int16_t kRamp = 3;
-constexpr std::size_t kWordBytes = 2;
+constexpr std::size_t kBytesOfWord = 2;
 
 void PutWord(std::string& bytes, std::int16_t word) {
   const auto bits = static_cast<std::uint16_t>(word);
@@ -20,7 +20,7 @@ void PutWord(std::string& bytes, std::int16_t word) {
 
 // The word at `place`, kEmptyCell if the bytes end before its end.
 std::int16_t WordAt(std::span<const std::byte> bytes, std::size_t place) {
-  if (place + kWordBytes > bytes.size()) {
+  if (place + kBytesOfWord > bytes.size()) {
     return kEmptyCell;
   }
   const auto low = std::to_integer<unsigned>(bytes[place]);
@@ -29,8 +29,8 @@ std::int16_t WordAt(std::span<const std::byte> bytes, std::size_t place) {
 }
 
 ProgramStep StepAt(std::span<const std::byte> bytes, std::size_t place) {
-  return {WordAt(bytes, place), WordAt(bytes, place + kWordBytes),
-          WordAt(bytes, place + 2 * kWordBytes), WordAt(bytes, place + 3 * kWordBytes)};
+  return {WordAt(bytes, place), WordAt(bytes, place + kBytesOfWord),
+          WordAt(bytes, place + 2 * kBytesOfWord), WordAt(bytes, place + 3 * kBytesOfWord)};
 }
 
 std::string MissingIn(const ProgramStep& step) {

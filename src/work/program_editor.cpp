@@ -31,18 +31,18 @@ struct NumberColumn {
   Colour background;
 };
 
-constexpr NumberColumn kTime{"time", 1, "#####0", 30000, kYellow};
-constexpr NumberColumn kSetpoint{"setpoint", 20, "###0.0", 500, kWhiteCell};
-constexpr NumberColumn kIncrement{"increment", 100, "#0.00", 1, kGrey};
+constexpr NumberColumn kTimeNumbers{"time", 1, "#####0", 30000, kYellow};
+constexpr NumberColumn kSetpointNumbers{"setpoint", 20, "###0.0", 500, kWhiteCell};
+constexpr NumberColumn kIncrementNumbers{"increment", 100, "#0.00", 1, kGrey};
 
 const NumberColumn& NumbersOf(int column) {
   switch (column) {
     case kTimeColumn:
-      return kTime;
+      return kTimeNumbers;
     case kSetpointColumn:
-      return kSetpoint;
+      return kSetpointNumbers;
     default:
-      return kIncrement;
+      return kIncrementNumbers;
   }
 }
 
@@ -115,13 +115,13 @@ ProgramCell ProgramEditor::Cell(int row, int column) const {
   const ProgramStep& step = rows_.at(static_cast<std::size_t>(row - 1));
   switch (column) {
     case kTimeColumn:
-      return NumberCell(step.Time, kTime);
+      return NumberCell(step.Time, kTimeNumbers);
     case kSetpointColumn:
-      return NumberCell(step.Setpoint, kSetpoint);
+      return NumberCell(step.Setpoint, kSetpointNumbers);
     case kStatusColumn:
       return StatusCell(step.Status);
     default:
-      return NumberCell(step.Increment, kIncrement);
+      return NumberCell(step.Increment, kIncrementNumbers);
   }
 }
 

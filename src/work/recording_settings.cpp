@@ -18,7 +18,7 @@ constexpr std::array<std::string_view, 9> kSampling = {" 10",  " 20",  " 30",   
                                                        " 300", " 600", " 1800", " 3600"};
 
 constexpr double kLongestSampling = 3600;  // seconds
-constexpr double kStepSeconds = 10;        // a normal instrument counts in tens of seconds
+constexpr double kNormalStep = 10;         // seconds; a normal instrument counts in tens of them
 constexpr double kMostStopHours = 500;     // minutes of the limit are a word of the header
 constexpr double kLeastStopHours = 0.01;
 constexpr int kEndActions = static_cast<int>(kEndActionItems.size());
@@ -107,7 +107,7 @@ void RecordingSettings::Cbo_Func_Click(int index) {
 }
 
 Limits RecordingSettings::SamplingLimits() const {
-  return {IsFast(Unit()) ? 1.0 : kStepSeconds, kLongestSampling};
+  return {IsFast(Unit()) ? 1.0 : kNormalStep, kLongestSampling};
 }
 
 Limits RecordingSettings::StopLimits() const {
@@ -144,14 +144,14 @@ std::optional<std::int16_t> RecordingSettings::TypedInterval() {
         CheckRange(parts_.dialogs, "sampling", seconds, limits.Lower, limits.Upper);
     return is_good ? std::optional(ToWord(seconds)) : std::nullopt;
   }
-  if (std::fmod(std::nearbyint(seconds), kStepSeconds) != 0) {
+  if (std::fmod(std::nearbyint(seconds), kNormalStep) != 0) {
     parts_.dialogs.Message({"enter a multiple of 10", "sampling rate", BoxIcon::kWarning});
     return std::nullopt;
   }
   if (!CheckRange(parts_.dialogs, "sampling", seconds, limits.Lower, limits.Upper)) {
     return std::nullopt;
   }
-  return ToWord(std::nearbyint(seconds) / kStepSeconds);
+  return ToWord(std::nearbyint(seconds) / kNormalStep);
 }
 
 void RecordingSettings::NewFile() {

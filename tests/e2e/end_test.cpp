@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -17,6 +18,16 @@ bool HasEnded(pid_t pid) {
   return !std::getline(status, line) || line.find(") Z ") != std::string::npos;
 }
 
+// The first test of an installation is there. Its window is there a moment before.
+bool HasFirstTest(const std::string& directory) {
+  namespace fs = std::filesystem;
+  const auto is_test = [](const fs::directory_entry& entry) {
+    return entry.path().extension() == ".NEW";
+  };
+  const fs::recursive_directory_iterator all(directory);
+  return std::any_of(begin(all), end(all), is_test);
+}
+
 // The first start has made a test, which the settings have to name. They cannot be saved: a
 // directory stands in their place. Nobody is there to read a box about that.
 TEST(EndBySignal, TellsOnTheErrorOutputThatTheSettingsCannotBeSaved) {
@@ -26,6 +37,8 @@ TEST(EndBySignal, TellsOnTheErrorOutputThatTheSettingsCannotBeSaved) {
   InstalledProgram program;
   ASSERT_TRUE(program.Prepare({"COMMPORT=----", "COMMODE=0"}));
   ASSERT_TRUE(program.Start());
+  ASSERT_TRUE(WaitUntil([&program] { return HasFirstTest(program.Directory()); },
+                        std::chrono::seconds(10)));
   const std::string settings = program.Directory() + "/TAVREL.USR";
   std::filesystem::remove(settings);
   std::filesystem::create_directories(settings + "/in the way");

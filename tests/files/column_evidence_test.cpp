@@ -15,7 +15,7 @@
 namespace tavrel {
 namespace {
 
-using Verdict = ColumnEvidence::Verdict;
+using ColumnVerdict = ColumnEvidence::Verdict;
 
 constexpr int kCapacity = 896;
 
@@ -248,13 +248,13 @@ class Host {
       return;
     }
     const int input = std::exchange(in_doubt_, 0);
-    const Verdict verdict = evidence_.VerdictOf(input);
+    const ColumnVerdict verdict = evidence_.VerdictOf(input);
     const bool was_lost = was_lost_[input];
-    if (verdict == Verdict::kUncertain) {
+    if (verdict == ColumnVerdict::kUncertain) {
       tally.uncertain += was_certain_ ? 1 : 0;
       return;
     }
-    if ((verdict == Verdict::kLost) != was_lost) {
+    if ((verdict == ColumnVerdict::kLost) != was_lost) {
       ++tally.wrong;
       tally.first_wrong = tally.first_wrong.empty() ? Describe(input) : tally.first_wrong;
     }
@@ -421,9 +421,9 @@ TEST(ColumnEvidence, JudgesTwoInputsInDoubtByEachOther) {
       doubts.Doubt(9, is_second_lost);
       doubts.LookUntilDecided();
       const auto expected = [&](bool is_lost) {
-        return is_first_lost == is_second_lost ? Verdict::kUncertain
-               : is_lost                       ? Verdict::kLost
-                                               : Verdict::kNotLost;
+        return is_first_lost == is_second_lost ? ColumnVerdict::kUncertain
+               : is_lost                       ? ColumnVerdict::kLost
+                                               : ColumnVerdict::kNotLost;
       };
       EXPECT_EQ(doubts.evidence.VerdictOf(4), expected(is_first_lost)) << is_second_lost;
       EXPECT_EQ(doubts.evidence.VerdictOf(9), expected(is_second_lost)) << is_first_lost;
@@ -440,9 +440,9 @@ TEST(ColumnEvidence, JudgesAllButOneByEachOther) {
     doubts.Doubt(9, lost == 9);
     doubts.LookUntilDecided();
     for (const int input : {5, 9}) {
-      const Verdict expected = lost == 0       ? Verdict::kUncertain
-                               : lost == input ? Verdict::kLost
-                                               : Verdict::kNotLost;
+      const ColumnVerdict expected = lost == 0       ? ColumnVerdict::kUncertain
+                                     : lost == input ? ColumnVerdict::kLost
+                                                     : ColumnVerdict::kNotLost;
       EXPECT_EQ(doubts.evidence.VerdictOf(input), expected) << input << " of lost " << lost;
     }
   }
@@ -471,9 +471,9 @@ TEST(ColumnEvidence, IsNeverWrongAboutSeveralDoubtsAtOnce) {
     }
     doubts.LookUntilDecided();
     for (const auto& [input, is_lost] : lost) {
-      const Verdict verdict = doubts.evidence.VerdictOf(input);
-      (verdict == Verdict::kUncertain ? uncertain : decided) += 1;
-      EXPECT_NE(verdict, is_lost ? Verdict::kNotLost : Verdict::kLost)
+      const ColumnVerdict verdict = doubts.evidence.VerdictOf(input);
+      (verdict == ColumnVerdict::kUncertain ? uncertain : decided) += 1;
+      EXPECT_NE(verdict, is_lost ? ColumnVerdict::kNotLost : ColumnVerdict::kLost)
           << "seed " << seed << ", input " << input;
     }
   }

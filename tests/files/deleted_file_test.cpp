@@ -14,8 +14,6 @@ using Texts = std::vector<std::string>;
 
 namespace fs = std::filesystem;
 
-constexpr const char* kName = "M011111A.NEW";
-constexpr const char* kNext = "M011111B.NEW";
 constexpr const char* kThereAgain =
     "Write  file | M011111A.NEW: the file has been deleted or moved by others; it stands there "
     "again with all its rows";
@@ -26,12 +24,12 @@ constexpr const char* kGoesOn =
 // A slot records the inputs 1 and 2; one set is in the file, two more wait in the instrument.
 struct Recording : PumpFixture {
   explicit Recording(int slot = 12) : number(static_cast<std::size_t>(slot)) {
-    Open(slot, kName, BytesOf(Running(HeaderOf(1, {1, 2}))));
+    Open(slot, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))));
     Store(1, 1, {11, 12, 13});
     Store(1, 2, {21, 22, 23});
     Pump(2);
   }
-  void Remove() const { fs::remove(directory.File(kName)); }
+  void Remove() const { fs::remove(directory.File(kNewFile)); }
 
   std::size_t number;
 };
@@ -45,9 +43,9 @@ TEST(DeletedFile, IsFoundOnTheTenSecondTickAndStandsThereAgain) {
     fixture.engine.TenSecondTick();
     EXPECT_EQ(fixture.Announced(), Texts{kThereAgain});
     fixture.Pump(9);
-    EXPECT_EQ(fixture.state.SlotFile[fixture.number], kName);
-    EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
-    EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 1);
+    EXPECT_EQ(fixture.state.SlotFile[fixture.number], kNewFile);
+    EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
+    EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitRecOn, 1);
     EXPECT_FALSE(fixture.state.WriteFailed[fixture.number]);
   }
 }
@@ -57,7 +55,7 @@ TEST(DeletedFile, IsFoundAtTheFlushToo) {
   fixture.Remove();
   fixture.engine.FlushFiles();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
 }
 
 // The rows that were written between the deletion and the tick.
@@ -66,28 +64,28 @@ TEST(DeletedFile, BringsTheRowsAlongThatCameSince) {
   fixture.Remove();
   fixture.Pump(4);
   fixture.engine.TenSecondTick();
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
 }
 
 TEST(DeletedFile, IsFoundWhateverTheCaseOnTheDisk) {
   PumpFixture fixture;
   fixture.directory.Write("m011111a.new", BytesOf(Running(HeaderOf(1, {1}))));
-  fixture.Name(3, kName);
+  fixture.Name(3, kNewFile);
   fixture.files.OpenRecordingFile(3);
   fixture.engine.TenSecondTick();
-  EXPECT_FALSE(fixture.directory.Exists(kName));
+  EXPECT_FALSE(fixture.directory.Exists(kNewFile));
   EXPECT_TRUE(fixture.Announced().empty());
   fs::remove(fixture.directory.File("m011111a.new"));
   fixture.engine.TenSecondTick();
-  EXPECT_EQ(fixture.HeaderInFile(kName), BytesOf(Running(HeaderOf(1, {1}))));
+  EXPECT_EQ(fixture.HeaderInFile(kNewFile), BytesOf(Running(HeaderOf(1, {1}))));
 }
 
 TEST(DeletedFile, IsLeftAloneWhereNoRecordingRuns) {
   PumpFixture fixture;
-  fixture.Open(5, kName, BytesOf(HeaderOf(1, {1})));
-  fs::remove(fixture.directory.File(kName));
+  fixture.Open(5, kNewFile, BytesOf(HeaderOf(1, {1})));
+  fs::remove(fixture.directory.File(kNewFile));
   fixture.engine.TenSecondTick();
-  EXPECT_FALSE(fixture.directory.Exists(kName));
+  EXPECT_FALSE(fixture.directory.Exists(kNewFile));
 }
 
 TEST(DeletedFile, KeepsWhatIsEditedInItsHeaderAndTheHalfReadSet) {
@@ -96,21 +94,21 @@ TEST(DeletedFile, KeepsWhatIsEditedInItsHeaderAndTheHalfReadSet) {
   fixture.state.Unit[12].SetApparatusName("Oven 3");
   fixture.state.SlotDirty[12] = true;
   fixture.Remove();
-  fs::remove(fixture.directory.File(HeldSetName(kName)));
+  fs::remove(fixture.directory.File(HeldSetName(kNewFile)));
   fixture.engine.TenSecondTick();
-  EXPECT_EQ(fixture.RecordInFile(kName).ApparatusName(), "Oven 3");
-  EXPECT_TRUE(fixture.directory.Exists(HeldSetName(kName)));
+  EXPECT_EQ(fixture.RecordInFile(kNewFile).ApparatusName(), "Oven 3");
+  EXPECT_TRUE(fixture.directory.Exists(HeldSetName(kNewFile)));
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
 }
 
 TEST(DeletedFile, ThatWasMovedIsWrittenAgain) {
   Recording fixture;
-  fs::rename(fixture.directory.File(kName), fixture.directory.File("kept.bak"));
+  fs::rename(fixture.directory.File(kNewFile), fixture.directory.File("kept.bak"));
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
   EXPECT_EQ(fixture.Announced(), Texts{kThereAgain});
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
   EXPECT_EQ(fixture.SamplesInFile("kept.bak"), Words({11, 21, 11, 21}));
 }
 
@@ -120,14 +118,14 @@ TEST(DeletedFile, WhoseNameAnotherOneHasGoesOnUnderTheNextLetter) {
   fixture.state.SelSlot = 12;
   fixture.Remove();
   const std::string shorter = BytesOf(Running(HeaderOf(1, {1, 2}))) + Words({1, 1});
-  fixture.directory.Write(kName, shorter);
+  fixture.directory.Write(kNewFile, shorter);
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.directory.Read(kName), shorter);
-  EXPECT_EQ(fixture.state.SlotFile[12], kNext);
-  EXPECT_EQ(fixture.state.Settings.ActiveFiles[11], kNext);
-  EXPECT_NE(fixture.directory.Read("TAVREL.USR").find(kNext), std::string::npos);
-  EXPECT_EQ(fixture.SamplesInFile(kNext), kAllRows);
+  EXPECT_EQ(fixture.directory.Read(kNewFile), shorter);
+  EXPECT_EQ(fixture.state.SlotFile[12], kNextNewFile);
+  EXPECT_EQ(fixture.state.Settings.ActiveFiles[11], kNextNewFile);
+  EXPECT_NE(fixture.directory.Read("TAVREL.USR").find(kNextNewFile), std::string::npos);
+  EXPECT_EQ(fixture.SamplesInFile(kNextNewFile), kAllRows);
   EXPECT_TRUE(fixture.state.GraphMustClose);
   EXPECT_EQ(fixture.Announced(), Texts{kGoesOn});
 }
@@ -135,22 +133,22 @@ TEST(DeletedFile, WhoseNameAnotherOneHasGoesOnUnderTheNextLetter) {
 TEST(DeletedFile, WhoseNameADirectoryHasGoesOnUnderTheNextLetter) {
   Recording fixture;
   fixture.Remove();
-  fs::create_directory(fixture.directory.File(kName));
+  fs::create_directory(fixture.directory.File(kNewFile));
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kNext), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNextNewFile), kAllRows);
 }
 
 // What a program for backups or for keeping directories alike does: a copy takes the name.
 TEST(DeletedFile, ThatWasReplacedByAWholeCopyGoesOnInTheCopy) {
   Recording fixture;
-  const std::string whole = fixture.directory.Read(kName);
+  const std::string whole = fixture.directory.Read(kNewFile);
   fixture.directory.Write("copy", whole);
-  fs::rename(fixture.directory.File("copy"), fixture.directory.File(kName));
+  fs::rename(fixture.directory.File("copy"), fixture.directory.File(kNewFile));
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.state.SlotFile[12], kName);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.state.SlotFile[12], kNewFile);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
   EXPECT_TRUE(fixture.Announced().empty());
 }
 
@@ -162,14 +160,14 @@ TEST(DeletedFile, WaitsForADiskThatIsFull) {
     const FullDisk disk(900);
     for (int tick = 0; tick < 3; ++tick) {
       fixture.engine.TenSecondTick();
-      EXPECT_FALSE(fixture.directory.Exists(kName));
+      EXPECT_FALSE(fixture.directory.Exists(kNewFile));
     }
     EXPECT_EQ(fixture.Announced().size(), 1U);
     EXPECT_TRUE(fixture.state.WriteFailed[12]);
   }
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
 }
 
 TEST(DeletedFile, WaitsForItsDirectory) {
@@ -181,7 +179,7 @@ TEST(DeletedFile, WaitsForItsDirectory) {
   fs::create_directory(fixture.directory.Path());
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
 }
 
 // Its rows are gone for good, what the instrument stores is not.
@@ -195,8 +193,8 @@ TEST(DeletedFile, WhoseRowsNobodyHasAnyMoreGoesOnWithoutThem) {
   fixture.Remove();
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({12, 22, 12, 22, 13, 23}));
-  EXPECT_EQ(fixture.RecordInFile(kName).UnitDate.Get(), "03-14-2026 / 09:05");
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({12, 22, 12, 22, 13, 23}));
+  EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitDate.Get(), "03-14-2026 / 09:05");
   ASSERT_FALSE(fixture.Announced().empty());
   EXPECT_EQ(fixture.dialogs.announced.back().Text,
             "M011111A.NEW: the file has been deleted or moved by others; it stands there again "
@@ -217,7 +215,7 @@ TEST(DeletedFile, IsNotTakenForDeletedWhileItsMediumIsAway) {
   fs::rename(away, fixture.directory.Path());
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kAllRows);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kAllRows);
 }
 
 }  // namespace

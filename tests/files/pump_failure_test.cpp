@@ -11,16 +11,14 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-constexpr const char* kName = "M011111A.NEW";
-
 // Slot 12 records the inputs 1 and 2, and two sets wait in the instrument.
 struct TwoSets : PumpFixture {
   TwoSets() {
-    Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))));
+    Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))));
     Store(1, 1, {11, 12});
     Store(1, 2, {21, 22});
   }
-  void Remove() const { std::filesystem::remove(directory.File(kName)); }
+  void Remove() const { std::filesystem::remove(directory.File(kNewFile)); }
 };
 
 TEST(PumpFailure, FullDiskKeepsTheSetInHandAndTellsOnce) {
@@ -42,7 +40,7 @@ TEST(PumpFailure, FullDiskKeepsTheSetInHandAndTellsOnce) {
   fixture.engine.TenSecondTick();
   fixture.Pump(20);
   EXPECT_FALSE(fixture.state.WriteFailed[12]);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({11, 21, 11, 21, 12, 22}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({11, 21, 11, 21, 12, 22}));
 }
 
 TEST(PumpFailure, FullDiskIsToldAgainAfterItWasOver) {
@@ -56,7 +54,7 @@ TEST(PumpFailure, FullDiskIsToldAgainAfterItWasOver) {
     fixture.Pump(1);
   }
   EXPECT_EQ(fixture.Announced().size(), 2U);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({11, 21, 11, 21, 12, 22}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({11, 21, 11, 21, 12, 22}));
 }
 
 TEST(PumpFailure, FullDiskDoesNotEndTheLastSet) {
@@ -109,15 +107,15 @@ TEST(PumpFailure, DirectoryThatComesBackLosesNothing) {
   fixture.engine.TenSecondTick();
   fixture.Pump(5);
   EXPECT_FALSE(fixture.state.WriteFailed[12]);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({11, 21, 11, 21, 12, 22}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({11, 21, 11, 21, 12, 22}));
 }
 
 TEST(PumpFailure, FileCutUnderUsGetsNoHole) {
   TwoSets fixture;
   fixture.Pump(2);
-  std::filesystem::resize_file(fixture.directory.File(kName), 1004);
+  std::filesystem::resize_file(fixture.directory.File(kNewFile), 1004);
   fixture.Pump(3);
-  EXPECT_EQ(fixture.directory.Read(kName).size(), 1004U);
+  EXPECT_EQ(fixture.directory.Read(kNewFile).size(), 1004U);
   EXPECT_TRUE(fixture.state.WriteFailed[12]);
   EXPECT_EQ(fixture.Announced(),
             (Texts{"Write  file | M011111A.NEW: the file has become shorter"}));
@@ -125,13 +123,14 @@ TEST(PumpFailure, FileCutUnderUsGetsNoHole) {
 
 TEST(PumpFailure, HandleThatFailsIsReplacedOnTheTenSecondTick) {
   TwoSets fixture;
-  ASSERT_TRUE(fixture.state.SlotFileNo[12].Open(fixture.directory.File(kName), FileAccess::kRead));
+  ASSERT_TRUE(
+      fixture.state.SlotFileNo[12].Open(fixture.directory.File(kNewFile), FileAccess::kRead));
   fixture.Pump(2);
   EXPECT_TRUE(fixture.state.WriteFailed[12]);
   fixture.engine.TenSecondTick();
   fixture.Pump(1);
   EXPECT_FALSE(fixture.state.WriteFailed[12]);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({11, 21, 11, 21}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({11, 21, 11, 21}));
 }
 
 TEST(FlushFiles, ReopensRecordingSlotsAndThoseWithADirtyHeader) {

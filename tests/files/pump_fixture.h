@@ -14,6 +14,10 @@
 
 namespace tavrel {
 
+// A recording of the fixture's day, and the one that follows it.
+inline constexpr const char* kNewFile = "M011111A.NEW";
+inline constexpr const char* kNextNewFile = "M011111B.NEW";
+
 // A header that records the given inputs of an instrument.
 inline UnitRecord HeaderOf(int inet, std::initializer_list<int> inputs) {
   UnitRecord unit = HeaderOf(0);

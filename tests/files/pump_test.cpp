@@ -11,8 +11,6 @@ namespace {
 
 using Telegrams = std::vector<std::string>;
 
-constexpr const char* kName = "M011111A.NEW";
-
 TEST(Pump, FindsNothingWithNothingConfigured) {
   PumpFixture fixture;
   fixture.state.PumpSlot = 0;
@@ -25,7 +23,7 @@ TEST(Pump, FindsNothingWithNothingConfigured) {
 
 TEST(Pump, BringsACursorThatIsOutOfRangeToSlotOneAndChannelFifteen) {
   PumpFixture fixture;
-  fixture.Open(1, kName, BytesOf(Running(HeaderOf(1, {15}))));
+  fixture.Open(1, kNewFile, BytesOf(Running(HeaderOf(1, {15}))));
   fixture.Open(12, "M011111B.NEW", BytesOf(Running(HeaderOf(2, {15}))));
   fixture.state.PumpSlot = 13;
   fixture.state.PumpChannel = 16;
@@ -36,7 +34,7 @@ TEST(Pump, BringsACursorThatIsOutOfRangeToSlotOneAndChannelFifteen) {
 TEST(Pump, WalksDownFromSlotTwelveAndChannelFifteen) {
   PumpFixture fixture;
   fixture.Open(12, "M011111B.NEW", BytesOf(Running(HeaderOf(3, {14, 15}))));
-  fixture.Open(2, kName, BytesOf(Running(HeaderOf(1, {1, 3}))));
+  fixture.Open(2, kNewFile, BytesOf(Running(HeaderOf(1, {1, 3}))));
   fixture.state.Columns[12].Order = KnownOrder(14);
   fixture.state.Columns[2].Order = KnownOrder(1);
   fixture.Store(3, 15, {1501, 1502});
@@ -49,14 +47,14 @@ TEST(Pump, WalksDownFromSlotTwelveAndChannelFifteen) {
                                           "X2F?", "X2E?",          // second set of slot 12
                                           "X2F?"}));               // which is empty now
   EXPECT_EQ(fixture.SamplesInFile("M011111B.NEW"), Words({1401, 1501, 1401, 1501, 1402, 1502}));
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({101, 301, 101, 301}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({101, 301, 101, 301}));
   EXPECT_EQ(fixture.state.ReadState[12], ReadState::kWaiting);
   EXPECT_EQ(fixture.state.ReadState[2], ReadState::kWaiting);
 }
 
 TEST(Pump, MakesAtMostOneExchangeInACall) {
   PumpFixture fixture;
-  fixture.Open(3, kName, BytesOf(Running(HeaderOf(15))));
+  fixture.Open(3, kNewFile, BytesOf(Running(HeaderOf(15))));
   for (int call = 1; call <= 40; ++call) {
     fixture.engine.PumpOnce();
     ASSERT_LE(fixture.port.sent.size(), static_cast<std::size_t>(call));
@@ -65,7 +63,7 @@ TEST(Pump, MakesAtMostOneExchangeInACall) {
 
 TEST(Pump, WaitsAfterNoDataUntilTheTenSecondTick) {
   PumpFixture fixture;
-  fixture.Open(1, kName, BytesOf(Running(HeaderOf(1, {2}))));
+  fixture.Open(1, kNewFile, BytesOf(Running(HeaderOf(1, {2}))));
   fixture.Pump(5);
   EXPECT_EQ(fixture.port.sent, (Telegrams{"X02?"}));
   EXPECT_EQ(fixture.state.ReadState[1], ReadState::kWaiting);
@@ -77,7 +75,7 @@ TEST(Pump, WaitsAfterNoDataUntilTheTenSecondTick) {
 
 TEST(Pump, KeepsItsChannelAfterAFailedReadAndLowersItAfterNoData) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {2, 5}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {2, 5}))));
   fixture.line.refused.insert('X');
   fixture.engine.PumpOnce();
   EXPECT_EQ(fixture.state.ReadState[12], ReadState::kWaiting);
@@ -92,7 +90,7 @@ TEST(Pump, KeepsItsChannelAfterAFailedReadAndLowersItAfterNoData) {
 
 TEST(Pump, KeepsChannelsThatArrivedBeforeAFailedRead) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2, 3}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2, 3}))));
   for (const int input : {1, 2, 3}) {
     fixture.Store(1, input, {input, input + 10});
   }
@@ -104,65 +102,65 @@ TEST(Pump, KeepsChannelsThatArrivedBeforeAFailedRead) {
   fixture.engine.TenSecondTick();
   fixture.Pump(2);
   EXPECT_EQ(fixture.port.sent, (Telegrams{"X03?", "X02?", "X02?", "X01?"}));
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 3, 1, 2, 3}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 3, 1, 2, 3}));
   EXPECT_FALSE(fixture.engine.HoldsSet(12));
 }
 
 TEST(Pump, CompletesASetLaterWhenOneChannelHadNoData) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2, 3}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2, 3}))));
   fixture.Store(1, 3, {3});
   fixture.Store(1, 1, {1});
   fixture.Pump(2);  // channel 3 has a value, channel 2 none
-  EXPECT_EQ(fixture.SamplesInFile(kName), "");
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), "");
   fixture.Store(1, 2, {2});
   fixture.engine.TenSecondTick();
   for (int tick = 0; tick < 60; ++tick) {
     fixture.clock.AdvanceSeconds(0.05);
     fixture.Pump(1);
   }
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 3, 1, 2, 3}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 3, 1, 2, 3}));
 }
 
 TEST(Pump, WritesTheFirstSetOfAFileTwice) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.Store(1, 1, {7});
   fixture.engine.PumpOnce();
   EXPECT_EQ(fixture.state.SampleCount[12], 2);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({7, 7}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({7, 7}));
   fixture.Store(1, 1, {8, 9});
   fixture.Pump(4);
   EXPECT_EQ(fixture.state.SampleCount[12], 4);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({7, 7, 8, 9}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({7, 7, 8, 9}));
 }
 
 TEST(Pump, StoresEqualValuesInARowEachTime) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.Store(1, 1, {7, 7, 7});
   fixture.Pump(8);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({7, 7, 7, 7}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({7, 7, 7, 7}));
 }
 
 TEST(Pump, StoresNegativeWordsAndNeverTheOneForNoData) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))));
   fixture.Store(1, 1, {-1, 32767});
   fixture.Store(1, 2, {-32767, -32768, 5});
   fixture.Pump(9);
   fixture.engine.TenSecondTick();
   fixture.Pump(9);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({-1, -32767, -1, -32767, 32767, 5}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({-1, -32767, -1, -32767, 32767, 5}));
 }
 
 TEST(Pump, GoesOnBehindTheRowsThatAreThere) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))) + Words({1, 2, 1, 2, 3, 4, 9}));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))) + Words({1, 2, 1, 2, 3, 4, 9}));
   fixture.Store(1, 1, {5});
   fixture.Store(1, 2, {6});
   fixture.Pump(3);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 1, 2, 3, 4, 5, 6}));
 }
 
 // A program that was killed between the two copies of the first set leaves one row.
@@ -173,39 +171,39 @@ TEST(Pump, WritesTheSecondSetTwiceBehindASingleRow) {
     for (int row = 0; row < rows; ++row) {
       samples += Words({1, 2});
     }
-    fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))) + samples);
+    fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))) + samples);
     ASSERT_EQ(fixture.state.SampleCount[12], rows);
     fixture.Store(1, 1, {5});
     fixture.Store(1, 2, {6});
     fixture.Pump(3);
     const std::string set = Words({5, 6});
-    EXPECT_EQ(fixture.SamplesInFile(kName), samples + (rows < 2 ? set + set : set)) << rows;
+    EXPECT_EQ(fixture.SamplesInFile(kNewFile), samples + (rows < 2 ? set + set : set)) << rows;
   }
 }
 
 TEST(Pump, FillsASimulatedFileWithTenTimesTheChannel) {
   PumpFixture fixture;
   fixture.link.LinkOpen({"----", 0});
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 4, 15}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 4, 15}))));
   fixture.Pump(7);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({10, 40, 150, 10, 40, 150, 10, 40, 150}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({10, 40, 150, 10, 40, 150, 10, 40, 150}));
   EXPECT_TRUE(fixture.port.sent.empty());
 }
 
 TEST(Pump, ServesTwoSlotsOfOneInstrumentByThemselves) {
   PumpFixture fixture;
   fixture.Open(2, "M011111B.NEW", BytesOf(Running(HeaderOf(4, {1}))));
-  fixture.Open(1, kName, BytesOf(Running(HeaderOf(4, {2}))));
+  fixture.Open(1, kNewFile, BytesOf(Running(HeaderOf(4, {2}))));
   fixture.Store(4, 1, {11});
   fixture.Store(4, 2, {22});
   fixture.Pump(6);
   EXPECT_EQ(fixture.SamplesInFile("M011111B.NEW"), Words({11, 11}));
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({22, 22}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({22, 22}));
 }
 
 TEST(Pump, NeverTouchesASlotWithoutAFileName) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.state.SlotFile[12].clear();
   fixture.Pump(3);
   EXPECT_TRUE(fixture.port.sent.empty());
@@ -215,38 +213,38 @@ TEST(Pump, NeverWantsASlotWithoutRecordedInputs) {
   PumpFixture fixture;
   UnitRecord unit = Running(HeaderOf(1, {}));
   unit.UnitChannels = 1;
-  fixture.Open(12, kName, BytesOf(unit));
+  fixture.Open(12, kNewFile, BytesOf(unit));
   fixture.state.ReadState[12] = ReadState::kReading;
   fixture.Pump(3);
   EXPECT_TRUE(fixture.port.sent.empty());
-  EXPECT_EQ(fixture.SamplesInFile(kName), "");
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), "");
 }
 
 TEST(Pump, NeverWritesASlotWhoseRolesAndChannelsDisagree) {
   PumpFixture fixture;
   UnitRecord unit = Running(HeaderOf(1, {1, 2}));
   unit.UnitChannels = 3;
-  fixture.Open(12, kName, BytesOf(unit));
+  fixture.Open(12, kNewFile, BytesOf(unit));
   fixture.state.ReadState[12] = ReadState::kReading;
   fixture.Pump(3);
   EXPECT_TRUE(fixture.port.sent.empty());
-  EXPECT_EQ(fixture.SamplesInFile(kName), "");
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), "");
 }
 
 TEST(Pump, TakesOneMoreWholeSetBeforeItStops) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))));
   fixture.state.ReadState[12] = ReadState::kLastSet;
   fixture.Store(1, 1, {1, 3});
   fixture.Store(1, 2, {2, 4});
   fixture.Pump(5);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 1, 2}));
   EXPECT_EQ(fixture.state.ReadState[12], ReadState::kIdle);
 }
 
 TEST(Pump, CountsTheBacklogDownAndHidesItFromThree) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.state.BacklogSlot = 12;
   fixture.state.BacklogCount = 5;
   fixture.Store(1, 1, {1, 2, 3, 4});
@@ -261,7 +259,7 @@ TEST(Pump, CountsTheBacklogDownAndHidesItFromThree) {
 
 TEST(Pump, CountsTheBacklogOfItsSlotOnly) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.state.BacklogSlot = 3;
   fixture.state.BacklogCount = 5;
   fixture.Store(1, 1, {1});
@@ -274,7 +272,7 @@ TEST(Pump, CountsTheBacklogOfItsSlotOnly) {
 TEST(Pump, CountsTheSetInHandAmongThoseThatWait) {
   for (const bool has_reference : {false, true}) {
     PumpFixture fixture;
-    fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {2, 5}))));
+    fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {2, 5}))));
     fixture.Open(7, "M011111B.NEW", BytesOf(Running(HeaderOf(3, {2, 5}))));
     fixture.state.SampleSeen[7][2] = has_reference;
     fixture.engine.TakeUp(7, 832);
@@ -286,7 +284,7 @@ TEST(Pump, CountsTheSetInHandAmongThoseThatWait) {
 TEST(Pump, TakesNoCountsFromASimulatedLine) {
   PumpFixture fixture;
   fixture.link.LinkOpen({"----", 0});
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {2, 5}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {2, 5}))));
   fixture.engine.TakeUp(12, 0);
   fixture.Pump(3);
   fixture.link.LinkOpen({"COM1", 0});
@@ -297,7 +295,7 @@ TEST(Pump, TakesNoCountsFromASimulatedLine) {
 TEST(Pump, DrainsAWholeBufferWithEveryWordInItsPlace) {
   PumpFixture fixture;
   UnitRecord unit = Running(HeaderOf(15));
-  fixture.Open(7, kName, BytesOf(unit));
+  fixture.Open(7, kNewFile, BytesOf(unit));
   for (int set = 0; set < kBufferSets; ++set) {
     for (int input = 1; input <= kInputs; ++input) {
       fixture.Store(1, input, {set * 16 + input});

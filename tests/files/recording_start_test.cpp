@@ -11,8 +11,6 @@ namespace {
 
 using Telegrams = std::vector<std::string>;
 
-constexpr const char* kName = "M011111A.NEW";
-
 void ExpectBox(const PumpFixture& fixture, const std::string& title, const std::string& text) {
   ASSERT_EQ(fixture.dialogs.boxes.size(), 1U);
   EXPECT_EQ(fixture.dialogs.boxes[0].Title, title);
@@ -23,19 +21,19 @@ TEST(StartRecording, GivesEachRecordedInputItsIntervalAndClearsItsSeries) {
   PumpFixture fixture;
   UnitRecord unit = HeaderOf(3, {2, 15});
   unit.UnitInterval = 3600;
-  fixture.Open(4, kName, BytesOf(unit));
+  fixture.Open(4, kNewFile, BytesOf(unit));
   fixture.engine.StartRecording(4);
   EXPECT_EQ(fixture.port.sent, (Telegrams{"T20?", "S22=E10\r", "R22=0\r", "S2F=E10\r", "R2F=0\r"}));
   EXPECT_EQ(fixture.screens.shown, (std::vector<View>{View::kTavWait}));
   EXPECT_EQ(fixture.state.Unit[4].UnitRecOn, 1);
   EXPECT_EQ(fixture.state.ReadState[4], ReadState::kReading);
-  EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 1);
+  EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitRecOn, 1);
   EXPECT_TRUE(fixture.dialogs.boxes.empty());
 }
 
 TEST(StartRecording, MarksTheRecordingOnlyAfterTheWait) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(HeaderOf(1, {1})));
+  fixture.Open(4, kNewFile, BytesOf(HeaderOf(1, {1})));
   int during_wait = -1;
   fixture.screens.on_show = [&](View) { during_wait = fixture.state.Unit[4].UnitRecOn; };
   fixture.engine.StartRecording(4);
@@ -44,19 +42,19 @@ TEST(StartRecording, MarksTheRecordingOnlyAfterTheWait) {
 
 TEST(StartRecording, DropsAHalfReadSetOfAnEarlierRecording) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(HeaderOf(1, {1, 2})));
+  fixture.Open(12, kNewFile, BytesOf(HeaderOf(1, {1, 2})));
   fixture.state.SampleSeen[12][2] = true;
   fixture.state.SampleValue[12][2] = 999;
   fixture.engine.StartRecording(12);
   fixture.Store(1, 1, {1});
   fixture.Store(1, 2, {2});
   fixture.Pump(4);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 1, 2}));
 }
 
 TEST(StartRecording, DoubtsNothingOfAnEarlierRecording) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(HeaderOf(1, {1, 2})));
+  fixture.Open(12, kNewFile, BytesOf(HeaderOf(1, {1, 2})));
   fixture.state.ColumnsInDoubt[12] = true;
   fixture.engine.StartRecording(12);
   EXPECT_FALSE(fixture.state.ColumnsInDoubt[12]);
@@ -64,7 +62,7 @@ TEST(StartRecording, DoubtsNothingOfAnEarlierRecording) {
 
 TEST(StartRecording, DoesNothingWhenItIsOnAlready) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(4, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.engine.StartRecording(4);
   EXPECT_TRUE(fixture.port.sent.empty());
   EXPECT_TRUE(fixture.dialogs.boxes.empty());
@@ -74,7 +72,7 @@ TEST(StartRecording, RefusesAFullFile) {
   PumpFixture fixture;
   UnitRecord unit = HeaderOf(1, {1});
   unit.UnitMaxMinutes = 5;  // 3 rows at 100 seconds
-  fixture.Open(4, kName, BytesOf(unit) + Words({1, 1, 2}));
+  fixture.Open(4, kNewFile, BytesOf(unit) + Words({1, 1, 2}));
   fixture.engine.StartRecording(4);
   ExpectBox(fixture, "Check:", "max. length of file");
   EXPECT_TRUE(fixture.port.sent.empty());
@@ -85,7 +83,7 @@ TEST(StartRecording, RefusesAFileWhoseRolesAndChannelsDisagree) {
   PumpFixture fixture;
   UnitRecord unit = HeaderOf(1, {1, 2});
   unit.UnitChannels = 1;
-  fixture.Open(4, kName, BytesOf(unit));
+  fixture.Open(4, kNewFile, BytesOf(unit));
   fixture.engine.StartRecording(4);
   ExpectBox(fixture, "start recording",
             "This file has another number of columns than there are recorded inputs.");
@@ -101,7 +99,7 @@ TEST(StartRecording, RefusesAFileWhoseTimeScaleIsNotTheInstruments) {
       unit.UnitFast = static_cast<std::int16_t>(is_fast);
       unit.UnitInterval = 1;
       fixture.line.registers[{3, 'T', 0}] = static_cast<std::int16_t>(1 - is_fast);
-      fixture.Open(slot, kName, BytesOf(unit) + Words({1, 2, 1, 2}));
+      fixture.Open(slot, kNewFile, BytesOf(unit) + Words({1, 2, 1, 2}));
       fixture.engine.StartRecording(slot);
       ExpectBox(fixture, "start recording",
                 is_fast == 1 ? "This file counts its sampling time in seconds, the instrument in "
@@ -111,7 +109,7 @@ TEST(StartRecording, RefusesAFileWhoseTimeScaleIsNotTheInstruments) {
       ASSERT_EQ(fixture.dialogs.boxes.size(), 1U);
       EXPECT_EQ(fixture.dialogs.boxes[0].Icon, BoxIcon::kWarning);
       EXPECT_EQ(fixture.port.sent, Telegrams{"T20?"});
-      EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 0);
+      EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitRecOn, 0);
       EXPECT_EQ(fixture.state.ReadState[slot], ReadState::kIdle);
       EXPECT_TRUE(fixture.screens.shown.empty());
     }
@@ -126,7 +124,7 @@ TEST(StartRecording, TakesAFileOfEitherTimeScaleOnASimulatedLine) {
       fixture.link.LinkOpen({"----", 0, 4});
       UnitRecord unit = HeaderOf(3, {1, 15});
       unit.UnitFast = static_cast<std::int16_t>(is_fast);
-      fixture.Open(slot, kName, BytesOf(unit));
+      fixture.Open(slot, kNewFile, BytesOf(unit));
       fixture.engine.StartRecording(slot);
       EXPECT_TRUE(fixture.dialogs.boxes.empty()) << slot << " " << is_fast;
       EXPECT_EQ(fixture.state.Unit[slot].UnitRecOn, 1);
@@ -140,7 +138,7 @@ TEST(StartRecording, TakesAFastInstrumentForAFastFile) {
   unit.UnitFast = 1;
   unit.UnitInterval = 1;
   fixture.line.registers[{3, 'T', 0}] = 1;
-  fixture.Open(4, kName, BytesOf(unit));
+  fixture.Open(4, kNewFile, BytesOf(unit));
   fixture.engine.StartRecording(4);
   EXPECT_TRUE(fixture.dialogs.boxes.empty());
   EXPECT_EQ(fixture.state.Unit[4].UnitRecOn, 1);
@@ -149,7 +147,7 @@ TEST(StartRecording, TakesAFastInstrumentForAFastFile) {
 TEST(StartRecording, FailsWhereTheTimeScaleCannotBeRead) {
   for (const bool is_silent : {false, true}) {
     PumpFixture fixture;
-    fixture.Open(4, kName, BytesOf(HeaderOf(1, {1})));
+    fixture.Open(4, kNewFile, BytesOf(HeaderOf(1, {1})));
     if (is_silent) {
       fixture.line.silent.insert(1);
     } else {
@@ -163,7 +161,7 @@ TEST(StartRecording, FailsWhereTheTimeScaleCannotBeRead) {
 
 TEST(StartRecording, StopsAtTheFirstWriteThatFails) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(HeaderOf(1, {1, 2, 3})));
+  fixture.Open(4, kNewFile, BytesOf(HeaderOf(1, {1, 2, 3})));
   fixture.line.refused.insert('R');
   fixture.engine.StartRecording(4);
   EXPECT_EQ(fixture.port.sent, (Telegrams{"T00?", "S01=A\r", "R01=0\r"}));
@@ -176,13 +174,13 @@ TEST(StartRecording, StopsAtTheFirstWriteThatFails) {
 
 TEST(StartRecording, WithoutAHeaderOnTheDiskLeavesTheSlotButNotItsEntry) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(HeaderOf(1, {1})));
+  fixture.Open(4, kNewFile, BytesOf(HeaderOf(1, {1})));
   std::filesystem::rename(fixture.directory.Path(), fixture.directory.Path() + "-away");
   fixture.engine.StartRecording(4);
   std::filesystem::rename(fixture.directory.Path() + "-away", fixture.directory.Path());
   EXPECT_EQ(fixture.state.SlotFile[4], "");
   EXPECT_EQ(fixture.state.ReadState[4], ReadState::kIdle);
-  EXPECT_EQ(fixture.state.Settings.ActiveFiles[3], kName);
+  EXPECT_EQ(fixture.state.Settings.ActiveFiles[3], kNewFile);
 }
 
 TEST(StartRecording, DoesNothingForASlotNotInUse) {
@@ -196,19 +194,19 @@ TEST(StartRecording, DoesNothingForASlotNotInUse) {
 
 TEST(StopRecording, AsksAndThenTellsTheFileButNotTheInstrument) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(4, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.engine.StopRecording(4);
   ExpectBox(fixture, " ", "stop acquisition");
   EXPECT_EQ(fixture.dialogs.boxes[0].Icon, BoxIcon::kQuestion);
   EXPECT_EQ(fixture.state.Unit[4].UnitRecOn, 0);
   EXPECT_EQ(fixture.state.ReadState[4], ReadState::kIdle);
-  EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 0);
+  EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitRecOn, 0);
   EXPECT_TRUE(fixture.port.sent.empty());
 }
 
 TEST(StopRecording, GoesOnAfterCancel) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(4, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.dialogs.ok = false;
   fixture.engine.StopRecording(4);
   EXPECT_EQ(fixture.state.Unit[4].UnitRecOn, 1);
@@ -217,7 +215,7 @@ TEST(StopRecording, GoesOnAfterCancel) {
 
 TEST(StopRecording, DoesNotAskWhenNothingIsOn) {
   PumpFixture fixture;
-  fixture.Open(4, kName, BytesOf(HeaderOf(1, {1})));
+  fixture.Open(4, kNewFile, BytesOf(HeaderOf(1, {1})));
   fixture.engine.StopRecording(4);
   fixture.engine.StopRecording(13);
   EXPECT_TRUE(fixture.dialogs.boxes.empty());
@@ -225,20 +223,20 @@ TEST(StopRecording, DoesNotAskWhenNothingIsOn) {
 
 TEST(StopRecording, WritesASetThatWaitedForTheDisk) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.Store(1, 1, {7});
   {
     const FullDisk disk(1000);
     fixture.Pump(1);
   }
   fixture.engine.StopRecording(12);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({7, 7}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({7, 7}));
   EXPECT_FALSE(fixture.state.WriteFailed[12]);
 }
 
 TEST(StopRecording, HidesTheBacklogOfItsSlot) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.state.BacklogSlot = 12;
   fixture.state.BacklogCount = 40;
   fixture.state.lbl_Info = "reading from Tavrel:  40";
@@ -251,7 +249,7 @@ TEST(StopRecording, StopsTheNextFileIfTheFullOneWasLeftBehindTheQuestion) {
   PumpFixture fixture;
   UnitRecord unit = Running(HeaderOf(1, {1}));
   unit.UnitEndAction = 2;
-  fixture.Open(12, kName, BytesOf(unit));
+  fixture.Open(12, kNewFile, BytesOf(unit));
   fixture.dialogs.on_box = [&] { fixture.engine.EndOfRecording(12); };
   fixture.engine.StopRecording(12);
   EXPECT_EQ(fixture.RecordInFile("M011111B.NEW").UnitRecOn, 0);
@@ -260,14 +258,14 @@ TEST(StopRecording, StopsTheNextFileIfTheFullOneWasLeftBehindTheQuestion) {
 
 TEST(StopRecording, KeepsAllRowsForAStartInTheSameFile) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.Store(1, 1, {1, 2});
   fixture.Pump(4);
   fixture.engine.StopRecording(12);
   fixture.engine.StartRecording(12);
   fixture.Store(1, 1, {3});
   fixture.Pump(4);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 1, 2, 3}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 1, 2, 3}));
 }
 
 }  // namespace

@@ -30,12 +30,10 @@ extern "C" int fsync(int handle) {
 namespace tavrel {
 namespace {
 
-constexpr const char* kName = "M011111A.NEW";
-
 // Slot 12 has the set (7, 8) in hand, which the disk has refused.
 struct RefusedSet : PumpFixture {
   RefusedSet() {
-    Open(12, kName, BytesOf(Running(HeaderOf(1, {1, 2}))) + Words({1, 2, 1, 2}));
+    Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1, 2}))) + Words({1, 2, 1, 2}));
     Store(1, 1, {7});
     Store(1, 2, {8});
     const FullDisk disk(kFull);
@@ -52,8 +50,8 @@ const std::string kWhole = Words({1, 2, 1, 2, 7, 8});
 TEST(RefusedSet, IsWrittenByTheStop) {
   RefusedSet fixture;
   fixture.engine.StopRecording(12);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole);
-  EXPECT_FALSE(fixture.directory.Exists(HeldSetName(kName)));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kWhole);
+  EXPECT_FALSE(fixture.directory.Exists(HeldSetName(kNewFile)));
   EXPECT_EQ(fixture.dialogs.boxes.size(), 1U);
 }
 
@@ -67,14 +65,14 @@ TEST(RefusedSet, StaysBesideTheFileWhereTheStopCannotWriteIt) {
   EXPECT_EQ(fixture.dialogs.boxes[1].Text,
             "M011111A.NEW: the last set could not be written (File too large); it stays beside "
             "the file and is written when the file is opened again");
-  EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 0);
+  EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitRecOn, 0);
   EXPECT_FALSE(fixture.state.WriteFailed[12]);
-  EXPECT_TRUE(fixture.directory.Exists(HeldSetName(kName)));
+  EXPECT_TRUE(fixture.directory.Exists(HeldSetName(kNewFile)));
   fixture.files.OpenRecordingFile(12);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kWhole);
   EXPECT_EQ(fixture.state.SampleCount[12], 3);
   EXPECT_FALSE(fixture.engine.HoldsSet(12));
-  EXPECT_FALSE(fixture.directory.Exists(HeldSetName(kName)));
+  EXPECT_FALSE(fixture.directory.Exists(HeldSetName(kNewFile)));
 }
 
 TEST(RefusedSet, ComesBeforeTheRowsOfANewStart) {
@@ -94,7 +92,7 @@ TEST(RefusedSet, ComesBeforeTheRowsOfANewStart) {
   fixture.Store(1, 1, {9});
   fixture.Store(1, 2, {10});
   fixture.Pump(3);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole + Words({9, 10}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kWhole + Words({9, 10}));
 }
 
 // Where the file is looked at only, or belongs to a recording that has gone on, it stays as it is.
@@ -105,12 +103,12 @@ TEST(RefusedSet, IsLeftAloneByTheViewerAndIfItIsOutOfDate) {
     fixture.engine.StopRecording(12);
   }
   fixture.files.CloseRecordingFile(12);
-  fixture.Name(kViewedFile, kName);
+  fixture.Name(kViewedFile, kNewFile);
   fixture.files.OpenRecordingFile(kViewedFile);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2}));
-  fixture.directory.Write(kName, fixture.HeaderInFile(kName) + Words({1, 2, 1, 2, 3, 4}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 1, 2}));
+  fixture.directory.Write(kNewFile, fixture.HeaderInFile(kNewFile) + Words({1, 2, 1, 2, 3, 4}));
   fixture.files.OpenRecordingFile(12);
-  EXPECT_EQ(fixture.SamplesInFile(kName), Words({1, 2, 1, 2, 3, 4}));
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), Words({1, 2, 1, 2, 3, 4}));
 }
 
 TEST(RefusedSet, OfAFullFileIsNotThrownAwayByItsEnd) {
@@ -118,18 +116,18 @@ TEST(RefusedSet, OfAFullFileIsNotThrownAwayByItsEnd) {
   fixture.state.SampleLimit[12] = 1;  // the user shortens the recording
   fixture.engine.TenSecondTick();
   fixture.Pump(2);
-  EXPECT_EQ(fixture.RecordInFile(kName).UnitRecOn, 0);
-  EXPECT_EQ(fixture.SamplesInFile(kName), kWhole);
+  EXPECT_EQ(fixture.RecordInFile(kNewFile).UnitRecOn, 0);
+  EXPECT_EQ(fixture.SamplesInFile(kNewFile), kWhole);
 }
 
 TEST(CloseRecordingFile, SyncsTheRows) {
   PumpFixture fixture;
-  fixture.Open(12, kName, BytesOf(Running(HeaderOf(1, {1}))));
+  fixture.Open(12, kNewFile, BytesOf(Running(HeaderOf(1, {1}))));
   fixture.Store(1, 1, {7});
   fixture.Pump(1);
   SyncedFiles().clear();
   fixture.files.CloseRecordingFile(12);
-  EXPECT_EQ(SyncedFiles(), (std::vector<std::string>{kName, kName, "journal"}))
+  EXPECT_EQ(SyncedFiles(), (std::vector<std::string>{kNewFile, kNewFile, "journal"}))
       << "and its journal, with its name";
   SyncedFiles().clear();
   fixture.files.CloseRecordingFile(12);

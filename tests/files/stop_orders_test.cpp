@@ -11,8 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* kName = "M011111A.NEW";
-
 std::vector<StopOrder> EachController() {
   std::vector<StopOrder> orders;
   for (int inet = 1; inet <= kInets; ++inet) {
@@ -102,13 +100,13 @@ TEST_F(Stops, AreOnTheDiskBeforeTheyAreSentAndBeforeTheFileSaysThatItHasEnded) {
   UnitRecord unit = Running(HeaderOf(1, {1}));
   unit.UnitCtrl = 4;
   unit.UnitEndAction = 1;
-  Open(7, kName, BytesOf(unit));
+  Open(7, kNewFile, BytesOf(unit));
   std::vector<StopOrder> on_disk;
   bool is_on = true;
   const auto answer = port.answer;
   port.answer = [&](const std::string& command) {
     on_disk = OnDisk();
-    is_on = RecordInFile(kName).UnitRecOn == 1;
+    is_on = RecordInFile(kNewFile).UnitRecOn == 1;
     return answer(command);
   };
   engine.EndOfRecording(7);

@@ -13,11 +13,11 @@
 #include <random>
 #include <vector>
 
+#include "tests/support/colours.h"
+
 namespace tavrel {
 namespace {
 
-constexpr Colour kRed{255, 0, 0};
-constexpr Colour kBlue{0, 0, 255};
 constexpr QRectF kPlace(20, 10, 100, 50);
 
 // A page of 160 x 80 units with a surface on a part of it, one unit to the point.

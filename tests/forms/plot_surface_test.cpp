@@ -7,11 +7,11 @@
 #include <random>
 #include <vector>
 
+#include "tests/support/colours.h"
+
 namespace tavrel {
 namespace {
 
-constexpr Colour kRed{255, 0, 0};
-constexpr Colour kBlue{0, 0, 255};
 constexpr Pen kInvertPen{PenMode::kInvert, PenStyle::kSolid, 1};
 
 int CountNotWhite(const PlotSurface& surface) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "tests/support/colours.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -10,7 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr Colour kRed{0xFF, 0, 0};
 constexpr Colour kGreen{0, 0xAA, 0};  // light green as it is drawn
 
 std::vector<Segment> Segments(const std::vector<Stroke>& strokes) {

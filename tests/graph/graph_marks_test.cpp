@@ -287,17 +287,17 @@ TEST_F(TheMarks, AreAtMostFiveWhateverTheHeaderSays) {
 }
 
 // Where a text of ten characters (5 minutes) ends up.
-struct Placed {
+struct MarkPlace {
   PlotPoint wanted;
   PlotPoint corner;
 };
 
 TEST_F(TheMarks, MoveATextInsideThePlot) {
-  const std::vector<Placed> cases = {{{20, 300}, {20, 308.75}}, {{54.9, 300}, {54.9, 308.75}},
-                                     {{55, 300}, {55, 308.75}}, {{59, 300}, {55, 308.75}},
-                                     {{20, 599}, {20, 600}},    {{20, 100}, {20, 117.5}},
-                                     {{59, 599}, {55, 600}},    {{20, 108.75}, {20, 117.5}}};
-  for (const Placed& one : cases) {
+  const std::vector<MarkPlace> cases = {{{20, 300}, {20, 308.75}}, {{54.9, 300}, {54.9, 308.75}},
+                                        {{55, 300}, {55, 308.75}}, {{59, 300}, {55, 308.75}},
+                                        {{20, 599}, {20, 600}},    {{20, 100}, {20, 117.5}},
+                                        {{59, 599}, {55, 600}},    {{20, 108.75}, {20, 117.5}}};
+  for (const MarkPlace& one : cases) {
     StrokeSurface page;
     page.SetScale(view.RestingScale());
     PrintMarkText(view, one.wanted, "0123456789", page);

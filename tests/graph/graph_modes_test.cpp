@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/support/colours.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -8,8 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-constexpr Colour kRed{0xFF, 0, 0};
 
 // Reference 2 rises a degree a row from 100; inputs 1 and 3 are 50 above and 20 below it.
 std::vector<std::int16_t> Rising(int rows, double by = 1) {

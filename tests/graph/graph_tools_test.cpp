@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <set>
 
+#include "tests/support/colours.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
@@ -11,9 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-constexpr Colour kBlue{0, 0, 0xFF};
-constexpr Colour kRed{0xFF, 0, 0};
 
 // A part view of 10..90 minutes, 100..900 degrees, over curves at 200, 400 and 600 degrees.
 class GraphTool : public testing::Test {

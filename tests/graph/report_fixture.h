@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "graph/report.h"
+#include "tests/support/colours.h"
 #include "tests/support/graph_bench.h"
 
 namespace tavrel {
 
-inline constexpr Colour kRed{0xFF, 0, 0};
 inline constexpr Colour kGrid{0xC0, 0xC0, 0xC0};
 inline constexpr std::pair<double, double> kPortraitPaper{570, 820};
 inline constexpr std::pair<double, double> kLandscapePaper{820, 570};

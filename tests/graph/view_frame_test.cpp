@@ -7,7 +7,7 @@
 namespace tavrel {
 namespace {
 
-ViewFrame Frame(double left, double right, double bottom, double top) {
+ViewFrame FrameWithFactors(double left, double right, double bottom, double top) {
   ViewFrame view;
   view.XLeft = left;
   view.XRight = right;
@@ -25,7 +25,7 @@ UnitRecord Unit(int channels, int resolution = 0) {
 }
 
 TEST(PlaceCode, RunsFrom7689To29211AndFrom4692To28083) {
-  const ViewFrame view = Frame(10, 110, -50, 950);
+  const ViewFrame view = FrameWithFactors(10, 110, -50, 950);
   EXPECT_EQ(CodeX(view, 10), 7689);
   EXPECT_EQ(CodeX(view, 110), 29211);
   EXPECT_EQ(CodeY(view, -50), 4692);
@@ -33,25 +33,25 @@ TEST(PlaceCode, RunsFrom7689To29211AndFrom4692To28083) {
 }
 
 TEST(PlaceCode, ComesBackAsTheSamePlaceWithinAStepOfTheCode) {
-  const ViewFrame view = Frame(0, 500, 0, 1200);
+  const ViewFrame view = FrameWithFactors(0, 500, 0, 1200);
   EXPECT_NEAR(DecodeX(view, CodeX(view, 123.4)), 123.4, 0.5 * 500 / 21522);
   EXPECT_NEAR(DecodeY(view, CodeY(view, 987.6)), 987.6, 0.5 * 1200 / 23391);
 }
 
 TEST(PlaceCode, RoundsTiesToTheEvenCode) {
-  const ViewFrame view = Frame(0, 21522, 0, 23391);  // a unit is a step
-  EXPECT_EQ(CodeX(view, 0.5), 7690);                 // 7689.5
-  EXPECT_EQ(CodeX(view, 1.5), 7690);                 // 7690.5
+  const ViewFrame view = FrameWithFactors(0, 21522, 0, 23391);  // a unit is a step
+  EXPECT_EQ(CodeX(view, 0.5), 7690);                            // 7689.5
+  EXPECT_EQ(CodeX(view, 1.5), 7690);                            // 7690.5
 }
 
 TEST(PlaceCode, IsHeldAt16Bits) {
-  const ViewFrame view = Frame(0, 1, 0, 1);
+  const ViewFrame view = FrameWithFactors(0, 1, 0, 1);
   EXPECT_EQ(CodeX(view, 100), 32767);
   EXPECT_EQ(CodeY(view, -100), -32768);
 }
 
 TEST(PlaceCode, BelowTheOffsetIsTheLowerLimitAndAboveTheEndTheUpperOne) {
-  const ViewFrame view = Frame(20, 80, 100, 900);
+  const ViewFrame view = FrameWithFactors(20, 80, 100, 900);
   EXPECT_EQ(DecodeX(view, 7600), 20);
   EXPECT_EQ(DecodeY(view, 4600), 100);
   EXPECT_EQ(DecodeX(view, 32767), 80);
@@ -60,7 +60,7 @@ TEST(PlaceCode, BelowTheOffsetIsTheLowerLimitAndAboveTheEndTheUpperOne) {
 }
 
 TEST(PlaceCode, OfANewHeaderIsASmallRectangleAtTheLowerLeft) {
-  const ViewFrame view = Frame(0, 600, 0, 1000);
+  const ViewFrame view = FrameWithFactors(0, 600, 0, 1000);
   EXPECT_EQ(DecodeX(view, 7600), 0);
   EXPECT_EQ(DecodeY(view, 4600), 0);
   EXPECT_NEAR(DecodeX(view, 10000), 2311.0 / 21522 * 600, 1e-9);
@@ -68,7 +68,7 @@ TEST(PlaceCode, OfANewHeaderIsASmallRectangleAtTheLowerLeft) {
 }
 
 TEST(PlaceCode, StaysInsideAnUpsideDownView) {
-  const ViewFrame view = Frame(0, 10, 500, 100);
+  const ViewFrame view = FrameWithFactors(0, 10, 500, 100);
   EXPECT_EQ(DecodeY(view, 4692), 500);
   EXPECT_EQ(DecodeY(view, 28083), 100);
   EXPECT_EQ(DecodeY(view, 0), 500);
@@ -76,7 +76,7 @@ TEST(PlaceCode, StaysInsideAnUpsideDownView) {
 }
 
 TEST(PlaceCode, OfAViewWithoutWidthIsItsEdge) {
-  const ViewFrame view = Frame(5, 5, 7, 7);
+  const ViewFrame view = FrameWithFactors(5, 5, 7, 7);
   EXPECT_EQ(CodeX(view, 5), 7689);
   EXPECT_EQ(DecodeX(view, 12345), 5);
   EXPECT_EQ(DecodeY(view, 12345), 7);
@@ -94,7 +94,7 @@ TEST(RowBounds, AreHeldAtTheMaximalRow) {
 }
 
 TEST(RowBounds, OfAViewFromTheLeftEdge) {
-  ViewFrame view = Frame(0, 100, 0, 1000);
+  ViewFrame view = FrameWithFactors(0, 100, 0, 1000);
   EXPECT_TRUE(SetRecords(view, Unit(3), 60, 51));
   EXPECT_EQ(view.RecFirst, 500 + 3);
   EXPECT_EQ(view.RecLast, 500 + 300);
@@ -105,7 +105,7 @@ TEST(RowBounds, OfAViewFromTheLeftEdge) {
 }
 
 TEST(RowBounds, OfOneRowEndWhereTheyStart) {
-  ViewFrame view = Frame(0, 100, 0, 1000);
+  ViewFrame view = FrameWithFactors(0, 100, 0, 1000);
   SetRecords(view, Unit(3), 60, 2);
   EXPECT_EQ(view.RecEnd, view.RecFirst);
 }
@@ -116,25 +116,25 @@ TEST(RowBounds, RoundHalfARowToTheEvenOne) {
 }
 
 TEST(RowBounds, EndAtTheRightEdgeOfTheViewHoweverLongTheRecordingIs) {
-  ViewFrame view = Frame(0, 20, 0, 1000);
+  ViewFrame view = FrameWithFactors(0, 20, 0, 1000);
   SetRecords(view, Unit(3), 60, 5000);
   EXPECT_EQ(view.RecEnd, 560);
 }
 
 TEST(RowBounds, OfANegativeAxisHoldNoRow) {
-  ViewFrame view = Frame(0, -32768, 0, 1000);
+  ViewFrame view = FrameWithFactors(0, -32768, 0, 1000);
   SetRecords(view, Unit(15), 1, 2000);
   EXPECT_LT(view.RecEnd, view.RecFirst);
 }
 
 TEST(Resolution, LowDrawsAHundredthOfTheRows) {
-  ViewFrame view = Frame(0, 1000, 0, 1000);
+  ViewFrame view = FrameWithFactors(0, 1000, 0, 1000);
   EXPECT_FALSE(SetRecords(view, Unit(3, 54), 60, 1000));
   EXPECT_EQ(view.RecStep, 3 * 9);  // 999 rows
 }
 
 TEST(Resolution, LowOnLessThanTwoHundredRowsHasAStepOfOneAndIsStillLow) {
-  ViewFrame view = Frame(0, 199, 0, 1000);
+  ViewFrame view = FrameWithFactors(0, 199, 0, 1000);
   EXPECT_FALSE(SetRecords(view, Unit(3, 53), 60, 1000));
   EXPECT_EQ(view.RecStep, 3);
   EXPECT_TRUE(SetRecords(view, Unit(3, 52), 60, 1000));

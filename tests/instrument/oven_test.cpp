@@ -7,8 +7,9 @@ namespace {
 
 constexpr double kRoom = 22.0;
 
-void Heat(Oven& oven, double power, double seconds, double step = 0.25) {
-  const auto steps = static_cast<int>(seconds / step);
+// `time` in seconds.
+void Heat(Oven& oven, double power, double time, double step = 0.25) {
+  const auto steps = static_cast<int>(time / step);
   for (int i = 0; i < steps; ++i) {
     oven.Step(power, step);
   }

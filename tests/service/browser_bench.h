@@ -14,6 +14,13 @@
 
 namespace tavrel {
 
+// Columns and rows of the browser of variables.
+inline constexpr int kDec = 2;
+inline constexpr int kLegend = 3;
+inline int RowOf(char letter, int index) {
+  return (letter - 'G') * 16 + index;
+}
+
 // Instrument 3 under a browser of registers, on either kind of line: registers of the bench's line,
 // and the ports of its processor. Levers: is_plugin before Start; ports; masks, what a port gives
 // when it is read; fails, how the command that it is asked for fails.

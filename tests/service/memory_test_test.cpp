@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/service/failed_exchange.h"
 #include "tests/service/service_line.h"
 
 namespace tavrel {
@@ -98,29 +99,8 @@ TEST_F(TheMemoryTest, RestsBetweenTwoRoundsForAFifthOfASecond) {
   EXPECT_LE(pause, std::chrono::milliseconds(350));
 }
 
-struct Case {
-  int com_mode = 0;
-  int exchange = 0;  // of the round, from 0
-  LineFailure failure{};
-};
-
-std::string NameOf(const testing::TestParamInfo<Case>& info) {
-  return "mode_" + std::to_string(info.param.com_mode) + "_exchange_" +
-         std::to_string(info.param.exchange) + "_" + tavrel::NameOf(info.param.failure);
-}
-
-std::vector<Case> EachExchange(int exchanges) {
-  std::vector<Case> cases;
-  for (const int com_mode : {0, 1}) {
-    for (int exchange = 0; exchange < exchanges; ++exchange) {
-      cases.push_back({com_mode, exchange, {}});
-    }
-  }
-  return WithEachFailure(cases);
-}
-
 class TheMemoryTestAfterAFailure : public TheMemoryTest,
-                                   public testing::WithParamInterface<Case> {};
+                                   public testing::WithParamInterface<FailedExchange> {};
 
 TEST_P(TheMemoryTestAfterAFailure, RepeatsTheStepAndComesToTheSameEnd) {
   failed = {{6, 0x4711}};
@@ -139,7 +119,7 @@ TEST_P(TheMemoryTestAfterAFailure, RepeatsTheStepAndComesToTheSameEnd) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EachExchange, TheMemoryTestAfterAFailure,
-                         testing::ValuesIn(EachExchange(9)), NameOf);
+                         testing::ValuesIn(EachExchange({0, 1}, 9)), NameOfExchange);
 
 TEST_F(TheMemoryTest, FallsBackToItsFirstStepWithTheThirdSilenceAndEachFurtherOne) {
   StartOn(1, 1);

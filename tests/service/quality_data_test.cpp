@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/service/failed_exchange.h"
 #include "tests/service/service_line.h"
 
 namespace tavrel {
@@ -301,29 +302,8 @@ TEST_F(TheQualityData, SaysHowFarItIs) {
   EXPECT_EQ(Now().lbl_State, "");
 }
 
-struct Case {
-  int com_mode = 0;
-  int exchange = 0;
-  LineFailure failure{};
-};
-
-std::string NameOf(const testing::TestParamInfo<Case>& info) {
-  return "mode_" + std::to_string(info.param.com_mode) + "_exchange_" +
-         std::to_string(info.param.exchange) + "_" + tavrel::NameOf(info.param.failure);
-}
-
-std::vector<Case> EachExchange(int exchanges) {
-  std::vector<Case> cases;
-  for (const int com_mode : {0, 2}) {
-    for (int exchange = 0; exchange < exchanges; ++exchange) {
-      cases.push_back({com_mode, exchange, {}});
-    }
-  }
-  return WithEachFailure(cases);
-}
-
 class TheQualityDataAfterAFailure : public TheQualityData,
-                                    public testing::WithParamInterface<Case> {};
+                                    public testing::WithParamInterface<FailedExchange> {};
 
 // Exchanges 0 to 10 read, 11 to 20 write, 21 to 31 read again.
 TEST_P(TheQualityDataAfterAFailure, RepeatsTheStepAndLosesNothing) {
@@ -348,7 +328,7 @@ TEST_P(TheQualityDataAfterAFailure, RepeatsTheStepAndLosesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EachExchange, TheQualityDataAfterAFailure,
-                         testing::ValuesIn(EachExchange(32)), NameOf);
+                         testing::ValuesIn(EachExchange({0, 2}, 32)), NameOfExchange);
 
 // The reply to the first question for a register comes when the next register is asked for.
 TEST_F(TheQualityData, DoesNotTakeALateReplyForTheNextRegister) {

@@ -13,14 +13,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-constexpr int kDec = 2;
-constexpr int kLegend = 3;
 constexpr int kInet = 3;
 constexpr const char* kFile = "M260301A.OVN";
-
-int RowOf(char letter, int index) {
-  return (letter - 'G') * 16 + index;
-}
 
 struct Scene {
   int slot = 3;

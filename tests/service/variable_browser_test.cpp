@@ -8,13 +8,7 @@ namespace tavrel {
 namespace {
 
 constexpr int kHex = 1;
-constexpr int kDec = 2;
-constexpr int kLegend = 3;
 constexpr int kRows = 320;
-
-int RowOf(char letter, int index) {
-  return (letter - 'G') * 16 + index;
-}
 
 class AVariableBrowser : public BrowserBench, public testing::WithParamInterface<bool> {
  protected:

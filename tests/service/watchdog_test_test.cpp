@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/service/failed_exchange.h"
 #include "tests/service/service_line.h"
 
 namespace tavrel {
@@ -160,29 +161,8 @@ TEST_F(TheWatchdogTest, MeasuresAgainOnlyWhenOneHasEnded) {
   EXPECT_EQ(screen->Values().Lbl_delay, "1000");
 }
 
-struct Case {
-  int com_mode = 0;
-  int exchange = 0;
-  LineFailure failure{};
-};
-
-std::string NameOf(const testing::TestParamInfo<Case>& info) {
-  return "mode_" + std::to_string(info.param.com_mode) + "_exchange_" +
-         std::to_string(info.param.exchange) + "_" + tavrel::NameOf(info.param.failure);
-}
-
-std::vector<Case> EachExchange() {
-  std::vector<Case> cases;
-  for (const int com_mode : {0, 2}) {
-    for (int exchange = 0; exchange < 4; ++exchange) {
-      cases.push_back({com_mode, exchange, {}});
-    }
-  }
-  return WithEachFailure(cases);
-}
-
 class TheWatchdogTestAfterAFailure : public TheWatchdogTest,
-                                     public testing::WithParamInterface<Case> {};
+                                     public testing::WithParamInterface<FailedExchange> {};
 
 TEST_P(TheWatchdogTestAfterAFailure, ComesToTheSameEnd) {
   period = 12;
@@ -195,7 +175,7 @@ TEST_P(TheWatchdogTestAfterAFailure, ComesToTheSameEnd) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EachExchange, TheWatchdogTestAfterAFailure,
-                         testing::ValuesIn(EachExchange()), NameOf);
+                         testing::ValuesIn(EachExchange({0, 2}, 4)), NameOfExchange);
 
 TEST_F(TheWatchdogTest, FallsBackToItsFirstStepWhenThereIsNoConnection) {
   StartOn(1, 1);

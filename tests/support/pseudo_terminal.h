@@ -12,6 +12,8 @@
 
 namespace tavrel {
 
+inline constexpr const char* kDirect = "4800,n,8,2";  // how a direct line is set
+
 // The far end of a line: what is plugged into the serial port.
 class PseudoTerminal {
  public:

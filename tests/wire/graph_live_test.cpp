@@ -14,7 +14,6 @@ namespace {
 
 using std::chrono::seconds;
 
-constexpr const char* kName = "M260314A.OVN";
 constexpr int kSpeedUp = 60;  // ten minutes of the instrument pass in ten seconds
 constexpr int kRows = 60;     // ten minutes at 10 s
 
@@ -57,7 +56,7 @@ class GraphLive : public testing::Test {
     logic.state.DataHome = logic.state.AppPath;
     logic.state.Settings.CommPort = "COM1";
     logic.state.Settings.TypeSel = 4;
-    logic.state.Settings.ActiveFiles[0] = kName;
+    logic.state.Settings.ActiveFiles[0] = kOvenFile;
     logic.state.SettingsRead = true;
     WriteRecording();
     ASSERT_TRUE(logic.start_up.MainFormLoad());
@@ -79,7 +78,7 @@ class GraphLive : public testing::Test {
     unit.UnitView = {7689, 4692, 25000, 20000};
     std::string bytes(sizeof unit, '\0');
     std::memcpy(bytes.data(), &unit, sizeof unit);
-    on.home.Write(std::string("tavdat/") + kName, bytes);
+    on.home.Write(std::string("tavdat/") + kOvenFile, bytes);
   }
 
   // Runs the timers of both forms and changes the view every second.

@@ -13,8 +13,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kSpeedUp = 10;  // a set of 10 s is made in each second
-constexpr const char* kName = "M260314A.OVN";
+constexpr int kLedgerSpeedUp = 10;  // a set of 10 s is made in each second
 
 // On a direct line and on a plug-in line.
 class LedgerOnTheWire : public testing::TestWithParam<bool> {
@@ -39,7 +38,7 @@ class LedgerOnTheWire : public testing::TestWithParam<bool> {
     ASSERT_TRUE(instrument.IsUp());
     UnitRecord unit = BenchProgram::Header(1, 1, 3, false);
     unit.UnitInterval = 1;
-    program.Start(GetParam(), kName, unit);
+    program.Start(GetParam(), kOvenFile, unit);
     program.engine.StartRecording(1);
     ASSERT_EQ(program.state.Unit[1].UnitRecOn, 1);
   }
@@ -57,16 +56,16 @@ class LedgerOnTheWire : public testing::TestWithParam<bool> {
       texts.push_back(notice.Text);
     }
     std::ifstream file(program.home.File("truth.txt"));
-    const std::string bytes = program.home.Read("tavdat/" + std::string(kName));
-    return Compare(ReadLineTruth(file, {}), {kName, 1, {1, 2, 3}}, bytes.substr(sizeof(UnitRecord)),
-                   ReadTold(texts));
+    const std::string bytes = program.home.Read("tavdat/" + std::string(kOvenFile));
+    return Compare(ReadLineTruth(file, {}), {kOvenFile, 1, {1, 2, 3}},
+                   bytes.substr(sizeof(UnitRecord)), ReadTold(texts));
   }
   [[nodiscard]] LedgerFigures Figures() const {
-    const std::string journal = program.home.Read("tavdat/journal/" + std::string(kName));
+    const std::string journal = program.home.Read("tavdat/journal/" + std::string(kOvenFile));
     return LedgerOf(ReadJournal(journal), program.state.SampleCount[1]);
   }
 
-  WireProgram program{kSpeedUp};
+  WireProgram program{kLedgerSpeedUp};
   LiveInstrument instrument{program.home, GetParam(), Options()};
 };
 

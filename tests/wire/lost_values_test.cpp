@@ -13,8 +13,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kSpeedUp = 10;  // a set of 10 s is made in each second
-constexpr const char* kName = "M260314A.OVN";
+constexpr int kLossesSpeedUp = 10;  // a set of 10 s is made in each second
 
 struct Sampling {
   std::string order;
@@ -32,7 +31,7 @@ class LostValues : public testing::TestWithParam<Sampling> {
   }
 
   static std::vector<std::string> Options() {
-    std::vector<std::string> options = {"--speedup", std::to_string(kSpeedUp), "--warm"};
+    std::vector<std::string> options = {"--speedup", std::to_string(kLossesSpeedUp), "--warm"};
     // Every value has to differ from the one before it, or a shift would not show.
     for (const char* oven :
          {"1.1=ramp:450:0.1", "1.2=ramp:400:0.1", "1.3=ramp:450:0.1", "1.4=ramp:350:0.1"}) {
@@ -47,7 +46,7 @@ class LostValues : public testing::TestWithParam<Sampling> {
     ASSERT_TRUE(instrument.IsUp());
     UnitRecord unit = BenchProgram::Header(1, 1, 4, false);
     unit.UnitInterval = 1;
-    program.Start(true, kName, unit);
+    program.Start(true, kOvenFile, unit);
     program.engine.StartRecording(1);
     ASSERT_EQ(program.state.Unit[1].UnitRecOn, 1);
   }
@@ -73,12 +72,12 @@ class LostValues : public testing::TestWithParam<Sampling> {
   [[nodiscard]] Findings Compared() {
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
-    const std::string bytes = program.home.Read("tavdat/" + std::string(kName));
-    return Compare(truth, {kName, 1, {1, 2, 3, 4}}, bytes.substr(sizeof(UnitRecord)),
+    const std::string bytes = program.home.Read("tavdat/" + std::string(kOvenFile));
+    return Compare(truth, {kOvenFile, 1, {1, 2, 3, 4}}, bytes.substr(sizeof(UnitRecord)),
                    ReadTold(Told()));
   }
 
-  WireProgram program{kSpeedUp};
+  WireProgram program{kLossesSpeedUp};
   LiveInstrument instrument{program.home, true, Options()};
 };
 

@@ -22,8 +22,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* kDirect = "4800,n,8,2";
-
 // Another program, by the name of "linewatch", that has nothing but a number.
 class OtherProgram {
  public:
@@ -92,10 +90,10 @@ const std::vector<LockForm> kForms = {
     {"binary", Raw},
 };
 
-class PortLock : public testing::Test {
+class LockedPort : public testing::Test {
  protected:
-  PortLock() { std::filesystem::create_symlink(far.Device(), home.File("COM1")); }
-  ~PortLock() override { std::filesystem::remove_all(lock); }
+  LockedPort() { std::filesystem::create_symlink(far.Device(), home.File("COM1")); }
+  ~LockedPort() override { std::filesystem::remove_all(lock); }
 
   void Lay(const std::string& text) const {
     std::filesystem::remove_all(lock);
@@ -121,7 +119,7 @@ class PortLock : public testing::Test {
   QtSerialPort port{home.Path()};
 };
 
-TEST_F(PortLock, OfALivingProgramIsLeftAloneInEveryForm) {
+TEST_F(LockedPort, OfALivingProgramIsLeftAloneInEveryForm) {
   const OtherProgram other;
   for (const LockForm& form : kForms) {
     for (const bool is_old : {false, true}) {
@@ -143,7 +141,7 @@ TEST_F(PortLock, OfALivingProgramIsLeftAloneInEveryForm) {
 }
 
 // What the other deletes at its end is its own lock and not ours.
-TEST_F(PortLock, StandsAsLongAsThePortIsOpen) {
+TEST_F(LockedPort, StandsAsLongAsThePortIsOpen) {
   const OtherProgram other;
   Lay(Padded(other.Number()) + "\n");
   MakeOld();
@@ -155,7 +153,7 @@ TEST_F(PortLock, StandsAsLongAsThePortIsOpen) {
   EXPECT_FALSE(std::filesystem::exists(lock));
 }
 
-TEST_F(PortLock, OfAProgramThatIsDeadIsTakenOverInEveryForm) {
+TEST_F(LockedPort, OfAProgramThatIsDeadIsTakenOverInEveryForm) {
   for (const LockForm& form : kForms) {
     OtherProgram other;
     Lay(form.text(other.Number()));
@@ -167,7 +165,7 @@ TEST_F(PortLock, OfAProgramThatIsDeadIsTakenOverInEveryForm) {
   }
 }
 
-TEST_F(PortLock, OfAProgramWhoseEndNobodyHasNoticedIsTakenOver) {
+TEST_F(LockedPort, OfAProgramWhoseEndNobodyHasNoticedIsTakenOver) {
   for (const LockForm& form : kForms) {
     const OtherProgram other;
     Lay(form.text(other.Number()));
@@ -178,7 +176,7 @@ TEST_F(PortLock, OfAProgramWhoseEndNobodyHasNoticedIsTakenOver) {
 }
 
 // Left by a dead program whose number is ours by now: whatever we have open has another form.
-TEST_F(PortLock, WithOurOwnNumberIsTakenOver) {
+TEST_F(LockedPort, WithOurOwnNumberIsTakenOver) {
   for (const LockForm& form : kForms) {
     Lay(form.text(getpid()));
     const PortOpening opening = Open();
@@ -187,7 +185,7 @@ TEST_F(PortLock, WithOurOwnNumberIsTakenOver) {
   }
 }
 
-TEST_F(PortLock, ThatSaysNothingIsLeftAloneAndNamed) {
+TEST_F(LockedPort, ThatSaysNothingIsLeftAloneAndNamed) {
   for (const char* text : {"minicom\n", "-7\n", "0\n", "12x\n", "99999999999999999999\n", "\n"}) {
     Lay(text);
     MakeOld();
@@ -199,7 +197,7 @@ TEST_F(PortLock, ThatSaysNothingIsLeftAloneAndNamed) {
   }
 }
 
-TEST_F(PortLock, ThatIsJustBeingWrittenIsWaitedFor) {
+TEST_F(LockedPort, ThatIsJustBeingWrittenIsWaitedFor) {
   const OtherProgram other;
   Lay("");
   const Later hand(std::chrono::milliseconds(60),
@@ -208,7 +206,7 @@ TEST_F(PortLock, ThatIsJustBeingWrittenIsWaitedFor) {
   EXPECT_EQ(Text(), Padded(other.Number()) + "\n");
 }
 
-TEST_F(PortLock, ThatIsNoFileIsLeftAloneAndNamed) {
+TEST_F(LockedPort, ThatIsNoFileIsLeftAloneAndNamed) {
   const std::vector<std::function<void()>> things = {
       [this] { mkfifo(lock.c_str(), 0644); }, [this] { std::filesystem::create_directory(lock); },
       [this] { std::filesystem::create_symlink(home.File("target"), lock); },
@@ -230,7 +228,7 @@ TEST_F(PortLock, ThatIsNoFileIsLeftAloneAndNamed) {
 }
 
 // Others lock the name by which they know the device.
-TEST_F(PortLock, UnderTheNameOfALinkCountsToo) {
+TEST_F(LockedPort, UnderTheNameOfALinkCountsToo) {
   const TemporaryDirectory devices;
   std::filesystem::create_symlink(far.Device(), devices.File("COM29"));
   const std::string by_link = std::filesystem::path(lock).parent_path() / "LCK..COM29";
@@ -245,7 +243,7 @@ TEST_F(PortLock, UnderTheNameOfALinkCountsToo) {
 }
 
 // As on a full disk; the files of this process may not grow.
-TEST_F(PortLock, ThatCannotBeWrittenIsNotTakenForThatOfAnother) {
+TEST_F(LockedPort, ThatCannotBeWrittenIsNotTakenForThatOfAnother) {
   rlimit usual{};
   getrlimit(RLIMIT_FSIZE, &usual);
   const auto before = signal(SIGXFSZ, SIG_IGN);

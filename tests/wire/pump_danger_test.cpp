@@ -14,7 +14,7 @@ namespace {
 // every 2 s are 12 exchanges a second, of some 36 that a line of 9600 baud can carry. The program
 // does not know of it and trusts in its own clock; but for the length of the test the counts that
 // it has read at the start are enough.
-constexpr int kSpeedUp = 5;
+constexpr int kDangerSpeedUp = 5;
 constexpr int kStored = 888;     // room for eight sets: 16 s
 constexpr int kEnoughRows = 30;  // of each recording; takes longer than that
 constexpr int kInstruments = 6;
@@ -39,7 +39,7 @@ UnitRecord HeaderOf(const RecordedSlot& recording, int ctrl) {
 
 std::vector<std::string> Options() {
   std::vector<std::string> options = {"--instruments", std::to_string(kInstruments), "--speedup",
-                                      std::to_string(kSpeedUp), "--warm"};
+                                      std::to_string(kDangerSpeedUp), "--warm"};
   for (int inet = 1; inet <= kInstruments; ++inet) {
     options.insert(options.end(), {"--oven", std::to_string(inet) + ".1=ramp:450:0.1"});
     for (const int input : {1, 2, 7, 15}) {

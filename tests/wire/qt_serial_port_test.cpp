@@ -31,7 +31,6 @@ namespace {
 using std::chrono::milliseconds;
 using testing::HasSubstr;
 
-constexpr const char* kDirect = "4800,n,8,2";
 constexpr const char* kPlugin = "9600,e,8,1";
 
 // Milliseconds of processor time that the whole process has used.

@@ -12,9 +12,8 @@
 namespace tavrel {
 namespace {
 
-constexpr int kSpeedUp = 20;  // a set of ten seconds comes every half second
+constexpr int kFormsSpeedUp = 20;  // a set of ten seconds comes every half second
 constexpr int kInet = 1;
-constexpr const char* kName = "M260314A.OVN";
 const std::vector<int> kRecorded = {1, 5, 9};
 const std::size_t kRowBytes = 2 * kRecorded.size();
 
@@ -35,7 +34,7 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     header.UnitRef = 5;
     header.UnitInterval = 1;
     header.SetApparatusName("Furnace");
-    program.PrepareStart(GetParam(), kName, header);
+    program.PrepareStart(GetParam(), kOvenFile, header);
     ASSERT_TRUE(program.start_up.MainFormLoad());
     form = std::make_unique<Tavrel>(
         Tavrel::Parts{program.sheet, program.commands, program.cycle, program.start_up}, 1);
@@ -110,10 +109,10 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
     return link.IsGood(kInet) ? link.ComValue : kNoData;
   }
 
-  WireProgram program{kSpeedUp};
+  WireProgram program{kFormsSpeedUp};
   LiveInstrument instrument{program.home,
                             GetParam(),
-                            {"--speedup", std::to_string(kSpeedUp), "--line-speed", "none",
+                            {"--speedup", std::to_string(kFormsSpeedUp), "--line-speed", "none",
                              "--warm", "--oven", "1.1=ramp:450:0.1"}};
   std::unique_ptr<Tavrel> form;
   // The worksheet is a child of the main form and has to go before it.
@@ -123,10 +122,10 @@ class RecordingForms : public ModalDeeds, public testing::WithParamInterface<boo
 TEST_P(RecordingForms, RecordStopAndGoOnInTheSameFile) {
   Then("TavWork", [this] {
     Click("cmd_Rec_1");
-    EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
+    EXPECT_EQ(FileHeader(kOvenFile).UnitRecOn, 1);
     WaitForRows(5);
     StopBetweenSets();
-    EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
+    EXPECT_EQ(FileHeader(kOvenFile).UnitRecOn, 0);
     const int rows = program.state.SampleCount[1];
     Click("cmd_Rec_1");
     WaitForRows(rows + 3);
@@ -134,7 +133,7 @@ TEST_P(RecordingForms, RecordStopAndGoOnInTheSameFile) {
     Key(Qt::Key_Escape);
   });
   RunWorksheet();
-  ExpectTruth({kName});
+  ExpectTruth({kOvenFile});
 }
 
 TEST_P(RecordingForms, GoOnInANewFileWithAnotherSamplingTime) {
@@ -152,8 +151,8 @@ TEST_P(RecordingForms, GoOnInANewFileWithAnotherSamplingTime) {
     Click("cmd_New");
     program.dialogs.on_box = [] {};
     name = program.state.SlotFile[1];
-    EXPECT_NE(name, kName);
-    EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
+    EXPECT_NE(name, kOvenFile);
+    EXPECT_EQ(FileHeader(kOvenFile).UnitRecOn, 0);
     EXPECT_EQ(FileHeader(name).UnitRecOn, 0) << "not before the user starts it";
     Click("cmd_Rec_1");
     WaitForRows(4);
@@ -162,7 +161,7 @@ TEST_P(RecordingForms, GoOnInANewFileWithAnotherSamplingTime) {
   });
   RunWorksheet();
   EXPECT_EQ(FileHeader(name).UnitInterval, 2);
-  ExpectTruth({kName, name});
+  ExpectTruth({kOvenFile, name});
 }
 
 // 0.02 hours are one minute, six rows of ten seconds, and the end is reached with the row beyond.
@@ -180,11 +179,11 @@ TEST_P(RecordingForms, StopAtTheLengthLimit) {
   });
   RunWorksheet();
   EXPECT_EQ(program.dialogs.boxes.back().Text, "max. length of file");
-  EXPECT_EQ(RowsIn(Samples(kName)), kRowsAtEnd);
-  EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
-  EXPECT_EQ(FileHeader(kName).UnitMaxMinutes, 1);
+  EXPECT_EQ(RowsIn(Samples(kOvenFile)), kRowsAtEnd);
+  EXPECT_EQ(FileHeader(kOvenFile).UnitRecOn, 0);
+  EXPECT_EQ(FileHeader(kOvenFile).UnitMaxMinutes, 1);
   EXPECT_EQ(State(), 3) << "the controller goes on";
-  ExpectTruth({kName});
+  ExpectTruth({kOvenFile});
 }
 
 TEST_P(RecordingForms, SwitchTheControllerOffAtTheLengthLimit) {
@@ -196,10 +195,10 @@ TEST_P(RecordingForms, SwitchTheControllerOffAtTheLengthLimit) {
     Key(Qt::Key_Escape);
   });
   RunWorksheet();
-  EXPECT_EQ(RowsIn(Samples(kName)), kRowsAtEnd);
+  EXPECT_EQ(RowsIn(Samples(kOvenFile)), kRowsAtEnd);
   EXPECT_EQ(State(), 0);
-  EXPECT_EQ(FileHeader(kName).UnitCtrlState, 0);
-  ExpectTruth({kName});
+  EXPECT_EQ(FileHeader(kOvenFile).UnitCtrlState, 0);
+  ExpectTruth({kOvenFile});
 }
 
 TEST_P(RecordingForms, GoOnInTheNextFileAtTheLengthLimit) {
@@ -215,10 +214,10 @@ TEST_P(RecordingForms, GoOnInTheNextFileAtTheLengthLimit) {
     Key(Qt::Key_Escape);
   });
   RunWorksheet();
-  EXPECT_EQ(RowsIn(Samples(kName)), kRowsAtEnd);
-  EXPECT_EQ(FileHeader(kName).UnitRecOn, 0);
+  EXPECT_EQ(RowsIn(Samples(kOvenFile)), kRowsAtEnd);
+  EXPECT_EQ(FileHeader(kOvenFile).UnitRecOn, 0);
   EXPECT_EQ(State(), 3);
-  ExpectTruth({kName, kNext});
+  ExpectTruth({kOvenFile, kNext});
 }
 
 // The end of the program comes while the wait bar is shown. The instrument samples already.
@@ -237,7 +236,7 @@ TEST_P(RecordingForms, LoseNothingIfTheProgramEndsDuringTheStart) {
   form->findChild<QTimer*>("Timer_Main")->stop();  // its next tick would end this process
   program.commands.Close();
   ASSERT_TRUE(program.commands.HasEnded());
-  EXPECT_EQ(FileHeader(kName).UnitRecOn, 1);
+  EXPECT_EQ(FileHeader(kOvenFile).UnitRecOn, 1);
 
   ProgramLogic next(program.All());
   next.state.AppPath = program.state.AppPath;
@@ -245,13 +244,13 @@ TEST_P(RecordingForms, LoseNothingIfTheProgramEndsDuringTheStart) {
   next.settings.SettingsLoad();
   ASSERT_TRUE(next.start_up.MainFormLoad());
   next.start_up.MainFormShow();
-  ASSERT_EQ(next.state.SlotFile[1], kName);
+  ASSERT_EQ(next.state.SlotFile[1], kOvenFile);
   EXPECT_TRUE(WaitUntil([&next] {
     next.cycle.Tick();
     return next.state.SampleCount[1] >= 6;
   }));
   next.commands.Close();
-  ExpectTruth({kName});
+  ExpectTruth({kOvenFile});
 }
 
 INSTANTIATE_TEST_SUITE_P(BothKindsOfLine, RecordingForms, testing::Bool(),

@@ -15,7 +15,6 @@ namespace {
 
 using Telegrams = std::vector<std::string>;
 
-constexpr const char* kName = "M260314A.OVN";
 constexpr int kHex = 1;
 constexpr int kDec = 2;
 
@@ -44,7 +43,7 @@ class WireBrowser : public testing::Test {
     };
   }
   void Start(bool plugin, const UnitRecord& unit) {
-    program->Start(plugin, kName, unit);
+    program->Start(plugin, kOvenFile, unit);
     program->state.ActiveInet = 1;
   }
   void Open(RegisterSheet& sheet) {
@@ -184,8 +183,8 @@ TEST_P(EachLine, CostsARecordingNothing) {
   ASSERT_TRUE(RunUntil([&] { return program->state.SampleCount[1] > rows + 2; }, 2));
   std::ifstream file(program->home.File("truth.txt"));
   const LineTruth truth = ReadLineTruth(file, {});
-  const std::string bytes = program->home.Read("tavdat/" + std::string(kName));
-  RecordedSlot slot{kName, 1, {}};
+  const std::string bytes = program->home.Read("tavdat/" + std::string(kOvenFile));
+  RecordedSlot slot{kOvenFile, 1, {}};
   for (int input = 1; input <= inputs; ++input) {
     slot.inputs.push_back(input);
   }
@@ -223,9 +222,9 @@ TEST_P(EachLine, ShiftsNothingOnABadLine) {
   }
   std::ifstream file(program->home.File("truth.txt"));
   const LineTruth truth = ReadLineTruth(file, {});
-  const std::string bytes = program->home.Read("tavdat/" + std::string(kName));
-  const Findings findings =
-      Compare(truth, {kName, 1, {1, 2, 3, 4}}, bytes.substr(sizeof(UnitRecord)), ReadTold(told));
+  const std::string bytes = program->home.Read("tavdat/" + std::string(kOvenFile));
+  const Findings findings = Compare(truth, {kOvenFile, 1, {1, 2, 3, 4}},
+                                    bytes.substr(sizeof(UnitRecord)), ReadTold(told));
   EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
 }
 
@@ -284,7 +283,7 @@ TEST_P(EachLine, KeepsTheRowsOfASeriesThatIsCleared) {
   }
   const Told doubts = ReadTold(told);
   const SampledWords sampled = ReadSampled(program->home.File("truth.txt"));
-  const std::string bytes = program->home.Read("tavdat/" + std::string(kName));
+  const std::string bytes = program->home.Read("tavdat/" + std::string(kOvenFile));
   std::vector<std::int16_t> words((bytes.size() - sizeof(UnitRecord)) / 2);
   std::memcpy(words.data(), bytes.data() + sizeof(UnitRecord), words.size() * 2);
   int filled = 0;

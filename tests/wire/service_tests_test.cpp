@@ -16,7 +16,6 @@ namespace {
 
 using Telegrams = std::vector<std::string>;
 
-constexpr const char* kName = "M260314A.OVN";
 constexpr int kOwner = 6;  // instrument of the installed test, which is not on the line
 
 class ServiceOnTheWire : public testing::Test {
@@ -27,7 +26,7 @@ class ServiceOnTheWire : public testing::Test {
     instrument = std::make_unique<LiveInstrument>(program.home, plugin, all);
     ASSERT_TRUE(instrument->IsUp());
     program.regional.date.clear();
-    program.Start(plugin, kName, BenchProgram::Header(kOwner, 1, 2, false));
+    program.Start(plugin, kOvenFile, BenchProgram::Header(kOwner, 1, 2, false));
   }
   void Open(ServiceScreen& screen, int inet) {
     program.state.ActiveInet = inet;
@@ -304,7 +303,7 @@ class RecordingBeneathAMemoryTest : public testing::TestWithParam<Sampling> {
     ASSERT_TRUE(instrument.IsUp());
     UnitRecord unit = BenchProgram::Header(1, 1, 4, false);
     unit.UnitInterval = 1;
-    program.Start(true, kName, unit);
+    program.Start(true, kOvenFile, unit);
     program.engine.StartRecording(1);
     ASSERT_EQ(program.state.Unit[1].UnitRecOn, 1)
         << (program.dialogs.boxes.empty() ? "" : program.dialogs.boxes.back().Text);
@@ -361,8 +360,8 @@ class RecordingBeneathAMemoryTest : public testing::TestWithParam<Sampling> {
   [[nodiscard]] Findings Compared() {
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
-    const std::string bytes = program.home.Read("tavdat/" + std::string(kName));
-    return Compare(truth, {kName, 1, {1, 2, 3, 4}}, bytes.substr(sizeof(UnitRecord)),
+    const std::string bytes = program.home.Read("tavdat/" + std::string(kOvenFile));
+    return Compare(truth, {kOvenFile, 1, {1, 2, 3, 4}}, bytes.substr(sizeof(UnitRecord)),
                    ReadTold(Told()));
   }
 

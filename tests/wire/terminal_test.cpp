@@ -16,7 +16,6 @@ namespace tavrel {
 namespace {
 
 constexpr int kSpeedUp = 5;  // ten words a second of a recording of two inputs
-constexpr const char* kName = "M260314A.OVN";
 
 // A terminal beside a recording at the shortest interval, on an instrument whose oven climbs.
 class TerminalOnTheWire : public testing::TestWithParam<bool> {
@@ -26,7 +25,7 @@ class TerminalOnTheWire : public testing::TestWithParam<bool> {
     UnitRecord header = BenchProgram::Header(1, 1, 2, true);
     header.UnitFast = 1;
     header.UnitInterval = 1;
-    program.Start(GetParam(), kName, header);
+    program.Start(GetParam(), kOvenFile, header);
   }
   bool HasRows(int count) const { return program.state.SampleCount[1] >= count; }
   // Types it, and the terminal is polled for so long as its form would.
@@ -43,10 +42,10 @@ class TerminalOnTheWire : public testing::TestWithParam<bool> {
     answered += program.terminal.Term().size() > before + keys.size() + 1 ? 1 : 0;
   }
   void ExpectTruth() const {
-    const std::string bytes = program.home.Read(std::string("tavdat/") + kName);
+    const std::string bytes = program.home.Read(std::string("tavdat/") + kOvenFile);
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
-    const RecordedSlot slot{kName, 1, {1, 2}};
+    const RecordedSlot slot{kOvenFile, 1, {1, 2}};
     const Findings findings = Compare(truth, slot, bytes.substr(sizeof(UnitRecord)));
     EXPECT_TRUE(findings.Agrees()) << testing::PrintToString(findings);
     EXPECT_EQ(findings.wrong, 0);
@@ -113,7 +112,7 @@ TEST_P(TerminalOnTheWire, WritesToAControllerInTheJournal) {
   }
   EXPECT_EQ(instrument.Telegrams(5).size(), 5U) << "each of them was on the line";
   std::vector<JournalEntry> lines;
-  const std::string journal = program.home.Read(std::string("tavdat/journal/") + kName);
+  const std::string journal = program.home.Read(std::string("tavdat/journal/") + kOvenFile);
   for (const JournalEntry& entry : ReadJournal(journal).Entries) {
     if (entry.Kind == "controller") {
       lines.push_back(entry);
@@ -153,8 +152,9 @@ class TerminalThatTakesASample : public testing::TestWithParam<bool> {
     }
     std::ifstream file(program.home.File("truth.txt"));
     const LineTruth truth = ReadLineTruth(file, {});
-    const std::string bytes = program.home.Read(std::string("tavdat/") + kName);
-    return Compare(truth, {kName, 1, {1, 2, 3}}, bytes.substr(sizeof(UnitRecord)), ReadTold(texts));
+    const std::string bytes = program.home.Read(std::string("tavdat/") + kOvenFile);
+    return Compare(truth, {kOvenFile, 1, {1, 2, 3}}, bytes.substr(sizeof(UnitRecord)),
+                   ReadTold(texts));
   }
 
   WireProgram program{kFast};
@@ -174,7 +174,7 @@ TEST_P(TerminalThatTakesASample, ShiftsNothingAndTellsTheRow) {
   ASSERT_TRUE(instrument.IsUp());
   UnitRecord unit = BenchProgram::Header(1, 1, 3, false);
   unit.UnitInterval = 1;
-  program.Start(GetParam(), kName, unit);
+  program.Start(GetParam(), kOvenFile, unit);
   program.engine.StartRecording(1);
   ASSERT_TRUE(RunToRows(8));
   {

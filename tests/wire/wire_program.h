@@ -15,6 +15,8 @@
 
 namespace tavrel {
 
+inline constexpr const char* kOvenFile = "M260314A.OVN";  // of an oven, as tests record it
+
 // The real serial port; before each command goes out it tells the test so, and which one it is.
 class WatchedPort : public SerialPort {
  public:

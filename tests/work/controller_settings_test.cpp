@@ -445,7 +445,7 @@ TEST_F(Unsure, ComparesWithWhatWasKnownBeforeTheFirstOfSeveralFailures) {
 }
 
 // The telegrams of an opening and of an OK that changes all values.
-struct Line {
+struct SettingsLine {
   bool plugin;
   std::vector<std::string> reads;
   std::vector<std::string> writes;
@@ -453,11 +453,11 @@ struct Line {
   LineFailure failure = LineFailure::kRefusal;
 };
 
-std::ostream& operator<<(std::ostream& out, const Line& line) {
+std::ostream& operator<<(std::ostream& out, const SettingsLine& line) {
   return out << (line.plugin ? "plugin_" : "direct_") << NameOf(line.failure);
 }
 
-class SettingsOnTheWire : public testing::TestWithParam<Line> {
+class SettingsOnTheWire : public testing::TestWithParam<SettingsLine> {
  protected:
   SettingsOnTheWire() : control(GetParam().plugin) {
     control.failure = GetParam().failure;
@@ -552,15 +552,15 @@ TEST_P(SettingsOnTheWire, StopsAtTheFirstWriteThatIsNotAcknowledged) {
 
 INSTANTIATE_TEST_SUITE_P(
     BothKindsOfLine, SettingsOnTheWire,
-    testing::ValuesIn(WithEachFailure<Line>(
-        {Line{false,
-              {"W22?", "H22?", "M22?", "I22?", "G22?"},
-              {"H22=2710\r", "M22=1F40\r", "I22=32\r", "W22=1770\r", "G22=FF38\r"},
-              "T20?"},
-         Line{true,
-              {"n2p2?", "n2v12?", "n2v62?", "n2v22?", "n2v2?"},
-              {"n2v12=2710\r", "n2v62=1F40\r", "n2v22=32\r", "n2p2=1770\r", "n2v2=FF38\r"},
-              "n2vD0?"}})),
+    testing::ValuesIn(WithEachFailure<SettingsLine>(
+        {SettingsLine{false,
+                      {"W22?", "H22?", "M22?", "I22?", "G22?"},
+                      {"H22=2710\r", "M22=1F40\r", "I22=32\r", "W22=1770\r", "G22=FF38\r"},
+                      "T20?"},
+         SettingsLine{true,
+                      {"n2p2?", "n2v12?", "n2v62?", "n2v22?", "n2v2?"},
+                      {"n2v12=2710\r", "n2v62=1F40\r", "n2v22=32\r", "n2p2=1770\r", "n2v2=FF38\r"},
+                      "n2vD0?"}})),
     testing::PrintToStringParamName());
 
 }  // namespace

@@ -269,18 +269,18 @@ TEST_F(Pid, TakesNoValueForNoState) {
   EXPECT_THAT(Sent(), ElementsAre("Z22?"));
 }
 
-struct Line {
+struct PidLine {
   bool plugin;
   std::vector<std::string> reads;
   std::vector<std::string> writes;  // the state read and written, four parameters, the state
   LineFailure failure = LineFailure::kRefusal;
 };
 
-std::ostream& operator<<(std::ostream& out, const Line& line) {
+std::ostream& operator<<(std::ostream& out, const PidLine& line) {
   return out << (line.plugin ? "plugin_" : "direct_") << NameOf(line.failure);
 }
 
-class PidOnTheWire : public testing::TestWithParam<Line> {
+class PidOnTheWire : public testing::TestWithParam<PidLine> {
  protected:
   PidOnTheWire() : control(GetParam().plugin) {
     FillRegisters(control);
@@ -383,14 +383,14 @@ TEST_P(PidOnTheWire, TellsThatTheControllerIsOff) {
 
 INSTANTIATE_TEST_SUITE_P(
     BothKindsOfLine, PidOnTheWire,
-    testing::ValuesIn(WithEachFailure<Line>(
-        {Line{false,
-              {"P22?", "N22?", "V22?", "T22?"},
-              {"Z22?", "Z22=0\r", "P22=708\r", "N22=41A\r", "V22=B4\r", "T22=514\r", "Z22=2\r"}},
-         Line{true,
-              {"n2v92?", "n2v72?", "n2vF2?", "n2vD2?"},
-              {"n2p32?", "n2p32=0\r", "n2v92=708\r", "n2v72=41A\r", "n2vF2=B4\r", "n2vD2=514\r",
-               "n2p32=2\r"}}})),
+    testing::ValuesIn(WithEachFailure<PidLine>(
+        {PidLine{false,
+                 {"P22?", "N22?", "V22?", "T22?"},
+                 {"Z22?", "Z22=0\r", "P22=708\r", "N22=41A\r", "V22=B4\r", "T22=514\r", "Z22=2\r"}},
+         PidLine{true,
+                 {"n2v92?", "n2v72?", "n2vF2?", "n2vD2?"},
+                 {"n2p32?", "n2p32=0\r", "n2v92=708\r", "n2v72=41A\r", "n2vF2=B4\r", "n2vD2=514\r",
+                  "n2p32=2\r"}}})),
     testing::PrintToStringParamName());
 
 }  // namespace

@@ -509,17 +509,17 @@ TEST_F(Running, GoesOnOverMidnight) {
   EXPECT_EQ(Unit().UnitProgStep, 2);
 }
 
-struct Line {
+struct RunLine {
   bool plugin;
   std::vector<std::string> ramp;
   std::vector<std::string> hold;
 };
 
-std::ostream& operator<<(std::ostream& out, const Line& line) {
+std::ostream& operator<<(std::ostream& out, const RunLine& line) {
   return out << (line.plugin ? "plugin" : "direct");
 }
 
-class RunningOnTheWire : public testing::TestWithParam<Line> {
+class RunningOnTheWire : public testing::TestWithParam<RunLine> {
  protected:
   // The step is told again whole, a minute after an exchange of it failed.
   void ExpectRetry(const std::vector<int>& step, const std::vector<std::string>& telegrams) {
@@ -552,12 +552,12 @@ TEST_P(RunningOnTheWire, SendsAHoldInItsOrderAndAgainAfterEachFailure) {
 
 INSTANTIATE_TEST_SUITE_P(
     BothKindsOfLine, RunningOnTheWire,
-    testing::Values(Line{false,
-                         {"M22=1F40\r", "Y22?", "W22=1F4\r", "I22=19\r", "Z22=3\r"},
-                         {"W22=FA0\r", "Z22=2\r"}},
-                    Line{true,
-                         {"n2v62=1F40\r", "n2p22?", "n2p2=1F4\r", "n2v22=19\r", "n2p32=3\r"},
-                         {"n2p2=FA0\r", "n2p32=2\r"}}),
+    testing::Values(RunLine{false,
+                            {"M22=1F40\r", "Y22?", "W22=1F4\r", "I22=19\r", "Z22=3\r"},
+                            {"W22=FA0\r", "Z22=2\r"}},
+                    RunLine{true,
+                            {"n2v62=1F40\r", "n2p22?", "n2p2=1F4\r", "n2v22=19\r", "n2p32=3\r"},
+                            {"n2p2=FA0\r", "n2p32=2\r"}}),
     testing::PrintToStringParamName());
 
 }  // namespace

@@ -15,7 +15,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kGap = 12;
+constexpr int kColumnGap = 12;
 constexpr BothLanguages kCancel{"Cancel", "Abbrechen"};
 
 // A form that is never painted must list its files all the same.
@@ -73,7 +73,7 @@ void AllOpen::MakePath() {
   });
   cmd_new_->setAccessibleName("OK, list the files of this directory");
   auto* column = new QVBoxLayout(fr_path_);
-  column->setSpacing(kGap);
+  column->setSpacing(kColumnGap);
   column->addWidget(directories_, 1);
   column->addWidget(cmd_new_, 0, Qt::AlignRight);
 }
@@ -104,7 +104,7 @@ void AllOpen::Arrange() {
   count->addWidget(cmd_verify_);
   count->addWidget(cmd_copy_);
   auto* files = new QVBoxLayout;
-  files->setSpacing(kGap);
+  files->setSpacing(kColumnGap);
   files->addWidget(grid_, 1);
   files->addLayout(count);
   auto* leave = new QHBoxLayout;
@@ -112,7 +112,7 @@ void AllOpen::Arrange() {
   leave->addWidget(cmd_open_);
   leave->addWidget(cmd_back_);
   auto* right = new QVBoxLayout;
-  right->setSpacing(kGap);
+  right->setSpacing(kColumnGap);
   right->addWidget(fr_path_, 1);
   right->addLayout(leave);
   auto* all = new QHBoxLayout(this);

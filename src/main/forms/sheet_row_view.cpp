@@ -6,6 +6,7 @@
 
 #include "base/tool_tips.h"
 #include "main/main_texts.h"
+#include "widgets/form_texts.h"
 #include "widgets/shades.h"
 #include "widgets/spoken.h"
 
@@ -14,10 +15,6 @@ namespace {
 
 // The designation is 20 bytes, of which the file extension and a colon take four.
 constexpr int kNameLength = 20 - 4;
-
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
 
 // The mark of the selected instrument.
 class SelectMark : public QWidget {
@@ -79,7 +76,7 @@ SheetRowView::SheetRowView(int row, const SheetColumns& columns, QWidget* parent
 
 template <typename Widget>
 Widget* SheetRowView::Named(Widget* widget, std::string_view control) {
-  widget->setObjectName(Text(control) + QString("_%1").arg(row_));
+  widget->setObjectName(QtText(control) + QString("_%1").arg(row_));
   controls_.emplace_back(control, widget);
   return widget;
 }
@@ -174,11 +171,12 @@ void SheetRowView::ShowNumber(const SheetRow& now) {
   if (changed) {
     shown_.lb_TavNo = now.lb_TavNo;
     shown_.sh_TavNo = now.sh_TavNo;
-    lb_tav_no_->setText(Text(now.lb_TavNo));
+    lb_tav_no_->setText(QtText(now.lb_TavNo));
     sh_tav_no_->SetColour(now.sh_TavNo);
     const bool is_silent = now.sh_TavNo == kOrange;
-    lb_tav_no_->setAccessibleDescription(is_silent ? Text(main_text::kNoAnswer.In(language_)) : "");
-    lb_tav_no_->setAccessibleName(Called("tavrel") + ": " + Text(now.lb_TavNo));
+    lb_tav_no_->setAccessibleDescription(is_silent ? QtText(main_text::kNoAnswer.In(language_))
+                                                   : "");
+    lb_tav_no_->setAccessibleName(Called("tavrel") + ": " + QtText(now.lb_TavNo));
   }
   if (now.TavNoNote != shown_.TavNoNote) {
     shown_.TavNoNote = now.TavNoNote;
@@ -196,9 +194,9 @@ void SheetRowView::ShowLabel(QLabel* label, const char* head, std::string& shown
     return;
   }
   shown = now;
-  label->setText(Text(now));
+  label->setText(QtText(now));
   // A reader speaks the accessible name in place of the text, so the text is part of it.
-  label->setAccessibleName(Called(head) + ": " + Text(now));
+  label->setAccessibleName(Called(head) + ": " + QtText(now));
 }
 
 void SheetRowView::ShowTips(Language language) {
@@ -206,7 +204,7 @@ void SheetRowView::ShowTips(Language language) {
   for (const ToolTip& tip : kMainSheetTips) {
     for (const auto& [control, widget] : controls_) {
       if (control == tip.Control) {
-        widget->setToolTip(Text(tip.Text.In(language)));
+        widget->setToolTip(QtText(tip.Text.In(language)));
       }
     }
   }
@@ -219,12 +217,12 @@ void SheetRowView::ShowTips(Language language) {
 }
 
 void SheetRowView::ShowNumberTip() {
-  lb_tav_no_->setToolTip(shown_.TavNoNote.empty() ? tav_no_tip_ : Text(shown_.TavNoNote));
+  lb_tav_no_->setToolTip(shown_.TavNoNote.empty() ? tav_no_tip_ : QtText(shown_.TavNoNote));
 }
 
 // What is wrong takes the place of what the cell is for.
 void SheetRowView::ShowTip(const StatusCell& cell, const std::string& note) {
-  cell.Word->setToolTip(note.empty() ? cell.Tip : Text(note));
+  cell.Word->setToolTip(note.empty() ? cell.Tip : QtText(note));
 }
 
 // A fine line separates the row from what stands above it. At a scale such as 1.25 a stroke at the

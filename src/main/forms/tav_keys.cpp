@@ -13,7 +13,7 @@ namespace tavrel {
 namespace {
 
 constexpr BothLanguages kCaption{" Keys", " Tasten"};
-constexpr int kFewestRows = 8;
+constexpr int kFewestKeys = 8;
 constexpr int kRowsInSight = 18;
 
 // As wide as its texts.
@@ -23,7 +23,7 @@ class KeysTable : public QTableWidget {
 
   [[nodiscard]] QSize sizeHint() const override { return SizeWith(kRowsInSight); }
   [[nodiscard]] QSize minimumSizeHint() const override {
-    return {SizeWith(0).width() / 2, SizeWith(kFewestRows).height()};
+    return {SizeWith(0).width() / 2, SizeWith(kFewestKeys).height()};
   }
 
  private:

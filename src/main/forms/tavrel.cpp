@@ -15,6 +15,7 @@
 
 #include "main/forms/emblem.h"
 #include "widgets/form_room.h"
+#include "widgets/form_texts.h"
 #include "widgets/letters.h"
 #include "widgets/one_line.h"
 #include "widgets/shades.h"
@@ -31,13 +32,9 @@ constexpr QSize kLeastSheet{240, 120};
 constexpr int kFewestRows = 4;     // no window is lower
 constexpr int kRoomForNames = 40;  // beside the least width
 
-QString Text(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
 QString CaptionOf(const MenuEntry& entry, Language language) {
   const bool is_german = language == Language::kGerman && !entry.German.empty();
-  const QString caption = Text(is_german ? entry.German : entry.Caption);
+  const QString caption = QtText(is_german ? entry.German : entry.Caption);
   return Letters::Marked(caption, QChar::fromLatin1(is_german ? entry.GermanLetter : entry.Letter));
 }
 
@@ -111,7 +108,7 @@ void Tavrel::MakeMenu() {
   for (const MenuEntry& entry : kMainMenu) {
     if (entry.Action == MenuAction::kHeading) {
       below = menuBar()->addMenu(CaptionOf(entry, language_));
-      below->menuAction()->setObjectName(Text(entry.Control));
+      below->menuAction()->setObjectName(QtText(entry.Control));
       continue;
     }
     QAction* action = MakeEntry(entry);
@@ -127,7 +124,7 @@ void Tavrel::MakeMenu() {
 
 QAction* Tavrel::MakeEntry(const MenuEntry& entry) {
   auto* action = new QAction(CaptionOf(entry, language_), this);
-  action->setObjectName(Text(entry.Control));
+  action->setObjectName(QtText(entry.Control));
   action->setEnabled(parts_.commands.IsEnabled(entry));
   action->setShortcut(KeyOf(entry));
   connect(action, &QAction::triggered, this, [this, &entry] {
@@ -202,7 +199,7 @@ void Tavrel::ShowLanguage(Language language) {
   }
   language_ = language;
   for (const MenuEntry& entry : kMainMenu) {
-    auto* action = findChild<QAction*>(Text(entry.Control));
+    auto* action = findChild<QAction*>(QtText(entry.Control));
     if (!entry.German.empty() && action != nullptr) {
       action->setText(CaptionOf(entry, language_));
     }
@@ -211,15 +208,15 @@ void Tavrel::ShowLanguage(Language language) {
 
 void Tavrel::UpdateWidgets() {
   const SheetValues& now = parts_.sheet.Values();
-  ShowState(Text(now.lbl_State));
+  ShowState(QtText(now.lbl_State));
   ShowLanguage(now.TipLanguage);
   if (now.Caption != caption_) {
     caption_ = now.Caption;
-    setWindowTitle(Text(caption_));
+    setWindowTitle(QtText(caption_));
   }
   if (now.lbl_Info != info_) {
     info_ = now.lbl_Info;
-    lbl_info_->setText(Text(info_));
+    lbl_info_->setText(QtText(info_));
     lbl_info_->setVisible(!info_.empty());
   }
   indicator_->setVisible(now.Indicator);

@@ -10,6 +10,7 @@
 
 #include "platform/qt/box_icons.h"
 #include "platform/qt/box_texts.h"
+#include "platform/qt/qt_text.h"
 
 namespace tavrel {
 namespace {
@@ -44,10 +45,6 @@ const BothLanguages& NameOf(QMessageBox::Icon icon) {
     default:
       return box_text::kInformation;
   }
-}
-
-QString TextOf(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
 // In English the toolkit's own words stay. Close stands for the end of the program.
@@ -103,11 +100,11 @@ void NoticeBox::SpeakIn(Language language) {
   for (QAbstractButton* each : buttons()) {
     const std::string_view german = GermanAnswer(standardButton(each));
     if (language == Language::kGerman && !german.empty()) {
-      each->setText(TextOf(german));
+      each->setText(QtText(german));
     }
   }
   if (auto* sign = findChild<QLabel*>("qt_msgboxex_icon_label"); sign != nullptr) {
-    sign->setAccessibleName(TextOf(NameOf(icon()).In(language)));
+    sign->setAccessibleName(QtText(NameOf(icon()).In(language)));
   }
 }
 

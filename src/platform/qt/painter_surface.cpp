@@ -7,10 +7,10 @@
 #include <array>
 #include <cmath>
 
+#include "platform/qt/qt_text.h"
+
 namespace tavrel {
 namespace {
-
-constexpr qreal kPointsPerInch = 72;
 
 // Of a curve that has more points than this page can show.
 constexpr qreal kColumnsToThePoint = 4;
@@ -43,10 +43,6 @@ Qt::PenStyle StyleOf(PenStyle style) {
       break;
   }
   return Qt::SolidLine;
-}
-
-QString TextOf(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
 QList<QLineF> LinesOf(const QPolygonF& points) {
@@ -164,7 +160,7 @@ void PainterSurface::FillBox(const Segment& diagonal) {
 // The size of a font on a device is points of that device; the painter may be scaled.
 void PainterSurface::SetFont(const std::string& family, double points) {
   if (!family.empty()) {
-    font_.setFamily(TextOf(family));
+    font_.setFamily(QtText(family));
   }
   if (points > 0) {
     const qreal units = points * units_per_point_;
@@ -184,17 +180,17 @@ void PainterSurface::Print(double x, double y, std::string_view text) {
   }
   const KeptPainter kept(painter_);
   const QFontMetricsF metrics = Metrics();
-  const QRectF room(corner, QSizeF(metrics.horizontalAdvance(TextOf(text)), metrics.height()));
+  const QRectF room(corner, QSizeF(metrics.horizontalAdvance(QtText(text)), metrics.height()));
   if (!place_.contains(room)) {
     painter_.setClipRect(place_, Qt::IntersectClip);
   }
   painter_.setFont(font_);
   painter_.setPen(Qt::black);
-  painter_.drawText(QPointF(corner.x(), corner.y() + metrics.ascent()), TextOf(text));
+  painter_.drawText(QPointF(corner.x(), corner.y() + metrics.ascent()), QtText(text));
 }
 
 double PainterSurface::TextWidth(std::string_view text) const {
-  return Metrics().horizontalAdvance(TextOf(text)) / std::abs(map_.DotsPerX());
+  return Metrics().horizontalAdvance(QtText(text)) / std::abs(map_.DotsPerX());
 }
 
 double PainterSurface::TextHeight() const {

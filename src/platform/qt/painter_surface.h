@@ -12,6 +12,8 @@
 
 namespace tavrel {
 
+inline constexpr qreal kPointsPerInch = 72;
+
 // A part of a page that a painter draws on, be it a printer, a PDF, an SVG or a picture: strokes
 // are vectors, text stays text. Several may share one page. There is no inverting on paper: a
 // stroke in that mode covers.

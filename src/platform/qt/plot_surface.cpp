@@ -6,6 +6,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/qt/qt_text.h"
+
 namespace tavrel {
 namespace {
 
@@ -70,10 +72,6 @@ class Column {
   int top_ = 0;
   int bottom_ = 0;
 };
-
-QString TextOf(std::string_view utf8) {
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
 
 }  // namespace
 
@@ -269,7 +267,7 @@ void PlotSurface::FillBox(const Segment& diagonal) {
 
 void PlotSurface::SetFont(const std::string& family, double points) {
   if (!family.empty()) {
-    font_.setFamily(TextOf(family));
+    font_.setFamily(QtText(family));
   }
   if (points > 0) {
     font_.setPointSizeF(points);
@@ -291,15 +289,15 @@ void PlotSurface::Print(double x, double y, std::string_view text) {
   QPainter painter(&picture_);
   painter.setFont(font_);
   painter.setPen(Qt::black);
-  painter.drawText(QPointF(corner.x(), corner.y() + metrics.ascent()), TextOf(text));
-  const QSizeF size(metrics.horizontalAdvance(TextOf(text)), metrics.height());
+  painter.drawText(QPointF(corner.x(), corner.y() + metrics.ascent()), QtText(text));
+  const QSizeF size(metrics.horizontalAdvance(QtText(text)), metrics.height());
   const qreal around = metrics.averageCharWidth();
   const QRectF box = QRectF(corner, size).adjusted(-around, -around, around, around);
   Change(QRectF(box.topLeft() * DeviceScale(), box.size() * DeviceScale()).toAlignedRect());
 }
 
 double PlotSurface::TextWidth(std::string_view text) const {
-  return Metrics().horizontalAdvance(TextOf(text)) * DeviceScale() / std::abs(map_.DotsPerX());
+  return Metrics().horizontalAdvance(QtText(text)) * DeviceScale() / std::abs(map_.DotsPerX());
 }
 
 double PlotSurface::TextHeight() const {

@@ -9,6 +9,7 @@
 #include <QSvgGenerator>
 
 #include "platform/qt/painter_surface.h"
+#include "platform/qt/qt_text.h"
 
 namespace tavrel {
 namespace {
@@ -16,7 +17,6 @@ namespace {
 constexpr QSize kDots(1600, 900);
 constexpr int kDotsPerInch = 96;
 constexpr int kDotsPerMeter = 3780;  // 96 to the inch of 25.4 mm
-constexpr qreal kPointsPerInch = 72;
 
 void DrawOn(QPaintDevice& device, const std::function<void(Surface& to)>& draw) {
   QPainter painter(&device);
@@ -51,8 +51,7 @@ QByteArray SvgOf(const std::function<void(Surface& to)>& draw) {
 }  // namespace
 
 void QtClipboard::SetText(std::string_view utf8) {
-  QGuiApplication::clipboard()->setText(
-      QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+  QGuiApplication::clipboard()->setText(QtText(utf8));
 }
 
 void QtClipboard::SetPicture(const std::function<void(Surface& to)>& draw) {

@@ -21,7 +21,6 @@
 namespace tavrel {
 namespace {
 
-constexpr qreal kPointsPerInch = 72;
 constexpr int kPdfResolution = 1200;  // units to the inch
 
 // The parts of the toolkit's dialog have no names but those of its widgets.

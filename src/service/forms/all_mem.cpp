@@ -12,7 +12,7 @@ namespace tavrel {
 namespace {
 
 constexpr std::array kCaptions = {"RAM:", "EPROM:", "Version:", "Tests:"};
-constexpr int kRowGap = 8;
+constexpr int kLineGap = 8;
 constexpr const char* kWidest = "Failure at DDDD";
 constexpr QRgb kDarkRed = 0xFF800000;
 constexpr QRgb kDarkGreen = 0xFF008000;
@@ -23,7 +23,7 @@ AllMem::AllMem(MemoryTest& test, SteppedScreens& stepped)
     : ServiceForm(test, stepped, "ALL_MEM"), test_(test) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kWideMargin);
-  grid->setVerticalSpacing(kRowGap);
+  grid->setVerticalSpacing(kLineGap);
   for (std::size_t place = 0; place < label2_.size(); ++place) {
     const int row = static_cast<int>(place);
     QLabel* value = MakeValue(QString("Label2_%1").arg(row), kCaptions.at(place), kWidest);

@@ -12,7 +12,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kRowGap = 6;
+constexpr int kResultGap = 6;
 constexpr const char* kWidestPeriod = "> 3000000";
 constexpr const char* kOutOfLimits = "out of limits !";
 
@@ -34,7 +34,7 @@ AllWdog::AllWdog(WatchdogTest& test, SteppedScreens& stepped)
   lbl_delay_->setMinimumWidth(lbl_delay_->fontMetrics().horizontalAdvance(kWidestPeriod));
   lbl_error_ = MakeValue("Lbl_error", "", kOutOfLimits);
   auto* results = new QVBoxLayout;
-  results->setSpacing(kRowGap);
+  results->setSpacing(kResultGap);
   results->addWidget(lbl_delay_);
   results->addWidget(lbl_error_);
   results->addStretch(1);
@@ -55,7 +55,7 @@ AllWdog::AllWdog(WatchdogTest& test, SteppedScreens& stepped)
 QGridLayout* AllWdog::MakeLimits() {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(kNarrowMargin);
-  grid->setVerticalSpacing(kRowGap);
+  grid->setVerticalSpacing(kResultGap);
   for (std::size_t place = 0; place < kLimits.size(); ++place) {
     const int row = static_cast<int>(place);
     auto* number = new MutedLabel(QString::number(kLimits.at(place).milliseconds), this);

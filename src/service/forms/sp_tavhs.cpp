@@ -16,7 +16,7 @@ constexpr const char* kNotes =
     "c)   common supply  (watchdog)\n"
     "      must always be switched on";
 
-constexpr int kGap = 8;  // four frames beside each other fit a screen of 640 points
+constexpr int kFrameGap = 8;  // four frames beside each other fit a screen of 640 points
 constexpr const char* kPleaseWait = "Please wait ...";
 
 Lamp::State StateOf(OutputLamp lamp) {
@@ -36,7 +36,7 @@ Lamp::State StateOf(OutputLamp lamp) {
 SpTavHs::SpTavHs(OutputTest& test, SteppedScreens& stepped)
     : ServiceForm(test, stepped, "SP_TavHS"), test_(test) {
   auto* frames = new QHBoxLayout;
-  frames->setSpacing(kGap);
+  frames->setSpacing(kFrameGap);
   for (int ctrl = 1; ctrl <= kControllers; ++ctrl) {
     frames->addWidget(MakeChannel(ctrl));
   }
@@ -67,7 +67,7 @@ QWidget* SpTavHs::MakeChannel(int ctrl) {
   channel.heater = MakeLamp(ctrl, OutputOption::kHeater);
   channel.safety = MakeLamp(ctrl, OutputOption::kSafety);
   auto* grid = new QGridLayout(channel.frame);
-  grid->setHorizontalSpacing(kGap);
+  grid->setHorizontalSpacing(kFrameGap);
   for (int index = 0; index < kOutputOptions; ++index) {
     const char* caption = kOutputOptionNames[index];
     auto* option = new QRadioButton(caption, channel.frame);

@@ -21,7 +21,7 @@ constexpr int kApparatus = 0;  // columns of the grid
 constexpr int kExtension = 1;
 constexpr int kFirstInput = 2;
 constexpr int kNumber = kFirstInput + kInputs;
-constexpr int kColumns = kNumber + 1;
+constexpr int kSheetColumns = kNumber + 1;
 constexpr int kApparatusWidth = 20;  // characters
 constexpr int kExtensionWidth = 8;
 constexpr int kCellWidth = 5;          // at least
@@ -90,7 +90,7 @@ TavInst::TavInst(Installation& installation)
 }
 
 void TavInst::MakeGrid() {
-  sheet_ = new EditGrid("Sheet", kSlots, kColumns, this);
+  sheet_ = new EditGrid("Sheet", kSlots, kSheetColumns, this);
   sheet_->setAccessibleName("tests");
   QStringList heads = {"apparatus", "ext."};
   for (int input = 1; input <= kInputs; ++input) {
@@ -100,7 +100,7 @@ void TavInst::MakeGrid() {
   const int character = fontMetrics().averageCharWidth();
   const int head = fontMetrics().horizontalAdvance(kControllersHead);
   const int cell = std::max(character * kCellWidth, head / kControllers + 2);
-  for (int column = 0; column < kColumns; ++column) {
+  for (int column = 0; column < kSheetColumns; ++column) {
     sheet_->setColumnWidth(column, cell);
   }
   sheet_->setColumnWidth(kApparatus, character * kApparatusWidth);
@@ -285,7 +285,7 @@ void TavInst::UpdateWidgets() {
 void TavInst::ShowRow(int row) {
   const InstallationRow& now = installation_.Values().Rows[row];
   const Language language = installation_.TipLanguage();
-  for (int column = kFirstInput; column < kColumns; ++column) {
+  for (int column = kFirstInput; column < kSheetColumns; ++column) {
     const bool is_input = IsInputColumn(column);
     const InstallationCell& cell = is_input ? now.Inputs[InputOf(column)] : now.Number;
     std::string spoken = RowText(language, row);

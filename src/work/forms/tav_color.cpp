@@ -17,7 +17,7 @@ namespace tavrel {
 namespace {
 
 constexpr int kRows = ColourChoice::kRows;
-constexpr int kRowAir = 8;
+constexpr int kColourRowAir = 8;
 constexpr int kSampleWidth = 90;
 constexpr int kNameCharacters = 16;
 constexpr int kIndent = 8;
@@ -40,7 +40,7 @@ ColourPicture::ColourPicture(int row, QWidget* parent)
 
 QSize ColourPicture::sizeHint() const {
   return {kSampleWidth + fontMetrics().averageCharWidth() * kNameCharacters + kIndent,
-          (fontMetrics().height() + kRowAir) * kRows};
+          (fontMetrics().height() + kColourRowAir) * kRows};
 }
 
 double ColourPicture::Scaled(qreal height) const {

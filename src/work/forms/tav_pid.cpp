@@ -11,16 +11,16 @@
 namespace tavrel {
 namespace {
 
-constexpr int kGap = 8;
-constexpr int kGapOfGroups = 12;
+constexpr int kLineGap = 8;
+constexpr int kPidGroupGap = 12;
 
 }  // namespace
 
 TavPid::TavPid(PidParameters& parameters)
     : ModalForm(parameters, "TavPid", " PID  -  Parameters"), parameters_(parameters) {
   auto* grid = new QGridLayout;
-  grid->setHorizontalSpacing(kGapOfGroups);
-  grid->setVerticalSpacing(kGap);
+  grid->setHorizontalSpacing(kPidGroupGap);
+  grid->setVerticalSpacing(kLineGap);
   MakeList(*grid);
   for (int index = 1; index <= kPidBoxes; ++index) {
     AddBox(*grid, index);
@@ -47,7 +47,7 @@ void TavPid::MakeList(QGridLayout& grid) {
   });
   grid.addWidget(label, 0, 0);
   grid.addWidget(cbo_, 0, 1, 1, 2);
-  grid.setRowMinimumHeight(1, kGapOfGroups);
+  grid.setRowMinimumHeight(1, kPidGroupGap);
 }
 
 void TavPid::AddBox(QGridLayout& grid, int index) {

@@ -16,7 +16,7 @@
 namespace tavrel {
 namespace {
 
-constexpr int kGap = 8;
+constexpr int kFieldGap = 8;
 constexpr int kNarrowGap = 4;  // on a small screen
 constexpr qreal kValueSize = 1.3;
 constexpr int kValueCharacters = 8;
@@ -99,7 +99,7 @@ void TavWork::Speak(const Reading& reading) {
 
 void TavWork::AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind) {
   auto* line = new QHBoxLayout;
-  line->setSpacing(kGap);
+  line->setSpacing(kFieldGap);
   line->addWidget(reading.value);
   line->addWidget(reading.words);
   line->addStretch(1);
@@ -119,7 +119,7 @@ void TavWork::MakeRecording() {
   rec_buttons_ = new QWidget(this);
   auto* line = new QHBoxLayout(rec_buttons_);
   line->setContentsMargins(0, 0, 0, 0);
-  line->setSpacing(kGap);
+  line->setSpacing(kFieldGap);
   line->addWidget(cmd_rec_[0]);
   line->addWidget(cmd_rec_[1]);
   line->addStretch(1);
@@ -157,7 +157,7 @@ void TavWork::MakeController() {
   cmd_set_ctrl_ = MakeGlyphButton("cmd_setCtrl", "properties of controller", DrawSettingsGlyph,
                                   [this] { worksheet_.cmd_setCtrl_Click(); });
   auto* line = new QHBoxLayout;
-  line->setSpacing(kGap);
+  line->setSpacing(kFieldGap);
   for (GlyphButton* button : cmd_ctrl_) {
     line->addWidget(button);
   }
@@ -205,7 +205,7 @@ void TavWork::Arrange() {
   head->addWidget(tav_file_);
   head->addStretch(1);
   auto* exits = new QHBoxLayout;
-  exits->setSpacing(kGap);
+  exits->setSpacing(kFieldGap);
   exits->addWidget(cmd_coord_);
   exits->addWidget(cmd_ok_);
   exits->addStretch(1);
@@ -240,7 +240,7 @@ void TavWork::Tighten(QVBoxLayout& left, QVBoxLayout& side) {
   goes_away.setRetainSizeWhenHidden(false);
   fr_prog_->setSizePolicy(goes_away);
   side.setSpacing(kNarrowGap);
-  layout()->setContentsMargins(kGap, kGap, kGap, kGap);
+  layout()->setContentsMargins(kFieldGap, kFieldGap, kFieldGap, kFieldGap);
 }
 
 void TavWork::ShowRefresh() {
