@@ -57,6 +57,8 @@ inline constexpr BothLanguages kStandsStill{
 // Behind the name of the file.
 inline constexpr BothLanguages kInUseInRow{"  is in use in row %1 !",
                                            "  ist in Zeile %1 in Gebrauch !"};
+inline constexpr BothLanguages kInUseElsewhere{"  is recorded by another program !",
+                                               "  wird von einem anderen Programm aufgezeichnet !"};
 inline constexpr BothLanguages kNoNameToday{"%1: no free file name is left today",
                                             "%1: für heute ist kein Dateiname mehr frei"};
 inline constexpr BothLanguages kNoNextName{"%1: no free name for the next file",

@@ -85,6 +85,11 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   if (!OpenForSlot(slot, *path)) {
     return name + ": " + file.Error();
   }
+  // Two users may have one data directory. The other one may end: it is tried again.
+  if (IsSlot(slot) && !file.Lock()) {
+    file.Close();
+    return name + file_text::kInUseElsewhere.Text(UserLanguage(state_));
+  }
   NotePlace(slot, *path);
   const std::int64_t length = file.Size();
   if (length < 0) {

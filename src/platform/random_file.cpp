@@ -1,12 +1,16 @@
 #include "platform/random_file.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <system_error>
 #include <utility>
+
+#include "platform/error_text.h"
 
 namespace tavrel {
 namespace {
@@ -50,6 +54,16 @@ int RefusalOf(int handle) {
     return EISDIR;
   }
   return S_ISREG(status.st_mode) ? 0 : EOPNOTSUPP;
+}
+
+// There a lock would keep readers away, too.
+bool IsOnWindowsShare(int handle) {
+  struct statfs medium {};
+  if (fstatfs(handle, &medium) != 0) {
+    return false;
+  }
+  const auto kind = static_cast<std::uint32_t>(medium.f_type);
+  return kind == CIFS_SUPER_MAGIC || kind == SMB2_SUPER_MAGIC;
 }
 
 }  // namespace
@@ -135,6 +149,17 @@ std::optional<FileIdentity> RandomFile::Identity() const {
 bool RandomFile::IsNameless() const {
   struct stat status {};
   return IsOpen() && fstat(handle_, &status) == 0 && status.st_nlink == 0;
+}
+
+bool RandomFile::Lock() {
+  if (!IsOpen()) {
+    return Fail(EBADF);
+  }
+  if (IsOnWindowsShare(handle_)) {
+    return true;
+  }
+  const int result = Uninterrupted([&] { return flock(handle_, LOCK_EX | LOCK_NB); });
+  return result == 0 || errno != EWOULDBLOCK || Fail(errno);
 }
 
 // The end of a plain file is its length. Asking for the whole status instead takes longer than

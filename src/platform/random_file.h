@@ -65,6 +65,10 @@ class RandomFile {
   // True if the file is open but its last name has been deleted: it lives as long as this handle.
   [[nodiscard]] bool IsNameless() const;
 
+  // Reserves the file as long as this handle is open. False if another handle, of this program or
+  // of another one, has reserved it. Where the medium cannot do that it is true.
+  [[nodiscard]] bool Lock();
+
   // Length in bytes, -1 on failure.
   [[nodiscard]] std::int64_t Size();
 

@@ -143,6 +143,20 @@ TEST(OpenRecordingFile, NeverRecordsInTheViewedFile) {
   EXPECT_EQ(fixture.state.ReadState[0], ReadState::kIdle);
 }
 
+TEST(OpenRecordingFile, ShowsWhatAnotherProgramRecordsAndRecordsNothingInIt) {
+  RecordingFixture fixture;
+  fixture.Name(kViewedFile, "M011111A.NEW", BytesOf(DefaultUnitRecord()) + Words({20, 40}));
+  fixture.Name(1, "M011111A.NEW");
+  RandomFile other;
+  ASSERT_TRUE(other.Open(fixture.directory.File("M011111A.NEW"), FileAccess::kUpdate));
+  ASSERT_TRUE(other.Lock());
+  fixture.files.OpenRecordingFile(kViewedFile);
+  EXPECT_EQ(fixture.files.ReadSample(kViewedFile, 0, 2), 40);
+  EXPECT_TRUE(fixture.dialogs.boxes.empty());
+  fixture.files.OpenRecordingFile(1);
+  ExpectRefused(fixture, 1, "M011111A.NEW  is recorded by another program !");
+}
+
 TEST(OpenRecordingFile, OpensForReadingOnlyTheViewedFileOnAReadOnlyMedium) {
   RecordingFixture fixture;
   fixture.Name(kViewedFile, "M011111A.NEW", BytesOf(DefaultUnitRecord()) + Words({20, 40}));

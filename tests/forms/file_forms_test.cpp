@@ -338,6 +338,28 @@ TEST_F(FileForms, HaveTheirToolTipsInBothLanguages) {
   });
 }
 
+TEST_F(FileForms, NameTheButtonThatVerifiesInBothLanguages) {
+  WriteThree();
+  for (const char* language : {"English", "German"}) {
+    state.Settings.HelpLang = language;
+    Open([this, language] {
+      auto& verify = *Find<QPushButton>("cmdVerify");
+      const QString caption = verify.text().remove('&');
+      EXPECT_EQ(caption, language[0] == 'G' ? "Prüfen" : "Verify");
+      int looks = 0;
+      bench.program.events.on_pump = [&] {
+        ++looks;
+        EXPECT_EQ(verify.text(), language[0] == 'G' ? "Anhalten" : "Stop");
+      };
+      Click("cmdVerify");
+      bench.program.events.on_pump = nullptr;
+      EXPECT_GT(looks, 0);
+      EXPECT_EQ(verify.text().remove('&'), caption);
+      Click("cmdBack");
+    });
+  }
+}
+
 TEST_F(FileForms, CopyABlockByTheKeyboardAlone) {
   WriteThree();
   state.Settings.DestPath = bench.MakeDirectory("Backup");

@@ -71,7 +71,7 @@ Sampler Together(std::int64_t hold_off) {
   return {seconds(hold_off), Scan(), 1};
 }
 
-Sampler OneAfterAnother(SamplingOrder order, int distance, std::uint64_t seed = 1) {
+Sampler SamplerOneAfterAnother(SamplingOrder order, int distance, std::uint64_t seed = 1) {
   return {seconds(1), {order, milliseconds(distance)}, seed};
 }
 
@@ -131,7 +131,7 @@ TEST(Sampler, HoldOffSpansASlowHost) {
 }
 
 TEST(Sampler, AscendingBeginsWithInput1) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kAscending, 30);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kAscending, 30);
   const auto instants = OneSet(sampler);
   for (std::size_t place = 0; place < 15; ++place) {
     EXPECT_EQ(instants[place], 20'000 + 30 * static_cast<std::int64_t>(place));
@@ -139,7 +139,7 @@ TEST(Sampler, AscendingBeginsWithInput1) {
 }
 
 TEST(Sampler, DescendingBeginsWithInput15) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kDescending, 500);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kDescending, 500);
   const auto instants = OneSet(sampler);
   for (std::size_t place = 0; place < 15; ++place) {
     EXPECT_EQ(instants[place], 20'000 + 500 * static_cast<std::int64_t>(14 - place));
@@ -147,10 +147,10 @@ TEST(Sampler, DescendingBeginsWithInput15) {
 }
 
 TEST(Sampler, RandomHasAllPlacesInAnOrderOfItsSeed) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kRandom, 200);
-  Sampler again = OneAfterAnother(SamplingOrder::kRandom, 200);
-  Sampler other = OneAfterAnother(SamplingOrder::kRandom, 200, 2);
-  Sampler ascending = OneAfterAnother(SamplingOrder::kAscending, 200);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kRandom, 200);
+  Sampler again = SamplerOneAfterAnother(SamplingOrder::kRandom, 200);
+  Sampler other = SamplerOneAfterAnother(SamplingOrder::kRandom, 200, 2);
+  Sampler ascending = SamplerOneAfterAnother(SamplingOrder::kAscending, 200);
   auto instants = OneSet(sampler);
   EXPECT_EQ(instants, OneSet(again));
   EXPECT_NE(instants, OneSet(other));
@@ -160,12 +160,12 @@ TEST(Sampler, RandomHasAllPlacesInAnOrderOfItsSeed) {
 }
 
 TEST(Sampler, TogetherKnowsNoDistance) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kTogether, 500);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kTogether, 500);
   EXPECT_EQ(OneSet(sampler), std::vector<std::int64_t>(15, 20'000));
 }
 
 TEST(Sampler, KeepsItsPlaceInEverySetAndWhateverOtherInputsDo) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kAscending, 500);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kAscending, 500);
   EXPECT_TRUE(sampler.SetInterval(4, seconds(10), seconds(0)));
   EXPECT_TRUE(sampler.SetInterval(9, seconds(20), seconds(0)));
   EXPECT_EQ(MillisecondsOf(sampler, 4, seconds(0), seconds(35)),
@@ -175,20 +175,20 @@ TEST(Sampler, KeepsItsPlaceInEverySetAndWhateverOtherInputsDo) {
 }
 
 TEST(Sampler, RefusesAnIntervalIntoWhichTheInputsDoNotFit) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kAscending, 500);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kAscending, 500);
   EXPECT_FALSE(sampler.SetInterval(1, seconds(7), seconds(0)));
   EXPECT_TRUE(InstantsOf(sampler, 1, 0, 50).empty());
   EXPECT_TRUE(sampler.SetInterval(1, seconds(8), seconds(0)));
   EXPECT_TRUE(sampler.SetInterval(1, seconds(0), seconds(20)));
-  Sampler narrow = OneAfterAnother(SamplingOrder::kAscending, 71);
+  Sampler narrow = SamplerOneAfterAnother(SamplingOrder::kAscending, 71);
   EXPECT_TRUE(narrow.SetInterval(1, seconds(1), seconds(0)));
-  Sampler wide = OneAfterAnother(SamplingOrder::kAscending, 72);
+  Sampler wide = SamplerOneAfterAnother(SamplingOrder::kAscending, 72);
   EXPECT_FALSE(wide.SetInterval(1, seconds(1), seconds(0)));
 }
 
 // Input 12 would come 5.5 s after the set in which input 1 has its first sample already.
 TEST(Sampler, LaterRecordingLeavesASetAloneThatHasBegun) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kAscending, 500);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kAscending, 500);
   EXPECT_TRUE(sampler.SetInterval(1, seconds(10), seconds(0)));
   EXPECT_TRUE(sampler.SetInterval(12, seconds(10), seconds(0)));
   EXPECT_TRUE(sampler.SetInterval(3, seconds(10), seconds(12)));
@@ -199,7 +199,7 @@ TEST(Sampler, LaterRecordingLeavesASetAloneThatHasBegun) {
 }
 
 TEST(Sampler, RestartLeavesOutTheRestOfASet) {
-  Sampler sampler = OneAfterAnother(SamplingOrder::kDescending, 500);
+  Sampler sampler = SamplerOneAfterAnother(SamplingOrder::kDescending, 500);
   OneSet(sampler);
   sampler.Restart(seconds(23));
   for (int input = 1; input <= 15; ++input) {

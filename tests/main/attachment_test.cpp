@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "platform/random_file.h"
 #include "tests/support/bench_program.h"
 #include "tests/support/hindrance.h"
 
@@ -76,6 +77,33 @@ TEST_P(Waiting, SlotKeepsItsKeyAndIsTriedAgain) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EverySlot, Waiting, testing::Range(1, kSlots + 1));
+
+// Two users of one data directory, each with a program of his own.
+TEST_F(Attaching, LeavesARecordingToAnotherProgramAsLongAsThatHasIt) {
+  const std::string name = "M260314A.OVN";
+  bench.Install(3, name, Running(3, 2), {7, 8, 7, 8});
+  RandomFile other;
+  ASSERT_TRUE(other.Open(PathOf(name), FileAccess::kUpdate));
+  ASSERT_TRUE(other.Lock());
+  bench.line.buffers[{3, 1}] = {11};
+  bench.line.buffers[{3, 2}] = {12};
+  const std::string bytes = bench.home.Read("tavdat/" + name);
+  bench.Start();
+  bench.Run(3 * kTenSeconds);
+  EXPECT_EQ(Told(), std::vector<std::string>{name + "  is recorded by another program !"});
+  EXPECT_EQ(Key(3), name);
+  EXPECT_EQ(File(3), "");
+  EXPECT_EQ(bench.home.Read("tavdat/" + name), bytes);
+  EXPECT_EQ(Writes(), std::vector<std::string>{});
+
+  other.Close();
+  bench.Run(2 * kTenSeconds);
+  EXPECT_EQ(File(3), name);
+  EXPECT_EQ(bench.Samples(name), (std::vector<std::int16_t>{7, 8, 7, 8, 11, 12}));
+  ASSERT_TRUE(other.Open(PathOf(name), FileAccess::kUpdate));
+  EXPECT_FALSE(other.Lock()) << "it is this program's now";
+  EXPECT_EQ(other.Error(), "Resource temporarily unavailable");
+}
 
 TEST_F(Attaching, MakesNoDefaultSlotWhileOneWaits) {
   bench.Install(7, "M260314A.OVN", Running(1, 1));

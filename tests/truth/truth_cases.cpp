@@ -158,6 +158,33 @@ Action AsleepFor(int sets) {
   };
 }
 
+// A month, for the ledger: the machine sleeps for days, and the instrument's clock is slow by
+// nearly all that two clocks may differ. Without what the ledger learns of it that would be a lost
+// set.
+constexpr int kSecondsOfSeldomSets = 600;
+constexpr int kSetsOfMonth = 31 * 24 * 3600 / kSecondsOfSeldomSets;
+constexpr int kPartsOfMonth = 12;
+
+void PassAMonth(TruthRun& run, int) {
+  constexpr double kSlow = 190;  // ppm
+  for (int part = 0; part < kPartsOfMonth; ++part) {
+    run.SleepForSets(kSetsOfMonth / kPartsOfMonth, kSlow);
+    run.GoOnUntilCaughtUp();
+  }
+}
+
+Bench SeldomSets() {
+  Bench bench;
+  bench.recordings = Recordings::kSingle;
+  bench.interval = kSecondsOfSeldomSets;
+  bench.speedup = 1;
+  bench.slept_sets = kSetsOfMonth;
+  bench.is_seldom = true;
+  bench.clock = OwnClock::kAll;
+  bench.begins_at = kMidnight - hours(14);
+  return bench;
+}
+
 // On which `sets` sets pass while the machine is off or asleep, `interval` seconds apart.
 Bench Sleepy(Recordings recordings, int sets, int interval) {
   Bench bench;
@@ -333,6 +360,7 @@ const std::vector<TruthCase>& TruthCases() {
       {"off for 1500, one input", OffFor(1500), 0, 1, Sleepy(Recordings::kSingle, 1500, 10), true},
       {"off for 860, twelve", OffFor(860), 0, 1, Sleepy(Recordings::kTwelve, 860, 10), true},
       {"off for 896, twelve", OffFor(896), 0, 1, Sleepy(Recordings::kTwelve, 896, 10), true},
+      {"a month, slow clock", PassAMonth, 0, 1, SeldomSets(), true},
       {"off for 1500, twelve", OffFor(1500), 0, 1, Sleepy(Recordings::kTwelve, 1500, 10), true},
   };
   return cases;

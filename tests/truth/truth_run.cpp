@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -284,6 +285,9 @@ void TruthRun::GoOnUntilCaughtUp() {
 bool TruthRun::End(Findings& findings, LedgerVerdict& ledgers) {
   GoOnUntilCaughtUp();
   const std::vector<int> rows = RowsOfAll();
+  if (bench_.is_seldom) {
+    SleepForSets(kProofOfLife);
+  }
   if (problem_.empty() && !WaitUntil([&] { return HasGrown(rows, kProofOfLife); }, kStallLimit)) {
     Fail("no rows any more");
   }
@@ -409,15 +413,16 @@ void TruthRun::PassTime(seconds time) {
 
 // A program that ran between the two would count the samples of a time that has not passed for the
 // instruments, and see no full buffer behind it.
-void TruthRun::SleepFor(seconds time) {
+void TruthRun::SleepFor(seconds time, double slow_ppm) {
   Signal(SIGSTOP);
   PassTime(time);
-  Tell("pass all " + std::to_string(time.count() * bench_.speedup));
+  const double passes = static_cast<double>(time.count() * bench_.speedup) * (1 - slow_ppm / 1e6);
+  Tell("pass all " + std::to_string(std::llround(passes)));
   Signal(SIGCONT);
 }
 
-void TruthRun::SleepForSets(int sets) {
-  SleepFor(seconds(sets * bench_.interval / bench_.speedup));
+void TruthRun::SleepForSets(int sets, double slow_ppm) {
+  SleepFor(seconds(sets * bench_.interval / bench_.speedup), slow_ppm);
 }
 
 void TruthRun::RenameData(const std::string& from, const std::string& to) {

@@ -42,6 +42,7 @@ struct Bench {
   bool small_disk = false;  // the data stand on a small file system of their own
   bool overruns = false;    // more may pass than the instruments' buffers hold
   int slept_sets = 0;       // that pass while the machine sleeps, about
+  bool is_seldom = false;   // sets are so far apart that the last ones are slept for, too
   bool foreign = false;     // another device stands where the port's name falls through to
   OwnClock clock = OwnClock::kNone;
   std::chrono::sys_seconds begins_at{};  // what that clock shows at first
@@ -78,9 +79,10 @@ class TruthRun {
   void SetClock(std::chrono::sys_seconds now);
   void PassTime(std::chrono::seconds time);
   // So much passes at once for the program's clocks and for the instruments, as if the machine
-  // had slept; or as much as the instruments need for so many sets.
-  void SleepFor(std::chrono::seconds time);
-  void SleepForSets(int sets);
+  // had slept; or as much as the instruments need for so many sets. The clocks of the instruments
+  // are slow by `slow_ppm` millionths of the time.
+  void SleepFor(std::chrono::seconds time, double slow_ppm = 0);
+  void SleepForSets(int sets, double slow_ppm = 0);
   // Until no more waits in the instruments than they take while a slot sleeps.
   void GoOnUntilCaughtUp();
   // Opens an entry of the menu "Diagnostic", the first is 1, as a user does, and presses keys in

@@ -17,6 +17,8 @@ namespace {
 
 constexpr int kColumnGap = 12;
 constexpr BothLanguages kCancel{"Cancel", "Abbrechen"};
+constexpr BothLanguages kVerify{"Verify", "Prüfen"};
+constexpr BothLanguages kStop{"Stop", "Anhalten"};
 
 // A form that is never painted must list its files all the same.
 constexpr std::chrono::milliseconds kPaintLimit{400};
@@ -88,10 +90,11 @@ void AllOpen::MakeCommands() {
   progress_->setTextVisible(false);
   progress_->hide();
   cmd_copy_ = MakeButton("cmdCopy", "Copy ...", [this] { open_file_.cmdCopy_Click(); });
-  cmd_verify_ = MakeButton("cmdVerify", "Verify",
+  const Language language = open_file_.TextLanguage();
+  cmd_verify_ = MakeButton("cmdVerify", QtText(kVerify.In(language)).toUtf8(),
                            [this] { open_file_.cmdVerify_Click([this] { UpdateWidgets(); }); });
   cmd_open_ = MakeButton("cmdOpen", "Open", [this] { open_file_.cmdOpen_Click(); });
-  const QString cancel = QtText(kCancel.In(open_file_.TextLanguage()));
+  const QString cancel = QtText(kCancel.In(language));
   cmd_back_ = MakeButton("cmdBack", cancel.toUtf8(), [this] { open_file_.cmdBack_Click(); });
 }
 
@@ -149,7 +152,8 @@ void AllOpen::UpdateWidgets() {
 void AllOpen::ShowVerifying(bool is_verifying) {
   if (is_verifying == verify_caption_.isEmpty()) {
     const QString caption = cmd_verify_->text();
-    cmd_verify_->setText(is_verifying ? "Stop" : verify_caption_);
+    cmd_verify_->setText(is_verifying ? QtText(kStop.In(open_file_.TextLanguage()))
+                                      : verify_caption_);
     verify_caption_ = is_verifying ? caption : QString();
   }
 }
