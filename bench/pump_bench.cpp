@@ -74,7 +74,7 @@ class Bench {
   double TimeOfASample(View view) {
     program.state.ActiveView = view;
     const int before = Samples();
-    const double time = TimeOf<std::milli>([this] { RunFor(kWatched); });
+    const double time = TimeOf<std::milli>([] { RunFor(kWatched); });
     return time / std::max(Samples() - before, 1);
   }
 

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/number.h"
+#include "link/registers.h"
 
 namespace tavrel {
 namespace {

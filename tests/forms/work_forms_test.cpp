@@ -3,6 +3,8 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QScreen>
+#include <algorithm>
+#include <array>
 
 #include "main/forms/tavsett.h"
 #include "tests/forms/modal_bench.h"
@@ -64,6 +66,39 @@ TEST_F(WorkForms, ShowTheSlotAndWhatItsInstrumentSays) {
   });
   Run();
   EXPECT_EQ(bench.state.ActiveView, View::kMainSheet);
+}
+
+// The text of the ledger gets longer while the form is shown.
+TEST_F(WorkForms, CutNothingWhenTheLedgerGetsLonger) {
+  header.UnitRecOn = 1;
+  StartProgram({71, 72, 71, 72, 81, 82});
+  Then("TavWork", [this] {
+    bench.Run(2);
+    const auto is_whole = [](const QWidget& widget) {
+      const int least = std::max(widget.minimumSizeHint().height(),
+                                 widget.hasHeightForWidth() ? widget.heightForWidth(widget.width())
+                                                            : widget.sizeHint().height());
+      return widget.height() >= least;
+    };
+    const int table = Find("Sheet")->width();
+    for (int loss = 1; loss <= 3; ++loss) {
+      const int before = 3 * loss;
+      bench.files.Journals().Note(
+          1, "lost", {{"before", before}, {"sets", 0}, {"exact", false}, {"cause", "full"}});
+      bench.files.Journals().Note(1, "values",
+                                  {{"first", before}, {"last", before}, {"filled", true}});
+      ASSERT_TRUE(bench.files.AppendRow(1, std::array<std::int16_t, 2>{91, 92}, 1));
+      bench.Run(20);
+      QApplication::processEvents();
+      for (const char* name : {"cmd_Rec_1", "cmd_New", "Lbl_rec", "Lbl_sampl", "Lbl_Ledger"}) {
+        EXPECT_TRUE(is_whole(*Find(name))) << name << ", " << TextOf("Lbl_Ledger");
+      }
+    }
+    EXPECT_GT(Find("Lbl_Ledger")->height(), 2 * Find("Lbl_Ledger")->fontMetrics().height() - 2);
+    EXPECT_EQ(Find("Sheet")->width(), table);
+    Click("cmdExit");
+  });
+  Run();
 }
 
 TEST_F(WorkForms, LeaveTheWorksheetByEscapeAndShowItAgain) {

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "widgets/form_room.h"
 #include "widgets/muted_label.h"
@@ -132,6 +133,7 @@ void TavWork::MakeRecording() {
   rec_state_cell_ = MakeChip(rec_state_, this);
   rec_ = MakeReading("Lbl_rec", "min   recorded");
   sampl_ = MakeReading("Lbl_sampl", "s     sampling time");
+  rec_buttons_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   auto* column = new QVBoxLayout(fr_recording_);
   column->addWidget(rec_buttons_);
   AddReading(*column, rec_, rec_state_cell_);
@@ -140,6 +142,9 @@ void TavWork::MakeRecording() {
   ledger_->setObjectName("Lbl_Ledger");
   ledger_->setTextFormat(Qt::PlainText);
   ledger_->setWordWrap(true);
+  QSizePolicy as_wide_as_the_others = ledger_->sizePolicy();
+  as_wide_as_the_others.setHorizontalPolicy(QSizePolicy::Ignored);
+  ledger_->setSizePolicy(as_wide_as_the_others);
   column->addWidget(ledger_);
 }
 
@@ -286,6 +291,15 @@ void TavWork::ShowRecording(const WorksheetValues& now) {
   ShowText(*sampl_.value, now.Lbl_sampl);
   const bool has_both = !now.LedgerText.empty() && !now.BufferText.empty();
   ShowText(*ledger_, now.LedgerText + (has_both ? "\n" : "") + now.BufferText);
+  KeepRoomForLedger();
+}
+
+// It may get longer while the form is shown, which grows with it then.
+void TavWork::KeepRoomForLedger() {
+  if (isVisible()) {
+    const int wanted = ledger_->heightForWidth(ledger_->width());
+    ledger_->setMinimumHeight(std::max(ledger_->minimumHeight(), wanted));
+  }
 }
 
 void TavWork::ShowController(const WorksheetValues& now) {

@@ -52,6 +52,7 @@ class TavWork : public ModalForm {
   static void AddReading(QVBoxLayout& column, const Reading& reading, QWidget* behind = nullptr);
   void ShowHead(const WorksheetValues& now);
   void ShowRecording(const WorksheetValues& now);
+  void KeepRoomForLedger();
   void ShowController(const WorksheetValues& now);
   void ShowProgram(const WorksheetValues& now);
 
