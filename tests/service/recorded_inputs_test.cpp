@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "service/variable_browser.h"
+#include "tests/service/browser_bench.h"
 #include "tests/service/service_bench.h"
 #include "tests/support/line_failure.h"
 #include "tests/support/sampling_line.h"
