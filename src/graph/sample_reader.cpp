@@ -9,16 +9,16 @@ namespace tavrel {
 
 // A fault of the medium behind the word must not take the word with it: where a whole window
 // cannot be read the one word is tried alone.
-std::optional<std::int16_t> SampleReader::FetchWord(int record) {
+bool SampleReader::Fetch(int record) {
   if (record < 1) {
-    return std::nullopt;
+    return false;
   }
   first_ = record;
   count_ = ReadWords(record, kWindow);
   if (count_ == 0) {
     count_ = ReadWords(record, 1);
   }
-  return count_ > 0 ? std::optional(window_.front()) : std::nullopt;
+  return count_ > 0;
 }
 
 // How many of up to `most` words came.

@@ -21,11 +21,10 @@ class SampleReader {
   // The word at a record number. Nothing where the file does not have it, because it was cut by
   // others, or cannot be read.
   [[nodiscard]] std::optional<std::int16_t> Word(int record) {
-    const int place = record - first_;
-    if (place < 0 || place >= count_) {
-      return FetchWord(record);
+    if (!Holds(record) && !Fetch(record)) {
+      return std::nullopt;
     }
-    return window_[static_cast<std::size_t>(place)];
+    return window_[static_cast<std::size_t>(record - first_)];
   }
 
   // The same in degrees Celsius.
@@ -37,7 +36,11 @@ class SampleReader {
  private:
   static constexpr int kWindow = 2048;  // words
 
-  std::optional<std::int16_t> FetchWord(int record);
+  [[nodiscard]] bool Holds(int record) const {
+    return record >= first_ && record - first_ < count_;
+  }
+  // Moves the window to the record; false if there is nothing.
+  bool Fetch(int record);
   [[nodiscard]] int ReadWords(int record, int most);
 
   RandomFile& file_;

@@ -60,12 +60,12 @@ SheetRowView::SheetRowView(int row, const SheetColumns& columns, QWidget* parent
   setAccessibleName(row == 0 ? QString("viewed file") : QString("row %1").arg(row));
   MakeNumber(columns);
   MakeName(columns);
-  lb_ref_ = MakeValue("lb_Ref", columns.ValueFont, Qt::AlignRight);
-  lb_ctrl_ = MakeValue("lb_Ctrl", columns.ValueFont, Qt::AlignRight);
+  lb_ref_ = MakeValue("lb_Ref", columns.ValueFont, Qt::AlignRight, columns);
+  lb_ctrl_ = MakeValue("lb_Ctrl", columns.ValueFont, Qt::AlignRight, columns);
   cstat_ = MakeStatus("sh_Cstat", "lb_Cstat", columns);
-  lb_rec_ = MakeValue("lb_Rec", columns.ValueFont, Qt::AlignRight);
+  lb_rec_ = MakeValue("lb_Rec", columns.ValueFont, Qt::AlignRight, columns);
   rstat_ = MakeStatus("sh_Rstat", "lb_Rstat", columns);
-  lb_file_ = MakeValue("lb_File", columns.StatusFont, Qt::AlignLeft);
+  lb_file_ = MakeValue("lb_File", columns.StatusFont, Qt::AlignLeft, columns);
   MakeButton(columns);
   LayOutLine(*this, columns,
              {img_tav_sel_, sh_tav_no_, tx_des_, lb_ref_, lb_ctrl_, cstat_.Shape, lb_rec_,
@@ -82,18 +82,20 @@ Widget* SheetRowView::Named(Widget* widget, std::string_view control) {
 }
 
 QLabel* SheetRowView::MakeValue(std::string_view control, const QFont& font,
-                                Qt::Alignment alignment) {
+                                Qt::Alignment alignment, const SheetColumns& columns) {
   auto* label = Named(new QLabel(this), control);
   label->setFont(font);
   label->setTextFormat(Qt::PlainText);
   label->setAlignment(alignment | Qt::AlignVCenter);
+  // Of a fixed size a new text is painted; of any other the whole window is laid out anew.
+  label->setFixedHeight(columns.StatusHeight);
   return label;
 }
 
 SheetRowView::StatusCell SheetRowView::MakeStatus(std::string_view shape, std::string_view word,
                                                   const SheetColumns& columns) {
   StatusCell cell{Named(new ColourCell(this), shape),
-                  MakeValue(word, columns.StatusFont, Qt::AlignHCenter)};
+                  MakeValue(word, columns.StatusFont, Qt::AlignHCenter, columns)};
   cell.Shape->setFixedHeight(columns.StatusHeight);
   Fill(cell.Shape, cell.Word);
   return cell;

@@ -44,7 +44,8 @@ class SheetRowView : public QWidget {
 
   template <typename Widget>
   Widget* Named(Widget* widget, std::string_view control);
-  QLabel* MakeValue(std::string_view control, const QFont& font, Qt::Alignment alignment);
+  QLabel* MakeValue(std::string_view control, const QFont& font, Qt::Alignment alignment,
+                    const SheetColumns& columns);
   StatusCell MakeStatus(std::string_view shape, std::string_view word, const SheetColumns& columns);
   void MakeNumber(const SheetColumns& columns);
   void MakeName(const SheetColumns& columns);

@@ -28,6 +28,9 @@ using std::chrono::milliseconds;
 // A window that is never painted (it starts minimised) must measure all the same.
 constexpr milliseconds kPaintLimit{400};
 
+// The count of exchanges changes with nearly each tick, faster than anybody reads it.
+constexpr milliseconds kStateEvery{500};
+
 constexpr QSize kLeastSheet{240, 120};
 constexpr int kFewestRows = 4;     // no window is lower
 constexpr int kRoomForNames = 40;  // beside the least width
@@ -281,7 +284,10 @@ void Tavrel::FirstDisplay() {
 
 void Tavrel::RunTick() {
   parts_.cycle.Tick();
-  parts_.sheet.RefreshState();
+  if (state_due_.hasExpired()) {
+    state_due_ = QDeadlineTimer(kStateEvery);
+    parts_.sheet.RefreshState();
+  }
   AfterEvent();
 }
 

@@ -1,6 +1,7 @@
 #ifndef TAVREL_MAIN_FORMS_TAVREL_H_
 #define TAVREL_MAIN_FORMS_TAVREL_H_
 
+#include <QDeadlineTimer>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -69,6 +70,7 @@ class Tavrel : public QMainWindow {
   QWidget* indicator_ = nullptr;
   QTimer timer_main_{this};
   QTimer first_display_{this};
+  QDeadlineTimer state_due_{0};  // when the line of state is told anew
   std::string caption_;
   std::string info_;
   Language language_ = Language::kEnglish;  // of the menu
