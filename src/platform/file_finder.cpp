@@ -17,8 +17,11 @@ std::optional<std::string> FileFinder::Find(const std::string& directory, std::s
                        name.find('/') == std::string_view::npos &&
                        directory.find('\0') == std::string::npos;
   std::error_code error;
-  const auto type =
-      is_name ? fs::status(JoinPath(directory, name), error).type() : fs::file_type::none;
+  const std::string exact = JoinPath(directory, name);
+  const auto type = is_name ? fs::status(exact, error).type() : fs::file_type::none;
+  if (type == fs::file_type::regular) {
+    return exact;
+  }
   const Listing* const listing = type == fs::file_type::not_found ? ListingOf(directory) : nullptr;
   if (listing == nullptr) {
     return FindFile(directory, name, no_answer);

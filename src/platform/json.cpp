@@ -2,6 +2,7 @@
 
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace tavrel {
 namespace {
@@ -36,23 +37,25 @@ LibraryValue ToLibrary(const JsonValue& value) {
   return number ? LibraryValue(*number) : LibraryValue();
 }
 
-JsonValue FromLibrary(const LibraryValue& value) {
+JsonValue FromLibrary(LibraryValue&& value) {
   if (value.is_array()) {
     JsonValue::List list;
-    for (const LibraryValue& each : value) {
-      list.push_back(FromLibrary(each));
+    list.reserve(value.size());
+    for (LibraryValue& each : value) {
+      list.push_back(FromLibrary(std::move(each)));
     }
     return list;
   }
   if (value.is_object()) {
     JsonValue::Members members;
-    for (const auto& each : value.items()) {
-      members.emplace_back(each.key(), FromLibrary(each.value()));
+    members.reserve(value.size());
+    for (auto& [key, member] : value.get_ref<LibraryValue::object_t&>()) {
+      members.emplace_back(key, FromLibrary(std::move(member)));
     }
     return members;
   }
   if (value.is_string()) {
-    return value.get<std::string>();
+    return std::move(value.get_ref<std::string&>());
   }
   if (value.is_boolean()) {
     return value.get<bool>();
@@ -154,11 +157,11 @@ std::optional<JsonValue> ReadJson(std::string_view text) {
   if (!IsFlat(text)) {
     return std::nullopt;
   }
-  const LibraryValue read = LibraryValue::parse(text, nullptr, false);
+  LibraryValue read = LibraryValue::parse(text, nullptr, false);
   if (read.is_discarded() || HoldsHugeNumber(read)) {
     return std::nullopt;
   }
-  return FromLibrary(read);
+  return FromLibrary(std::move(read));
 }
 
 }  // namespace tavrel

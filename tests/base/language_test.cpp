@@ -19,6 +19,7 @@ TEST(BothLanguages, LeaveWhatAValueHoldsAsItIs) {
 TEST(BothLanguages, KeepPlacesWithoutAValueAndLonePercentSigns) {
   EXPECT_EQ(FilledIn("%1 and %2", {"one"}), "one and %2");
   EXPECT_EQ(FilledIn("100 % of %0, %1%", {"it"}), "100 % of %0, it%");
+  EXPECT_EQ(FilledIn("input 1 of %1", {"it"}), "input 1 of it");
 }
 
 TEST(BothLanguages, MayBeTheSameWhereThatIsSaid) {

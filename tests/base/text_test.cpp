@@ -74,6 +74,17 @@ TEST(FirstCharacters, CountsABrokenByteAsOneCharacter) {
   EXPECT_EQ(AfterCharacters("\xE2\x82", 1), "\x82");
 }
 
+TEST(WithoutControls, PutsABlankForEachOfThem) {
+  EXPECT_EQ(WithoutControls(""), "");
+  EXPECT_EQ(WithoutControls("a\tb\r\nc\x7F"), "a b  c ");
+  EXPECT_EQ(WithoutControls("a\u0080b\u009Fc"), "a b c");
+}
+
+TEST(WithoutControls, KeepsBrokenBytesAndTheBlankThatDoesNotBreakLines) {
+  EXPECT_EQ(WithoutControls("\x80\xFF"), "\x80\xFF");
+  EXPECT_EQ(WithoutControls("20\u00A0°C"), "20\u00A0°C");
+}
+
 TEST(ToWindows1252, GivesOneByteForACharacter) {
   EXPECT_EQ(ToWindows1252("Größe 5 €"),
             "Gr\xF6\xDF"

@@ -220,5 +220,22 @@ TEST(DotCanvas, LeavesGapsAsTheStyleSays) {
   EXPECT_EQ(length_of(PenStyle::kDash, 3), 24U);
 }
 
+TEST(DotCanvas, LeavesGapsAlongEachSideOfABroadBox) {
+  Sheet sheet(40, 40);
+  sheet.Canvas().Box({2, 2}, {37, 37}, {kRed, 3, PenMode::kCopy, PenStyle::kDot});
+  const auto alternates = [&sheet](auto dot_at) {
+    int changes = 0;
+    for (int n = 5; n < 34; ++n) {
+      const bool is_inked = dot_at(n) == kRed;
+      changes += is_inked != (dot_at(n + 1) == kRed) ? 1 : 0;
+    }
+    return changes > 3;
+  };
+  EXPECT_TRUE(alternates([&](int n) { return sheet.At(n, 2); }));
+  EXPECT_TRUE(alternates([&](int n) { return sheet.At(n, 37); }));
+  EXPECT_TRUE(alternates([&](int n) { return sheet.At(2, n); }));
+  EXPECT_TRUE(alternates([&](int n) { return sheet.At(37, n); }));
+}
+
 }  // namespace
 }  // namespace tavrel

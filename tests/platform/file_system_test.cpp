@@ -56,6 +56,8 @@ TEST_F(FileSystemTest, FindFileFindsANameWhateverItsCase) {
   directory_.Write("tavrel.Usr", "");
   EXPECT_EQ(FindFile(directory_.Path(), "TAVREL.USR"), directory_.File("tavrel.Usr"));
   EXPECT_EQ(FindFile(directory_.Path() + "/", "tavrel.usr"), directory_.File("tavrel.Usr"));
+  EXPECT_EQ(FindPath(directory_.File("TAVREL.USR")), directory_.File("tavrel.Usr"));
+  EXPECT_EQ(FindPath(directory_.File("other.usr")), std::nullopt);
 }
 
 TEST_F(FileSystemTest, FindFileComparesUmlautsWithoutCaseToo) {

@@ -116,5 +116,19 @@ TEST(PortLock, OfALivingProgramIsNotRemoved) {
   EXPECT_TRUE(home.Exists("LCK..x"));
 }
 
+TEST(PortLock, IsTriedWhereNoneStandsYetAndLeavesNothing) {
+  const TemporaryDirectory home;
+  EXPECT_EQ(WhyNoPortLock(home.File("LCK..x")), "");
+  EXPECT_FALSE(home.Exists("LCK..x"));
+  EXPECT_EQ(WhyNoPortLock(home.File("missing/LCK..x")), "No such file or directory");
+}
+
+TEST(PortLock, ThatStandsIsLeftAsItIsWhenOneIsTried) {
+  const TemporaryDirectory home;
+  home.Write("LCK..x", "      1234\n");
+  EXPECT_EQ(WhyNoPortLock(home.File("LCK..x")), "");
+  EXPECT_EQ(home.Read("LCK..x"), "      1234\n");
+}
+
 }  // namespace
 }  // namespace tavrel

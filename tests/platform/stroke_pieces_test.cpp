@@ -30,6 +30,12 @@ TEST(WithoutUnseen, KeepsFourPointsOfAColumn) {
   EXPECT_EQ(WithoutUnseen(points, 1), points);
 }
 
+TEST(WithoutUnseen, TakesColumnsAsWideAsTheyAreTold) {
+  const StrokePoints points = {{0, 5}, {1, 9}, {2, 6}, {3, 1}, {4, 4}, {5, 2}, {6, 3}};
+  EXPECT_EQ(WithoutUnseen(points, 0.5), points);
+  EXPECT_EQ(WithoutUnseen(points, 10), (StrokePoints{{0, 5}, {1, 9}, {3, 1}, {6, 3}}));
+}
+
 TEST(WithoutUnseen, KeepsTheFirstTheExtremesAndTheLastInTheirOrder) {
   const StrokePoints points = {{3.0, 5}, {3.1, 6}, {3.2, 1}, {3.3, 4},
                                {3.4, 9}, {3.5, 8}, {3.6, 7}, {4, 2}};
