@@ -28,6 +28,7 @@ constexpr std::array kReasons = {
     &reason::kFewerCame,
     &reason::kNoFile,
     &reason::kAnotherFile,
+    &reason::kRecordedElsewhere,
     &reason::kShorter,
     &reason::kSetDoesNotFit,
     &reason::kFileFull,

@@ -74,6 +74,8 @@ inline constexpr BothLanguages kFewerCame{"fewer sets have come than were made",
 inline constexpr BothLanguages kNoFile{"no file", "keine Datei"};
 inline constexpr BothLanguages kAnotherFile{"another file has taken its place",
                                             "an ihrer Stelle steht eine andere Datei"};
+inline constexpr BothLanguages kRecordedElsewhere{"another program records it",
+                                                  "ein anderes Programm zeichnet sie auf"};
 inline constexpr BothLanguages kShorter{"the file has become shorter",
                                         "die Datei ist kürzer geworden"};
 inline constexpr BothLanguages kSetDoesNotFit{"the set does not fit the file",

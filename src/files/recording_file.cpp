@@ -339,6 +339,9 @@ void RecordingFiles::WriteHeader(int slot) {
            state_.SlotFile[slot] + ": " + ReasonIn(UserLanguage(state_), problem));
     return;
   }
+  if (slot == kViewedFile) {
+    state_.SlotFileNo[slot].Unlock();  // who views it keeps nobody from recording it
+  }
   state_.SlotDirty[slot] = false;
   TellOfJournal(slot);
 }
@@ -358,14 +361,23 @@ std::string RecordingFiles::PutHeader(int slot) {
   if (!path) {
     return PutHeaderIntoNewFile(slot);
   }
-  if (!file.Open(*path, FileAccess::kUpdate)) {
-    return file.Error();
-  }
-  if (!HoldsRowsOfSlot(slot, file)) {
+  if (!OpenReserved(*path, file) || !HoldsRowsOfSlot(slot, file)) {
     return error_;
   }
   NotePlace(slot, *path);
   return journals_.SaveHeader(slot, file);
+}
+
+// Two users may have one data directory: what is written to belongs to one program.
+bool RecordingFiles::OpenReserved(const std::string& path, RandomFile& file) {
+  if (!file.Open(path, FileAccess::kUpdate)) {
+    return Fail(file.Error());
+  }
+  if (!file.Lock()) {
+    file.Close();
+    return Fail(reason::kRecordedElsewhere);
+  }
+  return true;
 }
 
 std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
@@ -452,8 +464,8 @@ bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
   const std::string& name = state_.SlotFile[slot];
   // Where nothing is found, opening fails and gives the system's own words for it.
   const std::string path = FindFile(directory, name).value_or(JoinPath(directory, name));
-  if (!file.Open(path, FileAccess::kUpdate)) {
-    return Fail(file.Error());
+  if (!OpenReserved(path, file)) {
+    return false;
   }
   UnitRecord found{};
   const std::int64_t got = file.ReadAt(0, std::as_writable_bytes(std::span(&found, 1)));

@@ -152,6 +152,7 @@ class RecordingFiles {
   [[nodiscard]] std::string RefuseForGood(int slot, const std::string& why);
   [[nodiscard]] int OwnerOf(int slot, const std::string& path) const;
   [[nodiscard]] bool OpenForSlot(int slot, const std::string& path);
+  [[nodiscard]] bool OpenReserved(const std::string& path, RandomFile& file);
   [[nodiscard]] bool OpenSameFile(int slot, RandomFile& file);
   [[nodiscard]] bool HoldsRowsOfSlot(int slot, RandomFile& file);
   void NotePlace(int slot, const std::string& path);
