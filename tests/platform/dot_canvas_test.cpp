@@ -223,7 +223,7 @@ TEST(DotCanvas, LeavesGapsAsTheStyleSays) {
 TEST(DotCanvas, LeavesGapsAlongEachSideOfABroadBox) {
   Sheet sheet(40, 40);
   sheet.Canvas().Box({2, 2}, {37, 37}, {kRed, 3, PenMode::kCopy, PenStyle::kDot});
-  const auto alternates = [&sheet](auto dot_at) {
+  const auto alternates = [](auto dot_at) {
     int changes = 0;
     for (int n = 5; n < 34; ++n) {
       const bool is_inked = dot_at(n) == kRed;
