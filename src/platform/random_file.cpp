@@ -162,7 +162,7 @@ bool RandomFile::Lock() {
   return result == 0 || errno != EWOULDBLOCK || Fail(errno);
 }
 
-void RandomFile::Unlock() {
+void RandomFile::Unlock() const {
   static_cast<void>(flock(handle_, LOCK_UN));
 }
 
