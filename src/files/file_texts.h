@@ -59,6 +59,13 @@ inline constexpr BothLanguages kInUseInRow{"  is in use in row %1 !",
                                            "  ist in Zeile %1 in Gebrauch !"};
 inline constexpr BothLanguages kInUseElsewhere{"  is recorded by another program !",
                                                "  wird von einem anderen Programm aufgezeichnet !"};
+inline constexpr BothLanguages kHeaderOfRow{
+    "%1 is recorded in row %2: what was changed in its header is not kept",
+    "%1 wird in Zeile %2 aufgezeichnet: die Änderung am Dateikopf wird nicht gespeichert"};
+inline constexpr BothLanguages kHeaderElsewhere{
+    "%1 is recorded by another program: what was changed in its header is not kept",
+    "%1 wird von einem anderen Programm aufgezeichnet: die Änderung am Dateikopf wird nicht "
+    "gespeichert"};
 inline constexpr BothLanguages kNoNameToday{"%1: no free file name is left today",
                                             "%1: für heute ist kein Dateiname mehr frei"};
 inline constexpr BothLanguages kNoNextName{"%1: no free name for the next file",

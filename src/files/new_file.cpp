@@ -14,7 +14,7 @@ std::string MakeRecordingFile(RandomFile& file, const std::string& directory,
                               const std::string& name, const UnitRecord& unit,
                               std::span<const std::byte> rows) {
   const std::string path = JoinPath(directory, name);
-  if (!file.Open(path, FileAccess::kCreateNew) || !file.Lock()) {
+  if (!file.Open(path, FileAccess::kCreateNew)) {
     return file.Error();
   }
   const bool has_rows = rows.empty() || file.WriteAt(kHeaderBytes, rows);

@@ -15,9 +15,9 @@ namespace tavrel {
 // Writes the header of an open file so that it is on the disk.
 [[nodiscard]] std::string SaveHeader(RandomFile& file, const UnitRecord& unit);
 
-// Makes the file with its header and `rows` as they lie in a file, leaves it open and reserved,
-// and puts it and its name on the disk. Anything that has the name already is left alone. What
-// could not be completed is taken away again.
+// Makes the file with its header and `rows` as they lie in a file, leaves it open, and puts it and
+// its name on the disk. Anything that has the name already is left alone. What could not be
+// completed is taken away again.
 [[nodiscard]] std::string MakeRecordingFile(RandomFile& file, const std::string& directory,
                                             const std::string& name, const UnitRecord& unit,
                                             std::span<const std::byte> rows = {});

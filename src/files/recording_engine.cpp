@@ -412,10 +412,18 @@ void RecordingEngine::ReopenFile(int slot) {
   }
   const bool was_open = state_.SlotFileNo[slot].IsOpen();
   if (!files_.ReopenRecordingFile(slot)) {
-    messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.ErrorText(), kWriteTitle});
+    TellOfReopening(slot);
   } else if (!was_open) {
     messages_.Recovered(slot);
   }
+}
+
+void RecordingEngine::TellOfReopening(int slot) {
+  if (state_.SlotFile[slot].empty()) {
+    CloseGraphOf(slot);  // another program has it now, and that was told
+    return;
+  }
+  messages_.Report(slot, {state_.SlotFile[slot] + ": " + files_.ErrorText(), kWriteTitle});
 }
 
 // While the next file cannot be made either, one of the two is told and not both in turn.

@@ -189,6 +189,7 @@ class RecordingEngine {
   void CountBacklogDown(int slot);
   void HideBacklog(int slot);
   void ReopenFile(int slot);
+  void TellOfReopening(int slot);
   void RestoreFile(int slot);
 
   // The columns: what to do about values that were lost on the line.

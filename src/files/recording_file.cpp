@@ -15,6 +15,7 @@
 #include "platform/file_system.h"
 #include "platform/random_file.h"
 #include "state/box_titles.h"
+#include "state/header_edit.h"
 #include "state/open_slots.h"
 #include "state/user_language.h"
 
@@ -85,10 +86,10 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   if (!OpenForSlot(slot, *path)) {
     return name + ": " + file.Error();
   }
-  // Two users may have one data directory. The other one may end: it is tried again.
-  if (IsSlot(slot) && !file.Lock()) {
-    file.Close();
-    return name + file_text::kInUseElsewhere.Text(UserLanguage(state_));
+  // The other program may end: it is tried again.
+  if (IsSlot(slot) && !Reserve(slot, *path)) {
+    return name +
+           (is_of_others_ ? file_text::kInUseElsewhere.Text(UserLanguage(state_)) : ": " + error_);
   }
   NotePlace(slot, *path);
   const std::int64_t length = file.Size();
@@ -333,6 +334,10 @@ void RecordingFiles::WriteHeader(int slot) {
   if (!IsTableSlot(slot) || state_.SlotFile[slot].empty()) {
     return;
   }
+  if (slot == kViewedFile && IsViewedHeaderOfOthers()) {
+    state_.SlotDirty[slot] = false;
+    return;
+  }
   const std::string problem = PutHeader(slot);
   if (!problem.empty()) {
     Refuse(slot, kWriteTitle,
@@ -340,10 +345,28 @@ void RecordingFiles::WriteHeader(int slot) {
     return;
   }
   if (slot == kViewedFile) {
-    state_.SlotFileNo[slot].Unlock();  // who views it keeps nobody from recording it
+    state_.Reserved[slot].Release();  // who views it keeps nobody from recording it
   }
   state_.SlotDirty[slot] = false;
   TellOfJournal(slot);
+}
+
+// Whoever records it has a newer header. It is told, for what the user has changed is dropped.
+bool RecordingFiles::IsViewedHeaderOfOthers() {
+  const std::string& name = state_.SlotFile[kViewedFile];
+  const Language language = UserLanguage(state_);
+  const int owner = OwnerOfViewedFile(state_);
+  if (IsSlot(owner)) {
+    const std::string text = file_text::kHeaderOfRow.Text(language, {name, std::to_string(owner)});
+    messages_.Report(kViewedFile, {text, kWriteTitle});
+    return true;
+  }
+  const auto path = FindFile(state_.SlotPath[kViewedFile], name);
+  if (!path || Reserve(kViewedFile, *path) || !is_of_others_) {
+    return false;
+  }
+  messages_.Report(kViewedFile, {file_text::kHeaderElsewhere.Text(language, {name}), kWriteTitle});
+  return true;
 }
 
 // Where the medium refuses the recording as well, that is told and says it all.
@@ -361,23 +384,23 @@ std::string RecordingFiles::PutHeader(int slot) {
   if (!path) {
     return PutHeaderIntoNewFile(slot);
   }
-  if (!OpenReserved(*path, file) || !HoldsRowsOfSlot(slot, file)) {
+  if (!file.Open(*path, FileAccess::kUpdate)) {
+    return file.Error();
+  }
+  if (!Reserve(slot, *path) || !HoldsRowsOfSlot(slot, file)) {
     return error_;
   }
   NotePlace(slot, *path);
   return journals_.SaveHeader(slot, file);
 }
 
-// Two users may have one data directory: what is written to belongs to one program.
-bool RecordingFiles::OpenReserved(const std::string& path, RandomFile& file) {
-  if (!file.Open(path, FileAccess::kUpdate)) {
-    return Fail(file.Error());
+bool RecordingFiles::Reserve(int slot, const std::string& path) {
+  FileReservation& reservation = state_.Reserved[slot];
+  if (reservation.Take(path)) {
+    return true;
   }
-  if (!file.Lock()) {
-    file.Close();
-    return Fail(reason::kRecordedElsewhere);
-  }
-  return true;
+  is_of_others_ = reservation.Error().empty();
+  return is_of_others_ ? Fail(reason::kRecordedElsewhere) : Fail(reservation.Error());
 }
 
 std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
@@ -385,8 +408,12 @@ std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
   journals_.Closed(slot, false);
   std::string problem =
       journals_.MakeFile(state_.SlotFileNo[slot], slot, name, state_.Unit[slot], {}, {});
+  const std::string path = JoinPath(state_.SlotPath[slot], name);
+  if (problem.empty() && !Reserve(slot, path)) {
+    problem = error_;
+  }
   if (problem.empty()) {
-    NotePlace(slot, JoinPath(state_.SlotPath[slot], name));
+    NotePlace(slot, path);
     state_.SampleCount[slot] = 0;
     state_.IndexValid = false;
     ForgetShown(slot);
@@ -407,6 +434,7 @@ void RecordingFiles::CloseRecordingFile(int slot) {
     TellOfJournal(slot);
   }
   held_set_files_[slot].Close();
+  state_.Reserved[slot].Release();
   if (!is_saved) {
     messages_.Report(slot, {state_.SlotFile[slot] + ": " + file.Error(), kWriteTitle});
   }
@@ -452,11 +480,23 @@ bool RecordingFiles::ReopenRecordingFile(int slot) {
     journals_.Synced(slot);
     TellOfJournal(slot);
   }
-  if (!OpenSameFile(slot, file)) {
-    file.Close();
-    return false;
+  if (OpenSameFile(slot, file)) {
+    return true;
   }
-  return true;
+  file.Close();
+  state_.Reserved[slot].Release();
+  if (is_of_others_) {
+    LeaveToOthers(slot);
+  }
+  return false;
+}
+
+// What is kept of the set in hand lies beside the file, and whoever has that has taken it as well.
+// The slot waits for the file, as at a start, and takes it with all that is in it by then.
+void RecordingFiles::LeaveToOthers(int slot) {
+  const std::string text =
+      state_.SlotFile[slot] + file_text::kInUseElsewhere.Text(UserLanguage(state_));
+  Refuse(slot, kReadTitle, text);
 }
 
 bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
@@ -464,8 +504,9 @@ bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
   const std::string& name = state_.SlotFile[slot];
   // Where nothing is found, opening fails and gives the system's own words for it.
   const std::string path = FindFile(directory, name).value_or(JoinPath(directory, name));
-  if (!OpenReserved(path, file)) {
-    return false;
+  is_of_others_ = false;
+  if (!file.Open(path, FileAccess::kUpdate)) {
+    return Fail(file.Error());
   }
   UnitRecord found{};
   const std::int64_t got = file.ReadAt(0, std::as_writable_bytes(std::span(&found, 1)));
@@ -474,7 +515,7 @@ bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
       found.UnitDate.Bytes != unit.UnitDate.Bytes) {
     return Fail(reason::kAnotherFile);
   }
-  if (!HoldsRowsOfSlot(slot, file)) {
+  if (!HoldsRowsOfSlot(slot, file) || HasRowsOfOthers(slot, file) || !Reserve(slot, path)) {
     return false;
   }
   NotePlace(slot, path);
@@ -495,6 +536,14 @@ bool RecordingFiles::HoldsRowsOfSlot(int slot, RandomFile& file) {
   const std::int64_t end = SampleByte(state_.Unit[slot].UnitChannels, rows, 1);
   const bool holds_rows = rows == 0 || file.Size() >= end;
   return holds_rows || Fail(reason::kShorter);
+}
+
+// A row that was refused, the first one twice, may stand there all the same; no more than that.
+bool RecordingFiles::HasRowsOfOthers(int slot, RandomFile& file) {
+  constexpr int kMostRefusedRows = 2;
+  const std::int32_t rows = SampleCountOf(file.Size(), state_.Unit[slot].UnitChannels);
+  is_of_others_ = rows > state_.SampleCount[slot] + kMostRefusedRows;
+  return is_of_others_ && !Fail(reason::kRecordedElsewhere);
 }
 
 bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, int copies) {

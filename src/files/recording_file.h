@@ -52,7 +52,8 @@ class RecordingFiles {
 
   // Writes Unit(slot) as the first 1000 bytes, synced, and leaves the file open. A missing file
   // is made, in capitals and with SampleCount 0, if its directory is there. A file that does not
-  // hold the SampleCount rows of the slot is another one and is refused. Clears SlotDirty.
+  // hold the SampleCount rows of the slot is another one and is refused. Clears SlotDirty. The
+  // header of a viewed file that a slot or another program records is left to that, and told.
   void WriteHeader(int slot);
 
   // Begins a new file for the slot with `interval` as UnitInterval: picks a name that is free on
@@ -103,7 +104,8 @@ class RecordingFiles {
   // Closes and opens again, so that what was written is on the disk; a dirty header is written
   // with it. On failure the name stays and false is returned; the file is then closed and the
   // call may be repeated. Never makes a file or directory anew, and refuses a file that is
-  // shorter than the slot's rows or was begun by another recording.
+  // shorter than the slot's rows or was begun by another recording. A file that another program
+  // has recorded into while it was not open here is that one's: it is told, and SlotFile is empty.
   bool ReopenRecordingFile(int slot);
 
   // Puts `words` (UnitChannels of them) behind the last row, `copies` times, in one write.
@@ -152,7 +154,10 @@ class RecordingFiles {
   [[nodiscard]] std::string RefuseForGood(int slot, const std::string& why);
   [[nodiscard]] int OwnerOf(int slot, const std::string& path) const;
   [[nodiscard]] bool OpenForSlot(int slot, const std::string& path);
-  [[nodiscard]] bool OpenReserved(const std::string& path, RandomFile& file);
+  [[nodiscard]] bool Reserve(int slot, const std::string& path);
+  [[nodiscard]] bool IsViewedHeaderOfOthers();
+  [[nodiscard]] bool HasRowsOfOthers(int slot, RandomFile& file);
+  void LeaveToOthers(int slot);
   [[nodiscard]] bool OpenSameFile(int slot, RandomFile& file);
   [[nodiscard]] bool HoldsRowsOfSlot(int slot, RandomFile& file);
   void NotePlace(int slot, const std::string& path);
@@ -191,6 +196,7 @@ class RecordingFiles {
   RecordingJournals journals_;
   BySlot<Place> places_;
   BySlot<RandomFile> held_set_files_;  // opened with the first set that is held
+  bool is_of_others_ = false;          // the last failure: another program has the file
   BySlot<bool> refused_by_error_{};
   BySlot<bool> is_row_refused_{};  // the medium has refused the last row
   std::string error_;

@@ -143,7 +143,9 @@ void RecordingFiles::TakeRestoredFile(int slot, const std::string& name, RandomF
   state_.Settings.ActiveFiles[slot - 1] = name;
   state_.SlotDirty[slot] = false;
   state_.IndexValid = false;
-  NotePlace(slot, JoinPath(state_.SlotPath[slot], name));
+  const std::string path = JoinPath(state_.SlotPath[slot], name);
+  static_cast<void>(Reserve(slot, path));  // it has just been made: nobody else knows it
+  NotePlace(slot, path);
   ForgetShown(slot);
 }
 

@@ -61,6 +61,9 @@ std::string RecordingFiles::SaveSetInHand(int slot) {
     DropHeldSet(slot);
     return "";
   }
+  if (state_.SlotFile[slot].empty()) {
+    return "";  // another program has the file, and with it what is kept beside it
+  }
   const std::string why = ErrorText();
   RandomFile& held = held_set_files_[slot];
   if (held.IsNameless()) {

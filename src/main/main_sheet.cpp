@@ -13,6 +13,7 @@
 #include "files/simulated_rows.h"
 #include "link/register_access.h"
 #include "link/registers.h"
+#include "state/header_edit.h"
 #include "state/open_slots.h"
 #include "state/state_words.h"
 
@@ -391,10 +392,10 @@ void MainSheet::lb_TavNo_Click(int slot) {
 
 void MainSheet::tx_Des_Change(int slot, const std::string& text) {
   RunState& state = parts_.state;
-  state.SlotDirty[slot] = true;
-  state.Unit[slot].SetApparatusName(text);
+  EditHeader(state, slot, [&](UnitRecord& unit) { unit.SetApparatusName(text); });
   Row(slot).tx_Des = text;
   if (slot == kViewedFile) {
+    Row(OwnerOfViewedFile(state)).tx_Des = text;
     state.IndexValid = false;
   }
   if (slot == state.SelSlot) {

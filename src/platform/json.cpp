@@ -1,5 +1,6 @@
 #include "platform/json.h"
 
+#include <algorithm>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <utility>
@@ -92,12 +93,7 @@ bool HoldsHugeNumber(const LibraryValue& value) {
     return value.get<std::uint64_t>() >
            static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
   }
-  for (const LibraryValue& each : value.is_structured() ? value : LibraryValue::array()) {
-    if (HoldsHugeNumber(each)) {
-      return true;
-    }
-  }
-  return false;
+  return value.is_structured() && std::any_of(value.begin(), value.end(), HoldsHugeNumber);
 }
 
 }  // namespace

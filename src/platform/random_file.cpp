@@ -162,10 +162,6 @@ bool RandomFile::Lock() {
   return result == 0 || errno != EWOULDBLOCK || Fail(errno);
 }
 
-void RandomFile::Unlock() const {
-  static_cast<void>(flock(handle_, LOCK_UN));
-}
-
 // The end of a plain file is its length. Asking for the whole status instead takes longer than
 // writing a row. The position that this moves is used by nobody.
 std::int64_t RandomFile::Size() {

@@ -68,7 +68,6 @@ class RandomFile {
   // Reserves the file as long as this handle is open. False if another handle, of this program or
   // of another one, has reserved it. Where the medium cannot do that it is true.
   [[nodiscard]] bool Lock();
-  void Unlock() const;
 
   // Length in bytes, -1 on failure.
   [[nodiscard]] std::int64_t Size();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/active_view.h"
+#include "platform/file_reservation.h"
 #include "platform/random_file.h"
 #include "state/column_memory.h"
 #include "state/deadline.h"
@@ -36,9 +37,12 @@ struct RunState {
   Numbered<UnitRecord, kViewedFile, kWorkHeader> Unit{};
 
   // Tables by slot.
-  BySlot<std::string> SlotFile;        // file name; empty: the row is not in use
-  BySlot<std::string> SlotPath;        // its directory
-  BySlot<RandomFile> SlotFileNo;       // its open file; closed while there is none
+  BySlot<std::string> SlotFile;   // file name; empty: the row is not in use
+  BySlot<std::string> SlotPath;   // its directory
+  BySlot<RandomFile> SlotFileNo;  // its open file; closed while there is none
+  // Two users may have one data directory: what is written to belongs to one program, also while
+  // its file is opened anew.
+  BySlot<FileReservation> Reserved;
   BySlot<bool> SlotDirty{};            // the header in memory differs from the file's
   BySlot<std::int32_t> SampleLimit{};  // rows that the file may hold
   BySlot<std::int32_t> SampleCount{};  // rows in the file, 0..32767

@@ -105,6 +105,38 @@ TEST_F(Attaching, LeavesARecordingToAnotherProgramAsLongAsThatHasIt) {
   EXPECT_EQ(other.Error(), "Resource temporarily unavailable");
 }
 
+// Its directory is away for a while, and another program has the recording when it comes back.
+TEST_F(Attaching, TakesUpAnewWhatAnotherProgramHasRecordedIntoMeanwhile) {
+  const std::string name = "M260314A.OVN";
+  bench.Install(3, name, Running(3, 2), {7, 8, 7, 8});
+  bench.Start();
+  bench.Run(kTenSeconds);
+  const std::string directory = bench.home.File("tavdat");
+  fs::rename(directory, bench.home.File("away"));
+  bench.line.buffers[{3, 1}] = {11};
+  bench.line.buffers[{3, 2}] = {12};
+  bench.state.TickFlush.MakeDue();
+  bench.Run(2 * kTenSeconds);
+  fs::rename(bench.home.File("away"), directory);
+  RandomFile other;
+  ASSERT_TRUE(other.Open(PathOf(name), FileAccess::kUpdate));
+  ASSERT_TRUE(other.Lock());
+  bench.Run(2 * kTenSeconds);
+  EXPECT_EQ(Told().back(), name + "  is recorded by another program !");
+  EXPECT_EQ(Key(3), name);
+  EXPECT_EQ(File(3), "");
+  EXPECT_EQ(bench.Row(3).lb_Rstat, "disk !");
+  const std::string bytes = bench.home.Read("tavdat/" + name);
+  bench.home.Write("tavdat/" + name, bytes + std::string(12, '\x15'));  // three rows
+  other.Close();
+  bench.line.buffers[{3, 1}] = {51};
+  bench.line.buffers[{3, 2}] = {52};
+  bench.Run(2 * kTenSeconds);
+  EXPECT_EQ(File(3), name);
+  EXPECT_EQ(bench.Row(3).lb_Rstat, "on");
+  EXPECT_EQ(bench.Samples(name).back(), 52);
+}
+
 TEST_F(Attaching, MakesNoDefaultSlotWhileOneWaits) {
   bench.Install(7, "M260314A.OVN", Running(1, 1));
   MakeUnreadable(PathOf("M260314A.OVN"));

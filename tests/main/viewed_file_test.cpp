@@ -127,6 +127,20 @@ TEST_F(ViewedFile, WritesAnEditedNameBeforeTheDialogComes) {
   EXPECT_FALSE(state.SlotDirty[0]);
 }
 
+// It is the slot's header then, and is written with that.
+TEST_F(ViewedFile, RenamesTheTestWhoseFileItIs) {
+  bench.Start();
+  Open("M260314A.OVN");
+  bench.sheet.tx_Des_Change(0, "New name");
+  EXPECT_EQ(bench.Row(0).tx_Des, "New name");
+  EXPECT_EQ(bench.Row(1).tx_Des, "New name");
+  EXPECT_FALSE(state.SlotDirty[0]);
+  Open("M250102A.OVN");
+  EXPECT_TRUE(bench.dialogs.boxes.empty());
+  bench.engine.FlushFiles();
+  EXPECT_EQ(bench.home.Read("tavdat/M260314A.OVN").substr(204, 8), "New name");
+}
+
 TEST_F(ViewedFile, WritesNoHeaderThatWasNotEdited) {
   bench.Start();
   Open("M250101A.OVN");

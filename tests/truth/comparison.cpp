@@ -433,9 +433,12 @@ class Comparer {
 
 }  // namespace
 
+bool Findings::HoldsTheTruth() const {
+  return wrong == 0 && torn == 0 && shifted == 0;
+}
+
 bool Findings::Agrees() const {
-  return wrong == 0 && torn == 0 && doubled == 0 && shifted == 0 && invented == 0 &&
-         std::abs(lost - told_lost) <= about;
+  return HoldsTheTruth() && doubled == 0 && invented == 0 && std::abs(lost - told_lost) <= about;
 }
 
 void Findings::Add(const Findings& other) {

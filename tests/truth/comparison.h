@@ -36,7 +36,10 @@ struct Findings {
   int in_doubt = 0;        // of these, those whose place the user was told as uncertain
   std::vector<std::string> details;  // the first differences, in words
 
-  // Nothing is wrong, missing or twice but what the user was told, all of it.
+  // No value of the recording differs from the right one in its place but where the user was told.
+  [[nodiscard]] bool HoldsTheTruth() const;
+
+  // That, nothing is missing or twice but what the user was told, and what he was told is so.
   [[nodiscard]] bool Agrees() const;
   void Add(const Findings& other);
 };

@@ -71,6 +71,7 @@ TEST(Comparison, ExcusesAWordWhoseReplyWasLostIfTheUserWasTold) {
   EXPECT_EQ(found.losses, 1);
   EXPECT_EQ(found.in_doubt, 0);
   const Findings untold = Compare(ThreeSets("lost"), kSlot, bytes);
+  EXPECT_FALSE(untold.HoldsTheTruth());
   EXPECT_FALSE(untold.Agrees());
   EXPECT_EQ(untold.wrong, 1);
 }
@@ -89,6 +90,7 @@ TEST(Comparison, CountsAValueThatWasFilledInAlthoughItHadArrivedAsInvented) {
   const Findings found =
       Compare(ThreeSets(), kSlot, Bytes({11, 12, 11, 12, 21, 12, 31, 32}), Filled(2));
   EXPECT_EQ(found.invented, 1);
+  EXPECT_TRUE(found.HoldsTheTruth());
   EXPECT_FALSE(found.Agrees());
 }
 

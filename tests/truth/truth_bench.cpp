@@ -6,11 +6,14 @@
 //   truth_bench --long [CASE...]          each case over the orders and distances of sampling
 //     --line direct | plugin              on one kind of line instead of both
 //     --order ORDER  --distance MS        sampled in that way instead
+//     --keep DIRECTORY                    what a run that is not true has left is copied there
 //
 // One row of a table for each case, kind of line and way of sampling. Exit status 1 if a word is
 // wrong, missing, twice or in another place and the user was not told so, or if the ledger of a
 // recording is not what the truth says: "same", or "in 2" where its bounds hold the truth and are
-// two sets apart.
+// two sets apart. "disturbed" is a run in which nothing is wrong but the count of what was told,
+// while the machine stood still: the instruments cannot know which of their replies came too late
+// for the program then. It fails as well, and is to be run again.
 
 #include <algorithm>
 #include <array>
@@ -46,6 +49,7 @@ struct Wish {
   std::string line;                // empty: both
   std::string order;               // empty: as the case has it
   std::optional<int> distance;
+  std::string keep;  // empty: nothing is kept
 };
 
 std::optional<Wish> ReadWish(const std::vector<std::string>& arguments) {
@@ -70,6 +74,8 @@ std::optional<Wish> ReadWish(const std::vector<std::string>& arguments) {
       wish.order = arguments[place];
     } else if (word == "--distance") {
       wish.distance = std::atoi(arguments[place].c_str());
+    } else if (word == "--keep") {
+      wish.keep = arguments[place];
     } else {
       return std::nullopt;
     }
@@ -124,7 +130,7 @@ void PrintRow(const std::string& name, const Bench& bench, seconds took, const F
 }
 
 // One case on one kind of line: the table's row, then what was found in words. True if good.
-bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
+bool RunHere(const TruthCase& truth_case, const Bench& bench, const Wish& wish) {
   const StandingMachine machine;
   TruthRun run(bench);
   Findings found;
@@ -133,7 +139,7 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   bool is_good = run.Begin();
   bool is_healthy = false;
   if (is_good) {
-    truth_case.action(run, is_long ? truth_case.long_amount : truth_case.short_amount);
+    truth_case.action(run, wish.is_long ? truth_case.long_amount : truth_case.short_amount);
     is_healthy = run.IsHealthy();
     is_good = run.End(found, ledgers);
   }
@@ -152,7 +158,9 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   object(!ledgers.Agrees(), "the ledger differs");
   is_good = is_good && verdict.empty() && found.Agrees();
   found.details.insert(found.details.end(), ledgers.problems.begin(), ledgers.problems.end());
-  std::printf("%s %s\n", is_good ? "true" : "BROKEN", verdict.c_str());
+  const bool is_disturbed = has_stood && verdict.empty() && found.HoldsTheTruth();
+  std::printf("%s %s\n", is_good ? "true" : (is_disturbed ? "disturbed" : "BROKEN"),
+              verdict.c_str());
   if (has_stood) {
     std::printf("    the machine stood still for %d ms\n",
                 static_cast<int>(machine.Longest().count()));
@@ -164,18 +172,31 @@ bool RunHere(const TruthCase& truth_case, Bench bench, bool is_long) {
   for (std::size_t place = 0; place < std::min(texts.size(), kMostTexts); ++place) {
     std::printf("    told: %s\n", texts[place].c_str());
   }
+  if (!is_good && !wish.keep.empty()) {
+    run.Keep(wish.keep + "/" + truth_case.name + " " + bench.line);
+  }
   return is_good;
 }
 
 // Each kind of line in a process of its own, at the same time.
 bool RunLines(const std::string& program, const TruthCase& truth_case, const SamplingScan& scan,
-              bool is_long) {
+              const Wish& wish) {
   std::vector<Process> runs;
   runs.reserve(kLines.size());
   for (const char* line : kLines) {
-    runs.emplace_back(std::vector<std::string>{
-        program, is_long ? "--long" : "--short", truth_case.name, "--line", line, "--order",
-        scan.order, "--distance", std::to_string(scan.distance)});
+    std::vector<std::string> call = {program,
+                                     wish.is_long ? "--long" : "--short",
+                                     truth_case.name,
+                                     "--line",
+                                     line,
+                                     "--order",
+                                     scan.order,
+                                     "--distance",
+                                     std::to_string(scan.distance)};
+    if (!wish.keep.empty()) {
+      call.insert(call.end(), {"--keep", wish.keep});
+    }
+    runs.emplace_back(call);
   }
   bool is_good = true;
   for (Process& run : runs) {
@@ -191,12 +212,12 @@ bool RunLines(const std::string& program, const TruthCase& truth_case, const Sam
 bool RunCase(const std::string& program, const Wish& wish, const TruthCase& truth_case,
              const SamplingScan& scan) {
   if (wish.line.empty()) {
-    return RunLines(program, truth_case, scan, wish.is_long);
+    return RunLines(program, truth_case, scan, wish);
   }
   Bench bench = truth_case.bench;
   bench.line = wish.line;
   bench.scan = scan;
-  return RunHere(truth_case, bench, wish.is_long);
+  return RunHere(truth_case, bench, wish);
 }
 
 bool IsWanted(const Wish& wish, const TruthCase& truth_case) {
@@ -224,7 +245,7 @@ int Main(const std::vector<std::string>& arguments) {
   if (!wish) {
     std::fprintf(stderr,
                  "usage: truth_bench --short | --long [CASE...] [--line LINE] [--order ORDER] "
-                 "[--distance MS]\n       truth_bench --list | --list-long\n");
+                 "[--distance MS] [--keep DIRECTORY]\n       truth_bench --list | --list-long\n");
     return 2;
   }
   bool is_good = true;

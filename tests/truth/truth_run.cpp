@@ -434,6 +434,16 @@ void TruthRun::RenameData(const std::string& from, const std::string& to) {
   }
 }
 
+void TruthRun::Keep(const std::string& directory) const {
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  std::filesystem::copy(program_.Directory(), directory,
+                        std::filesystem::copy_options::recursive |
+                            std::filesystem::copy_options::skip_symlinks |
+                            std::filesystem::copy_options::overwrite_existing,
+                        error);
+}
+
 int TruthRun::Draw(int below) {
   return std::uniform_int_distribution<int>(0, below - 1)(random_);
 }

@@ -95,6 +95,9 @@ class TruthRun {
   [[nodiscard]] int Draw(int below);
   void Fail(const std::string& problem);
 
+  // Copies all that the installed program and the instruments have written to that directory.
+  void Keep(const std::string& directory) const;
+
   [[nodiscard]] const std::string& Problem() const { return problem_; }
   [[nodiscard]] LineTruth Truth() const;
   // Telegrams that were sent to the device that is not the instruments'.
