@@ -30,12 +30,6 @@ bool IsTableSlot(int slot) {
   return slot >= kViewedFile && slot <= kSlots;
 }
 
-// For writing. A link in its place goes, so that nobody's file behind it is written over.
-bool OpenHeldSet(RandomFile& file, const std::string& path) {
-  DeleteLink(path);
-  return file.Open(path, FileAccess::kCreate);
-}
-
 // The number of headers that `length` bytes are, to the nearest, ties to even.
 std::int64_t HeadersIn(std::int64_t length) {
   return std::llrint(static_cast<double>(length) / kHeaderBytes);
@@ -88,8 +82,9 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   }
   // The other program may end: it is tried again.
   if (IsSlot(slot) && !Reserve(slot, *path)) {
+    file.Close();
     return name +
-           (is_of_others_ ? file_text::kInUseElsewhere.Text(UserLanguage(state_)) : ": " + error_);
+           (IsOfOthers() ? file_text::kInUseElsewhere.Text(UserLanguage(state_)) : ": " + error_);
   }
   NotePlace(slot, *path);
   const std::int64_t length = file.Size();
@@ -200,136 +195,6 @@ void RecordingFiles::DeriveValues(int slot) {
   }
 }
 
-// A recording that was cut off goes on with what it held. Where rows are missing at the end of the
-// file they were lost with the power: the values that are held belong behind them all the same, for
-// the instrument has handed them over.
-void RecordingFiles::TakeHeldSet(int slot, const std::optional<HeldSet>& held) {
-  if (!held || held->SampleCount < state_.SampleCount[slot]) {
-    KeepOrderOf(slot, held);
-    return;
-  }
-  state_.Columns[slot] = held->Columns;
-  state_.Columns[slot].IsOpened = true;
-  TellLostRows(slot, held->SampleCount);
-  bool any_seen = false;
-  for (int input = 1; input <= kInputs; ++input) {
-    const bool is_seen = held->Seen[input] && state_.Unit[slot].IsRecorded(input);
-    state_.SampleSeen[slot][input] = is_seen;
-    state_.SampleValue[slot][input] = held->Value[input];
-    any_seen = any_seen || is_seen;
-  }
-  const bool is_asked = held->AskedInput != 0 && state_.Unit[slot].IsRecorded(held->AskedInput);
-  state_.AskedInput[slot] = is_asked ? held->AskedInput : 0;
-  const bool is_compared = held->Columns.Compared != ColumnMemory::Comparison::kNone;
-  state_.ColumnsInDoubt[slot] = any_seen || is_asked || is_compared;
-}
-
-// A held set of an earlier row tells nothing about the set in hand, but the order in which the
-// inputs are sampled is the same in all sets, and so is what is uncertain.
-void RecordingFiles::KeepOrderOf(int slot, const std::optional<HeldSet>& held) {
-  if (!held) {
-    return;
-  }
-  ColumnMemory& columns = state_.Columns[slot];
-  columns.Order = held->Columns.Order;
-  columns.IsUncertain = held->Columns.IsUncertain;
-  const std::int64_t rows = state_.SampleCount[slot] - held->SampleCount;
-  if (held->Columns.LastSet != 0) {
-    columns.LastSet = held->Columns.LastSet + rows * state_.RecInterval[slot];
-  }
-}
-
-std::optional<HeldSet> RecordingFiles::ReadHeldSet(int slot) {
-  RandomFile file;
-  std::array<std::byte, kHeldSetBytes + 1> bytes{};
-  if (!file.Open(HeldSetPath(slot), FileAccess::kRead)) {
-    return std::nullopt;
-  }
-  const std::int64_t got = file.ReadAt(0, bytes);
-  return got > 0 ? DecodeHeldSet(std::span(bytes).first(static_cast<std::size_t>(got)))
-                 : std::nullopt;
-}
-
-void RecordingFiles::TellLostRows(int slot, std::int32_t rows) {
-  const std::int32_t lost = rows - state_.SampleCount[slot];
-  if (lost <= 0) {
-    return;
-  }
-  // The first set of a file stands in it twice.
-  const std::int32_t sets = state_.SampleCount[slot] == 0 && lost > 1 ? lost - 1 : lost;
-  journals_.Note(slot, "lost",
-                 {{"before", state_.SampleCount[slot]},
-                  {"sets", sets},
-                  {"exact", true},
-                  {"least", sets},
-                  {"most", sets},
-                  {"cause", "power"},
-                  {"what", std::string(reason::kPowerOff.English)}});
-  const BothLanguages& text = lost == 1 ? file_text::kRowLost : file_text::kRowsLost;
-  const std::string row = std::to_string(state_.SampleCount[slot]);
-  messages_.Report(
-      slot, {text.Text(UserLanguage(state_), {state_.SlotFile[slot], row, std::to_string(lost)}),
-             kReadTitle});
-}
-
-std::string RecordingFiles::HeldSetPath(int slot) const {
-  return JoinPath(state_.SlotPath[slot], HeldSetName(state_.SlotFile[slot]));
-}
-
-// Simulated values are not worth keeping, and what is kept of an instrument's set stays.
-bool RecordingFiles::KeepHeldSet(int slot, int asked_input) {
-  if (state_.SimulatedRowsAllowed || state_.BegunInSimulation[slot]) {
-    return false;
-  }
-  RandomFile& file = held_set_files_[slot];
-  if (!file.IsOpen() && !OpenHeldSet(file, HeldSetPath(slot))) {
-    return false;
-  }
-  const HeldSetBytes bytes =
-      EncodeHeldSet({state_.SampleCount[slot], asked_input, state_.SampleSeen[slot],
-                     state_.SampleValue[slot], state_.Columns[slot], journals_.LacksLines(slot)});
-  if (!file.WriteAt(0, std::as_bytes(std::span(bytes)))) {
-    file.Close();
-    return false;
-  }
-  return true;
-}
-
-// What is held goes along into the next file.
-void RecordingFiles::HandHeldSetOn(int slot, const std::string& name) {
-  const int asked = state_.ColumnsInDoubt[slot] ? state_.AskedInput[slot] : 0;
-  const HeldSetBytes bytes = EncodeHeldSet(
-      {0, asked, state_.SampleSeen[slot], state_.SampleValue[slot], state_.Columns[slot]});
-  RandomFile file;
-  if (OpenHeldSet(file, JoinPath(state_.SlotPath[slot], HeldSetName(name)))) {
-    static_cast<void>(file.WriteAt(0, std::as_bytes(std::span(bytes))));
-  }
-}
-
-void RecordingFiles::ReleaseHeldSet(int slot) {
-  const auto& seen = state_.SampleSeen[slot];
-  const bool any_seen = std::find(seen.begin(), seen.end(), true) != seen.end();
-  const bool is_needed = any_seen || state_.ColumnsInDoubt[slot] ||
-                         state_.Columns[slot].IsNeeded() || journals_.LacksLines(slot);
-  if (state_.Unit[slot].UnitRecOn != 1) {
-    return;  // what lies there belongs to a set that the disk has refused
-  }
-  if (is_needed) {
-    KeepHeldSet(slot, state_.ColumnsInDoubt[slot] ? state_.AskedInput[slot] : 0);
-  } else {
-    DropHeldSet(slot);
-  }
-}
-
-void RecordingFiles::DropHeldSet(int slot) {
-  held_set_files_[slot].Close();
-  if (state_.SlotFile[slot].empty()) {
-    return;
-  }
-  // A file that stays where it cannot be deleted is out of date with the next row.
-  static_cast<void>(DeleteFile(HeldSetPath(slot)));
-}
-
 void RecordingFiles::WriteHeader(int slot) {
   if (!IsTableSlot(slot) || state_.SlotFile[slot].empty()) {
     return;
@@ -362,7 +227,7 @@ bool RecordingFiles::IsViewedHeaderOfOthers() {
     return true;
   }
   const auto path = FindFile(state_.SlotPath[kViewedFile], name);
-  if (!path || Reserve(kViewedFile, *path) || !is_of_others_) {
+  if (!path || Reserve(kViewedFile, *path) || !IsOfOthers()) {
     return false;
   }
   messages_.Report(kViewedFile, {file_text::kHeaderElsewhere.Text(language, {name}), kWriteTitle});
@@ -387,7 +252,11 @@ std::string RecordingFiles::PutHeader(int slot) {
   if (!file.Open(*path, FileAccess::kUpdate)) {
     return file.Error();
   }
-  if (!Reserve(slot, *path) || !HoldsRowsOfSlot(slot, file)) {
+  if (!Reserve(slot, *path)) {
+    file.Close();  // nothing of another program's is sealed
+    return error_;
+  }
+  if (!HoldsRowsOfSlot(slot, file)) {
     return error_;
   }
   NotePlace(slot, *path);
@@ -399,8 +268,8 @@ bool RecordingFiles::Reserve(int slot, const std::string& path) {
   if (reservation.Take(path)) {
     return true;
   }
-  is_of_others_ = reservation.Error().empty();
-  return is_of_others_ ? Fail(reason::kRecordedElsewhere) : Fail(reservation.Error());
+  const bool is_of_others = reservation.Error().empty();
+  return is_of_others ? Fail(reason::kRecordedElsewhere) : Fail(reservation.Error());
 }
 
 std::string RecordingFiles::PutHeaderIntoNewFile(int slot) {
@@ -485,7 +354,7 @@ bool RecordingFiles::ReopenRecordingFile(int slot) {
   }
   file.Close();
   state_.Reserved[slot].Release();
-  if (is_of_others_) {
+  if (IsOfOthers()) {
     LeaveToOthers(slot);
   }
   return false;
@@ -504,7 +373,6 @@ bool RecordingFiles::OpenSameFile(int slot, RandomFile& file) {
   const std::string& name = state_.SlotFile[slot];
   // Where nothing is found, opening fails and gives the system's own words for it.
   const std::string path = FindFile(directory, name).value_or(JoinPath(directory, name));
-  is_of_others_ = false;
   if (!file.Open(path, FileAccess::kUpdate)) {
     return Fail(file.Error());
   }
@@ -542,8 +410,7 @@ bool RecordingFiles::HoldsRowsOfSlot(int slot, RandomFile& file) {
 bool RecordingFiles::HasRowsOfOthers(int slot, RandomFile& file) {
   constexpr int kMostRefusedRows = 2;
   const std::int32_t rows = SampleCountOf(file.Size(), state_.Unit[slot].UnitChannels);
-  is_of_others_ = rows > state_.SampleCount[slot] + kMostRefusedRows;
-  return is_of_others_ && !Fail(reason::kRecordedElsewhere);
+  return rows > state_.SampleCount[slot] + kMostRefusedRows && !Fail(reason::kRecordedElsewhere);
 }
 
 bool RecordingFiles::AppendRow(int slot, std::span<const std::int16_t> words, int copies) {
@@ -627,6 +494,10 @@ bool RecordingFiles::Fail(std::string text) {
 
 bool RecordingFiles::Fail(const BothLanguages& text) {
   return Fail(std::string(text.English));
+}
+
+bool RecordingFiles::IsOfOthers() const {
+  return error_ == reason::kRecordedElsewhere.English;
 }
 
 std::string RecordingFiles::ErrorText() const {

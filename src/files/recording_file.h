@@ -18,8 +18,10 @@
 namespace tavrel {
 
 // The recording files of the slots: opened, tested, refused, written (recording_file.cpp), begun
-// (recording_file_create.cpp), left (set_in_hand.cpp). Works on the tables of the shared block
-// (SlotPath, SlotFile, SlotFileNo, Unit and the derived counts).
+// (recording_file_create.cpp), put back when others have taken them away
+// (recording_file_restore.cpp); the set in hand and what is kept of it beside the file
+// (set_in_hand.cpp). Works on the tables of the shared block (SlotPath, SlotFile, SlotFileNo, Unit
+// and the derived counts).
 //
 // Failures are reported through Messages and clear SlotFile(slot), by which a caller knows that
 // the slot holds nothing; the entry in the settings stays, except where told.
@@ -157,6 +159,7 @@ class RecordingFiles {
   [[nodiscard]] bool Reserve(int slot, const std::string& path);
   [[nodiscard]] bool IsViewedHeaderOfOthers();
   [[nodiscard]] bool HasRowsOfOthers(int slot, RandomFile& file);
+  [[nodiscard]] bool IsOfOthers() const;  // the last failure: another program has the file
   void LeaveToOthers(int slot);
   [[nodiscard]] bool OpenSameFile(int slot, RandomFile& file);
   [[nodiscard]] bool HoldsRowsOfSlot(int slot, RandomFile& file);
@@ -196,7 +199,6 @@ class RecordingFiles {
   RecordingJournals journals_;
   BySlot<Place> places_;
   BySlot<RandomFile> held_set_files_;  // opened with the first set that is held
-  bool is_of_others_ = false;          // the last failure: another program has the file
   BySlot<bool> refused_by_error_{};
   BySlot<bool> is_row_refused_{};  // the medium has refused the last row
   std::string error_;

@@ -158,6 +158,26 @@ TEST_F(ReservedRecording, ThatAnotherProgramHasLengthenedMeanwhileIsTakenUpAnew)
   }
 }
 
+// The user stops the recording before it was tried to open the file again.
+TEST_F(ReservedRecording, ThatAnotherProgramHasTakenGetsNoHeaderAndNoSealFromHere) {
+  UnitRecord unit = HeaderOf(2);
+  unit.UnitRecOn = 1;
+  fixture.Name(kReservedSlot, kReservedName, BytesOf(unit));
+  fixture.files.OpenRecordingFile(kReservedSlot);
+  ASSERT_TRUE(fixture.files.AppendRow(kReservedSlot, std::array<std::int16_t, 2>{1, 2}, 2));
+  FailToReopen();
+  ASSERT_TRUE(IsTakenByAnother());
+  const std::string before = fixture.directory.Read(kReservedName);
+  const std::string journal = "journal/" + std::string(kReservedName);
+  const std::string journal_before = fixture.directory.Read(journal);
+  EXPECT_NE(journal_before, "");
+  fixture.state.Unit[kReservedSlot].UnitRecOn = 0;
+  fixture.files.WriteHeader(kReservedSlot);
+  EXPECT_EQ(fixture.directory.Read(kReservedName), before);
+  EXPECT_EQ(fixture.directory.Read(journal), journal_before);
+  EXPECT_EQ(fixture.state.SlotFile[kReservedSlot], "");
+}
+
 // A whole set that was in hand here was kept beside the file, and belongs to whoever has that.
 TEST_F(ReservedRecording, ThatAnotherProgramHasTakenTakesTheSetInHandAlong) {
   fixture.files.OpenRecordingFile(kReservedSlot);
