@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <csignal>
 #include <ctime>
+#include <utility>
 #include <vector>
 
 namespace instrument {
@@ -128,6 +129,7 @@ void App::Unplug() {
 }
 
 void App::Run() {
+  looked_ = Now();
   while (!quit_) {
     const Moment now = Now();
     const ModelClock::Portion portion = clock_.Take(now);
@@ -149,7 +151,7 @@ void App::AnswerCommands(Moment now) {
       continue;
     }
     if (const auto reply = line_.Answer(*command)) {
-      outgoing_.Add(*reply, byte->when);
+      outgoing_.Add(*reply, byte->when, byte->unseen);
     }
   }
 }
@@ -194,7 +196,10 @@ void App::Wait() {
   const Moment before = Now();
   const nanoseconds time = std::max<nanoseconds>(NextMoment(before) - before, nanoseconds(0));
   const timespec limit = TimespecOf(time);
-  if (::ppoll(waited.data(), waited.size(), &limit, nullptr) <= 0) {
+  const int ready = ::ppoll(waited.data(), waited.size(), &limit, nullptr);
+  const Moment now = Now();
+  const nanoseconds unseen = now - std::exchange(looked_, now);
+  if (ready <= 0) {
     return;
   }
   const int line_fd = pty_.Fd();
@@ -205,17 +210,21 @@ void App::Wait() {
     if (fd.fd == signals_.Get()) {
       Quit();
     } else if (fd.fd == line_fd) {
-      ReadLine(Now());
+      ReadLine(now, unseen);
     } else {
       control_.Serve(fd.fd, [this](const std::string& text) { return commands_.Execute(text); });
     }
   }
 }
 
-void App::ReadLine(Moment now) {
+void App::ReadLine(Moment now, nanoseconds unseen) {
   if (pty_.IsPlugged()) {
-    incoming_.Add(pty_.Read(), now);
+    incoming_.Add(pty_.Read(), now, unseen);
   }
+}
+
+bool App::IsAtRest() const {
+  return !pty_.HasBytes() && !incoming_.NextDue() && !outgoing_.NextDue();
 }
 
 }  // namespace instrument

@@ -34,12 +34,13 @@ class App : private Switchboard {
  private:
   [[nodiscard]] bool Plug(std::string& error) override;
   void Unplug() override;
+  [[nodiscard]] bool IsAtRest() const override;
   void Quit() override { quit_ = true; }
 
   [[nodiscard]] bool PrepareInstruments(std::string& error);
   [[nodiscard]] bool CatchSignals(std::string& error);
   void Wait();
-  void ReadLine(Moment now);
+  void ReadLine(Moment now, std::chrono::nanoseconds unseen);
   void AnswerCommands(Moment now);
   void SendReplies(Moment now);
   [[nodiscard]] Moment NextMoment(Moment now) const;
@@ -56,6 +57,7 @@ class App : private Switchboard {
   ControlSocket control_;
   ControlCommands commands_;
   FileDescriptor signals_;
+  Moment looked_{};  // at the line, for bytes that wait
   bool quit_ = false;
 };
 

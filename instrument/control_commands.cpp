@@ -239,6 +239,8 @@ std::string ControlCommands::Dispatch(const Words& words, std::string& answer) {
     switchboard_.Unplug();
   } else if (verb == "plug") {
     static_cast<void>(switchboard_.Plug(error));
+  } else if (verb == "rest") {
+    error = switchboard_.IsAtRest() ? "" : "the line is in use";
   } else if (verb == "quit") {
     switchboard_.Quit();
   } else {

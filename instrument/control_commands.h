@@ -17,6 +17,8 @@ class Switchboard {
   [[nodiscard]] virtual bool Plug(std::string& error) = 0;
   virtual void Unplug() = 0;
   [[nodiscard]] virtual std::string PortPath() const = 0;  // empty: unplugged
+  // No command waits or comes in, no reply goes out.
+  [[nodiscard]] virtual bool IsAtRest() const = 0;
   virtual void Quit() = 0;
 };
 

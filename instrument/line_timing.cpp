@@ -4,10 +4,10 @@
 
 namespace instrument {
 
-void IncomingBytes::Add(std::string_view bytes, Moment now) {
+void IncomingBytes::Add(std::string_view bytes, Moment now, std::chrono::nanoseconds unseen) {
   for (const char byte : bytes) {
     last_ = std::max(last_, now) + char_time_;
-    bytes_.push_back({last_, byte});
+    bytes_.push_back({last_, byte, unseen});
   }
 }
 
@@ -24,13 +24,13 @@ std::optional<Moment> IncomingBytes::NextDue() const {
   return bytes_.empty() ? std::nullopt : std::optional(bytes_.front().when);
 }
 
-void OutgoingBytes::Add(const Reply& reply, Moment asked) {
+void OutgoingBytes::Add(const Reply& reply, Moment asked, std::chrono::nanoseconds unseen) {
   const bool late = reply.delay.count() > 0;
   Moment when = late ? asked + reply.delay : std::max(asked, busy_until_);
   for (std::size_t i = 0; i < reply.bytes.size(); ++i) {
     when += char_time_ + (i > 0 ? reply.pause : std::chrono::milliseconds(0));
     const bool last = i + 1 == reply.bytes.size();
-    items_.emplace(when, Item{reply.bytes[i], last ? reply.handed : std::nullopt, asked});
+    items_.emplace(when, Item{reply.bytes[i], last ? reply.handed : std::nullopt, asked, unseen});
   }
   if (!late) {
     busy_until_ = when;
@@ -52,8 +52,14 @@ OutgoingBytes::Due OutgoingBytes::TakeDue(Moment now) {
 
 HandedSample OutgoingBytes::HandedAt(Moment now, const Item& item) {
   HandedSample handed = *item.completes;
-  if (handed.fate == Fate::kGood && now > item.asked + kInTime) {
+  if (handed.fate != Fate::kGood) {
+    return handed;
+  }
+  const auto least = now - item.asked;
+  if (least > kInTime) {
     handed.fate = Fate::kLate;
+  } else if (least + item.unseen > kInTime) {
+    handed.fate = Fate::kDoubtful;
   }
   return handed;
 }

@@ -31,6 +31,8 @@ inline constexpr std::chrono::milliseconds kInTime{90};
 struct TimedByte {
   Moment when;
   char byte = 0;
+  // Of an incoming byte: by so much it may have come earlier, for nobody looked at the line.
+  std::chrono::nanoseconds unseen{0};
 };
 
 // A pseudo-terminal delivers a whole command at once. This holds each byte back until it would
@@ -38,7 +40,8 @@ struct TimedByte {
 class IncomingBytes {
  public:
   explicit IncomingBytes(CharTime char_time) : char_time_(char_time) {}
-  void Add(std::string_view bytes, Moment now);
+  // Nobody has looked at the line for the time `unseen`.
+  void Add(std::string_view bytes, Moment now, std::chrono::nanoseconds unseen = {});
   // The next byte that has arrived by `now`, with the moment of its arrival.
   [[nodiscard]] std::optional<TimedByte> Take(Moment now);
   [[nodiscard]] std::optional<Moment> NextDue() const;
@@ -52,7 +55,8 @@ class IncomingBytes {
 
 // Bytes of replies, each with the moment at which the host is to see it. A reply waits for the
 // one before it, but a late one lets others pass: the two may then mix, as on a real line. A
-// sample whose reply is complete only after kInTime is handed over late, whatever the cause.
+// sample whose reply is complete only after kInTime is handed over late, whatever the cause; where
+// that depends on when its command came, and nobody looked at the line then, it is in doubt.
 class OutgoingBytes {
  public:
   struct Due {
@@ -61,8 +65,8 @@ class OutgoingBytes {
   };
 
   explicit OutgoingBytes(CharTime char_time) : char_time_(char_time) {}
-  // `asked` is the moment at which the command was complete.
-  void Add(const Reply& reply, Moment asked);
+  // `asked` is the moment at which the command was complete, or up to `unseen` earlier.
+  void Add(const Reply& reply, Moment asked, std::chrono::nanoseconds unseen = {});
   [[nodiscard]] Due TakeDue(Moment now);
   [[nodiscard]] std::optional<Moment> NextDue() const;
   // Forgets what has not gone out; returns the samples that are lost with it.
@@ -73,6 +77,7 @@ class OutgoingBytes {
     char byte = 0;
     std::optional<HandedSample> completes;
     Moment asked;
+    std::chrono::nanoseconds unseen{0};
   };
 
   [[nodiscard]] static HandedSample HandedAt(Moment now, const Item& item);

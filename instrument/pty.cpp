@@ -100,6 +100,11 @@ void Pty::Unlock() {
   ::ioctl(slave_.Get(), TIOCNXCL);
 }
 
+bool Pty::HasBytes() const {
+  int count = 0;
+  return ::ioctl(master_.Get(), FIONREAD, &count) == 0 && count > 0;
+}
+
 std::string Pty::Read() {
   std::array<char, 4096> bytes{};
   const ssize_t count = ::read(master_.Get(), bytes.data(), bytes.size());

@@ -34,6 +34,7 @@ class Pty {
   // A host that claims the port for itself and is killed would leave it locked, because this end
   // keeps it open: a lock is taken off again. No effect while unplugged.
   void Unlock();
+  [[nodiscard]] bool HasBytes() const;
   // All bytes that wait, at most 4096; empty if none does.
   [[nodiscard]] std::string Read();
   // What the host does not take in time is lost, as in a serial port without flow control.

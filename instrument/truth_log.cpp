@@ -15,6 +15,8 @@ const char* FateName(Fate fate) {
       return "spoiled";
     case Fate::kLate:
       return "late";
+    case Fate::kDoubtful:
+      return "doubtful";
   }
   return "good";
 }

@@ -9,10 +9,11 @@ namespace instrument {
 
 // What became of the reply that handed a sample over.
 enum class Fate : std::uint8_t {
-  kGood,     // went out whole
-  kLost,     // never reached the line
-  kSpoiled,  // reached the line with a fault in it
-  kLate,     // went out whole, but held back
+  kGood,      // went out whole
+  kLost,      // never reached the line
+  kSpoiled,   // reached the line with a fault in it
+  kLate,      // went out whole, but held back
+  kDoubtful,  // went out whole, in time or late: when its command came is not known well enough
 };
 
 // Where a sample lies: instrument, input and running number since the last clear.

@@ -82,6 +82,10 @@ bool InstalledProgram::StartInstruments(const std::vector<std::string>& options)
   return instruments_.ReadLine(seconds(20)).rfind("ready", 0) == 0;
 }
 
+bool InstalledProgram::IsLineAtRest() const {
+  return Tell("rest");
+}
+
 bool InstalledProgram::Tell(const std::string& command) const {
   return RunCommand({directory_.File("tavrel-instrument"), "--send", directory_.File("control"),
                      command}) == 0;

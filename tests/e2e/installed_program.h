@@ -61,6 +61,9 @@ class InstalledProgram {
   // One control command; true if it was answered by ok.
   [[nodiscard]] bool Tell(const std::string& command) const;
 
+  // No command and no reply is under way; see the command `rest`.
+  [[nodiscard]] bool IsLineAtRest() const;
+
   // What the instruments answer to the command `status`.
   [[nodiscard]] std::string Status() const;
 

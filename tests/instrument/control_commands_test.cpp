@@ -7,10 +7,11 @@
 namespace instrument {
 namespace {
 
-// Keeps what was switched. Lever: `plug_works`.
+// Keeps what was switched. Levers: `plug_works` and `at_rest`.
 class FakeSwitchboard : public Switchboard {
  public:
   bool plug_works = true;
+  bool at_rest = true;
   bool plugged = true;
   bool quit = false;
 
@@ -21,6 +22,7 @@ class FakeSwitchboard : public Switchboard {
   }
   void Unplug() override { plugged = false; }
   [[nodiscard]] std::string PortPath() const override { return plugged ? "/dev/pts/7" : ""; }
+  [[nodiscard]] bool IsAtRest() const override { return at_rest; }
   void Quit() override { quit = true; }
 };
 
@@ -215,6 +217,12 @@ TEST_F(Commands, SwitchboardIsServed) {
   EXPECT_EQ(Do("plug"), "error: no pseudo-terminal\n");
   EXPECT_EQ(Do("quit"), "ok\n");
   EXPECT_TRUE(board.quit);
+}
+
+TEST_F(Commands, RestIsRefusedAsLongAsTheLineIsInUse) {
+  EXPECT_EQ(Do("rest"), "ok\n");
+  board.at_rest = false;
+  EXPECT_EQ(Do("rest"), "error: the line is in use\n");
 }
 
 TEST_F(Commands, StatusTellsPortInstrumentsAndFaults) {

@@ -106,6 +106,22 @@ TEST(OutgoingBytes, SampleIsLateIfTheMachineSendsItsReplyTooLate) {
   EXPECT_EQ(FateAfter(milliseconds(0), milliseconds(91)), Fate::kLate);
 }
 
+// What became of the sample in a reply that was over at 60 ms, when nobody had looked at the line
+// for that time before its command was seen.
+Fate FateUnseenFor(milliseconds unseen) {
+  IncomingBytes incoming(milliseconds(0));
+  incoming.Add("?", kStart, unseen);
+  OutgoingBytes outgoing(milliseconds(2));
+  const auto byte = incoming.Take(kStart);
+  outgoing.Add(HandingReply(), byte->when, byte->unseen);
+  return outgoing.TakeDue(kStart + milliseconds(60)).handed.at(0).fate;
+}
+
+TEST(OutgoingBytes, SampleIsInDoubtIfItsCommandMayHaveComeTooEarly) {
+  EXPECT_EQ(FateUnseenFor(milliseconds(30)), Fate::kGood);
+  EXPECT_EQ(FateUnseenFor(milliseconds(31)), Fate::kDoubtful);
+}
+
 TEST(OutgoingBytes, SampleInADroppedReplyIsLost) {
   OutgoingBytes bytes(milliseconds(2));
   bytes.Add(HandingReply(), kStart);

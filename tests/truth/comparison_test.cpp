@@ -62,6 +62,15 @@ Told Uncertain(int first_row, int last_row, int input = 2) {
   return {{{"A.OVN", ToldDoubt::Kind::kUncertain, first_row, last_row, {input}}}, {}};
 }
 
+TEST(Comparison, AWordWhoseReplyIsInDoubtMayStandThereOrNot) {
+  const std::string filled = Bytes({11, 12, 11, 12, 21, 12, 31, 32});
+  const std::string whole = Bytes({11, 12, 11, 12, 21, 22, 31, 32});
+  EXPECT_EQ(Compare(ThreeSets("good"), kSlot, filled, Filled(2)).invented, 1);
+  EXPECT_TRUE(Compare(ThreeSets("doubtful"), kSlot, filled, Filled(2)).Agrees());
+  EXPECT_TRUE(Compare(ThreeSets("doubtful"), kSlot, whole).Agrees());
+  EXPECT_FALSE(Compare(ThreeSets("doubtful"), kSlot, filled).Agrees());
+}
+
 TEST(Comparison, ExcusesAWordWhoseReplyWasLostIfTheUserWasTold) {
   const std::string bytes = Bytes({11, 12, 11, 12, 21, 12, 31, 32});
   const Findings found = Compare(ThreeSets("lost"), kSlot, bytes, Filled(2));

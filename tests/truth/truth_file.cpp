@@ -41,12 +41,19 @@ class TruthReader {
   // A reply that was under way while its instrument was restarted is told after the restart.
   void TakeHanded(const InputKey& key, double seconds, int number, const std::string& fate) {
     ++truth_.handed;
-    const bool is_cut = std::find(cuts_.begin(), cuts_.end(), truth_.handed) != cuts_.end();
-    truth_.lost += fate == "good" ? 0 : 1;
-    const SampleFate good = is_cut ? SampleFate::kCut : SampleFate::kGood;
+    const SampleFate became = FateOf(fate);
+    truth_.lost += became == SampleFate::kLost ? 1 : 0;
     const bool is_older = seconds < restarted_[key.first];
-    Mark(key, number, fate == "good" ? good : SampleFate::kLost,
-         is_older ? before_restart_[key] : cleared_[key]);
+    Mark(key, number, became, is_older ? before_restart_[key] : cleared_[key]);
+  }
+
+  // Of the sample that was handed over last.
+  [[nodiscard]] SampleFate FateOf(const std::string& told) const {
+    if (told != "good" && told != "doubtful") {
+      return SampleFate::kLost;
+    }
+    const bool is_cut = std::find(cuts_.begin(), cuts_.end(), truth_.handed) != cuts_.end();
+    return is_cut || told == "doubtful" ? SampleFate::kCut : SampleFate::kGood;
   }
 
   // `first` is the number of samples before number 1.

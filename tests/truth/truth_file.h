@@ -14,7 +14,7 @@ namespace tavrel {
 enum class SampleFate : std::uint8_t {
   kWaiting,    // still in the instrument
   kGood,       // handed over in a reply that went out whole
-  kCut,        // handed over as kGood, but perhaps nobody was there to take the reply
+  kCut,        // handed over as kGood, but perhaps nobody was there to take the reply, or too late
   kLost,       // handed over in a reply that was lost, damaged or late
   kOverrun,    // pushed out of a full buffer
   kForgotten,  // gone with a restart of the instrument

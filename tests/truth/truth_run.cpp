@@ -36,6 +36,10 @@ constexpr seconds kDrainLimit{2400};
 constexpr seconds kStallLimit{120};
 // The truth of a long run takes long to read.
 constexpr milliseconds kBetweenLooks{500};
+
+// Of a command and its reply: the time that they take, and how long a machine may stand meanwhile.
+constexpr milliseconds kOnItsWay{60};
+constexpr seconds kRestLimit{5};
 constexpr const char* kBallast = "tavdat/ballast.bin";
 constexpr const char* kDiskSize = "size=256k";
 
@@ -352,9 +356,12 @@ void TruthRun::UseScreen(int entry, const std::string& title, const std::vector<
   }
 }
 
+// What is on its way arrives, however long the machine takes for it. A program that lives is quiet
+// for a while behind an exchange that ended for it.
 void TruthRun::NoteCut() {
   is_healthy_ = false;
-  GoOn(milliseconds(60));  // what is on its way arrives
+  GoOn(kOnItsWay);
+  static_cast<void>(WaitUntil([this] { return program_.IsLineAtRest(); }, kRestLimit));
   cuts_.push_back(Truth().handed);
 }
 
