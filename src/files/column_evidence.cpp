@@ -285,7 +285,9 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
   const std::int64_t made = noted.taken + count;
   const bool is_exact = count < kBufferSets;  // a full buffer may have lost some
   NoteFall(input, made);
-  if (!CanPlace() && noted.certain && is_exact) {
+  // A count that has fallen belongs to series that have begun anew, and measures nothing.
+  const bool is_measure = noted.certain && is_exact && noted.falls == 0;
+  if (!CanPlace() && is_measure) {
     meter_.NoteExact(input, made, InSeconds(when.asked), InSeconds(when.answered));
   }
   if (CanPlace()) {
@@ -309,7 +311,7 @@ void ColumnEvidence::NoteCount(int input, int count, const Exchange& when) {
     Judge();
   } else if (noted.doubted) {
     ++At(input).looks;
-  } else if (noted.certain && is_exact) {
+  } else if (is_measure) {
     Keep({input, made, true, InSeconds(when.asked), InSeconds(when.answered)});
   }
   EndRound(when.answered);

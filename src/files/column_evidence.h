@@ -1,6 +1,7 @@
 #ifndef TAVREL_FILES_COLUMN_EVIDENCE_H_
 #define TAVREL_FILES_COLUMN_EVIDENCE_H_
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -96,6 +97,11 @@ class ColumnEvidence {
   // Samples that had been counted are gone, and nobody has taken them. Unlike all other signs of a
   // restart this one says nothing against the interval.
   [[nodiscard]] bool SawFall() const { return fell_; }
+
+  // So many samples of the input wait, as its counts have said; more may have been made since.
+  [[nodiscard]] std::int64_t CountedWaiting(int input) const {
+    return std::max<std::int64_t>(At(input).counted - At(input).taken, 0);
+  }
 
   // What was counted of the input does not belong to what comes: somebody else has taken of it.
   void ForgetFalls(int input);

@@ -97,13 +97,25 @@ void ColumnKeeper::NoteLost(int slot, int input, int count, Time when) {
   const int row = IsHalfRead(slot) && !state_.SampleSeen[slot][input] ? 1 : 0;
   const int stored = count + row;
   const auto lost = column.before->MadeSince(input, when);
-  const bool is_more =
-      lost && column.lost && lost->least - stored > column.lost->least - *column.stored;
-  if (column.restarts > 0 && column.stored && !is_more) {
+  if (column.restarts > 0 && column.stored && !SaysMoreLost(slot, lost, stored, when)) {
     return;
   }
   column.stored = stored;
+  column.counted = when;
   column.lost = lost;
+}
+
+// Where the clock does not tell what was made since, the interval of the header does.
+bool ColumnKeeper::SaysMoreLost(int slot, const std::optional<ColumnEvidence::Range>& lost,
+                                int stored, Time when) const {
+  const Column& column = columns_[slot];
+  if (lost.has_value() != column.lost.has_value()) {
+    return false;
+  }
+  const auto since = std::chrono::floor<std::chrono::seconds>(when - column.counted);
+  const std::int64_t made =
+      lost ? lost->least - column.lost->least : since.count() / state_.RecInterval[slot];
+  return made > stored - *column.stored;
 }
 
 // As long as the buffer stays full it may lose one set more until the next value is read.
@@ -207,7 +219,7 @@ ColumnKeeper::LostSets ColumnKeeper::CountLostSets(int slot) const {
     least = column.lost->least;
     most = column.lost->most;
   } else if (last != 0) {
-    least = (WallSeconds(clock_.Now()) - last) / state_.RecInterval[slot];
+    least = (WallTimeOfCount(slot) - last) / state_.RecInterval[slot];
     most = least + 1;
   } else {
     return {};
@@ -233,10 +245,17 @@ std::string ColumnKeeper::TextOf(const LostSets& lost, Language language) {
   return words.Text(language, {std::to_string(count)});
 }
 
+// In seconds: when the sets that are stored were counted, now if they were not.
+std::int64_t ColumnKeeper::WallTimeOfCount(int slot) const {
+  const Column& column = columns_[slot];
+  const Time since = column.stored ? clock_.Elapsed() - column.counted : Time{};
+  return WallSeconds(clock_.Now()) - std::chrono::round<std::chrono::seconds>(since).count();
+}
+
 // What is lost until now is told: the last of these sets was made before those that are stored.
 void ColumnKeeper::CountFromNow(int slot) {
   const std::int64_t stored = columns_[slot].stored.value_or(kBufferSets);
-  state_.Columns[slot].LastSet = WallSeconds(clock_.Now()) - stored * state_.RecInterval[slot];
+  state_.Columns[slot].LastSet = WallTimeOfCount(slot) - stored * state_.RecInterval[slot];
 }
 
 // A buffer that is met full again before the next row has cost only what has been lost since.
@@ -255,17 +274,21 @@ void ColumnKeeper::TellLostSets(int slot, std::int32_t row) {
 }
 
 // When the set in hand was made. Sets that wait behind it were made since: where the clock tells
-// how many, it is that old; else it was made an interval after the one before it.
+// how many, it is that old; else it was made an interval after the one before it. The first one is
+// as old as the counts say.
 std::int64_t ColumnKeeper::TimeOfSet(int slot) {
   const std::int64_t now = WallSeconds(clock_.Now());
+  std::int64_t counted = 0;
   for (const int input : RecordedInputs(slot)) {
+    counted = std::max(counted, columns_[slot].evidence.CountedWaiting(input));
     const auto waiting = columns_[slot].evidence.MadeSince(input, clock_.Elapsed());
     if (waiting) {
       return now - (std::max<std::int64_t>(waiting->least, 0) * state_.RecInterval[slot]);
     }
   }
   const std::int64_t last = state_.Columns[slot].LastSet;
-  return last == 0 ? now : std::min(last + state_.RecInterval[slot], now);
+  return last == 0 ? now - counted * state_.RecInterval[slot]
+                   : std::min(last + state_.RecInterval[slot], now);
 }
 
 }  // namespace tavrel

@@ -121,6 +121,7 @@ class ColumnKeeper {
     std::optional<ColumnEvidence> before;
     std::optional<ColumnEvidence::Range> lost;
     std::optional<int> stored;
+    Time counted{};            // when `stored` was
     int restarts = 0;          // seen since the columns were not in doubt
     std::int64_t cleared = 0;  // sets that are known to be lost by them
     // Rows until which there was none: as it seems, and as the looks before that have said. What a
@@ -201,6 +202,9 @@ class ColumnKeeper {
   [[nodiscard]] LostSets CountLostSets(int slot) const;
   [[nodiscard]] static std::string TextOf(const LostSets& lost, Language language);
   void TellSets(int slot, std::int32_t row, const BothLanguages& what, const LostSets& lost);
+  [[nodiscard]] std::int64_t WallTimeOfCount(int slot) const;
+  [[nodiscard]] bool SaysMoreLost(int slot, const std::optional<ColumnEvidence::Range>& lost,
+                                  int stored, Time when) const;
   void CountFromNow(int slot);
   void TellLostSets(int slot, std::int32_t row);
   [[nodiscard]] std::int64_t TimeOfSet(int slot);  // by the wall clock; of the one in hand

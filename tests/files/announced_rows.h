@@ -32,8 +32,10 @@ inline std::vector<AnnouncedRows> RowsIn(const std::vector<std::string>& texts) 
       continue;
     }
     AnnouncedRows told;
-    if (std::sscanf(text.c_str() + rows, ": rows %d to %d", &told.first, &told.last) != 2) {
-      std::sscanf(text.c_str() + rows, ": row %d", &told.first);
+    const char* const names = text.c_str() + rows;
+    if (std::sscanf(names, ": rows %d to %d", &told.first, &told.last) != 2 &&
+        std::sscanf(names, ": rows %d and %d", &told.first, &told.last) != 2) {
+      std::sscanf(names, ": row %d", &told.first);
       told.last = text.find("from here on") != std::string::npos ? 100000 : told.first;
     }
     told.inputs = text.substr(inputs, text.find(": ", inputs) - inputs) + ",";
