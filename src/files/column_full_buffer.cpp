@@ -197,8 +197,12 @@ bool ColumnKeeper::CarryOutFull(int slot) {
       uncertain.push_back(input);
     }
   }
+  // In the first set what is missing is repeated later: a buffer that is full once more, before the
+  // rest of that set has come, has not lost it a second time.
   const bool has_hand = IsHalfRead(slot);
-  if (!Fill(slot, has_hand ? MissingInputs(slot) : std::vector<int>())) {
+  std::vector<int> missing = has_hand ? MissingInputs(slot) : std::vector<int>();
+  std::erase_if(missing, [&](int input) { return state_.Columns[slot].Owed[input] > 0; });
+  if (!Fill(slot, missing)) {
     return false;
   }
   // The set in hand, filled or not, becomes a row before those that are lost.

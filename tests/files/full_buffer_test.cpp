@@ -86,6 +86,33 @@ TEST(FullBuffer, NamesTheRowBehindTheGap) {
   }
 }
 
+// It is full again behind each value of the first set, whose rest is lost once and not each time.
+TEST(FullBuffer, BeforeTheFirstSetFillsEachInputInOnce) {
+  constexpr int kRowsWanted = 20;
+  for (const int interval : {2, 3, 4, 5, 30}) {
+    RecordingBench bench({"ascending", 200}, AllInputs(), 300);
+    UnitRecord unit = bench.Header();
+    unit.UnitRecOn = 1;
+    bench.line.interval = seconds(interval);
+    bench.line.Begin(seconds(0));
+    bench.fixture.clock.Advance(seconds(900 * interval));
+    bench.fixture.Open(kSlot, kName, BytesOf(unit));
+    bench.fixture.engine.TakeUp(kSlot, 896, bench.fixture.clock.Elapsed());
+    ASSERT_TRUE(bench.RunToRows(kRowsWanted));
+    int filled = 0;
+    for (const std::string& text : bench.fixture.Announced()) {
+      filled += text.find("lost on the line") != std::string::npos ? 1 : 0;
+    }
+    EXPECT_LE(filled, 1) << interval;
+    const auto rows = bench.Rows();
+    for (std::size_t row = 2; row < rows.size(); ++row) {
+      for (std::size_t column = 0; column < rows[row].size(); ++column) {
+        EXPECT_EQ(rows[row][column], rows[row - 1][column] + 1) << interval << ", row " << row;
+      }
+    }
+  }
+}
+
 // Where the order is not known the columns cannot be compared before the buffer is full again. It
 // is then met full a second time, with the other column given up: no more room is made.
 TEST(FullBuffer, IsNotGivenRoomAgainAndAgainWhereTheColumnsCannotBeCompared) {
