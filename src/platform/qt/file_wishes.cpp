@@ -40,13 +40,12 @@ FileWishes::FileWishes(QObject* parent) : QObject(parent) {
   connect(&server_, &QLocalServer::newConnection, this, &FileWishes::Welcome);
 }
 
+// A socket for one user is made aside and renamed into its place: one that is left there goes.
 void FileWishes::Listen(const std::string& lock_path) {
   const QString socket = SocketOf(lock_path);
-  if (socket.isEmpty() || server_.listen(socket)) {
-    return;
+  if (!socket.isEmpty()) {
+    server_.listen(socket);
   }
-  QLocalServer::removeServer(socket);
-  server_.listen(socket);
 }
 
 bool FileWishes::Send(const std::string& lock_path, const std::string& path) {
