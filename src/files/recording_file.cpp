@@ -82,7 +82,6 @@ std::string RecordingFiles::OpenAndTest(int slot) {
   }
   // The other program may end: it is tried again.
   if (IsSlot(slot) && !Reserve(slot, *path)) {
-    file.Close();
     return name +
            (IsOfOthers() ? file_text::kInUseElsewhere.Text(UserLanguage(state_)) : ": " + error_);
   }
