@@ -249,10 +249,12 @@ std::string ColumnKeeper::TextOf(const LostSets& lost, Language language) {
   return words.Text(language, {std::to_string(count)});
 }
 
-// In seconds: when the sets that are stored were counted, now if they were not.
+// In seconds: when what a restart has left was counted. A full buffer goes on losing sets until
+// now.
 std::int64_t ColumnKeeper::WallTimeOfCount(int slot) const {
   const Column& column = columns_[slot];
-  const Time since = column.stored ? clock_.Elapsed() - column.counted : Time{};
+  const bool is_dated = column.restarts > 0 && column.stored;
+  const Time since = is_dated ? clock_.Elapsed() - column.counted : Time{};
   return WallSeconds(clock_.Now()) - std::chrono::round<std::chrono::seconds>(since).count();
 }
 
